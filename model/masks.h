@@ -1,0 +1,19 @@
+// Pictures that restrict what can be typed into address fields, and the sample texts of their layouts.
+//
+// In a picture a bracket expression stands for one character from the listed ranges, a character in single
+// quotes is a fixed character that the field supplies, and "(3)" repeats the element before it.
+#pragma once
+
+#define TV_HEX "[0-9A-Fa-f]"
+#define TV_PAIR TV_HEX TV_HEX
+
+constexpr char networkPrefixMask[] = "[1-9A-Fa-f]" TV_HEX "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR
+                                     "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR
+                                     "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR;
+constexpr char macAddressMask[] = TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR;
+constexpr char esiSelectorMask[] = TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR
+                                   "'-'" TV_PAIR;
+constexpr char ipAddressMask[] = "[0-9](3)'.'[0-9](3)'.'[0-9](3)'.'[0-9](3)";
+
+#undef TV_PAIR
+#undef TV_HEX

@@ -1,0 +1,18 @@
+// Texts and lamp codes for the small integer codes that the driver reports. Codes are signed 16-bit; a code
+// without a text reads "XXXX". The texts are constants.
+#pragma once
+
+#include <cstdint>
+
+const char* MtuTypeToString(std::int16_t code);    // maximum frame size class
+const char* ElanTypeToString(std::int16_t code);   // the driver's ELAN type, counted from 1
+const char* BusStateToString(std::int16_t code);   // entry of an LES client service table
+const char* SaalStateToString(std::int16_t code);  // SSCOP state of the signalling AAL
+const char* SigStateToString(std::int16_t code);   // UNI signalling
+const char* IlmiStateToString(std::int16_t code);  // ILMI address registration
+const char* LmacStateToString(std::int16_t code);  // entry of the Classical IP connection table
+
+// Lamp codes: 0 off (not configured or disabled), 1 in transition, 2 up.
+int IlmiStateToColor(std::int16_t code);
+int SaalStateToColor(std::int16_t code);
+int SigStateToColor(std::int16_t code);

@@ -1,0 +1,24 @@
+// The debug log: progress lines, request names and request headers. Discarded until attached.
+#pragma once
+
+#include <memory>
+#include <ostream>
+#include <streambuf>
+
+class DebugLog : public std::ostream {
+  public:
+    DebugLog();
+    ~DebugLog() override;
+
+    // From now on everything written goes to the given descriptor, which stays the caller's and open.
+    void attach(int descriptor);
+    bool attached() const { return buffer_ != nullptr; }
+
+    // For tests: from now on everything goes to the given buffer, or nowhere again when it is null.
+    void divert(std::streambuf* buffer);
+
+  private:
+    std::unique_ptr<std::streambuf> buffer_;
+};
+
+extern DebugLog tvlog;

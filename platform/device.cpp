@@ -1,0 +1,80 @@
+#include "platform/device.h"
+
+#include "platform/socketdevice.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <map>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace platform {
+
+namespace {
+
+class SystemDevice : public Device {
+  public:
+    int open(std::string_view path, int oflag) override {
+        const HostPath place = hostPath(path);
+        struct stat status {};
+        if (::stat(place.c_str(), &status) != 0) return -1;
+        if (S_ISSOCK(status.st_mode)) {
+            SocketChannel channel;
+            const int descriptor = notZero([&] { return channel.open(place, oflag); });
+            if (descriptor >= 0) channels_.insert_or_assign(descriptor, channel);
+            return descriptor;
+        }
+        if (!S_ISCHR(status.st_mode)) {
+            errno = ENODEV;
+            return -1;
+        }
+        return notZero([&] { return ::open(place.c_str(), oflag | O_CLOEXEC); });
+    }
+
+    int ioctl(int descriptor, int request, strioctl& block) override {
+        const auto channel = channels_.find(descriptor);
+        if (channel == channels_.end()) return ::ioctl(descriptor, static_cast<unsigned long>(request), &block);
+        if (request == I_STR) return channel->second.ioctl(block);
+        errno = EINVAL;
+        return -1;
+    }
+
+    int close(int descriptor) override {
+        const auto channel = channels_.find(descriptor);
+        if (channel == channels_.end()) return ::close(descriptor);
+        const int result = channel->second.close();
+        channels_.erase(channel);
+        return result;
+    }
+
+  private:
+    // Runs `open` so that descriptor 0, free when the program was started without standard input, is not taken.
+    template <typename Open> static int notZero(Open open) {
+        const int probe = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+        const int descriptor = open();
+        const int error = errno;
+        if (probe >= 0) ::close(probe);
+        errno = error;
+        return descriptor;
+    }
+
+    std::map<int, SocketChannel> channels_;
+};
+
+Device* current = nullptr;
+
+}  // namespace
+
+Device& device() {
+    static SystemDevice system;
+    return current ? *current : system;
+}
+
+Device* setDevice(Device* other) {
+    Device* before = current;
+    current = other;
+    return before;
+}
+
+}  // namespace platform

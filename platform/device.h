@@ -1,0 +1,46 @@
+// The driver access device: the three calls that the tool makes on it.
+//
+// On a System V host the calls go to the kernel. Elsewhere a Unix-domain socket may stand at the device's path,
+// and each call is carried over it as one exchange (see socketdevice.h). The layer above cannot tell the two
+// apart. Tests replace the whole device with setDevice().
+#pragma once
+
+#include "platform/root.h"
+
+#include <string_view>
+
+namespace platform {
+
+constexpr int I_STR = 0x5308;  // the STREAMS ioctl "send a message and wait for its answer"
+
+// The control block of I_STR, in the System V layout.
+struct strioctl {
+    int ic_cmd = 0;
+    int ic_timout = 0;  // seconds; 0: the stream's default, 15; -1: no limit
+    int ic_len = 0;     // bytes at ic_dp; after the call: bytes that came back
+    char* ic_dp = nullptr;
+};
+
+// All calls follow the system's: -1 and errno on failure.
+class Device {
+  public:
+    virtual ~Device() = default;
+
+    // Opens the device with the system path `path`; oflag 0 reads, 2 reads and writes. Never returns 0, which
+    // means "no channel" to every caller. A path at which neither a character device nor a socket stands gives
+    // ENOENT (nothing) or ENODEV.
+    virtual int open(std::string_view path, int oflag) = 0;
+
+    // Sends the block's message; the answer replaces its leading bytes, at most ic_len of them.
+    virtual int ioctl(int descriptor, int request, strioctl& block) = 0;
+
+    virtual int close(int descriptor) = 0;
+};
+
+Device& device();
+
+// Puts another device in the place of the system's (null: the system's again). Returns the one before; neither
+// is owned.
+Device* setDevice(Device* other);
+
+}  // namespace platform

@@ -1,0 +1,75 @@
+#include "platform/files.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <memory>
+#include <unistd.h>
+
+namespace platform {
+
+namespace {
+
+class SystemFiles : public Files {
+  public:
+    int open(const HostPath& path, int flags, mode_t mode) override {
+        return ::open(path.c_str(), flags | O_CLOEXEC, mode);
+    }
+    ssize_t read(int descriptor, void* bytes, size_t count) override { return ::read(descriptor, bytes, count); }
+    ssize_t write(int descriptor, const void* bytes, size_t count) override {
+        return ::write(descriptor, bytes, count);
+    }
+    off_t seek(int descriptor, off_t offset, int whence) override { return ::lseek(descriptor, offset, whence); }
+    int truncate(int descriptor, off_t length) override { return ::ftruncate(descriptor, length); }
+    int sync(int descriptor) override { return ::fsync(descriptor); }
+    int close(int descriptor) override { return ::close(descriptor); }
+
+    int status(int descriptor, struct stat& result) override { return ::fstat(descriptor, &result); }
+    int status(const HostPath& path, struct stat& result) override { return ::stat(path.c_str(), &result); }
+    int setMode(int descriptor, mode_t mode) override { return ::fchmod(descriptor, mode); }
+    int setOwner(int descriptor, uid_t user, gid_t group) override { return ::fchown(descriptor, user, group); }
+
+    int rename(const HostPath& from, const HostPath& to) override { return std::rename(from.c_str(), to.c_str()); }
+    int remove(const HostPath& path) override { return std::remove(path.c_str()); }
+
+    int resolve(const HostPath& path, HostPath& result) override {
+        const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
+        if (!real) return -1;
+        result.text = real.get();
+        return 0;
+    }
+};
+
+Files* current = nullptr;
+
+}  // namespace
+
+Files& files() {
+    static SystemFiles system;
+    return current ? *current : system;
+}
+
+Files* setFiles(Files* other) {
+    Files* before = current;
+    current = other;
+    return before;
+}
+
+HostPath directoryOf(const HostPath& file) {
+    const auto slash = file.text.rfind('/');
+    if (slash == std::string::npos) return HostPath{"."};
+    return HostPath{slash == 0 ? "/" : file.text.substr(0, slash)};
+}
+
+int syncDirectory(const HostPath& directory) {
+    const int descriptor = files().open(directory, O_RDONLY | O_DIRECTORY, 0);
+    if (descriptor < 0) return -1;
+    const int result = files().sync(descriptor);
+    const int error = errno;
+    files().close(descriptor);
+    errno = error;
+    return result;
+}
+
+}  // namespace platform

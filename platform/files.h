@@ -1,0 +1,50 @@
+// The file operations that the configuration needs, one virtual function each, so that a test can make any of
+// them fail. All follow the system's calls: -1 and errno on failure. Streams over them: stream.h.
+#pragma once
+
+#include "platform/root.h"
+
+#include <string>
+#include <sys/stat.h>
+#include <sys/types.h>
+
+namespace platform {
+
+class Files {
+  public:
+    virtual ~Files() = default;
+
+    // `flags` as for open(2); O_CLOEXEC is added. Descriptors are closed with close().
+    virtual int open(const HostPath& path, int flags, mode_t mode) = 0;
+    virtual ssize_t read(int descriptor, void* bytes, size_t count) = 0;
+    virtual ssize_t write(int descriptor, const void* bytes, size_t count) = 0;
+    virtual off_t seek(int descriptor, off_t offset, int whence) = 0;
+    virtual int truncate(int descriptor, off_t length) = 0;
+    virtual int sync(int descriptor) = 0;
+    virtual int close(int descriptor) = 0;
+
+    virtual int status(int descriptor, struct stat& result) = 0;
+    virtual int status(const HostPath& path, struct stat& result) = 0;
+    virtual int setMode(int descriptor, mode_t mode) = 0;
+    virtual int setOwner(int descriptor, uid_t user, gid_t group) = 0;
+
+    virtual int rename(const HostPath& from, const HostPath& to) = 0;
+    virtual int remove(const HostPath& path) = 0;
+
+    // The path with every symbolic link followed. The file must exist.
+    virtual int resolve(const HostPath& path, HostPath& result) = 0;
+};
+
+Files& files();
+
+// Puts other files in the place of the system's (null: the system's again). Returns those before; neither is
+// owned.
+Files* setFiles(Files* other);
+
+// The directory that holds the file: "/etc/atm" for "/etc/atm/tvconf".
+HostPath directoryOf(const HostPath& file);
+
+// Brings a directory's entries to the disk. 0, or -1 and errno.
+int syncDirectory(const HostPath& directory);
+
+}  // namespace platform

@@ -1,0 +1,18 @@
+#include "platform/root.h"
+
+#include <cstdlib>
+
+namespace platform {
+
+std::string rootDirectory() {
+    const char* value = std::getenv("TARVOLIN_ROOT");
+    std::string root = value ? value : "";
+    while (!root.empty() && root.back() == '/') root.pop_back();
+    return root;
+}
+
+HostPath hostPath(std::string_view systemPath) {
+    return HostPath{rootDirectory().append(systemPath)};
+}
+
+}  // namespace platform

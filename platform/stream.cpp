@@ -1,0 +1,116 @@
+#include "platform/stream.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <map>
+
+namespace platform {
+
+namespace {
+
+// A cookie is a descriptor in its own heap cell.
+int descriptorIn(void* cookie) {
+    return *static_cast<int*>(cookie);
+}
+
+ssize_t readCookie(void* cookie, char* bytes, size_t count) {
+    return files().read(descriptorIn(cookie), bytes, count);
+}
+
+// The C library takes 0, not -1, as a failed write.
+ssize_t writeCookie(void* cookie, const char* bytes, size_t count) {
+    size_t done = 0;
+    while (done < count) {
+        const ssize_t n = files().write(descriptorIn(cookie), bytes + done, count - done);
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) return 0;
+        done += static_cast<size_t>(n);
+    }
+    return static_cast<ssize_t>(done);
+}
+
+int seekCookie(void* cookie, off64_t* offset, int whence) {
+    const off_t place = files().seek(descriptorIn(cookie), *offset, whence);
+    if (place < 0) return -1;
+    *offset = place;
+    return 0;
+}
+
+std::map<std::FILE*, int>& openStreams() {
+    static std::map<std::FILE*, int> streams;
+    return streams;
+}
+
+int closeCookie(void* cookie) {
+    const std::unique_ptr<int> descriptor(static_cast<int*>(cookie));
+    std::erase_if(openStreams(), [&](const auto& entry) { return entry.second == *descriptor; });
+    return files().close(*descriptor);
+}
+
+constexpr size_t streamBuffer = 1U << 16;  // a parameter file is a few KiB: one read, one write
+
+Stream streamOver(int descriptor, const char* mode) {
+    auto cookie = std::make_unique<int>(descriptor);
+    std::FILE* stream = ::fopencookie(cookie.get(), mode, {readCookie, writeCookie, seekCookie, closeCookie});
+    if (!stream) {
+        files().close(descriptor);
+        return nullptr;
+    }
+    static_cast<void>(cookie.release());
+    std::setvbuf(stream, nullptr, _IOFBF, streamBuffer);
+    openStreams().emplace(stream, descriptor);
+    return Stream(stream);
+}
+
+}  // namespace
+
+Stream openForReading(const HostPath& path) {
+    const int descriptor = files().open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY, 0);
+    if (descriptor < 0) return nullptr;
+    struct stat status {};
+    const bool known = files().status(descriptor, status) == 0;
+    if (!known || !S_ISREG(status.st_mode)) {
+        const int error = !known ? errno : S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+        files().close(descriptor);
+        errno = error;
+        return nullptr;
+    }
+    return streamOver(descriptor, "r");
+}
+
+Stream streamForWriting(int descriptor) {
+    return streamOver(descriptor, "w");
+}
+
+int streamDescriptor(std::FILE* stream) {
+    const auto entry = openStreams().find(stream);
+    return entry == openStreams().end() ? -1 : entry->second;
+}
+
+int closeWritten(Stream stream) {
+    const bool bad = std::fflush(stream.get()) != 0 || std::ferror(stream.get());
+    const int error = errno;
+    if (std::fclose(stream.release()) != 0) return -1;
+    if (!bad) return 0;
+    errno = error;
+    return -1;
+}
+
+bool readWhole(const HostPath& path, std::string& content, std::size_t limit) {
+    content.clear();
+    const Stream stream = openForReading(path);
+    if (!stream) return false;
+    std::array<char, 4096> block{};
+    while (const size_t n = std::fread(block.data(), 1, block.size(), stream.get())) {
+        if (content.size() + n > limit) {
+            errno = EFBIG;
+            return false;
+        }
+        content.append(block.data(), n);
+    }
+    return !std::ferror(stream.get());
+}
+
+}  // namespace platform

@@ -1,0 +1,35 @@
+// Standard C streams over the file operations of files.h.
+#pragma once
+
+#include "platform/files.h"
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+namespace platform {
+
+struct StreamCloser {
+    void operator()(std::FILE* stream) const { std::fclose(stream); }
+};
+using Stream = std::unique_ptr<std::FILE, StreamCloser>;
+
+// Opens an existing regular file for reading; anything else that stands there (a pipe, a directory) is refused
+// with EINVAL or EISDIR, so that reading can never wait. Null and errno on failure.
+Stream openForReading(const HostPath& path);
+
+// A stream for writing over an open descriptor, which it owns from then on, also when this fails (null). The
+// descriptor stays reachable through streamDescriptor.
+Stream streamForWriting(int descriptor);
+
+// The descriptor under a stream made by streamForWriting.
+int streamDescriptor(std::FILE* stream);
+
+// Closes a stream whose writing counts. 0, or -1 and errno when anything written did not arrive.
+int closeWritten(Stream stream);
+
+// The whole content of a regular file. False and errno on failure or when it holds more than `limit` bytes
+// (EFBIG).
+bool readWhole(const HostPath& path, std::string& content, std::size_t limit = 64U << 20);
+
+}  // namespace platform

@@ -1,0 +1,40 @@
+#include "tests/support/temproot.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+namespace fs = std::filesystem;
+
+TempRoot::TempRoot() {
+    std::string name = (fs::temp_directory_path() / "tvrootXXXXXX").string();
+    if (!::mkdtemp(name.data())) throw std::runtime_error("no temporary directory");
+    path_ = name;
+    fs::create_directories(path_ / "dev");
+    fs::create_directories(path_ / "etc/atm");
+    ::setenv("TARVOLIN_ROOT", path_.c_str(), 1);
+}
+
+TempRoot::~TempRoot() {
+    ::unsetenv("TARVOLIN_ROOT");
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+}
+
+fs::path TempRoot::at(std::string_view systemPath) const {
+    return fs::path(path_.string().append(systemPath));
+}
+
+void TempRoot::write(std::string_view systemPath, std::string_view content) const {
+    std::ofstream(at(systemPath), std::ios::binary) << content;
+}
+
+std::string TempRoot::read(std::string_view systemPath) const {
+    std::ifstream file(at(systemPath), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+bool TempRoot::exists(std::string_view systemPath) const {
+    return fs::exists(at(systemPath));
+}
