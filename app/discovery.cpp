@@ -1,0 +1,43 @@
+#include "app/discovery.h"
+
+#include "model/tvdatbuf.h"
+#include "platform/debuglog.h"
+
+#include <fmt/format.h>
+
+namespace {
+
+macAddress plus(const macAddress& address, int count) {
+    macAddress::Bytes bytes = address.bytes();
+    bytes[5] = static_cast<std::uint8_t>(bytes[5] + count);
+    return macAddress(bytes);
+}
+
+}  // namespace
+
+void deriveMacAddresses(int adapter, const macAddress& address) {
+    const auto a = static_cast<std::size_t>(adapter);
+    for (int k = 0; k < lecCount; ++k) atmDevices.lec[a][static_cast<std::size_t>(k)].mac = plus(address, k);
+    atmDevices.ip1577[a].mac = plus(address, lecCount);
+}
+
+std::vector<FoundAdapter> discoverAdapters(aalInfo& query) {
+    std::vector<FoundAdapter> found;
+    const BoardStateView boards = query.GetBoardState();
+    if (!boards) return found;
+    const unsigned mask = boards.mask();  // the next request overwrites the reply
+    tvlog << "NumBoards - " << boards.count() << std::endl;
+    tvlog << fmt::format("Boards    - {:x}", mask) << std::endl;
+
+    for (int i = 0; i < adapterCount; ++i) {
+        if (!(mask & (1U << i))) continue;
+        FoundAdapter adapter{i, {}};
+        if (const BoardMacView board = query.GetBoardMacAddress(static_cast<std::uint16_t>(i + 1))) {
+            const macAddress address = board.address();
+            adapter.line = fmt::format("ATM Adapter {}  -  {}", i + 1, address.GetFMacAddress());
+            deriveMacAddresses(i, address);
+        }
+        found.push_back(std::move(adapter));
+    }
+    return found;
+}

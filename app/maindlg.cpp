@@ -1,0 +1,92 @@
+#include "app/maindlg.h"
+
+#include "driver/dai_api.h"
+#include "model/settings.h"
+#include "platform/user.h"
+#include "toolkit/messagebox.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int readOnly = 0;
+constexpr int lastAdapter = 3;
+
+}  // namespace
+
+DMainDlg::DMainDlg(zApplication& application, const zLayout& layout) : zFormDialog(application, layout) {
+    if (dai_open(0, readOnly, &ioctlDesc) != 0) ioctlDesc = 0;
+    editor_ = std::make_unique<DriverPdfEdit>(
+        [this](const std::string& text, const std::string& caption) {
+            zMessageBox(this->application(), shell(), zMessageStyle::information, text, caption);
+        },
+        false);
+    if (ioctlDesc) adapterQuery_ = std::make_unique<aalInfo>(ioctlDesc, std::uint8_t{0});
+
+    control<zListBox>(interfaceLB).onSelect = [this] { selChangeInterfaceLB(); };
+    control<zListBox>(interfaceLB).onActivate = [this] { doubleClickInterfaceLB(); };
+    control<zBitmapButton>(closeBTN).onClick = [this] { clickedCloseBTN(); };
+    control<zBitmapButton>(setupBTN).onClick = [this] { clickedSetupBTN(); };
+    // What these open is not there yet.
+    control<zBitmapButton>(statsBTN).enable(false);
+    control<zBitmapButton>(globalBTN).enable(false);
+    onClose = [this] { clickedCloseBTN(); };
+
+    currentAdapter = 0;
+    setup();
+    SetDlgTitle();
+    show();
+}
+
+DMainDlg::~DMainDlg() {
+    if (ioctlDesc) dai_close(0, ioctlDesc);
+    ioctlDesc = 0;
+}
+
+void DMainDlg::setup() {
+    if (editor_) editor_->ReadPdf();
+    if (adapterQuery_) {
+        if (const PackageRevView revision = adapterQuery_->GetPackageRev())
+            control<zEdit>(driverVersionED).setText(revision.text());
+        adapters_ = discoverAdapters(*adapterQuery_);
+    }
+    auto& list = control<zListBox>(interfaceLB);
+    for (const FoundAdapter& adapter : adapters_) list.append(adapter.line);
+    list.select(0);
+    if (!adapters_.empty()) currentAdapter = adapters_.front().index;
+}
+
+void DMainDlg::SetDlgTitle() {
+    const auto& list = control<zListBox>(interfaceLB);
+    dlgTitle = list.line(list.selected());
+}
+
+void DMainDlg::selChangeInterfaceLB() {
+    const int position = std::max(0, control<zListBox>(interfaceLB).selected());
+    const auto known = static_cast<std::size_t>(position) < adapters_.size();
+    // Where the mask of adapters has gaps, the position in the list is not the adapter's number.
+    currentAdapter = known ? adapters_[static_cast<std::size_t>(position)].index : std::min(position, lastAdapter);
+    SetDlgTitle();
+}
+
+void DMainDlg::doubleClickInterfaceLB() {
+    clickedSetupBTN();
+}
+
+void DMainDlg::clickedSetupBTN() {
+    if (!platform::superUser()) {
+        warn("Insufficient Privileges.\nUnable to Setup ATM Adapter!", "Privilege Error");
+        return;
+    }
+    if (!ioctlDesc) warn("Atm Driver Not Loaded. \nNo dynamic configuration available!", "Driver Error");
+    zMessageBox(application(), shell(), zMessageStyle::information,
+                "This version lists the adapters and reads their\nconfiguration; it cannot change it yet.", "Setup");
+}
+
+void DMainDlg::clickedCloseBTN() {
+    application().quit();
+}
+
+void DMainDlg::warn(const char* text, const char* title) {
+    zMessageBox(application(), shell(), zMessageStyle::warning, text, title);
+}

@@ -1,0 +1,43 @@
+// The main window: the adapters that the driver reports, and the ways to set them up and watch them.
+#pragma once
+
+#include "app/discovery.h"
+#include "config/pdfedit.h"
+#include "driver/dai_io.h"
+#include "toolkit/window.h"
+
+#include <memory>
+#include <vector>
+
+extern const zLayout mainLayout;
+
+// Control ids of the main window.
+enum MainControl {
+    interfaceLB = 581,
+    driverVersionED = 582,
+    closeBTN = 584,
+    setupBTN = 585,
+    statsBTN = 586,
+    globalBTN = 587,
+};
+
+class DMainDlg : public zFormDialog {
+  public:
+    // Opens the driver channel (without one the tool works on the static configuration only), reads the whole
+    // configuration, lists the adapters and shows itself.
+    DMainDlg(zApplication& application, const zLayout& layout);
+    ~DMainDlg() override;
+
+  private:
+    void setup();
+    void SetDlgTitle();
+    void selChangeInterfaceLB();
+    void doubleClickInterfaceLB();
+    void clickedSetupBTN();
+    void clickedCloseBTN();
+    void warn(const char* text, const char* title);
+
+    std::unique_ptr<DriverPdfEdit> editor_;
+    std::unique_ptr<aalInfo> adapterQuery_;  // none without a driver channel
+    std::vector<FoundAdapter> adapters_;     // by list position
+};

@@ -1,0 +1,179 @@
+#include "tests/e2e/xsupport.h"
+
+#include <X11/Intrinsic.h>
+#include <X11/Shell.h>
+#include <X11/StringDefs.h>
+#include <X11/Xutil.h>
+#include <X11/extensions/XTest.h>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <stdexcept>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+XServer::XServer() {
+    int channel[2];
+    if (::pipe(channel) != 0) throw std::runtime_error("no pipe");
+    process_ = ::fork();
+    if (process_ == 0) {
+        const std::string number = std::to_string(channel[1]);
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);  // a test that dies takes its server along
+        const int nowhere = ::open("/dev/null", O_WRONLY);
+        ::dup2(nowhere, 1);
+        ::dup2(nowhere, 2);
+        ::execlp("Xvfb", "Xvfb", "-displayfd", number.c_str(), "-screen", "0", "1280x1024x24", "-dpi", "96",
+                 "-nolisten", "tcp", "-noreset", nullptr);
+        ::_exit(127);
+    }
+    ::close(channel[1]);
+    std::string name;
+    for (char c = 0; ::read(channel[0], &c, 1) == 1 && c != '\n';) name += c;
+    ::close(channel[0]);
+    if (name.empty()) throw std::runtime_error("Xvfb did not start");
+    ::setenv("DISPLAY", (":" + name).c_str(), 1);
+}
+
+XServer::~XServer() {
+    if (process_ <= 0) return;
+    ::kill(process_, SIGTERM);
+    ::waitpid(process_, nullptr, 0);
+}
+
+void XServer::kill() {
+    ::kill(process_, SIGKILL);
+    ::waitpid(process_, nullptr, 0);
+    process_ = -1;
+}
+
+namespace {
+
+Display* programDisplay(const zApplication& application) {
+    return static_cast<Display*>(application.display());
+}
+
+// The program's own top-level windows that are on the screen.
+std::vector<Widget> mappedShells(const zApplication& application) {
+    Display* display = programDisplay(application);
+    Window root = 0, parent = 0, *windows = nullptr;
+    unsigned count = 0;
+    std::vector<Widget> shells;
+    if (!XQueryTree(display, DefaultRootWindow(display), &root, &parent, &windows, &count)) return shells;
+    for (unsigned i = 0; i < count; ++i) {
+        const Widget shell = XtWindowToWidget(display, windows[i]);
+        XWindowAttributes attributes{};
+        if (shell && XtIsShell(shell) && XGetWindowAttributes(display, windows[i], &attributes) &&
+            attributes.map_state == IsViewable)
+            shells.push_back(shell);
+    }
+    XFree(windows);
+    return shells;
+}
+
+}  // namespace
+
+XUser::XUser(zApplication& application) : application_(application), display_(XOpenDisplay(nullptr)) {
+    if (!display_) throw std::runtime_error("no display");
+}
+
+XUser::~XUser() {
+    XCloseDisplay(display_);
+}
+
+void XUser::clickAt(Widget target, int x, int y, int times) {
+    Position rootX = 0, rootY = 0;
+    XtTranslateCoords(target, static_cast<Position>(x), static_cast<Position>(y), &rootX, &rootY);
+    XTestFakeMotionEvent(display_, -1, rootX, rootY, 0);
+    for (int i = 0; i < times; ++i) {
+        XTestFakeButtonEvent(display_, 1, True, 0);
+        XTestFakeButtonEvent(display_, 1, False, 0);
+    }
+    XSync(display_, False);
+    settle();
+}
+
+void XUser::click(Widget target, int times) {
+    Dimension width = 0, height = 0;
+    XtVaGetValues(target, XtNwidth, &width, XtNheight, &height, nullptr);
+    clickAt(target, width / 2, height / 2, times);
+}
+
+void XUser::pointAt(Widget target) {
+    Position rootX = 0, rootY = 0;
+    XtTranslateCoords(target, 5, 5, &rootX, &rootY);
+    XTestFakeMotionEvent(display_, -1, rootX, rootY, 0);
+    XSync(display_, False);
+    settle();
+}
+
+void XUser::key(const char* name) {
+    const KeyCode code = XKeysymToKeycode(display_, XStringToKeysym(name));
+    XTestFakeKeyEvent(display_, code, True, 0);
+    XTestFakeKeyEvent(display_, code, False, 0);
+    XSync(display_, False);
+    settle();
+}
+
+void XUser::focus(Widget shell) {
+    XSetInputFocus(display_, XtWindow(shell), RevertToParent, CurrentTime);
+    XSync(display_, False);
+    settle();
+}
+
+bool XUser::until(const std::function<bool()>& condition, double seconds) const {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    for (;;) {
+        application_.handlePending();
+        if (condition()) return true;
+        if (std::chrono::steady_clock::now() > deadline) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+}
+
+// Events from the user's connection reach the program through the server: give them two turns.
+void XUser::settle() const {
+    for (int turn = 0; turn < 3; ++turn) {
+        XSync(programDisplay(application_), False);
+        application_.handlePending();
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+}
+
+struct XUser::Watch {
+    std::function<bool()> condition;
+    std::function<void()> action;
+    XtAppContext context;
+
+    static void tick(XtPointer self, XtIntervalId*) {
+        std::unique_ptr<Watch> watch(static_cast<Watch*>(self));
+        if (watch->condition()) return watch->action();
+        Watch* again = watch.release();
+        XtAppAddTimeOut(again->context, 10, tick, again);
+    }
+};
+
+void XUser::when(std::function<bool()> condition, std::function<void()> action) {
+    const XtAppContext context = XtDisplayToApplicationContext(programDisplay(application_));
+    auto watch = std::make_unique<Watch>(Watch{std::move(condition), std::move(action), context});
+    XtAppAddTimeOut(context, 10, Watch::tick, watch.release());
+}
+
+Widget XUser::widget(const std::string& name) const {
+    for (const Widget shell : mappedShells(application_))
+        if (const Widget found = XtNameToWidget(shell, ("*" + name).c_str())) return found;
+    return nullptr;
+}
+
+Widget XUser::shellTitled(const std::string& title) const {
+    for (const Widget shell : mappedShells(application_)) {
+        char* name = nullptr;
+        if (!XFetchName(programDisplay(application_), XtWindow(shell), &name) || !name) continue;
+        const bool same = title == name;
+        XFree(name);
+        if (same) return shell;
+    }
+    return nullptr;
+}

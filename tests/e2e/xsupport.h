@@ -1,0 +1,60 @@
+// An X server of the test's own, and a user at its mouse and keyboard.
+#pragma once
+
+#include "toolkit/application.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <sys/types.h>
+
+struct _XDisplay;
+
+// Xvfb for as long as the object lives; DISPLAY names it.
+class XServer {
+  public:
+    XServer();
+    ~XServer();
+    XServer(const XServer&) = delete;
+    XServer& operator=(const XServer&) = delete;
+
+    void kill();  // at once, as when a server crashes
+
+  private:
+    pid_t process_ = -1;
+};
+
+// A second client of the display that moves the pointer and presses keys, while `application` runs the
+// program under test in this process.
+class XUser {
+  public:
+    explicit XUser(zApplication& application);
+    ~XUser();
+    XUser(const XUser&) = delete;
+    XUser& operator=(const XUser&) = delete;
+
+    // The widget with this name anywhere in the application's windows, or null.
+    Widget widget(const std::string& name) const;
+
+    void click(Widget target, int times = 1);  // the middle
+    void clickAt(Widget target, int x, int y, int times = 1);
+    void pointAt(Widget target);
+    void key(const char* name);  // as in keysymdef.h: "Return", "Tab", "a"
+    void focus(Widget shell);    // there is no window manager to do it
+
+    // Runs the event loop until the condition holds; false after `seconds`.
+    bool until(const std::function<bool()>& condition, double seconds = 10) const;
+    void settle() const;  // what is under way is done and drawn
+
+    // Calls `action` from the event loop, also from a modal one, as soon as the condition holds.
+    void when(std::function<bool()> condition, std::function<void()> action);
+
+    // The mapped shell with this title, or null.
+    Widget shellTitled(const std::string& title) const;
+
+  private:
+    struct Watch;
+
+    zApplication& application_;
+    _XDisplay* display_;  // the user's own connection
+};

@@ -1,0 +1,17 @@
+// What the sanitizers are told, in every test program, however it is started.
+extern "C" {
+
+const char* __asan_default_options() {
+    return "fast_unwind_on_malloc=0:detect_stack_use_after_return=1";
+}
+
+const char* __ubsan_default_options() {
+    return "print_stacktrace=1";
+}
+
+// The font library keeps its caches until the end of the process.
+const char* __lsan_default_suppressions() {
+    return "leak:libfontconfig.so\n";
+}
+
+}

@@ -1,0 +1,26 @@
+#include "toolkit/fonts.h"
+
+#include "toolkit/xmtext.h"
+
+#include <Xm/Xm.h>
+#include <algorithm>
+
+const char* zRenderTableName(const zFontRow& font) {
+    return font.weight > zFontRow::normal ? "bold" : "plain";
+}
+
+zDialogUnits zDialogUnits::ofBoard(Widget board) {
+    XmRenderTable table = nullptr;
+    XtVaGetValues(board, XmNlabelRenderTable, &table, nullptr);
+    const zXmText alphabet("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
+    Dimension width = 0, height = 0;
+    XmStringExtent(table, alphabet.get(), &width, &height);
+    return {(width / 26 + 1) / 2, height};
+}
+
+zRect zDialogUnits::pixels(const zRect& units) const {
+    zRect result{x(units.x), y(units.y), 0, 0};
+    result.width = std::max(1, x(units.x + units.width) - result.x);
+    result.height = std::max(1, y(units.y + units.height) - result.y);
+    return result;
+}

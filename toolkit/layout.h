@@ -1,0 +1,51 @@
+// Layout tables: what a window is built from. One row per control; the toolkit makes the widgets.
+//
+// Positions and sizes are in dialog units of the window's font: a horizontal unit is a quarter of the font's
+// average character width, a vertical unit an eighth of its height. A control's widget is named "id" and its
+// control id ("id581"); a control without an id (-1) has a short name of its own.
+#pragma once
+
+#include <span>
+
+struct zRect {
+    int x = 0, y = 0, width = 0, height = 0;
+};
+
+enum class zKind {
+    staticText,
+    edit,          // one line
+    listBox,       // unsorted, single selection
+    bitmapButton,  // picture and text
+    frame,         // a line when one side is at most 1 unit
+};
+
+enum zStyle : unsigned {
+    zPlain = 0,
+    zReadOnly = 1,
+};
+
+struct zControlRow {
+    int id = -1;
+    zKind kind = zKind::staticText;
+    zRect place = {};
+    const char* text = "";
+    const char* name = nullptr;  // required when id is -1
+    const char* tooltip = nullptr;
+    int picture = 0;  // of the picture table (picture.h); 0: none
+    unsigned style = zPlain;
+};
+
+struct zFontRow {
+    enum Weight { normal = 400, bold = 700 };
+    int weight = bold;  // "Helv", 12 point, in the weights that the resources `plain` and `bold` describe
+};
+
+struct zLayout {
+    int id = 0;
+    const char* name = "";  // of the window's shell widget
+    const char* caption = "";
+    int width = 0, height = 0;  // dialog units
+    zFontRow font = {};
+    int icon = 0;  // of the picture table
+    std::span<const zControlRow> rows;
+};

@@ -1,0 +1,40 @@
+#include "toolkit/messagebox.h"
+
+#include "toolkit/fonts.h"
+#include "toolkit/place.h"
+#include "toolkit/xmtext.h"
+
+#include <Xm/DialogS.h>
+#include <Xm/MessageB.h>
+#include <Xm/Protocols.h>
+
+void zMessageBox(zApplication& application, Widget parent, zMessageStyle style, const std::string& text,
+                 const std::string& title) {
+    const zXmText message(text), ok("OK"), caption(title);
+    const Widget shell =
+        XtVaCreatePopupShell("message", xmDialogShellWidgetClass, parent, XmNmappedWhenManaged, False,
+                             XmNdeleteResponse, XmDO_NOTHING, XmNallowShellResize, True, nullptr);
+    const unsigned char kind = style == zMessageStyle::warning ? XmDIALOG_WARNING : XmDIALOG_INFORMATION;
+    const Widget box = XtVaCreateWidget(
+        "messageBox", xmMessageBoxWidgetClass, shell, XmNdialogType, kind, XmNmessageString, message.get(),
+        XmNcancelLabelString, ok.get(), XmNdefaultButtonType, XmDIALOG_CANCEL_BUTTON, XmNdialogTitle,
+        caption.get(), XmNdialogStyle, XmDIALOG_FULL_APPLICATION_MODAL, XmNautoUnmanage, False,
+        XmNdefaultPosition, False, zTypedFonts(zRenderTableName({})), nullptr);
+    // The one button is the box's cancel button, so that Escape presses it as Return does.
+    XtUnmanageChild(XtNameToWidget(box, "OK"));
+    XtUnmanageChild(XtNameToWidget(box, "Help"));
+
+    bool done = false;
+    const auto dismiss = [](Widget, XtPointer flag, XtPointer) { *static_cast<bool*>(flag) = true; };
+    XtAddCallback(box, XmNcancelCallback, dismiss, &done);
+    XmAddWMProtocolCallback(shell, XInternAtom(XtDisplay(shell), "WM_DELETE_WINDOW", False), dismiss, &done);
+
+    XtManageChild(box);
+    zCentre(shell);
+    XtMapWidget(shell);
+    application.runUntil(done);
+
+    XtRemoveCallback(box, XmNcancelCallback, dismiss, &done);
+    XtUnmanageChild(box);
+    zDestroyShell(shell);
+}

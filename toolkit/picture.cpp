@@ -1,0 +1,75 @@
+#include "toolkit/picture.h"
+
+#include <X11/Intrinsic.h>
+#include <X11/xpm.h>
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+namespace {
+
+std::span<const zPictureRow> pictures;
+
+// The library takes char**, but reads only.
+char** xpmData(const zPictureRow& row) {
+    return const_cast<char**>(row.xpm);
+}
+
+}  // namespace
+
+void zSetPictures(std::span<const zPictureRow> rows) {
+    pictures = rows;
+}
+
+const zPictureRow* zFindPicture(int id) {
+    const auto row =
+        std::find_if(pictures.begin(), pictures.end(), [id](const auto& r) { return r.id == id; });
+    return row == pictures.end() ? nullptr : &*row;
+}
+
+zPixmap::zPixmap(Widget widget, int id, unsigned long background) : display_(XtDisplay(widget)) {
+    const zPictureRow* row = zFindPicture(id);
+    if (!row) return;
+    char symbol[] = "background";
+    XpmColorSymbol colour{symbol, nullptr, background};
+    XpmAttributes attributes{};
+    attributes.valuemask = XpmColorSymbols | XpmCloseness;
+    attributes.colorsymbols = &colour;
+    attributes.numsymbols = 1;
+    attributes.closeness = 40000;  // on a full colour map any near colour is better than none
+    Pixmap made = 0;
+    if (XpmCreatePixmapFromData(XtDisplay(widget), RootWindowOfScreen(XtScreen(widget)), xpmData(*row), &made,
+                                nullptr, &attributes) >= XpmSuccess)
+        pixmap_ = made;
+    XpmFreeAttributes(&attributes);
+}
+
+zPixmap::~zPixmap() {
+    if (pixmap_) XFreePixmap(static_cast<Display*>(display_), pixmap_);
+}
+
+zPixmap::zPixmap(zPixmap&& other) noexcept
+    : display_(other.display_), pixmap_(std::exchange(other.pixmap_, 0UL)) {}
+
+zPixmap& zPixmap::operator=(zPixmap&& other) noexcept {
+    std::swap(display_, other.display_);
+    std::swap(pixmap_, other.pixmap_);
+    return *this;
+}
+
+std::vector<unsigned long> zIconData(int id) {
+    std::vector<unsigned long> data;
+    const zPictureRow* row = zFindPicture(id);
+    XpmImage image{};
+    if (!row || XpmCreateXpmImageFromData(xpmData(*row), &image, nullptr) != XpmSuccess) return data;
+    data.reserve(2 + std::size_t{image.width} * image.height);
+    data.push_back(image.width);
+    data.push_back(image.height);
+    for (std::size_t i = 0; i < std::size_t{image.width} * image.height; ++i) {
+        const char* colour = image.colorTable[image.data[i]].c_color;
+        const bool opaque = colour && colour[0] == '#';
+        data.push_back(opaque ? 0xff000000UL | std::strtoul(colour + 1, nullptr, 16) : 0UL);
+    }
+    XpmFreeXpmImage(&image);
+    return data;
+}

@@ -1,0 +1,41 @@
+#include "toolkit/place.h"
+
+#include <X11/Xft/Xft.h>
+#include <Xm/Xm.h>
+#include <algorithm>
+
+// Exported by the library, but in no header of it: it keeps one XftDraw per window and never frees it.
+extern "C" {
+XftDraw* _XmXftDrawCreate(Display* display, Window window);
+void _XmXftDrawDestroy(Display* display, Window window, XftDraw* draw);
+}
+
+namespace {
+
+void freeDraws(Widget widget) {
+    if (XtIsWidget(widget) && XtIsRealized(widget)) {
+        Display* display = XtDisplay(widget);
+        _XmXftDrawDestroy(display, XtWindow(widget), _XmXftDrawCreate(display, XtWindow(widget)));
+    }
+    if (!XtIsComposite(widget)) return;
+    WidgetList children = nullptr;
+    Cardinal count = 0;
+    XtVaGetValues(widget, XmNchildren, &children, XmNnumChildren, &count, nullptr);
+    for (Cardinal i = 0; i < count; ++i) freeDraws(children[i]);
+}
+
+}  // namespace
+
+void zCentre(Widget shell) {
+    Dimension width = 0, height = 0;
+    XtVaGetValues(shell, XmNwidth, &width, XmNheight, &height, nullptr);
+    const Screen* screen = XtScreen(shell);
+    const int x = std::max(0, (WidthOfScreen(screen) - width) / 2);
+    const int y = std::max(0, (HeightOfScreen(screen) - height) / 2);
+    XtVaSetValues(shell, XmNx, x, XmNy, y, nullptr);
+}
+
+void zDestroyShell(Widget shell) {
+    freeDraws(shell);
+    XtDestroyWidget(shell);
+}
