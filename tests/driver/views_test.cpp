@@ -18,40 +18,20 @@ ByteVector pattern(std::size_t size) {
 }
 
 // Fields as text: numbers in hexadecimal at their full width, addresses as their bytes.
-std::string show(std::uint32_t v) {
-    return fmt::format("{:08x}", v);
-}
-std::string show(std::uint16_t v) {
-    return fmt::format("{:04x}", v);
-}
-std::string show(std::int16_t v) {
-    return fmt::format("{:d}", v);
-}
-std::string show(std::uint8_t v) {
-    return fmt::format("{:02x}", v);
-}
-std::string show(bool v) {
-    return v ? "yes" : "no";
-}
-std::string show(const macAddress& v) {
-    return v.GetFMacAddress();
-}
-std::string show(const esiSelector& v) {
-    return v.GetF2EsiSelector();
-}
-std::string show(const ipAddress& v) {
-    return v.GetFIPAddress();
-}
-std::string show(const atmAddress& v) {
-    return std::string(v.digits());
-}
-std::string show(const std::string& v) {
-    return hexText(std::span(reinterpret_cast<const std::uint8_t*>(v.data()), v.size()));
-}
+struct Show {
+    std::string operator()(std::uint32_t v) const { return fmt::format("{:08x}", v); }
+    std::string operator()(std::uint16_t v) const { return fmt::format("{:04x}", v); }
+    std::string operator()(std::int16_t v) const { return fmt::format("{:d}", v); }
+    std::string operator()(std::uint8_t v) const { return fmt::format("{:02x}", v); }
+    std::string operator()(bool v) const { return v ? "yes" : "no"; }
+    std::string operator()(const macAddress& v) const { return v.GetFMacAddress(); }
+    std::string operator()(const esiSelector& v) const { return v.GetF2EsiSelector(); }
+    std::string operator()(const ipAddress& v) const { return v.GetFIPAddress(); }
+    std::string operator()(const atmAddress& v) const { return std::string(v.digits()); }
+    std::string operator()(const std::string& v) const { return hexText(ByteVector(v.begin(), v.end())); }
+};
 template <typename... Fields> std::string fields(const Fields&... f) {
-    std::string text;
-    ((text += (text.empty() ? "" : " ") + show(f)), ...);
-    return text;
+    return fmt::format("{}", fmt::join(std::vector<std::string>{Show()(f)...}, " "));
 }
 
 // A view of patterned bytes.

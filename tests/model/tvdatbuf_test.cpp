@@ -23,6 +23,33 @@ template <typename Buffer, typename Record> Buffer bufferOf(const Record& record
     return buffer;
 }
 
+auto all(const AtmLEC& r) {
+    return std::tie(r.enabled, r.pvcOnly, r.elanName, r.mtuClass, r.l3Mtu, r.useLecs, r.elanType, r.address,
+                    r.pvcs);
+}
+auto all(const AtmLES& r) {
+    return std::tie(r.enabled, r.elanName, r.mtuClass, r.elanType, r.strictMtu, r.strictName, r.clients);
+}
+auto all(const AtmLECS& r) {
+    return std::tie(r.enabled, r.elanType, r.etherMtuClass, r.tokenRingMtuClass, r.address);
+}
+auto all(const AtmIP1577& r) {
+    return std::tie(r.enabled, r.pvcOnly, r.serverIp, r.subnetMask, r.ip, r.address, r.pvcs);
+}
+auto all(const AtmSig& r) {
+    return std::tie(r.uniRevision, r.addressRegistration, r.portChangeDetect, r.registerOtherPrefixes,
+                    r.address);
+}
+
+// The buffer of a record, which must give all of it back to a new record.
+template <typename Buffer, typename Record> Buffer thereAndBack(const Record& record) {
+    const auto buffer = bufferOf<Buffer>(record);
+    Record back;
+    back = buffer;
+    EXPECT_EQ(all(back), all(record));
+    return buffer;
+}
+
 constexpr char someAddress[] = "47ABCDEF0123456789abcdef0011223344556677";
 constexpr std::int32_t beyond16Bits = 0x12340001;
 
@@ -83,60 +110,48 @@ TEST(Records, MacIsShownInTheOrderOfItsElan) {
 
 TEST(Records, ThereAndBack) {
     AtmLEC lec;
-    lec.enabled = 1, lec.pvcOnly = 2, lec.mtuClass = 4, lec.l3Mtu = -7, lec.useLecs = 0, lec.elanType = 0;
-    lec.elanName = "elan";
-    lec.address = address(someAddress);
+    lec.enabled = 1, lec.pvcOnly = 2, lec.mtuClass = 4, lec.l3Mtu = -7, lec.useLecs = 0, lec.elanType = 5;
+    lec.elanName = "elan", lec.address = address(someAddress);
     lec.pvcs = {{.mac = mac("1:2:3:4:5:6"), .vci = 65535, .encapsulation = 1, .broadcast = 1, .rate = 155}};
-    AtmLEC lecBack;
-    lecBack = bufferOf<LECXferBuffer>(lec);
-    EXPECT_EQ(std::tie(lecBack.enabled, lecBack.pvcOnly, lecBack.mtuClass, lecBack.l3Mtu, lecBack.useLecs),
-              std::make_tuple(1, 2, 4, -7, 0));
-    EXPECT_EQ(std::tie(lecBack.elanType, lecBack.elanName, lecBack.address, lecBack.pvcs),
-              std::tie(lec.elanType, lec.elanName, lec.address, lec.pvcs));
+    const auto lecBuffer = thereAndBack<LECXferBuffer>(lec);
+    EXPECT_EQ(std::tie(lecBuffer.enabled, lecBuffer.pvcOnly, lecBuffer.mtuPosition, lecBuffer.l3Mtu,
+                       lecBuffer.useLecs, lecBuffer.elanType),
+              std::make_tuple(1, 2, 3, -7, 0, 5));
+    EXPECT_EQ(std::tie(lecBuffer.networkPrefix, lecBuffer.esiSelector),
+              std::make_tuple("47ABCDEF0123456789abcdef00", "11223344556677"));
 
     AtmLES les;
-    les.enabled = 1, les.mtuClass = 3, les.elanType = 0, les.strictMtu = 1, les.strictName = 2;
-    les.elanName = "server";
-    les.clients = {esiSelector({1, 2, 3, 4, 5, 6, 7})};
-    AtmLES lesBack;
-    lesBack = bufferOf<LESXferBuffer>(les);
-    EXPECT_EQ(std::tie(lesBack.enabled, lesBack.mtuClass, lesBack.elanType, lesBack.strictMtu,
-                       lesBack.strictName, lesBack.elanName, lesBack.clients),
-              std::tie(les.enabled, les.mtuClass, les.elanType, les.strictMtu, les.strictName, les.elanName,
-                       les.clients));
+    les.enabled = 1, les.mtuClass = 3, les.elanType = 0, les.strictMtu = 4, les.strictName = 2;
+    les.elanName = "server", les.clients = {esiSelector({1, 2, 3, 4, 5, 6, 7})};
+    const auto lesBuffer = thereAndBack<LESXferBuffer>(les);
+    EXPECT_EQ(std::tie(lesBuffer.enabled, lesBuffer.mtuPosition, lesBuffer.elanType, lesBuffer.strictMtu,
+                       lesBuffer.strictName),
+              std::make_tuple(1, 2, 0, 4, 2));
 
     AtmLECS lecs;
     lecs.enabled = 1, lecs.elanType = 2, lecs.etherMtuClass = 2, lecs.tokenRingMtuClass = 4;
     lecs.address = address(someAddress);
-    AtmLECS lecsBack;
-    lecsBack = bufferOf<LECSXferBuffer>(lecs);
-    EXPECT_EQ(
-        std::tie(lecsBack.enabled, lecsBack.elanType, lecsBack.etherMtuClass, lecsBack.tokenRingMtuClass,
-                 lecsBack.address),
-        std::tie(lecs.enabled, lecs.elanType, lecs.etherMtuClass, lecs.tokenRingMtuClass, lecs.address));
+    const auto lecsBuffer = thereAndBack<LECSXferBuffer>(lecs);
+    EXPECT_EQ(std::tie(lecsBuffer.enabled, lecsBuffer.elanType, lecsBuffer.etherMtuPosition,
+                       lecsBuffer.tokenRingMtuPosition),
+              std::make_tuple(1, 2, 1, 3));
 
     AtmIP1577 ip;
-    ip.enabled = 1, ip.pvcOnly = 1;
-    ip.serverIp = "10.0.0.1", ip.subnetMask = "255.0.0.0", ip.ip = "10.0.0.2";
-    ip.address = address(someAddress);
-    ip.pvcs.resize(1);
-    ip.pvcs[0].vci = 32;
-    AtmIP1577 ipBack;
-    ipBack = bufferOf<IP1577XferBuffer>(ip);
-    EXPECT_EQ(std::tie(ipBack.enabled, ipBack.pvcOnly, ipBack.serverIp, ipBack.subnetMask, ipBack.ip,
-                       ipBack.address, ipBack.pvcs),
-              std::tie(ip.enabled, ip.pvcOnly, ip.serverIp, ip.subnetMask, ip.ip, ip.address, ip.pvcs));
+    ip.enabled = 1, ip.pvcOnly = 2, ip.serverIp = "10.0.0.1", ip.subnetMask = "255.0.0.0", ip.ip = "10.0.0.2";
+    ip.address = address(someAddress), ip.pvcs.resize(1), ip.pvcs[0].vci = 32;
+    const auto ipBuffer = thereAndBack<IP1577XferBuffer>(ip);
+    EXPECT_EQ(
+        std::tie(ipBuffer.enabled, ipBuffer.pvcOnly, ipBuffer.serverIp, ipBuffer.subnetMask, ipBuffer.ip),
+        std::make_tuple(1, 2, "10.0.0.1", "255.0.0.0", "10.0.0.2"));
 
     AtmSig sig;
-    sig.addressRegistration = 0, sig.portChangeDetect = 2, sig.registerOtherPrefixes = 0;
-    sig.address = address(someAddress);
-    AtmSig sigBack;
-    sigBack = bufferOf<SigXferBuffer>(sig);
-    EXPECT_EQ(std::tie(sigBack.addressRegistration, sigBack.portChangeDetect, sigBack.registerOtherPrefixes),
-              std::make_tuple(0, 2, 0));
-    EXPECT_EQ(sigBack.address.digits(), "47ABCDEF0123456789abcdef00"
-                                        "00000000000000")
-        << "the prefix alone";
+    sig.uniRevision = 31, sig.addressRegistration = 0, sig.portChangeDetect = 2,
+    sig.registerOtherPrefixes = 3;
+    sig.address.setNetworkPrefix(std::string_view(someAddress).substr(0, 26));  // the half that is used
+    const auto sigBuffer = thereAndBack<SigXferBuffer>(sig);
+    EXPECT_EQ(std::tie(sigBuffer.uniPosition, sigBuffer.addressRegistration, sigBuffer.portChangeDetect,
+                       sigBuffer.registerOtherPrefixes),
+              std::make_tuple(1, 0, 2, 3));
 }
 
 TEST(Records, UniRevision) {

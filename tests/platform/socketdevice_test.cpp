@@ -5,8 +5,8 @@
 #include <cerrno>
 #include <chrono>
 #include <cstring>
-#include <functional>
 #include <gtest/gtest.h>
+#include <optional>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <thread>
@@ -16,14 +16,10 @@
 namespace {
 
 using Packet = std::vector<char>;
-using Packets = std::vector<Packet>;
 
 Packet packet(std::initializer_list<std::int32_t> words, std::string_view bytes = {}) {
-    Packet all;
-    for (const std::int32_t word : words) {
-        const auto* at = reinterpret_cast<const char*>(&word);
-        all.insert(all.end(), at, at + sizeof word);
-    }
+    const auto* from = reinterpret_cast<const char*>(words.begin());
+    Packet all(from, from + words.size() * sizeof(std::int32_t));
     all.insert(all.end(), bytes.begin(), bytes.end());
     return all;
 }
@@ -35,8 +31,16 @@ std::int32_t wordAt(const Packet& bytes, std::size_t index) {
     return word;
 }
 
-// The packets with which the peer answers one request. After the last step it hangs up.
-using Step = std::function<Packets(std::int32_t id)>;
+// One packet of an answer: the request's id and `later`, or no id at all, then the bytes.
+struct Reply {
+    std::optional<std::int32_t> later;
+    Packet rest;
+};
+using Step = std::vector<Reply>;  // what the peer sends for one request; after the last step it hangs up
+
+Step answer(std::initializer_list<std::int32_t> words, std::string_view bytes = {}) {
+    return {{0, packet(words, bytes)}};
+}
 
 class Peer {
   public:
@@ -55,7 +59,12 @@ class Peer {
             for (const Step& step : steps) {
                 requests.push_back(receive(connection));
                 if (requests.back().empty()) break;
-                for (const Packet& answer : step(wordAt(requests.back(), 1))) send(connection, answer);
+                for (const Reply& reply : step) {
+                    Packet bytes =
+                        reply.later ? packet({wordAt(requests.back(), 1) + *reply.later}) : Packet();
+                    bytes.insert(bytes.end(), reply.rest.begin(), reply.rest.end());
+                    send(connection, bytes);
+                }
             }
             ::close(connection);
         });
@@ -106,19 +115,14 @@ Outcome call(int descriptor, int timeout = 15) {
     return {result, result < 0 ? errno : 0, message, block.ic_len};
 }
 
-Step answer(Packet (*make)(std::int32_t)) {
-    return [make](std::int32_t id) { return Packets{make(id)}; };
-}
-
 Outcome good() {
     return {0, 0, "ABCDEFGH", 8};
-}
-Packet goodAnswer(std::int32_t id) {
-    return packet({id, 0, 0, 8}, "ABCDEFGH");
 }
 Outcome failure(int error) {
     return {-1, error, "abcdefgh", 8};
 }
+
+const Reply goodReply{0, packet({0, 0, 8}, "ABCDEFGH")};
 
 }  // namespace
 
@@ -128,74 +132,27 @@ TEST(SocketDevice, AnswersGoodAndBad) {
         Step step;
         Outcome expected;
     } cases[] = {
-        {"whole", answer(goodAnswer), good()},
-        {"shorter",
-         answer([](int id) {
-             return packet({id, 0, 0, 3}, "ABC");
-         }),
-         {0, 0, "ABCdefgh", 3}},
-        {"empty",
-         answer([](int id) {
-             return packet({id, 0, 0, 0});
-         }),
-         {0, 0, "abcdefgh", 0}},
-        {"rval",
-         answer([](int id) {
-             return packet({id, 0, 5, 0});
-         }),
-         {5, 0, "abcdefgh", 0}},
-        {"error", answer([](int id) {
-             return packet({id, EACCES, 0, 8}, "ABCDEFGH");
-         }),
-         failure(EACCES)},
-        {"late first",
-         [](int id) {
-             return Packets{packet({id - 1, 0, 0, 8}, "XXXXXXXX"), goodAnswer(id)};
-         },
-         good()},
-        {"late and too long first",
-         [](int id) {
-             return Packets{packet({id + 1, 0, 0, 9}, "XXXXXXXXX"), goodAnswer(id)};
-         },
-         good()},
-        {"without a message", answer([](int id) {
-             return packet({id, 0, 0});
-         }),
-         failure(EPROTO)},
-        {"without a whole id", answer([](int) {
-             return Packet{'x', 'y'};
-         }),
-         failure(EPROTO)},
-        {"no byte", answer([](int) { return Packet{}; }), failure(EPROTO)},
-        {"longer than asked for", answer([](int id) {
-             return packet({id, 0, 0, 9}, "ABCDEFGHI");
-         }),
-         failure(EPROTO)},
-        {"length of more", answer([](int id) {
-             return packet({id, 0, 0, 8}, "ABCD");
-         }),
-         failure(EPROTO)},
-        {"length of less", answer([](int id) {
-             return packet({id, 0, 0, 4}, "ABCDEFGH");
-         }),
-         failure(EPROTO)},
-        {"negative length", answer([](int id) {
-             return packet({id, 0, 0, -8}, "ABCDEFGH");
-         }),
-         failure(EPROTO)},
-        {"negative error", answer([](int id) {
-             return packet({id, -1, 0, 8}, "ABCDEFGH");
-         }),
-         failure(EPROTO)},
-        {"negative result", answer([](int id) {
-             return packet({id, 0, -1, 8}, "ABCDEFGH");
-         }),
-         failure(EPROTO)},
+        {"whole", {goodReply}, good()},
+        {"shorter", answer({0, 0, 3}, "ABC"), {0, 0, "ABCdefgh", 3}},
+        {"empty", answer({0, 0, 0}), {0, 0, "abcdefgh", 0}},
+        {"rval", answer({0, 5, 0}), {5, 0, "abcdefgh", 0}},
+        {"error", answer({EACCES, 0, 8}, "ABCDEFGH"), failure(EACCES)},
+        {"late first", {{-1, packet({0, 0, 8}, "XXXXXXXX")}, goodReply}, good()},
+        {"too long but not ours first", {{1, packet({0, 0, 9}, "XXXXXXXXX")}, goodReply}, good()},
+        {"without a message", answer({0, 0}), failure(EPROTO)},
+        {"without a whole id", {{std::nullopt, {'x', 'y'}}}, failure(EPROTO)},
+        {"no byte", {{std::nullopt, {}}}, failure(EPROTO)},
+        {"longer than asked for", answer({0, 0, 9}, "ABCDEFGHI"), failure(EPROTO)},
+        {"length of more", answer({0, 0, 8}, "ABCD"), failure(EPROTO)},
+        {"length of less", answer({0, 0, 4}, "ABCDEFGH"), failure(EPROTO)},
+        {"negative length", answer({0, 0, -8}, "ABCDEFGH"), failure(EPROTO)},
+        {"negative error", answer({-1, 0, 8}, "ABCDEFGH"), failure(EPROTO)},
+        {"negative result", answer({0, -1, 8}, "ABCDEFGH"), failure(EPROTO)},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         const TempRoot root;
-        Peer peer(root, {c.step, answer(goodAnswer)});
+        Peer peer(root, {c.step, {goodReply}});
         const int descriptor = platform::device().open("/dev/li", 2);
         ASSERT_GT(descriptor, 0) << std::strerror(errno);
         EXPECT_EQ(call(descriptor), c.expected);
@@ -210,10 +167,7 @@ TEST(SocketDevice, AnswersGoodAndBad) {
 
 TEST(SocketDevice, NoAnswerInTimeLeavesTheConnectionUsable) {
     const TempRoot root;
-    Peer peer(root, {[](int) { return Packets{}; },
-                     [](int id) {
-                         return Packets{goodAnswer(id - 1), packet({id, 0, 0, 1}, "Z")};
-                     }});
+    Peer peer(root, {{}, {{-1, goodReply.rest}, {0, packet({0, 0, 1}, "Z")}}});
     const int descriptor = platform::device().open("/dev/li", 0);
     const auto before = std::chrono::steady_clock::now();
     EXPECT_EQ(call(descriptor, 1), failure(ETIME));
@@ -224,7 +178,7 @@ TEST(SocketDevice, NoAnswerInTimeLeavesTheConnectionUsable) {
 
 TEST(SocketDevice, APeerThatHungUpIsGoneForGood) {
     const TempRoot root;
-    Peer peer(root, {[](int) { return Packets{}; }});  // takes the request and closes
+    Peer peer(root, {Step()});  // takes the request and closes
     const int descriptor = platform::device().open("/dev/li", 0);
     for (int i = 0; i < 3; ++i) EXPECT_EQ(call(descriptor), failure(ENXIO));
     EXPECT_EQ(platform::device().close(descriptor), 0);
@@ -232,7 +186,7 @@ TEST(SocketDevice, APeerThatHungUpIsGoneForGood) {
 
 TEST(SocketDevice, TheLargestMessageFitsBothWays) {
     const TempRoot root;
-    Peer peer(root, {[](int id) { return Packets{packet({id, 0, 0, 65535}, std::string(65535, 'y'))}; }});
+    Peer peer(root, {answer({0, 0, 65535}, std::string(65535, 'y'))});
     const int descriptor = platform::device().open("/dev/li", 0);
     std::string message(65536, 'x');
     platform::strioctl block{.ic_cmd = 0x4C00, .ic_timout = 0, .ic_len = 65536, .ic_dp = message.data()};
