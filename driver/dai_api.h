@@ -1,0 +1,60 @@
+// The channel to the ATM driver: open the access device, hand over a request message and get it back
+// answered, close. Every message begins with a 16-byte header, little-endian on the wire.
+//
+// The driver is outside: what it writes into a message is checked before it is used.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <iosfwd>
+#include <span>
+
+extern char devbase[];  // system path of the access device
+
+// The two long-lived channels. A descriptor of 0 means that there is no channel: its owner could not open
+// one.
+extern int ioctlDesc;       // read-only, of the main window: queries of all dialogs and the trace switches
+extern int SetupIoctlDesc;  // read-write, of the configuration dialog: control requests of its pages
+
+// What stands in Resp before every request. A driver that leaves it there has failed the request.
+constexpr std::uint16_t respUnanswered = 0xDEAD;
+
+// The message header.
+struct req_param_t {
+    static constexpr std::size_t wireSize = 16;
+
+    std::uint16_t Prim = 0;  // the driver service
+    std::uint16_t Type = 0;  // operation of the service
+    std::uint8_t Link = 0;   // adapter
+    std::uint8_t Unit = 0;   // instance within the adapter
+    std::uint16_t Size = 0;  // bytes of the message, header included; the driver may write all of them
+    std::uint16_t SzIO = 0;  // leading bytes of the message that are input to the driver
+    std::uint16_t RowM = 0;  // first row wanted, from 1; the driver advances it
+    std::uint16_t NRow = 0;  // rows wanted; in the reply rows delivered or available
+    std::uint16_t Resp = 0;  // 0: success, else an error code of the driver or of dai_syserr
+
+    void pack(std::span<std::uint8_t, wireSize> wire) const;
+    static req_param_t unpack(std::span<const std::uint8_t, wireSize> wire);
+    bool operator==(const req_param_t&) const = default;
+};
+
+// "Prim:129 Type:1 Link:0 Unit:0 Size:22 SzIO:16 RowM:1 NRow:0 Resp:0", as the debug log shows it.
+std::ostream& operator<<(std::ostream& out, const req_param_t& header);
+
+// Opens the access device; oflag is O_RDONLY or O_RDWR. Returns 0 and the descriptor, or -1 and a descriptor
+// of -1 (errno says why); the caller then keeps 0. The context is ignored.
+int dai_open(int context, int oflag, int& descriptorOut);
+
+// Sends the message, as many bytes as its header's Size says, and waits for the reply, which comes back in
+// the same bytes. Returns 0 when the driver reported success, else -1, and Resp in the message holds the
+// reason: the driver's own code, or dai_syserr of the system's error. A Size beyond the bytes given (206) and
+// a descriptor that is no channel (201) fail without a call. A message too short for a header fails
+// untouched.
+int dai_req(int descriptor, std::span<std::uint8_t> message);
+
+// Closes the descriptor, unless it is 0. Always 0. The context is ignored.
+int dai_close(int context, int descriptor);
+
+// The error code for an errno value: 201 no driver or device, 202 busy, 203 permission denied, 205 out of
+// buffer space, 206 invalid request, 207 anything else.
+int dai_syserr(int systemError);

@@ -1,0 +1,161 @@
+#include "driver/dai_io.h"
+
+#include "platform/debuglog.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+constexpr std::size_t largestMessage = std::numeric_limits<std::uint16_t>::max();
+
+}  // namespace
+
+req_param_t InfoMsgHandler::initialHeader(QueryId id, std::uint8_t link, std::uint16_t type) {
+    return {.Prim = queryOf(id).prim,
+            .Type = type,
+            .Link = link,
+            .Unit = 0,
+            .Size = req_param_t::wireSize,
+            .SzIO = req_param_t::wireSize,
+            .RowM = 1,
+            .NRow = 0,
+            .Resp = respUnanswered};
+}
+
+void InfoMsgHandler::addressTo(std::uint8_t link, std::uint8_t unit) {
+    header().Link = link;
+    header().Unit = unit;
+}
+
+void InfoMsgHandler::markRows(std::uint16_t rowMarker, std::uint16_t rows) {
+    header().RowM = rowMarker;
+    header().NRow = rows;
+}
+
+void InfoMsgHandler::prepareMsg(std::size_t dataSize) {
+    SetupMsg(dataSize + headerLength());
+    setArea(dataSize);
+}
+
+void InfoMsgHandler::setArea(std::size_t size) {
+    fetched_ = {};
+    areaSize_ = size;
+    std::ranges::fill(area(), std::uint8_t{0});
+    // An assembled table can be larger than a message; it is never sent.
+    header().Size = static_cast<std::uint16_t>(std::min(size + headerLength(), largestMessage));
+    header().SzIO = static_cast<std::uint16_t>(headerLength());
+}
+
+std::uint16_t InfoMsgHandler::GetNumRows(int tableType) {
+    header().Type = static_cast<std::uint16_t>(tableType);
+    header().NRow = 0;
+    tvlog << "GET_NROWS" << std::endl;
+    prepareMsg(0);
+    daiRequest();
+    return header().NRow;
+}
+
+InfoMsgHandler::Bytes InfoMsgHandler::send(const char* prefix, const Query& query) {
+    tvlog << prefix << query.trace << std::endl;
+    return daiRequest() == 0 ? Bytes(area()) : Bytes();
+}
+
+InfoMsgHandler::Bytes InfoMsgHandler::reply(const Query& query) {
+    header().Type = query.type;
+    prepareMsg(query.size);
+    return send("", query);
+}
+
+InfoMsgHandler::Bytes InfoMsgHandler::rows(const Query& query) {
+    const std::uint16_t wanted = header().NRow;
+    header().Type = query.type;
+    if (wanted > query.chunkRows) return chunks(query, wanted);
+
+    prepareMsg(std::size_t{wanted} * query.size);
+    const Bytes bytes = send("", query);
+    if (!bytes.data()) return {};
+    header().NRow = std::min(header().NRow, wanted);
+    return fetched_ = bytes.first(std::size_t{header().NRow} * query.size);
+}
+
+// Each chunk goes out with RowM and NRow as the chunk before left them: the driver advances them. How many go
+// out is settled beforehand, whatever the driver delivers; a chunk that fails leaves its rows out, but the
+// last one's failure is the table's.
+InfoMsgHandler::Bytes InfoMsgHandler::chunks(const Query& query, std::uint16_t wanted) {
+    const std::size_t size = std::size_t{wanted} * query.size;
+    assembly_.clear();
+    assembly_.reserve(size);
+    header().NRow = query.chunkRows;
+    prepareMsg(std::size_t{query.chunkRows} * query.size);
+    for (int remaining = wanted; remaining > 0; remaining -= query.chunkRows) {
+        std::ranges::fill(area(), std::uint8_t{0});
+        const Bytes chunk = send("Incr ", query);
+        if (!chunk.data()) continue;
+        const std::size_t delivered = std::min(std::size_t{header().NRow} * query.size, chunk.size());
+        const Bytes kept = chunk.first(std::min(delivered, size - assembly_.size()));
+        assembly_.insert(assembly_.end(), kept.begin(), kept.end());
+    }
+    if (result() != 0) return {};
+
+    prepareMsg(assembly_.size());
+    std::ranges::copy(assembly_, area().begin());
+    header().NRow = static_cast<std::uint16_t>(assembly_.size() / query.size);
+    return fetched_ = area();
+}
+
+InfoMsgHandler::Bytes InfoMsgHandler::allRows(const Query& query) {
+    header().RowM = 1;
+    const std::uint16_t count = GetNumRows(query.countType);
+    if (result() != 0 || count == 0) return {};
+    return rows(query);
+}
+
+lecInfo::lecInfo(int descriptor, std::uint8_t link)
+    : TableInfo(descriptor, initialHeader(QueryId::lecTable, link)) {}
+
+lesInfo::lesInfo(int descriptor, std::uint8_t link)
+    : TableInfo(descriptor, initialHeader(QueryId::lesTable, link)) {}
+
+lecsInfo::lecsInfo(int descriptor, std::uint8_t link)
+    : TableInfo(descriptor, initialHeader(QueryId::lecsTable, link)) {}
+
+vccInfo::vccInfo(int descriptor, std::uint8_t link)
+    : TableInfo(descriptor, initialHeader(QueryId::vcTable, link, 2)) {}
+
+VcRowView vccInfo::GetVciEntry(std::uint16_t vci) const {
+    for (const VcRowView row : TableView<VcRowView>(fetched(), queryOf(QueryId::vcTable).size))
+        if (row.vci() == vci) return row;
+    return {};
+}
+
+ip1577Info::ip1577Info(int descriptor, std::uint8_t link)
+    : TableInfo(descriptor, initialHeader(QueryId::ipTable, link)) {}
+
+namespace {
+
+req_param_t signallingHeader(req_param_t header) {
+    header.Size = req_param_t::wireSize + layout::linkState::size;
+    header.SzIO = 24;  // as the driver's signalling service has its messages; every query sets its own
+    return header;
+}
+
+}  // namespace
+
+sigInfo::sigInfo(int descriptor, std::uint8_t link)
+    : InfoMsgHandler(descriptor, signallingHeader(initialHeader(QueryId::linkState, link))) {}
+
+void sigInfo::prepareMsg(std::size_t dataSize) {
+    setArea(std::min(dataSize, data().size()));
+}
+
+aalInfo::aalInfo(int descriptor, std::uint8_t link)
+    : InfoMsgHandler(descriptor, initialHeader(QueryId::boardState, link)) {}
+
+BoardMacView aalInfo::GetBoardMacAddress(std::uint16_t board) {
+    const Query& query = queryOf(QueryId::boardMacAddress);
+    header().Type = query.type;
+    prepareMsg(query.size);
+    area()[layout::boardMac::board.offset] = static_cast<std::uint8_t>(board);
+    return BoardMacView(send("", query));
+}

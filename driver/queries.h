@@ -1,0 +1,43 @@
+// Every query of the driver's state, one row each.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+enum class QueryId {
+    vcTable,
+    lecState,
+    lecStats,
+    lecTable,
+    lesState,
+    lesStats,
+    lesTable,
+    lecsState,
+    lecsStats,
+    lecsTable,
+    linkState,
+    ipState,
+    ipStats,
+    ipTable,
+    ipPvcTable,
+    boardState,
+    boardMacAddress,
+    aalStats,
+    suniStats,
+    packageRev,
+};
+
+struct Query {
+    QueryId id;
+    const char* service;  // the query class that asks
+    std::uint16_t prim;   // header fields that select the query
+    std::uint16_t type;
+    std::uint16_t size;       // bytes of reply data; of a table, bytes of a row
+    std::uint16_t chunkRows;  // of a table: the most rows that one request asks for; else 0
+    std::uint16_t countType;  // of a table: the Type that asks for its row count; else 0
+    const char* trace;        // line on the debug log before the request
+};
+
+// In the order of QueryId.
+std::span<const Query> queryTable();
+const Query& queryOf(QueryId id);

@@ -1,0 +1,38 @@
+#include "driver/reqparam.h"
+
+#include "platform/debuglog.h"
+
+#include <algorithm>
+#include <fmt/ostream.h>
+
+reqParam::reqParam(int descriptor, const req_param_t& header) : descriptor_(descriptor), header_(header) {
+    SetupMsg(header.Size);
+}
+
+std::span<std::uint8_t> reqParam::SetupMsg(std::size_t size) {
+    size = std::max(size, req_param_t::wireSize);
+    if (capacity_ < size) {
+        fmt::print(tvlog, "Realloc:Old Size-{:6} NewSize-{:6}", capacity_, size);
+        tvlog << std::endl;
+        buffer_ = std::make_unique<std::uint8_t[]>(size);
+        capacity_ = size;
+    }
+    headerLength_ = req_param_t::wireSize;
+    return data();
+}
+
+int reqParam::daiRequest() {
+    const std::span<std::uint8_t> message(buffer_.get(), capacity_);
+    header_.Resp = respUnanswered;
+    header_.pack(message.first<req_param_t::wireSize>());
+    tvlog << header_ << std::endl;
+    result_ = dai_req(descriptor_, message);
+
+    const req_param_t reply = req_param_t::unpack(message.first<req_param_t::wireSize>());
+    tvlog << reply << std::endl;
+    if (result_ != 0) tvlog << "Dai Request Failure" << std::endl;
+    header_.RowM = reply.RowM;
+    header_.NRow = reply.NRow;
+    header_.Resp = reply.Resp;
+    return result_;
+}

@@ -1,0 +1,51 @@
+// A request block: one message buffer, bound to one channel, that is filled, sent, read and used again.
+//
+// The header is held decoded beside the buffer and is put in front of the data when the request is sent, so
+// that a growing buffer cannot lose it. Of a reply only RowM, NRow and Resp are taken over; whatever else the
+// driver writes into the header is logged and dropped. Errors: see daiRequest. The data of a block is valid
+// until its next request or SetupMsg.
+#pragma once
+
+#include "driver/dai_api.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+
+class reqParam {
+  public:
+    // The buffer is made for header.Size bytes.
+    reqParam(int descriptor, const req_param_t& header);
+    virtual ~reqParam() = default;
+    reqParam(const reqParam&) = delete;
+    reqParam& operator=(const reqParam&) = delete;
+
+    // Makes the buffer at least `size` bytes long and puts the data area behind a header of the usual length.
+    // A buffer that has to grow comes back zeroed; one that need not keeps its bytes. No header field
+    // changes. Returns the data area.
+    std::span<std::uint8_t> SetupMsg(std::size_t size);
+
+    // Sends the message. 0, or -1 with the reason in header().Resp. Both headers, as sent and as they came
+    // back, and a failure go to the debug log.
+    int daiRequest();
+
+    req_param_t& header() { return header_; }
+    const req_param_t& header() const { return header_; }
+    int result() const { return result_; }  // of the last daiRequest
+    std::size_t capacity() const { return capacity_; }
+
+    // The buffer behind the header: what the request carries, then what the reply brought.
+    std::span<std::uint8_t> data() { return {buffer_.get() + headerLength_, capacity_ - headerLength_}; }
+
+  protected:
+    std::size_t headerLength() const { return headerLength_; }
+
+  private:
+    std::unique_ptr<std::uint8_t[]> buffer_;
+    std::size_t capacity_ = 0;
+    int descriptor_;
+    int result_ = 0;
+    std::size_t headerLength_ = req_param_t::wireSize;
+    req_param_t header_;
+};

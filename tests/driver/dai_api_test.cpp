@@ -1,0 +1,129 @@
+#include "driver/dai_api.h"
+
+#include "driver/reqparam.h"
+#include "tests/support/scripteddriver.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr req_param_t anyRequest{
+    .Prim = 129, .Type = 1, .Size = 22, .SzIO = 16, .RowM = 1, .Resp = respUnanswered};
+constexpr char anyRequestBytes[] = "81 00 01 00 00 00 16 00 10 00 01 00 00 00 ad de";
+
+}  // namespace
+
+TEST(DaiApi, OpensTheAccessDeviceInTheModeGivenAndClosesAllButZero) {
+    ScriptedDriver driver;
+    int descriptor = 5;
+    EXPECT_EQ(dai_open(0, O_RDWR, descriptor), 0);
+    EXPECT_GT(descriptor, 0);
+    driver.failCall(1, ENOENT);
+    int none = 5;
+    EXPECT_EQ(dai_open(0, O_RDONLY, none), -1);
+    EXPECT_EQ(none, -1);
+    EXPECT_EQ(driver.opened(), (std::vector<std::string>{"/dev/li 2", "/dev/li 0"}));
+
+    EXPECT_EQ(dai_close(0, descriptor), 0);
+    EXPECT_EQ(dai_close(0, 0), 0);
+    EXPECT_EQ(driver.closed(), std::vector{descriptor});
+}
+
+TEST(DaiApi, SystemErrorsBecomeDriverCodes) {
+    const int codes[][2] = {{ENOENT, 201}, {ENXIO, 201}, {ENODEV, 201}, {EACCES, 203},
+                            {EINVAL, 206}, {132, 205},   {EBUSY, 202},  {ENOBUFS, 205},
+                            {EIO, 207},    {ETIME, 207}, {0, 207},      {-1, 207}};
+    for (const auto& [error, code] : codes) EXPECT_EQ(dai_syserr(error), code) << error;
+}
+
+TEST(DaiApi, EveryHeaderFieldHasItsPlace) {
+    const req_param_t header{.Prim = 0x0201,
+                             .Type = 0x0403,
+                             .Link = 0x05,
+                             .Unit = 0x06,
+                             .Size = 0x0807,
+                             .SzIO = 0x0a09,
+                             .RowM = 0x0c0b,
+                             .NRow = 0x0e0d,
+                             .Resp = 0x100f};
+    std::array<std::uint8_t, 16> wire{};
+    header.pack(wire);
+    EXPECT_EQ(hexText(wire), "01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10");
+    EXPECT_EQ(req_param_t::unpack(wire), header);
+}
+
+TEST(DaiApi, RefusesWhatIsNoMessageOrNoChannelWithoutACall) {
+    ScriptedDriver driver;
+    const struct {
+        int descriptor;
+        std::uint16_t size;
+        unsigned resp;
+    } cases[] = {{7, 17, 206}, {7, 65535, 206}, {7, 15, 206}, {7, 0, 206}, {0, 16, 201}, {-1, 16, 201}};
+    for (const auto& c : cases) {
+        std::array<std::uint8_t, 16> message{};
+        req_param_t{.Size = c.size}.pack(message);
+        EXPECT_EQ(dai_req(c.descriptor, message), -1);
+        EXPECT_EQ(req_param_t::unpack(message).Resp, c.resp) << c.descriptor << " " << c.size;
+    }
+    std::array<std::uint8_t, 15> tooShort{};
+    EXPECT_EQ(dai_req(7, tooShort), -1);
+    EXPECT_TRUE(driver.requests().empty());
+}
+
+TEST(ReqParam, OutcomesAndTheirTrace) {
+    const struct {
+        Answer answer;
+        int result;
+        std::uint16_t resp;
+    } cases[] = {
+        {Answer(), 0, 0},
+        {Answer().resp(42), -1, 42},
+        {Answer().unanswered(), -1, 57005},
+        {Answer().raw({}), -1, 57005},
+        {Answer().error(EACCES), -1, 203},
+        {Answer().error(EIO), -1, 207},
+    };
+    for (const auto& c : cases) {
+        ScriptedDriver driver;
+        LogCapture log;
+        reqParam block(driver.open(), anyRequest);
+        EXPECT_EQ(log.take(), "Realloc:Old Size-     0 NewSize-    22\n");
+        driver.expect(anyRequestBytes) = c.answer;
+        EXPECT_EQ(block.daiRequest(), c.result);
+        EXPECT_EQ(block.result(), c.result);
+        EXPECT_EQ(block.header().Resp, c.resp);
+        const std::string line = "Prim:129 Type:1 Link:0 Unit:0 Size:22 SzIO:16 RowM:1 NRow:0 Resp:";
+        EXPECT_EQ(log.take(), line + "57005\n" + line + std::to_string(c.resp) + "\n" +
+                                  (c.result ? "Dai Request Failure\n" : ""));
+    }
+}
+
+TEST(ReqParam, TheDriverChangesRowMNRowAndRespOnly) {
+    ScriptedDriver driver;
+    LogCapture log;
+    reqParam block(driver.open(), anyRequest);
+    Answer& answer = driver.expect(anyRequestBytes);
+    for (const std::size_t field : {0, 2, 4, 6, 8}) answer.header(field, 65535);
+    answer.rowMarker(9).rows(65535);
+    EXPECT_EQ(block.daiRequest(), 0);
+    EXPECT_NE(log.take().find("Size:65535"), std::string::npos) << "the log shows what came";
+    driver.expect("81 00 01 00 00 00 16 00 10 00 09 00 ff ff ad de");
+    EXPECT_EQ(block.daiRequest(), 0);
+}
+
+TEST(ReqParam, TheBufferOnlyGrowsAndKeepsTheHeader) {
+    LogCapture log;
+    reqParam block(0, {.Prim = 22, .Size = 16});
+    EXPECT_EQ(log.take(), "Realloc:Old Size-     0 NewSize-    16\n");
+    EXPECT_EQ(block.SetupMsg(16).size(), 0U);
+    EXPECT_EQ(block.SetupMsg(3).size(), 0U);
+    EXPECT_EQ(log.take(), "");
+    EXPECT_EQ(block.SetupMsg(100).size(), 84U);
+    EXPECT_EQ(log.take(), "Realloc:Old Size-    16 NewSize-   100\n");
+    block.data()[83] = 1;
+    EXPECT_EQ(block.SetupMsg(50)[83], 1);
+    EXPECT_EQ(block.SetupMsg(5'000'000).size(), 4'999'984U);
+    EXPECT_EQ(block.header(), (req_param_t{.Prim = 22, .Size = 16}));
+}

@@ -1,0 +1,155 @@
+#include "driver/dai_io.h"
+#include "tests/support/scripteddriver.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+
+namespace {
+
+// Every operation on one object per service, for adapter 1.
+struct Services {
+    explicit Services(int descriptor)
+        : vcc(descriptor, 1), lec(descriptor, 1), les(descriptor, 1), lecs(descriptor, 1), sig(descriptor, 1),
+          ip(descriptor, 1), aal(descriptor, 1) {}
+
+    vccInfo vcc;
+    lecInfo lec;
+    lesInfo les;
+    lecsInfo lecs;
+    sigInfo sig;
+    ip1577Info ip;
+    aalInfo aal;
+};
+
+struct Case {
+    const char* trace;
+    const char* plain;      // request of the operation without arguments on a fresh object
+    const char* addressed;  // request of its overload with link 2, unit 3 (tables: also rows 4 and 5)
+    std::function<bool(Services&)> ask;
+    std::function<bool(Services&)> askAddressed;
+};
+
+#define REPLY(service, operation)                                                                            \
+    [](Services& s) { return static_cast<bool>(s.service.operation()); },                                    \
+        [](Services& s) { return static_cast<bool>(s.service.operation(2, 3)); }
+#define COUNT(service, operation)                                                                            \
+    [](Services& s) { return s.service.operation() == 0; },                                                  \
+        [](Services& s) { return s.service.operation(2, 3) == 0; }
+#define TABLE(service, operation)                                                                            \
+    [](Services& s) { return static_cast<bool>(s.service.operation()); },                                    \
+        [](Services& s) { return static_cast<bool>(s.service.operation(2, 3, 4, 5)); }
+
+const Case cases[] = {
+    {"GET_LEC_STATE", "14 00 01 00 01 00 20 00 10 00 01 00 00 00 ad de",
+     "14 00 01 00 02 03 20 00 10 00 01 00 00 00 ad de", REPLY(lec, GetState)},
+    {"GET_LEC_STATS", "14 00 02 00 01 00 bc 03 10 00 01 00 00 00 ad de",
+     "14 00 02 00 02 03 bc 03 10 00 01 00 00 00 ad de", REPLY(lec, GetStats)},
+    {"GET_NROWS", "14 00 03 00 01 00 10 00 10 00 01 00 00 00 ad de",
+     "14 00 03 00 02 03 10 00 10 00 01 00 00 00 ad de", COUNT(lec, GetNRows)},
+    {"GET_LEC_TBL", "14 00 04 00 01 00 10 00 10 00 01 00 00 00 ad de",
+     "14 00 04 00 02 03 78 01 10 00 04 00 05 00 ad de", TABLE(lec, GetTable)},
+    {"GET_LES_STATE", "15 00 01 00 01 00 1c 00 10 00 01 00 00 00 ad de",
+     "15 00 01 00 02 03 1c 00 10 00 01 00 00 00 ad de", REPLY(les, GetState)},
+    {"GET_LES_STATS", "15 00 02 00 01 00 84 00 10 00 01 00 00 00 ad de",
+     "15 00 02 00 02 03 84 00 10 00 01 00 00 00 ad de", REPLY(les, GetStats)},
+    {"GET_NROWS", "15 00 03 00 01 00 10 00 10 00 01 00 00 00 ad de",
+     "15 00 03 00 02 03 10 00 10 00 01 00 00 00 ad de", COUNT(les, GetNRows)},
+    {"GET_LES_TBL", "15 00 04 00 01 00 10 00 10 00 01 00 00 00 ad de",
+     "15 00 04 00 02 03 50 01 10 00 04 00 05 00 ad de", TABLE(les, GetTable)},
+    {"GET_LECS_STATE", "16 00 01 00 01 00 18 00 10 00 01 00 00 00 ad de",
+     "16 00 01 00 02 03 18 00 10 00 01 00 00 00 ad de", REPLY(lecs, GetState)},
+    {"GET_LECS_STATS", "16 00 02 00 01 00 40 00 10 00 01 00 00 00 ad de",
+     "16 00 02 00 02 03 40 00 10 00 01 00 00 00 ad de", REPLY(lecs, GetStats)},
+    {"GET_NROWS", "16 00 03 00 01 00 10 00 10 00 01 00 00 00 ad de",
+     "16 00 03 00 02 03 10 00 10 00 01 00 00 00 ad de", COUNT(lecs, GetNRows)},
+    {"GET_LECS_TBL", "16 00 04 00 01 00 10 00 10 00 01 00 00 00 ad de",
+     "16 00 04 00 02 03 3d 00 10 00 04 00 05 00 ad de", TABLE(lecs, GetTable)},
+    {"GET_BRDS_STATE", "81 00 01 00 01 00 16 00 10 00 01 00 00 00 ad de",
+     "81 00 01 00 02 03 16 00 10 00 01 00 00 00 ad de", REPLY(aal, GetBoardState)},
+    {"GET_BRDS_MACADDR", "81 00 02 00 01 00 17 00 10 00 01 00 00 00 ad de 03",
+     "81 00 02 00 01 00 17 00 10 00 01 00 00 00 ad de 04",
+     [](Services& s) { return static_cast<bool>(s.aal.GetBoardMacAddress(3)); },
+     [](Services& s) { return static_cast<bool>(s.aal.GetBoardMacAddress(0x1204)); }},
+    {"GET_AAL_DRV_STATS", "81 00 03 00 01 00 6c 00 10 00 01 00 00 00 ad de",
+     "81 00 03 00 02 03 6c 00 10 00 01 00 00 00 ad de", REPLY(aal, GetAalStats)},
+    {"GET_SUNI_STATS", "81 00 04 00 01 00 6c 00 10 00 01 00 00 00 ad de",
+     "81 00 04 00 02 03 6c 00 10 00 01 00 00 00 ad de", REPLY(aal, GetSuniStats)},
+    {"GET_PACKAGE_REV", "81 00 05 00 01 00 30 00 10 00 01 00 00 00 ad de",
+     "81 00 05 00 02 03 30 00 10 00 01 00 00 00 ad de", REPLY(aal, GetPackageRev)},
+    {"DaiSigLnkStatus", "21 00 01 00 01 00 4c 00 10 00 01 00 00 00 ad de",
+     "21 00 01 00 02 03 4c 00 10 00 01 00 00 00 ad de", REPLY(sig, GetLinkState)},
+    {"GET_NROWS", "01 00 03 00 01 00 10 00 10 00 01 00 00 00 ad de",
+     "01 00 03 00 02 03 10 00 10 00 01 00 00 00 ad de", COUNT(vcc, GetNRows)},
+    {"GET_VC_TBL", "01 00 04 00 01 00 10 00 10 00 01 00 00 00 ad de",
+     "01 00 04 00 02 03 74 00 10 00 04 00 05 00 ad de", TABLE(vcc, GetTable)},
+    {"GET_IP_STATE", "42 00 01 00 01 00 20 00 10 00 01 00 00 00 ad de",
+     "42 00 01 00 02 03 20 00 10 00 01 00 00 00 ad de", REPLY(ip, GetState)},
+    {"GET_IP_STATS", "42 00 02 00 01 00 b0 00 10 00 01 00 00 00 ad de",
+     "42 00 02 00 02 03 b0 00 10 00 01 00 00 00 ad de", REPLY(ip, GetStats)},
+    {"GET_NROWS", "42 00 03 00 01 00 10 00 10 00 01 00 00 00 ad de",
+     "42 00 03 00 02 03 10 00 10 00 01 00 00 00 ad de", COUNT(ip, GetNRows)},
+    {"GET_IP_TBL", "42 00 04 00 01 00 10 00 10 00 01 00 00 00 ad de",
+     "42 00 04 00 02 03 28 01 10 00 04 00 05 00 ad de", TABLE(ip, GetTable)},
+    {"GET_NROWS", "42 00 05 00 01 00 10 00 10 00 01 00 00 00 ad de",
+     "42 00 05 00 02 03 10 00 10 00 01 00 00 00 ad de", COUNT(ip, GetPvcNRows)},
+    {"GET_IP_PVC_TBL", "42 00 06 00 01 00 10 00 10 00 01 00 00 00 ad de",
+     "42 00 06 00 02 03 60 00 10 00 04 00 05 00 ad de", TABLE(ip, GetPvcTable)},
+};
+
+// A row count has no view: a request that failed counts 0 rows.
+bool isCount(const Case& c) {
+    return c.trace == std::string_view("GET_NROWS");
+}
+
+}  // namespace
+
+TEST(Queries, RequestsTraceAndFailure) {
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.plain);
+        ScriptedDriver driver;
+        LogCapture log;
+        Services services(driver.open());
+        log.take();
+        driver.expect(c.plain);
+        EXPECT_TRUE(c.ask(services));
+        const std::string text = log.take();
+        EXPECT_NE(("\n" + text).find("\n" + std::string(c.trace) + "\nPrim:"), std::string::npos) << text;
+        driver.expect(c.addressed).resp(1);
+        EXPECT_EQ(c.askAddressed(services), isCount(c)) << "a failed request gives a false view";
+    }
+}
+
+TEST(Queries, ShortRepliesReadAsZerosNotAsTheReplyBefore) {
+    ScriptedDriver driver;
+    lecInfo info(driver.open(), 0);
+    driver.expectAny().data(ByteVector(940, 0xee));
+    EXPECT_EQ(info.GetStats().mtuClass(), 0xee);
+    driver.expect("14 00 02 00 00 00 bc 03 10 00 01 00 00 00 ad de").data(ByteVector(21, 0x11));
+    const LecStatsView stats = info.GetStats();
+    EXPECT_EQ(stats.elanType(), 0x11);
+    EXPECT_EQ(stats.mtuClass(), 0);
+    EXPECT_EQ(stats.elanName(), "");
+    EXPECT_EQ(stats.vci(LecConnection::multicastForward), 0);
+}
+
+TEST(Queries, SignallingKeepsTheBufferItWasMadeWith) {
+    ScriptedDriver driver;
+    LogCapture log;
+    sigInfo info(driver.open(), 0);
+    EXPECT_EQ(log.take(), "Realloc:Old Size-     0 NewSize-    76\n");
+    info.prepareMsg(10'000);
+    EXPECT_EQ(info.header().Size, 76);
+    driver.expect("21 00 01 00 00 00 4c 00 10 00 01 00 00 00 ad de").data(ByteVector(9999, 9));
+    EXPECT_EQ(info.GetLinkState().ilmi(), 9);
+    EXPECT_EQ(info.capacity(), 76U);
+    EXPECT_EQ(log.take().find("Realloc"), std::string::npos);
+}
+
+TEST(Queries, NoChannelNoCall) {
+    ScriptedDriver driver;
+    Services services(0);
+    EXPECT_FALSE(services.aal.GetBoardState());
+    EXPECT_EQ(services.aal.header().Resp, 201);
+    EXPECT_FALSE(services.lec.GetEntireTable());
+    EXPECT_TRUE(driver.requests().empty());
+}

@@ -1,0 +1,261 @@
+// The device calls over a socket, against a peer that answers each request with the packets of a script.
+#include "platform/device.h"
+#include "tests/support/temproot.h"
+
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <optional>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+using Packet = std::vector<char>;
+
+Packet packet(std::initializer_list<std::int32_t> words, std::string_view bytes = {}) {
+    const auto* from = reinterpret_cast<const char*>(words.begin());
+    Packet all(from, from + words.size() * sizeof(std::int32_t));
+    all.insert(all.end(), bytes.begin(), bytes.end());
+    return all;
+}
+
+std::int32_t wordAt(const Packet& bytes, std::size_t index) {
+    std::int32_t word = -1;
+    if (bytes.size() >= (index + 1) * sizeof word)
+        std::memcpy(&word, bytes.data() + index * sizeof word, sizeof word);
+    return word;
+}
+
+// One packet of an answer: the request's id and `later`, or no id at all, then the bytes.
+struct Reply {
+    std::optional<std::int32_t> later;
+    Packet rest;
+};
+using Step = std::vector<Reply>;  // what the peer sends for one request; after the last step it hangs up
+
+Step answer(std::initializer_list<std::int32_t> words, std::string_view bytes = {}) {
+    return {{0, packet(words, bytes)}};
+}
+
+class Peer {
+  public:
+    Peer(const TempRoot& root, std::vector<Step> steps, std::int32_t openError = 0) {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        std::strncpy(address.sun_path, root.at("/dev/li").c_str(), sizeof address.sun_path - 1);
+        listener_ = ::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
+        if (::bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address) ||
+            ::listen(listener_, 1))
+            ADD_FAILURE() << std::strerror(errno);
+        thread_ = std::thread([this, steps = std::move(steps), openError] {
+            const int connection = ::accept(listener_, nullptr, nullptr);
+            requests.push_back(receive(connection));
+            send(connection, packet({wordAt(requests[0], 1), openError}));
+            for (const Step& step : steps) {
+                requests.push_back(receive(connection));
+                if (requests.back().empty()) break;
+                for (const Reply& reply : step) {
+                    Packet bytes =
+                        reply.later ? packet({wordAt(requests.back(), 1) + *reply.later}) : Packet();
+                    bytes.insert(bytes.end(), reply.rest.begin(), reply.rest.end());
+                    send(connection, bytes);
+                }
+            }
+            ::close(connection);
+        });
+    }
+    ~Peer() { finish(); }
+
+    void finish() {
+        if (!thread_.joinable()) return;
+        ::shutdown(listener_, SHUT_RDWR);
+        thread_.join();
+        ::close(listener_);
+    }
+
+    std::vector<Packet> requests;  // to be read after finish()
+
+  private:
+    static Packet receive(int connection) {
+        Packet bytes(70000);
+        const ssize_t length = ::recv(connection, bytes.data(), bytes.size(), 0);
+        bytes.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
+        return bytes;
+    }
+    static void send(int connection, const Packet& bytes) {
+        ::send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+    }
+
+    int listener_ = -1;
+    std::thread thread_;
+};
+
+struct Outcome {
+    int result;
+    int error;  // 0: not looked at
+    std::string message;
+    int length;
+
+    bool operator==(const Outcome&) const = default;
+    friend void PrintTo(const Outcome& o, std::ostream* out) {
+        *out << o.result << ' ' << std::strerror(o.error) << ' ' << o.message << ' ' << o.length;
+    }
+};
+
+Outcome call(int descriptor, int timeout = 15) {
+    std::string message = "abcdefgh";
+    platform::strioctl block{.ic_cmd = 0x4C00, .ic_timout = timeout, .ic_len = 8, .ic_dp = message.data()};
+    errno = 0;
+    const int result = platform::device().ioctl(descriptor, platform::I_STR, block);
+    return {result, result < 0 ? errno : 0, message, block.ic_len};
+}
+
+Outcome good() {
+    return {0, 0, "ABCDEFGH", 8};
+}
+Outcome failure(int error) {
+    return {-1, error, "abcdefgh", 8};
+}
+
+const Reply goodReply{0, packet({0, 0, 8}, "ABCDEFGH")};
+
+}  // namespace
+
+TEST(SocketDevice, AnswersGoodAndBad) {
+    const struct {
+        const char* what;
+        Step step;
+        Outcome expected;
+    } cases[] = {
+        {"whole", {goodReply}, good()},
+        {"shorter", answer({0, 0, 3}, "ABC"), {0, 0, "ABCdefgh", 3}},
+        {"empty", answer({0, 0, 0}), {0, 0, "abcdefgh", 0}},
+        {"rval", answer({0, 5, 0}), {5, 0, "abcdefgh", 0}},
+        {"error", answer({EACCES, 0, 8}, "ABCDEFGH"), failure(EACCES)},
+        {"late first", {{-1, packet({0, 0, 8}, "XXXXXXXX")}, goodReply}, good()},
+        {"too long but not ours first", {{1, packet({0, 0, 9}, "XXXXXXXXX")}, goodReply}, good()},
+        {"without a message", answer({0, 0}), failure(EPROTO)},
+        {"without a whole id", {{std::nullopt, {'x', 'y'}}}, failure(EPROTO)},
+        {"no byte", {{std::nullopt, {}}}, failure(EPROTO)},
+        {"longer than asked for", answer({0, 0, 9}, "ABCDEFGHI"), failure(EPROTO)},
+        {"length of more", answer({0, 0, 8}, "ABCD"), failure(EPROTO)},
+        {"length of less", answer({0, 0, 4}, "ABCDEFGH"), failure(EPROTO)},
+        {"negative length", answer({0, 0, -8}, "ABCDEFGH"), failure(EPROTO)},
+        {"negative error", answer({-1, 0, 8}, "ABCDEFGH"), failure(EPROTO)},
+        {"negative result", answer({0, -1, 8}, "ABCDEFGH"), failure(EPROTO)},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        const TempRoot root;
+        Peer peer(root, {c.step, {goodReply}});
+        const int descriptor = platform::device().open("/dev/li", 2);
+        ASSERT_GT(descriptor, 0) << std::strerror(errno);
+        EXPECT_EQ(call(descriptor), c.expected);
+        EXPECT_EQ(call(descriptor), good()) << "the connection goes on";
+        EXPECT_EQ(platform::device().close(descriptor), 0);
+        peer.finish();
+        EXPECT_EQ(peer.requests[0], packet({1, 1, 2}));
+        EXPECT_EQ(peer.requests[1], packet({2, 2, 0x4C00, 15, 8}, "abcdefgh"));
+        EXPECT_EQ(peer.requests[2], packet({2, 3, 0x4C00, 15, 8}, "abcdefgh"));
+    }
+}
+
+TEST(SocketDevice, NoAnswerInTimeLeavesTheConnectionUsable) {
+    const TempRoot root;
+    Peer peer(root, {{}, {{-1, goodReply.rest}, {0, packet({0, 0, 1}, "Z")}}});
+    const int descriptor = platform::device().open("/dev/li", 0);
+    const auto before = std::chrono::steady_clock::now();
+    EXPECT_EQ(call(descriptor, 1), failure(ETIME));
+    EXPECT_GE(std::chrono::steady_clock::now() - before, std::chrono::milliseconds(990));
+    EXPECT_EQ(call(descriptor, 1), (Outcome{0, 0, "Zbcdefgh", 1})) << "the late answer is dropped";
+    platform::device().close(descriptor);
+}
+
+TEST(SocketDevice, APeerThatHungUpIsGoneForGood) {
+    const TempRoot root;
+    Peer peer(root, {Step()});  // takes the request and closes
+    const int descriptor = platform::device().open("/dev/li", 0);
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(call(descriptor), failure(ENXIO));
+    EXPECT_EQ(platform::device().close(descriptor), 0);
+}
+
+TEST(SocketDevice, TheLargestMessageFitsBothWays) {
+    const TempRoot root;
+    Peer peer(root, {answer({0, 0, 65535}, std::string(65535, 'y'))});
+    const int descriptor = platform::device().open("/dev/li", 0);
+    std::string message(65536, 'x');
+    platform::strioctl block{.ic_cmd = 0x4C00, .ic_timout = 0, .ic_len = 65536, .ic_dp = message.data()};
+    EXPECT_EQ(platform::device().ioctl(descriptor, platform::I_STR, block), -1);
+    EXPECT_EQ(errno, EINVAL);
+    block.ic_len = 65535;
+    EXPECT_EQ(platform::device().ioctl(descriptor, platform::I_STR, block), 0) << std::strerror(errno);
+    EXPECT_EQ(message, std::string(65535, 'y') + "x");
+    EXPECT_EQ(platform::device().ioctl(descriptor, 0x5301, block), -1) << "no call but I_STR";
+    EXPECT_EQ(errno, EINVAL);
+    platform::device().close(descriptor);
+    peer.finish();
+    EXPECT_EQ(peer.requests[1].size(), 20U + 65535U);
+}
+
+TEST(SocketDevice, OpenFailures) {
+    const auto expectError = [](int error, std::string_view path = "/dev/li") {
+        errno = 0;
+        EXPECT_EQ(platform::device().open(path, 2), -1);
+        EXPECT_EQ(errno, error) << std::strerror(error);
+    };
+    {
+        const TempRoot root;
+        expectError(ENOENT);
+        root.write("/dev/li", "a file");
+        expectError(ENODEV);
+    }
+    {
+        const TempRoot root;
+        expectError(ENODEV, "/dev");
+        Peer refusing(root, {}, EACCES);
+        expectError(EACCES);
+        refusing.finish();
+        expectError(ENXIO);  // the socket is there, but nobody listens
+    }
+    {
+        const TempRoot root;
+        const std::string deep = root.at("/" + std::string(100, 'd'));
+        std::filesystem::create_directory(deep);
+        // Bound by a short relative name, so that a socket stands at a path that no address can hold.
+        const auto here = std::filesystem::current_path();
+        std::filesystem::current_path(deep);
+        sockaddr_un address{.sun_family = AF_UNIX, .sun_path = "li"};
+        const int listener = ::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
+        ASSERT_EQ(::bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+        std::filesystem::current_path(here);
+        testing::internal::CaptureStderr();
+        expectError(ENAMETOOLONG, "/" + std::string(100, 'd') + "/li");
+        const std::string told = testing::internal::GetCapturedStderr();
+        EXPECT_NE(told.find(deep + "/li: the path is longer than"), std::string::npos) << told;
+        ::close(listener);
+    }
+}
+
+TEST(SystemDevice, ACharacterDeviceIsUsedAsItIs) {
+    const int descriptor = platform::device().open("/dev/null", 0);
+    ASSERT_GT(descriptor, 0);
+    EXPECT_EQ(call(descriptor), failure(ENOTTY));
+    EXPECT_EQ(platform::device().close(descriptor), 0);
+}
+
+TEST(SystemDevice, DescriptorsAreNeverZero) {
+    const int input = ::dup(0);
+    ::close(0);
+    const int descriptor = platform::device().open("/dev/null", 0);
+    EXPECT_GT(descriptor, 0);
+    platform::device().close(descriptor);
+    if (input >= 0) {
+        ::dup2(input, 0);
+        ::close(input);
+    }
+}
