@@ -1,0 +1,43 @@
+// The list files beside the parameter file: PVC records and ELAN client tables, as text.
+//
+//     [PVC
+//             VC    =100      #VC index
+//             Addr  =10.1.2.3 # Format:  0000778899aa=MAC 123.123.123.123=IP
+//             Encap =1        # 0=Null 1=LLC
+//             Bcast =0        # For Bridged PVC only; 1=Broadcast 0=Non-Broadcast
+//             Rate  =0        # MB/s
+//     ]
+//
+// A client table holds one esiSelector a line in its stream form.
+#pragma once
+
+#include "model/tvdatbuf.h"
+#include "platform/files.h"
+
+#include <iosfwd>
+#include <string_view>
+#include <vector>
+
+// One record's seven lines.
+std::ostream& operator<<(std::ostream& out, const AtmRoutedPvc& pvc);
+std::ostream& operator<<(std::ostream& out, const AtmBridgedPvc& pvc);
+
+// The next record: everything up to a line that begins with "[PVC" is skipped, the five lines behind it may
+// come in any order. A value that is not there stays as it was. When the stream ends before or within the
+// record, it is no longer good afterwards. Of a line only the first 79 characters count.
+std::istream& operator>>(std::istream& in, AtmRoutedPvc& pvc);
+std::istream& operator>>(std::istream& in, AtmBridgedPvc& pvc);
+
+// Reads a text of records; `name` is for the lines on tvlog about addresses that do not have the form of one
+// (they are kept as they convert). A value missing from a record is that of the record before it.
+void parseList(std::string_view text, std::string_view name, std::vector<AtmRoutedPvc>& list);
+void parseList(std::string_view text, std::string_view name, std::vector<AtmBridgedPvc>& list);
+void parseList(std::string_view text, std::string_view name, std::vector<esiSelector>& list);
+
+// The list from a file, named as the configuration names it. Without a file, or when it cannot be read, the
+// list is empty. 0, or the errno of the failure when there is a file.
+template <class Entry> int readListFile(std::string_view name, std::vector<Entry>& list);
+
+// Writes the file in place, to the disk, and stops at the entry that failed; an empty list removes the file.
+// 0, or the errno of the failure.
+template <class Entry> int writeListFile(std::string_view name, const std::vector<Entry>& list);
