@@ -3,6 +3,7 @@
 #include "driver/layout.h"
 
 #include <array>
+#include <cstddef>
 
 namespace {
 
@@ -50,10 +51,6 @@ constexpr bool inOrder() {
 static_assert(inOrder());
 
 }  // namespace
-
-std::span<const Query> queryTable() {
-    return queries;
-}
 
 const Query& queryOf(QueryId id) {
     return queries[static_cast<std::size_t>(id)];

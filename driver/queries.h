@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 
 enum class QueryId {
     vcTable,
@@ -38,6 +37,4 @@ struct Query {
     const char* trace;        // line on the debug log before the request
 };
 
-// In the order of QueryId.
-std::span<const Query> queryTable();
 const Query& queryOf(QueryId id);

@@ -62,6 +62,8 @@ void expectTable(std::size_t rowSize, int rows, std::size_t requests, std::uint1
         ASSERT_EQ(sent.size(), (requests + 1) * static_cast<std::size_t>(refresh + 1));
         if (requests) {
             EXPECT_EQ(info.header().NRow, rows);
+            EXPECT_EQ(info.header().Size,
+                      std::min<std::size_t>(16 + static_cast<std::size_t>(rows) * rowSize, 65535));
             EXPECT_EQ(wordAt(sent.back(), 6), size);
             EXPECT_EQ(sent[1].size(), size);
         }
@@ -181,4 +183,6 @@ TEST(Tables, LooksUpTheFirstCircuitOfTheLastTable) {
     EXPECT_FALSE(info.GetTable(1, 3));
     EXPECT_FALSE(info.GetVciEntry(16)) << "the table is gone";
     EXPECT_EQ(driver.requests().size(), 2U);
+    driver.expect("01 00 03 00 00 00 10 00 10 00 01 00 00 00 ad de");  // not the rows of the table before
+    EXPECT_EQ(info.GetNRows(), 0);
 }
