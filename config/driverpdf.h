@@ -11,12 +11,14 @@
 
 #include <map>
 
+template <class Record> struct KeyRow;  // keytable.h
+
 class DriverPdfEdit : public PdfEdit {
   public:
     DriverPdfEdit(ErrorReporter reporter, bool showErrors, AtmDevices& devices = atmDevices);
 
     // Reads everything of all adapters, once at start-up. False when the file could not be read; the records
-    // then keep what they had.
+    // that were not reached keep what they had, and nothing is written until reading succeeds.
     bool ReadPdf();
 
     // Writes everything of one adapter (0 to 3) except its interrupt number, and commits it. False when
@@ -48,13 +50,19 @@ class DriverPdfEdit : public PdfEdit {
 
   private:
     template <class Record> bool readRecord(const std::string& path, Record& record);
+    template <class Record> bool setField(const KeyRow<Record>& row, const Record& record);
     template <class Record>
     bool writeRecord(const std::string& path, Record& record, const std::string& listFile);
     template <class Record>
-    bool namePvcFile(const std::string& path, Record& record, const std::string& name);
-    template <class List> bool readList(const std::string& name, List& list);
+    bool writePvcs(const std::string& path, Record& record, const std::string& listFile);
+    template <class Record>
+    bool pvcFileIsNamed(const std::string& path, Record& record, const std::string& listFile);
+    template <class List> void readList(const std::string& name, List& list);
     template <class List> bool writeList(const std::string& name, const List& list);
+    void writeLists(int adapter);
+    bool mayWrite();
 
     AtmDevices& devices_;
+    int readError_ = 0;  // errno with which ReadPdf failed: what was not read is not written over
     std::map<std::string, int> unread_;  // list files that exist but could not be read, and the errno
 };

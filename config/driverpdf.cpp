@@ -1,0 +1,301 @@
+// The sections of the parameter file as records, both ways along the key tables, and the list files.
+#include "config/driverpdf.h"
+
+#include "config/pvcfile.h"
+#include "config/recordrows.h"
+#include "platform/debuglog.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fmt/format.h>
+#include <utility>
+
+namespace {
+
+bool isAdapter(int adapter) {
+    return adapter >= 0 && adapter < adapterCount;
+}
+
+std::size_t at(int index) {
+    return static_cast<std::size_t>(index);
+}
+
+std::string sectionPath(int adapter, std::string_view name) {
+    return fmt::format("/Adapter{}/{}", adapter, name);
+}
+
+std::string sectionPath(int adapter, std::string_view name, int instance) {
+    return fmt::format("/Adapter{}/{}{}", adapter, name, instance);
+}
+
+std::string lecPvcFile(int adapter, int lec) {
+    return fmt::format("/etc/atm/pvcconf{}.{}", adapter, lec);
+}
+
+std::string ipPvcFile(int adapter) {
+    return fmt::format("/etc/atm/pvcconf{}.32", adapter);
+}
+
+std::string reasonFor(int error, const std::string& path) {
+    if (error == ESRCH) return fmt::format("the section {} is missing", path.substr(0, path.rfind('/')));
+    if (error == EINVAL) return fmt::format("the section {} cannot be added", path);
+    if (error == EFBIG) return fmt::format("the section {} is too long", path);
+    if (error == EILSEQ) return fmt::format("the section {} holds a NUL byte", path);
+    return std::strerror(error);
+}
+
+// Clients have a PVC file, which gets a name when it has none.
+template <class Record> constexpr bool hasPvcs = requires(Record record) {
+    record.pvcs;
+};
+
+}  // namespace
+
+DriverPdfEdit::DriverPdfEdit(ErrorReporter reporter, bool showErrors, AtmDevices& devices)
+    : PdfEdit(std::move(reporter), showErrors), devices_(devices) {}
+
+template <class Record> bool DriverPdfEdit::readRecord(const std::string& path, Record& record) {
+    if (!OpenKey(path, 0, false)) {
+        if (errno != ESRCH) readError_ = errno;
+        return false;
+    }
+    readRows(*section_, record, [&](const KeyRow<Record>& row, void* destination) {
+        return QueryValue(row.key, destination, row.readType, row.readLength, true);
+    });
+    return true;
+}
+
+bool DriverPdfEdit::mayWrite() {
+    if (readError_ == 0) return true;
+    addFailure(parameterFile, fmt::format("it could not be read before: {}", std::strerror(readError_)));
+    return false;
+}
+
+template <class Record> bool DriverPdfEdit::setField(const KeyRow<Record>& row, const Record& record) {
+    const auto setText = [&](std::string_view value) {
+        std::string text(value);
+        if (row.writeLength > 0) text.resize(at(row.writeLength) - 1);
+        return SetValue(row.key, text.data(), row.writeType, static_cast<int>(text.size()) + 1, true);
+    };
+    const auto set = Overloaded{
+        [&](std::int32_t Record::*field) {
+            std::int32_t number = record.*field;
+            return SetValue(row.key, &number, row.writeType, row.writeLength, true);
+        },
+        [&](const AddressField<Record>& field) {
+            const std::string_view digits = (record.*field.address).digits();
+            return setText(field.half == addressPrefix ? digits.substr(0, atmAddress::prefixDigits)
+                                                       : digits.substr(atmAddress::prefixDigits));
+        },
+        [&](const FileField<Record>& field) { return setText((record.*field.name).view()); },
+        [&](auto field) { return setText((record.*field).view()); },
+    };
+    return std::visit(set, row.field);
+}
+
+template <class Record>
+bool DriverPdfEdit::writeRecord(const std::string& path, Record& record, const std::string& listFile) {
+    if (!mayWrite()) return false;
+    if (!OpenKey(path, sectionForWriting, false) || section_->dataError) {
+        addFailure(parameterFile, reasonFor(section_ ? section_->dataError : errno, path));
+        return false;
+    }
+    tvlog << "Writing Values on - " << path << '\n';
+    Record before{};
+    const auto present = readRows(*section_, before, [&](const KeyRow<Record>& row, void* destination) {
+        return ReadKey(section_, row.key, destination, row.readType, row.readLength) == 0;
+    });
+    if constexpr (hasPvcs<Record>) {  // the name of their file is the last row
+        const bool cut = present[keyRows<Record>().size() - 1] && before.pvcFile.empty();
+        if (record.pvcFile.empty() && !cut)
+            record.pvcFile = before.pvcFile.empty() ? listFile : before.pvcFile.view();
+    }
+    bool good = true;
+    for (std::size_t i = 0; i < keyRows<Record>().size(); ++i) {
+        const KeyRow<Record>& row = keyRows<Record>()[i];
+        if (row.writeLength == notWritten || (present[i] && sameField(row.field, before, record))) continue;
+        if (setField(row, record) || errno == ENODATA || errno == ENOENT) continue;
+        addFailure(parameterFile, fmt::format("the value of {} in {} cannot be stored", row.key, path));
+        good = false;
+    }
+    return good;
+}
+
+bool DriverPdfEdit::ReadPdf() {
+    using Read = bool (DriverPdfEdit::*)(int);
+    readError_ = 0;
+    for (int adapter = 0; adapter < adapterCount && readError_ == 0; ++adapter) {
+        const std::string path = fmt::format("/Adapter{}", adapter);
+        if (OpenKey(path, 0, false))
+            QueryValue("InterruptNumber", &devices_.interruptNumber[at(adapter)], 4, 4, true);
+        else if (errno != ESRCH)
+            readError_ = errno;
+        for (const Read read : {&DriverPdfEdit::ReadSig, &DriverPdfEdit::ReadLECs, &DriverPdfEdit::ReadLESs,
+                                &DriverPdfEdit::ReadLECS, &DriverPdfEdit::ReadIP1577})
+            if (readError_ == 0) (this->*read)(adapter);
+    }
+    CloseKey();
+    return readError_ == 0;
+}
+
+bool DriverPdfEdit::ReadSig(int adapter) {
+    return isAdapter(adapter) && readRecord(sectionPath(adapter, "Signalling0"), devices_.sig[at(adapter)]);
+}
+
+bool DriverPdfEdit::ReadLECs(int adapter) {
+    bool good = isAdapter(adapter);
+    for (int m = 0; isAdapter(adapter) && m < lecCount; ++m) {
+        AtmLEC& lec = devices_.lec[at(adapter)][at(m)];
+        if (readRecord(sectionPath(adapter, "LEC", m), lec))
+            readList(lec.pvcFile.str(), lec.pvcs);
+        else
+            good = false;
+    }
+    return good;
+}
+
+bool DriverPdfEdit::ReadLESs(int adapter) {
+    bool good = isAdapter(adapter);
+    for (int m = 0; isAdapter(adapter) && m < lesCount; ++m) {
+        AtmLES& les = devices_.les[at(adapter)][at(m)];
+        if (readRecord(sectionPath(adapter, "LES", m), les))
+            readList(les.clientFile.str(), les.clients);
+        else
+            good = false;
+    }
+    return good;
+}
+
+bool DriverPdfEdit::ReadLECS(int adapter) {
+    return isAdapter(adapter) && readRecord(sectionPath(adapter, "LECS0"), devices_.lecs[at(adapter)]);
+}
+
+bool DriverPdfEdit::ReadIP1577(int adapter) {
+    if (!isAdapter(adapter)) return false;
+    AtmIP1577& ip = devices_.ip1577[at(adapter)];
+    if (!readRecord(sectionPath(adapter, "IP15770"), ip)) return false;
+    readList(ip.pvcFile.str(), ip.pvcs);
+    return true;
+}
+
+bool DriverPdfEdit::WriteLink(int adapter) {
+    clearFailures();
+    WriteSig(adapter);
+    WriteLECs(adapter);
+    WriteLESs(adapter);
+    WriteLECS(adapter);
+    WriteIP1577(adapter);
+    CloseKey();  // what names the list files comes before them
+    writeLists(adapter);
+    return failures().empty();
+}
+
+bool DriverPdfEdit::WriteLists(int adapter) {
+    clearFailures();
+    writeLists(adapter);
+    return failures().empty();
+}
+
+void DriverPdfEdit::writeLists(int adapter) {
+    WriteRoutedPVCs(adapter);
+    WriteBridgedPVCs(adapter);
+    WriteMappedClients(adapter);
+    CloseKey();
+}
+
+bool DriverPdfEdit::WriteSig(int adapter) {
+    return isAdapter(adapter) &&
+           writeRecord(sectionPath(adapter, "Signalling0"), devices_.sig[at(adapter)], "");
+}
+
+bool DriverPdfEdit::WriteLECs(int adapter) {
+    bool good = isAdapter(adapter);
+    for (int m = 0; isAdapter(adapter) && m < lecCount; ++m)
+        good &= writeRecord(sectionPath(adapter, "LEC", m), devices_.lec[at(adapter)][at(m)],
+                            lecPvcFile(adapter, m));
+    return good;
+}
+
+bool DriverPdfEdit::WriteLESs(int adapter) {
+    bool good = isAdapter(adapter);
+    for (int m = 0; isAdapter(adapter) && m < lesCount; ++m)
+        good &= writeRecord(sectionPath(adapter, "LES", m), devices_.les[at(adapter)][at(m)], "");
+    return good;
+}
+
+bool DriverPdfEdit::WriteLECS(int adapter) {
+    return isAdapter(adapter) && writeRecord(sectionPath(adapter, "LECS0"), devices_.lecs[at(adapter)], "");
+}
+
+bool DriverPdfEdit::WriteIP1577(int adapter) {
+    return isAdapter(adapter) &&
+           writeRecord(sectionPath(adapter, "IP15770"), devices_.ip1577[at(adapter)], ipPvcFile(adapter));
+}
+
+bool DriverPdfEdit::WriteRoutedPVCs(int adapter) {
+    return isAdapter(adapter) &&
+           writePvcs(sectionPath(adapter, "IP15770"), devices_.ip1577[at(adapter)], ipPvcFile(adapter));
+}
+
+bool DriverPdfEdit::WriteBridgedPVCs(int adapter) {
+    bool good = isAdapter(adapter);
+    for (int m = 0; isAdapter(adapter) && m < lecCount; ++m)
+        good &= writePvcs(sectionPath(adapter, "LEC", m), devices_.lec[at(adapter)][at(m)],
+                          lecPvcFile(adapter, m));
+    return good;
+}
+
+bool DriverPdfEdit::WriteMappedClients(int adapter) {
+    bool good = isAdapter(adapter);
+    for (int m = 0; isAdapter(adapter) && m < lesCount; ++m) {
+        const AtmLES& les = devices_.les[at(adapter)][at(m)];
+        if (!les.clientFile.empty())
+            good &= writeList(les.clientFile.str(), les.clients);
+        else if (!les.clients.empty())
+            tvlog << "No ElanTbl For The Clients Of - " << sectionPath(adapter, "LES", m) << '\n';
+    }
+    return good;
+}
+
+template <class List> void DriverPdfEdit::readList(const std::string& name, List& list) {
+    list.clear();
+    const int error = name.empty() ? 0 : readListFile(name, list);
+    if (error)
+        unread_[name] = error;
+    else
+        unread_.erase(name);
+}
+
+// The name of a PVC file counts only when the parameter file has it; a name that is not ours came from there.
+template <class Record>
+bool DriverPdfEdit::pvcFileIsNamed(const std::string& path, Record& record, const std::string& listFile) {
+    const auto stands = [&] {
+        FileName name;
+        return OpenKey(path, 0, false) &&
+               ReadKey(section_, "PvcConfFile", name.data(), keyString, static_cast<int>(name.size)) == 0 &&
+               name == record.pvcFile && !name.empty();
+    };
+    if (!record.pvcFile.empty() && record.pvcFile.view() != listFile) return true;
+    if (stands()) return true;
+    if (!writeRecord(path, record, listFile) || !CloseKey()) return false;
+    if (stands()) return true;
+    addFailure(parameterFile, fmt::format("{} cannot take the name of a PVC file", path));
+    return false;
+}
+
+template <class Record>
+bool DriverPdfEdit::writePvcs(const std::string& path, Record& record, const std::string& listFile) {
+    if (record.pvcs.empty()) return record.pvcFile.empty() || writeList(record.pvcFile.str(), record.pvcs);
+    return pvcFileIsNamed(path, record, listFile) && writeList(record.pvcFile.str(), record.pvcs);
+}
+
+template <class List> bool DriverPdfEdit::writeList(const std::string& name, const List& list) {
+    if (!mayWrite()) return false;
+    const auto unread = unread_.find(name);
+    List standing;
+    int error = unread != unread_.end() ? unread->second : readListFile(name, standing);
+    if (error == 0 && standing != list) error = writeListFile(name, list);
+    if (error) addFailure(name, std::strerror(error));
+    return error == 0;
+}

@@ -1,0 +1,111 @@
+// The copy that replaces the file: where it stands, what goes into it, and how it takes the file's place.
+#include "config/pdf_internal.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+using namespace pdf;
+using platform::files;
+using platform::HostPath;
+
+namespace {
+
+// A rename works within one file system only. Where the usual place of the copy lies on another one than the
+// file, the copy stands beside the file.
+void nameCopy(SectionHandle& handle, dev_t fileSystem, HostPath& path) {
+    const std::string name = fmt::format("TV{:x}", static_cast<unsigned>(::getpid()));
+    const std::string usual = "/etc/atm" + name;
+    path = platform::hostPath(usual);
+    handle.wfn = usual;
+    struct stat directory {};
+    if (files().status(platform::directoryOf(path), directory) == 0 && directory.st_dev == fileSystem) return;
+    path.text = platform::directoryOf(handle.target).text + '/' + name;
+    handle.wfn = path.text;
+}
+
+// The mode and owner of the file. An owner that this process may not give would let somebody else change the
+// file, so that is a failure.
+bool takeOwner(const SectionHandle& handle, int copy) {
+    struct stat before {
+    }, now{};
+    if (files().status(platform::streamDescriptor(handle.rfd.get()), before) != 0) return false;
+    if (files().status(copy, now) != 0) return false;
+    const bool same = before.st_uid == now.st_uid && before.st_gid == now.st_gid;
+    return (same || files().setOwner(copy, before.st_uid, before.st_gid) == 0) &&
+           files().setMode(copy, before.st_mode & 07777) == 0;
+}
+
+bool writeRest(SectionHandle& handle) {
+    if (!put(handle, handle.data.view())) return false;
+    if (handle.rflg & sectionCreated) {
+        const std::string tabs(static_cast<std::size_t>(handle.nest), '\t');
+        if (!put(handle, tabs + "]\n") || !put(handle, handle.lineText())) return false;
+    }
+    while (ReadSectLine(&handle))
+        if (!put(handle, handle.lineText())) return false;
+    return handle.ioError == 0;
+}
+
+bool writeCopy(SectionHandle& handle) {
+    const int descriptor = platform::streamDescriptor(handle.wfd.get());
+    const bool written = writeRest(handle) && std::fflush(handle.wfd.get()) == 0 &&
+                         takeOwner(handle, descriptor) && files().sync(descriptor) == 0;
+    if (!written) {
+        if (handle.ioError) errno = handle.ioError;
+        return false;
+    }
+    return platform::closeWritten(std::move(handle.wfd)) == 0;
+}
+
+}  // namespace
+
+bool pdf::put(SectionHandle& handle, std::string_view text) {
+    if (handle.ioError) return false;
+    if (std::fwrite(text.data(), 1, text.size(), handle.wfd.get()) == text.size()) return true;
+    handle.ioError = errno ? errno : EIO;
+    return false;
+}
+
+int pdf::startCopy(SectionHandle& handle) {
+    struct stat file {};
+    HostPath path;
+    int descriptor = -1;
+    if (files().status(platform::streamDescriptor(handle.rfd.get()), file) == 0) {
+        nameCopy(handle, file.st_dev, path);
+        files().remove(path);  // left by a process of this number that was killed
+        descriptor = files().open(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
+    }
+    if (descriptor >= 0) {
+        handle.temporary = path;
+        handle.wfd = platform::streamForWriting(descriptor);
+        if (handle.wfd) return 0;
+    }
+    say("OpenSection: Error Opening File {}\n", handle.wfn.view());
+    return -1;
+}
+
+void pdf::dropCopy(SectionHandle& handle) {
+    handle.wfd.reset();
+    if (!handle.temporary.text.empty()) files().remove(handle.temporary);
+    handle.temporary.text.clear();
+}
+
+int pdf::commit(SectionHandle& handle) {
+    if (!writeCopy(handle)) {
+        say("CloseSection: Error Writing File {}\n\n", handle.wfn.view());
+        const int error = errno;
+        dropCopy(handle);
+        return fail(error);
+    }
+    handle.rfd.reset();
+    if (files().rename(handle.temporary, handle.target) != 0) {
+        say("CloseSection: Rename Error\n\n");
+        const int error = errno;
+        dropCopy(handle);
+        return fail(error);
+    }
+    handle.temporary.text.clear();
+    if (platform::syncDirectory(platform::directoryOf(handle.target)) == 0) return 0;
+    say("CloseSection: Error Writing File {}\n\n", handle.rfn.view());
+    return -1;
+}

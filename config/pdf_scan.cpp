@@ -1,0 +1,102 @@
+// Lines, section paths and the loading of a section's data.
+#include "config/pdf_internal.h"
+
+#include <cstring>
+
+using namespace pdf;
+
+bool ReadSectLine(SectionHandle* handle) {
+    handle->lineLength = 0;
+    std::FILE* file = handle->rfd.get();
+    if (!file || handle->ioError) return false;
+    while (handle->lineLength < sectionLineLimit) {
+        const int c = std::getc(file);
+        if (c == EOF) break;
+        handle->linebuf[handle->lineLength++] = static_cast<char>(c);
+        if (c == '\n') break;
+    }
+    handle->linebuf[handle->lineLength] = '\0';
+    if (std::ferror(file)) {
+        handle->ioError = errno ? errno : EIO;
+        say("ReadSectLine: Error Reading File {}\n", handle->rfn.view());
+        return false;
+    }
+    if (handle->lineLength == 0) return false;
+    ++handle->line;
+    return true;
+}
+
+void SectNameFwd(SectionHandle* handle, const char* bracket) {
+    const auto skipBlanks = [](const char* at) {
+        while (isBlank(*at)) ++at;
+        return at;
+    };
+    std::string path = handle->section.str() + '/';
+    const char* at = bracket + 1;
+    while (!endsValue(*at) && *at != '=') path += *at++;
+    at = skipBlanks(at);
+    if (*at == '=') {
+        at = skipBlanks(at + 1);
+        while (!endsValue(*at)) path += *at++;
+    } else if (!endsValue(*at) && *at != '[' && *at != ']') {
+        say("SectNameFwd: syntax error @ line {}\n", handle->line);
+        return;
+    }
+    if (path.size() >= handle->section.size) {
+        say("SectNameFwd: Section Name Exceeds Buffer\n");
+        return;
+    }
+    handle->section = path;
+    ++handle->nest;
+}
+
+void SectNameRev(SectionHandle* handle) {
+    const std::string path = handle->section.str();
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos) return;
+    handle->section = path.substr(0, slash);
+    --handle->nest;
+}
+
+bool ReadSectData(SectionHandle* handle) {
+    std::string data;
+    const auto unusable = [&](int error) {
+        handle->data = "";
+        handle->dataError = error;
+        return true;
+    };
+    while (ReadSectLine(handle)) {
+        const std::string_view line = handle->lineText();
+        if (line.find('\0') != std::string_view::npos) {
+            say("ReadSectData: NUL Byte In Section {}\n", handle->section.view());
+            return unusable(EILSEQ);
+        }
+        if (data.size() + line.size() >= sectionDataSize) {
+            say("ReadSectData: Buffer Exceeded\n");
+            return unusable(EFBIG);
+        }
+        data += line;
+        if (nextBracket(line, 0) != std::string_view::npos) break;
+    }
+    handle->data = data;
+    return handle->ioError == 0;
+}
+
+bool pdf::scanTo(SectionHandle& handle, std::string_view path, std::size_t& behind) {
+    while (ReadSectLine(&handle)) {
+        const std::string_view line = handle.lineText();
+        if (handle.wfd && !put(handle, line)) return false;
+        for (std::size_t at = nextBracket(line, 0); at != std::string_view::npos;
+             at = nextBracket(line, at + 1)) {
+            if (line[at] == '[')
+                SectNameFwd(&handle, line.data() + at);
+            else
+                SectNameRev(&handle);
+            if (handle.section.view() == path) {
+                behind = at + 1;
+                return true;
+            }
+        }
+    }
+    return false;
+}

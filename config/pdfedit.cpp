@@ -1,0 +1,55 @@
+#include "config/pdfedit.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+PdfEdit::PdfEdit(ErrorReporter reporter, bool showErrors)
+    : reporter_(std::move(reporter)), showErrors_(showErrors) {}
+
+PdfEdit::~PdfEdit() {
+    CloseKey();
+}
+
+bool PdfEdit::OpenKey(std::string_view sectionPath, std::uint32_t flags, bool showError) {
+    CloseKey();
+    section_ = OpenSection(parameterFile, sectionPath, flags);
+    return finish(section_ != nullptr, sectionPath, showError);
+}
+
+bool PdfEdit::QueryValue(std::string_view key, void* destination, int type, int len, bool showError) {
+    return finish(section_ && ReadKey(section_, key, destination, type, len) == 0, key, showError);
+}
+
+bool PdfEdit::SetValue(std::string_view key, void* source, int type, int len, bool showError) {
+    return finish(section_ && WriteKey(section_, key, source, type, len) == 0, key, showError);
+}
+
+bool PdfEdit::CloseKey() {
+    SectionHandle* closing = std::exchange(section_, nullptr);
+    if (CloseSection(closing) == 0) return true;
+    addFailure(parameterFile, std::strerror(errno));
+    return false;
+}
+
+void PdfEdit::DisplayError(std::string_view text) {
+    constexpr std::size_t limit = 256;
+    std::string message = "Pdf Error On - ";
+    message.append(text.substr(0, limit - message.size()));
+    if (reporter_) reporter_(message, "Pdf Error");
+}
+
+bool PdfEdit::finish(bool success, std::string_view text, bool showError) {
+    const int error = errno;
+    status_ = success ? 0 : 2;
+    if (!success && showErrors_ && showError) DisplayError(text);
+    errno = error;
+    return success;
+}
+
+void PdfEdit::addFailure(std::string_view file, std::string_view reason) {
+    SaveFailure failure{std::string(file), std::string(reason)};
+    if (std::find(failures_.begin(), failures_.end(), failure) == failures_.end())
+        failures_.push_back(std::move(failure));
+}

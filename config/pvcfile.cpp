@@ -1,0 +1,256 @@
+#include "config/pvcfile.h"
+
+#include "platform/debuglog.h"
+#include "platform/stream.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <concepts>
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <limits>
+#include <sstream>
+#include <string>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t lineLimit = 79;  // of a list file's line as it is looked at
+constexpr int recordLines = 5;
+
+std::string_view trimmed(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(" \t\r\n");
+    return first == std::string_view::npos ? ""
+                                           : text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
+}
+
+// Whether a text has the given form: 'x' stands for a hexadecimal digit, anything else for itself.
+bool hasForm(std::string_view text, std::string_view form) {
+    return std::equal(text.begin(), text.end(), form.begin(), form.end(), [](char c, char f) {
+        return f == 'x' ? std::string_view("0123456789abcdefABCDEF").find(c) != std::string_view::npos
+                        : c == f;
+    });
+}
+
+bool isDottedDecimal(std::string_view text) {
+    for (int field = 0; field < 4; ++field) {
+        unsigned value = 0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+        if (error != std::errc() || value > 255) return false;
+        text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+        if (field == 3) return text.empty();
+        if (!text.starts_with('.')) return false;
+        text.remove_prefix(1);
+    }
+    return false;
+}
+
+auto& addressOf(AtmRoutedPvc& pvc) {
+    return pvc.ip;
+}
+auto& addressOf(AtmBridgedPvc& pvc) {
+    return pvc.mac;
+}
+bool wellFormed(const ipAddress&, std::string_view text) {
+    return isDottedDecimal(text);
+}
+bool wellFormed(const macAddress&, std::string_view text) {
+    return hasForm(text, "xxxxxxxxxxxx");
+}
+
+// The line of the stream without its end, as far as it counts. False when the stream ended before the line
+// did.
+bool readLine(std::istream& in, std::string& line) {
+    std::getline(in, line);
+    if (line.size() > lineLimit) line.resize(lineLimit);
+    return in.good();
+}
+
+// A number beyond 32 bits becomes the nearest; without digits the field stays as it was.
+template <class Number> void readNumber(std::string_view text, Number& number) {
+    constexpr long long least = std::numeric_limits<std::int32_t>::min(),
+                        most = std::numeric_limits<std::int32_t>::max();
+    text = trimmed(text);
+    if (text.starts_with('+')) text.remove_prefix(1);
+    long long value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error == std::errc::result_out_of_range)
+        value = text.starts_with('-') ? least : most;
+    else if (error != std::errc())
+        return;
+    number = static_cast<Number>(std::clamp(value, least, most));
+}
+
+template <class Address> bool readAddress(std::string_view text, Address& address) {
+    std::istringstream in{std::string(text)};
+    in >> address;
+    return wellFormed(address, trimmed(text));
+}
+
+// False when an address does not have the form of one.
+template <class Pvc> bool readField(std::string_view line, Pvc& pvc) {
+    line = line.substr(0, line.find('#'));
+    const std::size_t equals = line.find('=');
+    const std::string_view value = equals == std::string_view::npos ? "" : line.substr(equals + 1);
+    const auto has = [&](std::string_view key) { return line.find(key) != std::string_view::npos; };
+    bool good = true;
+    if (has("VC")) readNumber(value, pvc.vci);
+    if (has("Addr")) good = readAddress(value, addressOf(pvc));
+    if (has("Encap")) readNumber(value, pvc.encapsulation);
+    if (has("Bcast")) readNumber(value, pvc.broadcast);
+    if (has("Rate")) readNumber(value, pvc.rate);
+    return good;
+}
+
+template <class Pvc> std::istream& readPvc(std::istream& in, Pvc& pvc, bool& good) {
+    good = true;
+    if (!in.good()) return in;
+    std::string line;
+    do {
+        if (!readLine(in, line)) return in;
+    } while (!line.starts_with("[PVC"));
+    for (int i = 0; i < recordLines; ++i) {
+        const bool whole = readLine(in, line);
+        good &= readField(line, pvc);
+        if (!whole) break;
+    }
+    return in;
+}
+
+template <class Pvc> std::ostream& writePvc(std::ostream& out, const Pvc& pvc, const auto& address) {
+    out << fmt::format("[PVC\n\t{:<6}={}\t#VC index\n\t{:<6}=", "VC", static_cast<std::int16_t>(pvc.vci),
+                       "Addr")
+        << address << "\t# Format:  0000778899aa=MAC 123.123.123.123=IP\n"
+        << fmt::format("\t{:<6}={}\t# 0=Null 1=LLC\n", "Encap", pvc.encapsulation)
+        << fmt::format("\t{:<6}={}\t# For Bridged PVC only; 1=Broadcast 0=Non-Broadcast\n", "Bcast",
+                       pvc.broadcast)
+        << fmt::format("\t{:<6}={}\t# MB/s\n]\n", "Rate", pvc.rate);
+    return out;
+}
+
+void noteMalformed(std::string_view name, std::size_t record) {
+    tvlog << fmt::format("Malformed Address In - {} Record {}\n", name, record);
+}
+
+template <class Pvc> void parsePvcs(std::string_view text, std::string_view name, std::vector<Pvc>& list) {
+    list.clear();
+    std::istringstream in{std::string(text)};
+    Pvc scratch{};
+    for (bool good = true; readPvc(in, scratch, good).good();) {
+        list.push_back(scratch);
+        if (!good) noteMalformed(name, list.size());
+    }
+}
+
+std::string entryText(const esiSelector& client) {
+    std::ostringstream out;
+    out << client << '\n';
+    return out.str();
+}
+
+template <class Pvc> std::string entryText(const Pvc& pvc) {
+    std::ostringstream out;
+    out << pvc << '\n';
+    return out.str();
+}
+
+// A descriptor on an empty regular file that is open for writing, or -1 and errno.
+int openEmpty(const platform::HostPath& path, bool& created) {
+    platform::Files& files = platform::files();
+    constexpr int flags = O_WRONLY | O_NONBLOCK | O_NOCTTY;  // never waits for a pipe's reader
+    int descriptor = files.open(path, flags, 0);
+    created = descriptor < 0 && errno == ENOENT;
+    if (created) descriptor = files.open(path, flags | O_CREAT | O_EXCL, 0644);
+    if (descriptor < 0) return -1;
+    struct stat status {};
+    int error = 0;
+    if (files.status(descriptor, status) != 0)
+        error = errno;
+    else if (!S_ISREG(status.st_mode))
+        error = EINVAL;
+    else if (files.truncate(descriptor, 0) != 0)
+        error = errno;
+    if (error == 0) return descriptor;
+    files.close(descriptor);
+    errno = error;
+    return -1;
+}
+
+}  // namespace
+
+std::ostream& operator<<(std::ostream& out, const AtmRoutedPvc& pvc) {
+    return writePvc(out, pvc, pvc.ip);
+}
+
+std::ostream& operator<<(std::ostream& out, const AtmBridgedPvc& pvc) {
+    return writePvc(out, pvc, pvc.mac);
+}
+
+std::istream& operator>>(std::istream& in, AtmRoutedPvc& pvc) {
+    bool good = true;
+    return readPvc(in, pvc, good);
+}
+
+std::istream& operator>>(std::istream& in, AtmBridgedPvc& pvc) {
+    bool good = true;
+    return readPvc(in, pvc, good);
+}
+
+void parseList(std::string_view text, std::string_view name, std::vector<AtmRoutedPvc>& list) {
+    parsePvcs(text, name, list);
+}
+
+void parseList(std::string_view text, std::string_view name, std::vector<AtmBridgedPvc>& list) {
+    parsePvcs(text, name, list);
+}
+
+void parseList(std::string_view text, std::string_view name, std::vector<esiSelector>& list) {
+    list.clear();
+    std::istringstream in{std::string(text)};
+    esiSelector client;
+    for (std::size_t from = 0; (in >> client).good();) {
+        const auto to = static_cast<std::size_t>(in.tellg());
+        list.push_back(client);
+        if (!hasForm(trimmed(text.substr(from, to - from)), "xxxxxxxxxxxx/xx"))
+            noteMalformed(name, list.size());
+        from = to;
+    }
+}
+
+template <class Entry> int readListFile(std::string_view name, std::vector<Entry>& list) {
+    std::string text;
+    const bool read = platform::readWhole(platform::hostPath(name), text);
+    const int error = errno;
+    parseList(read ? std::string_view(text) : "", name, list);
+    return read || error == ENOENT ? 0 : error;
+}
+
+template <class Entry> int writeListFile(std::string_view name, const std::vector<Entry>& list) {
+    const platform::HostPath path = platform::hostPath(name);
+    if (list.empty()) return platform::files().remove(path) == 0 || errno == ENOENT ? 0 : errno;
+    bool created = false;
+    const int descriptor = openEmpty(path, created);
+    if (descriptor < 0) return errno;
+    platform::Stream stream = platform::streamForWriting(descriptor);
+    if (!stream) return errno;
+    bool good = true;
+    for (auto entry = list.begin(); good && entry != list.end(); ++entry) {
+        const std::string text = entryText(*entry);
+        good = std::fwrite(text.data(), 1, text.size(), stream.get()) == text.size();
+    }
+    good = good && std::fflush(stream.get()) == 0 && platform::files().sync(descriptor) == 0;
+    const int error = errno;
+    const bool closed = platform::closeWritten(std::move(stream)) == 0;
+    if (!good) return error;
+    if (!closed || (created && platform::syncDirectory(platform::directoryOf(path)) != 0)) return errno;
+    return 0;
+}
+
+template int readListFile(std::string_view, std::vector<AtmRoutedPvc>&);
+template int readListFile(std::string_view, std::vector<AtmBridgedPvc>&);
+template int readListFile(std::string_view, std::vector<esiSelector>&);
+template int writeListFile(std::string_view, const std::vector<AtmRoutedPvc>&);
+template int writeListFile(std::string_view, const std::vector<AtmBridgedPvc>&);
+template int writeListFile(std::string_view, const std::vector<esiSelector>&);

@@ -1,0 +1,76 @@
+// Walking a record along its key table.
+#pragma once
+
+#include "config/keytable.h"
+
+#include <algorithm>
+#include <array>
+#include <bitset>
+#include <string_view>
+
+template <class... Cases> struct Overloaded : Cases... { using Cases::operator()...; };
+
+constexpr std::size_t prefixBytes = atmAddress::prefixDigits / 2;
+
+inline std::span<std::uint8_t> halfOf(std::span<std::uint8_t, atmAddress::byteCount> bytes,
+                                      AddressHalf half) {
+    return half == addressPrefix ? bytes.first(prefixBytes) : bytes.subspan(prefixBytes);
+}
+
+inline std::string_view leadingDigits(std::string_view text) {
+    return text.substr(0, text.find_first_not_of("0123456789abcdefABCDEF"));
+}
+
+// Reads all rows of a record; query(row, destination) reads one. Says which keys have a value.
+template <class Record, class Query>
+std::bitset<mostKeys> readRows(const SectionHandle& section, Record& record, Query query) {
+    std::array<std::uint8_t, atmAddress::byteCount> bytes{};
+    std::bitset<2> halves;
+    atmAddress Record::*address = nullptr;
+    std::bitset<mostKeys> present;
+    std::size_t index = 0;
+    for (const KeyRow<Record>& row : keyRows<Record>()) {
+        const auto read = Overloaded{
+            [&](std::int32_t Record::*field) { return query(row, &(record.*field)); },
+            [&](ElanName Record::*field) { return query(row, (record.*field).data()); },
+            [&](AddressText Record::*field) { return query(row, (record.*field).data()); },
+            [&](const AddressField<Record>& field) {
+                if (row.readType == keyString) {
+                    std::array<char, atmAddress::prefixDigits + 1> digits{};
+                    if (!query(row, digits.data())) return false;
+                    (record.*field.address).setNetworkPrefix(leadingDigits(digits.data()));
+                    return true;
+                }
+                if (!query(row, halfOf(bytes, field.half).data())) return false;
+                halves.set(field.half);
+                address = field.address;
+                return true;
+            },
+            [&](const FileField<Record>& field) {
+                FileName name;
+                if (!query(row, name.data())) return false;
+                if (!section.valueCut) record.*field.name = name;
+                return true;
+            },
+        };
+        present[index++] = std::visit(read, row.field);
+    }
+    if (halves.all()) (record.*address).fromHex(bytes);
+    return present;
+}
+
+// Whether two records agree in a field as far as the file shows it.
+template <class Record> bool sameField(const KeyField<Record>& field, const Record& a, const Record& b) {
+    return std::visit(Overloaded{
+                          [&](const AddressField<Record>& address) {
+                              std::array<std::uint8_t, atmAddress::byteCount> left{}, right{};
+                              (a.*address.address).toHex(left);
+                              (b.*address.address).toHex(right);
+                              return std::ranges::equal(halfOf(left, address.half),
+                                                        halfOf(right, address.half));
+                          },
+                          [&](const FileField<Record>&) { return true; },  // a name that stands there stays
+                          [&](auto member) { return a.*member == b.*member; },
+                      },
+                      field);
+}
