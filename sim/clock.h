@@ -22,6 +22,10 @@ class Clock {
         if (!running_) origin_ = Real::now();
         running_ = true;
     }
+    void startFrozen() {
+        base_ = 0;
+        running_ = false;
+    }
     void step(Millis by) { base_ += by; }
 
   private:
