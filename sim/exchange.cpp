@@ -75,14 +75,17 @@ constexpr std::size_t nRowOffset = 12, respOffset = 14;
 }  // namespace
 
 Outgoing Exchange::handle(Session& session, ConstBytes packet) {
-    if (packet.size() < 3 * sizeof(std::int32_t) || packet.size() > maxPacket) return hangUp();
-    const std::int32_t op = intAt(packet, 0), id = intAt(packet, 1);
-    if (op == opOpen && packet.size() == 3 * sizeof(std::int32_t)) return open(session, id, intAt(packet, 2));
-    constexpr std::size_t head = 5 * sizeof(std::int32_t);
-    if (op != opIoctl || packet.size() < head) return hangUp();
-    const ConstBytes message = packet.subspan(head);
-    if (intAt(packet, 4) < 0 || static_cast<std::size_t>(intAt(packet, 4)) != message.size()) return hangUp();
-    return ioctl(session, id, intAt(packet, 2), message);
+    constexpr std::size_t openSize = 3 * sizeof(std::int32_t), ioctlHead = 5 * sizeof(std::int32_t);
+    if (packet.size() >= openSize && packet.size() <= maxPacket) {
+        const std::int32_t op = intAt(packet, 0), id = intAt(packet, 1);
+        if (op == opOpen && packet.size() == openSize) return open(session, id, intAt(packet, 2));
+        if (op == opIoctl && packet.size() >= ioctlHead &&
+            static_cast<std::int64_t>(intAt(packet, 4)) ==
+                static_cast<std::int64_t>(packet.size() - ioctlHead))
+            return ioctl(session, id, intAt(packet, 2), packet.subspan(ioctlHead));
+    }
+    log_.malformed(state_, session.number, packet);
+    return hangUp();
 }
 
 Outgoing Exchange::open(Session& session, std::int32_t id, std::int32_t flags) {

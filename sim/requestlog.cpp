@@ -33,6 +33,10 @@ void RequestLog::add(const State& state, int connection, std::string line, Const
     if (entries_.size() > capacity) entries_.pop_front();
 }
 
+void RequestLog::malformed(const State& state, int connection, ConstBytes packet) {
+    add(state, connection, fmt::format("malformed packet of {} bytes -> hung up", packet.size()), packet);
+}
+
 void RequestLog::opened(const State& state, int connection, int flags, int error) {
     add(state, connection,
         fmt::format("open {} -> {}", flags ? "read-write" : "read-only", error ? outcome(error, {}) : "ok"),

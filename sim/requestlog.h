@@ -10,6 +10,7 @@ namespace sim {
 
 class RequestLog {
   public:
+    void malformed(const State& state, int connection, ConstBytes packet);
     void opened(const State& state, int connection, int flags, int error);
     void asked(const State& state, int connection, const Request* request, ConstBytes message, int error,
                ConstBytes reply, const std::string& damage);

@@ -55,6 +55,7 @@ class Server {
     Exchange exchange_{state_, faults_, log_};
     Control control_{state_, faults_, log_};
     Node device_, commands_;
+    std::vector<std::uint8_t> packet_ = std::vector<std::uint8_t>(maxPacket);  // the one being read
     std::list<DeviceLink> devices_;
     std::list<ControlLink> controls_;
     int lastNumber_ = 0;

@@ -170,6 +170,9 @@ TEST(SimControl, TheLogShowsWhatCame) {
                                           "16 RowM 1 NRow 0 -> Resp 5 (wrong size) "
                                           "[fault 1 sig.link nth 1 (seen 1) resp 5]\n"
                                           "  21 00 01 00 00 00 4c 00 10 00 01 00 00 00 ad de");
+    client.send(hex("02 00"));
+    EXPECT_TRUE(client.receive().value().empty());
+    EXPECT_EQ(simulator.ctl("log 1"), "4 t=0.000 c1 malformed packet of 2 bytes -> hung up");
     simulator.ctl("log clear");
     EXPECT_EQ(simulator.ctl("log all"), "");
 }

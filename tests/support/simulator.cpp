@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <poll.h>
 #include <spawn.h>
 #include <sstream>
@@ -129,6 +130,8 @@ Simulator::~Simulator() {
         if (std::chrono::steady_clock::now() > deadline) ::kill(pid_, SIGKILL);
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
+    // A sanitizer's finding, or a crash after the last answer, must not pass.
+    EXPECT_EQ(status, 0) << "the simulator did not end well";
 }
 
 int Simulator::wait() {
