@@ -1,0 +1,74 @@
+#include "sim/faults.h"
+
+#include <algorithm>
+#include <fmt/core.h>
+
+namespace sim {
+
+namespace {
+
+constexpr DamageWord words[] = {
+    {"resp", Damage::Resp, true, "refuse with the response code ARG"},
+    {"errno", Damage::Errno, true, "fail the call with errno ARG (number, or a name such as EIO)"},
+    {"late", Damage::Late, true, "answer ARG milliseconds later (real time)"},
+    {"short", Damage::Short, true, "send back only the first ARG bytes of the message"},
+    {"nrow", Damage::NRow, true, "claim ARG rows"},
+    {"dead", Damage::Dead, false, "send the message back unanswered, Resp 0xDEAD"},
+    {"silent", Damage::Silent, false, "do not answer"},
+    {"malformed", Damage::Malformed, true, "break the exchange: ARG is short, long, lie, negative or id"},
+    {"hangup", Damage::HangUp, false, "close the connection"},
+};
+
+constexpr std::string_view malforms[] = {"short", "long", "lie", "negative", "id"};
+
+}  // namespace
+
+std::span<const DamageWord> damageWords() {
+    return words;
+}
+std::span<const std::string_view> malformWords() {
+    return malforms;
+}
+
+std::string Fault::text() const {
+    const auto& word = *std::find_if(std::begin(words), std::end(words),
+                                     [&](const DamageWord& w) { return w.damage == damage; });
+    std::string result = nth ? fmt::format("{} {} nth {} (seen {}) {}", id, kind, nth, seen, word.word)
+                             : fmt::format("{} {} every (seen {}) {}", id, kind, seen, word.word);
+    if (damage == Damage::Malformed)
+        result += fmt::format(" {}", malforms[static_cast<std::size_t>(arg)]);
+    else if (word.takesArg)
+        result += fmt::format(" {}", arg);
+    return result;
+}
+
+int Faults::add(Fault fault) {
+    fault.id = ++lastId_;
+    faults_.push_back(std::move(fault));
+    return lastId_;
+}
+
+bool Faults::remove(int id) {
+    return std::erase_if(faults_, [&](const Fault& f) { return f.id == id; }) > 0;
+}
+
+std::vector<Fault> Faults::strike(std::string_view name, std::string_view target) {
+    std::vector<Fault> struck;
+    for (Fault& fault : faults_) {
+        const bool mine = fault.kind == "any" || (!name.empty() && fault.kind == name) ||
+                          (!target.empty() && fault.kind == target);
+        if (!mine) continue;
+        ++fault.seen;
+        if (fault.nth == 0 || fault.nth == fault.seen) struck.push_back(fault);
+    }
+    std::erase_if(faults_, [](const Fault& f) { return f.nth != 0 && f.seen >= f.nth; });
+    return struck;
+}
+
+bool Faults::knownKind(std::string_view kind) {
+    return kind == "any" || kind == "open" ||
+           std::any_of(requests().begin(), requests().end(),
+                       [&](const Request& r) { return r.name == kind || r.target == kind; });
+}
+
+}  // namespace sim

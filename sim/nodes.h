@@ -1,0 +1,58 @@
+// The socket nodes that the simulator stands behind: the driver's device and the control socket beside it.
+#pragma once
+
+#include "platform/root.h"
+
+#include <string>
+#include <sys/socket.h>
+#include <sys/stat.h>
+
+namespace sim {
+
+constexpr char devicePath[] = "/dev/li";
+constexpr char controlPath[] = "/dev/li.ctl";
+
+// An open descriptor, closed with its owner.
+class Handle {
+  public:
+    Handle() = default;
+    explicit Handle(int descriptor) : descriptor_(descriptor) {}
+    Handle(Handle&& other) noexcept : descriptor_(other.release()) {}
+    Handle& operator=(Handle&& other) noexcept;
+    ~Handle();
+
+    int get() const { return descriptor_; }
+    int release() {
+        const int descriptor = descriptor_;
+        descriptor_ = -1;
+        return descriptor;
+    }
+
+  private:
+    int descriptor_ = -1;
+};
+
+// A listening socket with its node, which goes when the object goes.
+class Node {
+  public:
+    Node() = default;
+    Node(const Node&) = delete;
+    Node& operator=(const Node&) = delete;
+    ~Node();
+
+    // Binds and listens. A node that nobody answers on is replaced; one that lives, and anything that is no
+    // socket, is left alone. Empty on success, else the reason.
+    std::string claim(const platform::HostPath& path, int type, mode_t mode);
+
+    int descriptor() const { return socket_.get(); }
+
+  private:
+    platform::HostPath path_;
+    struct stat identity_ {};  // so that a node of somebody else's, put there later, is never removed
+    Handle socket_;
+};
+
+// A connection to a node. Empty handle and errno on failure.
+Handle connectTo(const platform::HostPath& path, int type);
+
+}  // namespace sim

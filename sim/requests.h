@@ -1,0 +1,103 @@
+// Every request that the driver answers, as data: its name, codes, size and the fields of its reply. Packing,
+// control commands, the log and fault injection all walk this table.
+#pragma once
+
+#include "sim/wire.h"
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace sim {
+
+class State;
+struct Peer;
+
+// What a field's source is asked about: one instance of a service, and in a table row the peer it describes.
+struct Subject {
+    const State& state;
+    int adapter;
+    int unit;
+    const Peer* peer;
+};
+
+enum class Kind : std::uint8_t { Number, Text, Mac, Esi, Atm, Ip };
+
+// One named field of a reply or of a table row. `source` writes exactly `width` bytes; `arg` is its
+// parameter.
+struct Field {
+    std::string_view name;
+    std::uint16_t offset;
+    std::uint16_t width;
+    Kind kind;
+    void (*source)(const Subject&, std::uint32_t arg, Bytes out);
+    std::uint32_t arg;
+};
+
+enum class Shape : std::uint8_t {
+    Single,   // one reply of `size` data bytes
+    Count,    // NRow carries the number of rows of the table that follows in this list
+    Table,    // rows of `size` bytes each
+    Control,  // changes the driver
+};
+
+enum class Access : std::uint8_t { Anyone, Writer, Privileged };
+
+enum class Rid : std::uint8_t {
+    BoardState,
+    BoardMac,
+    AalStats,
+    SuniStats,
+    PackageRev,
+    LecState,
+    LecStats,
+    LecRows,
+    LecTable,
+    LesState,
+    LesStats,
+    LesRows,
+    LesTable,
+    LecsState,
+    LecsStats,
+    LecsRows,
+    LecsTable,
+    SigLink,
+    VcRows,
+    VcTable,
+    IpState,
+    IpStats,
+    IpRows,
+    IpTable,
+    IpPvcRows,
+    IpPvcTable,
+    LecControl,
+    LesControl,
+    LecsControl,
+    IpControl,
+    Trace,
+    Count_
+};
+
+constexpr std::uint16_t anyType = 0xffff;
+
+struct Request {
+    Rid id;
+    std::string_view target;  // the name under which control commands address it: "lec", "ip.pvc"
+    std::string_view name;    // of this request: "lec.state"
+    std::uint16_t prim, type;
+    Shape shape;
+    std::uint16_t size;      // data bytes of a single reply, bytes of a table row
+    std::uint8_t wireUnits;  // values of Unit that are accepted, from 0; what has no instances ignores them
+    std::uint8_t units;      // instances per adapter; 0: one for the whole driver, whatever Link says
+    std::span<const Field> fields;
+    Access access = Access::Anyone;
+};
+
+std::span<const Request> requests();
+const Request& request(Rid id);
+
+// The unnamed bytes of a reply carry this value: a reader with a wrong offset shows absurd numbers, not
+// zeros.
+constexpr std::uint8_t unnamedByte = 0xee;
+
+}  // namespace sim

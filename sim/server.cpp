@@ -1,0 +1,184 @@
+#include "sim/server.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <poll.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace sim {
+
+namespace {
+
+constexpr std::size_t mostLinks = 200;     // of each kind; well below the usual 1024 descriptors
+constexpr std::size_t mostPending = 1000;  // late answers on one connection, before it is closed
+constexpr std::size_t mostInput = 65536;   // bytes of a control command
+constexpr std::size_t turn = 64;           // packets of one connection before the others have theirs
+
+bool wouldBlock() {
+    return errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR;
+}
+
+// Of the kernel's own telling, as the peer's is: under fakeroot the library tells another.
+uid_t ownUser() {
+    return static_cast<uid_t>(::syscall(SYS_geteuid));
+}
+
+Handle acceptFrom(const Node& node) {
+    return Handle(::accept4(node.descriptor(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+}
+
+}  // namespace
+
+std::string Server::claim() {
+    // Anybody may ask the driver; what they may do is decided by who they are. Commands are for the owner.
+    std::string reason = device_.claim(platform::hostPath(devicePath), SOCK_SEQPACKET, 0666);
+    if (reason.empty()) reason = commands_.claim(platform::hostPath(controlPath), SOCK_STREAM, 0600);
+    return reason;
+}
+
+void Server::acceptDevice() {
+    Handle socket = acceptFrom(device_);
+    if (socket.get() < 0) return;
+    ucred peer{};
+    socklen_t length = sizeof peer;
+    if (::getsockopt(socket.get(), SOL_SOCKET, SO_PEERCRED, &peer, &length) != 0) return;
+    DeviceLink link;
+    link.socket = std::move(socket);
+    link.session.number = ++lastNumber_;
+    link.session.caller.privileged = peer.uid == 0 || peer.uid == ownUser();
+    devices_.push_back(std::move(link));
+}
+
+void Server::acceptControl() {
+    Handle socket = acceptFrom(commands_);
+    if (socket.get() < 0) return;
+    ControlLink link;
+    link.socket = std::move(socket);
+    controls_.push_back(std::move(link));
+}
+
+void Server::readDevice(DeviceLink& link) {
+    std::vector<std::uint8_t>& packet = packet_;
+    for (std::size_t i = 0; i < turn && !link.blocked; ++i) {
+        const ssize_t length = ::recv(link.socket.get(), packet.data(), packet.size(), MSG_TRUNC);
+        if (length < 0 && wouldBlock()) return;
+        // The end of the connection, an empty packet, or one larger than any message.
+        if (length <= 0 || static_cast<std::size_t>(length) > packet.size()) {
+            link.gone = true;
+            return;
+        }
+        Outgoing out =
+            exchange_.handle(link.session, ConstBytes(packet).first(static_cast<std::size_t>(length)));
+        if (out.hangUp || link.pending.size() >= mostPending) {
+            link.gone = true;
+            return;
+        }
+        if (out.packet.empty()) continue;
+        const Real::time_point now = Real::now();
+        link.pending.push_back({std::move(out.packet), now + out.delay});
+        sendDue(link, now);
+        if (link.gone) return;
+    }
+}
+
+void Server::sendDue(DeviceLink& link, Real::time_point now) {
+    link.blocked = false;
+    for (auto it = link.pending.begin(); it != link.pending.end();) {
+        if (it->due > now) {
+            ++it;
+            continue;
+        }
+        if (::send(link.socket.get(), it->packet.data(), it->packet.size(), MSG_NOSIGNAL) < 0) {
+            link.blocked = wouldBlock();
+            link.gone = !link.blocked;
+            return;
+        }
+        it = link.pending.erase(it);
+    }
+}
+
+// A command is its words, each followed by NUL, up to the end of what the peer sends.
+void Server::readControl(ControlLink& link) {
+    char part[4096];
+    for (;;) {
+        const ssize_t length = ::recv(link.socket.get(), part, sizeof part, 0);
+        if (length < 0 && wouldBlock()) return;
+        if (length < 0 || link.input.size() > mostInput) {
+            link.gone = true;
+            return;
+        }
+        if (length == 0) break;
+        link.input.append(part, static_cast<std::size_t>(length));
+    }
+    std::vector<std::string> words;
+    for (std::size_t at = 0, end; (end = link.input.find('\0', at)) != std::string::npos; at = end + 1)
+        words.push_back(link.input.substr(at, end - at));
+    ControlReply reply = control_.run(words);
+    quitting_ = quitting_ || reply.quit;
+    link.output = (reply.ok ? "0" : "1") + reply.text;
+    link.answering = true;
+    writeControl(link);
+}
+
+void Server::writeControl(ControlLink& link) {
+    while (!link.output.empty()) {
+        const ssize_t length =
+            ::send(link.socket.get(), link.output.data(), link.output.size(), MSG_NOSIGNAL);
+        if (length < 0 && wouldBlock()) return;
+        if (length < 0) break;
+        link.output.erase(0, static_cast<std::size_t>(length));
+    }
+    link.gone = true;
+}
+
+// Milliseconds until the next late answer is due; -1: nothing to wait for.
+int Server::patience(Real::time_point now) const {
+    int result = -1;
+    for (const DeviceLink& link : devices_) {
+        if (link.blocked) continue;
+        for (const Pending& one : link.pending) {
+            const auto left = std::chrono::ceil<std::chrono::milliseconds>(one.due - now).count();
+            const int wait = static_cast<int>(std::clamp<std::int64_t>(left, 0, 1 << 30));
+            result = result < 0 ? wait : std::min(result, wait);
+        }
+    }
+    return result;
+}
+
+bool Server::run(int stopDescriptor) {
+    while (!quitting_) {
+        std::vector<pollfd> watched{{stopDescriptor, POLLIN, 0}};
+        // A full house waits in the listening queue.
+        watched.push_back({devices_.size() < mostLinks ? device_.descriptor() : -1, POLLIN, 0});
+        watched.push_back({controls_.size() < mostLinks ? commands_.descriptor() : -1, POLLIN, 0});
+        for (const DeviceLink& link : devices_)
+            watched.push_back({link.socket.get(), short(link.blocked ? POLLOUT : POLLIN), 0});
+        for (const ControlLink& link : controls_)
+            watched.push_back({link.socket.get(), short(link.answering ? POLLOUT : POLLIN), 0});
+        if (::poll(watched.data(), watched.size(), patience(Real::now())) < 0 && errno != EINTR) return false;
+        if (watched[0].revents) return true;
+
+        std::size_t index = 3;
+        const Real::time_point now = Real::now();
+        for (DeviceLink& link : devices_) {
+            const short seen = watched[index++].revents;
+            sendDue(link, now);
+            if (!link.gone && seen && !link.blocked) readDevice(link);
+        }
+        for (ControlLink& link : controls_) {
+            if (!watched[index++].revents) continue;
+            if (link.answering)
+                writeControl(link);
+            else
+                readControl(link);
+        }
+        devices_.remove_if([](const DeviceLink& link) { return link.gone; });
+        controls_.remove_if([](const ControlLink& link) { return link.gone; });
+        if (watched[1].revents) acceptDevice();
+        if (watched[2].revents) acceptControl();
+    }
+    return true;
+}
+
+}  // namespace sim

@@ -1,0 +1,65 @@
+// The simulator's loop: both nodes, all connections, one poll().
+#pragma once
+
+#include "sim/control.h"
+#include "sim/exchange.h"
+#include "sim/nodes.h"
+
+#include <list>
+#include <string>
+
+namespace sim {
+
+class Server {
+  public:
+    explicit Server(State& state) : state_(state) {}
+
+    // Takes both nodes. Empty on success, else the reason.
+    std::string claim();
+
+    // Serves until `stopDescriptor` becomes readable or "quit" was answered. False when the loop itself
+    // failed.
+    bool run(int stopDescriptor);
+
+  private:
+    using Real = std::chrono::steady_clock;
+    struct Pending {
+        std::vector<std::uint8_t> packet;
+        Real::time_point due;
+    };
+    struct DeviceLink {
+        Handle socket;
+        Session session;
+        std::list<Pending> pending;
+        bool blocked = false;  // the peer does not read: wait until it does, and read nothing from it
+        bool gone = false;
+    };
+    struct ControlLink {
+        Handle socket;
+        std::string input, output;
+        bool answering = false;
+        bool gone = false;
+    };
+
+    void acceptDevice();
+    void acceptControl();
+    void readDevice(DeviceLink& link);
+    void sendDue(DeviceLink& link, Real::time_point now);
+    void readControl(ControlLink& link);
+    void writeControl(ControlLink& link);
+    int patience(Real::time_point now) const;
+
+    State& state_;
+    Faults faults_;
+    RequestLog log_;
+    Exchange exchange_{state_, faults_, log_};
+    Control control_{state_, faults_, log_};
+    Node device_, commands_;
+    std::vector<std::uint8_t> packet_ = std::vector<std::uint8_t>(maxPacket);  // the one being read
+    std::list<DeviceLink> devices_;
+    std::list<ControlLink> controls_;
+    int lastNumber_ = 0;
+    bool quitting_ = false;
+};
+
+}  // namespace sim

@@ -1,0 +1,103 @@
+// What the simulated driver knows: the configuration that it was loaded with, its clock, what runs since
+// when, and what control commands have forced.
+#pragma once
+
+#include "model/tvdatbuf.h"
+#include "sim/clock.h"
+#include "sim/requests.h"
+
+#include <array>
+#include <compare>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace sim {
+
+enum class Service : std::uint8_t { Lec, Les, Lecs, Ip, Sig };
+
+// One instance of a service.
+struct Life {
+    bool enabled = false;
+    Millis startedAt = 0;
+};
+
+// Where a forced value stands. Row 0: not in a table; rows count from 1.
+struct Place {
+    Rid request;
+    int adapter, unit, row;
+    std::size_t field;  // index into the request's fields
+    auto operator<=>(const Place&) const = default;
+};
+
+class State {
+  public:
+    // `present` says which of the adapters are there. `seed` chooses rates, learned peers and their times.
+    State(const AtmDevices& config, std::array<bool, adapterCount> present, std::uint64_t seed);
+
+    const AtmDevices& config() const { return config_; }
+    bool present(int adapter) const {
+        return adapter >= 0 && adapter < adapterCount && present_[std::size_t(adapter)];
+    }
+    Clock& clock() { return clock_; }
+    Millis now() const { return now_; }
+
+    // Takes the time from the clock. All values of one reply belong to one instant.
+    void tick() { now_ = clock_.now(); }
+
+    const Life& life(Service service, int adapter, int unit) const;
+
+    // The state code as reported: forced, or the stage that the instance has reached by now.
+    std::uint32_t code(Service service, int adapter, int unit) const;
+    bool up(Service service, int adapter, int unit) const;
+    Millis upSince(Service service, int adapter, int unit) const;
+
+    // A number that depends only on the seed and the parts.
+    std::uint64_t hash(std::initializer_list<std::uint64_t> parts) const;
+
+    // A counter that has grown at about `perKilosecond` (chosen by `key` from half to one and a half times
+    // that) for `elapsed`. Never falls as elapsed grows; wraps where its field ends.
+    std::uint64_t counter(std::uint64_t key, std::uint32_t perKilosecond, Millis elapsed) const;
+
+    // Addresses. `selector` tells the services of one adapter apart.
+    MacBytes mac(int adapter) const;
+    MacBytes lecMac(int adapter, int lec) const;
+    AtmBytes address(int adapter, const MacBytes& esi, std::uint8_t selector) const;
+    AtmBytes lesAddress(int adapter, int les) const;
+    AtmBytes busAddress(int adapter, int les) const;
+    AtmBytes lecsAddress(int adapter) const;
+
+    // The server that a client registers with: the address and, when it is one of this machine's, its place.
+    struct Home {
+        AtmBytes les, bus;
+        std::optional<std::pair<int, int>> local;
+    };
+    Home home(int adapter, int lec) const;
+
+    // Forced values (raw field bytes) and row counts of tables.
+    std::map<Place, std::vector<std::uint8_t>> forced;
+    std::map<std::tuple<Rid, int, int>, std::size_t> forcedRows;
+
+  private:
+    Life& life(Service service, int adapter, int unit);
+
+    AtmDevices config_;
+    std::array<bool, adapterCount> present_;
+    std::uint64_t seed_;
+    Clock clock_;
+    Millis now_ = 0;
+    std::map<std::tuple<Service, int, int>, Life> lives_;
+};
+
+// State codes by time since the start of an instance; the last is "up".
+struct Stage {
+    Millis from;
+    std::uint32_t code;
+};
+std::span<const Stage> stages(Service service);
+
+constexpr int sigStages = 3;  // of Service::Sig: 1 SAAL connecting, 2 SAAL ready, 3 signalling and ILMI ready
+
+}  // namespace sim

@@ -1,0 +1,214 @@
+// Whatever happens to a save, the file is the complete old one or the complete new one.
+#include "config/pdf_io.h"
+#include "tests/support/failingfiles.h"
+#include "tests/support/temproot.h"
+
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <gtest/gtest.h>
+#include <random>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* file = "/etc/atm/tvconf";
+
+// With 200 lines around it, longer than a stream's buffer: a copy is written in pieces, partly while
+// searching.
+std::string content(int number, int around = 200) {
+    const std::string filler = "# " + std::string(110, 'f') + "\n";
+    std::string text;
+    for (int i = 0; i < around; ++i) text += filler;
+    text += "[A\n\t[B\n\t\tk = " + std::to_string(number) + "\n\t]\n";
+    for (int i = 0; i < around; ++i) text += filler;
+    return text + "]\n";
+}
+
+const std::string created = "\t[C\n\t\tk\t\t\t= 2\n\t]\n]\n";
+
+// 0, or the errno with which the save failed.
+int save(const char* path, std::int32_t number) {
+    SectionHandle* handle = OpenSection(file, path, sectionForWriting);
+    if (!handle) return errno ? errno : -1;
+    if (WriteKey(handle, "k", &number, keyLong, 4) != 0) {
+        AbandonSections();
+        return -1;
+    }
+    return CloseSection(handle) == 0 ? 0 : errno ? errno : -1;
+}
+
+int copies(const TempRoot& root) {
+    int count = 0;
+    for (const auto& entry : fs::recursive_directory_iterator(root.path()))
+        count += entry.path().filename().string().find("TV") != std::string::npos;
+    return count;
+}
+
+}  // namespace
+
+TEST(Commit, EveryCallFailedInTurn) {
+    const TempRoot root;
+    const std::string before = content(1);
+    const struct {
+        const char* path;
+        std::string after;
+    } saves[] = {{"/A/B", content(2)}, {"/A/C", before.substr(0, before.size() - 2) + created}};
+    testing::internal::CaptureStdout();
+    for (const auto& [path, after] : saves) {
+        for (const int error : {ENOSPC, EIO, EACCES, EROFS}) {
+            int k = 1;
+            for (bool failed = true; failed; ++k) {
+                root.write(file, before);
+                int result = 0;
+                {
+                    FailingFiles files;
+                    files.failAt(k, error);
+                    result = save(path, 2);
+                    failed = files.failed();
+                    // A stale copy that is not there, a file that was only read and the choice of the copy's
+                    // place do not decide about a save.
+                    const auto last =
+                        std::min<std::size_t>(static_cast<std::size_t>(k), files.calls().size()) - 1;
+                    const FileCall kind = files.calls()[last].kind;
+                    const bool harmless =
+                        kind == FileCall::remove || kind == FileCall::close || kind == FileCall::statusAt;
+                    if (!failed || !harmless) {
+                        EXPECT_EQ(result, failed ? error : 0) << path << " call " << k;
+                    }
+                }
+                const std::string now = root.read(file);
+                EXPECT_TRUE(now == after || (result != 0 && now == before)) << path << " call " << k;
+                EXPECT_EQ(copies(root), 0) << path << " call " << k;
+            }
+            EXPECT_GT(k, 20);
+        }
+    }
+    const std::string lines = testing::internal::GetCapturedStdout();
+    for (const char* expected :
+         {"OpenSection: Error Opening File /etc/atm/tvconf\n", "OpenSection: Error Writing File /etc/atmTV",
+          "CreateSection: Error Writing File /etc/atmTV", "CloseSection: Error Writing File /etc/atmTV",
+          "CloseSection: Rename Error\n\n"})
+        EXPECT_NE(lines.find(expected), std::string::npos) << expected;
+}
+
+TEST(Commit, ShortWritesAreContinued) {
+    const TempRoot root;
+    root.write(file, content(1));
+    FailingFiles files;
+    files.limitWrites(1000);
+    EXPECT_EQ(save("/A/B", 2), 0);
+    EXPECT_EQ(root.read(file), content(2));
+}
+
+TEST(Commit, TheCopyIsOnTheDiskBeforeTheFileGoes) {
+    const TempRoot root;
+    root.write(file, content(1));
+    FailingFiles files;
+    ASSERT_EQ(save("/A/B", 2), 0);
+    std::string order;
+    for (const FailingFiles::Call& call : files.calls()) {
+        if (call.kind == FileCall::sync) order += "sync ";
+        if (call.kind == FileCall::setMode) order += "mode ";
+        if (call.kind == FileCall::rename) order += "rename ";
+        if (call.kind == FileCall::write && order.ends_with("sync ")) order += "late write ";
+    }
+    EXPECT_EQ(order, "mode sync rename sync ");
+}
+
+TEST(Commit, ModeOwnerAndLinkAreKept) {
+    const TempRoot root;
+    fs::create_directories(root.at("/srv"));
+    root.write("/srv/real", content(1));
+    ASSERT_EQ(::chmod(root.at("/srv/real").c_str(), 0640), 0);
+    const bool superUser = ::geteuid() == 0;
+    if (superUser) {
+        ASSERT_EQ(::chown(root.at("/srv/real").c_str(), 12, 34), 0);
+    }
+    fs::create_symlink("../../srv/real", root.at(file));
+    root.write(
+        "/etc/atmTV" +
+            [] {
+                char name[16];
+                std::snprintf(name, sizeof name, "%x", static_cast<unsigned>(::getpid()));
+                return std::string(name);
+            }(),
+        "left by a killed process");
+
+    ASSERT_EQ(save("/A/B", 2), 0);
+    struct stat now {};
+    ASSERT_EQ(::stat(root.at("/srv/real").c_str(), &now), 0);
+    EXPECT_TRUE(fs::is_symlink(root.at(file)));
+    EXPECT_EQ(root.read("/srv/real"), content(2));
+    EXPECT_EQ(now.st_mode & 07777, 0640U);
+    if (superUser) {
+        EXPECT_EQ(now.st_uid * 100 + now.st_gid, 1234U);
+    }
+    EXPECT_EQ(copies(root), 0);
+
+    if (!superUser) return;
+    FailingFiles files;  // as when another user's file is saved: it must not change hands
+    files.failAt(1, EPERM, FileCall::setOwner);
+    EXPECT_EQ(save("/A/B", 3), EPERM);
+    EXPECT_EQ(root.read("/srv/real"), content(2));
+}
+
+TEST(Commit, TheCopyStandsBesideAFileOnAnotherFileSystem) {
+    struct OtherFileSystem : FailingFiles {
+        using FailingFiles::status;
+        int status(const platform::HostPath& path, struct stat& result) override {
+            const int answer = FailingFiles::status(path, result);
+            result.st_dev += 1;
+            return answer;
+        }
+    };
+    const TempRoot root;
+    root.write(file, content(1));
+    const OtherFileSystem files;
+    ASSERT_EQ(save("/A/B", 2), 0);
+    EXPECT_EQ(root.read(file), content(2));
+    for (const FailingFiles::Call& call : files.calls())
+        if (call.kind == FileCall::rename) {
+            EXPECT_TRUE(call.path.starts_with(root.at("/etc/atm/TV").string()));
+        }
+}
+
+TEST(Commit, KilledAtAnyMomentTheFileIsWhole) {
+    constexpr int around = 20;
+    const TempRoot root;
+    root.write(file, content(100, around));
+    std::mt19937 random(1);
+    for (int kills = 0; kills < 500; ++kills) {
+        int ready[2];
+        ASSERT_EQ(::pipe(ready), 0);
+        const pid_t child = ::fork();
+        if (child == 0) {
+            for (int number = 100;; number = number == 999 ? 100 : number + 1) {
+                if (save("/A/B", number) != 0) ::_exit(1);
+                if (number == 100 && ::write(ready[1], "", 1) != 1) ::_exit(1);
+            }
+        }
+        ::close(ready[1]);
+        char byte = 0;
+        ASSERT_EQ(::read(ready[0], &byte, 1), 1);
+        ::close(ready[0]);
+        std::this_thread::sleep_for(std::chrono::microseconds(random() % 5000));
+        ::kill(child, SIGKILL);
+        int state = 0;
+        ::waitpid(child, &state, 0);
+        ASSERT_TRUE(WIFSIGNALED(state)) << "a save failed beside the copies of killed processes";
+
+        const std::string now = root.read(file);
+        SectionHandle* handle = OpenSection(file, "/A/B", 0);
+        std::int32_t number = 0;
+        ASSERT_TRUE(handle && ReadKey(handle, "k", &number, keyLong, 4) == 0);
+        CloseSection(handle);
+        ASSERT_TRUE(number >= 100 && number <= 999 && now == content(number, around)) << "kill " << kills;
+    }
+    EXPECT_GT(copies(root), 50);  // otherwise too few were struck within a save to tell
+}

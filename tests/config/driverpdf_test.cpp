@@ -1,0 +1,261 @@
+// The parameter file and its list files as records.
+#include "config/driverpdf.h"
+
+#include "fixture.h"
+#include "platform/debuglog.h"
+#include "tests/support/failingfiles.h"
+#include "tests/support/temproot.h"
+
+#include <cerrno>
+#include <cstring>
+#include <gmock/gmock.h>
+#include <sstream>
+
+using testing::ElementsAre;
+
+namespace {
+
+constexpr const char* file = "/etc/atm/tvconf";
+
+struct DriverPdf : testing::Test {
+    TempRoot root;
+    AtmDevices devices;
+    DriverPdfEdit editor{nullptr, false, devices};
+    std::ostringstream log;
+
+    DriverPdf() { tvlog.divert(log.rdbuf()); }
+    ~DriverPdf() override { tvlog.divert(nullptr); }
+
+    void load(const std::string& content) {
+        root.write(file, content);
+        for (int a = 0; a < adapterCount; ++a) {
+            root.write("/etc/atm/routed" + std::to_string(a), routedText);
+            root.write("/etc/atm/bridged" + std::to_string(a), bridgedText);
+            root.write("/etc/atm/clients" + std::to_string(a), clientText);
+        }
+        testing::internal::CaptureStdout();
+        EXPECT_TRUE(editor.ReadPdf());
+        EXPECT_THAT(testing::internal::GetCapturedStdout(), testing::Not(testing::HasSubstr("rror")));
+    }
+
+    // A line of the file by its beginning, from a place on.
+    std::string line(std::string_view start, std::string_view from = "") const {
+        const std::string text = root.read(file);
+        const std::size_t at = text.find(start, text.find(from));
+        return at == std::string::npos ? "" : text.substr(at, text.find('\n', at) - at);
+    }
+};
+
+std::string allAdapters() {
+    return adapterText(0) + adapterText(1) + adapterText(2) + adapterText(3);
+}
+
+std::string replaced(std::string text, std::string_view from, std::string_view to,
+                     std::string_view behind = "") {
+    return text.replace(text.find(from, text.find(behind)), from.size(), to);
+}
+
+}  // namespace
+
+TEST_F(DriverPdf, EveryFieldIsRead) {
+    load("[Adapter0\nInterruptNumber = 3\n]\n" + adapterText(1));
+    EXPECT_THAT(devices.interruptNumber, ElementsAre(3, -1, -1, -1));
+    const AtmSig& sig = devices.sig[1];
+    EXPECT_STREQ(sig.address.GetNetworkPrefix(), "47000580FFe100000000000000");
+    EXPECT_THAT((std::array{sig.uniRevision, sig.addressRegistration, sig.portChangeDetect,
+                            sig.registerOtherPrefixes}),
+                ElementsAre(31, 1, 0, 1));
+    const AtmLEC& lec = devices.lec[1][0];
+    EXPECT_THAT((std::array{lec.enabled, lec.pvcOnly, lec.mtuClass, lec.l3Mtu, lec.useLecs, lec.elanType}),
+                ElementsAre(1, 1, 2, 1, 1, 0));
+    EXPECT_EQ(lec.address.digits(), "4700790000000000000000000000a03e00000100");
+    ASSERT_EQ(lec.pvcs.size(), 1U);
+    EXPECT_STREQ(lec.pvcs[0].mac.GetFMacAddress(), "00:a0:3e:00:00:01");
+    EXPECT_EQ(lec.pvcs[0].vci, 65535);
+    EXPECT_EQ(devices.lec[1][1].elanName.view(), "caf");
+    EXPECT_EQ(devices.les[1][0].elanName.view(), "engineering");
+    EXPECT_EQ(devices.les[1][0].clients.size(), 2U);
+    EXPECT_EQ(devices.lecs[1].address.digits(), "4700000000000000000000000000a03e00000200");
+    const AtmIP1577& ip = devices.ip1577[1];
+    EXPECT_EQ(ip.ip.str() + ip.serverIp.str() + ip.subnetMask.str(), "192.168.1.2192.168.1.1255.255.255.0");
+    ASSERT_EQ(ip.pvcs.size(), 1U);
+    EXPECT_EQ(ip.pvcs[0].rate, 7);
+    EXPECT_EQ(devices.lec[0][0].mtuClass, 1);
+    EXPECT_TRUE(devices.lec[0][0].pvcs.empty());
+}
+
+TEST_F(DriverPdf, SavingChangesOnlyWhatChanged) {
+    const std::string whole = allAdapters();
+    load(whole);
+    for (int a = 0; a < adapterCount; ++a) {
+        AtmDevices before = devices;
+        EXPECT_TRUE(editor.WriteLink(a));
+        EXPECT_EQ(devices.lec[static_cast<std::size_t>(a)][1].pvcFile.str(),
+                  "/etc/atm/pvcconf" + std::to_string(a) + ".1");
+    }
+    // Missing sections were made; of what was there only the empty values got one.
+    std::string saved = root.read(file);
+    EXPECT_THAT(log.str(), testing::HasSubstr("Writing Values on - /Adapter3/LES7\n"));
+    EXPECT_EQ(line("\t\tPvcConfFile", "\t[LEC3"), "\t\tPvcConfFile\t\t= /etc/atm/pvcconf0.3");
+    EXPECT_EQ(line("\tPvcConfFile", "LEC = 1"), "\tPvcConfFile = /etc/atm/pvcconf0.1");
+    EXPECT_EQ(line("\tConfig =", "[IP15770"), "\tConfig = 0");
+    EXPECT_EQ(line("\tElanName", "LEC = 1"), "\tElanName = caf~e              # cannot be read whole");
+    EXPECT_EQ(line("\tAtmPrefix", "LECS0"), "\tAtmPrefix = 4700");
+    EXPECT_EQ(line("L3Mtu =", "[LEC0"), "");  // a missing key stays missing
+    for (int a = 0; a < adapterCount; ++a) EXPECT_TRUE(editor.WriteLink(a));
+    EXPECT_EQ(root.read(file), saved);
+
+    AtmDevices again;
+    DriverPdfEdit reader(nullptr, false, again);
+    EXPECT_TRUE(reader.ReadPdf());
+    EXPECT_EQ(again.lec[2][3].address.digits(), atmAddress().digits());
+    again = AtmDevices{};
+
+    devices.lec[1][0].mtuClass = 3;
+    devices.les[1][0].elanName = "sales";
+    devices.lec[1][0].elanName = std::string(31, 'n');
+    devices.sig[2].address.setNetworkPrefix("39");
+    EXPECT_TRUE(editor.WriteLink(1) && editor.WriteLink(2));
+    saved = replaced(saved, "Mfs = 2", "Mfs = 3", "not a section ]\n[Adapter = 1");
+    saved = replaced(saved, "ElanName = engineering", "ElanName = sales", "Adapter = 1");
+    saved = replaced(saved, "ElanName =\n", "ElanName = " + std::string(31, 'n') + "\n", "Adapter = 1");
+    saved = replaced(saved, "47000580FFe1", "39000580FFe1", "Adapter = 2");
+    EXPECT_EQ(root.read(file), saved);
+    EXPECT_EQ(root.read("/etc/atm/bridged1"), bridgedText);
+    EXPECT_TRUE(reader.ReadPdf());
+    EXPECT_EQ(again.lec[1][0].elanName.view(), std::string(30, 'n'));
+}
+
+TEST_F(DriverPdf, WhatIsNotSavedIsSaid) {
+    load(adapterText(0));
+    const std::string before = root.read(file);
+    EXPECT_FALSE(editor.WriteLink(1));
+    EXPECT_EQ(editor.failures(), (std::vector<SaveFailure>{{file, "the section /Adapter1 is missing"}}));
+
+    devices.lec[0][0].elanName = "two words";
+    EXPECT_FALSE(editor.WriteLink(0));
+    EXPECT_EQ(editor.failures(),
+              (std::vector<SaveFailure>{{file, "the value of ElanName in /Adapter0/LEC0 cannot be stored"}}));
+    devices.lec[0][0].elanName = "";
+
+    devices.lec[0][0].enabled = 0;
+    devices.ip1577[0].pvcs.clear();
+    FailingFiles files;
+    files.failAt(1, EROFS, FileCall::rename, true);
+    EXPECT_FALSE(editor.WriteLink(0));
+    EXPECT_EQ(editor.failures(), (std::vector<SaveFailure>{{file, std::strerror(EROFS)}}));
+    EXPECT_FALSE(root.exists("/etc/atm/routed0"));
+    devices.les[0][0].clients.clear();
+    files.failAt(1, EACCES, FileCall::remove, true);
+    EXPECT_FALSE(editor.WriteLists(0));
+    EXPECT_EQ(editor.failures(), (std::vector<SaveFailure>{{"/etc/atm/clients0", std::strerror(EACCES)}}));
+}
+
+TEST_F(DriverPdf, WhatWasNotReadIsNotWrittenOver) {
+    root.write(file, adapterText(0));
+    root.write("/etc/atm/routed0", routedText);
+    {
+        FailingFiles files;
+        files.failAt(12, EIO, FileCall::read);
+        EXPECT_FALSE(editor.ReadPdf());
+    }
+    EXPECT_FALSE(editor.WriteLink(0));
+    EXPECT_EQ(editor.failures().size(), 1U);
+    EXPECT_EQ(root.read(file), adapterText(0));
+    EXPECT_TRUE(root.exists("/etc/atm/routed0"));
+    EXPECT_TRUE(editor.ReadPdf());
+
+    std::filesystem::remove(root.at("/etc/atm/clients0"));
+    std::filesystem::create_directory(root.at("/etc/atm/clients0"));
+    EXPECT_TRUE(editor.ReadPdf());
+    EXPECT_FALSE(editor.WriteLists(0));
+    EXPECT_EQ(editor.failures(), (std::vector<SaveFailure>{{"/etc/atm/clients0", std::strerror(EISDIR)}}));
+    EXPECT_TRUE(root.exists("/etc/atm/clients0"));
+}
+
+TEST_F(DriverPdf, ListsAfterCancel) {
+    load(adapterText(0) + "[Adapter1\n[LEC0\nEnabled = 1\n]\n[LEC1\nPvcConfFile = /" + std::string(70, 'f') +
+         "\n]\n]\n");
+    const AtmBridgedPvc pvc = devices.lec[0][0].pvcs[0];
+    devices.lec[0][1].pvcs = {pvc};       // the name is empty in the file
+    devices.lec[0][2].pvcs = {pvc, pvc};  // the section is missing
+    devices.lec[0][0].pvcs.clear();
+    devices.les[0][1].clients.resize(1);  // no name for these
+    EXPECT_TRUE(editor.WriteLists(0));
+    EXPECT_FALSE(root.exists("/etc/atm/bridged0"));
+    EXPECT_THAT(log.str(), testing::HasSubstr("/Adapter0/LES1\n"));
+
+    devices.lec[1][0].pvcs = {pvc};  // the key is missing: written or not, it could not be found again
+    devices.lec[1][1].pvcs = {pvc};  // the name that stands there cannot be read
+    EXPECT_FALSE(editor.WriteLists(1));
+    EXPECT_EQ(editor.failures(),
+              (std::vector<SaveFailure>{{file, "/Adapter1/LEC0 cannot take the name of a PVC file"},
+                                        {file, "/Adapter1/LEC1 cannot take the name of a PVC file"}}));
+
+    AtmDevices again;
+    EXPECT_TRUE(DriverPdfEdit(nullptr, false, again).ReadPdf());
+    EXPECT_THAT(again.lec[0][1].pvcs, ElementsAre(pvc));
+    EXPECT_THAT(again.lec[0][2].pvcs, ElementsAre(pvc, pvc));
+    EXPECT_TRUE(again.lec[0][2].pvcFile.view() == "/etc/atm/pvcconf0.2" && again.lec[0][0].pvcs.empty());
+}
+
+TEST_F(DriverPdf, ErrorsAreShownOnRequest) {
+    std::vector<std::string> shown;
+    PdfEdit noisy(
+        [&](const std::string& text, const std::string& caption) { shown.push_back(caption + ": " + text); },
+        true);
+    root.write(file, "[Adapter0\nk =\n]\n");
+    int number = 5;
+    EXPECT_FALSE(noisy.QueryValue("k", &number, keyLong, 4, true));
+    EXPECT_FALSE(noisy.OpenKey("/None", 0, true));
+    EXPECT_FALSE(noisy.OpenKey("/None", 0, false));
+    EXPECT_TRUE(noisy.OpenKey("/Adapter0", sectionForWriting, true));
+    EXPECT_EQ(noisy.status(), 0);
+    EXPECT_FALSE(noisy.QueryValue("k", &number, keyLong, 4, false));
+    EXPECT_FALSE(noisy.SetValue(std::string(300, 'x'), &number, keyLong, 4, true));
+    EXPECT_EQ(noisy.status(), 2);
+    EXPECT_THAT(shown, ElementsAre("Pdf Error: Pdf Error On - k", "Pdf Error: Pdf Error On - /None",
+                                   "Pdf Error: Pdf Error On - " + std::string(256 - 15, 'x')));
+}
+
+// One adapter, cut at every byte and with every byte changed: whatever is left is read and saved, and what
+// was saved is read again as it was.
+TEST_F(DriverPdf, DamagedFiles) {
+    const struct {
+        const char* name;
+        std::string content;
+    } files[] = {{file, adapterText(0)},
+                 {"/etc/atm/routed0", routedText},
+                 {"/etc/atm/bridged0", bridgedText},
+                 {"/etc/atm/clients0", clientText}};
+    load(adapterText(0));
+    const auto readSaveRead = [&] {
+        devices = AtmDevices{};
+        editor.ReadPdf();
+        editor.ReadSig(0);
+        editor.WriteIP1577(0);
+        editor.WriteLECs(0);
+        editor.CloseKey();
+        const std::string once = root.read(file);
+        editor.WriteLECs(0);
+        editor.CloseKey();
+        EXPECT_EQ(root.read(file), once);
+    };
+    testing::internal::CaptureStdout();
+    for (const auto& [name, content] : files) {
+        for (std::size_t at = 0; at < content.size(); ++at) {
+            for (const int flip : {-1, 0x01, 0x20, 0x80}) {
+                std::string damaged = content.substr(0, flip < 0 ? at : content.npos);
+                if (flip >= 0) damaged[at] = static_cast<char>(damaged[at] ^ flip);
+                root.write(file, adapterText(0));
+                root.write(name, damaged);
+                if (name == file)
+                    readSaveRead();
+                else
+                    EXPECT_TRUE(editor.ReadLECs(0) | editor.ReadLESs(0) | editor.ReadIP1577(0));
+            }
+        }
+        root.write(name, content);
+    }
+    EXPECT_FALSE(testing::internal::GetCapturedStdout().empty());
+}

@@ -1,0 +1,178 @@
+// The life of the simulator, and its control commands.
+#include "rawclient.h"
+#include "tests/support/simulator.h"
+
+#include <csignal>
+#include <gtest/gtest.h>
+
+namespace {
+
+Finished ctl(const std::vector<std::string>& words) {
+    std::vector<std::string> all{Simulator::program(), "ctl"};
+    all.insert(all.end(), words.begin(), words.end());
+    return runProgram(all);
+}
+
+bool nodesStand(const TempRoot& root) {
+    return root.exists("/dev/li") || root.exists("/dev/li.ctl");
+}
+
+}  // namespace
+
+TEST(SimLife, NodesComeAndGoWithIt) {
+    TempRoot root;
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP, 0}) {
+        Simulator simulator;
+        EXPECT_TRUE(root.exists("/dev/li"));
+        EXPECT_TRUE(root.exists("/dev/li.ctl"));
+        if (signal)
+            ::kill(simulator.pid(), signal);
+        else
+            simulator.ctl("quit");
+        EXPECT_EQ(simulator.wait(), 0) << signal;
+        EXPECT_FALSE(nodesStand(root)) << signal;
+    }
+}
+
+TEST(SimLife, OnlyOneLivesOnANodeAndAStaleNodeIsReplaced) {
+    TempRoot root;
+    {
+        Simulator first;
+        const Finished second = runProgram({Simulator::program()});
+        EXPECT_EQ(second.status, 1);
+        EXPECT_EQ(second.out.find("ready"), std::string::npos);
+        EXPECT_NE(second.err.find("already answers"), std::string::npos) << second.err;
+        EXPECT_EQ(RawClient(root.at("/dev/li").string()).openError, 0);  // the first is unharmed
+        ::kill(first.pid(), SIGKILL);
+        first.wait();
+    }
+    EXPECT_TRUE(nodesStand(root));
+    {
+        Simulator third;
+        EXPECT_EQ(RawClient(root.at("/dev/li").string()).openError, 0);
+    }
+    EXPECT_FALSE(nodesStand(root));
+    root.write("/dev/li", "a file");
+    EXPECT_EQ(runProgram({Simulator::program()}).status, 1);
+    EXPECT_EQ(root.read("/dev/li"), "a file");
+}
+
+TEST(SimLife, WrongOptionsAreRefused) {
+    TempRoot root;
+    for (const std::vector<std::string>& options :
+         std::vector<std::vector<std::string>>{{"--adapters", "5"},
+                                               {"--adapters", "0"},
+                                               {"--adapters", "3-1"},
+                                               {"--adapters", "1,,2"},
+                                               {"--adapters", "1x3"},
+                                               {"--seed", "many"},
+                                               {"--nothing"},
+                                               {"stray"}}) {
+        std::vector<std::string> words{Simulator::program()};
+        words.insert(words.end(), options.begin(), options.end());
+        const Finished ended = runProgram(words);
+        EXPECT_NE(ended.status, 0) << options[0];
+        EXPECT_FALSE(ended.err.empty()) << options[0];
+        EXPECT_FALSE(nodesStand(root)) << options[0];
+    }
+}
+
+TEST(SimControl, RefusalsSayWhy) {
+    TempRoot root;
+    EXPECT_EQ(ctl({"show"}).status, 1);  // nobody there
+    EXPECT_EQ(ctl({"help"}).status, 0);  // needs nobody
+    Simulator simulator({"--frozen", "--adapters", "1,3"});
+    const struct {
+        std::vector<std::string> words;
+        const char* says;
+    } cases[] = {
+        {{"no-such"}, "no-such"},
+        {{""}, "missing"},
+        {{"set"}, "target"},
+        {{"set", "lex", "1.1", "state", "6"}, "lex"},
+        {{"set", "lec", "1", "state", "6"}, "1.1 to 4.4"},
+        {{"set", "lec", "1.5", "state", "6"}, "1.5"},
+        {{"set", "lec", "2.1", "state", "6"}, "adapter 2 is not there"},
+        {{"set", "lec", "1.1", "colour", "6"}, "colour"},
+        {{"set", "lec", "1.1", "state"}, "value"},
+        {{"set", "lec", "1.1", "state", "six"}, "six"},
+        {{"set", "lec", "1.1", "mtu", "256"}, "256"},
+        {{"set", "lec", "1.1", "mac", "00:a0:3e"}, "00:a0:3e"},
+        {{"set", "lec", "1.1", "elanName", "a name of thirty-three characters"}, "elanName"},
+        {{"set", "ip", "1", "row", "1", "ip", "10.0.0.256"}, "10.0.0.256"},
+        {{"set", "lec", "1.1", "row", "0", "mac", "000000000000"}, "row"},
+        {{"unset", "lec", "1.1", "state"}, "not set"},
+        {{"rows", "lec", "1.1", "65536"}, "65535"},
+        {{"rows", "adapter", "1", "3"}, "no table"},
+        {{"clock", "step", "-1"}, "-1"},
+        {{"clock", "step", "nan"}, "nan"},
+        {{"alarm", "1", "xyz", "on"}, "los"},
+        {{"link", "1", "26"}, "25"},
+        {{"fault", "lec.nothing", "every", "dead"}, "lec.nothing"},
+        {{"fault", "lec", "nth", "0", "dead"}, "nth"},
+        {{"fault", "lec", "every", "errno", "EWHAT"}, "EWHAT"},
+        {{"fault", "lec", "every", "dead", "5"}, "no value"},
+        {{"fault", "clear", "99"}, "99"},
+        {{"log", "all", "all"}, "log"},
+        {{"quit", "now"}, "too many"},
+    };
+    for (const auto& c : cases) {
+        const Finished ended = ctl(c.words);
+        EXPECT_EQ(ended.status, 1) << c.says;
+        EXPECT_EQ(ended.out, "") << c.says;
+        EXPECT_NE(ended.err.find(c.says), std::string::npos) << ended.err;
+    }
+    EXPECT_EQ(simulator.ctl("fault"), "");  // a refused command leaves nothing behind
+}
+
+TEST(SimControl, ValuesReadBackAsTheyWereSet) {
+    TempRoot root;
+    writeSampleConfiguration(root);
+    Simulator simulator;
+    const struct {
+        const char *set, *get, *shown;
+    } cases[] = {
+        {"set lec 1.2 state 0xff", "get lec 1.2 state", "255"},
+        {"set adapter 2 mac 00-A0-3E-00-00-FE", "get adapter 2 mac", "00:a0:3e:00:00:fe"},
+        {"clock step 9", "get lec 2.3 mac", "00:a0:3e:00:00:00"},  // derived, and wraps within its byte
+        {"set vc 1 row 2 txPackets -1", "get vc 1 row 2 txPackets", "4294967295"},
+        {"set ip 1 row 1 ip 10.1.2.3", "get ip 1 row 1 ip", "10.1.2.3"},
+        {"set lecs 1 row 1 client 00a03e000001/05", "get lecs 1 row 1 client", "00:a0:3e:00:00:01-05"},
+        {"set driver revision 9.9", "get driver revision", "9.9"},
+        {"alarm 1 los on", "get adapter 1 los", "1"},
+        {"alarm 1 los off", "get adapter 1 los", "0"},
+        {"link 1 25", "get adapter 1 valid", "0"},
+        {"link 1 utp", "get adapter 1 link", "4"},
+        {"rows les 1.8 17", "get les 1.8 row 17 state", "3"},
+    };
+    for (const auto& c : cases) {
+        simulator.ctl(c.set);
+        EXPECT_EQ(simulator.ctl(c.get), c.shown) << c.set;
+    }
+    EXPECT_NE(simulator.ctl("show").find("les 1.8 state 0 serves 0 elan \"spare7\" clients 17"),
+              std::string::npos);
+    EXPECT_NE(simulator.ctl("show lec 1.2").find("state 255  (set)"), std::string::npos);
+}
+
+TEST(SimControl, TheLogShowsWhatCame) {
+    TempRoot root;
+    Simulator simulator;
+    RawClient client(root.at("/dev/li").string());
+    client.call("1400 0100 00 01 2000 1000 0100 0000 adde");
+    simulator.ctl("fault sig.link nth 1 resp 5");
+    client.call("2100 0100 00 00 4c00 1000 0100 0000 adde");
+    EXPECT_EQ(simulator.ctl("log hex 3"), "1 t=0.000 c1 open read-only -> ok\n"
+                                          "2 t=0.000 c1 lec.state Prim 20 Type 1 Link 0 Unit 1 Size 32 SzIO "
+                                          "16 RowM 1 NRow 0 -> ok, 32 bytes, RowM 1 "
+                                          "NRow 0\n"
+                                          "  14 00 01 00 00 01 20 00 10 00 01 00 00 00 ad de\n"
+                                          "3 t=0.000 c1 sig.link Prim 33 Type 1 Link 0 Unit 0 Size 76 SzIO "
+                                          "16 RowM 1 NRow 0 -> Resp 5 (wrong size) "
+                                          "[fault 1 sig.link nth 1 (seen 1) resp 5]\n"
+                                          "  21 00 01 00 00 00 4c 00 10 00 01 00 00 00 ad de");
+    client.send(hex("02 00"));
+    EXPECT_TRUE(client.receive().value().empty());
+    EXPECT_EQ(simulator.ctl("log 1"), "4 t=0.000 c1 malformed packet of 2 bytes -> hung up");
+    simulator.ctl("log clear");
+    EXPECT_EQ(simulator.ctl("log all"), "");
+}

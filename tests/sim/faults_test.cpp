@@ -1,0 +1,206 @@
+// Injected faults, privilege, and clients that do not keep to the rules.
+#include "rawclient.h"
+#include "tests/support/simulator.h"
+
+#include <chrono>
+#include <functional>
+#include <gtest/gtest.h>
+#include <random>
+#include <sys/wait.h>
+
+namespace {
+
+constexpr char lecState[] = "1400 0100 00 00 2000 1000 0100 0000 adde";
+constexpr char lesState[] = "1500 0100 00 00 1c00 1000 0100 0000 adde";
+constexpr char lecTable[] = "1400 0400 00 00 a000 1000 0100 0200 adde";
+
+struct Running {
+    TempRoot root;
+    std::optional<Simulator> simulator;
+    Running() {
+        writeSampleConfiguration(root);
+        simulator.emplace();
+    }
+    std::string ctl(std::string_view line) const { return simulator->ctl(line); }
+    std::string node() const { return root.at("/dev/li").string(); }
+};
+
+RawBytes ioctlPacket(std::int32_t id, std::string_view header) {
+    RawBytes message = hex(header);
+    message.resize(little(message, 6, 2));
+    RawBytes packet = ints({2, id, 0x4c00, 0, static_cast<std::int32_t>(message.size())});
+    packet.insert(packet.end(), message.begin(), message.end());
+    return packet;
+}
+
+}  // namespace
+
+TEST(SimFaults, EachKindStrikesAsToldAndOnlyThen) {
+    Running sim;
+    sim.ctl("clock step 60");
+    RawClient client(sim.node());
+    const auto good = client.call(lecTable);
+    ASSERT_EQ(good.nRow(), 2);
+    const auto reply = [](std::int32_t id, const RawBytes& message, std::int32_t error = 0) {
+        RawBytes packet = ints({id, error, 0, static_cast<std::int32_t>(message.size())});
+        packet.insert(packet.end(), message.begin(), message.end());
+        return packet;
+    };
+    const auto with = [&](std::size_t offset, std::string_view word, RawBytes message) {
+        const RawBytes value = hex(word);
+        std::copy(value.begin(), value.end(), message.begin() + static_cast<std::ptrdiff_t>(offset));
+        return message;
+    };
+    RawBytes asked = hex(lecTable);
+    asked.resize(160);
+    const struct {
+        const char* fault;
+        std::function<RawBytes(std::int32_t id)> packet;
+    } cases[] = {
+        {"resp 77", [&](auto id) { return reply(id, with(14, "4d00", asked)); }},
+        {"errno EIO", [&](auto id) { return reply(id, {}, EIO); }},
+        {"errno 105", [&](auto id) { return reply(id, {}, ENOBUFS); }},
+        {"short 20", [&](auto id) { return reply(id, slice(good.message, 0, 20)); }},
+        {"short 0", [&](auto id) { return reply(id, {}); }},
+        {"nrow 65535", [&](auto id) { return reply(id, with(12, "ffff", good.message)); }},
+        {"dead", [&](auto id) { return reply(id, asked); }},
+        {"malformed short", [&](auto id) { return slice(reply(id, good.message), 0, 6); }},
+        {"malformed long", [&](auto id) { return reply(id, RawBytes(160 + 32, 0xee)); }},
+        {"malformed lie", [&](auto id) { return with(12, "a100", reply(id, good.message)); }},
+        {"malformed negative", [&](auto id) { return with(12, "ffffffff", reply(id, good.message)); }},
+        {"malformed id", [&](auto id) { return reply(id + 1, good.message); }},
+    };
+    for (const auto& c : cases) {
+        sim.ctl(std::string("fault lec.table nth 2 ") + c.fault);
+        EXPECT_EQ(client.call(lecState).resp(), 0) << c.fault;  // another request
+        EXPECT_EQ(client.call(lecTable).message, good.message) << c.fault;
+        client.ask(asked);
+        EXPECT_EQ(client.receive().value(), c.packet(client.id)) << c.fault;
+        EXPECT_EQ(client.call(lecTable).message, good.message) << c.fault;  // spent
+    }
+    sim.ctl("fault lec every resp 9");  // a whole service, until cleared
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(client.call(lecState).resp(), 9);
+    EXPECT_EQ(client.call(lesState).resp(), 0);
+    sim.ctl("fault clear");
+    EXPECT_EQ(client.call(lecState).resp(), 0);
+}
+
+TEST(SimFaults, LateSilentAndHangUp) {
+    Running sim;
+    RawClient client(sim.node()), other(sim.node());
+    const RawBytes query = ioctlPacket(0, lecState);
+    sim.ctl("fault any nth 1 late 400");
+    const auto asked = std::chrono::steady_clock::now();
+    client.ask(slice(query, 20, 32));
+    EXPECT_EQ(other.call(lecState).resp(), 0);  // the others are not kept waiting
+    EXPECT_LT(std::chrono::steady_clock::now() - asked, std::chrono::milliseconds(400));
+    EXPECT_EQ(little(client.receive().value(), 0, 4), static_cast<std::uint64_t>(client.id));
+    EXPECT_GE(std::chrono::steady_clock::now() - asked, std::chrono::milliseconds(400));
+
+    sim.ctl("fault any nth 1 silent");
+    client.ask(slice(query, 20, 32));
+    EXPECT_FALSE(client.receive(300).has_value());
+    EXPECT_EQ(client.call(lecState).resp(), 0);
+
+    sim.ctl("fault any nth 1 hangup");
+    client.ask(slice(query, 20, 32));
+    EXPECT_TRUE(client.receive().value().empty());
+    EXPECT_EQ(other.call(lecState).resp(), 0);
+
+    sim.ctl("fault open nth 1 errno ENXIO");
+    EXPECT_EQ(RawClient(sim.node()).openError, ENXIO);
+    EXPECT_EQ(RawClient(sim.node()).openError, 0);
+}
+
+TEST(SimFaults, PrivilegeDecidesWhatMayBeChanged) {
+    Running sim;
+    constexpr char lecStop[] = "1100 0200 00 00 1000 1000 0000 0000 adde";
+    constexpr char lesStop[] = "1200 0200 00 00 1000 1000 0000 0000 adde";
+    constexpr char lecsStop[] = "1300 0200 00 00 1000 1000 0000 0000 adde";
+    constexpr char ipStop[] = "4100 0200 00 00 1000 1000 0000 0000 adde";
+    constexpr char trace[] = "2200 0300 00 00 4c00 1b00 0000 0000 adde";
+    RawClient reader(sim.node()), writer(sim.node(), 2);
+    ASSERT_EQ(writer.openError, 0);
+    EXPECT_EQ(RawClient(sim.node(), 1).openError, EINVAL);
+    for (const char* request : {lecStop, lesStop, lecsStop, ipStop}) {
+        EXPECT_EQ(reader.call(request).error, EACCES) << request;
+        EXPECT_EQ(writer.call(request).resp(), 7) << request;
+    }
+    EXPECT_EQ(reader.call(trace).resp(), 7);
+
+    if (::geteuid() != 0) GTEST_SKIP() << "needs the super-user to become another user";
+    std::filesystem::permissions(sim.root.path(), std::filesystem::perms(0755));
+    const std::string node = sim.node();
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (::setgid(65534) != 0 || ::setuid(65534) != 0) ::_exit(9);
+        if (RawClient(node, 2).openError != EACCES) ::_exit(1);
+        RawClient stranger(node);
+        if (stranger.openError != 0) ::_exit(2);
+        if (stranger.call(lecState).resp() != 0) ::_exit(3);
+        if (stranger.call(lecStop).error != EACCES) ::_exit(4);
+        if (stranger.call(trace).error != EACCES) ::_exit(5);
+        RawClient control(node + ".ctl");
+        ::_exit(control.openError == 0 ? 6 : 0);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+
+// 20,000 packets: bytes at random, and proper requests with bytes changed, cut off or added.
+TEST(SimFaults, GarbageDoesNoHarm) {
+    Running sim;
+    sim.ctl("clock step 60");
+    sim.ctl("rows lec 1.1 65535");
+    std::mt19937 random(20240601);  // any seed; a fixed one can be repeated
+    const auto below = [&](std::uint32_t limit) { return static_cast<std::uint32_t>(random() % limit); };
+    const char* const seeds[] = {lecState,
+                                 lesState,
+                                 lecTable,
+                                 "0100 0400 00 00 f803 1000 0100 3200 adde",
+                                 "8100 0200 00 00 1700 1000 0100 0000 adde",
+                                 "4200 0400 00 00 8000 1000 0100 0200 adde",
+                                 "1300 0100 00 00 3c00 3c00 0000 0000 adde"};
+    std::optional<RawClient> client(std::in_place, sim.node());
+    unsigned hangUps = 0, answers = 0;
+    for (int i = 0; i < 20000; ++i) {
+        RawBytes packet;
+        if (i % 4 == 0) {
+            packet.resize(below(i % 64 == 0 ? 70000 : 80));
+            for (auto& byte : packet) byte = static_cast<std::uint8_t>(random());
+            if (i % 8 == 0 && packet.size() >= 4) packet[0] = 2, packet[1] = packet[2] = packet[3] = 0;
+        } else {
+            packet = ioctlPacket(i, seeds[below(std::size(seeds))]);
+            for (unsigned changes = below(4); changes-- > 0;)
+                packet[i % 3 ? 20 + below(16) : below(static_cast<std::uint32_t>(packet.size()))] =
+                    static_cast<std::uint8_t>(random());
+            if (below(16) == 0) packet.resize(below(static_cast<std::uint32_t>(packet.size()) + 40));
+        }
+        const bool sent = client->send(packet);
+        const auto reply = sent ? client->receive() : RawBytes{};
+        ASSERT_TRUE(reply.has_value()) << "no answer to packet " << i;
+        if (!reply->empty())
+            ++answers;
+        else {
+            ++hangUps;
+            client.emplace(sim.node());
+            ASSERT_EQ(client->openError, 0) << "after packet " << i;
+        }
+    }
+    EXPECT_GT(answers, 5000u);  // both ways were walked
+    EXPECT_GT(hangUps, 1000u);
+    EXPECT_EQ(client->call(lecState).resp(), 0);
+    EXPECT_EQ(sim.ctl("get lec 1.1 state"), "6");
+}
+
+TEST(SimFaults, AClientThatNeverReadsStopsNobody) {
+    Running sim;
+    RawClient deaf(sim.node()), other(sim.node());
+    const RawBytes query = ioctlPacket(1, "1400 0200 00 00 bc03 1000 0100 0000 adde");
+    ASSERT_TRUE(deaf.send(query));
+    // As many as the socket takes; a blocking send would wait for ever once the simulator stops reading.
+    for (int i = 0; i < 20000; ++i)
+        if (!deaf.sendNow(query)) break;
+    for (int i = 0; i < 50; ++i) EXPECT_EQ(other.call(lecState).resp(), 0);
+}

@@ -1,0 +1,127 @@
+// A client that speaks the exchange byte by byte, so that the simulator is checked against literal packets.
+#pragma once
+
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <optional>
+#include <poll.h>
+#include <string>
+#include <string_view>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+#include <vector>
+
+using RawBytes = std::vector<std::uint8_t>;
+
+// "14 00 0100": pairs of hexadecimal digits, blanks ignored.
+inline RawBytes hex(std::string_view text) {
+    std::string digits;
+    for (const char c : text)
+        if (c != ' ') digits += c;
+    RawBytes bytes;
+    for (std::size_t i = 0; i + 1 < digits.size(); i += 2)
+        bytes.push_back(static_cast<std::uint8_t>(std::stoi(digits.substr(i, 2), nullptr, 16)));
+    return bytes;
+}
+
+inline std::uint64_t little(const RawBytes& bytes, std::size_t offset, std::size_t width) {
+    std::uint64_t value = 0;
+    for (std::size_t i = width; i-- > 0;) value = value << 8 | bytes.at(offset + i);
+    return value;
+}
+
+inline RawBytes slice(const RawBytes& bytes, std::size_t offset, std::size_t width) {
+    RawBytes part;
+    for (std::size_t i = 0; i < width; ++i) part.push_back(bytes.at(offset + i));
+    return part;
+}
+
+inline RawBytes ints(std::initializer_list<std::int32_t> values) {
+    RawBytes bytes(values.size() * 4);
+    std::size_t at = 0;
+    for (const std::int32_t value : values) {
+        std::memcpy(bytes.data() + at, &value, 4);
+        at += 4;
+    }
+    return bytes;
+}
+
+class RawClient {
+  public:
+    explicit RawClient(const std::string& node, std::optional<int> flags = 0) {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        node.copy(address.sun_path, sizeof address.sun_path - 1);
+        socket_ = ::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
+        if (::connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+            openError = errno;
+        else if (flags) {
+            send(ints({1, ++id, *flags}));
+            const auto reply = receive();
+            openError = reply && reply->size() == 8 ? static_cast<int>(little(*reply, 4, 4)) : -1;
+        }
+    }
+    ~RawClient() { ::close(socket_); }
+    RawClient(const RawClient&) = delete;
+    RawClient& operator=(const RawClient&) = delete;
+
+    // False when the peer has gone.
+    bool send(const RawBytes& packet) const {
+        return ::send(socket_, packet.data(), packet.size(), MSG_NOSIGNAL) >= 0;
+    }
+
+    // False when it cannot be sent without waiting.
+    bool sendNow(const RawBytes& packet) const {
+        return ::send(socket_, packet.data(), packet.size(), MSG_NOSIGNAL | MSG_DONTWAIT) >= 0;
+    }
+
+    // The next packet; empty when the peer has closed, nothing when none comes in time.
+    std::optional<RawBytes> receive(int milliseconds = 20000) const {
+        pollfd watched{socket_, POLLIN, 0};
+        if (::poll(&watched, 1, milliseconds) <= 0) return std::nullopt;
+        RawBytes packet(70000);
+        const ssize_t length = ::recv(socket_, packet.data(), packet.size(), 0);
+        packet.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
+        return packet;
+    }
+
+    void ask(const RawBytes& message) {
+        RawBytes packet = ints({2, ++id, 0x4c00, 0, static_cast<std::int32_t>(message.size())});
+        packet.insert(packet.end(), message.begin(), message.end());
+        send(packet);
+    }
+
+    struct Reply {
+        int error = -1;    // -1: no proper reply
+        RawBytes message;  // header and data
+        int resp() const { return message.size() < 16 ? -1 : static_cast<int>(little(message, 14, 2)); }
+        int rowM() const { return static_cast<int>(little(message, 10, 2)); }
+        int nRow() const { return static_cast<int>(little(message, 12, 2)); }
+        std::uint64_t number(std::size_t offset, std::size_t width) const {
+            return little(message, 16 + offset, width);
+        }
+    };
+
+    Reply call(const RawBytes& message) {
+        ask(message);
+        const auto packet = receive();
+        if (!packet || packet->size() < 16 || little(*packet, 0, 4) != static_cast<std::uint64_t>(id) ||
+            little(*packet, 8, 4) != 0 || little(*packet, 12, 4) != packet->size() - 16)
+            return {};
+        return {static_cast<int>(little(*packet, 4, 4)), slice(*packet, 16, packet->size() - 16)};
+    }
+    // A request of 16 header bytes in hexadecimal, with as much room behind as its Size says.
+    Reply call(std::string_view header) {
+        RawBytes message = hex(header);
+        message.resize(little(message, 6, 2));
+        return call(message);
+    }
+
+    int openError = 0;
+    std::int32_t id = 0;
+
+  private:
+    int socket_ = -1;
+};

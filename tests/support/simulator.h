@@ -1,0 +1,48 @@
+// A running driver simulator below the present root directory, for tests that need a driver.
+#pragma once
+
+#include "tests/support/temproot.h"
+
+#include <chrono>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <sys/types.h>
+#include <vector>
+
+// A finished program: its exit status (128 and the signal when one ended it) and what it printed.
+struct Finished {
+    int status = -1;
+    std::string out, err;
+};
+
+// Runs the program to its end and collects what it prints.
+Finished runProgram(const std::vector<std::string>& words);
+
+// Copies the sample configuration below the root.
+void writeSampleConfiguration(const TempRoot& root);
+
+class Simulator {
+  public:
+    // Starts "tvsim" with the options and waits until it listens. Throws std::runtime_error when it does not.
+    explicit Simulator(const std::vector<std::string>& options = {"--frozen"});
+    ~Simulator();  // ends it with SIGTERM, and with SIGKILL when it does not follow
+    Simulator(const Simulator&) = delete;
+    Simulator& operator=(const Simulator&) = delete;
+
+    // A control command with the words of the line, split at blanks. What it shows, without the last line
+    // end. Throws std::runtime_error with its message when the command is refused. Goes straight to the
+    // control socket, so that a test can give hundreds without starting a program for each.
+    std::string ctl(std::string_view line) const;
+
+    // Waits for the end, after a signal or "ctl quit". Its exit status.
+    int wait();
+
+    pid_t pid() const { return pid_; }
+
+    static std::string program();
+
+  private:
+    pid_t pid_ = -1;
+    std::string controlNode_;
+};
