@@ -12,8 +12,8 @@ struct FoundAdapter {
     std::string line;  // of the adapter list; empty when the driver would not tell its MAC address
 };
 
-// Asks the driver for its adapters, in ascending number; the addresses of each adapter's LAN Emulation Clients
-// and Classical IP client are put into atmDevices. Empty when the driver does not answer.
+// Asks the driver for its adapters, in ascending number; the addresses of each adapter's LAN Emulation
+// Clients and Classical IP client are put into atmDevices. Empty when the driver does not answer.
 std::vector<FoundAdapter> discoverAdapters(aalInfo& query);
 
 // The LAN Emulation Clients take the adapter's address with 0 to 3 added to its last byte, the Classical IP

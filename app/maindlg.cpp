@@ -15,7 +15,7 @@ constexpr int lastAdapter = 3;
 }  // namespace
 
 DMainDlg::DMainDlg(zApplication& application, const zLayout& layout) : zFormDialog(application, layout) {
-    if (dai_open(0, readOnly, &ioctlDesc) != 0) ioctlDesc = 0;
+    if (dai_open(0, readOnly, ioctlDesc) != 0) ioctlDesc = 0;
     editor_ = std::make_unique<DriverPdfEdit>(
         [this](const std::string& text, const std::string& caption) {
             zMessageBox(this->application(), shell(), zMessageStyle::information, text, caption);
@@ -65,7 +65,8 @@ void DMainDlg::selChangeInterfaceLB() {
     const int position = std::max(0, control<zListBox>(interfaceLB).selected());
     const auto known = static_cast<std::size_t>(position) < adapters_.size();
     // Where the mask of adapters has gaps, the position in the list is not the adapter's number.
-    currentAdapter = known ? adapters_[static_cast<std::size_t>(position)].index : std::min(position, lastAdapter);
+    currentAdapter =
+        known ? adapters_[static_cast<std::size_t>(position)].index : std::min(position, lastAdapter);
     SetDlgTitle();
 }
 
@@ -80,7 +81,8 @@ void DMainDlg::clickedSetupBTN() {
     }
     if (!ioctlDesc) warn("Atm Driver Not Loaded. \nNo dynamic configuration available!", "Driver Error");
     zMessageBox(application(), shell(), zMessageStyle::information,
-                "This version lists the adapters and reads their\nconfiguration; it cannot change it yet.", "Setup");
+                "This version lists the adapters and reads their\nconfiguration; it cannot change it yet.",
+                "Setup");
 }
 
 void DMainDlg::clickedCloseBTN() {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/discovery.h"
-#include "config/pdfedit.h"
+#include "config/driverpdf.h"
 #include "driver/dai_io.h"
 #include "toolkit/window.h"
 

@@ -15,7 +15,8 @@
 
 bool holdsOption(const std::string& commandLine, const std::string& text) {
     const auto alike = [](char a, char b) { return std::toupper(static_cast<unsigned char>(a)) == b; };
-    return std::search(commandLine.begin(), commandLine.end(), text.begin(), text.end(), alike) != commandLine.end();
+    return std::search(commandLine.begin(), commandLine.end(), text.begin(), text.end(), alike) !=
+           commandLine.end();
 }
 
 int runApplication(const std::string& programName, const std::vector<std::string>& commandLine) {

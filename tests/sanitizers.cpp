@@ -9,9 +9,10 @@ const char* __ubsan_default_options() {
     return "print_stacktrace=1";
 }
 
-// The font library keeps its caches until the end of the process.
+// The font library keeps its caches, and the Intrinsics what they know of each selection, until the end of the
+// process.
 const char* __lsan_default_suppressions() {
-    return "leak:libfontconfig.so\n";
+    return "leak:libfontconfig.so\nleak:XtOwnSelection\nleak:XtDisownSelection\n";
 }
 
 }

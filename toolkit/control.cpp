@@ -36,17 +36,9 @@ struct Place {
     Cardinal count() const { return static_cast<Cardinal>(args.size()); }
 };
 
-// Motif copies the string.
-void setTooltip(Widget widget, const zControlRow& row) {
-    if (!row.tooltip) return;
-    const zXmText text(row.tooltip);
-    XtVaSetValues(widget, XmNtoolTipString, text.get(), nullptr);
-}
-
 Widget make(WidgetClass widgetClass, Widget board, const zControlRow& row, Place& place) {
     const Widget widget =
         XtCreateManagedWidget(widgetName(row).c_str(), widgetClass, board, place.args.data(), place.count());
-    setTooltip(widget, row);
     return widget;
 }
 
@@ -161,7 +153,6 @@ zListBox::zListBox(Widget board, const zRect& place, const zControlRow& row) : z
     const std::string name = widgetName(row);
     const Widget list = XmCreateScrolledList(board, const_cast<char*>(name.c_str()), resources.args.data(),
                                              resources.count());
-    setTooltip(list, row);
     XtManageChild(list);
     // The list asks for whole lines; the window around it keeps the layout's place.
     XtVaSetValues(XtParent(list), XmNx, place.x, XmNy, place.y, XmNwidth, place.width, XmNheight,
@@ -201,6 +192,10 @@ int zListBox::selected() const {
     const int first = positions[0] - 1;
     XtFree(reinterpret_cast<char*>(positions));
     return first;
+}
+
+Widget zListBox::outermost() const {
+    return XtParent(widget());
 }
 
 zBitmapButton::zBitmapButton(Widget board, const zRect& place, const zControlRow& row) : zControl(row) {

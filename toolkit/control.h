@@ -24,6 +24,7 @@ class zControl {
 
     int id() const { return id_; }
     Widget widget() const { return widget_; }
+    virtual Widget outermost() const { return widget_; }  // what stands on the board: a list's is its window
 
     void enable(bool on);
     bool enabled() const;
@@ -75,6 +76,7 @@ class zListBox : public zControl {
     // Positions count from 0; -1 means that nothing is selected. Selecting by program calls no handler.
     void select(int position);
     int selected() const;
+    Widget outermost() const override;
 
     std::function<void()> onSelect;    // the user has chosen a line
     std::function<void()> onActivate;  // double-click, or Return on a line

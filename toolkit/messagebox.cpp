@@ -32,9 +32,13 @@ void zMessageBox(zApplication& application, Widget parent, zMessageStyle style, 
     XtManageChild(box);
     zCentre(shell);
     XtMapWidget(shell);
+    XtAddGrab(shell, True, False);  // the library's own grab does not hold back clicks into other windows
     application.runUntil(done);
+    XtRemoveGrab(shell);
 
     XtRemoveCallback(box, XmNcancelCallback, dismiss, &done);
+    // Inside a handler the destruction waits for the handler's end; the box must not be seen so long.
     XtUnmanageChild(box);
+    XtUnmapWidget(shell);
     zDestroyShell(shell);
 }

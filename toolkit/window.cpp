@@ -46,7 +46,11 @@ zFormDialog::zFormDialog(zApplication& application, const zLayout& layout) : zWi
     XtVaSetValues(board_, XmNwidth, size.width, XmNheight, size.height, nullptr);
     XtVaSetValues(shell_, XmNminWidth, size.width, XmNmaxWidth, size.width, XmNminHeight, size.height,
                   XmNmaxHeight, size.height, nullptr);
-    for (const zControlRow& row : layout.rows) controls_.push_back(zControl::create(board_, units, row));
+    tooltips_ = std::make_unique<zTooltips>(board_);
+    for (const zControlRow& row : layout.rows) {
+        controls_.push_back(zControl::create(board_, units, row));
+        if (row.tooltip) tooltips_->add(controls_.back()->outermost(), row.tooltip);
+    }
     XtManageChild(board_);
 
     const auto closing = [](Widget, XtPointer self, XtPointer) {
@@ -55,10 +59,12 @@ zFormDialog::zFormDialog(zApplication& application, const zLayout& layout) : zWi
     XmAddWMProtocolCallback(shell_, XInternAtom(XtDisplay(shell_), "WM_DELETE_WINDOW", False), closing, this);
 
     XtRealizeWidget(shell_);
+    tooltips_->realized();
     setIcon(layout.icon);
 }
 
 zFormDialog::~zFormDialog() {
+    tooltips_.reset();
     controls_.clear();
     zDestroyShell(shell_);
 }

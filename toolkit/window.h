@@ -4,6 +4,7 @@
 #include "toolkit/application.h"
 #include "toolkit/control.h"
 #include "toolkit/layout.h"
+#include "toolkit/tooltip.h"
 #include "toolkit/widget.h"
 
 #include <functional>
@@ -63,4 +64,5 @@ class zFormDialog : public zWindow {
 
     Widget board_ = nullptr;
     std::vector<std::unique_ptr<zControl>> controls_;
+    std::unique_ptr<zTooltips> tooltips_;
 };

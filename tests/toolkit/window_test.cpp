@@ -149,9 +149,22 @@ TEST_F(WindowTest, AHandlerMayDestroyItsOwnWindow) {
     user.settle();
 }
 
-TEST_F(WindowTest, TooltipShowsItsText) {
-    user.pointAt(user.widget("id14"));
-    EXPECT_TRUE(user.until([&] { return user.widget("TipLabel") != nullptr; }));
+TEST_F(WindowTest, TooltipAppearsAlsoOnGreyedControlsAndLeavesTheKeyboardAlone) {
+    auto& button = window.control<zBitmapButton>(14);
+    const auto shown = [&] { return user.widget("TipLabel") != nullptr; };
+    for (const bool enabled : {false, true}) {
+        button.enable(enabled);
+        user.pointAt(user.widget("id14"));
+        EXPECT_TRUE(user.until(shown)) << enabled;
+        if (!enabled)
+            user.pointAt(user.widget("id11"));
+        else
+            user.key("Tab");
+    }
+    EXPECT_TRUE(shown());
+    EXPECT_STREQ(XtName(XmGetFocusWidget(window.shell())), "id13");
+    user.click(user.widget("id14"));
+    EXPECT_FALSE(shown()) << "pressing takes it away";
 }
 
 TEST_F(WindowTest, MessageBoxIsModalAndEndsWithOkReturnOrEscape) {
