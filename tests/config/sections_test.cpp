@@ -199,7 +199,8 @@ TEST_F(Sections, TheDataAreaIsAHardLimit) {
 }
 
 TEST_F(Sections, ASectionIsCreatedAsTheLastChild) {
-    const std::string parent = "[Adapter0\n\tInterruptNumber = 11\n\t[LEC0\n\t\tk = 1 # ]\n\t]\n";
+    const std::string parent =
+        "[Adapter0\n\tInterruptNumber = 11 # " + std::string(200, 'c') + "\n\t[LEC0\n\t\tk = 1 # ]\n\t]\n";
     root.write(file, parent + "]\n# end\n");
     SectionHandle* handle = OpenSection(file, "/Adapter0/LEC1", sectionForWriting);
     ASSERT_TRUE(handle);
@@ -227,10 +228,17 @@ TEST_F(Sections, WhereNothingCanBeCreated) {
         const char *content, *path;
         int error;
     } cases[] = {
-        {"[A\n]\n", "/B", ESRCH},       {"[A\n]\n", "/B/C", ESRCH},        {"", "/A/B", ESRCH},
-        {"[A ]\n", "/A/B", EINVAL},     {"[A\n[C\n] ]\n", "/A/B", EINVAL}, {"[A\nk = 1 ]\n", "/A/B", EINVAL},
-        {"[A\n", "/A/B", EINVAL},       {"[A\n]\n", "/A/", EINVAL},        {"[A\n]\n", "/A/b]", EINVAL},
+        {"[A\n]\n", "/B", ESRCH},
+        {"[A\n]\n", "/B/C", ESRCH},
+        {"", "/A/B", ESRCH},
+        {"[A ]\n", "/A/B", EINVAL},
+        {"[A\n[C\n] ]\n", "/A/B", EINVAL},
+        {"[A\nk = 1 ]\n", "/A/B", EINVAL},
+        {"[A\n", "/A/B", EINVAL},
+        {"[A\n]\n", "/A/", EINVAL},
+        {"[A\n]\n", "/A/b]", EINVAL},
         {"[A [C\n]\n", "/A/B", EINVAL},
+        {"[A\n[C x\n]\n]\n", "/A/B", EINVAL},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(write(c.content, c.path, "k", "1"), c.error) << c.content << c.path;
