@@ -91,7 +91,7 @@ bool copyParent(SectionHandle& handle, std::string_view parent, std::size_t behi
             depth += line[at] == '[' ? 1 : -1;
             if (depth == 0)
                 return !opening && startsLine && line.find_first_not_of(" \t") == at &&
-                       handle.section.view() == parent;
+                       handle.section.view() == parent && std::ranges::count(parent, '/') == handle.nest;
             if (line[at] == '[')
                 SectNameFwd(&handle, line.data() + at);
             else

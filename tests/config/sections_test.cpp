@@ -129,6 +129,7 @@ TEST_F(Sections, OnlyTheValueChanges) {
         {"k =# c\n", "sales", "k = sales # c\n", 0},
         {"k = \n", "", "k = \n", 0},
         {"k = old\n", "", "k = \n", 0},
+        {"k = a word\n", "", "", EINVAL},  // which would become the value
         {"k = 1\r\n", "22", "k = 22\r\n", 0},
         {"k = 1\n", std::string(63, 'v'), "k = " + std::string(63, 'v') + "\n", 0},
         {"k = 1\n", std::string(64, 'v'), "", EINVAL},
@@ -239,6 +240,7 @@ TEST_F(Sections, WhereNothingCanBeCreated) {
         {"[A\n]\n", "/A/b]", EINVAL},
         {"[A [C\n]\n", "/A/B", EINVAL},
         {"[A\n[C x\n]\n]\n", "/A/B", EINVAL},
+        {"[x/y\n]\n[A\n]\n", "/x/A/B", EINVAL},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(write(c.content, c.path, "k", "1"), c.error) << c.content << c.path;
