@@ -114,7 +114,7 @@ bool DriverPdfEdit::writeRecord(const std::string& path, Record& record, const s
     bool good = true;
     for (std::size_t i = 0; i < keyRows<Record>().size(); ++i) {
         const KeyRow<Record>& row = keyRows<Record>()[i];
-        if (row.writeLength == notWritten || (present[i] && sameField(row.field, before, record))) continue;
+        if (row.writeLength == notWritten || stands(present, i, before, record)) continue;
         if (setField(row, record) || errno == ENODATA || errno == ENOENT) continue;
         addFailure(parameterFile, fmt::format("the value of {} in {} cannot be stored", row.key, path));
         good = false;

@@ -82,7 +82,9 @@ int ReadKey(SectionHandle* handle, std::string_view key, void* destination, int 
 // or -1 with the data as it was and errno:
 //   ENOENT    the section has no such key (silent: an existing section only gets existing keys)
 //   ENODATA   no text to write; in a created section the line with an empty value is added all the same
-//   EINVAL    the text could not be read back, or would hide another key; the old value holds a bracket
+//   EINVAL    the text could not be read back, would hide another key, or is empty and a word follows; the
+//   old value
+//             holds a bracket
 //   EMSGSIZE  the line would no longer be read in one piece
 //   EFBIG     the data area would overrun, also in place of ENOENT when the section was too long to load
 //   EILSEQ    in place of ENOENT when the section was not loaded because of a NUL byte

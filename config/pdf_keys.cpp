@@ -98,6 +98,10 @@ int replaceValue(SectionHandle& handle, const char* value, std::string_view text
     if (old.empty() && text.empty()) return 0;
     if (old.find_first_of("[]") != std::string_view::npos || hidesKey(data, value, end, text)) return EINVAL;
 
+    const char* next = end;
+    while (isBlank(*next)) ++next;
+    if (text.empty() && !endsValue(*next)) return EINVAL;  // the next word would become the value
+
     std::string replacement(text);
     if (old.empty()) replacement.insert(0, 1, ' ');
     if (*end == '#') replacement += ' ';

@@ -78,20 +78,29 @@ bool startAgain(SectionHandle& handle) {
 }
 
 // Copies the parent's lines from behind its opening bracket up to its closing line, which stays in linebuf.
-// False when a section put in front of that line would not be a child of the parent, or its keys would no
-// longer be seen: the closing bracket has to be the first thing on a line of its own.
-bool copyParent(SectionHandle& handle, std::size_t behind) {
+// False when a section put in front of that line would not be found as a child of the parent, or would hide
+// keys of it: the closing bracket has to be the first thing on a line of its own, and the path of the scan,
+// which a faulty opening in between leads astray, the parent's.
+bool copyParent(SectionHandle& handle, std::string_view parent, std::size_t behind) {
     int depth = 1;
+    bool opening = true, startsLine = true;
     for (;;) {
         const std::string_view line = handle.lineText();
         for (std::size_t at = nextBracket(line, behind); at != std::string_view::npos;
              at = nextBracket(line, at + 1)) {
             depth += line[at] == '[' ? 1 : -1;
-            if (depth == 0) return behind == 0 && line.find_first_not_of(" \t") == at;
+            if (depth == 0)
+                return !opening && startsLine && line.find_first_not_of(" \t") == at &&
+                       handle.section.view() == parent && std::ranges::count(parent, '/') == handle.nest;
+            if (line[at] == '[')
+                SectNameFwd(&handle, line.data() + at);
+            else
+                SectNameRev(&handle);
         }
-        if (behind == 0 && !put(handle, line)) return false;
-        const bool whole = line.ends_with('\n');
-        if (!ReadSectLine(&handle) || !whole) return false;
+        if (!opening && !put(handle, line)) return false;
+        startsLine = line.ends_with('\n');
+        if (!ReadSectLine(&handle)) return false;
+        opening = false;
         behind = 0;
     }
 }
@@ -136,7 +145,7 @@ SectionHandle* CreateSection(SectionHandle* handle, std::string_view sectionPath
         errno = ESRCH;
         return cannotCreate(*handle);
     }
-    const bool fits = copyParent(*handle, behind) && isSectionName(name) &&
+    const bool fits = copyParent(*handle, parent, behind) && isSectionName(name) &&
                       static_cast<std::size_t>(handle->nest) + name.size() + 2 <= sectionLineLimit;
     if (!fits && !handle->ioError) {
         say("CreateSection: No Room In Section {}\n", parent);

@@ -9,6 +9,7 @@
 #include <string_view>
 
 template <class... Cases> struct Overloaded : Cases... { using Cases::operator()...; };
+template <class... Cases> Overloaded(Cases...) -> Overloaded<Cases...>;
 
 constexpr std::size_t prefixBytes = atmAddress::prefixDigits / 2;
 
@@ -73,4 +74,21 @@ template <class Record> bool sameField(const KeyField<Record>& field, const Reco
                           [&](auto member) { return a.*member == b.*member; },
                       },
                       field);
+}
+
+// Whether the record's value of a row stands in the file: nothing to write then. Of an address with only one
+// half in the file nothing was read; while it keeps its value both halves stay, or they would become another
+// address.
+template <class Record>
+bool stands(const std::bitset<mostKeys>& present, std::size_t index, const Record& before,
+            const Record& record) {
+    const auto rows = keyRows<Record>();
+    const auto isHalf = [&](std::size_t i) {
+        return rows[i].readType == keyBytes && std::holds_alternative<AddressField<Record>>(rows[i].field);
+    };
+    std::size_t halves = 0;
+    for (std::size_t i = 0; i < rows.size(); ++i) halves += present[i] && isHalf(i);
+    if (halves != 1 || !isHalf(index)) return present[index] && sameField(rows[index].field, before, record);
+    const auto address = std::get<AddressField<Record>>(rows[index].field).address;
+    return before.*address == record.*address;
 }

@@ -129,6 +129,7 @@ TEST_F(Sections, OnlyTheValueChanges) {
         {"k =# c\n", "sales", "k = sales # c\n", 0},
         {"k = \n", "", "k = \n", 0},
         {"k = old\n", "", "k = \n", 0},
+        {"k = a word\n", "", "", EINVAL},  // which would become the value
         {"k = 1\r\n", "22", "k = 22\r\n", 0},
         {"k = 1\n", std::string(63, 'v'), "k = " + std::string(63, 'v') + "\n", 0},
         {"k = 1\n", std::string(64, 'v'), "", EINVAL},
@@ -199,7 +200,8 @@ TEST_F(Sections, TheDataAreaIsAHardLimit) {
 }
 
 TEST_F(Sections, ASectionIsCreatedAsTheLastChild) {
-    const std::string parent = "[Adapter0\n\tInterruptNumber = 11\n\t[LEC0\n\t\tk = 1 # ]\n\t]\n";
+    const std::string parent =
+        "[Adapter0\n\tInterruptNumber = 11 # " + std::string(200, 'c') + "\n\t[LEC0\n\t\tk = 1 # ]\n\t]\n";
     root.write(file, parent + "]\n# end\n");
     SectionHandle* handle = OpenSection(file, "/Adapter0/LEC1", sectionForWriting);
     ASSERT_TRUE(handle);
@@ -227,10 +229,18 @@ TEST_F(Sections, WhereNothingCanBeCreated) {
         const char *content, *path;
         int error;
     } cases[] = {
-        {"[A\n]\n", "/B", ESRCH},       {"[A\n]\n", "/B/C", ESRCH},        {"", "/A/B", ESRCH},
-        {"[A ]\n", "/A/B", EINVAL},     {"[A\n[C\n] ]\n", "/A/B", EINVAL}, {"[A\nk = 1 ]\n", "/A/B", EINVAL},
-        {"[A\n", "/A/B", EINVAL},       {"[A\n]\n", "/A/", EINVAL},        {"[A\n]\n", "/A/b]", EINVAL},
+        {"[A\n]\n", "/B", ESRCH},
+        {"[A\n]\n", "/B/C", ESRCH},
+        {"", "/A/B", ESRCH},
+        {"[A ]\n", "/A/B", EINVAL},
+        {"[A\n[C\n] ]\n", "/A/B", EINVAL},
+        {"[A\nk = 1 ]\n", "/A/B", EINVAL},
+        {"[A\n", "/A/B", EINVAL},
+        {"[A\n]\n", "/A/", EINVAL},
+        {"[A\n]\n", "/A/b]", EINVAL},
         {"[A [C\n]\n", "/A/B", EINVAL},
+        {"[A\n[C x\n]\n]\n", "/A/B", EINVAL},
+        {"[x/y\n]\n[A\n]\n", "/x/A/B", EINVAL},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(write(c.content, c.path, "k", "1"), c.error) << c.content << c.path;
