@@ -29,3 +29,13 @@ function(tv_folder folder)
     target_include_directories(${target} PUBLIC "${view}")
     target_link_libraries(${target} PUBLIC tv_flags ${ARG_USES})
 endfunction()
+
+# tv_program(name SOURCES ... USES ...): an executable, with the sanitizers' options where they are on.
+function(tv_program name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    if(TARVOLIN_SANITIZE)
+        target_sources(${name} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/sanitizers.cpp)
+    endif()
+    target_link_libraries(${name} PRIVATE ${ARG_USES})
+endfunction()

@@ -114,7 +114,11 @@ bool DriverPdfEdit::writeRecord(const std::string& path, Record& record, const s
     bool good = true;
     for (std::size_t i = 0; i < keyRows<Record>().size(); ++i) {
         const KeyRow<Record>& row = keyRows<Record>()[i];
-        if (row.writeLength == notWritten || stands(present, i, before, record)) continue;
+        if (row.writeLength == notWritten) continue;
+        if (stands(present, i, before, record)) {
+            ++section_->wflg;  // its spelling stays; the section is committed all the same
+            continue;
+        }
         if (setField(row, record) || errno == ENODATA || errno == ENOENT) continue;
         addFailure(parameterFile, fmt::format("the value of {} in {} cannot be stored", row.key, path));
         good = false;

@@ -4,15 +4,16 @@
 // quotes is a fixed character that the field supplies, and "(3)" repeats the element before it.
 #pragma once
 
-#define TV_HEX "[0-9A-Fa-f]"
+#define TV_HEX  "[0-9A-Fa-f]"
 #define TV_PAIR TV_HEX TV_HEX
 
-constexpr char networkPrefixMask[] = "[1-9A-Fa-f]" TV_HEX "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR
-                                     "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR
-                                     "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR;
-constexpr char macAddressMask[] = TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR;
-constexpr char esiSelectorMask[] = TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR
-                                   "'-'" TV_PAIR;
+constexpr char networkPrefixMask[] =
+    "[1-9A-Fa-f]" TV_HEX "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR
+    "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR;
+constexpr char macAddressMask[] =
+    TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR;
+constexpr char esiSelectorMask[] =
+    TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "'-'" TV_PAIR;
 constexpr char ipAddressMask[] = "[0-9](3)'.'[0-9](3)'.'[0-9](3)'.'[0-9](3)";
 
 #undef TV_PAIR

@@ -174,13 +174,23 @@ AtmSig& AtmSig::operator=(const SigXferBuffer& buffer) {
     return *this;
 }
 
-bool operator==(const LECXferBuffer& a, const LECXferBuffer& b) { return settings(a) == settings(b); }
-bool operator==(const LECSXferBuffer& a, const LECSXferBuffer& b) { return settings(a) == settings(b); }
-bool operator==(const IP1577XferBuffer& a, const IP1577XferBuffer& b) { return settings(a) == settings(b); }
-bool sameSettings(const LESXferBuffer& a, const LESXferBuffer& b) { return settings(a) == settings(b); }
-bool sameSettings(const SigXferBuffer& a, const SigXferBuffer& b) { return settings(a) == settings(b); }
+bool operator==(const LECXferBuffer& a, const LECXferBuffer& b) {
+    return settings(a) == settings(b);
+}
+bool operator==(const LECSXferBuffer& a, const LECSXferBuffer& b) {
+    return settings(a) == settings(b);
+}
+bool operator==(const IP1577XferBuffer& a, const IP1577XferBuffer& b) {
+    return settings(a) == settings(b);
+}
+bool sameSettings(const LESXferBuffer& a, const LESXferBuffer& b) {
+    return settings(a) == settings(b);
+}
+bool sameSettings(const SigXferBuffer& a, const SigXferBuffer& b) {
+    return settings(a) == settings(b);
+}
 
 std::ostream& operator<<(std::ostream& out, const SigXferBuffer& buffer) {
-    return out << buffer.uniPosition << ' ' << buffer.addressRegistration << ' ' << buffer.portChangeDetect << ' '
-               << buffer.registerOtherPrefixes << ' ' << buffer.networkPrefix;
+    return out << buffer.uniPosition << ' ' << buffer.addressRegistration << ' ' << buffer.portChangeDetect
+               << ' ' << buffer.registerOtherPrefixes << ' ' << buffer.networkPrefix;
 }

@@ -3,9 +3,9 @@
 //
 // Records hold what the parameter file holds: 32-bit numbers, addresses as value types. Transfer buffers hold
 // what the dialog's controls hold: signed 16-bit numbers, 0-based list positions, addresses as digit strings
-// without separators (network prefix 26 digits, ESI and selector 14). A buffer is assigned from its record and a
-// record from its buffer. A number that does not fit into 16 bits, and that the dialog did not change, survives
-// the way there and back.
+// without separators (network prefix 26 digits, ESI and selector 14). A buffer is assigned from its record
+// and a record from its buffer. A number that does not fit into 16 bits, and that the dialog did not change,
+// survives the way there and back.
 #pragma once
 
 #include "model/fixedtext.h"
@@ -87,7 +87,7 @@ struct AtmLES {
 // LAN Emulation Configuration Server.
 struct AtmLECS {
     std::int32_t enabled = 0;
-    std::int32_t elanType = 1;      // default type: 1 Ethernet, 2 Token Ring
+    std::int32_t elanType = 1;  // default type: 1 Ethernet, 2 Token Ring
     std::int32_t etherMtuClass = 1;
     std::int32_t tokenRingMtuClass = 1;
     atmAddress address;
@@ -101,9 +101,9 @@ struct AtmIP1577 {
     std::int32_t pvcOnly = 0;  // 1: PVCs only, no ATMARP server
     AddressText serverIp;      // ATMARP server
     AddressText subnetMask;
-    AddressText ip;            // the client's own
-    atmAddress address;        // of the ATMARP server
-    macAddress mac;            // derived from the adapter's at start-up, not stored
+    AddressText ip;      // the client's own
+    atmAddress address;  // of the ATMARP server
+    macAddress mac;      // derived from the adapter's at start-up, not stored
     FileName pvcFile;
     std::vector<AtmRoutedPvc> pvcs;
 

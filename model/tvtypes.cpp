@@ -36,9 +36,9 @@ constexpr CodeText ilmiTexts[] = {{0, "ILMI Disabled"},
                                   {3, "ILMI Static Registration"},
                                   {255, "ILMI Not configured"}};
 
-constexpr CodeText lmacTexts[] = {{0, "Unused MAC entry"},         {1, "Waiting for VCC connection"},
-                                  {2, "Active"},                   {3, "Waiting for ARP response"},
-                                  {4, "Waiting for InARP response"}, {5, "Reverifying connection"}};
+constexpr CodeText lmacTexts[] = {
+    {0, "Unused MAC entry"},         {1, "Waiting for VCC connection"}, {2, "Active"},
+    {3, "Waiting for ARP response"}, {4, "Waiting for InARP response"}, {5, "Reverifying connection"}};
 
 const char* textOf(std::span<const CodeText> table, std::int16_t code) {
     for (const CodeText& row : table)
@@ -51,13 +51,27 @@ constexpr std::int16_t notConfigured = 255;
 
 }  // namespace
 
-const char* MtuTypeToString(std::int16_t code) { return textOf(mtuTexts, code); }
-const char* ElanTypeToString(std::int16_t code) { return textOf(elanTexts, code); }
-const char* BusStateToString(std::int16_t code) { return textOf(busTexts, code); }
-const char* SaalStateToString(std::int16_t code) { return textOf(saalTexts, code); }
-const char* SigStateToString(std::int16_t code) { return textOf(sigTexts, code); }
-const char* IlmiStateToString(std::int16_t code) { return textOf(ilmiTexts, code); }
-const char* LmacStateToString(std::int16_t code) { return textOf(lmacTexts, code); }
+const char* MtuTypeToString(std::int16_t code) {
+    return textOf(mtuTexts, code);
+}
+const char* ElanTypeToString(std::int16_t code) {
+    return textOf(elanTexts, code);
+}
+const char* BusStateToString(std::int16_t code) {
+    return textOf(busTexts, code);
+}
+const char* SaalStateToString(std::int16_t code) {
+    return textOf(saalTexts, code);
+}
+const char* SigStateToString(std::int16_t code) {
+    return textOf(sigTexts, code);
+}
+const char* IlmiStateToString(std::int16_t code) {
+    return textOf(ilmiTexts, code);
+}
+const char* LmacStateToString(std::int16_t code) {
+    return textOf(lmacTexts, code);
+}
 
 int IlmiStateToColor(std::int16_t code) {
     if (code == 2 || code == 3) return lampUp;

@@ -1,9 +1,9 @@
 // Address value types: how addresses are held, shown, edited and stored in files.
 //
-// Text-producing operations whose names begin with Get return a pointer into getBuffer, one process-wide buffer;
-// it is valid until the next such call. Hexadecimal output is lower case, two digits a byte. No operation
-// reports an error: the input masks (masks.h) keep malformed text out of the dialogs, and what malformed text
-// gives is said at each operation.
+// Text-producing operations whose names begin with Get return a pointer into getBuffer, one process-wide
+// buffer; it is valid until the next such call. Hexadecimal output is lower case, two digits a byte. No
+// operation reports an error: the input masks (masks.h) keep malformed text out of the dialogs, and what
+// malformed text gives is said at each operation.
 #pragma once
 
 #include <array>
@@ -25,8 +25,8 @@ class macAddress {
     macAddress() = default;
     explicit macAddress(const Bytes& bytes) : bytes_(bytes) {}
 
-    // Six hexadecimal numbers, each followed by one separator of any kind: "0:a0:3e:0:0:1". Only the low 8 bits
-    // of a number count. Bytes that the text does not reach stay as they were.
+    // Six hexadecimal numbers, each followed by one separator of any kind: "0:a0:3e:0:0:1". Only the low 8
+    // bits of a number count. Bytes that the text does not reach stay as they were.
     macAddress& operator=(std::string_view text);
 
     const char* GetFMacAddress() const;  // "00:a0:3e:00:00:01"
@@ -47,8 +47,8 @@ class macAddress {
 
 std::uint32_t myMacHashFunction(const macAddress& key);
 
-// 12 digits without separators: "00a03e000001". Input that ends too early leaves the address as it was and the
-// stream failed; a character that is no digit counts as -1.
+// 12 digits without separators: "00a03e000001". Input that ends too early leaves the address as it was and
+// the stream failed; a character that is no digit counts as -1.
 std::ostream& operator<<(std::ostream& out, const macAddress& address);
 std::istream& operator>>(std::istream& in, macAddress& address);
 
@@ -77,8 +77,8 @@ class esiSelector {
 std::ostream& operator<<(std::ostream& out, const esiSelector& address);
 std::istream& operator>>(std::istream& in, esiSelector& address);
 
-// A 20-byte ATM end-system address (NSAP format), held as 40 hexadecimal digits: 26 of the network prefix, 12 of
-// the ESI, 2 of the selector. Digits keep the case in which they came.
+// A 20-byte ATM end-system address (NSAP format), held as 40 hexadecimal digits: 26 of the network prefix, 12
+// of the ESI, 2 of the selector. Digits keep the case in which they came.
 class atmAddress {
   public:
     static constexpr std::size_t byteCount = 20;
@@ -88,8 +88,8 @@ class atmAddress {
 
     atmAddress();  // "4" and 39 "0"
 
-    // The hexadecimal digits of the text, in order, into positions 0 to 39; other characters are skipped. Stops
-    // at 40 digits or the end of the text; the remaining digits stay as they were.
+    // The hexadecimal digits of the text, in order, into positions 0 to 39; other characters are skipped.
+    // Stops at 40 digits or the end of the text; the remaining digits stay as they were.
     atmAddress& operator=(std::string_view text);
 
     void fromHex(std::span<const std::uint8_t, byteCount> bytes);
@@ -100,8 +100,8 @@ class atmAddress {
     const char* GetFNetworkPrefix() const;  // "47:00:79:00:00:00:00:00:00:00:00:00:00"
     const char* GetFESISelector() const;    // "00:a0:3e:00:00:01-00"
 
-    // Replaces one half by the characters given, which are 26 and 14 digits; of a longer text only as many, and
-    // of a shorter one only those that are there.
+    // Replaces one half by the characters given, which are 26 and 14 digits; of a longer text only as many,
+    // and of a shorter one only those that are there.
     void setNetworkPrefix(std::string_view digits);
     void setESISelector(std::string_view digits);
 
@@ -123,8 +123,8 @@ class ipAddress {
     ipAddress() = default;
     explicit ipAddress(const Bytes& bytes) : bytes_(bytes) {}
 
-    // Four decimal numbers (leading zeros do not make them octal) separated by single characters; only the low
-    // 8 bits of a number count. Bytes that the text does not reach stay as they were.
+    // Four decimal numbers (leading zeros do not make them octal) separated by single characters; only the
+    // low 8 bits of a number count. Bytes that the text does not reach stay as they were.
     ipAddress& operator=(std::string_view text);
 
     const char* GetFIPAddress() const;  // "192.168.1.10"

@@ -34,7 +34,8 @@ class SystemDevice : public Device {
 
     int ioctl(int descriptor, int request, strioctl& block) override {
         const auto channel = channels_.find(descriptor);
-        if (channel == channels_.end()) return ::ioctl(descriptor, static_cast<unsigned long>(request), &block);
+        if (channel == channels_.end())
+            return ::ioctl(descriptor, static_cast<unsigned long>(request), &block);
         if (request == I_STR) return channel->second.ioctl(block);
         errno = EINVAL;
         return -1;
@@ -49,7 +50,8 @@ class SystemDevice : public Device {
     }
 
   private:
-    // Runs `open` so that descriptor 0, free when the program was started without standard input, is not taken.
+    // Runs `open` so that descriptor 0, free when the program was started without standard input, is not
+    // taken.
     template <typename Open> static int notZero(Open open) {
         const int probe = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
         const int descriptor = open();

@@ -1,8 +1,8 @@
 // The driver access device: the three calls that the tool makes on it.
 //
-// On a System V host the calls go to the kernel. Elsewhere a Unix-domain socket may stand at the device's path,
-// and each call is carried over it as one exchange (see socketdevice.h). The layer above cannot tell the two
-// apart. Tests replace the whole device with setDevice().
+// On a System V host the calls go to the kernel. Elsewhere a Unix-domain socket may stand at the device's
+// path, and each call is carried over it as one exchange (see socketdevice.h). The layer above cannot tell
+// the two apart. Tests replace the whole device with setDevice().
 #pragma once
 
 #include "platform/root.h"
@@ -27,8 +27,8 @@ class Device {
     virtual ~Device() = default;
 
     // Opens the device with the system path `path`; oflag 0 reads, 2 reads and writes. Never returns 0, which
-    // means "no channel" to every caller. A path at which neither a character device nor a socket stands gives
-    // ENOENT (nothing) or ENODEV.
+    // means "no channel" to every caller. A path at which neither a character device nor a socket stands
+    // gives ENOENT (nothing) or ENODEV.
     virtual int open(std::string_view path, int oflag) = 0;
 
     // Sends the block's message; the answer replaces its leading bytes, at most ic_len of them.
@@ -39,8 +39,8 @@ class Device {
 
 Device& device();
 
-// Puts another device in the place of the system's (null: the system's again). Returns the one before; neither
-// is owned.
+// Puts another device in the place of the system's (null: the system's again). Returns the one before;
+// neither is owned.
 Device* setDevice(Device* other);
 
 }  // namespace platform

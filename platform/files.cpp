@@ -16,11 +16,15 @@ class SystemFiles : public Files {
     int open(const HostPath& path, int flags, mode_t mode) override {
         return ::open(path.c_str(), flags | O_CLOEXEC, mode);
     }
-    ssize_t read(int descriptor, void* bytes, size_t count) override { return ::read(descriptor, bytes, count); }
+    ssize_t read(int descriptor, void* bytes, size_t count) override {
+        return ::read(descriptor, bytes, count);
+    }
     ssize_t write(int descriptor, const void* bytes, size_t count) override {
         return ::write(descriptor, bytes, count);
     }
-    off_t seek(int descriptor, off_t offset, int whence) override { return ::lseek(descriptor, offset, whence); }
+    off_t seek(int descriptor, off_t offset, int whence) override {
+        return ::lseek(descriptor, offset, whence);
+    }
     int truncate(int descriptor, off_t length) override { return ::ftruncate(descriptor, length); }
     int sync(int descriptor) override { return ::fsync(descriptor); }
     int close(int descriptor) override { return ::close(descriptor); }
@@ -28,9 +32,13 @@ class SystemFiles : public Files {
     int status(int descriptor, struct stat& result) override { return ::fstat(descriptor, &result); }
     int status(const HostPath& path, struct stat& result) override { return ::stat(path.c_str(), &result); }
     int setMode(int descriptor, mode_t mode) override { return ::fchmod(descriptor, mode); }
-    int setOwner(int descriptor, uid_t user, gid_t group) override { return ::fchown(descriptor, user, group); }
+    int setOwner(int descriptor, uid_t user, gid_t group) override {
+        return ::fchown(descriptor, user, group);
+    }
 
-    int rename(const HostPath& from, const HostPath& to) override { return std::rename(from.c_str(), to.c_str()); }
+    int rename(const HostPath& from, const HostPath& to) override {
+        return std::rename(from.c_str(), to.c_str());
+    }
     int remove(const HostPath& path) override { return std::remove(path.c_str()); }
 
     int resolve(const HostPath& path, HostPath& result) override {

@@ -2,8 +2,8 @@
 //
 // The tool and the simulator name system files by their usual paths ("/dev/li", "/etc/atm/tvconf"). When the
 // environment variable TARVOLIN_ROOT is set and not empty, its value is put in front of them. A HostPath is a
-// path that has been through this step; the file and device operations take nothing else, so it can neither be
-// forgotten nor done twice. File names stored inside configuration files stay without the prefix.
+// path that has been through this step; the file and device operations take nothing else, so it can neither
+// be forgotten nor done twice. File names stored inside configuration files stay without the prefix.
 #pragma once
 
 #include <string>

@@ -33,8 +33,8 @@ int SocketChannel::open(const HostPath& path, int oflag) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     if (path.text.size() >= sizeof address.sun_path) {
-        fmt::print(stderr, "tarvolin: {}: the path is longer than the {} bytes of a socket address\n", path.text,
-                   sizeof address.sun_path - 1);
+        fmt::print(stderr, "tarvolin: {}: the path is longer than the {} bytes of a socket address\n",
+                   path.text, sizeof address.sun_path - 1);
         return failWith(ENAMETOOLONG);
     }
     std::memcpy(address.sun_path, path.text.data(), path.text.size());
@@ -61,11 +61,13 @@ int SocketChannel::open(const HostPath& path, int oflag) {
 
 int SocketChannel::ioctl(strioctl& block) {
     if (gone_) return failWith(ENXIO);
-    if (block.ic_len < 0 || static_cast<std::size_t>(block.ic_len) > maxSocketMessage) return failWith(EINVAL);
+    if (block.ic_len < 0 || static_cast<std::size_t>(block.ic_len) > maxSocketMessage)
+        return failWith(EINVAL);
     const auto length = static_cast<std::size_t>(block.ic_len);
-    const Clock::time_point deadline = block.ic_timout < 0   ? Clock::time_point::max()
-                                       : block.ic_timout > 0 ? Clock::now() + std::chrono::seconds(block.ic_timout)
-                                                             : Clock::now() + defaultTimeout;
+    const Clock::time_point deadline = block.ic_timout < 0 ? Clock::time_point::max()
+                                       : block.ic_timout > 0
+                                           ? Clock::now() + std::chrono::seconds(block.ic_timout)
+                                           : Clock::now() + defaultTimeout;
 
     const std::array<std::int32_t, 5> head{opIoctl, ++id_, block.ic_cmd, block.ic_timout, block.ic_len};
     std::vector<char> packet(sizeof head + length);

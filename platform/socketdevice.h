@@ -1,10 +1,11 @@
-// The device calls carried over a Unix-domain socket (SOCK_SEQPACKET), one packet each way per call. All integers
-// are 32-bit in host byte order, without padding:
+// The device calls carried over a Unix-domain socket (SOCK_SEQPACKET), one packet each way per call. All
+// integers are 32-bit in host byte order, without padding:
 //
 //     open    -> op 1, id, oflag                         <- id, error
 //     ioctl   -> op 2, id, cmd, timeout, len, message    <- id, error, rval, len, message
 //
-// `id` counts up per connection; an answer with another id is late and dropped. `error` is 0 or an errno value.
+// `id` counts up per connection; an answer with another id is late and dropped. `error` is 0 or an errno
+// value.
 #pragma once
 
 #include "platform/device.h"

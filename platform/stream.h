@@ -14,8 +14,8 @@ struct StreamCloser {
 };
 using Stream = std::unique_ptr<std::FILE, StreamCloser>;
 
-// Opens an existing regular file for reading; anything else that stands there (a pipe, a directory) is refused
-// with EINVAL or EISDIR, so that reading can never wait. Null and errno on failure.
+// Opens an existing regular file for reading; anything else that stands there (a pipe, a directory) is
+// refused with EINVAL or EISDIR, so that reading can never wait. Null and errno on failure.
 Stream openForReading(const HostPath& path);
 
 // A stream for writing over an open descriptor, which it owns from then on, also when this fails (null). The

@@ -162,8 +162,13 @@ void XUser::when(std::function<bool()> condition, std::function<void()> action) 
 }
 
 Widget XUser::widget(const std::string& name) const {
-    for (const Widget shell : mappedShells(application_))
-        if (const Widget found = XtNameToWidget(shell, ("*" + name).c_str())) return found;
+    // A shell's search goes on into its popups, also into those that are being destroyed.
+    for (const Widget shell : mappedShells(application_)) {
+        const Widget found = XtNameToWidget(shell, ("*" + name).c_str());
+        Widget own = found;
+        while (own && !XtIsShell(own)) own = XtParent(own);
+        if (own == shell) return found;
+    }
     return nullptr;
 }
 

@@ -1,0 +1,150 @@
+// The program as a process: its command line, and the ways in which it ends.
+#include "tests/e2e/xsupport.h"
+#include "tests/support/simulator.h"
+#include "tests/support/temproot.h"
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+// The tool, running, with what it prints going to a file.
+class Tool {
+  public:
+    Tool(const TempRoot& root, std::vector<std::string> arguments) : output_(root.path() / "output") {
+        arguments.insert(arguments.begin(), TARVOLIN_PROGRAM);
+        process_ = ::fork();
+        if (process_ != 0) return;
+        const int file = ::open(output_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        ::dup2(file, 1);
+        ::dup2(file, 2);
+        std::vector<char*> words;
+        for (std::string& argument : arguments) words.push_back(argument.data());
+        words.push_back(nullptr);
+        ::execv(words[0], words.data());
+        ::_exit(127);
+    }
+    ~Tool() {
+        if (process_ > 0) {
+            ::kill(process_, SIGKILL);
+            ::waitpid(process_, nullptr, 0);
+        }
+    }
+    Tool(const Tool&) = delete;
+    Tool& operator=(const Tool&) = delete;
+
+    // The text that it has printed so far.
+    std::string output() const {
+        std::ifstream file(output_);
+        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    }
+
+    // Waits until the output holds the text.
+    bool prints(std::string_view text) const {
+        for (int i = 0; i < 1000; ++i) {
+            if (output().find(text) != std::string::npos) return true;
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+        return false;
+    }
+
+    void signal(int number) const { ::kill(process_, number); }
+
+    int exitStatus() {
+        int status = 0;
+        ::waitpid(process_, &status, 0);
+        process_ = -1;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    }
+
+  private:
+    std::filesystem::path output_;
+    pid_t process_ = -1;
+};
+
+// The last line of the log once the window is there: nothing is asked of the driver after it.
+constexpr char lastAnswer[] = "GET_BRDS_MACADDR\nPrim:129 Type:2 Link:0 Unit:0 Size:23 SzIO:16";
+
+bool temporaryCopies(const TempRoot& root) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(root.path() / "etc"))
+        if (entry.path().filename().string().find("TV") != std::string::npos) return true;
+    return false;
+}
+
+}  // namespace
+
+TEST(Process, DebugWritesTheCommandLineFirstAndThenTheRootAndTheRequests) {
+    TempRoot root;
+    writeSampleConfiguration(root);
+    XServer server;
+    Simulator simulator({"--frozen", "--adapters", "2"});
+    Tool tool(root, {"-debug", "-ADV"});
+    ASSERT_TRUE(tool.prints(lastAnswer)) << tool.output();
+    EXPECT_EQ(tool.output().substr(0, tool.output().find("Realloc")),
+              "-debug -ADV\nTARVOLIN_ROOT - " + root.path().string() + "\n");
+    EXPECT_NE(tool.output().find("GET_PACKAGE_REV\n"), std::string::npos);
+    EXPECT_NE(tool.output().find("NumBoards - 1\nBoards    - 2\n"), std::string::npos);
+    tool.signal(SIGTERM);
+    EXPECT_EQ(tool.exitStatus(), 128 + SIGTERM);
+}
+
+TEST(Process, SignalsAndALostServerAreSaidInOneLineAndLeaveNoTemporaryCopy) {
+    const struct {
+        int signal;  // 0: the X server dies
+        int status;
+        const char* line;
+    } cases[] = {{SIGTERM, 143, "tarvolin: stopped by signal 15 (Terminated)\n"},
+                 {SIGINT, 130, "tarvolin: stopped by signal 2 (Interrupt)\n"},
+                 {0, 1, "tarvolin: the connection to the X server is lost\n"}};
+    for (const auto& c : cases) {
+        TempRoot root;
+        writeSampleConfiguration(root);
+        XServer server;
+        Simulator simulator({"--frozen", "--adapters", "1"});
+        Tool tool(root, {});
+        for (int i = 0; i < 500 && simulator.ctl("log all").find("adapter.mac") == std::string::npos;
+             ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));  // it shows its window
+        if (c.signal)
+            tool.signal(c.signal);
+        else
+            server.kill();
+        EXPECT_EQ(tool.exitStatus(), c.status) << c.line;
+        EXPECT_EQ(tool.output(), c.line);
+        EXPECT_FALSE(temporaryCopies(root));
+    }
+}
+
+TEST(Process, WithoutADisplayItSaysSo) {
+    TempRoot root;
+    ::setenv("DISPLAY", ":4711", 1);
+    Tool tool(root, {});
+    EXPECT_EQ(tool.exitStatus(), 1);
+    EXPECT_EQ(tool.output(), "tarvolin: cannot open the display \":4711\"\n");
+}
+
+TEST(Process, ARootTooLongForASocketIsSaidAndNotCut) {
+    TempRoot root;
+    const std::string deep = root.path().string() + "/" + std::string(120, 'd');
+    std::filesystem::create_directories(deep + "/etc/atm");
+    std::filesystem::create_directories(deep + "/dev");
+    ::setenv("TARVOLIN_ROOT", deep.c_str(), 1);
+    // A socket can stand there when it was bound through a shorter path.
+    std::filesystem::create_directory_symlink(deep, root.path() / "s");
+    ::setenv("TARVOLIN_ROOT", (root.path() / "s").c_str(), 1);
+    Simulator simulator({"--frozen", "--adapters", "1"});
+    ::setenv("TARVOLIN_ROOT", deep.c_str(), 1);
+    XServer server;
+    Tool tool(root, {"-debug"});
+    EXPECT_TRUE(tool.prints("the path is longer than the 107 bytes of a socket address")) << tool.output();
+    ::setenv("TARVOLIN_ROOT", (root.path() / "s").c_str(), 1);
+}
