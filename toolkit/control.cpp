@@ -146,7 +146,7 @@ std::string zEdit::text() const {
     return held.get();
 }
 
-zListBox::zListBox(Widget board, const zRect& place, const zControlRow& row) : zControl(row) {
+zListBox::zListBox(Widget board, const zRect& place, const zControlRow& row) : zControl(row), place_(place) {
     Place resources(place);
     resources.set(XmNselectionPolicy, XmBROWSE_SELECT).set(XmNlistSizePolicy, XmCONSTANT);
     resources.set(XmNscrollBarDisplayPolicy, XmAS_NEEDED).set(XmNnavigationType, XmEXCLUSIVE_TAB_GROUP);
@@ -154,10 +154,8 @@ zListBox::zListBox(Widget board, const zRect& place, const zControlRow& row) : z
     const Widget list = XmCreateScrolledList(board, const_cast<char*>(name.c_str()), resources.args.data(),
                                              resources.count());
     XtManageChild(list);
-    // The list asks for whole lines; the window around it keeps the layout's place.
-    XtVaSetValues(XtParent(list), XmNx, place.x, XmNy, place.y, XmNwidth, place.width, XmNheight,
-                  place.height, nullptr);
     attach(list);
+    keepPlace();
     listen(XmNbrowseSelectionCallback, [](zControl& self, void*) {
         if (const auto handler = static_cast<zListBox&>(self).onSelect) handler();
     });
@@ -170,6 +168,14 @@ void zListBox::append(const std::string& line) {
     const zXmText text(line);
     XmListAddItemUnselected(widget(), text.get(), 0);
     lines_.push_back(line);
+    keepPlace();
+}
+
+// The list asks for the height of whole lines, anew with each change; the window around it keeps the
+// layout's.
+void zListBox::keepPlace() {
+    XtVaSetValues(outermost(), XmNx, place_.x, XmNy, place_.y, XmNwidth, place_.width, XmNheight,
+                  place_.height, nullptr);
 }
 
 std::string zListBox::line(int position) const {

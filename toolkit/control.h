@@ -82,6 +82,9 @@ class zListBox : public zControl {
     std::function<void()> onActivate;  // double-click, or Return on a line
 
   private:
+    void keepPlace();
+
+    zRect place_;
     std::vector<std::string> lines_;
 };
 

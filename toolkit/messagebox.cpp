@@ -1,6 +1,7 @@
 #include "toolkit/messagebox.h"
 
 #include "toolkit/fonts.h"
+#include "toolkit/picture.h"
 #include "toolkit/place.h"
 #include "toolkit/xmtext.h"
 
@@ -14,12 +15,18 @@ void zMessageBox(zApplication& application, Widget parent, zMessageStyle style, 
     const Widget shell =
         XtVaCreatePopupShell("message", xmDialogShellWidgetClass, parent, XmNmappedWhenManaged, False,
                              XmNdeleteResponse, XmDO_NOTHING, XmNallowShellResize, True, nullptr);
-    const unsigned char kind = style == zMessageStyle::warning ? XmDIALOG_WARNING : XmDIALOG_INFORMATION;
+    const bool warning = style == zMessageStyle::warning;
+    const unsigned char kind = warning ? XmDIALOG_WARNING : XmDIALOG_INFORMATION;
     const Widget box = XtVaCreateWidget(
         "messageBox", xmMessageBoxWidgetClass, shell, XmNdialogType, kind, XmNmessageString, message.get(),
         XmNcancelLabelString, ok.get(), XmNdefaultButtonType, XmDIALOG_CANCEL_BUTTON, XmNdialogTitle,
         caption.get(), XmNdialogStyle, XmDIALOG_FULL_APPLICATION_MODAL, XmNautoUnmanage, False,
         XmNdefaultPosition, False, zTypedFonts(zRenderTableName({})), nullptr);
+    Pixel background = 0;
+    XtVaGetValues(box, XmNbackground, &background, nullptr);
+    const zPixmap symbol(box, warning ? zWarningPicture : zInformationPicture, background);
+    if (symbol) XtVaSetValues(box, XmNsymbolPixmap, symbol.handle(), nullptr);
+
     // The one button is the box's cancel button, so that Escape presses it as Return does.
     XtUnmanageChild(XtNameToWidget(box, "OK"));
     XtUnmanageChild(XtNameToWidget(box, "Help"));

@@ -12,6 +12,10 @@ struct zPictureRow {
     const char* const* xpm;
 };
 
+// Pictures that the toolkit itself looks for. The library's own symbols are drawn where they are missing.
+constexpr int zWarningPicture = 1;
+constexpr int zInformationPicture = 2;
+
 // The rows must outlive every window.
 void zSetPictures(std::span<const zPictureRow> rows);
 

@@ -73,6 +73,9 @@ TEST_F(WindowTest, ControlsStandWhereTheLayoutSaysInTheFontsUnits) {
     const zDialogUnits units = zDialogUnits::ofBoard(XtParent(user.widget("id11")));
     EXPECT_EQ(units.baseWidth(), 10);
     EXPECT_EQ(units.baseHeight(), 19);
+    for (const char* line : {"one", "two", "three", "four", "five", "six", "seven"})
+        window.control<zListBox>(12).append(line);
+    user.settle();
     for (const zControlRow& row : rows) {
         Widget widget = user.widget(row.id >= 0 ? "id" + std::to_string(row.id) : row.name);
         ASSERT_TRUE(widget) << row.id;
