@@ -49,8 +49,6 @@ int closeCookie(void* cookie) {
     return files().close(*descriptor);
 }
 
-constexpr size_t streamBuffer = 1U << 16;  // a parameter file is a few KiB: one read, one write
-
 Stream streamOver(int descriptor, const char* mode) {
     auto cookie = std::make_unique<int>(descriptor);
     std::FILE* stream = ::fopencookie(cookie.get(), mode, {readCookie, writeCookie, seekCookie, closeCookie});
@@ -59,7 +57,6 @@ Stream streamOver(int descriptor, const char* mode) {
         return nullptr;
     }
     static_cast<void>(cookie.release());
-    std::setvbuf(stream, nullptr, _IOFBF, streamBuffer);
     openStreams().emplace(stream, descriptor);
     return Stream(stream);
 }
