@@ -91,6 +91,7 @@ InfoMsgHandler::Bytes InfoMsgHandler::chunks(const Query& query, std::uint16_t w
     for (int remaining = wanted; remaining > 0; remaining -= query.chunkRows) {
         std::ranges::fill(area(), std::uint8_t{0});
         const Bytes chunk = send("Incr ", query);
+        if (timedOut()) return {};  // thousands of such waits would stop the window for hours
         if (!chunk.data()) continue;
         const std::size_t delivered = std::min(std::size_t{header().NRow} * query.size, chunk.size());
         const Bytes kept = chunk.first(std::min(delivered, size - assembly_.size()));

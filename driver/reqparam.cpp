@@ -3,6 +3,7 @@
 #include "platform/debuglog.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <fmt/ostream.h>
 
 reqParam::reqParam(int descriptor, const req_param_t& header) : descriptor_(descriptor), header_(header) {
@@ -26,7 +27,9 @@ int reqParam::daiRequest() {
     header_.Resp = respUnanswered;
     header_.pack(message.first<req_param_t::wireSize>());
     tvlog << header_ << std::endl;
+    errno = 0;
     result_ = dai_req(descriptor_, message);
+    timedOut_ = result_ != 0 && errno == ETIME;
 
     const req_param_t reply = req_param_t::unpack(message.first<req_param_t::wireSize>());
     tvlog << reply << std::endl;

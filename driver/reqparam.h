@@ -32,7 +32,8 @@ class reqParam {
 
     req_param_t& header() { return header_; }
     const req_param_t& header() const { return header_; }
-    int result() const { return result_; }  // of the last daiRequest
+    int result() const { return result_; }       // of the last daiRequest
+    bool timedOut() const { return timedOut_; }  // it failed since no answer came
     std::size_t capacity() const { return capacity_; }
 
     // The buffer behind the header: what the request carries, then what the reply brought.
@@ -46,6 +47,7 @@ class reqParam {
     std::size_t capacity_ = 0;
     int descriptor_;
     int result_ = 0;
+    bool timedOut_ = false;
     std::size_t headerLength_ = req_param_t::wireSize;
     req_param_t header_;
 };

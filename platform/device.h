@@ -31,8 +31,8 @@ class Device {
     // gives ENOENT (nothing) or ENODEV.
     virtual int open(std::string_view path, int oflag) = 0;
 
-    // Sends the block's message; the answer replaces its leading bytes, at most ic_len of them.
-    virtual int ioctl(int descriptor, int request, strioctl& block) = 0;
+    // ioctl: sends the block's message; the answer replaces its leading bytes, at most ic_len of them.
+    virtual int control(int descriptor, int request, strioctl& block) = 0;
 
     virtual int close(int descriptor) = 0;
 };

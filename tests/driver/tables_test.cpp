@@ -137,6 +137,15 @@ TEST(Tables, OnlyTheLastChunksFailureIsTheTables) {
     }
 }
 
+TEST(Tables, ADriverThatHasGoneSilentIsNotAskedForTheRest) {
+    ScriptedDriver driver;
+    lecInfo info(driver.open(), 0);
+    driver.otherwise(tableOf(65535, 72));
+    driver.failCall(3, ETIME);
+    EXPECT_FALSE(info.GetEntireTable());
+    EXPECT_EQ(driver.requests().size(), 3U) << "each further wait would be as long";
+}
+
 TEST(Tables, NoTableWithoutARowCount) {
     for (const bool written : {false, true}) {
         ScriptedDriver driver;

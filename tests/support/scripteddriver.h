@@ -75,7 +75,7 @@ class ScriptedDriver : public platform::Device {
     int open() { return ++lastDescriptor_; }
 
     int open(std::string_view path, int oflag) override;
-    int ioctl(int descriptor, int request, platform::strioctl& block) override;
+    int control(int descriptor, int request, platform::strioctl& block) override;
     int close(int descriptor) override;
 
     // What came in.
