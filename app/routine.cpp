@@ -26,8 +26,7 @@ int runApplication(const std::string& programName, const std::vector<std::string
         tvlog << whole << std::endl;
     }
     if (holdsOption(whole, "-ADV")) advSettings = 1;
-    if (const std::string root = platform::rootDirectory(); !root.empty())
-        tvlog << "TARVOLIN_ROOT - " << root << std::endl;
+    platform::logRootDirectory();
 
     zSetPictures(programPictures());
     zApplication application(programName, "Tarvolin", commandLine, fallbackResources);

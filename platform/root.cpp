@@ -1,5 +1,7 @@
 #include "platform/root.h"
 
+#include "platform/debuglog.h"
+
 #include <cstdlib>
 
 namespace platform {
@@ -9,6 +11,11 @@ std::string rootDirectory() {
     std::string root = value ? value : "";
     while (!root.empty() && root.back() == '/') root.pop_back();
     return root;
+}
+
+void logRootDirectory() {
+    if (const std::string root = rootDirectory(); !root.empty())
+        tvlog << "TARVOLIN_ROOT - " << root << std::endl;
 }
 
 HostPath hostPath(std::string_view systemPath) {

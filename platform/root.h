@@ -21,6 +21,9 @@ struct HostPath {
 // The value of TARVOLIN_ROOT without trailing slashes, or empty when it is not set. Read at every call.
 std::string rootDirectory();
 
+// Names the root directory on the debug log when there is one.
+void logRootDirectory();
+
 // The place of a system path ("/etc/atm/tvconf") on this host.
 HostPath hostPath(std::string_view systemPath);
 
