@@ -20,8 +20,8 @@ void zMessageBox(zApplication& application, Widget parent, zMessageStyle style, 
     const Widget box = XtVaCreateWidget(
         "messageBox", xmMessageBoxWidgetClass, shell, XmNdialogType, kind, XmNmessageString, message.get(),
         XmNcancelLabelString, ok.get(), XmNdefaultButtonType, XmDIALOG_CANCEL_BUTTON, XmNdialogTitle,
-        caption.get(), XmNdialogStyle, XmDIALOG_FULL_APPLICATION_MODAL, XmNautoUnmanage, False,
-        XmNdefaultPosition, False, zTypedFonts(zRenderTableName({})), nullptr);
+        caption.get(), XmNdialogStyle, XmDIALOG_FULL_APPLICATION_MODAL, XmNautoUnmanage, False, XmNnoResize,
+        True, XmNdefaultPosition, False, zTypedFonts(zRenderTableName({})), nullptr);
     Pixel background = 0;
     XtVaGetValues(box, XmNbackground, &background, nullptr);
     const zPixmap symbol(box, warning ? zWarningPicture : zInformationPicture, background);
