@@ -27,8 +27,12 @@ inline bool endsValue(char c) {
 
 // The first '[' or ']' from a position on, or npos when the line ends or a comment starts before one.
 inline std::size_t nextBracket(std::string_view line, std::size_t from) {
-    const std::size_t at = line.find_first_of("[]#", from);
-    return at == std::string_view::npos || line[at] == '#' ? std::string_view::npos : at;
+    for (std::size_t at = from; at < line.size(); ++at) {
+        const char c = line[at];
+        if (c == '#') break;
+        if (c == '[' || c == ']') return at;
+    }
+    return std::string_view::npos;
 }
 
 // Prints one of the engine's lines and keeps errno.

@@ -57,6 +57,9 @@ struct SectionHandle {
     std::array<char, sectionLineLimit + 1> linebuf{};  // the last line read; it may hold NUL bytes
     FixedText<sectionDataSize> data;                   // the key lines and the line that ended them
 
+    std::array<char, 8192> block;  // of the file, as it was read: a third of the usual file
+    std::string_view ahead;        // what of the block is still to come
+
     std::size_t lineLength = 0;    // of linebuf
     int ioError = 0;               // errno of the first read or copy that failed; nothing is committed then
     int dataError = 0;             // why there is no data: EFBIG too long, EILSEQ a NUL byte
@@ -82,9 +85,8 @@ int ReadKey(SectionHandle* handle, std::string_view key, void* destination, int 
 // or -1 with the data as it was and errno:
 //   ENOENT    the section has no such key (silent: an existing section only gets existing keys)
 //   ENODATA   no text to write; in a created section the line with an empty value is added all the same
-//   EINVAL    the text could not be read back, would hide another key, or is empty and a word follows; the
-//   old value
-//             holds a bracket
+//   EINVAL    the text could not be read back, would hide another key, or is empty and a word follows; or the
+//             old value holds a bracket
 //   EMSGSIZE  the line would no longer be read in one piece
 //   EFBIG     the data area would overrun, also in place of ENOENT when the section was too long to load
 //   EILSEQ    in place of ENOENT when the section was not loaded because of a NUL byte

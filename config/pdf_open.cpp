@@ -69,6 +69,7 @@ bool startAgain(SectionHandle& handle) {
     handle.line = 0;
     handle.nest = 0;
     handle.section = "";
+    handle.ahead = {};
     if (std::fflush(handle.wfd.get()) == 0 && std::fseek(handle.wfd.get(), 0, SEEK_SET) == 0 &&
         platform::files().truncate(platform::streamDescriptor(handle.wfd.get()), 0) == 0 &&
         std::fseek(handle.rfd.get(), 0, SEEK_SET) == 0)

@@ -9,11 +9,18 @@ bool ReadSectLine(SectionHandle* handle) {
     handle->lineLength = 0;
     std::FILE* file = handle->rfd.get();
     if (!file || handle->ioError) return false;
-    while (handle->lineLength < sectionLineLimit) {
-        const int c = std::getc(file);
-        if (c == EOF) break;
-        handle->linebuf[handle->lineLength++] = static_cast<char>(c);
-        if (c == '\n') break;
+    for (bool ended = false; !ended && handle->lineLength < sectionLineLimit;) {
+        if (handle->ahead.empty())
+            handle->ahead = {handle->block.data(),
+                             std::fread(handle->block.data(), 1, handle->block.size(), file)};
+        if (handle->ahead.empty()) break;
+        const std::string_view room = handle->ahead.substr(0, sectionLineLimit - handle->lineLength);
+        const std::size_t newline = room.find('\n');
+        ended = newline != std::string_view::npos;
+        const std::size_t taken = ended ? newline + 1 : room.size();
+        std::memcpy(handle->linebuf.data() + handle->lineLength, room.data(), taken);
+        handle->lineLength += taken;
+        handle->ahead.remove_prefix(taken);
     }
     handle->linebuf[handle->lineLength] = '\0';
     if (std::ferror(file)) {

@@ -60,13 +60,37 @@ bool wellFormed(const macAddress&, std::string_view text) {
     return hasForm(text, "xxxxxxxxxxxx");
 }
 
-// The line of the stream without its end, as far as it counts. False when the stream ended before the line
-// did.
-bool readLine(std::istream& in, std::string& line) {
-    std::getline(in, line);
-    if (line.size() > lineLimit) line.resize(lineLimit);
-    return in.good();
-}
+// Where lines come from: a stream, or a text that is in memory, without a copy of it. next() gives the line without
+// its end, as far as it counts; false when the source ended before the line did.
+class StreamLines {
+  public:
+    explicit StreamLines(std::istream& in) : in_(in) {}
+
+    bool next(std::string_view& line) {
+        std::getline(in_, held_);
+        line = std::string_view(held_).substr(0, lineLimit);
+        return in_.good();
+    }
+
+  private:
+    std::istream& in_;
+    std::string held_;
+};
+
+class TextLines {
+  public:
+    explicit TextLines(std::string_view text) : rest_(text) {}
+
+    bool next(std::string_view& line) {
+        const std::size_t end = rest_.find('\n');
+        line = rest_.substr(0, std::min(end, lineLimit));
+        rest_.remove_prefix(std::min(rest_.size(), end == std::string_view::npos ? end : end + 1));
+        return end != std::string_view::npos;
+    }
+
+  private:
+    std::string_view rest_;
+};
 
 // A number beyond 32 bits becomes the nearest; without digits the field stays as it was.
 template <class Number> void readNumber(std::string_view text, Number& number) {
@@ -104,18 +128,26 @@ template <class Pvc> bool readField(std::string_view line, Pvc& pvc) {
     return good;
 }
 
-template <class Pvc> std::istream& readPvc(std::istream& in, Pvc& pvc, bool& good) {
+// Reads the next record. False when the lines end before it does; `good` says whether its address has the form of
+// one.
+template <class Lines, class Pvc> bool readPvc(Lines& lines, Pvc& pvc, bool& good) {
     good = true;
-    if (!in.good()) return in;
-    std::string line;
+    std::string_view line;
     do {
-        if (!readLine(in, line)) return in;
+        if (!lines.next(line)) return false;
     } while (!line.starts_with("[PVC"));
     for (int i = 0; i < recordLines; ++i) {
-        const bool whole = readLine(in, line);
+        const bool whole = lines.next(line);
         good &= readField(line, pvc);
-        if (!whole) break;
+        if (!whole) return false;
     }
+    return true;
+}
+
+template <class Pvc> std::istream& readPvc(std::istream& in, Pvc& pvc) {
+    StreamLines lines(in);
+    bool good = true;
+    if (in.good()) readPvc(lines, pvc, good);
     return in;
 }
 
@@ -136,9 +168,9 @@ void noteMalformed(std::string_view name, std::size_t record) {
 
 template <class Pvc> void parsePvcs(std::string_view text, std::string_view name, std::vector<Pvc>& list) {
     list.clear();
-    std::istringstream in{std::string(text)};
+    TextLines lines(text);
     Pvc scratch{};
-    for (bool good = true; readPvc(in, scratch, good).good();) {
+    for (bool good = true; readPvc(lines, scratch, good);) {
         list.push_back(scratch);
         if (!good) noteMalformed(name, list.size());
     }
@@ -189,13 +221,11 @@ std::ostream& operator<<(std::ostream& out, const AtmBridgedPvc& pvc) {
 }
 
 std::istream& operator>>(std::istream& in, AtmRoutedPvc& pvc) {
-    bool good = true;
-    return readPvc(in, pvc, good);
+    return readPvc(in, pvc);
 }
 
 std::istream& operator>>(std::istream& in, AtmBridgedPvc& pvc) {
-    bool good = true;
-    return readPvc(in, pvc, good);
+    return readPvc(in, pvc);
 }
 
 void parseList(std::string_view text, std::string_view name, std::vector<AtmRoutedPvc>& list) {

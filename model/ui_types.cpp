@@ -69,11 +69,18 @@ void readNumbers(std::string_view text, unsigned base, std::array<std::uint8_t, 
     }
 }
 
-// Reads `N` non-blank characters. False when the stream ends before.
+// Reads `N` non-blank characters. False, and the stream failed, when it ends before.
 template <std::size_t N> bool readCharacters(std::istream& in, std::array<char, N>& characters) {
-    for (char& c : characters)
-        if (!(in >> std::skipws >> c)) return false;
-    return true;
+    const std::istream::sentry ready(in, true);
+    for (std::size_t count = 0; ready && count < N;) {
+        const int c = in.rdbuf()->sbumpc();
+        if (c == std::char_traits<char>::eof()) {
+            in.setstate(std::ios::eofbit | std::ios::failbit);
+            return false;
+        }
+        if (!blank(static_cast<char>(c))) characters[count++] = static_cast<char>(c);
+    }
+    return in.good();
 }
 
 template <std::size_t N> std::array<std::uint8_t, N> bytesOf(std::span<const char> digits) {

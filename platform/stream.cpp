@@ -99,7 +99,10 @@ bool readWhole(const HostPath& path, std::string& content, std::size_t limit) {
     content.clear();
     const Stream stream = openForReading(path);
     if (!stream) return false;
-    std::array<char, 4096> block{};
+    struct stat status {};
+    if (files().status(streamDescriptor(stream.get()), status) == 0 && status.st_size > 0)
+        content.reserve(std::min(limit, static_cast<std::size_t>(status.st_size)));
+    std::array<char, 1U << 14> block;  // four pages: few turns for a list of a thousand records
     while (const size_t n = std::fread(block.data(), 1, block.size(), stream.get())) {
         if (content.size() + n > limit) {
             errno = EFBIG;

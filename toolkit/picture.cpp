@@ -3,7 +3,9 @@
 #include <X11/Intrinsic.h>
 #include <X11/xpm.h>
 #include <algorithm>
+#include <bit>
 #include <cstdlib>
+#include <cstring>
 #include <utility>
 
 namespace {
@@ -13,6 +15,27 @@ std::span<const zPictureRow> pictures;
 // The library takes char**, but reads only.
 char** xpmData(const zPictureRow& row) {
     return const_cast<char**>(row.xpm);
+}
+
+// Where a pixel is made of three bit fields it can be computed: asking the server costs a round trip a colour.
+unsigned long scaled(unsigned long value, unsigned long mask) {
+    const int shift = std::countr_zero(mask);
+    const int bits = std::popcount(mask);
+    return ((value >> (8 - std::min(bits, 8))) << shift) & mask;
+}
+
+int trueColour(Display* display, Colormap, char* name, XColor* colour, void*) {
+    const Visual* visual = DefaultVisual(display, DefaultScreen(display));
+    if (!name || name[0] != '#' || std::strlen(name) != 7) return -1;
+    const unsigned long rgb = std::strtoul(name + 1, nullptr, 16);
+    colour->pixel = scaled(rgb >> 16 & 255, visual->red_mask) | scaled(rgb >> 8 & 255, visual->green_mask) |
+                    scaled(rgb & 255, visual->blue_mask);
+    return 1;
+}
+
+// Computed pixels have nothing to give back.
+int keepColours(Display*, Colormap, Pixel*, int, void*) {
+    return 1;
 }
 
 }  // namespace
@@ -37,6 +60,11 @@ zPixmap::zPixmap(Widget widget, int id, unsigned long background) : display_(XtD
     attributes.colorsymbols = &colour;
     attributes.numsymbols = 1;
     attributes.closeness = 40000;  // on a full colour map any near colour is better than none
+    if (DefaultVisualOfScreen(XtScreen(widget))->c_class == TrueColor) {
+        attributes.valuemask |= XpmAllocColor | XpmFreeColors;
+        attributes.alloc_color = trueColour;
+        attributes.free_colors = keepColours;
+    }
     Pixmap made = 0;
     if (XpmCreatePixmapFromData(XtDisplay(widget), RootWindowOfScreen(XtScreen(widget)), xpmData(*row), &made,
                                 nullptr, &attributes) >= XpmSuccess)
