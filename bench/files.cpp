@@ -68,8 +68,6 @@ void plainRead(benchmark::State& state) {
         for (const fs::path& path : files) bytes += wholeFile(path).size();
         benchmark::DoNotOptimize(bytes);
     }
-    state.counters["bytes"] = static_cast<double>(bytes);
-    state.counters["files"] = static_cast<double>(files.size());
 }
 
 // One value of each save differs from the file. The number of commits: one for each section of an adapter.
@@ -88,7 +86,6 @@ void saveAdapter(benchmark::State& state, bool lists) {
         }
         if (!editor.WriteLink(0)) state.SkipWithError("not saved");
     }
-    state.counters["commits"] = commits;
 }
 
 bool plainWrite(const std::string& path, const std::string& content) {
@@ -120,7 +117,6 @@ void plainSaveAdapter(benchmark::State& state, bool lists) {
         for (const auto& [path, text] : listFiles)
             if (!plainWrite(path, text)) state.SkipWithError("not written");
     }
-    state.counters["bytes"] = static_cast<double>(content.size());
 }
 
 void save(benchmark::State& state) {
