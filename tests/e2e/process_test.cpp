@@ -131,20 +131,3 @@ TEST(Process, WithoutADisplayItSaysSo) {
     EXPECT_EQ(tool.exitStatus(), 1);
     EXPECT_EQ(tool.output(), "tarvolin: cannot open the display \":4711\"\n");
 }
-
-TEST(Process, ARootTooLongForASocketIsSaidAndNotCut) {
-    TempRoot root;
-    const std::string deep = root.path().string() + "/" + std::string(120, 'd');
-    std::filesystem::create_directories(deep + "/etc/atm");
-    std::filesystem::create_directories(deep + "/dev");
-    ::setenv("TARVOLIN_ROOT", deep.c_str(), 1);
-    // A socket can stand there when it was bound through a shorter path.
-    std::filesystem::create_directory_symlink(deep, root.path() / "s");
-    ::setenv("TARVOLIN_ROOT", (root.path() / "s").c_str(), 1);
-    Simulator simulator({"--frozen", "--adapters", "1"});
-    ::setenv("TARVOLIN_ROOT", deep.c_str(), 1);
-    XServer server;
-    Tool tool(root, {"-debug"});
-    EXPECT_TRUE(tool.prints("the path is longer than the 107 bytes of a socket address")) << tool.output();
-    ::setenv("TARVOLIN_ROOT", (root.path() / "s").c_str(), 1);
-}
