@@ -108,7 +108,9 @@ template <class Number> void readNumber(std::string_view text, Number& number) {
 }
 
 template <class Address> bool readAddress(std::string_view text, Address& address) {
-    std::istringstream in{std::string(text)};
+    static std::istringstream in;  // making one costs more than reading from it
+    in.clear();
+    in.str(std::string(text));
     in >> address;
     return wellFormed(address, trimmed(text));
 }
@@ -154,11 +156,11 @@ template <class Pvc> std::istream& readPvc(std::istream& in, Pvc& pvc) {
 template <class Pvc> std::ostream& writePvc(std::ostream& out, const Pvc& pvc, const auto& address) {
     out << fmt::format("[PVC\n\t{:<6}={}\t#VC index\n\t{:<6}=", "VC", static_cast<std::int16_t>(pvc.vci),
                        "Addr")
-        << address << "\t# Format:  0000778899aa=MAC 123.123.123.123=IP\n"
-        << fmt::format("\t{:<6}={}\t# 0=Null 1=LLC\n", "Encap", pvc.encapsulation)
-        << fmt::format("\t{:<6}={}\t# For Bridged PVC only; 1=Broadcast 0=Non-Broadcast\n", "Bcast",
-                       pvc.broadcast)
-        << fmt::format("\t{:<6}={}\t# MB/s\n]\n", "Rate", pvc.rate);
+        << address
+        << fmt::format(
+               "\t# Format:  0000778899aa=MAC 123.123.123.123=IP\n\t{:<6}={}\t# 0=Null 1=LLC\n\t{:<6}={}\t# "
+               "For Bridged PVC only; 1=Broadcast 0=Non-Broadcast\n\t{:<6}={}\t# MB/s\n]\n",
+               "Encap", pvc.encapsulation, "Bcast", pvc.broadcast, "Rate", pvc.rate);
     return out;
 }
 
@@ -176,16 +178,10 @@ template <class Pvc> void parsePvcs(std::string_view text, std::string_view name
     }
 }
 
-std::string entryText(const esiSelector& client) {
-    std::ostringstream out;
-    out << client << '\n';
-    return out.str();
-}
-
-template <class Pvc> std::string entryText(const Pvc& pvc) {
-    std::ostringstream out;
-    out << pvc << '\n';
-    return out.str();
+// A client's line, or a PVC's lines and the blank line behind them.
+template <class Entry> void writeEntry(std::ostringstream& out, const Entry& entry) {
+    out.str("");
+    out << entry << '\n';
 }
 
 // A descriptor on an empty regular file that is open for writing, or -1 and errno.
@@ -266,8 +262,10 @@ template <class Entry> int writeListFile(std::string_view name, const std::vecto
     platform::Stream stream = platform::streamForWriting(descriptor);
     if (!stream) return errno;
     bool good = true;
+    std::ostringstream out;
     for (auto entry = list.begin(); good && entry != list.end(); ++entry) {
-        const std::string text = entryText(*entry);
+        writeEntry(out, *entry);
+        const std::string_view text = out.view();
         good = std::fwrite(text.data(), 1, text.size(), stream.get()) == text.size();
     }
     good = good && std::fflush(stream.get()) == 0 && platform::files().sync(descriptor) == 0;
