@@ -3,6 +3,9 @@
 #include "driver/dai_api.h"
 #include "model/settings.h"
 #include "platform/user.h"
+#include "toolkit/button.h"
+#include "toolkit/edit.h"
+#include "toolkit/listbox.h"
 #include "toolkit/messagebox.h"
 
 #include <algorithm>

@@ -16,5 +16,11 @@ constexpr char esiSelectorMask[] =
     TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "'-'" TV_PAIR;
 constexpr char ipAddressMask[] = "[0-9](3)'.'[0-9](3)'.'[0-9](3)'.'[0-9](3)";
 
+// Characters that a text in the parameter file can have: printable, no comment sign, no brackets.
+constexpr char elanNameMask[] = R"([!-"$-Z\\^-~](31))";
+
+// Unsigned numbers of up to four digits.
+constexpr char fourDigitsMask[] = "####";
+
 #undef TV_PAIR
 #undef TV_HEX

@@ -2,7 +2,8 @@
 //
 // Positions and sizes are in dialog units of the window's font: a horizontal unit is a quarter of the font's
 // average character width, a vertical unit an eighth of its height. A control's widget is named "id" and its
-// control id ("id581"); a control without an id (-1) has a short name of its own.
+// control id ("id581"); a control without an id (-1) has a short name of its own. The keyboard goes through
+// the controls in the order of the rows.
 #pragma once
 
 #include <span>
@@ -13,15 +14,26 @@ struct zRect {
 
 enum class zKind {
     staticText,
-    edit,          // one line
-    listBox,       // unsorted, single selection
+    edit,        // one line; with a mask only what its picture allows can be typed
+    numberEdit,  // an unsigned decimal number, at most as many digits as the mask has '#'
+    listBox,     // unsorted, single selection
+    dropDown,    // one of its items; the height is that of the list dropped down
+    checkBox,
+    radioButton,   // one of the group that begins at the last row with zFirstOfGroup
     bitmapButton,  // picture and text
-    frame,         // a line when one side is at most 1 unit
+    groupBox,      // a frame with a title around what stands inside it
+    tabStrip,      // tabs without pages: one of its items is selected
+    notebook,      // tabs with pages, which are layouts of their own
+    table,
+    frame,  // a line when one side is at most 1 unit
 };
 
 enum zStyle : unsigned {
     zPlain = 0,
     zReadOnly = 1,
+    zFirstOfGroup = 2,
+    zDefaultButton = 4,  // pressed by Return
+    zCancelButton = 8,   // pressed by Escape
 };
 
 struct zControlRow {
@@ -33,6 +45,8 @@ struct zControlRow {
     const char* tooltip = nullptr;
     int picture = 0;  // of the picture table (picture.h); 0: none
     unsigned style = zPlain;
+    const char* mask = nullptr;               // a picture in the notation of mask.h
+    std::span<const char* const> items = {};  // of a drop-down list or a tab strip
 };
 
 struct zFontRow {
@@ -42,7 +56,7 @@ struct zFontRow {
 
 struct zLayout {
     int id = 0;
-    const char* name = "";  // of the window's shell widget
+    const char* name = "";  // of the window's shell widget, or of the page's board
     const char* caption = "";
     int width = 0, height = 0;  // dialog units
     zFontRow font = {};

@@ -1,51 +1,73 @@
 #include "toolkit/messagebox.h"
 
 #include "toolkit/fonts.h"
+#include "toolkit/modal.h"
 #include "toolkit/picture.h"
 #include "toolkit/place.h"
 #include "toolkit/xmtext.h"
 
-#include <Xm/DialogS.h>
 #include <Xm/MessageB.h>
 #include <Xm/Protocols.h>
+#include <iterator>
+
+namespace {
+
+struct Kind {
+    unsigned char dialogType;
+    int picture;
+    bool asks;
+};
+
+bool showBox(zApplication& application, Widget parent, const Kind& kind, const std::string& text,
+             const std::string& title) {
+    const zXmText message(text), ok("OK"), cancel(kind.asks ? "Cancel" : "OK"), caption(title);
+    const Widget shell = zCreateModalShell("message", parent);
+    // A single button is the box's cancel button, so that Escape presses it as Return does.
+    const unsigned char usual = kind.asks ? XmDIALOG_OK_BUTTON : XmDIALOG_CANCEL_BUTTON;
+    const Widget box =
+        XtVaCreateWidget("messageBox", xmMessageBoxWidgetClass, shell, XmNdialogType, kind.dialogType,
+                         XmNmessageString, message.get(), XmNokLabelString, ok.get(), XmNcancelLabelString,
+                         cancel.get(), XmNdefaultButtonType, usual, XmNdialogTitle, caption.get(),
+                         XmNdialogStyle, XmDIALOG_FULL_APPLICATION_MODAL, XmNautoUnmanage, False, XmNnoResize,
+                         True, XmNdefaultPosition, False, zTypedFonts(zRenderTableName({})), nullptr);
+    Pixel background = 0;
+    XtVaGetValues(box, XmNbackground, &background, nullptr);
+    const zPixmap symbol(box, kind.picture, background);
+    if (symbol) XtVaSetValues(box, XmNsymbolPixmap, symbol.handle(), nullptr);
+    if (!kind.asks) XtUnmanageChild(XtNameToWidget(box, "OK"));
+    XtUnmanageChild(XtNameToWidget(box, "Help"));
+
+    struct Result {
+        bool done = false, agreed = false;
+    } result;
+    const auto agree = [](Widget, XtPointer place, XtPointer) {
+        *static_cast<Result*>(place) = {true, true};
+    };
+    const auto dismiss = [](Widget, XtPointer place, XtPointer) { static_cast<Result*>(place)->done = true; };
+    XtAddCallback(box, XmNokCallback, agree, &result);
+    XtAddCallback(box, XmNcancelCallback, dismiss, &result);
+    XmAddWMProtocolCallback(shell, XInternAtom(XtDisplay(shell), "WM_DELETE_WINDOW", False), dismiss,
+                            &result);
+
+    zRunModal(application, shell, box, result.done);
+    XtRemoveCallback(box, XmNokCallback, agree, &result);
+    XtRemoveCallback(box, XmNcancelCallback, dismiss, &result);
+    zDestroyShell(shell);
+    return result.agreed;
+}
+
+}  // namespace
 
 void zMessageBox(zApplication& application, Widget parent, zMessageStyle style, const std::string& text,
                  const std::string& title) {
-    const zXmText message(text), ok("OK"), caption(title);
-    const Widget shell =
-        XtVaCreatePopupShell("message", xmDialogShellWidgetClass, parent, XmNmappedWhenManaged, False,
-                             XmNdeleteResponse, XmDO_NOTHING, XmNallowShellResize, True, nullptr);
     const bool warning = style == zMessageStyle::warning;
-    const unsigned char kind = warning ? XmDIALOG_WARNING : XmDIALOG_INFORMATION;
-    const Widget box = XtVaCreateWidget(
-        "messageBox", xmMessageBoxWidgetClass, shell, XmNdialogType, kind, XmNmessageString, message.get(),
-        XmNcancelLabelString, ok.get(), XmNdefaultButtonType, XmDIALOG_CANCEL_BUTTON, XmNdialogTitle,
-        caption.get(), XmNdialogStyle, XmDIALOG_FULL_APPLICATION_MODAL, XmNautoUnmanage, False, XmNnoResize,
-        True, XmNdefaultPosition, False, zTypedFonts(zRenderTableName({})), nullptr);
-    Pixel background = 0;
-    XtVaGetValues(box, XmNbackground, &background, nullptr);
-    const zPixmap symbol(box, warning ? zWarningPicture : zInformationPicture, background);
-    if (symbol) XtVaSetValues(box, XmNsymbolPixmap, symbol.handle(), nullptr);
+    showBox(application, parent,
+            {static_cast<unsigned char>(warning ? XmDIALOG_WARNING : XmDIALOG_INFORMATION),
+             warning ? zWarningPicture : zInformationPicture, false},
+            text, title);
+}
 
-    // The one button is the box's cancel button, so that Escape presses it as Return does.
-    XtUnmanageChild(XtNameToWidget(box, "OK"));
-    XtUnmanageChild(XtNameToWidget(box, "Help"));
-
-    bool done = false;
-    const auto dismiss = [](Widget, XtPointer flag, XtPointer) { *static_cast<bool*>(flag) = true; };
-    XtAddCallback(box, XmNcancelCallback, dismiss, &done);
-    XmAddWMProtocolCallback(shell, XInternAtom(XtDisplay(shell), "WM_DELETE_WINDOW", False), dismiss, &done);
-
-    XtManageChild(box);
-    zCentre(shell);
-    XtMapWidget(shell);
-    XtAddGrab(shell, True, False);  // the library's own grab does not hold back clicks into other windows
-    application.runUntil(done);
-    XtRemoveGrab(shell);
-
-    XtRemoveCallback(box, XmNcancelCallback, dismiss, &done);
-    // Inside a handler the destruction waits for the handler's end; the box must not be seen so long.
-    XtUnmanageChild(box);
-    XtUnmapWidget(shell);
-    zDestroyShell(shell);
+bool zQuestionBox(zApplication& application, Widget parent, const std::string& text,
+                  const std::string& title) {
+    return showBox(application, parent, {XmDIALOG_QUESTION, zQuestionPicture, true}, text, title);
 }

@@ -15,6 +15,7 @@ struct zPictureRow {
 // Pictures that the toolkit itself looks for. The library's own symbols are drawn where they are missing.
 constexpr int zWarningPicture = 1;
 constexpr int zInformationPicture = 2;
+constexpr int zQuestionPicture = 3;
 
 // The rows must outlive every window.
 void zSetPictures(std::span<const zPictureRow> rows);

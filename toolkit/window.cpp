@@ -1,14 +1,13 @@
 #include "toolkit/window.h"
 
+#include "toolkit/modal.h"
 #include "toolkit/place.h"
 
 #include <X11/Shell.h>
 #include <X11/Xatom.h>
 #include <X11/cursorfont.h>
-#include <Xm/BulletinB.h>
 #include <Xm/Protocols.h>
 #include <Xm/Xm.h>
-#include <algorithm>
 
 static_assert(zArrowCursor == XC_arrow && zWatchCursor == XC_watch);
 
@@ -34,48 +33,57 @@ void zWindow::setIcon(int picture) {
                     static_cast<int>(data.size()));
 }
 
-zFormDialog::zFormDialog(zApplication& application, const zLayout& layout) : zWindow(application) {
-    shell_ = application.createShell(layout.name);
-    XtVaSetValues(shell_, XmNtitle, layout.caption, XmNiconName, layout.caption, nullptr);
-    const char* fonts = zRenderTableName(layout.font);
-    board_ = XtVaCreateWidget("board", xmBulletinBoardWidgetClass, shell_, XmNmarginWidth, 0, XmNmarginHeight,
-                              0, XmNresizePolicy, XmRESIZE_NONE, zTypedFonts(fonts), nullptr);
+void zWindow::setTitle(const std::string& title) {
+    XtVaSetValues(shell_, XmNtitle, title.c_str(), XmNiconName, title.c_str(), nullptr);
+}
 
-    const zDialogUnits units = zDialogUnits::ofBoard(board_);
-    const zRect size = units.pixels({0, 0, layout.width, layout.height});
-    XtVaSetValues(board_, XmNwidth, size.width, XmNheight, size.height, nullptr);
+zFormDialog::zFormDialog(zApplication& application, const zLayout& layout)
+    : zWindow(application), layout_(layout) {
+    shell_ = application.createShell(layout.name);
+    build(layout);
+    XtManageChild(board_->widget());
+}
+
+zFormDialog::zFormDialog(zWindow& parent, const zLayout& layout)
+    : zWindow(parent.application()), layout_(layout), modal_(true) {
+    shell_ = zCreateModalShell(layout.name, parent.shell());
+    build(layout);
+    XtVaSetValues(board_->widget(), XmNdialogStyle, XmDIALOG_FULL_APPLICATION_MODAL, nullptr);
+}
+
+void zFormDialog::build(const zLayout& layout) {
+    setTitle(layout.caption);
+    board_ = std::make_unique<zBoard>(shell_, "board", layout);
+    const zRect& size = board_->size();
     XtVaSetValues(shell_, XmNminWidth, size.width, XmNmaxWidth, size.width, XmNminHeight, size.height,
                   XmNmaxHeight, size.height, nullptr);
-    tooltips_ = std::make_unique<zTooltips>(board_);
-    for (const zControlRow& row : layout.rows) {
-        controls_.push_back(zControl::create(board_, units, row));
-        if (row.tooltip) tooltips_->add(controls_.back()->outermost(), row.tooltip);
-    }
-    XtManageChild(board_);
-
     const auto closing = [](Widget, XtPointer self, XtPointer) {
         if (const auto handler = static_cast<zFormDialog*>(self)->onClose) handler();
     };
     XmAddWMProtocolCallback(shell_, XInternAtom(XtDisplay(shell_), "WM_DELETE_WINDOW", False), closing, this);
-
-    XtRealizeWidget(shell_);
-    tooltips_->realized();
-    setIcon(layout.icon);
 }
 
 zFormDialog::~zFormDialog() {
-    tooltips_.reset();
-    controls_.clear();
+    board_.reset();
     zDestroyShell(shell_);
 }
 
+void zFormDialog::realize() {
+    if (realized_) return;
+    realized_ = true;
+    XtRealizeWidget(shell_);
+    board_->realized();
+    setIcon(layout_.icon);
+}
+
 void zFormDialog::show() {
+    realize();
     zCentre(shell_);
     XtMapWidget(shell_);
 }
 
-zControl* zFormDialog::find(int id) const {
-    const auto found = std::find_if(controls_.begin(), controls_.end(),
-                                    [id](const auto& control) { return control->id() == id; });
-    return found == controls_.end() ? nullptr : found->get();
+void zFormDialog::runModal() {
+    realize();
+    done_ = false;
+    zRunModal(application(), shell_, board_->widget(), done_);
 }

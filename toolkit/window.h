@@ -2,16 +2,14 @@
 #pragma once
 
 #include "toolkit/application.h"
-#include "toolkit/control.h"
+#include "toolkit/board.h"
 #include "toolkit/layout.h"
-#include "toolkit/tooltip.h"
+#include "toolkit/picture.h"
 #include "toolkit/widget.h"
 
 #include <functional>
 #include <memory>
-#include <stdexcept>
 #include <string>
-#include <vector>
 
 // Shapes of the X cursor font.
 constexpr int zArrowCursor = 2;
@@ -27,6 +25,8 @@ class zWindow {
     // Takes effect at once, without a turn of the event loop.
     void setCursor(int shape);
 
+    void setTitle(const std::string& title);
+
   protected:
     explicit zWindow(zApplication& application) : application_(application) {}
 
@@ -40,29 +40,37 @@ class zWindow {
     zPixmap icon_;
 };
 
-// A modeless window of its own made from a layout.
+// A window made from a layout: of its own, or a modal dialog above another window.
 class zFormDialog : public zWindow {
   public:
     zFormDialog(zApplication& application, const zLayout& layout);
+    zFormDialog(zWindow& parent, const zLayout& layout);
     ~zFormDialog() override;
 
     // Centres the window on the screen and shows it.
     void show();
 
-    // The control with this id. The layout must have it, as this kind.
-    template <typename Kind> Kind& control(int id) const {
-        auto* found = dynamic_cast<Kind*>(find(id));
-        if (!found) throw std::logic_error("no such control in the layout");
-        return *found;
-    }
+    // Shows a dialog and returns when endModal was called or the application ends. The other windows take no
+    // input meanwhile. The dialog is then off the screen.
+    void runModal();
+    void endModal() { done_ = true; }
+
+    zBoard& board() const { return *board_; }
+    template <typename Kind> Kind& control(int id) const { return board_->control<Kind>(id); }
 
     // The window manager asks to close the window. Without a handler nothing happens.
     std::function<void()> onClose;
 
-  private:
-    zControl* find(int id) const;
+  protected:
+    // To be called when everything is on the board, before the window is shown for the first time.
+    void realize();
 
-    Widget board_ = nullptr;
-    std::vector<std::unique_ptr<zControl>> controls_;
-    std::unique_ptr<zTooltips> tooltips_;
+  private:
+    void build(const zLayout& layout);
+
+    const zLayout& layout_;
+    std::unique_ptr<zBoard> board_;
+    bool modal_ = false;
+    bool realized_ = false;
+    bool done_ = false;
 };

@@ -10,6 +10,9 @@
 #include "tests/e2e/xsupport.h"
 #include "tests/support/simulator.h"
 #include "tests/support/temproot.h"
+#include "toolkit/button.h"
+#include "toolkit/edit.h"
+#include "toolkit/listbox.h"
 
 #include <X11/Intrinsic.h>
 #include <chrono>

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>  // before the window system's macros
 
 #include "tests/e2e/xsupport.h"
+#include "toolkit/button.h"
+#include "toolkit/edit.h"
+#include "toolkit/listbox.h"
 #include "toolkit/messagebox.h"
 #include "toolkit/window.h"
 

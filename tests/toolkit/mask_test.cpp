@@ -1,0 +1,221 @@
+#include "toolkit/mask.h"
+
+#include "model/masks.h"
+
+#include <cctype>
+#include <gtest/gtest.h>
+#include <set>
+
+namespace {
+
+bool isHex(char c) {
+    return std::isxdigit(static_cast<unsigned char>(c)) != 0;
+}
+
+// Prefixes of the pictures, said in another way than the notation.
+
+bool pairs(std::string_view text, std::string_view separators) {
+    if (text.size() > 3 * separators.size() + 2) return false;
+    for (std::size_t i = 0; i < text.size(); ++i)
+        if (i % 3 == 2 ? text[i] != separators[i / 3] : !isHex(text[i])) return false;
+    return true;
+}
+bool mac(std::string_view text) {
+    return pairs(text, ":::::");
+}
+bool esiSelector(std::string_view text) {
+    return pairs(text, ":::::-");
+}
+bool networkPrefix(std::string_view text) {
+    return pairs(text, "::::::::::::") && (text.empty() || text[0] != '0');
+}
+bool ip(std::string_view text) {
+    int dots = 0, digits = 0;
+    for (const char c : text) {
+        if (c == '.' ? ++dots > 3 : !std::isdigit(static_cast<unsigned char>(c)) || ++digits > 3)
+            return false;
+        if (c == '.') digits = 0;
+    }
+    return true;
+}
+bool elanName(std::string_view text) {
+    return text.size() <= 31 && std::all_of(text.begin(), text.end(), [](unsigned char c) {
+               return std::isgraph(c) && c != '#' && c != '[' && c != ']';
+           });
+}
+bool fourDigits(std::string_view text) {
+    return text.size() <= 4 && text.find_first_not_of("0123456789") == text.npos;
+}
+
+struct Field {
+    const char* mask;
+    bool (*isPrefix)(std::string_view);
+    std::vector<std::string> texts;
+};
+const Field fields[] = {
+    {macAddressMask, mac, {"", "0", "00:", "00:A0:3", "00:A0:3E:12:34:56"}},
+    {esiSelectorMask,
+     esiSelector,
+     {"", "0a:1", "00:a0:3e:00:00:01-", "00:a0:3e:00:00:01-7", "11:22:33:44:55:66-01"}},
+    {networkPrefixMask, networkPrefix, {"", "4", "47:", "47:00:7", "47:00:79:00:00:00:00:00:00:00:00:00:1f"}},
+    {ipAddressMask, ip, {"", "1", "192.", "10.1", "1.2.3.4", "10.1..", "000.000.000.000", "255.255.255.255"}},
+    {elanNameMask, elanName, {"", "sales", "abcdefghijklmnopqrstuvwxyz01234"}},
+    {fourDigitsMask, fourDigits, {"", "7", "1500", "012"}},
+};
+const char* const pastes[] = {"",
+                              "12",
+                              "ab:cd",
+                              "00:a0:3e:00:00:01-07:99:99:99",
+                              "47007900000000000000000000000000ff",
+                              "xyz",
+                              "12g",
+                              "192.168.1.10",
+                              "1.2.3.4.5",
+                              ":",
+                              ".",
+                              " 12\n",
+                              "1 2",
+                              "#",
+                              "[x]",
+                              "0",
+                              "99999",
+                              "a-very-long-name-of-an-emulated-lan"};
+
+// Every printable key and every paste over every selection, Backspace and Delete included: what is accepted is
+// a prefix, its caret within, and one more edit of it is a prefix again.
+TEST(Picture, EveryEditOfAPrefixGivesAPrefix) {
+    std::size_t accepted = 0, refused = 0;
+    for (const Field& field : fields) {
+        const zPicture picture(field.mask);
+        std::vector<std::string> typed(std::begin(pastes), std::end(pastes));
+        for (char c = ' '; c <= '~'; ++c) typed.emplace_back(1, c);
+        for (const std::string& text : field.texts) {
+            ASSERT_TRUE(field.isPrefix(text)) << text;
+            for (std::size_t end = 0; end <= text.size(); ++end)
+                for (std::size_t start = 0; start <= end; ++start)
+                    for (const std::string& keys : typed)
+                        for (const std::size_t caret : {start, end}) {
+                            const auto edit = picture.edit(text, start, end, keys, caret);
+                            ++(edit ? accepted : refused);
+                            if (!edit) continue;
+                            ASSERT_TRUE(field.isPrefix(edit->text) && edit->caret <= edit->text.size())
+                                << '"' << text << "\" " << start << ".." << end << " \"" << keys
+                                << "\" gives \"" << edit->text << "\" at " << edit->caret;
+                            const std::string whole = picture.completed(edit->text);
+                            ASSERT_TRUE(field.isPrefix(whole)) << edit->text << " completed: " << whole;
+                            if (!picture.isAddress() || edit->text.empty()) continue;
+                            ASSERT_EQ(whole.size(), picture.completed("1").size());
+                            ASSERT_EQ(picture.format(picture.bare(edit->text)), edit->text);
+                        }
+        }
+    }
+    EXPECT_GT(accepted, 10'000u);
+    EXPECT_GT(refused, 10'000u);
+}
+
+// A caret is '|', a selection stands between '{' and '}'.
+struct Step {
+    const char* mask;
+    const char* before;
+    const char* keys;  // '<' Backspace, '>' Delete; a paste when it begins with "p:"
+    const char* after;
+};
+const Step steps[] = {
+    // Fixed characters come by themselves.
+    {macAddressMask, "|", "00a03e123456", "00:a0:3e:12:34:56|"},
+    {esiSelectorMask, "|", "11223344556601", "11:22:33:44:55:66-01|"},
+    {macAddressMask, "|", "00:a0:3", "00:a0:3|"},
+    {ipAddressMask, "|", "192168001010", "192.168.001.010|"},
+    {ipAddressMask, "|", "192.168.1.10", "192.168.1.10|"},
+    {ipAddressMask, "|", "10..1", "10.1|"},
+    {networkPrefixMask, "|", "047", "47:|"},
+    // Deleting.
+    {macAddressMask, "00:|", "<", "00|:"},
+    {macAddressMask, "00:|", "<<", "0|"},
+    {macAddressMask, "00|:a0:3e", ">", "00:|a0:3e"},
+    {macAddressMask, "00:a|1:23:", "<", "00:|12:3"},
+    {macAddressMask, "1|2:34:56:78:9a:bc", ">>>", "1|5:67:89:ab:c"},
+    {networkPrefixMask, "4{7:0}0:79", ">", "4|0:79:"},
+    {networkPrefixMask, "|47:00:79", ">>", "|70:07:9"},  // not the second: a prefix does not begin with 0
+    {ipAddressMask, "192.|", "<", "192|"},
+    {ipAddressMask, "1.|2", "<", "1|.2"},
+    {ipAddressMask, "19{2.16}8.1.1", ">", "19|.8.1.1"},
+    {ipAddressMask, "1{92.168.1.1}", "<", "1|"},
+    {fourDigitsMask, "15|00", "<", "1|00"},
+    // Selections and full fields.
+    {macAddressMask, "{00:a0:3e:12:34:56}", "7", "7|"},
+    {macAddressMask, "00:{a0}:3e:12:34:56", "bc", "00:bc:|3e:12:34:56"},
+    {macAddressMask, "00:|a0:3e:12:34:56", "bc", "00:bc:|3e:12:34:56"},
+    {macAddressMask, "00:{a0}:3e:12:34:56", ":", "00:{a0}:3e:12:34:56"},
+    {ipAddressMask, "0|00.000.000.000", "1", "0|00.000.000.000"},
+    {ipAddressMask, "{000.000}.000.000", "10.192", "10.192|.000.000"},
+    {ipAddressMask, "255.255.255.255|", "1", "255.255.255.255|"},
+    {fourDigitsMask, "1500|", "1", "1500|"},
+    {elanNameMask, "abcdefghijkl|mnopqrstuvwxyz01234", "x", "abcdefghijkl|mnopqrstuvwxyz01234"},
+    // Pastes.
+    {macAddressMask, "{00:a0:3e:12:34:56}", "p:0:a0:3e:99:99:99:99:99", "0a:03:e9:99:99:99|"},
+    {macAddressMask, "|", "p: 00a03e123456\n", "00:a0:3e:12:34:56|"},
+    {macAddressMask, "{00:a0}:3e", "p:hello", "{00:a0}:3e"},
+    {ipAddressMask, "{1.1.1.1}", "p:192.168.1.10", "192.168.1.10|"},
+    {elanNameMask, "a|z", "p:two words", "a|z"},
+    {elanNameMask, "|", "p:a-very-long-name-of-an-emulated-lan", "a-very-long-name-of-an-emulated|"},
+    // What never fitted stays.
+    {macAddressMask, "zz:00:|", "1", "zz:00:1|"},
+    {fourDigitsMask, "12345|", "6", "12345|"},
+    {fourDigitsMask, "12345|", "<", "1234|"},
+};
+
+std::string walk(const Step& step) {
+    std::string text = step.before;
+    const auto find = [&](char mark) { return text.find(mark); };
+    std::size_t start, end;
+    if (find('{') != text.npos) {
+        start = find('{');
+        text.erase(start, 1);
+        end = find('}');
+        text.erase(end, 1);
+    } else {
+        start = end = find('|');
+        text.erase(start, 1);
+    }
+    const zPicture picture(step.mask);
+    const std::string keys = step.keys;
+    const bool paste = keys.starts_with("p:");
+    for (std::size_t i = 0; i < (paste ? 1 : keys.size()); ++i) {
+        std::size_t from = start, to = end, caret = end;
+        std::string typed = paste ? keys.substr(2) : std::string(1, keys[i]);
+        if (typed == "<" || typed == ">") {
+            if (start == end && typed == "<") --from;
+            if (start == end && typed == ">") ++to;
+            typed.clear();
+        }
+        if (const auto edit = picture.edit(text, from, to, typed, caret)) {
+            text = edit->text;
+            start = end = edit->caret;
+        }
+    }
+    if (start == end) return text.insert(start, 1, '|');
+    return text.insert(end, 1, '}').insert(start, 1, '{');
+}
+
+TEST(Picture, KeysAndPastes) {
+    for (const Step& step : steps)
+        EXPECT_EQ(walk(step), step.after) << '"' << step.before << "\" \"" << step.keys << '"';
+}
+
+TEST(Picture, LackingDigitsAreZeros) {
+    EXPECT_EQ(zPicture(macAddressMask).completed("00:a"), "00:a0:00:00:00:00");
+    EXPECT_EQ(zPicture(ipAddressMask).completed("10..3"), "10.0.3.0");
+    EXPECT_EQ(zPicture(ipAddressMask).completed(""), "");
+    EXPECT_EQ(zPicture(elanNameMask).completed("x"), "x");
+}
+
+TEST(Picture, AddressesAreKeptWithoutTheirFixedCharacters) {
+    const zPicture esi(esiSelectorMask), address(ipAddressMask);
+    EXPECT_EQ(esi.format("00a03e00000107"), "00:a0:3e:00:00:01-07");
+    EXPECT_EQ(esi.bare("00:a0:3e:00:00:01-07"), "00a03e00000107");
+    EXPECT_EQ(esi.format("00a03e0000010799"), "00:a0:3e:00:00:01-07");  // no more than there is room for
+    EXPECT_EQ(address.bare(address.format("10.1.2.3")), "10.1.2.3");
+}
+
+}  // namespace

@@ -1,0 +1,17 @@
+// Push buttons.
+#pragma once
+
+#include "toolkit/control.h"
+#include "toolkit/picture.h"
+
+#include <functional>
+
+class zBitmapButton : public zControl {
+  public:
+    zBitmapButton(Widget board, const zRect& place, const zControlRow& row);
+
+    std::function<void()> onClick;
+
+  private:
+    zPixmap picture_;
+};

@@ -1,0 +1,56 @@
+#include "toolkit/listbox.h"
+
+#include "toolkit/make.h"
+
+#include <Xm/List.h>
+
+zListBox::zListBox(Widget board, const zRect& place, const zControlRow& row) : zControl(row), place_(place) {
+    zPlaced resources(place);
+    resources.set(XmNselectionPolicy, XmBROWSE_SELECT).set(XmNlistSizePolicy, XmCONSTANT);
+    resources.set(XmNscrollBarDisplayPolicy, XmAS_NEEDED).set(XmNnavigationType, XmEXCLUSIVE_TAB_GROUP);
+    std::string name = zWidgetName(row);
+    const Widget list = XmCreateScrolledList(board, name.data(), resources.args.data(), resources.count());
+    XtManageChild(list);
+    attach(list);
+    zKeepPlace(outermost(), place_);
+    listen(XmNbrowseSelectionCallback, [](zControl& self, void*) {
+        if (const auto handler = static_cast<zListBox&>(self).onSelect) handler();
+    });
+    listen(XmNdefaultActionCallback, [](zControl& self, void*) {
+        if (const auto handler = static_cast<zListBox&>(self).onActivate) handler();
+    });
+}
+
+void zListBox::append(const std::string& line) {
+    const zXmText text(line);
+    XmListAddItemUnselected(widget(), text.get(), 0);
+    lines_.push_back(line);
+    // The list asks for the height of whole lines, anew with each change.
+    zKeepPlace(outermost(), place_);
+}
+
+std::string zListBox::line(int position) const {
+    return position >= 0 && position < count() ? lines_[static_cast<std::size_t>(position)] : std::string();
+}
+
+void zListBox::select(int position) {
+    if (position < 0 || position >= count()) {
+        XmListDeselectAllItems(widget());
+        return;
+    }
+    XmListSelectPos(widget(), position + 1, False);
+    XmListSetKbdItemPos(widget(), position + 1);
+}
+
+int zListBox::selected() const {
+    int* positions = nullptr;
+    int found = 0;
+    if (!XmListGetSelectedPos(widget(), &positions, &found)) return -1;
+    const int first = positions[0] - 1;
+    XtFree(reinterpret_cast<char*>(positions));
+    return first;
+}
+
+Widget zListBox::outermost() const {
+    return XtParent(widget());
+}

@@ -1,0 +1,28 @@
+// A list of lines of which one can be selected.
+#pragma once
+
+#include "toolkit/control.h"
+
+#include <functional>
+#include <string>
+
+class zListBox : public zControl {
+  public:
+    zListBox(Widget board, const zRect& place, const zControlRow& row);
+
+    void append(const std::string& line);
+    int count() const { return static_cast<int>(lines_.size()); }
+    std::string line(int position) const;  // empty when there is none
+
+    // Positions count from 0; -1 means that nothing is selected. Selecting by program calls no handler.
+    void select(int position);
+    int selected() const;
+    Widget outermost() const override;
+
+    std::function<void()> onSelect;    // the user has chosen a line
+    std::function<void()> onActivate;  // double-click, or Return on a line
+
+  private:
+    zRect place_;
+    std::vector<std::string> lines_;
+};

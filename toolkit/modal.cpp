@@ -1,0 +1,23 @@
+#include "toolkit/modal.h"
+
+#include "toolkit/place.h"
+
+#include <Xm/DialogS.h>
+#include <Xm/Xm.h>
+
+Widget zCreateModalShell(const char* name, Widget parent) {
+    return XtVaCreatePopupShell(name, xmDialogShellWidgetClass, parent, XmNmappedWhenManaged, False,
+                                XmNdeleteResponse, XmDO_NOTHING, XmNallowShellResize, True, nullptr);
+}
+
+void zRunModal(zApplication& application, Widget shell, Widget board, const bool& done) {
+    XtManageChild(board);
+    zCentre(shell);
+    XtMapWidget(shell);
+    XtAddGrab(shell, True, False);  // the library's own grab does not hold back clicks into other windows
+    application.runUntil(done);
+    XtRemoveGrab(shell);
+    // Inside a handler the destruction waits for the handler's end; the dialog must not be seen so long.
+    XtUnmanageChild(board);
+    XtUnmapWidget(shell);
+}

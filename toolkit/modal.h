@@ -1,0 +1,11 @@
+// The nested loop of a modal dialog. Inside the toolkit only.
+#pragma once
+
+#include "toolkit/application.h"
+
+// A dialog shell below `parent`, not shown yet.
+Widget zCreateModalShell(const char* name, Widget parent);
+
+// Shows the realized shell with the board in it, in the middle of the screen, until `done` is set or the
+// application ends; takes it off the screen then. Windows that were there before take no input meanwhile.
+void zRunModal(zApplication& application, Widget shell, Widget board, const bool& done);

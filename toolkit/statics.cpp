@@ -1,0 +1,37 @@
+#include "toolkit/statics.h"
+
+#include "toolkit/make.h"
+
+#include <Xm/Frame.h>
+#include <Xm/Label.h>
+#include <Xm/Separator.h>
+
+zStatic::zStatic(Widget board, const zRect& place, const zControlRow& row) : zControl(row) {
+    const zXmText text(row.text);
+    zPlaced resources(place);
+    resources.set(XmNlabelString, text).set(XmNrecomputeSize, False).set(XmNtraversalOn, False);
+    resources.set(XmNalignment, XmALIGNMENT_BEGINNING).set(XmNmarginWidth, 0).set(XmNmarginHeight, 0);
+    attach(zMake(xmLabelWidgetClass, board, row, resources));
+}
+
+zFrame::zFrame(Widget board, const zRect& place, const zControlRow& row) : zControl(row) {
+    zPlaced resources(place);
+    const bool vertical = row.place.width <= 1;
+    // The line is two pixels of shadow; one unit may be one more.
+    resources.set(XmNorientation, vertical ? XmVERTICAL : XmHORIZONTAL).set(XmNmargin, 0);
+    attach(zMake(xmSeparatorWidgetClass, board, row, resources));
+}
+
+zGroupBox::zGroupBox(Widget board, const zRect& place, const zControlRow& row) : zControl(row) {
+    zPlaced resources(place);
+    resources.set(XmNshadowType, XmSHADOW_ETCHED_IN).set(XmNmarginWidth, 0).set(XmNmarginHeight, 0);
+    attach(zMake(xmFrameWidgetClass, board, row, resources));
+    const zXmText text(row.text);
+    XtVaCreateManagedWidget("title", xmLabelWidgetClass, widget(), XmNlabelString, text.get(),
+                            XmNframeChildType, XmFRAME_TITLE_CHILD, XmNmarginHeight, 0, nullptr);
+    zKeepPlace(widget(), place);
+}
+
+void zGroupBox::realized() {
+    XLowerWindow(XtDisplay(widget()), XtWindow(widget()));
+}

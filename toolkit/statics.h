@@ -1,0 +1,22 @@
+// Controls without a value: texts, lines and group boxes.
+#pragma once
+
+#include "toolkit/control.h"
+
+class zStatic : public zControl {
+  public:
+    zStatic(Widget board, const zRect& place, const zControlRow& row);
+};
+
+class zFrame : public zControl {
+  public:
+    zFrame(Widget board, const zRect& place, const zControlRow& row);
+};
+
+// A frame with a title. Lies below the controls that stand inside it.
+class zGroupBox : public zControl {
+  public:
+    zGroupBox(Widget board, const zRect& place, const zControlRow& row);
+
+    void realized() override;
+};
