@@ -1,5 +1,5 @@
 #include "app/maindlg.h"
-#include "resources/pictures.h"
+#include "resources/pictureids.h"
 
 namespace {
 

@@ -14,8 +14,11 @@ const char* __lsan_default_options() {
 }
 
 // The font library keeps its caches, and the Intrinsics what they know of each selection, until the end of
-// the process; an attempt to open a display leaves the display's name.
+// the process; an attempt to open a display leaves the display's name; the combo boxes together keep two
+// shared graphics contexts, however many there are; a text field never frees the text of a key that its
+// verification refuses.
 const char* __lsan_default_suppressions() {
-    return "leak:libfontconfig.so\nleak:XtOwnSelection\nleak:XtDisownSelection\nleak:XtOpenDisplay\n";
+    return "leak:libfontconfig.so\nleak:XtOwnSelection\nleak:XtDisownSelection\nleak:XtOpenDisplay\n"
+           "leak:_XmGetPixmapBasedGC\nleak:_XmTextFieldReplaceText\n";
 }
 }

@@ -1,17 +1,10 @@
 // Every picture of the program, by resource number.
 #pragma once
 
+#include "resources/pictureids.h"
 #include "toolkit/picture.h"
 
 #include <span>
-
-enum PictureId {
-    programIcon = 502,
-    closeBitmap = 506,
-    setupBitmap = 507,
-    statsBitmap = 508,
-    globalBitmap = 509,
-};
 
 std::span<const zPictureRow> programPictures();
 

@@ -4,6 +4,7 @@
 #include "toolkit/choice.h"
 #include "toolkit/dropdown.h"
 #include "toolkit/edit.h"
+#include "toolkit/lamp.h"
 #include "toolkit/listbox.h"
 #include "toolkit/notebook.h"
 #include "toolkit/statics.h"
@@ -55,6 +56,10 @@ std::unique_ptr<zControl> zControl::create(Widget board, const zDialogUnits& uni
         return std::make_unique<zRadioButton>(board, place, row);
     case zKind::bitmapButton:
         return std::make_unique<zBitmapButton>(board, place, row);
+    case zKind::lamp:
+        return std::make_unique<zLamp>(board, place, row);
+    case zKind::panel:
+        return std::make_unique<zPanel3d>(board, place, row);
     case zKind::groupBox:
         return std::make_unique<zGroupBox>(board, place, row);
     case zKind::tabStrip:

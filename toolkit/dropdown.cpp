@@ -2,6 +2,7 @@
 
 #include "toolkit/make.h"
 
+#include <X11/StringDefs.h>
 #include <Xm/ComboBox.h>
 #include <Xm/List.h>
 #include <Xm/TextF.h>
@@ -34,13 +35,21 @@ zDropDown::zDropDown(Widget board, const zRect& place, const zControlRow& row)
     const Widget text = XtNameToWidget(widget(), "*Text");
     XtVaSetValues(text, XmNmarginHeight, zCentredMargin(text, place.height - 4), nullptr);
     zKeepPlace(widget(), place);
-    listen(XmNselectionCallback, [](zControl& self, void* data) {
-        auto& list = static_cast<zDropDown&>(self);
-        // The callback comes for each move through the open list, too; what counts is the choice.
-        const auto* call = static_cast<XmComboBoxCallbackStruct*>(data);
-        if (list.byProgram_ || !call->event) return;
-        if (const auto handler = list.onSelect) handler();
+    listen(XmNselectionCallback, [](zControl& self, void*) { static_cast<zDropDown&>(self).changed(); });
+    const Widget shell = XtNameToWidget(widget(), "*GrabShell");
+    listen(shell, XtNpopupCallback,
+           [](zControl& self, void*) { static_cast<zDropDown&>(self).open_ = true; });
+    listen(shell, XtNpopdownCallback, [](zControl& self, void*) {
+        static_cast<zDropDown&>(self).open_ = false;
+        static_cast<zDropDown&>(self).changed();
     });
+}
+
+// The keys that go through an open list select each entry on the way; what counts is where they end.
+void zDropDown::changed() {
+    if (byProgram_ || open_ || selected() == told_) return;
+    told_ = selected();
+    if (const auto handler = onSelect) handler();
 }
 
 void zDropDown::load() {
@@ -74,4 +83,5 @@ void zDropDown::select(int position) {
         XmTextFieldSetString(XtNameToWidget(widget(), "*Text"), nothing);
     }
     byProgram_ = false;
+    told_ = selected();
 }

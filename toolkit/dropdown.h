@@ -24,8 +24,12 @@ class zDropDown : public zControl {
     std::function<void()> onSelect;
 
   private:
+    void changed();
+
     int count_;
     int* variable_ = nullptr;
     int shown_ = -1;
+    int told_ = 0;  // the position that the handler knows
+    bool open_ = false;
     bool byProgram_ = false;
 };

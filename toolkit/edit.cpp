@@ -40,6 +40,7 @@ zEdit::zEdit(Widget board, const zRect& place, const zControlRow& row) : zContro
 
     if (!row.mask) return;
     picture_.emplace(row.mask);
+    XtVaSetValues(widget(), XmNverifyBell, False, nullptr);  // verify() knows better what was refused
     listen(XmNmodifyVerifyCallback,
            [](zControl& self, void* data) { static_cast<zEdit&>(self).verify(data); });
     listen(XmNlosingFocusCallback, [](zControl& self, void*) { static_cast<zEdit&>(self).complete(); });
@@ -95,6 +96,16 @@ void zEdit::verify(void* callData) {
                                      static_cast<std::size_t>(change.currInsert));
     if (!edit) {
         change.doit = False;
+        XBell(XtDisplay(widget()), 0);
+        return;
+    }
+    if (typed.empty()) {
+        // After a deletion the field would put the caret where the old text ended, and never free the new text.
+        change.doit = False;
+        XtFree(change.text->ptr);
+        change.text->ptr = nullptr;
+        setText(edit->text);
+        XmTextFieldSetInsertionPosition(widget(), static_cast<XmTextPosition>(edit->caret));
         return;
     }
     // The whole text is replaced: one step, with every fixed character where it belongs.

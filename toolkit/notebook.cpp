@@ -1,6 +1,6 @@
 #include "toolkit/notebook.h"
 
-#include "toolkit/make.h"
+#include "toolkit/tabs.h"
 
 #include <Xm/TabStack.h>
 #include <algorithm>
@@ -8,10 +8,7 @@
 zNotebook::zNotebook(Widget board, const zRect& place, const zControlRow& row)
     : zControl(row), place_(place) {
     zPlaced resources(place);
-    resources.set(XmNuniformTabSize, False).set(XmNtabStyle, XmTABS_BEVELED);
-    resources.set(XmNmarginWidth, 0).set(XmNmarginHeight, 0);
-    resources.set(XmNnavigationType, XmEXCLUSIVE_TAB_GROUP);
-    attach(zMake(xmTabStackWidgetClass, board, row, resources));
+    attach(zMakeTabs(board, row, resources));
     listen(XmNtabSelectedCallback, [](zControl& self, void* data) {
         auto& notebook = static_cast<zNotebook&>(self);
         // The first callback comes when the window is made, and nobody has chosen anything.

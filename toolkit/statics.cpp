@@ -6,6 +6,15 @@
 #include <Xm/Label.h>
 #include <Xm/Separator.h>
 
+namespace {
+
+// What stands inside is a sibling, and must not be covered.
+void lower(Widget widget) {
+    XLowerWindow(XtDisplay(widget), XtWindow(widget));
+}
+
+}  // namespace
+
 zStatic::zStatic(Widget board, const zRect& place, const zControlRow& row) : zControl(row) {
     const zXmText text(row.text);
     zPlaced resources(place);
@@ -33,5 +42,16 @@ zGroupBox::zGroupBox(Widget board, const zRect& place, const zControlRow& row) :
 }
 
 void zGroupBox::realized() {
-    XLowerWindow(XtDisplay(widget()), XtWindow(widget()));
+    lower(widget());
+}
+
+zPanel3d::zPanel3d(Widget board, const zRect& place, const zControlRow& row) : zControl(row) {
+    zPlaced resources(place);
+    resources.set(XmNshadowType, XmSHADOW_OUT).set(XmNmarginWidth, 0).set(XmNmarginHeight, 0);
+    attach(zMake(xmFrameWidgetClass, board, row, resources));
+    zKeepPlace(widget(), place);
+}
+
+void zPanel3d::realized() {
+    lower(widget());
 }

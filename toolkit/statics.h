@@ -1,4 +1,4 @@
-// Controls without a value: texts, lines and group boxes.
+// Controls without a value: texts, lines, panels and group boxes.
 #pragma once
 
 #include "toolkit/control.h"
@@ -17,6 +17,14 @@ class zFrame : public zControl {
 class zGroupBox : public zControl {
   public:
     zGroupBox(Widget board, const zRect& place, const zControlRow& row);
+
+    void realized() override;
+};
+
+// A raised panel without a title, below the controls that stand on it.
+class zPanel3d : public zControl {
+  public:
+    zPanel3d(Widget board, const zRect& place, const zControlRow& row);
 
     void realized() override;
 };

@@ -1,6 +1,6 @@
 #include "toolkit/tabstrip.h"
 
-#include "toolkit/make.h"
+#include "toolkit/tabs.h"
 
 #include <Xm/DrawingA.h>
 #include <Xm/TabStack.h>
@@ -9,9 +9,8 @@
 zTabStrip::zTabStrip(Widget board, const zRect& place, const zControlRow& row)
     : zControl(row), place_(place) {
     zPlaced resources(place);
-    resources.set(XmNuniformTabSize, False).set(XmNtabStyle, XmTABS_BEVELED);
-    resources.set(XmNtabMode, XmTABS_BASIC).set(XmNnavigationType, XmEXCLUSIVE_TAB_GROUP);
-    attach(zMake(xmTabStackWidgetClass, board, row, resources));
+    resources.set(XmNtabMode, XmTABS_BASIC);
+    attach(zMakeTabs(board, row, resources));
     for (const char* item : row.items) {
         const zXmText text(item);
         // What is shown is the label alone; the page below it is a line.
@@ -32,7 +31,7 @@ zTabStrip::zTabStrip(Widget board, const zRect& place, const zControlRow& row)
 void zTabStrip::select(int position) {
     if (position < 0 || position >= count()) return;
     selected_ = position;
-    XmTabStackSelectTab(tabs_[static_cast<std::size_t>(position)], False);
+    XmTabStackSelectTab(tabs_[static_cast<std::size_t>(position)], True);
 }
 
 void zTabStrip::realized() {

@@ -72,6 +72,7 @@ void zFormDialog::realize() {
     if (realized_) return;
     realized_ = true;
     XtRealizeWidget(shell_);
+    XtRealizeWidget(board_->widget());  // a dialog's board is managed only while it is shown
     board_->realized();
     setIcon(layout_.icon);
 }

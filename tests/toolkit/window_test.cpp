@@ -1,11 +1,10 @@
 #include <gtest/gtest.h>  // before the window system's macros
 
-#include "tests/e2e/xsupport.h"
+#include "tests/toolkit/desk.h"
 #include "toolkit/button.h"
 #include "toolkit/edit.h"
 #include "toolkit/listbox.h"
 #include "toolkit/messagebox.h"
-#include "toolkit/window.h"
 
 #include <X11/Shell.h>
 #include <Xm/Xm.h>
@@ -26,28 +25,6 @@ constexpr zControlRow rows[] = {
 };
 constexpr zLayout layout{
     .id = 1, .name = "probe", .caption = "A probe", .width = 180, .height = 90, .rows = rows};
-
-// Fonts as the program has them.
-const char* const fallbacks[] = {"Tarvolin*bold*fontType: FONT_IS_XFT",
-                                 "Tarvolin*bold*fontName: Liberation Sans",
-                                 "Tarvolin*bold*fontStyle: Bold",
-                                 "Tarvolin*bold*fontSize: 12",
-                                 "Tarvolin*toolTipEnable: True",
-                                 "Tarvolin*toolTipPostDelay: 50",
-                                 nullptr};
-
-// The widget library remembers its first display for good: one for all tests of the process.
-struct Desk {
-    XServer server;
-    zApplication application{
-        "tarvolin", "Tarvolin", {"-xrm", "Tarvolin*id13.background: #ff0000"}, fallbacks};
-    bool open = application.openDisplay();
-};
-
-Desk& desk() {
-    static Desk instance;
-    return instance;
-}
 
 class WindowTest : public testing::Test {
   protected:

@@ -1,0 +1,15 @@
+// The program's pictures by resource number.
+#pragma once
+
+enum PictureId {
+    programIcon = 502,  // of every window, on the desktop
+    closeBitmap = 506,
+    setupBitmap = 507,
+    statsBitmap = 508,
+    globalBitmap = 509,
+    addBitmap = 510,
+    modifyBitmap = 511,
+    deleteBitmap = 512,
+    okBitmap = 535,
+    cancelBitmap = 536,
+};
