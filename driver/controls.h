@@ -1,0 +1,37 @@
+// Every control request, one row each: what changes the running driver.
+#pragma once
+
+#include <cstdint>
+
+enum class ControlId {
+    lecStart,
+    lecStop,
+    bridgedPvcAdd,
+    bridgedPvcDelete,
+    bridgedPvcModify,
+    lesStart,
+    lesStop,
+    lecsLoad,
+    lecsStop,
+    lecsAddClient,
+    lecsDeleteClient,
+    lecsGo,
+    ipStart,
+    ipStop,
+    routedPvcAdd,
+    routedPvcDelete,
+    routedPvcModify,
+    traceSwitch,
+};
+
+struct Control {
+    ControlId id;
+    std::uint16_t prim;  // header fields that select the request
+    std::uint16_t type;
+    std::uint16_t size;        // bytes of the message, header included
+    std::uint16_t input;       // leading bytes of it that the driver reads
+    const char* trace;         // line on the debug log before the request
+    bool bytesTraced = false;  // the data follows it, in hexadecimal
+};
+
+const Control& controlOf(ControlId id);

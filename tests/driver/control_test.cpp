@@ -1,0 +1,196 @@
+#include "driver/control.h"
+#include "tests/support/scripteddriver.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+
+namespace {
+
+AtmLEC client() {
+    AtmLEC lec;
+    lec.useLecs = 0;
+    lec.address = "4700790000000000000000000000a03e00000107";
+    lec.mtuClass = 2;
+    lec.elanName = "engineering";
+    lec.elanType = 1;
+    lec.pvcOnly = 1;
+    lec.l3Mtu = 0x12345;
+    return lec;
+}
+AtmLES server() {
+    AtmLES les;
+    les.elanName = "a-name-of-thirty-one-characters";
+    les.strictName = 1;
+    les.mtuClass = 3;
+    les.strictMtu = 1;
+    les.elanType = 0;
+    return les;
+}
+AtmLECS configurationServer() {
+    AtmLECS lecs;
+    lecs.address = "47007900000000000000000000112233445566ff";
+    lecs.elanType = 2;
+    lecs.etherMtuClass = 3;
+    lecs.tokenRingMtuClass = 4;
+    return lecs;
+}
+AtmIP1577 ipClient() {
+    AtmIP1577 ip;
+    ip.serverIp = std::string_view("10.1.2.3");
+    ip.subnetMask = std::string_view("255.255.0.0");
+    ip.ip = std::string_view("192.168.1.200");
+    ip.address = "4700790000000000000000000000a03e00000107";
+    ip.pvcOnly = 1;
+    return ip;
+}
+AtmBridgedPvc bridged() {
+    return {macAddress({0x00, 0xa0, 0x3e, 0x12, 0x34, 0x56}), 100, 1, 1, 155};
+}
+AtmRoutedPvc routed() {
+    return {ipAddress({10, 1, 2, 3}), 0x1234, 1, 1, 155};
+}
+esiSelector mapped() {
+    return esiSelector({1, 2, 3, 4, 5, 6, 7});
+}
+lecs_req settings() {
+    lecs_req request;
+    request = configurationServer();
+    return request;
+}
+
+const char lecData[] =
+    "00 00 00 00  47 00 79 00 00 00 00 00 00 00 00 00 00 00 a0 3e 00 00 01 07  02 00 00 00"
+    "65 6e 67 69 6e 65 65 72 69 6e 67 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
+    "01 00 00 00  01 00 00 00  45 23 01 00";
+const char lesData[] =
+    "61 2d 6e 61 6d 65 2d 6f 66 2d 74 68 69 72 74 79 2d 6f 6e 65 2d 63 68 61 72 61 63 74 65 72 73 00"
+    "01 00 00 00  03 00 00 00  01 00 00 00  00 00 00 00  00 00 00 00";
+const char lecsData[] =
+    "47 00 79 00 00 00 00 00 00 00 00 00 00 11 22 33 44 55 66 ff  02 00 00 00  03 00 00 00"
+    "04 00 00 00  11 22 33 44 55 66 ff  00  00 00 00 00";
+const char mappingData[] =
+    "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00  00 00 00 00  00 00 00 00"
+    "00 00 00 00  01 02 03 04 05 06 07  00  05 00 00 00";
+const char ipData[] = "00 00 00 00  03 02 01 0a  00 00 ff ff  c8 01 a8 c0"
+                      "47 00 79 00 00 00 00 00 00 00 00 00 00 00 a0 3e 00 00 01 07  01 00 00 00";
+const char bridgedData[] = "00 a0 3e 12 34 56  64 00  01 00  01 00";
+const char routedData[] = "0a 01 02 03  34 12  01 00";
+
+// Every request, for adapter 2: what goes out, and what the debug log says.
+struct Case {
+    const char* trace;
+    const char* header;
+    const char* data;
+    std::function<int(int)> send;
+};
+#define ON(Block, operation) [](int d) { return Block(d, 2).operation; }
+const Case cases[] = {
+    {"LEC_INIT", "11 00 01 00 02 03 58 00 58 00 00 00 00 00 ad de", lecData,
+     ON(LecControl, start(3, client()))},
+    {"LEC_DISABLE", "11 00 02 00 02 03 10 00 10 00 00 00 00 00 ad de", "", ON(LecControl, stop(3))},
+    {"BRDG_PVCADD", "11 00 03 00 02 03 1c 00 1c 00 00 00 00 00 ad de", bridgedData,
+     ON(LecControl, changePvc(3, PvcChange::add, bridged()))},
+    {"BRDG_PVCDEL", "11 00 04 00 02 03 1c 00 1c 00 00 00 00 00 ad de", bridgedData,
+     ON(LecControl, changePvc(3, PvcChange::remove, bridged()))},
+    {"BRDG_PVCMODIFY", "11 00 05 00 02 03 1c 00 1c 00 00 00 00 00 ad de", bridgedData,
+     ON(LecControl, changePvc(3, PvcChange::modify, bridged()))},
+    {"LES_ENABLE", "12 00 01 00 02 07 44 00 44 00 00 00 00 00 ad de", lesData,
+     ON(LesControl, start(7, server()))},
+    {"LES_DISABLE", "12 00 02 00 02 07 10 00 10 00 00 00 00 00 ad de", "", ON(LesControl, stop(7))},
+    {"LECS_DISABLE", "13 00 02 00 02 00 10 00 10 00 00 00 00 00 ad de", "", ON(lecsRequest, disable())},
+    {"LECS_GO", "13 00 05 00 02 00 10 00 10 00 00 00 00 00 ad de", "", ON(lecsRequest, go())},
+    {"LECS_GO", "13 00 05 00 01 04 10 00 10 00 00 00 00 00 ad de", "", ON(lecsRequest, restart(1, 4))},
+    {"LECS_SET_ADDR", "13 00 03 00 02 00 3c 00 3c 00 00 00 00 00 ad de", mappingData,
+     ON(lecsRequest, addClient(lecs_req::mapping(mapped(), 5)))},
+    {"LECS_DEL_ADDR", "13 00 04 00 01 04 3c 00 3c 00 00 00 00 00 ad de", mappingData,
+     ON(lecsRequest, delClient(1, 4, lecs_req::mapping(mapped(), 5)))},
+    {"IPATM_INIT", "41 00 01 00 02 00 38 00 38 00 00 00 00 00 ad de", ipData,
+     ON(IpControl, start(ipClient()))},
+    {"IPATM_DISABLE", "41 00 02 00 02 00 10 00 10 00 00 00 00 00 ad de", "", ON(IpControl, stop())},
+    {"IPATM_PVCADD", "41 00 04 00 02 00 18 00 18 00 00 00 00 00 ad de", routedData,
+     ON(IpControl, changePvc(PvcChange::add, routed()))},
+    {"IPATM_PVCDEL", "41 00 05 00 02 00 18 00 18 00 00 00 00 00 ad de", routedData,
+     ON(IpControl, changePvc(PvcChange::remove, routed()))},
+    {"IPATM_PVCMODIFY", "41 00 06 00 02 00 18 00 18 00 00 00 00 00 ad de", routedData,
+     ON(IpControl, changePvc(PvcChange::modify, routed()))},
+    {"DaiSigDbgTrace", "22 00 03 00 00 00 4c 00 1b 00 00 00 00 00 ad de", "00 00 00 00 00 00 00 00  00 04 01",
+     [](int d) { return TraceControl(d).switchTrace(TraceControl::ilmi, true); }},
+};
+#undef ON
+
+TEST(ControlRequests, EachSendsItsBytesAndIsTraced) {
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.trace);
+        ScriptedDriver driver;
+        LogCapture log;
+        ByteVector request = hexBytes(c.header);
+        const ByteVector data = hexBytes(c.data);
+        request.insert(request.end(), data.begin(), data.end());
+        driver.expect(request);
+        driver.expectAny().resp(5);
+        EXPECT_EQ(c.send(driver.open()), 0);
+        EXPECT_NE(log.take().find(std::string("\n") + c.trace + "\n"), std::string::npos);
+        EXPECT_EQ(c.send(driver.open()), -1);
+        EXPECT_NE(log.take().find("Dai Request Failure"), std::string::npos);
+    }
+}
+
+// One block for request after request: what an earlier one left, in the buffer or by its reply, stays here.
+TEST(ControlRequests, NothingStaleLeaves) {
+    ScriptedDriver driver;
+    LecControl block(driver.open(), 0);
+    ByteVector reply(200, 0xff);
+    driver.expectAny().data(reply).rows(7).rowMarker(9);
+    block.start(1, client());
+    driver.expect(std::string("11 00 03 00 00 02 1c 00 1c 00 00 00 00 00 ad de ") + bridgedData).data(reply);
+    block.changePvc(2, PvcChange::add, bridged());
+    AtmLEC other = client();
+    other.elanName = "x";
+    driver.expectAny();
+    block.start(1, other);
+    EXPECT_EQ(hexText(std::span(driver.requests().back()).subspan(16 + 28, 4)), "78 00 00 00");
+    EXPECT_EQ(driver.requests().back().size(), 88U);
+
+    TraceControl trace(driver.open());
+    driver.expectAny().data(reply);
+    trace.switchTrace(TraceControl::signalling, true);
+    driver.expect("22 00 03 00 00 00 4c 00 1b 00 00 00 00 00 ad de 00 00 00 00 00 00 00 00 00 02 00");
+    trace.switchTrace(TraceControl::signalling, false);
+}
+
+TEST(ControlRequests, ALecsIsStoppedLoadedAndStartedUnlessLoadingFails) {
+    const std::string stop = "13 00 02 00 00 00 10 00 10 00 00 00 00 00 ad de";
+    const std::string load = std::string("13 00 01 00 00 00 3c 00 3c 00 00 00 00 00 ad de ") + lecsData;
+    const std::string go = "13 00 05 00 00 00 10 00 10 00 00 00 00 00 ad de";
+    const struct {
+        std::uint16_t stopResp, loadResp, goResp;
+        std::size_t requests;
+        int result;
+    } outcomes[] = {{0, 0, 0, 3, 0}, {5, 0, 0, 3, 0}, {0, 5, 0, 2, -1}, {0, 0, 5, 3, -1}};
+    for (const auto& outcome : outcomes) {
+        ScriptedDriver driver;
+        lecsRequest block(driver.open(), 0);
+        driver.expect(stop).resp(outcome.stopResp);
+        driver.expect(load).resp(outcome.loadResp);
+        if (outcome.requests == 3) driver.expect(go).resp(outcome.goResp);
+        EXPECT_EQ(block.enable(settings()), outcome.result);
+        EXPECT_EQ(driver.requests().size(), outcome.requests);
+    }
+}
+
+TEST(ControlRequests, AMappingsBytesStandOnTheLogTenToALine) {
+    ScriptedDriver driver;
+    LogCapture log;
+    driver.expectAny();
+    lecsRequest(driver.open(), 0).addClient(lecs_req::mapping(mapped(), 5));
+    EXPECT_NE(log.take().find("LECS_SET_ADDR\n"
+                              "  0  0  0  0  0  0  0  0  0  0\n"
+                              "  0  0  0  0  0  0  0  0  0  0\n"
+                              "  0  0  0  0  0  0  0  0  0  0\n"
+                              "  0  0  1  2  3  4  5  6  7  0\n"
+                              "  5  0  0  0\n"
+                              "Prim:19"),
+              std::string::npos);
+}
+
+}  // namespace
