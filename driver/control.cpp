@@ -121,7 +121,8 @@ lecsRequest::lecsRequest(int descriptor, std::uint8_t link)
     : Enabler(descriptor, link, ControlId::lecsLoad, ControlId::lecsStop) {}
 
 int lecsRequest::enable(const lecs_req& settings) {
-    disable();  // a server that is not running need not be stopped
+    // That a server which is not running cannot be stopped is no matter; that the driver hangs is.
+    if (disable() != 0 && timedOut()) return -1;
     if (send(ControlId::lecsLoad, settings.bytes) != 0) return -1;
     return go();
 }

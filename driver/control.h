@@ -71,7 +71,8 @@ class lecsRequest : public Enabler {
   public:
     lecsRequest(int descriptor, std::uint8_t link);
 
-    // Stops the server, loads the settings, and starts it unless loading failed.
+    // Stops the server, loads the settings, and starts it unless loading failed. A driver that does not
+    // answer gets no further request.
     int enable(const lecs_req& settings);
     int disable();
     int go();

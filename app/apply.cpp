@@ -1,0 +1,159 @@
+#include "app/apply.h"
+
+#include "driver/control.h"
+#include "driver/dai_api.h"
+#include "model/settings.h"
+#include "model/tvdatbuf.h"
+#include "platform/debuglog.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+
+namespace {
+
+std::size_t adapter() {
+    return static_cast<std::size_t>(currentAdapter);
+}
+
+std::uint8_t link() {
+    return static_cast<std::uint8_t>(currentAdapter);
+}
+
+// The channel of one run through the services. 0: nothing is sent.
+class ApplyChannel {
+  public:
+    ApplyChannel() {
+        int opened = 0;
+        const bool open = dai_open(0, O_RDWR, opened) == 0;
+        if (!open && ioctlDesc)
+            tvlog << "Cannot open the driver to apply changes: " << std::strerror(errno) << std::endl;
+        descriptor_ = open ? opened : 0;
+    }
+    ~ApplyChannel() { dai_close(0, descriptor_); }
+    ApplyChannel(const ApplyChannel&) = delete;
+    ApplyChannel& operator=(const ApplyChannel&) = delete;
+
+    // The driver takes part: it was there at start-up, and can be written to now.
+    explicit operator bool() const { return ioctlDesc && descriptor_; }
+    int descriptor() const { return descriptor_; }
+
+  private:
+    int descriptor_ = 0;
+};
+
+// A driver that has let one request of a service time out gets no more of them: each would hold the window up for
+// as long again.
+bool hangs(const reqParam& request, int result) {
+    if (result == 0 || !request.timedOut()) return false;
+    tvlog << "The driver does not answer; nothing more is sent for this service" << std::endl;
+    return true;
+}
+
+void applyLec(const ApplyChannel& channel, std::size_t m) {
+    AtmLEC& record = atmDevices.lec[adapter()][m];
+    record = xferBuffer[m];
+    if (prevLecBuffer[m] == xferBuffer[m]) return;
+    tvlog << "Lec" << m << " data changed" << std::endl;
+    if (!channel) return;
+    LecControl request(channel.descriptor(), link());
+    const auto unit = static_cast<std::uint8_t>(m);
+    if (!record.enabled) {
+        request.stop(unit);
+        return;
+    }
+    // The restart takes the client's PVCs away.
+    if (hangs(request, request.start(unit, record))) return;
+    for (const AtmBridgedPvc& pvc : record.pvcs)
+        if (hangs(request, request.changePvc(unit, PvcChange::add, pvc))) return;
+}
+
+void applyLes(const ApplyChannel& channel, std::size_t m) {
+    AtmLES& record = atmDevices.les[adapter()][m];
+    record = lesXferBuffer[m];
+    if (sameSettings(prevLesBuffer[m], lesXferBuffer[m])) return;
+    tvlog << "Les" << m << " data changed" << std::endl;
+    if (!channel) return;
+    LesControl request(channel.descriptor(), link());
+    const auto unit = static_cast<std::uint8_t>(m);
+    if (!hangs(request, request.stop(unit)) && record.enabled) request.start(unit, record);
+}
+
+void applyLecs(const ApplyChannel& channel) {
+    AtmLECS& record = atmDevices.lecs[adapter()];
+    record = lecsXferBuffer;
+    if (prevLecsBuffer == lecsXferBuffer) return;
+    tvlog << "Lecs data changed" << std::endl;
+    if (!channel) return;
+    lecsRequest request(channel.descriptor(), link());
+    if (!record.enabled) {
+        request.disable();
+        return;
+    }
+    lecs_req settings;
+    settings = record;
+    if (hangs(request, request.enable(settings))) return;
+    std::uint8_t les = 0;
+    for (const AtmLES& server : atmDevices.les[adapter()]) {
+        for (const esiSelector& client : server.clients)
+            if (hangs(request, request.addClient(lecs_req::mapping(client, les)))) return;
+        ++les;
+    }
+}
+
+void applyIp1577(const ApplyChannel& channel) {
+    AtmIP1577& record = atmDevices.ip1577[adapter()];
+    record = ip1577XferBuffer;
+    if (prevIP1577Buffer == ip1577XferBuffer) return;
+    tvlog << "IP1577 data changed" << std::endl;
+    if (!channel) return;
+    IpControl request(channel.descriptor(), link());
+    if (!record.enabled) {
+        request.stop();
+        return;
+    }
+    if (hangs(request, request.start(record))) return;
+    for (const AtmRoutedPvc& pvc : record.pvcs)
+        if (hangs(request, request.changePvc(PvcChange::add, pvc))) return;
+}
+
+void applySignalling(const Warner& warn) {
+    atmDevices.sig[adapter()] = sigXferBuffer;
+    if (sameSettings(prevSigBuffer, sigXferBuffer)) return;
+    tvlog << "Signalling data changed" << std::endl;
+    warn("Signalling parameters changed!\nYou will need to manually restart signalling.",
+         "Configuration Change");
+}
+
+}  // namespace
+
+void MapDataToXferBuffer() {
+    const std::size_t a = adapter();
+    for (std::size_t m = 0; m < xferBuffer.size(); ++m)
+        prevLecBuffer[m] = xferBuffer[m] = atmDevices.lec[a][m];
+    for (std::size_t m = 0; m < lesXferBuffer.size(); ++m)
+        prevLesBuffer[m] = lesXferBuffer[m] = atmDevices.les[a][m];
+    prevLecsBuffer = lecsXferBuffer = atmDevices.lecs[a];
+    prevIP1577Buffer = ip1577XferBuffer = atmDevices.ip1577[a];
+    prevSigBuffer = sigXferBuffer = atmDevices.sig[a];
+}
+
+void MapXferBufferToData(const Warner& warn) {
+    const ApplyChannel channel;
+    for (std::size_t m = 0; m < xferBuffer.size(); ++m) applyLec(channel, m);
+    for (std::size_t m = 0; m < lesXferBuffer.size(); ++m) applyLes(channel, m);
+    applyLecs(channel);
+    applyIp1577(channel);
+    applySignalling(warn);
+}
+
+void MapXferBufferPVCsToData() {
+    for (std::size_t m = 0; m < xferBuffer.size(); ++m)
+        atmDevices.lec[adapter()][m].pvcs = xferBuffer[m].pvcs;
+    atmDevices.ip1577[adapter()].pvcs = ip1577XferBuffer.pvcs;
+}
+
+void MapXferBufferELANsToData() {
+    for (std::size_t m = 0; m < lesXferBuffer.size(); ++m)
+        atmDevices.les[adapter()][m].clients = lesXferBuffer[m].clients;
+}

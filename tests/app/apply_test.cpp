@@ -1,0 +1,194 @@
+#include "app/apply.h"
+
+#include "driver/dai_api.h"
+#include "model/settings.h"
+#include "model/tvdatbuf.h"
+#include "tests/support/scripteddriver.h"
+
+#include <cerrno>
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+// Adapter 3 with everything enabled: client 3 has two PVCs, servers 1 and 3 have ELAN clients.
+class ApplyTest : public testing::Test {
+  protected:
+    ScriptedDriver driver;
+    LogCapture log;
+    std::string warnings;
+
+    void SetUp() override {
+        currentAdapter = 2;
+        ioctlDesc = 5;
+        atmDevices = AtmDevices();
+        driver.otherwise([](auto, Answer&) {});
+        for (AtmLEC& lec : atmDevices.lec[2]) lec.enabled = 1;
+        atmDevices.lec[2][2].pvcs = {{macAddress({1, 2, 3, 4, 5, 6}), 100, 1, 0, 0},
+                                     {macAddress(), 101, 0, 1, 0}};
+        for (AtmLES& les : atmDevices.les[2]) les.enabled = 1;
+        atmDevices.les[2][0].clients = {esiSelector({1}), esiSelector({2})};
+        atmDevices.les[2][2].clients = {esiSelector({3})};
+        atmDevices.lecs[2].enabled = 1;
+        atmDevices.ip1577[2].enabled = 1;
+        atmDevices.ip1577[2].pvcs = {{ipAddress({10, 0, 0, 1}), 200, 1, 0, 0}};
+        MapDataToXferBuffer();
+        log.take();
+    }
+    void TearDown() override { ioctlDesc = 0; }
+
+    // Applies, and tells the requests as "prim.type.unit" and the warnings.
+    std::string apply() {
+        const std::size_t before = driver.requests().size();
+        warnings.clear();
+        MapXferBufferToData([this](const char* text, const char* title) {
+            warnings += fmt::format(" [{}] {}", title, text);
+        });
+        std::string sent;
+        for (std::size_t i = before; i < driver.requests().size(); ++i) {
+            const ByteVector& request = driver.requests()[i];
+            EXPECT_EQ(request[4], 2) << "the adapter's own index";
+            sent += fmt::format("{}{}.{}.{}", sent.empty() ? "" : " ", request[0], request[2], request[5]);
+        }
+        return sent + warnings;
+    }
+};
+
+const char signallingWarning[] =
+    " [Configuration Change] Signalling parameters changed!\nYou will need to manually restart signalling.";
+const char lecRestart[] = "17.1.2 17.3.2 17.3.2", lesRestart[] = "18.2.4 18.1.4";
+const char lecsRestart[] = "19.2.0 19.1.0 19.5.0 19.3.0 19.3.0 19.3.0", ipRestart[] = "65.1.0 65.4.0";
+
+// A change of one field only: what is sent for it.
+struct Change {
+    const char* field;
+    void (*make)();
+    const char* sent;
+};
+#define CHANGE(expression) #expression, [] { expression; }
+const Change changes[] = {
+    {"none", [] {}, ""},
+    {CHANGE(xferBuffer[2].elanName = "x"), lecRestart},
+    {CHANGE(xferBuffer[2].networkPrefix = "47112233445566778899aabbcc"), lecRestart},
+    {CHANGE(xferBuffer[2].esiSelector = "00a03e00000107"), lecRestart},
+    {CHANGE(xferBuffer[2].l3Mtu = 9000), lecRestart},
+    {CHANGE(xferBuffer[2].useLecs = 0), lecRestart},
+    {CHANGE(xferBuffer[2].enabled = 0), "17.2.2"},
+    {CHANGE(xferBuffer[2].pvcOnly = 1), lecRestart},
+    {CHANGE(xferBuffer[2].mtuPosition = 2), lecRestart},
+    {CHANGE(xferBuffer[2].elanType = 0), lecRestart},
+    {CHANGE(xferBuffer[2].macText = "x"), ""},
+    {CHANGE(xferBuffer[2].pvcs.clear()), ""},
+    {CHANGE(lesXferBuffer[4].mtuPosition = 1), lesRestart},
+    {CHANGE(lesXferBuffer[4].enabled = 0), "18.2.4"},
+    {CHANGE(lesXferBuffer[4].strictMtu = 1), lesRestart},
+    {CHANGE(lesXferBuffer[4].strictName = 1), lesRestart},
+    {CHANGE(lesXferBuffer[4].elanType = 0), lesRestart},
+    {CHANGE(lesXferBuffer[4].elanName = "x"), lesRestart},
+    {CHANGE(lesXferBuffer[4].clients = {esiSelector({9})}), ""},
+    {CHANGE(lecsXferBuffer.etherMtuPosition = 1), lecsRestart},
+    {CHANGE(lecsXferBuffer.tokenRingMtuPosition = 1), lecsRestart},
+    {CHANGE(lecsXferBuffer.enabled = 0), "19.2.0"},
+    {CHANGE(lecsXferBuffer.elanType = 2), lecsRestart},
+    {CHANGE(lecsXferBuffer.networkPrefix = "47112233445566778899aabbcc"), lecsRestart},
+    {CHANGE(lecsXferBuffer.esiSelector = "00a03e00000107"), lecsRestart},
+    {CHANGE(ip1577XferBuffer.enabled = 0), "65.2.0"},
+    {CHANGE(ip1577XferBuffer.pvcOnly = 1), ipRestart},
+    {CHANGE(ip1577XferBuffer.arpServerHere ^= 1), ipRestart},
+    {CHANGE(ip1577XferBuffer.networkPrefix = "47112233445566778899aabbcc"), ipRestart},
+    {CHANGE(ip1577XferBuffer.esiSelector = "00a03e00000107"), ipRestart},
+    {CHANGE(ip1577XferBuffer.serverIp = "10.0.0.1"), ipRestart},
+    {CHANGE(ip1577XferBuffer.ip = "10.0.0.1"), ipRestart},
+    {CHANGE(ip1577XferBuffer.subnetMask = "255.0.0.0"), ipRestart},
+    {CHANGE(ip1577XferBuffer.pvcs.clear()), ""},
+    {CHANGE(sigXferBuffer.uniPosition = 1), signallingWarning},
+    {CHANGE(sigXferBuffer.addressRegistration = 0), signallingWarning},
+    {CHANGE(sigXferBuffer.portChangeDetect = 0), signallingWarning},
+    {CHANGE(sigXferBuffer.registerOtherPrefixes = 0), signallingWarning},
+    {CHANGE(sigXferBuffer.networkPrefix = "47112233445566778899aabbcc"), signallingWarning},
+};
+#undef CHANGE
+
+TEST_F(ApplyTest, AChangeOfOneFieldSendsWhatItsServiceNeedsAndNothingElse) {
+    for (const Change& change : changes) {
+        SetUp();
+        change.make();
+        EXPECT_EQ(apply(), change.sent) << change.field;
+        MapDataToXferBuffer();
+        EXPECT_EQ(apply(), "") << "taken over: " << change.field;
+    }
+}
+
+TEST_F(ApplyTest, RecordsTakeEverythingAndTheLogNamesWhatChanged) {
+    xferBuffer[2].l3Mtu = 9000;
+    xferBuffer[3].pvcs = {{macAddress({1}), 7, 0, 0, 25}};
+    lesXferBuffer[4].elanName = "sales";
+    lecsXferBuffer.enabled = 0;
+    ip1577XferBuffer.ip = "10.0.0.1";
+    sigXferBuffer.uniPosition = 1;
+    apply();
+    const std::string text = log.take();
+    for (const char* line : {"Lec2 data changed\n", "Les4 data changed\n", "Lecs data changed\n",
+                             "IP1577 data changed\n", "Signalling data changed\n"})
+        EXPECT_NE(text.find(line), std::string::npos) << line;
+    EXPECT_EQ(text.find("Lec3 data changed"), std::string::npos);
+    EXPECT_EQ(atmDevices.lec[2][2].l3Mtu, 9000);
+    EXPECT_EQ(atmDevices.lec[2][3].pvcs.at(0).rate, 25);
+    EXPECT_EQ(atmDevices.les[2][4].elanName.view(), "sales");
+    EXPECT_EQ(atmDevices.lecs[2].enabled, 0);
+    EXPECT_EQ(atmDevices.ip1577[2].ip.view(), "10.0.0.1");
+    EXPECT_EQ(atmDevices.sig[2].uniRevision, 31);
+    EXPECT_EQ(driver.opened().back(), "/dev/li 2");
+    EXPECT_EQ(driver.closed().size(), 1U);
+}
+
+// What the driver does changes neither the rest of the sequence nor the records.
+TEST_F(ApplyTest, ADriverThatRefusesHangsOrIsNotThereChangesNothingElse) {
+    const struct {
+        const char* name;
+        void (*prepare)(ScriptedDriver&);
+        std::size_t requests;
+    } drivers[] = {
+        {"refuses", [](ScriptedDriver& d) { d.otherwise([](auto, Answer& a) { a.resp(5); }); }, 12},
+        {"hangs", [](ScriptedDriver& d) { d.otherwise([](auto, Answer& a) { a.error(ETIME); }); }, 4},
+        {"was not there at start-up", [](ScriptedDriver&) { ioctlDesc = 0; }, 0},
+        {"cannot be opened now", [](ScriptedDriver& d) { d.failCall(1, EACCES); }, 0},
+    };
+    for (const auto& d : drivers) {
+        SetUp();
+        d.prepare(driver);
+        xferBuffer[2].elanName = "x";
+        lesXferBuffer[4].elanName = "y";
+        lecsXferBuffer.etherMtuPosition = 2;
+        ip1577XferBuffer.subnetMask = "255.0.0.0";
+        sigXferBuffer.uniPosition = 1;
+        const std::size_t before = driver.requests().size();
+        apply();
+        EXPECT_EQ(driver.requests().size() - before, d.requests) << d.name;
+        EXPECT_EQ(atmDevices.lec[2][2].elanName.view(), "x") << d.name;
+        EXPECT_EQ(atmDevices.lecs[2].etherMtuClass, 3) << d.name;
+        EXPECT_EQ(warnings, signallingWarning) << d.name;
+        const std::string text = log.take();
+        EXPECT_NE(text.find("Lec2 data changed"), std::string::npos) << d.name;
+    }
+}
+
+TEST_F(ApplyTest, CancelTakesOverTheListsOnly) {
+    xferBuffer[1].pvcs = {{macAddress({1}), 7, 0, 0, 25}};
+    xferBuffer[1].elanName = "x";
+    lesXferBuffer[7].clients = {esiSelector({9})};
+    lesXferBuffer[7].elanName = "y";
+    ip1577XferBuffer.pvcs.clear();
+    ip1577XferBuffer.ip = "10.0.0.1";
+    MapXferBufferPVCsToData();
+    MapXferBufferELANsToData();
+    EXPECT_EQ(atmDevices.lec[2][1].pvcs.at(0).vci, 7);
+    EXPECT_EQ(atmDevices.les[2][7].clients.at(0), esiSelector({9}));
+    EXPECT_TRUE(atmDevices.ip1577[2].pvcs.empty());
+    EXPECT_EQ(atmDevices.lec[2][1].elanName.view(), "");
+    EXPECT_EQ(atmDevices.les[2][7].elanName.view(), "");
+    EXPECT_EQ(atmDevices.ip1577[2].ip.view(), AtmIP1577().ip.view());
+    EXPECT_TRUE(driver.requests().empty());
+}
+
+}  // namespace
