@@ -1,5 +1,6 @@
 #include "app/maindlg.h"
 
+#include "app/apply.h"
 #include "driver/dai_api.h"
 #include "model/settings.h"
 #include "platform/user.h"
@@ -7,6 +8,7 @@
 #include "toolkit/edit.h"
 #include "toolkit/listbox.h"
 #include "toolkit/messagebox.h"
+#include "ui/config/confdlg.h"
 
 #include <algorithm>
 
@@ -14,6 +16,14 @@ namespace {
 
 constexpr int readOnly = 0;
 constexpr int lastAdapter = 3;
+
+// What the user has to know when files and driver have come apart.
+std::string notSaved(const std::vector<SaveFailure>& failures) {
+    std::string text = "Unable to save the configuration:\n\n";
+    for (const SaveFailure& failure : failures) text += failure.file + ": " + failure.reason + "\n";
+    return text + (ioctlDesc ? "\nThe running driver has the change, the file has not."
+                             : "\nThe change is not in the file.");
+}
 
 }  // namespace
 
@@ -83,9 +93,27 @@ void DMainDlg::clickedSetupBTN() {
         return;
     }
     if (!ioctlDesc) warn("Atm Driver Not Loaded. \nNo dynamic configuration available!", "Driver Error");
-    zMessageBox(application(), shell(), zMessageStyle::information,
-                "This version lists the adapters and reads their\nconfiguration; it cannot change it yet.",
-                "Setup");
+    configure();
+}
+
+void DMainDlg::configure() {
+    bool saved = true;
+    {
+        MapDataToXferBuffer();
+        DConfigDlg dialog(*this);
+        dialog.runModal();
+        setCursor(zWatchCursor);
+        if (dialog.okFlag()) {
+            MapXferBufferToData([this](const char* text, const char* title) { warn(text, title); });
+            if (editor_) saved = editor_->WriteLink(currentAdapter);
+        } else {
+            MapXferBufferPVCsToData();
+            MapXferBufferELANsToData();
+            if (editor_) saved = editor_->WriteLists(currentAdapter);
+        }
+        setCursor(zArrowCursor);
+    }
+    if (!saved) warn(notSaved(editor_->failures()).c_str(), "Configuration Error");
 }
 
 void DMainDlg::clickedCloseBTN() {

@@ -8,6 +8,7 @@
 #include "toolkit/listbox.h"
 #include "toolkit/notebook.h"
 #include "toolkit/statics.h"
+#include "toolkit/table.h"
 #include "toolkit/tabstrip.h"
 
 #include <Xm/Xm.h>
@@ -67,7 +68,7 @@ std::unique_ptr<zControl> zControl::create(Widget board, const zDialogUnits& uni
     case zKind::notebook:
         return std::make_unique<zNotebook>(board, place, row);
     case zKind::table:
-        return nullptr;
+        return std::make_unique<zTable>(board, place, row);
     case zKind::frame:
         return std::make_unique<zFrame>(board, place, row);
     }

@@ -1,116 +1,14 @@
 #include <gtest/gtest.h>  // before the window system's macros
 
-#include "app/maindlg.h"
+#include "tests/e2e/programtest.h"
+
 #include "app/routine.h"
 #include "driver/dai_api.h"
-#include "model/settings.h"
-#include "model/tvdatbuf.h"
-#include "platform/user.h"
-#include "resources/pictures.h"
-#include "tests/e2e/xsupport.h"
-#include "tests/support/simulator.h"
-#include "tests/support/temproot.h"
-#include "toolkit/button.h"
 #include "toolkit/edit.h"
-#include "toolkit/listbox.h"
 
-#include <X11/Intrinsic.h>
 #include <chrono>
-#include <memory>
-#include <optional>
 
-namespace {
-
-// The widget library remembers its first display for good: one for all tests of the process.
-struct Desk {
-    XServer server;
-    zApplication application{"tarvolin", "Tarvolin", {}, fallbackResources};
-    bool open = application.openDisplay();
-};
-
-Desk& desk() {
-    static Desk instance;
-    return instance;
-}
-
-class MainWindowTest : public testing::Test {
-  protected:
-    TempRoot root;
-    zApplication& application = desk().application;
-    std::optional<XUser> user;
-    std::optional<Simulator> simulator;
-    std::optional<DMainDlg> window;
-
-    void SetUp() override {
-        ASSERT_TRUE(desk().open);
-        zSetPictures(programPictures());
-        platform::pretendSuperUser(true);
-        atmDevices = AtmDevices();
-        writeSampleConfiguration(root);
-        user.emplace(application);
-    }
-
-    void TearDown() override {
-        window.reset();
-        platform::pretendSuperUser({});
-    }
-
-    void start(const std::vector<std::string>& options, const std::vector<std::string>& commands = {}) {
-        simulator.emplace(options);
-        for (const std::string& command : commands) simulator->ctl(command);
-        openWindow();
-    }
-
-    void openWindow() {
-        window.emplace(application, mainLayout);
-        ASSERT_TRUE(user->until([&] { return user->shellTitled("Tarvolin v2.0") != nullptr; }));
-        user->focus(window->shell());
-    }
-
-    zListBox& list() { return window->control<zListBox>(interfaceLB); }
-
-    std::vector<std::string> lines() {
-        std::vector<std::string> all;
-        for (int i = 0; i < list().count(); ++i) all.push_back(list().line(i));
-        return all;
-    }
-
-    // Makes the user dismiss every box with Return, noting its title, for as long as the result is held.
-    using Titles = std::shared_ptr<std::vector<std::string>>;
-    Titles dismissBoxes() {
-        auto titles = std::make_shared<std::vector<std::string>>();
-        dismissNext(titles, nullptr);
-        return titles;
-    }
-
-    void dismissNext(std::weak_ptr<std::vector<std::string>> titles, Widget last) {
-        const auto box = [this, last] {
-            const Widget found = user->widget("messageBox");
-            return found && XtParent(found) != last ? XtParent(found) : nullptr;
-        };
-        user->when([titles, box] { return titles.expired() || box(); },
-                   [this, titles, box] {
-                       const auto held = titles.lock();
-                       if (!held) return;
-                       const Widget shell = box();
-                       for (const char* title : {"Privilege Error", "Driver Error", "Setup"})
-                           if (user->shellTitled(title) == shell) held->push_back(title);
-                       dismissNext(titles, shell);
-                       user->focus(shell);
-                       user->key("Return");
-                   });
-    }
-
-    // The titles of the boxes that a press brings up.
-    std::vector<std::string> boxesOf(const std::function<void()>& press) {
-        const Titles titles = dismissBoxes();
-        press();
-        user->settle();
-        return *titles;
-    }
-};
-
-}  // namespace
+using MainWindowTest = ProgramTest;
 
 TEST_F(MainWindowTest, ListsTheAdaptersOfTheDriverWithTheirAddressesAndItsVersion) {
     start({"--frozen", "--adapters", "1,2,3,4"});
@@ -156,10 +54,8 @@ TEST_F(MainWindowTest, WithoutADriverSetupWarnsOncePerPressAndTheConfigurationIs
     EXPECT_EQ(window->control<zEdit>(driverVersionED).text(), "");
     EXPECT_EQ(atmDevices.lec[0][0].enabled, 1);
     for (int press = 0; press < 2; ++press) {
-        const auto boxes = boxesOf([&] { user->click(user->widget("id585")); });
-        ASSERT_FALSE(boxes.empty());
-        EXPECT_EQ(boxes.front(), "Driver Error");
-        EXPECT_EQ(std::count(boxes.begin(), boxes.end(), "Driver Error"), 1);
+        const auto boxes = boxesOf([&] { configure([&] { user->key("Escape"); }); });
+        EXPECT_EQ(boxes, std::vector<std::string>{"Driver Error"});
     }
 }
 

@@ -110,8 +110,7 @@ TEST(Process, SignalsAndALostServerAreSaidInOneLineAndLeaveNoTemporaryCopy) {
         XServer server;
         Simulator simulator({"--frozen", "--adapters", "1"});
         Tool tool(root, {});
-        for (int i = 0; i < 500 && simulator.ctl("log all").find("adapter.mac") == std::string::npos;
-             ++i)
+        for (int i = 0; i < 500 && simulator.ctl("log all").find("adapter.mac") == std::string::npos; ++i)
             std::this_thread::sleep_for(std::chrono::milliseconds(20));
         std::this_thread::sleep_for(std::chrono::milliseconds(300));  // it shows its window
         if (c.signal)

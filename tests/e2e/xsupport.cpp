@@ -5,6 +5,7 @@
 #include <X11/StringDefs.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
+#include <Xm/Xm.h>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -109,12 +110,21 @@ void XUser::pointAt(Widget target) {
     settle();
 }
 
-void XUser::key(const char* name) {
-    const KeyCode code = XKeysymToKeycode(display_, XStringToKeysym(name));
-    XTestFakeKeyEvent(display_, code, True, 0);
-    XTestFakeKeyEvent(display_, code, False, 0);
+void XUser::key(const char* name, const char* held) {
+    const auto code = [this](const char* key) { return XKeysymToKeycode(display_, XStringToKeysym(key)); };
+    if (held) XTestFakeKeyEvent(display_, code(held), True, 0);
+    XTestFakeKeyEvent(display_, code(name), True, 0);
+    XTestFakeKeyEvent(display_, code(name), False, 0);
+    if (held) XTestFakeKeyEvent(display_, code(held), False, 0);
     XSync(display_, False);
     settle();
+}
+
+void XUser::type(std::string_view text) {
+    for (const char c : text) {
+        const char name[] = {c, '\0'};
+        key(c == '-' ? "minus" : c == '.' ? "period" : name);
+    }
 }
 
 void XUser::focus(Widget shell) {
@@ -172,13 +182,33 @@ Widget XUser::widget(const std::string& name) const {
     return nullptr;
 }
 
+std::string XUser::titleOf(Widget shell) {
+    char* name = nullptr;
+    if (!XFetchName(XtDisplay(shell), XtWindow(shell), &name) || !name) return {};
+    std::string title = name;
+    XFree(name);
+    return title;
+}
+
 Widget XUser::shellTitled(const std::string& title) const {
-    for (const Widget shell : mappedShells(application_)) {
-        char* name = nullptr;
-        if (!XFetchName(programDisplay(application_), XtWindow(shell), &name) || !name) continue;
-        const bool same = title == name;
-        XFree(name);
-        if (same) return shell;
-    }
+    for (const Widget shell : mappedShells(application_))
+        if (titleOf(shell) == title) return shell;
     return nullptr;
+}
+
+Widget XUser::shellLike(const std::string& beginning) const {
+    for (const Widget shell : mappedShells(application_))
+        if (titleOf(shell).starts_with(beginning)) return shell;
+    return nullptr;
+}
+
+std::string XUser::messageOf(Widget shell) {
+    XmString message = nullptr;
+    XtVaGetValues(XtNameToWidget(shell, "messageBox"), XmNmessageString, &message, nullptr);
+    char* text = static_cast<char*>(
+        XmStringUnparse(message, nullptr, XmCHARSET_TEXT, XmCHARSET_TEXT, nullptr, 0, XmOUTPUT_ALL));
+    std::string result = text ? text : "";
+    XtFree(text);
+    XmStringFree(message);
+    return result;
 }

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <sys/types.h>
 
 struct _XDisplay;
@@ -39,8 +40,10 @@ class XUser {
     void click(Widget target, int times = 1);  // the middle
     void clickAt(Widget target, int x, int y, int times = 1);
     void pointAt(Widget target);
-    void key(const char* name);  // as in keysymdef.h: "Return", "Tab", "a"
-    void focus(Widget shell);    // there is no window manager to do it
+    // A key, named as in keysymdef.h ("Return", "Tab", "a"), with "Control_L" or another one held.
+    void key(const char* name, const char* held = nullptr);
+    void type(std::string_view text);  // lower case letters, digits, '-' and '.'
+    void focus(Widget shell);          // there is no window manager to do it
 
     // Runs the event loop until the condition holds; false after `seconds`.
     bool until(const std::function<bool()>& condition, double seconds = 10) const;
@@ -51,6 +54,9 @@ class XUser {
 
     // The mapped shell with this title, or null.
     Widget shellTitled(const std::string& title) const;
+    Widget shellLike(const std::string& beginning) const;  // whose title begins so
+    static std::string titleOf(Widget shell);
+    static std::string messageOf(Widget shell);  // the text of a message box
 
   private:
     struct Watch;

@@ -1,0 +1,128 @@
+// The whole program on a display of its own, with a simulated driver and a configuration below a root of its own.
+// Include it after gtest: it brings the window system's macros.
+#pragma once
+
+#include "app/maindlg.h"
+#include "model/settings.h"
+#include "model/tvdatbuf.h"
+#include "platform/user.h"
+#include "resources/pictures.h"
+#include "tests/e2e/xsupport.h"
+#include "tests/support/simulator.h"
+#include "tests/support/temproot.h"
+#include "toolkit/button.h"
+#include "toolkit/listbox.h"
+
+#include <X11/Intrinsic.h>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+// The widget library remembers its first display for good: one for all tests of the process.
+struct ProgramDesk {
+    XServer server;
+    zApplication application{"tarvolin", "Tarvolin", {}, fallbackResources};
+    bool open = application.openDisplay();
+
+    static ProgramDesk& instance() {
+        static ProgramDesk desk;
+        return desk;
+    }
+};
+
+class ProgramTest : public testing::Test {
+  protected:
+    TempRoot root;
+    zApplication& application = ProgramDesk::instance().application;
+    std::optional<XUser> user;
+    std::optional<Simulator> simulator;
+    std::optional<DMainDlg> window;
+
+    void SetUp() override {
+        ASSERT_TRUE(ProgramDesk::instance().open);
+        zSetPictures(programPictures());
+        platform::pretendSuperUser(true);
+        atmDevices = AtmDevices();
+        writeSampleConfiguration(root);
+        user.emplace(application);
+    }
+
+    void TearDown() override {
+        window.reset();
+        platform::pretendSuperUser({});
+    }
+
+    void start(const std::vector<std::string>& options, const std::vector<std::string>& commands = {}) {
+        simulator.emplace(options);
+        for (const std::string& command : commands) simulator->ctl(command);
+        openWindow();
+    }
+
+    void openWindow() {
+        window.emplace(application, mainLayout);
+        ASSERT_TRUE(user->until([&] { return user->shellTitled("Tarvolin v2.0") != nullptr; }));
+        user->focus(window->shell());
+    }
+
+    zListBox& list() { return window->control<zListBox>(interfaceLB); }
+
+    std::vector<std::string> lines() {
+        std::vector<std::string> all;
+        for (int i = 0; i < list().count(); ++i) all.push_back(list().line(i));
+        return all;
+    }
+
+    // The titles of the message boxes that come up during an action; each is dismissed with the key.
+    std::vector<std::string> boxesOf(const std::function<void()>& action, const char* key = "Return") {
+        const auto titles = std::make_shared<std::vector<std::string>>();
+        boxText.clear();
+        dismissNext(titles, nullptr, key);
+        action();
+        user->settle();
+        return *titles;
+    }
+    std::string boxText;  // of the last one
+
+    // Presses Setup and does the session's steps in the configuration dialog, which they have to close.
+    void configure(const std::function<void()>& session) {
+        bool done = false;
+        inDialog("Setup ", [&] {
+            session();
+            done = true;
+        });
+        user->click(window->control<zBitmapButton>(setupBTN).widget());
+        ASSERT_TRUE(done) << "the dialog did not come up";
+    }
+
+    // Does the steps as soon as there is a window whose title begins so.
+    void inDialog(const std::string& title, const std::function<void()>& steps) {
+        const auto shell = [this, title] { return user->shellLike(title); };
+        user->when([shell] { return shell() != nullptr; },
+                   [this, shell, steps] {
+                       user->focus(shell());
+                       steps();
+                   });
+    }
+
+  private:
+    using Titles = std::vector<std::string>;
+
+    void dismissNext(std::weak_ptr<Titles> titles, Widget last, const char* key) {
+        const auto box = [this, last] {
+            const Widget found = user->widget("messageBox");
+            return found && XtParent(found) != last ? XtParent(found) : nullptr;
+        };
+        user->when([titles, box] { return titles.expired() || box(); },
+                   [this, titles, box, key] {
+                       const auto held = titles.lock();
+                       if (!held) return;
+                       const Widget shell = box();
+                       held->push_back(XUser::titleOf(shell));
+                       boxText = user->messageOf(shell);
+                       dismissNext(titles, shell, key);
+                       user->focus(shell);
+                       user->key(key);
+                   });
+    }
+};

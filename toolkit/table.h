@@ -1,0 +1,81 @@
+// Tables: text cells to be read, with labels, scroll bars, and one active cell whose row is marked.
+//
+// Writing a text that stands there already costs nothing. What changed is painted when the current handler has
+// ended, each visible cell once, and nothing else. The active cell follows mouse and keyboard; Ctrl+C puts labels and
+// rows on the clipboard as text separated by tabs.
+#pragma once
+
+#include "toolkit/control.h"
+#include "toolkit/tablegrid.h"
+#include "toolkit/tablemodel.h"
+#include "toolkit/tablepaint.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class zTable : public zControl {
+  public:
+    zTable(Widget board, const zRect& place, const zControlRow& row);
+    ~zTable() override;
+
+    Widget outermost() const override { return container_; }
+    void enable(bool on) override;
+    void realized() override;
+
+    // See zTableModel. New columns are as wide as their labels.
+    const zTableModel& model() const { return model_; }
+    void resize(int columns, int rows);
+    bool setText(zTableLoc location, std::string_view text);
+
+    // Pixels. Column 0 is that of the row labels; it is not there at width 0.
+    void setColumnWidth(int column, int width);
+    void setAlignment(zAlign align);  // of the cells; labels are centred
+    void numberRows(bool on);         // the row labels are the numbers of the rows
+
+    void setFont(const std::string& pattern);  // see zTablePaint; widths stay as they are
+    int textWidth(std::string_view text) const { return paint_->textWidth(text); }
+    int textHeight() const { return paint_->textHeight(); }
+
+    // {0, 0}: none. Scrolls to it and calls no handler.
+    void setActiveCell(zTableLoc location);
+    zTableLoc activeCell() const { return active_; }
+
+    std::function<void()> onActiveChange;  // by the user
+
+    // What Ctrl+C copies: the column labels, if there are any, and the rows.
+    std::string tabSeparated() const;
+
+  private:
+    struct Handlers;
+
+    std::string textOf(zTableLoc location) const;
+    void arrange();
+    void updateScrollBars();
+    void scrollTo(int firstRow, int left);
+    void changed(zTableLoc location);
+    void changedRow(int row);
+    void changedAll();
+    void schedule();
+    void flush();
+    void paintCell(zTableLoc location);
+    void moveTo(zTableLoc location);
+    void copy(unsigned long time);
+
+    zRect place_;
+    Widget container_, frame_, vertical_, horizontal_;
+    std::unique_ptr<zTablePaint> paint_;
+    zTableModel model_;
+    zTableGrid grid_;
+    zTableLoc active_;
+    zAlign align_ = zAlign::right;
+    bool numbered_ = false;
+    bool focused_ = false;
+    bool realized_ = false;
+    bool allDirty_ = false;
+    std::vector<zTableLoc> dirty_;
+    unsigned long timer_ = 0;
+    std::string clipboard_;
+    bool ownsClipboard_ = false;
+};

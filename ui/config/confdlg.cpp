@@ -1,0 +1,70 @@
+#include "ui/config/confdlg.h"
+
+#include "driver/dai_api.h"
+#include "model/settings.h"
+#include "resources/pictureids.h"
+#include "toolkit/button.h"
+#include "ui/config/confids.h"
+
+#include <fcntl.h>
+
+namespace {
+
+constexpr std::size_t longestTitle = 63;
+
+constexpr zControlRow rows[] = {
+    {.id = pagesNB, .kind = zKind::notebook, .place = {4, 4, 292, 239}},
+    {.id = okBTN,
+     .kind = zKind::bitmapButton,
+     .place = {96, 250, 50, 18},
+     .text = "OK",
+     .picture = okBitmap,
+     .style = zDefaultButton},
+    {.id = cancelBTN,
+     .kind = zKind::bitmapButton,
+     .place = {154, 250, 50, 18},
+     .text = "Cancel",
+     .picture = cancelBitmap,
+     .style = zCancelButton},
+};
+
+constexpr zLayout layout{.id = 566,
+                         .name = "setup",
+                         .caption = "Setup",
+                         .width = 300,
+                         .height = 275,
+                         .font = {zFontRow::normal},
+                         .icon = programIcon,
+                         .rows = rows};
+
+}  // namespace
+
+DConfigDlg::DConfigDlg(zWindow& parent) : zFormDialog(parent, layout) {
+    parent.setCursor(zWatchCursor);
+    if (dai_open(0, O_RDWR, SetupIoctlDesc) != 0) SetupIoctlDesc = 0;
+
+    lecPage_ = std::make_unique<DConfigDlgLECPG>(*this, control<zNotebook>(pagesNB));
+    setTitle(("Setup " + dlgTitle).substr(0, longestTitle));
+    control<zBitmapButton>(okBTN).onClick = [this] { onOk(); };
+    control<zBitmapButton>(cancelBTN).onClick = [this] { onCancel(); };
+    onClose = [this] { onCancel(); };
+    parent.setCursor(zArrowCursor);
+}
+
+DConfigDlg::~DConfigDlg() {
+    if (SetupIoctlDesc) dai_close(0, SetupIoctlDesc);
+    SetupIoctlDesc = 0;
+}
+
+int DConfigDlg::onOk() {
+    okFlag_ = true;
+    lecPage_->storeDefaults(lecPage_->current());
+    endModal();
+    return 1;
+}
+
+int DConfigDlg::onCancel() {
+    okFlag_ = false;
+    endModal();
+    return 0;
+}

@@ -1,0 +1,60 @@
+// The "LEC..." page: the four LAN Emulation Clients, one at a time, with their bridged PVCs.
+#pragma once
+
+#include "driver/control.h"
+#include "model/tvdatbuf.h"
+#include "toolkit/notebook.h"
+#include "toolkit/window.h"
+#include "ui/config/fieldtable.h"
+#include "ui/mytable.h"
+
+#include <memory>
+#include <string>
+
+// The bridged PVCs of one client.
+class LECPGPvcTBL : public myTable {
+  public:
+    explicit LECPGPvcTBL(zTable& table);
+
+    // Shows the list of a client's buffer; its last row becomes the active one.
+    void Update(int lec);
+};
+
+class DConfigDlgLECPG {
+  public:
+    // Adds the page to the notebook of `dialog`, which must outlive it.
+    DConfigDlgLECPG(zFormDialog& dialog, zNotebook& notebook);
+
+    // `i`: a client, from 0.
+    void Setup(int i);
+    void setDefaults(int i);
+    void storeDefaults(int i);
+    void ToggleControls();
+
+    int current() const { return current_; }
+
+  private:
+    static const FieldRow<DConfigDlgLECPG, LECXferBuffer> fields[];
+
+    void clickedLECSRBGroup(int id);
+    void selChangeElanMTUCBO();
+    void selChangeLecTB(int next);
+    void clickedAddBTN();
+    void clickedModifyBTN();
+    void clickedDeleteBTN();
+
+    std::vector<AtmBridgedPvc>& pvcs() const;
+    AtmBridgedPvc* selectedPvc() const;
+    bool changePvc(const AtmBridgedPvc& pvc, PvcChange change);
+
+    zFormDialog& dialog_;
+    zBoard& board_;
+    std::unique_ptr<LECPGPvcTBL> table_;
+    std::unique_ptr<LecControl> control_;  // none without a driver channel
+    int current_ = 0;
+
+    std::string macText_, elanName_, networkPrefix_, esiSelector_;
+    unsigned l3Mtu_ = 0;
+    int choice_ = 0;  // id of the chosen button, LECS or LES
+    int enabled_ = 0, pvcOnly_ = 0, elanMtu_ = 0, elanType_ = 0;
+};

@@ -1,0 +1,16 @@
+// List edits of the configuration pages: the running driver first, the static configuration on consent.
+#pragma once
+
+#include "toolkit/window.h"
+
+#include <functional>
+
+// What the user is asked when the driver is not there or refuses.
+struct StaticQuestion {
+    const char* text;
+    const char* title;
+};
+
+// Sends the request, if there is a driver to send it to (an empty function: there is none). True when it
+// succeeded, or when the user agrees to change the static configuration only.
+bool dynamicOrStatic(zWindow& window, const std::function<int()>& request, const StaticQuestion& question);

@@ -1,0 +1,7 @@
+#include "ui/myedit.h"
+
+void myEdit::write(std::string_view text) {
+    if (text == written_) return;
+    written_ = text;
+    field_.setText(written_.substr(0, longest));
+}

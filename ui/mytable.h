@@ -1,0 +1,35 @@
+// Read-only tables of status values: text cells, right-aligned so that numbers line up.
+#pragma once
+
+#include "toolkit/table.h"
+
+#include <span>
+#include <string_view>
+
+class myTable {
+  public:
+    // Dresses a table of a layout; it must outlive this object.
+    explicit myTable(zTable& table);
+    virtual ~myTable() = default;
+
+    // The only way to write a cell. The text that stands already costs nothing; a cell that is not there yet is
+    // made.
+    void SetCellText(zTableLoc location, std::string_view text);
+
+    void resize(int columns, int rows);
+    void setActiveCell(zTableLoc location) { table_.setActiveCell(location); }
+    zTableLoc activeCell() const { return table_.activeCell(); }
+    zTable& table() const { return table_; }
+
+  protected:
+    // Labels of the columns, each as wide as its sample and a margin.
+    void setColumns(std::span<const char* const> labels, std::span<const char* const> samples);
+
+    // Numbers beside the rows, as wide as the sample.
+    void setRowNumbers(const char* sample);
+
+  private:
+    static constexpr int margin = 8;  // pixels, of a column beyond its sample
+
+    zTable& table_;
+};
