@@ -1,5 +1,6 @@
 #include "sim/control.h"
 
+#include "sim/controlrequests.h"
 #include "sim/fieldtext.h"
 #include "sim/place.h"
 #include "sim/show.h"
@@ -220,6 +221,8 @@ ControlReply listRequests(Control&, Words) {
     for (const Request& r : requests())
         reply.text += fmt::format("{:<16} Prim {:>3} Type {}\n", r.name, r.prim,
                                   r.type == anyType ? "any" : fmt::format("{}", r.type));
+    for (const ControlRequest& r : controlRequests())
+        reply.text += fmt::format("{:<16} Prim {:>3} Type {}\n", r.name, request(r.service).prim, r.type);
     return reply;
 }
 
