@@ -160,9 +160,7 @@ template <class Pvc> Resp changePvc(State& state, int adapter, int unit, const P
         circuits.erase(found->vci);
     } else if (same != list.end() && same != found)
         return Resp::DuplicatePvc;
-    Pvc changed = pvc;
-    changed.rate = found->rate;
-    *found = changed;
+    *found = pvc;
     return Resp::Ok;
 }
 

@@ -32,7 +32,7 @@ Resp deleteMapping(State& state, int adapter, const esiSelector& client);
 
 // PVCs of a running client, AtmBridgedPvc of an LEC and AtmRoutedPvc of the Classical IP client (unit 0). No
 // two PVCs of an adapter share a VCI, no two of a client an address. A change is about the PVC with this VCI,
-// or else the one to this address; only what requests carry is changed. A deletion names both.
+// or else the one to this address; a deletion names both.
 template <class Pvc> Resp addPvc(State& state, int adapter, int unit, const Pvc& pvc);
 template <class Pvc> Resp changePvc(State& state, int adapter, int unit, const Pvc& pvc);
 template <class Pvc> Resp deletePvc(State& state, int adapter, int unit, const Pvc& pvc);

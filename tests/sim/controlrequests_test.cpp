@@ -249,6 +249,8 @@ TEST(SimChanges, PvcsChange) {
         {17, 3, "00204000a1fe 6400 01 00 01 00",  // 100 is free again
          "00:20:40:00:a1:fe 100 1 1, 00:20:40:00:a1:02 101 1 0, 00:20:40:00:a1:ff 102 1 1"},
         {17, 4, "00204000a102 6500 00 00 00 00", "00:20:40:00:a1:fe 100 1 1, 00:20:40:00:a1:ff 102 1 1"},
+        {17, 3, "00204000a103 6500 00 00 00 00",  // and so is 101
+         "00:20:40:00:a1:fe 100 1 1, 00:20:40:00:a1:03 101 0 0, 00:20:40:00:a1:ff 102 1 1"},
         {65, 4, "0a010203 7700 00 00", "10.1.2.3 119 0, 192.168.10.200 120 1"},
         {65, 6, "0a010204 7700 01 00", "10.1.2.4 119 1, 192.168.10.200 120 1"},
         {65, 6, "0a010204 7900 00 00", "192.168.10.200 120 1, 10.1.2.4 121 0"},
@@ -307,9 +309,10 @@ TEST(SimChanges, ServersAndClassicalIp) {
                   fmt::format("10.1.2.3 255.255.0.0 10.1.2.4 "
                               "47:11:22:33:44:55:66:77:88:99:00:aa:bb:00:a0:3e:00:00:f1:07 {} 0",
                               pvcOnly[1] == '1' ? 5 : 1));
+        ASSERT_EQ(sim.resp(65, 4, 0, 0, "c0a80ac8 7800 01 00"), 0);  // as before the start, which dropped it
         sim.ctl("clock step 60");
         EXPECT_EQ(sim.values({"state ip 1 state"}), "5");
-        EXPECT_EQ(sim.values({"state ip 1 rows"}) == "0", pvcOnly[1] == '1');
+        EXPECT_EQ(sim.values({"state ip 1 rows"}) == "1", pvcOnly[1] == '1');
     }
     ASSERT_EQ(sim.resp(65, 2, 0, 0), 0);
     EXPECT_EQ(sim.values({"state ip 1 state", "state ip 1 rows"}), "0 0");
