@@ -24,6 +24,7 @@ void addSorted(std::string& text, std::vector<std::string> lines) {
 
 template <class Pvc> void addPvcs(std::string& text, std::string_view place, const std::vector<Pvc>& pvcs) {
     std::vector<std::string> lines;
+    lines.reserve(pvcs.size());
     for (const Pvc& pvc : pvcs) {
         // Zeros in front, so that the order of the texts is that of the numbers.
         std::string line = fmt::format("config {} pvc {:05}", place, pvc.vci);
@@ -36,6 +37,7 @@ template <class Pvc> void addPvcs(std::string& text, std::string_view place, con
 
 void addMappings(std::string& text, int adapter, const std::vector<Mapping>& mappings) {
     std::vector<std::string> lines;
+    lines.reserve(mappings.size());
     for (const Mapping& m : mappings)
         lines.push_back(fmt::format("config lecs {} mapping {} les {}.{}\n", adapter,
                                     m.client.GetF2EsiSelector(), adapter, m.les + 1));

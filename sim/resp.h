@@ -1,5 +1,5 @@
-// The response codes of refused requests. Small, and apart from the 201 to 207 that the caller's side makes of
-// system errors.
+// The response codes of refused requests. Small, and apart from the 201 to 207 that the caller's side makes
+// of system errors.
 #pragma once
 
 #include <cstdint>

@@ -227,7 +227,9 @@ void load(State& state) {
         lecs.loaded = true;
         for (int les = 0; les < lesCount; ++les) {
             enable(Service::Les, les);
-            for (const esiSelector& client : at(at(state.config().les, a), les).clients)
+            std::vector<esiSelector> clients;
+            clients.swap(at(at(state.config().les, a), les).clients);
+            for (const esiSelector& client : clients)
                 note(state, addMapping(state, a, {client, les}), a,
                      fmt::format("client {}", client.GetF2EsiSelector()));
         }

@@ -7,8 +7,8 @@
 
 namespace sim {
 
-// Below are the circuits of the standards (signalling, ILMI); above, the simulator's own switched circuits, so
-// that neither ever takes the other's. Four digits at most, as windows show them.
+// Below are the circuits of the standards (signalling, ILMI); above, the simulator's own switched circuits,
+// so that neither ever takes the other's. Four digits at most, as windows show them.
 constexpr std::uint16_t firstPvcVci = 32, lastPvcVci = 4999;
 
 // Starts or restarts with this configuration; PVCs of before are gone, they are added one by one.

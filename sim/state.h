@@ -48,7 +48,7 @@ class State {
     // the adapters are there. `seed` chooses rates, learned peers and their times.
     State(const AtmDevices& config, std::array<bool, adapterCount> present, std::uint64_t seed);
 
-    // The running configuration. A service that is not enabled has no lists.
+    // The running configuration. What is not enabled has no PVCs; the clients of servers are in `mappings`.
     const AtmDevices& config() const { return config_; }
     AtmDevices& config() { return config_; }
     bool present(int adapter) const {
