@@ -10,10 +10,6 @@ namespace sim {
 
 namespace {
 
-constexpr std::array<std::string_view, 8> respTexts = {
-    "ok",           "unknown primitive", "unknown type",     "no such adapter",
-    "no such unit", "wrong size",        "wrong row marker", "control requests are not available"};
-
 bool knownPrim(std::uint16_t prim) {
     return std::any_of(requests().begin(), requests().end(),
                        [&](const Request& r) { return r.prim == prim; });
@@ -25,7 +21,9 @@ const Request* find(const Header& header) {
     return nullptr;
 }
 
-bool sizeFits(const Request& request, const Header& header) {
+bool sizeFits(const Asked& asked, const Header& header) {
+    if (asked.control) return header.size == asked.control->size && header.szIO == asked.control->szIO;
+    const Request& request = *asked.request;
     if (header.szIO < headerSize || header.szIO > header.size) return false;
     const std::size_t data = header.size - headerSize;
     switch (request.shape) {
@@ -70,10 +68,6 @@ std::vector<std::uint8_t> tableReply(const State& state, const Request& request,
 
 }  // namespace
 
-std::string_view respText(std::uint16_t resp) {
-    return resp < respTexts.size() ? respTexts[resp] : resp == unansweredResp ? "left unanswered" : "forced";
-}
-
 void packFields(const Request& request, const Subject& subject, int row, Bytes out) {
     for (std::size_t i = 0; i < request.fields.size(); ++i) {
         const Field& field = request.fields[i];
@@ -89,36 +83,43 @@ void packFields(const Request& request, const Subject& subject, int row, Bytes o
     }
 }
 
-Answer answer(const State& state, const Caller& caller, ConstBytes message) {
+Asked identify(ConstBytes message) {
+    Asked asked;
+    if (message.size() < headerSize) return asked;
+    const Header header = readHeader(message);
+    asked.request = find(header);
+    if (asked.request && asked.request->shape == Shape::Control)
+        asked.control = controlRequest(asked.request->id, header.type);
+    return asked;
+}
+
+Answer answer(State& state, const Caller& caller, const Asked& asked, ConstBytes message) {
     Answer result;
-    if (message.size() < headerSize) {
+    if (message.size() < headerSize || readHeader(message).size != message.size()) {
         result.error = EINVAL;
         return result;
     }
     const Header header = readHeader(message);
-    result.request = find(header);
-    if (header.size != message.size()) {
-        result.error = EINVAL;
-        return result;
-    }
     const auto refuse = [&](Resp resp) {
         result.message = reply(header, resp, 0);
         return result;
     };
-    const Request* request = result.request;
+    const Request* request = asked.request;
     if (!request) return refuse(knownPrim(header.prim) ? Resp::UnknownType : Resp::UnknownPrim);
     if ((request->access == Access::Writer && !caller.writer) ||
         (request->access == Access::Privileged && !caller.privileged)) {
         result.error = EACCES;
         return result;
     }
+    if (request->shape == Shape::Control && !asked.control) return refuse(Resp::UnknownType);
     if (request->units > 0 && !state.present(header.link)) return refuse(Resp::NoAdapter);
     if (header.unit >= request->wireUnits) return refuse(Resp::NoUnit);
-    if (!sizeFits(*request, header)) return refuse(Resp::WrongSize);
+    if (!sizeFits(asked, header)) return refuse(Resp::WrongSize);
 
     switch (request->shape) {
     case Shape::Control:
-        return refuse(Resp::NotAvailable);
+        return refuse(
+            asked.control->run({state, header.link, header.unit, message.subspan(asked.control->header)}));
     case Shape::Table:
         result.message = tableReply(state, *request, header);
         return result;

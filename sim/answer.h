@@ -1,7 +1,8 @@
 // One message in, one reply out: the checks that a driver makes, and the packing of what it answers.
 #pragma once
 
-#include "sim/requests.h"
+#include "sim/controlrequests.h"
+#include "sim/resp.h"
 #include "sim/state.h"
 
 #include <string_view>
@@ -9,35 +10,28 @@
 
 namespace sim {
 
-constexpr std::uint16_t unansweredResp = 0xdead;  // what the caller puts into Resp before it asks
-
-// Response codes of refused requests. Small, and apart from the 201 to 207 that the caller's side makes of
-// system errors.
-enum class Resp : std::uint16_t {
-    Ok = 0,
-    UnknownPrim = 1,
-    UnknownType = 2,
-    NoAdapter = 3,
-    NoUnit = 4,
-    WrongSize = 5,
-    WrongRow = 6,      // RowM 0: rows count from 1
-    NotAvailable = 7,  // a control request, while the simulator answers queries only
-};
-std::string_view respText(std::uint16_t resp);
-
 struct Caller {
     bool privileged = false;
     bool writer = false;  // opened for reading and writing
 };
 
+// Which request a message is. Null where there is none such.
+struct Asked {
+    const Request* request = nullptr;
+    const ControlRequest* control = nullptr;  // of a request that changes the driver
+
+    // The most particular name; empty when there is no such request.
+    std::string_view name() const { return control ? control->name : request ? request->name : ""; }
+};
+Asked identify(ConstBytes message);
+
 struct Answer {
-    const Request* request = nullptr;  // null: no such request
-    int error = 0;                     // errno of the call; then there is no message
+    int error = 0;  // errno of the call; then there is no message
     std::vector<std::uint8_t> message;
 };
 
-// Never trusts `message`: any bytes of any length are answered or refused.
-Answer answer(const State& state, const Caller& caller, ConstBytes message);
+// Does what the message asks. Never trusts it: any bytes of any length are answered or refused.
+Answer answer(State& state, const Caller& caller, const Asked& asked, ConstBytes message);
 
 // The fields of one reply or row, forced values included; everything else of `out` is left alone.
 void packFields(const Request& request, const Subject& subject, int row, Bytes out);

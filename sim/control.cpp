@@ -1,5 +1,7 @@
 #include "sim/control.h"
 
+#include "sim/controlrequests.h"
+#include "sim/dump.h"
 #include "sim/fieldtext.h"
 #include "sim/place.h"
 #include "sim/show.h"
@@ -215,11 +217,19 @@ ControlReply show(Control& c, Words words) {
     return {true, false, showInstance(c.state, reader.targetName, reader.where)};
 }
 
+ControlReply dump(Control& c, Words words) {
+    if (words.empty()) return {true, false, dumpConfig(c.state) + dumpState(c.state)};
+    if (words[0] != "config") return refuse("dump takes nothing or config");
+    return {true, false, dumpConfig(c.state)};
+}
+
 ControlReply listRequests(Control&, Words) {
     ControlReply reply;
     for (const Request& r : requests())
         reply.text += fmt::format("{:<16} Prim {:>3} Type {}\n", r.name, r.prim,
                                   r.type == anyType ? "any" : fmt::format("{}", r.type));
+    for (const ControlRequest& r : controlRequests())
+        reply.text += fmt::format("{:<16} Prim {:>3} Type {}\n", r.name, request(r.service).prim, r.type);
     return reply;
 }
 
@@ -246,6 +256,9 @@ struct Command {
 constexpr Command commands[] = {
     {"show", "[TARGET [PLACE]]",
      "the state as text: all adapters in short, or every field and row of one instance", 2, show},
+    {"dump", "[config]",
+     "the whole state, a value in a line; or only what the files can hold, to compare two simulators", 1,
+     dump},
     {"get", "TARGET [PLACE] [row N] FIELD", "one field", 5, get},
     {"set", "TARGET [PLACE] [row N] FIELD VALUE", "force a field until it is unset: set lec 1.2 state 6", 6,
      set},

@@ -95,7 +95,7 @@ Outgoing Exchange::open(Session& session, std::int32_t id, std::int32_t flags) {
         error = EINVAL;
     else if (flags == readWrite && !session.caller.privileged)
         error = EACCES;
-    for (const Fault& fault : faults_.strike("open", "")) {
+    for (const Fault& fault : faults_.strike(std::array<std::string_view, 1>{"open"})) {
         switch (fault.damage) {
         case Damage::Errno:
             error = fault.arg;
@@ -126,19 +126,24 @@ Outgoing Exchange::open(Session& session, std::int32_t id, std::int32_t flags) {
 Outgoing Exchange::ioctl(Session& session, std::int32_t id, std::int32_t command, ConstBytes message) {
     state_.tick();
     Outgoing out;
+    const bool taken = session.opened && command == commandCode;
+    const Asked asked = taken ? identify(message) : Asked{};
+    std::vector<std::string_view> names;
+    if (asked.request) names = {asked.request->name, asked.request->target};
+    if (asked.control) names.push_back(asked.control->name);
+    const std::vector<Fault> struck = faults_.strike(names);
     Answer answered;
-    if (!session.opened || command != commandCode)
+    if (!taken)
         answered.error = EINVAL;
-    else
-        answered = answer(state_, session.caller, message);
+    else if (std::none_of(struck.begin(), struck.end(),
+                          [](const Fault& f) { return Faults::prevents(f.damage); }))
+        answered = answer(state_, session.caller, asked, message);
 
     Result result{id, answered.error, std::move(answered.message)};
     std::size_t limit = message.size();
     std::string damage;
     std::optional<Malform> malform;
     bool silent = false;
-    const auto struck = answered.request ? faults_.strike(answered.request->name, answered.request->target)
-                                         : faults_.strike("", "");
     const auto unanswered = [&](std::int32_t resp) {
         result.error = 0;
         result.message.assign(message.begin(), message.end());
@@ -177,7 +182,7 @@ Outgoing Exchange::ioctl(Session& session, std::int32_t id, std::int32_t command
         }
     }
     if (result.error) result.message.clear();
-    log_.asked(state_, session.number, answered.request, message, result.error, result.message, damage);
+    log_.asked(state_, session.number, asked.name(), message, result.error, result.message, damage);
     if (out.hangUp || silent) return out;
     if (result.message.size() > limit) result.message.resize(limit);
     if (malform)

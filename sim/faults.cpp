@@ -1,5 +1,7 @@
 #include "sim/faults.h"
 
+#include "sim/controlrequests.h"
+
 #include <algorithm>
 #include <fmt/core.h>
 
@@ -52,12 +54,10 @@ bool Faults::remove(int id) {
     return std::erase_if(faults_, [&](const Fault& f) { return f.id == id; }) > 0;
 }
 
-std::vector<Fault> Faults::strike(std::string_view name, std::string_view target) {
+std::vector<Fault> Faults::strike(std::span<const std::string_view> names) {
     std::vector<Fault> struck;
     for (Fault& fault : faults_) {
-        const bool mine = fault.kind == "any" || (!name.empty() && fault.kind == name) ||
-                          (!target.empty() && fault.kind == target);
-        if (!mine) continue;
+        if (fault.kind != "any" && std::find(names.begin(), names.end(), fault.kind) == names.end()) continue;
         ++fault.seen;
         if (fault.nth == 0 || fault.nth == fault.seen) struck.push_back(fault);
     }
@@ -68,7 +68,9 @@ std::vector<Fault> Faults::strike(std::string_view name, std::string_view target
 bool Faults::knownKind(std::string_view kind) {
     return kind == "any" || kind == "open" ||
            std::any_of(requests().begin(), requests().end(),
-                       [&](const Request& r) { return r.name == kind || r.target == kind; });
+                       [&](const Request& r) { return r.name == kind || r.target == kind; }) ||
+           std::any_of(controlRequests().begin(), controlRequests().end(),
+                       [&](const ControlRequest& r) { return r.name == kind; });
 }
 
 }  // namespace sim

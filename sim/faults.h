@@ -4,6 +4,7 @@
 #include "sim/requests.h"
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,7 +36,8 @@ std::span<const std::string_view> malformWords();  // by Malform
 
 struct Fault {
     int id = 0;
-    std::string kind;  // "any", "open", a target ("lec") or a request ("lec.state")
+    std::string
+        kind;  // "any", "open", a target ("lec") or a request ("lec.state", "lec.control", "lec.start")
     unsigned nth = 0;  // from now; 0: every one. An nth fault is gone when it has struck.
     Damage damage{};
     std::int32_t arg = 0;
@@ -51,9 +53,13 @@ class Faults {
     void clear() { faults_.clear(); }
     const std::vector<Fault>& all() const { return faults_; }
 
-    // Counts one request and returns the faults that strike it. `name` and `target` are empty for a request
-    // that is in no table.
-    std::vector<Fault> strike(std::string_view name, std::string_view target);
+    // Counts one request and returns the faults that strike it, by any of its names.
+    std::vector<Fault> strike(std::span<const std::string_view> names);
+
+    // Whether the driver does not even do what was asked.
+    static bool prevents(Damage damage) {
+        return damage == Damage::Resp || damage == Damage::Errno || damage == Damage::Dead;
+    }
 
     // Whether a fault of this kind can ever strike.
     static bool knownKind(std::string_view kind);

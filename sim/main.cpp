@@ -53,6 +53,7 @@ int serve(const Options& options) {
         fmt::print(stderr, "tvsim: without {} nothing is configured\n",
                    platform::hostPath(PdfEdit::parameterFile).text);
     sim::State state(devices, present, options.seed);
+    for (const std::string& line : state.leftOut) fmt::print(stderr, "tvsim: {}\n", line);
     if (options.frozen) state.clock().startFrozen();
     sim::Server server(state);
     if (const std::string reason = server.claim(); !reason.empty()) {
@@ -73,8 +74,8 @@ int serve(const Options& options) {
 int main(int argc, char** argv) {
     Options options;
     CLI::App app(
-        "Simulates the ATM driver of up to four adapters: binds the device /dev/li and answers every query\n"
-        "that the driver answers, with the configuration in /etc/atm/tvconf as it is at the start.\n"
+        "Simulates the ATM driver of up to four adapters: binds the device /dev/li and answers every\n"
+        "request that the driver answers, with the configuration in /etc/atm/tvconf as it is at the start.\n"
         "TARVOLIN_ROOT in the environment is put in front of these paths. Prints one line, \"ready\" and\n"
         "the device's path, once it listens; ends with SIGTERM, SIGINT, SIGHUP or \"tvsim ctl quit\".",
         "tvsim");

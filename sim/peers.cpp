@@ -1,5 +1,7 @@
 #include "sim/peers.h"
 
+#include "sim/services.h"
+
 #include <algorithm>
 #include <set>
 
@@ -7,10 +9,12 @@ namespace sim {
 
 namespace {
 
-// Switched circuits take their VCIs from these, apart from each other and from the low numbers that
-// administrators give to PVCs.
-constexpr unsigned lecVcis = 256, lecVcisEach = 128, ipVcis = 768, lesVcis = 1024, lesVcisEach = 512;
-constexpr unsigned spareVcis = 8192;
+// Switched circuits take their VCIs from these, apart from each other and from those of PVCs; four digits, as
+// windows show them.
+constexpr unsigned lecVcis = 5000, lecVcisEach = 128, ipVcis = 5512, lesVcis = 5768, lesVcisEach = 512;
+constexpr unsigned spareVcis = 10000;
+static_assert(lecVcis > lastPvcVci && lecVcis + lecCount * lecVcisEach <= ipVcis &&
+              lesVcis + lesCount * lesVcisEach <= spareVcis);
 constexpr unsigned firstLearned = 4;  // after the four circuits to the servers
 
 constexpr std::uint16_t signallingVci = 5, ilmiVci = 16;
@@ -75,10 +79,16 @@ Peer ipPeer(const State& state, int adapter, std::size_t index) {
     return peer;
 }
 
-Peer mapping(const MacBytes& esi, std::uint8_t selector, int les, std::uint16_t kind) {
+MacBytes esiOf(const esiSelector& client) {
+    MacBytes esi{};
+    std::copy_n(client.bytes().begin(), esi.size(), esi.begin());
+    return esi;
+}
+
+Peer mapping(const esiSelector& client, int les, std::uint16_t kind) {
     Peer peer;
-    peer.mac = esi;
-    peer.selector = selector;
+    peer.mac = esiOf(client);
+    peer.selector = client.bytes()[6];
     peer.les = static_cast<std::uint8_t>(les);
     peer.kind = kind;
     return peer;
@@ -93,6 +103,19 @@ template <class Make> void learn(const State& state, std::vector<Peer>& rows, st
     }
 }
 
+Millis pvcSince(const State& state, int adapter, std::uint16_t vci) {
+    const auto& all = state.pvcs[std::size_t(adapter)];
+    const auto found = all.find(vci);
+    return found == all.end() ? 0 : found->second;
+}
+
+bool ownClient(const State& state, const MacBytes& esi) {
+    for (int a = 0; a < adapterCount; ++a)
+        for (int lec = 0; lec < lecCount; ++lec)
+            if (state.present(a) && state.lecMac(a, lec) == esi) return true;
+    return false;
+}
+
 std::vector<Peer> lecRows(const State& state, int a, int lec) {
     std::vector<Peer> rows;
     if (state.code(Service::Lec, a, lec) == 0) return rows;
@@ -102,7 +125,7 @@ std::vector<Peer> lecRows(const State& state, int a, int lec) {
         peer.vci = pvc.vci;
         peer.kind = 0;
         peer.encapsulation = static_cast<std::uint8_t>(pvc.encapsulation);
-        peer.since = state.life(Service::Lec, a, lec).startedAt;
+        peer.since = pvcSince(state, a, pvc.vci);
         rows.push_back(peer);
     }
     if (state.up(Service::Lec, a, lec)) {
@@ -120,12 +143,10 @@ std::vector<Peer> lesRows(const State& state, int a, int les) {
         for (int lec = 0; lec < lecCount; ++lec)
             if (state.up(Service::Lec, owner, lec) && state.home(owner, lec).local == std::pair(a, les))
                 members.emplace_back(state.lecMac(owner, lec), 0);
-    for (const esiSelector& client : state.config().les[std::size_t(a)][std::size_t(les)].clients) {
-        MacBytes esi{};
-        std::copy_n(client.bytes().begin(), esi.size(), esi.begin());
-        if (std::none_of(members.begin(), members.end(), [&](const auto& m) { return m.first == esi; }))
-            members.emplace_back(esi, client.bytes()[6]);
-    }
+    // An own client is there when it has joined, mapped or not.
+    for (const Mapping& m : state.mappings[std::size_t(a)])
+        if (const MacBytes esi = esiOf(m.client); m.les == les && !ownClient(state, esi))
+            members.emplace_back(esi, m.client.bytes()[6]);
     const std::size_t strangers = 1 + state.hash({lesSalt, std::uint64_t(a), std::uint64_t(les), 0}) % 4;
     learn(state, rows, members.size() + strangers, [&](std::size_t i) {
         Peer peer = lesPeer(state, a, les, i);
@@ -141,19 +162,12 @@ std::vector<Peer> lesRows(const State& state, int a, int les) {
 std::vector<Peer> lecsRows(const State& state, int a) {
     std::vector<Peer> rows;
     if (!state.up(Service::Lecs, a, 0)) return rows;
-    for (int les = 0; les < lesCount; ++les)
-        for (const esiSelector& client : state.config().les[std::size_t(a)][std::size_t(les)].clients) {
-            MacBytes esi{};
-            std::copy_n(client.bytes().begin(), esi.size(), esi.begin());
-            rows.push_back(mapping(esi, client.bytes()[6], les, mappedKind));
-        }
+    for (const Mapping& m : state.mappings[std::size_t(a)])
+        rows.push_back(mapping(m.client, m.les, mappedKind));
     // Own clients that asked and were told a server are remembered for a while.
-    for (int lec = 0; lec < lecCount; ++lec) {
-        const State::Home home = state.home(a, lec);
-        if (state.up(Service::Lec, a, lec) && home.local && home.local->first == a &&
-            state.config().lec[std::size_t(a)][std::size_t(lec)].useLecs)
-            rows.push_back(mapping(state.lecMac(a, lec), 0, home.local->second, learnedKind));
-    }
+    for (int lec = 0; lec < lecCount; ++lec)
+        if (state.learned(a, lec))
+            rows.push_back(mapping(state.lecEsi(a, lec), state.home(a, lec).local->second, learnedKind));
     return rows;
 }
 
@@ -167,7 +181,7 @@ std::vector<Peer> ipPvcRows(const State& state, int a) {
         peer.kind = 0;
         peer.state = activeEntry;
         peer.encapsulation = static_cast<std::uint8_t>(pvc.encapsulation);
-        peer.since = state.life(Service::Ip, a, 0).startedAt;
+        peer.since = pvcSince(state, a, pvc.vci);
         rows.push_back(peer);
     }
     return rows;
@@ -260,8 +274,9 @@ Peer Rows::madeUp(std::size_t index) const {
         peer = lesPeer(state_, adapter_, unit_, index);
         break;
     case Rid::LecsTable:
-        peer = mapping(remoteMac(state_, lecsSalt, adapter_, 0, index), 0, static_cast<int>(index % lesCount),
-                       index % 3 ? mappedKind : learnedKind);
+        peer.mac = remoteMac(state_, lecsSalt, adapter_, 0, index);
+        peer.les = static_cast<std::uint8_t>(index % lesCount);
+        peer.kind = index % 3 ? mappedKind : learnedKind;
         break;
     case Rid::VcTable:
         peer.vci = vciFrom(spareVcis, index);

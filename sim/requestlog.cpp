@@ -1,6 +1,6 @@
 #include "sim/requestlog.h"
 
-#include "sim/answer.h"
+#include "sim/resp.h"
 
 #include <algorithm>
 #include <cstring>
@@ -43,9 +43,9 @@ void RequestLog::opened(const State& state, int connection, int flags, int error
         {});
 }
 
-void RequestLog::asked(const State& state, int connection, const Request* request, ConstBytes message,
+void RequestLog::asked(const State& state, int connection, std::string_view request, ConstBytes message,
                        int error, ConstBytes reply, const std::string& damage) {
-    std::string line(request ? request->name : "unknown");
+    std::string line(request.empty() ? "unknown" : request);
     ConstBytes input = message;
     if (message.size() >= headerSize) {
         const Header h = readHeader(message);

@@ -12,7 +12,8 @@ class RequestLog {
   public:
     void malformed(const State& state, int connection, ConstBytes packet);
     void opened(const State& state, int connection, int flags, int error);
-    void asked(const State& state, int connection, const Request* request, ConstBytes message, int error,
+    // `request` is its name, or empty when there is no such request.
+    void asked(const State& state, int connection, std::string_view request, ConstBytes message, int error,
                ConstBytes reply, const std::string& damage);
 
     // The last `count` lines; with `hex` the input bytes of each message stand under its line.

@@ -20,16 +20,8 @@ std::string number(const State& state, Rid id, int adapter, int unit, std::size_
 void addTable(const State& state, const Request& r, Instance where, std::string& text) {
     const Rows rows(state, r.id, where.adapter, where.unit);
     text += fmt::format("{} rows {}\n", r.target, rows.count());
-    std::vector<std::uint8_t> bytes(r.size);
-    for (std::size_t i = 0; i < std::min(rows.count(), mostRows); ++i) {
-        const Peer peer = rows.row(i);
-        packFields(r, {state, where.adapter, where.unit, &peer}, static_cast<int>(i + 1), bytes);
-        text += fmt::format("  row {}", i + 1);
-        for (const Field& field : r.fields)
-            text += fmt::format(" {}={}", field.name,
-                                fieldText(field, ConstBytes(bytes).subspan(field.offset, field.width)));
-        text += "\n";
-    }
+    for (std::size_t i = 0; i < std::min(rows.count(), mostRows); ++i)
+        text += fmt::format("  row {}{}\n", i + 1, showRow(state, r, rows, where, i));
     if (rows.count() > mostRows) text += "  ...\n";
 }
 
@@ -60,6 +52,18 @@ std::string showAll(const State& state) {
                             number(state, Rid::IpState, a, 0, 0), rowCount(Rid::IpTable, a, 0),
                             rowCount(Rid::IpPvcTable, a, 0));
     }
+    return text;
+}
+
+std::string showRow(const State& state, const Request& table, const Rows& rows, Instance where,
+                    std::size_t index) {
+    std::vector<std::uint8_t> bytes(table.size);
+    const Peer peer = rows.row(index);
+    packFields(table, {state, where.adapter, where.unit, &peer}, static_cast<int>(index + 1), bytes);
+    std::string text;
+    for (const Field& field : table.fields)
+        text += fmt::format(" {}={}", field.name,
+                            fieldText(field, ConstBytes(bytes).subspan(field.offset, field.width)));
     return text;
 }
 

@@ -1,5 +1,7 @@
 #include "sim/state.h"
 
+#include "sim/services.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -51,15 +53,7 @@ std::span<const Stage> stages(Service service) {
 
 State::State(const AtmDevices& config, std::array<bool, adapterCount> present, std::uint64_t seed)
     : config_(config), present_(present), seed_(seed) {
-    for (int a = 0; a < adapterCount; ++a) {
-        for (int u = 0; u < lecCount; ++u)
-            life(Service::Lec, a, u).enabled = at(at(config_.lec, a), u).enabled;
-        for (int u = 0; u < lesCount; ++u)
-            life(Service::Les, a, u).enabled = at(at(config_.les, a), u).enabled;
-        life(Service::Lecs, a, 0).enabled = at(config_.lecs, a).enabled;
-        life(Service::Ip, a, 0).enabled = at(config_.ip1577, a).enabled;
-        life(Service::Sig, a, 0).enabled = at(config_.sig, a).uniRevision != 0;
-    }
+    load(*this);
 }
 
 Life& State::life(Service service, int adapter, int unit) {
@@ -186,6 +180,22 @@ State::Home State::home(int adapter, int lec) const {
     away.bus = away.les;
     away.bus[19] = static_cast<std::uint8_t>(away.bus[19] + busSelector - lesSelector);
     return away;
+}
+
+bool State::learned(int adapter, int lec) const {
+    if (!up(Service::Lecs, adapter, 0) || !up(Service::Lec, adapter, lec) ||
+        !at(at(config_.lec, adapter), lec).useLecs)
+        return false;
+    const auto dropped = forgotten.find({adapter, lec});
+    if (dropped != forgotten.end() && dropped->second >= upSince(Service::Lec, adapter, lec)) return false;
+    const Home where = home(adapter, lec);
+    return where.local && where.local->first == adapter;
+}
+
+esiSelector State::lecEsi(int adapter, int lec) const {
+    esiSelector::Bytes bytes{};
+    std::ranges::copy(lecMac(adapter, lec), bytes.begin());
+    return esiSelector(bytes);
 }
 
 }  // namespace sim

@@ -1,10 +1,11 @@
-// What the simulated driver knows: the configuration that it was loaded with, its clock, what runs since
-// when, and what control commands have forced.
+// What the simulated driver knows: its configuration as loaded and changed by requests, its clock, what runs
+// since when, and what control commands have forced.
 #pragma once
 
 #include "model/tvdatbuf.h"
 #include "sim/clock.h"
 #include "sim/requests.h"
+#include "sim/settings.h"
 
 #include <array>
 #include <compare>
@@ -12,6 +13,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace sim {
@@ -22,6 +24,14 @@ enum class Service : std::uint8_t { Lec, Les, Lecs, Ip, Sig };
 struct Life {
     bool enabled = false;
     Millis startedAt = 0;
+    bool loaded = false;  // LECS: has a configuration, started or not
+};
+
+// What the trace switch turns on and off. The codes are those of its request.
+struct TraceSwitch {
+    std::string_view name;
+    std::uint8_t code;
+    bool on = false;
 };
 
 // Where a forced value stands. Row 0: not in a table; rows count from 1.
@@ -34,10 +44,13 @@ struct Place {
 
 class State {
   public:
-    // `present` says which of the adapters are there. `seed` chooses rates, learned peers and their times.
+    // Loaded as the files say: enabled services run, with their lists (services.h). `present` says which of
+    // the adapters are there. `seed` chooses rates, learned peers and their times.
     State(const AtmDevices& config, std::array<bool, adapterCount> present, std::uint64_t seed);
 
+    // The running configuration. What is not enabled has no PVCs; the clients of servers are in `mappings`.
     const AtmDevices& config() const { return config_; }
+    AtmDevices& config() { return config_; }
     bool present(int adapter) const {
         return adapter >= 0 && adapter < adapterCount && present_[std::size_t(adapter)];
     }
@@ -48,6 +61,7 @@ class State {
     void tick() { now_ = clock_.now(); }
 
     const Life& life(Service service, int adapter, int unit) const;
+    Life& life(Service service, int adapter, int unit);
 
     // The state code as reported: forced, or the stage that the instance has reached by now.
     std::uint32_t code(Service service, int adapter, int unit) const;
@@ -76,13 +90,29 @@ class State {
     };
     Home home(int adapter, int lec) const;
 
+    // Whom the LECS of an adapter sends where. Outlives the LECS: those who joined stay until the next load.
+    std::array<std::vector<Mapping>, adapterCount> mappings;
+
+    // An adapter's PVCs by VCI, of all its clients, and since when they are there.
+    std::array<std::unordered_map<std::uint16_t, Millis>, adapterCount> pvcs;
+
+    // Own clients that the LECS was told to forget, by adapter and client: until they start again.
+    std::map<std::pair<int, int>, Millis> forgotten;
+
+    std::array<TraceSwitch, 3> traces{{{"api", 1}, {"signalling", 2}, {"ilmi", 4}}};
+
+    // What the files held and the driver refused when it was loaded, a line each.
+    std::vector<std::string> leftOut;
+
+    // An own client that asked the running LECS and was told a server of this adapter.
+    bool learned(int adapter, int lec) const;
+    esiSelector lecEsi(int adapter, int lec) const;
+
     // Forced values (raw field bytes) and row counts of tables.
     std::map<Place, std::vector<std::uint8_t>> forced;
     std::map<std::tuple<Rid, int, int>, std::size_t> forcedRows;
 
   private:
-    Life& life(Service service, int adapter, int unit);
-
     AtmDevices config_;
     std::array<bool, adapterCount> present_;
     std::uint64_t seed_;
