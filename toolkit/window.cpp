@@ -12,6 +12,7 @@
 static_assert(zArrowCursor == XC_arrow && zWatchCursor == XC_watch);
 
 void zWindow::setCursor(int shape) {
+    cursor_ = shape;
     if (!XtIsRealized(shell_)) return;
     Display* display = XtDisplay(shell_);
     const Cursor cursor = XCreateFontCursor(display, static_cast<unsigned>(shape));

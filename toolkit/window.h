@@ -24,6 +24,7 @@ class zWindow {
 
     // Takes effect at once, without a turn of the event loop.
     void setCursor(int shape);
+    int cursor() const { return cursor_; }
 
     void setTitle(const std::string& title);
 
@@ -38,6 +39,7 @@ class zWindow {
   private:
     zApplication& application_;
     zPixmap icon_;
+    int cursor_ = zArrowCursor;
 };
 
 // A window made from a layout: of its own, or a modal dialog above another window.

@@ -1,0 +1,491 @@
+#include <gtest/gtest.h>  // before the window system's macros
+
+#include "tests/e2e/programtest.h"
+
+#include "driver/dai_api.h"
+#include "tests/support/scripteddriver.h"
+#include "toolkit/table.h"
+#include "ui/config/lcpvcdlg.h"
+
+#include <Xm/TextF.h>
+#include <Xm/ToggleB.h>
+#include <chrono>
+#include <filesystem>
+#include <fmt/format.h>
+#include <sstream>
+
+namespace {
+
+using Names = std::vector<std::string>;
+constexpr const char* parameterFile = "/etc/atm/tvconf";
+
+// Lines of one text that the other does not have in their place: "-old" and "+new".
+std::vector<std::string> differences(const std::string& before, const std::string& after) {
+    std::istringstream a(before), b(after);
+    std::vector<std::string> found;
+    for (std::string old, now;;) {
+        const bool more = static_cast<bool>(std::getline(a, old)),
+                   moreNow = static_cast<bool>(std::getline(b, now));
+        if (!more && !moreNow) return found;
+        if (more && moreNow && old == now) continue;
+        if (more) found.push_back("-" + old);
+        if (moreNow) found.push_back("+" + now);
+    }
+}
+
+class ConfigurationTest : public ProgramTest {
+  protected:
+    void SetUp() override {
+        ProgramTest::SetUp();
+        bridgedPvcXferBuffer = {};
+    }
+
+    // What the driver was told to do since the last call: the names of the requests and their instance.
+    Names told() {
+        std::istringstream log(simulator->ctl("log all"));
+        simulator->ctl("log clear");
+        Names names;
+        for (std::string line; std::getline(log, line);) {
+            std::istringstream words(line);
+            std::string number, time, client, name, unit;
+            words >> number >> time >> client >> name;
+            for (std::string word; words >> word && word != "Size";) unit = word;
+            const bool control = name.starts_with("lec.start") || name.starts_with("lec.stop") ||
+                                 name.starts_with("lec.pvc") || name.starts_with("les.st") ||
+                                 name.starts_with("lecs.st") || name.starts_with("ip.st");
+            if (control) names.push_back(name + ' ' + unit);
+        }
+        return names;
+    }
+
+    Widget named(int id) {
+        const Widget found = user->widget("id" + std::to_string(id));
+        EXPECT_TRUE(found) << id;
+        return found;
+    }
+    void press(int id) { user->click(named(id)); }
+    bool usable(int id) { return XtIsSensitive(named(id)); }
+
+    std::string text(int id) {
+        char* held = XmTextFieldGetString(named(id));
+        std::string value = held;
+        XtFree(held);
+        return value;
+    }
+    // Replaces what stands in a field, as a user does.
+    void enter(int id, const std::string& value) {
+        press(id);
+        user->key("slash", "Control_L");  // select all
+        user->key("Delete");
+        user->type(value);
+    }
+    void choose(int id, const char* key) {
+        XmProcessTraversal(named(id), XmTRAVERSE_CURRENT);
+        user->key(key);
+    }
+    std::string shownItem(int id) {
+        char* held = XmTextFieldGetString(XtNameToWidget(named(id), "*Text"));
+        std::string value = held;
+        XtFree(held);
+        return value;
+    }
+    void tab(int number) {  // "LEC 1" is 1
+        user->clickAt(named(614), 65 * number - 35, 15);
+    }
+    zTable& table() {
+        XtPointer self = nullptr;
+        XtVaGetValues(XtNameToWidget(named(610), "*cells"), XmNuserData, &self, nullptr);
+        return *static_cast<zTable*>(self);
+    }
+    Names pvcRows() {
+        Names rows;
+        for (int row = 1; row <= table().model().rows(); ++row) {
+            std::string line;
+            for (int column = 1; column <= 4; ++column)
+                line += (column > 1 ? " | " : "") + std::string(table().model().text({column, row}));
+            rows.push_back(line);
+        }
+        return rows;
+    }
+    void selectRow(int row) {
+        user->clickAt(XtNameToWidget(named(610), "*cells"), 60, 22 + 20 * row - 10);
+        EXPECT_EQ(table().activeCell().row, row);
+    }
+
+    // Fills the PVC sub-dialog when it comes up and presses OK.
+    void inPvcDialog(const std::string& mac, const std::string& vci) {
+        inDialog("PVC Settings", [=, this] {
+            enter(671, mac);
+            enter(703, vci);
+            press(706);
+        });
+    }
+    void answer(const char* key) {
+        inDialog("PVC Error", [this, key] { user->key(key); });
+    }
+
+    std::string dump() { return simulator->ctl("dump config"); }
+
+    // A simulator that starts on the files as they are now knows the same configuration.
+    void expectTheFilesHold(const std::string& configuration) {
+        window.reset();
+        simulator.reset();
+        simulator.emplace(std::vector<std::string>{"--frozen", "--adapters", "1,2"});
+        EXPECT_EQ(differences(configuration, dump()), Names{});
+    }
+};
+
+const Names nothing;
+constexpr int okBTN = 101, cancelBTN = 102;
+
+}  // namespace
+
+// The MTU of LEC 1 from 1516 to 4544: requests, log, file, cursor.
+TEST_F(ConfigurationTest, OneChangedClientIsRestartedWithItsPvcsAndSaved) {
+    start({"--frozen", "--adapters", "1,2"});
+    simulator->ctl("log clear");
+    LogCapture log;
+    const std::string before = root.read(parameterFile), runningBefore = dump();
+    int cursorInside = 0;
+    configure([&] {
+        EXPECT_EQ(user->shellLike("Setup ") ? XUser::titleOf(user->shellLike("Setup ")) : "",
+                  "Setup ATM Adapter 1  -  00:a0:3e:00:00:01");
+        EXPECT_EQ(shownItem(600), "1516");
+        choose(600, "Down");
+        EXPECT_EQ(shownItem(600), "4544");
+        EXPECT_EQ(text(602), "4544") << "follows the larger ELAN MTU";
+        cursorInside = window->cursor();
+        press(okBTN);
+    });
+    EXPECT_EQ(cursorInside, zArrowCursor);
+    EXPECT_EQ(window->cursor(), zArrowCursor);
+    EXPECT_EQ(user->shellLike("Setup "), nullptr);
+
+    const std::string requests = simulator->ctl("log hex all");
+    const std::string start =
+        "11 00 01 00 00 00 58 00 58 00 00 00 00 00 ad de "
+        "01 00 00 00 47 00 79 00 00 00 00 00 00 00 00 00 00 00 a0 3e 00 00 01 00 02 00 00 00 "
+        "65 6e 67 69 6e 65 65 72 69 6e 67 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
+        "00 00 00 00 00 00 00 00 c0 11 00 00";
+    for (const std::string& bytes :
+         {start,
+          std::string("11 00 03 00 00 00 1c 00 1c 00 00 00 00 00 ad de 00 20 40 00 a1 01 64 00 01 00 01 00"),
+          std::string(
+              "11 00 03 00 00 00 1c 00 1c 00 00 00 00 00 ad de 00 20 40 00 a1 02 65 00 01 00 00 00")}) {
+        std::string packed;  // the log breaks lines
+        for (const char c : requests)
+            if (c != ' ' && c != '\n') packed += c;
+        std::string wanted = bytes;
+        std::erase(wanted, ' ');
+        EXPECT_NE(packed.find(wanted), std::string::npos) << bytes;
+    }
+    EXPECT_EQ(told(), (Names{"lec.start 0", "lec.pvc-add 0", "lec.pvc-add 0"}));
+
+    const std::string lines = log.take();
+    std::size_t at = 0;
+    for (const char* line :
+         {"creating LEC Page\n", "Lec0 data changed\n", "LEC_INIT\n", "BRDG_PVCADD\n", "BRDG_PVCADD\n"}) {
+        at = lines.find(line, at);
+        ASSERT_NE(at, std::string::npos) << line;
+        at += std::string(line).size();
+    }
+    EXPECT_EQ(differences(before, root.read(parameterFile)),
+              (Names{"-\t\tMfs                     = 1", "+\t\tMfs                     = 2",
+                     "-\t\tL3Mtu                   = 1500  # largest packet of the layer above",
+                     "+\t\tL3Mtu                   = 4544  # largest packet of the layer above"}));
+    EXPECT_EQ(differences(runningBefore, dump()),
+              (Names{"-config lec 1.1 mtuClass 1", "+config lec 1.1 mtuClass 2", "-config lec 1.1 l3Mtu 1500",
+                     "+config lec 1.1 l3Mtu 4544"}));
+    expectTheFilesHold(dump());
+}
+
+TEST_F(ConfigurationTest, OkWithoutAChangeAndCancelTouchNothing) {
+    start({"--frozen", "--adapters", "1,2"});
+    const std::string running = dump();
+    const std::string files = root.read(parameterFile) + root.read("/etc/atm/pvcconf0.0");
+    const struct {
+        const char* name;
+        std::function<void()> close;
+    } ways[] = {{"OK", [this] { press(okBTN); }},
+                {"Return", [this] { user->key("Return"); }},
+                {"Cancel after edits",
+                 [this] {
+                     enter(596, "other");
+                     press(591);
+                     press(cancelBTN);
+                 }},
+                {"Escape", [this] { user->key("Escape"); }}};
+    for (const auto& way : ways) {
+        told();
+        configure(way.close);
+        EXPECT_EQ(told(), nothing) << way.name;
+        EXPECT_EQ(root.read(parameterFile) + root.read("/etc/atm/pvcconf0.0"), files) << way.name;
+    }
+    EXPECT_EQ(dump(), running);
+}
+
+TEST_F(ConfigurationTest, EveryClientKeepsTheEditsMadeOnItsTab) {
+    start({"--frozen", "--adapters", "1,2"});
+    told();
+    const std::string before = dump();
+    configure([&] {
+        for (const int lec : {1, 2, 3}) {
+            tab(lec);
+            enter(596, fmt::format("elan-{}", lec));
+        }
+        tab(1);
+        EXPECT_EQ(text(596), "elan-1");
+        tab(4);
+        EXPECT_EQ(text(594), "00:a0:3e:00:00:04");
+        EXPECT_EQ(text(596), "laboratory");
+        press(591);  // Enable
+        enter(602, "2000");
+        press(okBTN);
+    });
+    EXPECT_EQ(told(), (Names{"lec.start 0", "lec.pvc-add 0", "lec.pvc-add 0", "lec.start 1", "lec.start 2",
+                             "lec.start 3"}));
+    EXPECT_EQ(atmDevices.lec[0][2].elanName.view(), "elan-3");
+    EXPECT_EQ(atmDevices.lec[0][3].l3Mtu, 2000);
+    EXPECT_NE(dump().find("config lec 1.4 enabled 1\n"), std::string::npos);
+    expectTheFilesHold(dump());
+}
+
+TEST_F(ConfigurationTest, LecsShowsTheWellKnownAddressAndLesBringsBackTheTypedOne) {
+    start({"--frozen", "--adapters", "1,2"});
+    configure([&] {
+        tab(3);
+        enter(607, "47123456");
+        EXPECT_EQ(text(607), "47:12:34:56:");
+        press(603);  // LECS
+        EXPECT_EQ(text(607), "47:00:79:00:00:00:00:00:00:00:00:00:00");
+        EXPECT_EQ(text(608), "00:A0:3E:00:00:01-00");
+        press(603);  // and again
+        press(604);  // LES
+        EXPECT_EQ(text(607), "47:12:34:56:00:00:00:00:00:00:00:00:00");
+        EXPECT_EQ(text(608), "00:a0:3e:00:00:11-12") << "the end system's address";
+        press(603);
+        press(okBTN);
+    });
+    EXPECT_EQ(atmDevices.lec[0][2].useLecs, 1);
+    EXPECT_EQ(atmDevices.lec[0][2].address.digits(), "4700790000000000000000000000A03E00000100");
+    expectTheFilesHold(dump());
+}
+
+TEST_F(ConfigurationTest, CheckBoxesGreyWhatIsImpossible) {
+    start({"--frozen", "--adapters", "1,2"});
+    const int always[] = {593, 594, 610, 614, 591}, client[] = {592, 609, 611, 612, 613, 602, 601},
+              servers[] = {596, 595, 598, 597, 600, 599, 603, 604, 607, 605, 608, 606};
+    const auto expectUsable = [&](bool enabled, bool serversUsed) {
+        for (const int id : always) EXPECT_TRUE(usable(id)) << id;
+        for (const int id : client) EXPECT_EQ(usable(id), enabled) << id;
+        for (const int id : servers) EXPECT_EQ(usable(id), serversUsed) << id;
+    };
+    told();
+    configure([&] {
+        expectUsable(true, true);
+        press(592);
+        expectUsable(true, false);
+        press(591);
+        expectUsable(false, false);
+        press(592);
+        press(592);  // greyed: nothing happens
+        press(591);
+        expectUsable(true, false);
+        tab(4);
+        expectUsable(false, false);
+        tab(2);
+        expectUsable(true, true);
+        press(591);
+        tab(1);
+        press(okBTN);
+    });
+    EXPECT_EQ(told(), (Names{"lec.start 0", "lec.pvc-add 0", "lec.pvc-add 0", "lec.stop 1"}));
+    EXPECT_EQ(atmDevices.lec[0][0].pvcOnly, 1);
+    EXPECT_EQ(atmDevices.lec[0][1].enabled, 0);
+    expectTheFilesHold(dump());
+}
+
+// Add, Modify and Delete against a driver that follows, one that refuses, and none.
+TEST_F(ConfigurationTest, PvcListsFollowTheDriverOrTheUsersConsent) {
+    const Names initial{"00:20:40:00:a1:01 | 0 / 100 | LLC_SNAP | TRUE",
+                        "00:20:40:00:a1:02 | 0 / 101 | LLC_SNAP | FALSE"};
+    const Names edited{"00:20:40:00:a1:02 | 0 / 101 | LLC_SNAP | FALSE",
+                       "aa:bb:cc:00:00:02 | 0 / 300 | LLC_SNAP | TRUE"};
+    const struct {
+        const char* driver;
+        const char* answer;  // to each question; none comes when the driver follows
+        Names result;
+    } cases[] = {{"follows", nullptr, edited},
+                 {"refuses", "Return", edited},
+                 {"refuses", "Escape", initial},
+                 {"is not there", "Return", edited}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.driver) + ' ' + (c.answer ? c.answer : ""));
+        writeSampleConfiguration(root);
+        atmDevices = AtmDevices();
+        if (c.driver == std::string("is not there")) {
+            simulator.reset();
+            openWindow();
+        } else {
+            start({"--frozen", "--adapters", "1,2"});
+            if (c.driver == std::string("refuses")) simulator->ctl("fault lec.control every resp 12");
+            told();
+        }
+        const auto session = [&] {
+            configure([&] {
+                EXPECT_EQ(pvcRows(), initial);
+                // Nothing is selected yet: these do nothing, without a word.
+                press(612);
+                press(613);
+                EXPECT_EQ(user->shellTitled("PVC Settings"), nullptr);
+
+                selectRow(1);
+                inDialog("PVC Settings", [&] {
+                    EXPECT_EQ(text(671), "00:20:40:00:a1:01");
+                    EXPECT_EQ(text(703), "100");
+                    EXPECT_TRUE(XmToggleButtonGetState(named(704)));
+                    EXPECT_TRUE(XmToggleButtonGetState(named(708)));
+                    enter(671, "aabbcc000001");
+                    press(706);
+                });
+                if (c.answer) answer(c.answer);
+                press(612);
+
+                inDialog("PVC Settings", [&] {
+                    EXPECT_EQ(text(671), "aa:bb:cc:00:00:01") << "what was confirmed last";
+                    enter(671, "aabbcc000002");
+                    enter(703, "300");
+                    press(706);
+                });
+                if (c.answer) answer(c.answer);
+                press(611);
+
+                selectRow(1);
+                if (c.answer) answer(c.answer);
+                press(613);
+                EXPECT_EQ(pvcRows(), c.result);
+                EXPECT_EQ(table().activeCell().row, c.answer && *c.answer == 'E' ? 1 : 2);
+                press(cancelBTN);
+            });
+        };
+        if (!simulator)
+            EXPECT_EQ(boxesOf(session).front(), "Driver Error");
+        else
+            session();
+        if (simulator) {
+            EXPECT_EQ(told(), (Names{"lec.pvc-change 0", "lec.pvc-add 0", "lec.pvc-delete 0"}));
+        }
+        EXPECT_EQ(atmDevices.lec[0][0].pvcs.size(), 2U) << "also after Cancel";
+        const std::string list = root.read("/etc/atm/pvcconf0.0");
+        EXPECT_EQ(list.find("aabbcc000002") != std::string::npos, c.result == edited);
+        EXPECT_EQ(list.find("=10\t# MB/s") != std::string::npos, true) << "the rate is carried along";
+        window.reset();
+    }
+}
+
+TEST_F(ConfigurationTest, CancelInTheSubDialogChangesNothing) {
+    start({"--frozen", "--adapters", "1,2"});
+    told();
+    configure([&] {
+        selectRow(2);
+        for (const int id : {611, 612}) {
+            inDialog("PVC Settings", [&] {
+                enter(703, "777");
+                user->key("Escape");
+            });
+            press(id);
+        }
+        EXPECT_EQ(pvcRows().size(), 2U);
+        press(okBTN);
+    });
+    EXPECT_EQ(told(), nothing);
+    EXPECT_EQ(bridgedPvcXferBuffer.vci, 101) << "copied in by Modify, not what was typed";
+}
+
+// Values that no control can show: in the parameter file, on the page, and there again after OK.
+TEST_F(ConfigurationTest, ValuesThatNoControlCanShowSurviveOk) {
+    std::string file = root.read(parameterFile);
+    const auto replace = [&file](const std::string& old, const std::string& now) {
+        const auto at = file.find(old);
+        ASSERT_NE(at, std::string::npos) << old;
+        file.replace(at, old.size(), now);
+    };
+    replace("Mfs                     = 1", "Mfs                     = 4");
+    replace("L3Mtu                   = 1500", "L3Mtu                   = 18190");
+    replace("ElanType                = 0", "ElanType                = 7");
+    root.write(parameterFile, file);
+    std::string list = root.read("/etc/atm/pvcconf0.0");
+    list.replace(list.find("=100"), 4, "=41000");
+    root.write("/etc/atm/pvcconf0.0", list);
+    start({"--frozen", "--adapters", "1,2"});
+    told();
+    configure([&] {
+        EXPECT_EQ(shownItem(600), "");
+        EXPECT_EQ(shownItem(598), "");
+        EXPECT_EQ(text(602), "18190");
+        tab(2);
+        tab(1);
+        selectRow(1);
+        inDialog("PVC Settings", [&] {
+            EXPECT_EQ(text(703), "41000");
+            user->key("Return");
+        });
+        answer("Return");  // the driver does not know such a PVC
+        press(612);
+        EXPECT_EQ(pvcRows().front(), "00:20:40:00:a1:01 | 0 / 41000 | LLC_SNAP | TRUE");
+        press(okBTN);
+    });
+    EXPECT_EQ(told(), Names{"lec.pvc-change 0"});
+    EXPECT_EQ(root.read(parameterFile), file);
+    EXPECT_EQ(root.read("/etc/atm/pvcconf0.0"), list);
+}
+
+TEST_F(ConfigurationTest, ALongAdapterNameIsCutInTheTitle) {
+    start({"--frozen", "--adapters", "1"});
+    dlgTitle = std::string(100, 'x');
+    configure([&] {
+        EXPECT_EQ(XUser::titleOf(user->shellLike("Setup ")), "Setup " + std::string(57, 'x'));
+        user->key("Escape");
+    });
+}
+
+TEST_F(ConfigurationTest, WhatCannotBeSavedIsSaidOnceWithFileAndReason) {
+    start({"--frozen", "--adapters", "1,2"});
+    std::filesystem::remove(root.at(parameterFile));
+    std::filesystem::create_directory(root.at(parameterFile));
+    const auto edit = [&] {
+        configure([&] {
+            enter(596, "other");
+            press(okBTN);
+        });
+    };
+    EXPECT_EQ(boxesOf(edit), Names{"Configuration Error"});
+    EXPECT_NE(boxText.find("/etc/atm/tvconf: Is a directory"), std::string::npos) << boxText;
+    EXPECT_NE(boxText.find("The running driver has the change, the file has not."), std::string::npos)
+        << boxText;
+    EXPECT_NE(dump().find("config lec 1.1 elanName \"other\""), std::string::npos);
+    EXPECT_EQ(window->cursor(), zArrowCursor);
+}
+
+TEST_F(ConfigurationTest, ADriverThatHangsOrGoesAwayCostsNeitherFileNorWindow) {
+    const struct {
+        const char* fault;
+        int seconds;  // at most
+    } cases[] = {{"lec.start every silent", 29}, {"lec.start every hangup", 5}};
+    for (const auto& c : cases) {
+        start({"--frozen", "--adapters", "1,2"}, {std::string("fault ") + c.fault});
+        const auto begin = std::chrono::steady_clock::now();
+        configure([&] {
+            enter(596, "other");
+            press(okBTN);
+        });
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(c.seconds)) << c.fault;
+        EXPECT_EQ(window->cursor(), zArrowCursor);
+        EXPECT_NE(root.read(parameterFile).find("ElanName                = other"), std::string::npos)
+            << c.fault;
+        user->clickAt(list().widget(), 20, 30);
+        EXPECT_EQ(list().selected(), 1) << "the window lives";
+        window.reset();
+        writeSampleConfiguration(root);
+    }
+}
