@@ -1,0 +1,148 @@
+// Steps in the configuration dialog and what came of them. Include it after gtest.
+#pragma once
+
+#include "tests/e2e/programtest.h"
+#include "toolkit/table.h"
+#include "ui/config/confids.h"
+#include "ui/config/lcpvcdlg.h"
+
+#include <Xm/TabStack.h>
+#include <Xm/TextF.h>
+#include <sstream>
+#include <string>
+#include <vector>
+
+using Names = std::vector<std::string>;
+constexpr const char* parameterFile = "/etc/atm/tvconf";
+
+// Lines of one text that the other does not have in their place: "-old" and "+new".
+inline std::vector<std::string> differences(const std::string& before, const std::string& after) {
+    std::istringstream a(before), b(after);
+    std::vector<std::string> found;
+    for (std::string old, now;;) {
+        const bool more = static_cast<bool>(std::getline(a, old)),
+                   moreNow = static_cast<bool>(std::getline(b, now));
+        if (!more && !moreNow) return found;
+        if (more && moreNow && old == now) continue;
+        if (more) found.push_back("-" + old);
+        if (moreNow) found.push_back("+" + now);
+    }
+}
+
+class ConfigurationTest : public ProgramTest {
+  protected:
+    void SetUp() override {
+        ProgramTest::SetUp();
+        bridgedPvcXferBuffer = {};
+    }
+
+    // What the driver was told to do since the last call: the names of the requests and their instance.
+    Names told() {
+        std::istringstream log(simulator->ctl("log all"));
+        simulator->ctl("log clear");
+        Names names;
+        for (std::string line; std::getline(log, line);) {
+            std::istringstream words(line);
+            std::string number, time, client, name, unit;
+            words >> number >> time >> client >> name;
+            for (std::string word; words >> word && word != "Size";) unit = word;
+            for (const char* part :
+                 {".start", ".stop", ".pvc-", ".load", ".map", ".unmap", ".go", "trace.set"})
+                if (name.find(part) != name.npos) names.push_back(name + ' ' + unit);
+        }
+        return names;
+    }
+
+    // A control of the page that is on top, or of the dialog above it: pages share ids.
+    Widget named(int id) {
+        const std::string name = "id" + std::to_string(id);
+        Widget found = user->widget(page_ + '*' + name);
+        if (!found) found = user->widget(name);
+        EXPECT_TRUE(found) << id;
+        return found;
+    }
+    // Clicks on the tab of the page with this board name.
+    void turnTo(const std::string& page) {
+        const Widget book = user->widget("id100"), board = user->widget(page);
+        ASSERT_TRUE(book && board) << page;
+        constexpr Position tabs = 15;
+        Position x = 0;
+        while (x < 700 && XmTabStackXYToWidget(book, x, tabs) != board) ++x;
+        user->clickAt(book, x + 5, tabs);
+        ASSERT_EQ(XmTabStackGetSelectedTab(book), board) << page;
+        page_ = page;
+    }
+    void press(int id) { user->click(named(id)); }
+    bool usable(int id) { return XtIsSensitive(named(id)); }
+
+    std::string text(int id) {
+        char* held = XmTextFieldGetString(named(id));
+        std::string value = held;
+        XtFree(held);
+        return value;
+    }
+    // Replaces what stands in a field, as a user does.
+    void enter(int id, const std::string& value) {
+        press(id);
+        user->key("slash", "Control_L");  // select all
+        user->key("Delete");
+        user->type(value);
+    }
+    void choose(int id, const char* key) {
+        XmProcessTraversal(named(id), XmTRAVERSE_CURRENT);
+        user->key(key);
+    }
+    std::string shownItem(int id) {
+        char* held = XmTextFieldGetString(XtNameToWidget(named(id), "*Text"));
+        std::string value = held;
+        XtFree(held);
+        return value;
+    }
+    void tab(int number) {  // "LEC 1" is 1
+        user->clickAt(named(614), 65 * number - 35, 15);
+    }
+    zTable& table() {
+        XtPointer self = nullptr;
+        XtVaGetValues(XtNameToWidget(named(610), "*cells"), XmNuserData, &self, nullptr);
+        return *static_cast<zTable*>(self);
+    }
+    Names pvcRows() {
+        Names rows;
+        for (int row = 1; row <= table().model().rows(); ++row) {
+            std::string line;
+            for (int column = 1; column <= 4; ++column)
+                line += (column > 1 ? " | " : "") + std::string(table().model().text({column, row}));
+            rows.push_back(line);
+        }
+        return rows;
+    }
+    void selectRow(int row) {
+        user->clickAt(XtNameToWidget(named(610), "*cells"), 60, 22 + 20 * row - 10);
+        EXPECT_EQ(table().activeCell().row, row);
+    }
+
+    // Fills the PVC sub-dialog when it comes up and presses OK.
+    void inPvcDialog(const std::string& mac, const std::string& vci) {
+        inDialog("PVC Settings", [=, this] {
+            enter(671, mac);
+            enter(703, vci);
+            press(706);
+        });
+    }
+    void answer(const char* key) {
+        inDialog("PVC Error", [this, key] { user->key(key); });
+    }
+
+    std::string dump() { return simulator->ctl("dump config"); }
+
+    // A simulator that starts on the files as they are now knows the same configuration.
+    void expectTheFilesHold(const std::string& configuration) {
+        window.reset();
+        simulator.reset();
+        simulator.emplace(std::vector<std::string>{"--frozen", "--adapters", "1,2"});
+        EXPECT_EQ(differences(configuration, dump()), Names{});
+    }
+
+  private:
+    std::string page_ = "lecPage";
+};
