@@ -1,0 +1,177 @@
+#include <gtest/gtest.h>  // before the window system's macros
+
+#include "tests/toolkit/desk.h"
+#include "toolkit/table.h"
+
+#include <X11/Xatom.h>
+#include <Xm/Xm.h>
+#include <fmt/format.h>
+
+namespace {
+
+constexpr zControlRow rows[] = {{.id = 30, .kind = zKind::table, .place = {4, 4, 120, 60}},
+                                {.id = 31, .kind = zKind::edit, .place = {4, 70, 60, 12}}};
+constexpr zLayout layout{
+    .id = 1, .name = "tables", .caption = "Tables", .width = 130, .height = 90, .rows = rows};
+
+class TableTest : public testing::Test {
+  protected:
+    zApplication& application = desk().application;
+    zFormDialog window{application, layout};
+    zTable& table = window.control<zTable>(30);
+    XUser user{application};
+    Display* display = XtDisplay(window.shell());
+
+    void SetUp() override {
+        ASSERT_TRUE(desk().open);
+        table.resize(3, 50);
+        for (int column = 1; column <= 3; ++column) {
+            table.setText({column, 0}, fmt::format("Label {}", column));
+            table.setColumnWidth(column, 70);
+            for (int row = 1; row <= 50; ++row)
+                table.setText({column, row}, fmt::format("{}/{}", column, row));
+        }
+        table.numberRows(true);
+        table.setColumnWidth(0, 30);
+        window.show();
+        ASSERT_TRUE(user.until([&] { return user.shellTitled("Tables") != nullptr; }));
+        user.focus(window.shell());
+        user.settle();
+    }
+
+    int rowHeight() const { return table.textHeight() + 4; }
+    int labelHeight() const { return table.textHeight() + 6; }
+    Dimension height() const {
+        Dimension value = 0;
+        XtVaGetValues(table.widget(), XmNheight, &value, nullptr);
+        return value;
+    }
+    // The dark pixels of a place in the table's window: what is written there.
+    int ink(int column, int row) const {
+        const int x = 30 + (column - 1) * 70, y = labelHeight() + (row - 1) * rowHeight();
+        XImage* image = XGetImage(display, XtWindow(table.widget()), x + 2, y + 2, 64,
+                                  static_cast<unsigned>(rowHeight() - 4), AllPlanes, ZPixmap);
+        int dark = 0;
+        for (int i = 0; i < image->width; ++i)
+            for (int j = 0; j < image->height; ++j) dark += (XGetPixel(image, i, j) & 0xff) < 0x40;
+        XDestroyImage(image);
+        return dark;
+    }
+    // Requests that an action sends, the drawing after it included.
+    template <typename Action> unsigned long requests(Action action) {
+        application.handlePending();
+        XSync(display, False);
+        const unsigned long before = NextRequest(display);
+        action();
+        application.handlePending();
+        return NextRequest(display) - before;
+    }
+};
+
+}  // namespace
+
+TEST_F(TableTest, OnlyWhatIsChangedAndSeenIsDrawn) {
+    const int untouched = ink(2, 2);
+    EXPECT_GT(untouched, 10);
+    EXPECT_EQ(requests([&] {
+                  for (int row = 1; row <= 50; ++row) table.setText({2, row}, fmt::format("2/{}", row));
+              }),
+              0U)
+        << "the same texts";
+    EXPECT_EQ(requests([&] { table.setText({2, 40}, "out of sight"); }), 0U);
+    EXPECT_EQ(requests([&] { table.resize(3, 50); }), 0U);
+    const unsigned long one = requests([&] { table.setText({1, 2}, ""); });
+    EXPECT_GT(one, 0U);
+    EXPECT_LT(one, 12U);
+    XSync(display, False);
+    EXPECT_EQ(ink(1, 2), 0);
+    EXPECT_EQ(ink(2, 2), untouched);
+    EXPECT_LT(requests([&] {
+                  for (int i = 0; i < 1000; ++i) table.setText({1, 2}, std::to_string(i));
+              }),
+              12U)
+        << "drawn once, however often it changed";
+    user.settle();
+    EXPECT_GT(ink(1, 2), 10);
+}
+
+TEST_F(TableTest, KeyboardMouseAndWheelMoveTheActiveCell) {
+    int changes = 0;
+    table.onActiveChange = [&] { ++changes; };
+    user.clickAt(table.widget(), 30 + 75, labelHeight() + rowHeight() + 5);
+    EXPECT_EQ(table.activeCell(), (zTableLoc{2, 2}));
+    const int page = (height() - labelHeight()) / rowHeight();
+    const struct {
+        const char *key, *held;
+        zTableLoc active;
+    } steps[] = {{"Down", nullptr, {2, 3}}, {"Right", nullptr, {3, 3}},       {"Right", nullptr, {3, 3}},
+                 {"Home", nullptr, {1, 3}}, {"Next", nullptr, {1, 3 + page}}, {"Prior", nullptr, {1, 3}},
+                 {"Up", nullptr, {1, 2}},   {"End", "Control_L", {3, 50}},    {"Home", "Control_L", {1, 1}},
+                 {"Up", nullptr, {1, 1}}};
+    for (const auto& step : steps) {
+        user.key(step.key, step.held);
+        EXPECT_EQ(table.activeCell(), step.active) << step.key;
+    }
+    EXPECT_EQ(changes, 9);
+    table.setActiveCell({2, 30});
+    table.setActiveCell({0, 0});
+    table.setActiveCell({9, 99});
+    EXPECT_EQ(changes, 9) << "by program";
+    EXPECT_EQ(table.activeCell(), (zTableLoc{0, 0}));
+    user.clickAt(table.widget(), 40, 5);  // a label
+    EXPECT_EQ(table.activeCell(), (zTableLoc{0, 0}));
+
+    user.key("Tab");
+    user.type("x");
+    EXPECT_EQ(XmGetFocusWidget(window.shell()), user.widget("id31"));
+}
+
+TEST_F(TableTest, ControlCPutsLabelsAndRowsOnTheClipboard) {
+    table.resize(2, 2);
+    user.clickAt(table.widget(), 60, labelHeight() + 5);
+    user.key("c", "Control_L");
+    struct Got {
+        std::string text;
+        bool done = false;
+    } got;
+    const auto receive = [](Widget, XtPointer place, Atom*, Atom*, XtPointer value, unsigned long* length,
+                            int*) {
+        auto& result = *static_cast<Got*>(place);
+        if (value) result.text.assign(static_cast<char*>(value), *length);
+        result.done = true;
+        XtFree(static_cast<char*>(value));
+    };
+    XtGetSelectionValue(window.shell(), XInternAtom(display, "CLIPBOARD", False),
+                        XInternAtom(display, "UTF8_STRING", False), receive, &got, CurrentTime);
+    EXPECT_TRUE(user.until([&] { return got.done; }));
+    EXPECT_EQ(got.text, "\tLabel 1\tLabel 2\n1\t1/1\t2/1\n2\t1/2\t2/2\n");
+}
+
+TEST_F(TableTest, TablesMayGrowToTheirLimitShrinkToNothingAndGoWhileDrawingIsDue) {
+    table.resize(3, 100000);
+    EXPECT_EQ(table.model().rows(), 65535);
+    table.setText({1, 65535}, "last");
+    table.setActiveCell({1, 65535});
+    user.settle();
+    table.setActiveCell({0, 0});
+    table.resize(0, 0);
+    user.settle();
+    EXPECT_EQ(ink(1, 1), 0);
+    user.key("End", "Control_L");
+    EXPECT_EQ(table.activeCell(), (zTableLoc{0, 0}));
+    table.resize(1, 1);
+    table.setFont("Liberation Sans:size=20");
+    table.setFont("no such font:size=-1");
+    table.enable(false);
+    user.settle();
+    table.setText({1, 1}, "due");
+}
+
+TEST_F(TableTest, ATextThatIsTooWideStaysInItsCell) {
+    table.setText({1, 1}, "");
+    table.setText({3, 1}, "");
+    table.setText({2, 1}, std::string(200, 'W') + "\t\xe9");
+    user.settle();
+    EXPECT_GT(ink(2, 1), 50);
+    EXPECT_EQ(ink(1, 1) + ink(3, 1), 0);
+}
