@@ -1,6 +1,7 @@
 #include "toolkit/application.h"
 
 #include "platform/debuglog.h"
+#include "toolkit/kept.h"
 
 #include <X11/Intrinsic.h>
 #include <X11/Shell.h>
@@ -52,6 +53,7 @@ int requestRefused(Display* display, XErrorEvent* event) {
 struct zApplication::Connection {
     XtAppContext context = nullptr;
     Display* display = nullptr;
+    std::unique_ptr<zKept> kept;
     Widget root = nullptr;  // parent of every window; never shown, so that the library's display object,
                             // which goes with the last shell, lives as long as the connection
 };
@@ -84,6 +86,7 @@ zApplication::zApplication(std::string programName, std::string className, std::
 zApplication::~zApplication() {
     for (const int number : endingSignals) std::signal(number, SIG_DFL);
     if (connection_->root) XtDestroyWidget(connection_->root);
+    connection_->kept.reset();
     XtDestroyApplicationContext(connection_->context);  // closes the display, too
     for (int& end : signalPipe) {
         ::close(end);
@@ -100,6 +103,7 @@ bool zApplication::openDisplay() {
     connection_->display = XtOpenDisplay(connection_->context, nullptr, programName_.c_str(),
                                          className_.c_str(), nullptr, 0, &count, words.data());
     if (connection_->display) {
+        connection_->kept = std::make_unique<zKept>(connection_->display);
         connection_->root =
             XtVaAppCreateShell(programName_.c_str(), className_.c_str(), applicationShellWidgetClass,
                                connection_->display, XmNmappedWhenManaged, False, nullptr);

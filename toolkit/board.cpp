@@ -1,5 +1,6 @@
 #include "toolkit/board.h"
 
+#include "toolkit/kept.h"
 #include "toolkit/place.h"
 
 #include <Xm/BulletinB.h>
@@ -7,10 +8,9 @@
 #include <algorithm>
 
 zBoard::zBoard(Widget parent, const char* name, const zLayout& layout) {
-    const char* fonts = zRenderTableName(layout.font);
     widget_ = XtVaCreateWidget(name, xmBulletinBoardWidgetClass, parent, XmNmarginWidth, 0, XmNmarginHeight,
                                0, XmNresizePolicy, XmRESIZE_NONE, XmNautoUnmanage, False, XmNdefaultPosition,
-                               False, zTypedFonts(fonts), nullptr);
+                               False, zFonts(parent, layout.font), nullptr);
     const zDialogUnits units = zDialogUnits::ofBoard(widget_);
     size_ = units.pixels({0, 0, layout.width, layout.height});
     XtVaSetValues(widget_, XmNwidth, size_.width, XmNheight, size_.height, nullptr);
@@ -45,7 +45,7 @@ void zBoard::enable(std::span<const zEnableRow> rows, unsigned conditions) {
         control<zControl>(row.id).enable((row.needs & conditions) == row.needs);
 }
 
-void zBoard::realized() {
+void zBoard::realized() const {
     for (const auto& control : controls_) control->realized();
     tooltips_->realized();
 }

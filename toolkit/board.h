@@ -59,7 +59,7 @@ class zBoard {
     void enable(std::span<const zEnableRow> rows, unsigned conditions);
 
     // To be called once, when the controls have their windows.
-    void realized();
+    void realized() const;
 
   private:
     zControl* find(int id) const;

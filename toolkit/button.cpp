@@ -10,10 +10,8 @@ zBitmapButton::zBitmapButton(Widget board, const zRect& place, const zControlRow
     resources.set(XmNlabelString, text).set(XmNrecomputeSize, False);
     resources.set(XmNnavigationType, XmEXCLUSIVE_TAB_GROUP);
     attach(zMake(xmPushButtonWidgetClass, board, row, resources));
-    picture_ = zPixmap(widget(), row.picture, zBackground(widget()));
-    if (picture_)
-        XtVaSetValues(widget(), XmNlabelType, XmPIXMAP_AND_STRING, XmNlabelPixmap, picture_.handle(),
-                      nullptr);
+    if (const Pixmap picture = zPixmapOf(widget(), row.picture, zBackground(widget())))
+        XtVaSetValues(widget(), XmNlabelType, XmPIXMAP_AND_STRING, XmNlabelPixmap, picture, nullptr);
     listen(XmNactivateCallback, [](zControl& self, void*) {
         if (const auto handler = static_cast<zBitmapButton&>(self).onClick) handler();
     });

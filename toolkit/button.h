@@ -11,7 +11,4 @@ class zBitmapButton : public zControl {
     zBitmapButton(Widget board, const zRect& place, const zControlRow& row);
 
     std::function<void()> onClick;
-
-  private:
-    zPixmap picture_;
 };

@@ -5,10 +5,6 @@
 #include <Xm/Xm.h>
 #include <algorithm>
 
-const char* zRenderTableName(const zFontRow& font) {
-    return font.weight > zFontRow::normal ? "bold" : "plain";
-}
-
 zDialogUnits zDialogUnits::ofBoard(Widget board) {
     XmRenderTable table = nullptr;
     XtVaGetValues(board, XmNlabelRenderTable, &table, nullptr);

@@ -4,10 +4,6 @@
 #include "toolkit/layout.h"
 #include "toolkit/widget.h"
 
-// The name of the render table resource for a weight: "plain" or "bold". What the two look like is said by
-// the X resources (Tarvolin*bold*fontName and so on).
-const char* zRenderTableName(const zFontRow& font);
-
 // Dialog base units of a font, in pixels: the average width of A-Z a-z and the height.
 class zDialogUnits {
   public:

@@ -10,10 +10,9 @@ zLamp::zLamp(Widget board, const zRect& place, const zControlRow& row) : zContro
     resources.set(XmNlabelString, text).set(XmNrecomputeSize, False).set(XmNtraversalOn, False);
     resources.set(XmNindicatorOn, XmINDICATOR_NONE).set(XmNfillOnSelect, True);
     attach(zMake(xmToggleButtonWidgetClass, board, row, resources));
-    picture_ = zPixmap(widget(), row.picture, zBackground(widget()));
-    if (picture_)
+    if (const Pixmap picture = zPixmapOf(widget(), row.picture, zBackground(widget())))
         XtVaSetValues(widget(), XmNlabelType, *row.text ? XmPIXMAP_AND_STRING : XmPIXMAP, XmNlabelPixmap,
-                      picture_.handle(), XmNselectPixmap, picture_.handle(), nullptr);
+                      picture, XmNselectPixmap, picture, nullptr);
     XtUninstallTranslations(widget());
 }
 

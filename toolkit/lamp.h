@@ -11,7 +11,4 @@ class zLamp : public zControl {
     // On: pressed in. Touches nothing when it looks so already.
     void check(bool on);
     bool checked() const;
-
-  private:
-    zPixmap picture_;
 };

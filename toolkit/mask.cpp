@@ -255,6 +255,6 @@ std::string zPicture::completed(const std::string& text) const {
     Runs runs = split(text);
     runs.resize(places_.size());
     for (std::string& run : runs)
-        if (run.empty()) run = "0";
+        if (run.empty()) run += '0';
     return joined(runs, {0, 0}).text;
 }

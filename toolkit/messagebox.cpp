@@ -1,6 +1,7 @@
 #include "toolkit/messagebox.h"
 
 #include "toolkit/fonts.h"
+#include "toolkit/kept.h"
 #include "toolkit/modal.h"
 #include "toolkit/picture.h"
 #include "toolkit/place.h"
@@ -29,11 +30,11 @@ bool showBox(zApplication& application, Widget parent, const Kind& kind, const s
                          XmNmessageString, message.get(), XmNokLabelString, ok.get(), XmNcancelLabelString,
                          cancel.get(), XmNdefaultButtonType, usual, XmNdialogTitle, caption.get(),
                          XmNdialogStyle, XmDIALOG_FULL_APPLICATION_MODAL, XmNautoUnmanage, False, XmNnoResize,
-                         True, XmNdefaultPosition, False, zTypedFonts(zRenderTableName({})), nullptr);
+                         True, XmNdefaultPosition, False, zFonts(shell, zFontRow{}), nullptr);
     Pixel background = 0;
     XtVaGetValues(box, XmNbackground, &background, nullptr);
-    const zPixmap symbol(box, kind.picture, background);
-    if (symbol) XtVaSetValues(box, XmNsymbolPixmap, symbol.handle(), nullptr);
+    if (const Pixmap symbol = zPixmapOf(box, kind.picture, background))
+        XtVaSetValues(box, XmNsymbolPixmap, symbol, nullptr);
     if (!kind.asks) XtUnmanageChild(XtNameToWidget(box, "OK"));
     XtUnmanageChild(XtNameToWidget(box, "Help"));
 

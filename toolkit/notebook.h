@@ -1,4 +1,5 @@
-// A notebook: tabs, each with a page made from a layout of its own. The pages belong to the notebook.
+// A notebook: tabs, each with a page made from a layout of its own. The pages belong to the notebook. Their controls
+// are there from the beginning, their windows when they are first on top: a window that opens pays for one page.
 #pragma once
 
 #include "toolkit/board.h"
@@ -21,6 +22,8 @@ class zNotebook : public zControl {
     void realized() override;
 
   private:
+    void raise();
+
     zRect place_;
     std::vector<std::unique_ptr<zBoard>> pages_;
 };

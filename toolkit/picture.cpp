@@ -1,12 +1,16 @@
 #include "toolkit/picture.h"
 
+#include "toolkit/colours.h"
+#include "toolkit/kept.h"
+
 #include <X11/Intrinsic.h>
 #include <X11/xpm.h>
 #include <algorithm>
 #include <bit>
 #include <cstdlib>
 #include <cstring>
-#include <utility>
+#include <fmt/format.h>
+#include <string>
 
 namespace {
 
@@ -38,6 +42,28 @@ int keepColours(Display*, Colormap, Pixel*, int, void*) {
     return 1;
 }
 
+Pixmap make(Widget widget, const zPictureRow& row, Pixel background) {
+    char symbol[] = "background";
+    const XColor rgb = zColourOf(widget, background);
+    std::string value = fmt::format("#{:02x}{:02x}{:02x}", rgb.red >> 8, rgb.green >> 8, rgb.blue >> 8);
+    XpmColorSymbol colour{symbol, value.data(), 0};
+    XpmAttributes attributes{};
+    attributes.valuemask = XpmColorSymbols | XpmCloseness;
+    attributes.colorsymbols = &colour;
+    attributes.numsymbols = 1;
+    attributes.closeness = 40000;  // on a full colour map any near colour is better than none
+    if (DefaultVisualOfScreen(XtScreen(widget))->c_class == TrueColor) {
+        attributes.valuemask |= XpmAllocColor | XpmFreeColors;
+        attributes.alloc_color = trueColour;
+        attributes.free_colors = keepColours;
+    }
+    Pixmap made = None;
+    XpmCreatePixmapFromData(XtDisplay(widget), RootWindowOfScreen(XtScreen(widget)), xpmData(row), &made,
+                            nullptr, &attributes);
+    XpmFreeAttributes(&attributes);
+    return made;
+}
+
 }  // namespace
 
 void zSetPictures(std::span<const zPictureRow> rows) {
@@ -50,39 +76,12 @@ const zPictureRow* zFindPicture(int id) {
     return row == pictures.end() ? nullptr : &*row;
 }
 
-zPixmap::zPixmap(Widget widget, int id, unsigned long background) : display_(XtDisplay(widget)) {
+unsigned long zPixmapOf(Widget widget, int id, unsigned long background) {
     const zPictureRow* row = zFindPicture(id);
-    if (!row) return;
-    char symbol[] = "background";
-    XpmColorSymbol colour{symbol, nullptr, background};
-    XpmAttributes attributes{};
-    attributes.valuemask = XpmColorSymbols | XpmCloseness;
-    attributes.colorsymbols = &colour;
-    attributes.numsymbols = 1;
-    attributes.closeness = 40000;  // on a full colour map any near colour is better than none
-    if (DefaultVisualOfScreen(XtScreen(widget))->c_class == TrueColor) {
-        attributes.valuemask |= XpmAllocColor | XpmFreeColors;
-        attributes.alloc_color = trueColour;
-        attributes.free_colors = keepColours;
-    }
-    Pixmap made = 0;
-    if (XpmCreatePixmapFromData(XtDisplay(widget), RootWindowOfScreen(XtScreen(widget)), xpmData(*row), &made,
-                                nullptr, &attributes) >= XpmSuccess)
-        pixmap_ = made;
-    XpmFreeAttributes(&attributes);
-}
-
-zPixmap::~zPixmap() {
-    if (pixmap_) XFreePixmap(static_cast<Display*>(display_), pixmap_);
-}
-
-zPixmap::zPixmap(zPixmap&& other) noexcept
-    : display_(other.display_), pixmap_(std::exchange(other.pixmap_, 0UL)) {}
-
-zPixmap& zPixmap::operator=(zPixmap&& other) noexcept {
-    std::swap(display_, other.display_);
-    std::swap(pixmap_, other.pixmap_);
-    return *this;
+    if (!row) return 0;
+    Pixmap& pixmap = zKept::of(XtDisplay(widget)).pixmap(id, background);
+    if (!pixmap) pixmap = make(widget, *row, background);
+    return pixmap;
 }
 
 std::vector<unsigned long> zIconData(int id) {

@@ -23,22 +23,9 @@ void zSetPictures(std::span<const zPictureRow> rows);
 // Rows of the table, or null.
 const zPictureRow* zFindPicture(int id);
 
-// A picture on the display, freed with the object. Colours with the symbol "background" take `background`.
-class zPixmap {
-  public:
-    zPixmap() = default;
-    zPixmap(Widget widget, int id, unsigned long background);
-    ~zPixmap();
-    zPixmap(zPixmap&& other) noexcept;
-    zPixmap& operator=(zPixmap&& other) noexcept;
-
-    unsigned long handle() const { return pixmap_; }  // 0: there is no such picture
-    explicit operator bool() const { return pixmap_ != 0; }
-
-  private:
-    void* display_ = nullptr;
-    unsigned long pixmap_ = 0;
-};
+// A picture on the display; 0: there is no such picture. Colours with the symbol "background" take `background`. It is
+// made once and belongs to the toolkit.
+unsigned long zPixmapOf(Widget widget, int id, unsigned long background);
 
 // The picture as _NET_WM_ICON has it: width, height, then rows of ARGB values. Empty when there is no such
 // picture.

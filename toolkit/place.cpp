@@ -1,5 +1,7 @@
 #include "toolkit/place.h"
 
+#include <X11/CoreP.h>
+#include <X11/IntrinsicP.h>
 #include <X11/Xft/Xft.h>
 #include <Xm/Xm.h>
 #include <algorithm>
@@ -13,10 +15,12 @@ void _XmXftDrawDestroy(Display* display, Window window, XftDraw* draw);
 namespace {
 
 void freeDraws(Widget widget) {
-    if (XtIsWidget(widget) && XtIsRealized(widget)) {
+    if (!XtIsWidget(widget)) return;  // gadgets draw into their parent's window
+    if (XtIsRealized(widget)) {
         Display* display = XtDisplay(widget);
         _XmXftDrawDestroy(display, XtWindow(widget), _XmXftDrawCreate(display, XtWindow(widget)));
     }
+    for (Cardinal i = 0; i < widget->core.num_popups; ++i) freeDraws(widget->core.popup_list[i]);
     if (!XtIsComposite(widget)) return;
     WidgetList children = nullptr;
     Cardinal count = 0;

@@ -3,14 +3,11 @@
 
 #include "toolkit/widget.h"
 
-#include <string>
-
-// Arguments for XtVaCreateWidget that give a bulletin board and its children the named render table.
-#define zTypedFont(resource, name)                                                                           \
-    XtVaTypedArg, resource, XmRString, name, static_cast<int>(std::char_traits<char>::length(name) + 1)
-#define zTypedFonts(name)                                                                                    \
-    zTypedFont(XmNlabelRenderTable, name), zTypedFont(XmNbuttonRenderTable, name),                           \
-        zTypedFont(XmNtextRenderTable, name)
+// Arguments for XtVaCreateWidget that give a bulletin board and its children the font of a layout.
+#define zFonts(parent, font)                                                                                 \
+    XmNlabelRenderTable, zKept::of(XtDisplay(parent)).renderTable(parent, font), XmNbuttonRenderTable,       \
+        zKept::of(XtDisplay(parent)).renderTable(parent, font), XmNtextRenderTable,                          \
+        zKept::of(XtDisplay(parent)).renderTable(parent, font)
 
 // Puts a realized shell into the middle of its screen.
 void zCentre(Widget shell);

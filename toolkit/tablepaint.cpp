@@ -1,5 +1,8 @@
 #include "toolkit/tablepaint.h"
 
+#include "toolkit/colours.h"
+#include "toolkit/kept.h"
+
 #include <X11/Xft/Xft.h>
 #include <Xm/Xm.h>
 #include <algorithm>
@@ -40,6 +43,7 @@ struct zTablePaint::Tools {
     Pixel cells, labels, top, bottom;
     XftColor ink, pale;
     XftFont* font = nullptr;
+    std::string pattern;
     GC gc = nullptr;
     Pixmap pixmap = None;
     XftDraw* draw = nullptr;
@@ -52,13 +56,12 @@ struct zTablePaint::Tools {
                       nullptr);
         XtVaGetValues(XtParent(canvas), XmNbackground, &labels, nullptr);
         XmGetColors(XtScreen(canvas), colours, labels, &unused, &top, &bottom, nullptr);
-        ink = colour(colours, foreground);
-        pale = colour(colours, bottom);
+        ink = colour(foreground);
+        pale = colour(bottom);
     }
     ~Tools() {
         forget();
         if (gc) XFreeGC(display, gc);
-        if (font) XftFontClose(display, font);
     }
     void forget() {
         if (draw) XftDrawDestroy(draw);
@@ -66,10 +69,8 @@ struct zTablePaint::Tools {
         draw = nullptr;
         pixmap = None;
     }
-    XftColor colour(Colormap colours, Pixel pixel) const {
-        XColor value{};
-        value.pixel = pixel;
-        XQueryColor(display, colours, &value);
+    XftColor colour(Pixel pixel) const {
+        const XColor value = zColourOf(canvas, pixel);
         return {pixel, {value.red, value.green, value.blue, 0xffff}};
     }
     void fill(Pixel pixel, const zRect& r) const {
@@ -92,11 +93,12 @@ zTablePaint::~zTablePaint() = default;
 
 void zTablePaint::setFont(const std::string& pattern) {
     Tools& t = *tools_;
-    XftFont* font = pattern.empty() ? nullptr : XftFontOpenName(t.display, t.screen, pattern.c_str());
-    if (!font) font = XftFontOpenName(t.display, t.screen, t.resources.font);
-    if (!font) font = XftFontOpenName(t.display, t.screen, "sans");  // always matches something
-    if (t.font) XftFontClose(t.display, t.font);
-    t.font = font;
+    if (t.font && pattern == t.pattern) return;
+    t.pattern = pattern;
+    zKept& kept = zKept::of(t.display);
+    t.font = pattern.empty() ? nullptr : kept.font(t.screen, pattern);
+    if (!t.font) t.font = kept.font(t.screen, t.resources.font);
+    if (!t.font) t.font = kept.font(t.screen, "sans");  // always matches something
 }
 
 int zTablePaint::textWidth(std::string_view text) const {
@@ -118,14 +120,11 @@ void zTablePaint::resize(int width, int height) {
         t.gc = XCreateGC(t.display, window, GCGraphicsExposures, &values);
     }
     int depth = 0;
-    Visual* visual = nullptr;
-    Colormap colours = 0;
-    XtVaGetValues(t.canvas, XmNdepth, &depth, XmNcolormap, &colours, nullptr);
-    XtVaGetValues(XtIsShell(t.canvas) ? t.canvas : XtParent(t.canvas), XmNcolormap, &colours, nullptr);
-    visual = DefaultVisual(t.display, t.screen);
+    XtVaGetValues(t.canvas, XmNdepth, &depth, nullptr);
     t.pixmap = XCreatePixmap(t.display, window, static_cast<unsigned>(std::max(1, width)),
                              static_cast<unsigned>(std::max(1, height)), static_cast<unsigned>(depth));
-    t.draw = XftDrawCreate(t.display, t.pixmap, visual, colours);
+    t.draw = XftDrawCreate(t.display, t.pixmap, DefaultVisual(t.display, t.screen),
+                           DefaultColormap(t.display, t.screen));
     clear({0, 0, width, height});
 }
 

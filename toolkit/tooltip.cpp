@@ -1,5 +1,6 @@
 #include "toolkit/tooltip.h"
 
+#include "toolkit/kept.h"
 #include "toolkit/place.h"
 #include "toolkit/xmtext.h"
 
@@ -124,8 +125,9 @@ void zTooltips::show() {
     shell_ = XtVaCreatePopupShell("TipShell", overrideShellWidgetClass, top, XmNallowShellResize, True,
                                   XmNborderWidth, 1, nullptr);
     const zXmText text(under_->text);
+    const XmRenderTable font = zKept::of(display).renderTable(shell_, {zFontRow::normal});
     const Widget label = XtVaCreateManagedWidget("TipLabel", xmLabelWidgetClass, shell_, XmNlabelString,
-                                                 text.get(), zTypedFont(XmNrenderTable, "plain"), nullptr);
+                                                 text.get(), XmNrenderTable, font, nullptr);
     XtRealizeWidget(shell_);
     Dimension width = 0, height = 0;
     XtVaGetValues(label, XmNwidth, &width, XmNheight, &height, nullptr);

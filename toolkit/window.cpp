@@ -1,5 +1,6 @@
 #include "toolkit/window.h"
 
+#include "toolkit/kept.h"
 #include "toolkit/modal.h"
 #include "toolkit/place.h"
 
@@ -15,18 +16,16 @@ void zWindow::setCursor(int shape) {
     cursor_ = shape;
     if (!XtIsRealized(shell_)) return;
     Display* display = XtDisplay(shell_);
-    const Cursor cursor = XCreateFontCursor(display, static_cast<unsigned>(shape));
-    XDefineCursor(display, XtWindow(shell_), cursor);
-    XFreeCursor(display, cursor);  // the server keeps it while a window shows it
+    XDefineCursor(display, XtWindow(shell_), zKept::of(display).cursor(shape));
     XFlush(display);
 }
 
 void zWindow::setIcon(int picture) {
     Pixel background = 0;
     XtVaGetValues(shell_, XmNbackground, &background, nullptr);
-    icon_ = zPixmap(shell_, picture, background);
-    if (!icon_) return;
-    XtVaSetValues(shell_, XmNiconPixmap, icon_.handle(), nullptr);
+    const Pixmap icon = zPixmapOf(shell_, picture, background);
+    if (!icon) return;
+    XtVaSetValues(shell_, XmNiconPixmap, icon, nullptr);
     const std::vector<unsigned long> data = zIconData(picture);
     Display* display = XtDisplay(shell_);
     XChangeProperty(display, XtWindow(shell_), XInternAtom(display, "_NET_WM_ICON", False), XA_CARDINAL, 32,

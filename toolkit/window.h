@@ -38,7 +38,6 @@ class zWindow {
 
   private:
     zApplication& application_;
-    zPixmap icon_;
     int cursor_ = zArrowCursor;
 };
 

@@ -7,7 +7,6 @@
 
 #include <Xm/ToggleB.h>
 #include <chrono>
-#include <filesystem>
 #include <fmt/format.h>
 
 namespace {

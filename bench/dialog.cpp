@@ -1,0 +1,178 @@
+// bench_dialog PAIRS: the configuration dialog, pair by pair with its floors: opening it beside opening a notebook
+// with one empty page, and OK on an unchanged adapter beside the file work alone. Needs a display, and in
+// TARVOLIN_ROOT a simulator and the sample configuration, whose clients get 1,000 PVCs each. Prints figure, floor
+// (medians, milliseconds) and the median of the ratios.
+#include "app/maindlg.h"
+#include "config/driverpdf.h"
+#include "model/settings.h"
+#include "model/tvdatbuf.h"
+#include "platform/user.h"
+#include "resources/pictures.h"
+#include "toolkit/button.h"
+#include "toolkit/notebook.h"
+#include "ui/config/confids.h"
+
+#include <Xm/Xm.h>
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <fmt/core.h>
+#include <functional>
+#include <vector>
+
+namespace {
+
+constexpr std::size_t pvcsPerClient = 1000;
+
+double now() {
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+}
+
+// The dialog's own frame, with nothing on its page.
+constexpr zControlRow rows[] = {{.id = pagesNB, .kind = zKind::notebook, .place = {4, 4, 292, 239}},
+                                {.id = okBTN,
+                                 .kind = zKind::bitmapButton,
+                                 .place = {96, 250, 50, 18},
+                                 .text = "OK",
+                                 .picture = okBitmap,
+                                 .style = zDefaultButton},
+                                {.id = cancelBTN,
+                                 .kind = zKind::bitmapButton,
+                                 .place = {154, 250, 50, 18},
+                                 .text = "Cancel",
+                                 .picture = cancelBitmap,
+                                 .style = zCancelButton}};
+constexpr zLayout emptyDialog{.id = 1,
+                              .name = "empty",
+                              .caption = "Empty",
+                              .width = 300,
+                              .height = 275,
+                              .font = {zFontRow::normal},
+                              .icon = programIcon,
+                              .rows = rows};
+constexpr zLayout emptyPage{.id = 2,
+                            .name = "page",
+                            .caption = "Page",
+                            .width = 284,
+                            .height = 220,
+                            .font = {zFontRow::normal},
+                            .rows = {}};
+
+class EmptyDialog : public zFormDialog {
+  public:
+    explicit EmptyDialog(zWindow& parent) : zFormDialog(parent, emptyDialog) {
+        control<zNotebook>(pagesNB).addPage(emptyPage);
+    }
+};
+
+// Calls `action` from the modal loop as soon as the dialog's button is on the screen and everything is drawn.
+struct OnceShown {
+    Widget top;
+    std::function<void(Widget button)> action;
+
+    static void look(XtPointer self, XtIntervalId*) {
+        auto& wait = *static_cast<OnceShown*>(self);
+        const Widget button = XtNameToWidget(wait.top, fmt::format("*id{}", int{okBTN}).c_str());
+        XWindowAttributes attributes{};
+        if (button && XtIsRealized(button) &&
+            XGetWindowAttributes(XtDisplay(button), XtWindow(button), &attributes) &&
+            attributes.map_state == IsViewable && idle(button)) {
+            XSync(XtDisplay(button), False);
+            if (idle(button)) return wait.action(button);
+        }
+        wait.start();
+    }
+    static bool idle(Widget button) { return !XtAppPending(XtWidgetToApplicationContext(button)); }
+    // A timer that is always due would keep the loop from the window events.
+    void start() { XtAppAddTimeOut(XtWidgetToApplicationContext(top), 1, look, this); }
+};
+
+struct Pairs {
+    std::vector<double> figures, floors;
+
+    void print(const char* what) const {
+        const auto median = [](std::vector<double> values) {
+            std::sort(values.begin(), values.end());
+            return values[values.size() / 2];
+        };
+        std::vector<double> ratios;
+        for (std::size_t i = 0; i < figures.size(); ++i) ratios.push_back(figures[i] / floors[i]);
+        fmt::print("{} {:.2f} {:.2f} {:.2f}\n", what, median(figures), median(floors), median(ratios));
+    }
+};
+
+// What closing a window left to be drawn is not part of the next opening.
+void settle(zApplication& application) {
+    for (int turn = 0; turn < 3; ++turn) {
+        XSync(static_cast<Display*>(application.display()), False);
+        application.handlePending();
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        fmt::print(stderr, "usage: bench_dialog PAIRS\n");
+        return 2;
+    }
+    platform::pretendSuperUser(true);
+    {
+        DriverPdfEdit editor({}, false);
+        editor.ReadPdf();
+        for (AtmLEC& lec : atmDevices.lec[0]) {
+            lec.pvcs.resize(pvcsPerClient);
+            for (std::size_t i = 0; i < pvcsPerClient; ++i)
+                lec.pvcs[i].vci = static_cast<std::uint16_t>(32 + i);
+        }
+        if (!editor.WriteLink(0)) return 1;
+        atmDevices = AtmDevices();
+    }
+    zApplication application("tarvolin", "Tarvolin", {}, fallbackResources);
+    if (!application.openDisplay()) return 1;
+    zSetPictures(programPictures());
+    DMainDlg window(application, mainLayout);
+    application.handlePending();
+    const Widget setup = window.control<zBitmapButton>(setupBTN).widget();
+    DriverPdfEdit editor({}, false);
+    editor.ReadPdf();
+
+    Pairs opening, confirming;
+    for (int pair = -1; pair < std::atoi(argv[1]); ++pair) {
+        double begin = now(), shown = 0;
+        OnceShown real{window.shell(), [&](Widget ok) {
+                           shown = now();
+                           XtCallCallbacks(ok, XmNactivateCallback, nullptr);
+                       }};
+        real.start();
+        XtCallCallbacks(setup, XmNactivateCallback, nullptr);
+        const double done = now();
+        settle(application);
+        const double figure = shown - begin;
+
+        double floor = 0;
+        {
+            begin = now();
+            EmptyDialog empty(window);
+            OnceShown wait{empty.shell(), [&](Widget) {
+                               floor = now() - begin;
+                               empty.endModal();
+                           }};
+            wait.start();
+            empty.runModal();
+        }
+        settle(application);
+
+        begin = now();
+        if (!editor.WriteLink(0)) return 1;
+        const double fileWork = now() - begin;
+        if (pair < 0) continue;  // the first pair warms the caches
+        opening.figures.push_back(figure);
+        opening.floors.push_back(floor);
+        confirming.figures.push_back(done - shown);
+        confirming.floors.push_back(fileWork);
+    }
+    opening.print("opening");
+    confirming.print("confirming");
+}
