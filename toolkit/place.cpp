@@ -1,7 +1,8 @@
 #include "toolkit/place.h"
 
-#include <X11/CoreP.h>
 #include <X11/IntrinsicP.h>
+// after it:
+#include <X11/CoreP.h>
 #include <X11/Xft/Xft.h>
 #include <Xm/Xm.h>
 #include <algorithm>
