@@ -10,6 +10,7 @@ enum PictureId {
     addBitmap = 510,
     modifyBitmap = 511,
     deleteBitmap = 512,
+    insertBitmap = 514,
     okBitmap = 535,
     cancelBitmap = 536,
 };

@@ -6,6 +6,7 @@
 #include "resources/delete.xpm"
 #include "resources/global.xpm"
 #include "resources/information.xpm"
+#include "resources/insert.xpm"
 #include "resources/modify.xpm"
 #include "resources/ok.xpm"
 #include "resources/question.xpm"
@@ -26,6 +27,7 @@ std::span<const zPictureRow> programPictures() {
                                            {addBitmap, addPicture},
                                            {modifyBitmap, modifyPicture},
                                            {deleteBitmap, deletePicture},
+                                           {insertBitmap, insertPicture},
                                            {okBitmap, okPicture},
                                            {cancelBitmap, cancelPicture}};
     return rows;

@@ -74,15 +74,15 @@ void zEdit::store() {
     if (!variable_ || !changed()) return;
     complete();
     if (!changed()) return;
-    *variable_ = picture_ ? picture_->bare(text()) : text();
+    *variable_ = picture_ ? picture_->bare(picture_->completed(text())) : text();
     shown_ = text();
 }
 
-// What leaves the field is what is seen in it.
+// What leaves an address field is what is seen in it.
 void zEdit::complete() {
-    if (!picture_ || !changed()) return;
+    if (!picture_ || !picture_->isAddress() || !changed()) return;
     const std::string now = text();
-    setText(now.empty() && picture_->isAddress() ? shown_ : picture_->completed(now));
+    setText(now.empty() ? shown_ : picture_->completed(now));
 }
 
 void zEdit::verify(void* callData) {

@@ -15,7 +15,8 @@ class zEdit : public zControl {
     void bind(zVariable variable) override { variable_ = std::get<std::string*>(variable); }
     void load() override;
 
-    // An address that lacks digits gets zeros for them; an empty one leaves the variable as it is.
+    // An address that lacks digits gets zeros for them, in the field, too; an empty one leaves the variable as it
+    // is. Empty groups of numbers are stored as zeros.
     void store() override;
 
     // The text as shown. Characters other than printable ASCII are shown as '?'. Setting calls no handler, is

@@ -16,7 +16,7 @@ enum class zKind {
     staticText,
     edit,        // one line; with a mask only what its picture allows can be typed
     numberEdit,  // an unsigned decimal number, at most as many digits as the mask has '#'
-    listBox,     // unsorted, single selection
+    listBox,     // unsorted; one line can be selected, or with zSeveral any number
     dropDown,    // one of its items; the height is that of the list dropped down
     checkBox,
     radioButton,   // one of the group that begins at the last row with zFirstOfGroup
@@ -36,6 +36,7 @@ enum zStyle : unsigned {
     zFirstOfGroup = 2,
     zDefaultButton = 4,  // pressed by Return
     zCancelButton = 8,   // pressed by Escape
+    zSeveral = 16,       // a list of which several lines can be selected
 };
 
 struct zControlRow {

@@ -6,7 +6,8 @@
 
 zListBox::zListBox(Widget board, const zRect& place, const zControlRow& row) : zControl(row), place_(place) {
     zPlaced resources(place);
-    resources.set(XmNselectionPolicy, XmBROWSE_SELECT).set(XmNlistSizePolicy, XmCONSTANT);
+    resources.set(XmNselectionPolicy, row.style & zSeveral ? XmMULTIPLE_SELECT : XmBROWSE_SELECT);
+    resources.set(XmNlistSizePolicy, XmCONSTANT);
     resources.set(XmNscrollBarDisplayPolicy, XmAS_NEEDED).set(XmNnavigationType, XmEXCLUSIVE_TAB_GROUP);
     std::string name = zWidgetName(row);
     const Widget list = XmCreateScrolledList(board, name.data(), resources.args.data(), resources.count());
@@ -29,6 +30,17 @@ void zListBox::append(const std::string& line) {
     zKeepPlace(outermost(), place_);
 }
 
+void zListBox::setLines(std::vector<std::string> lines) {
+    lines_ = std::move(lines);
+    XmListDeleteAllItems(widget());
+    // Line by line the list would compute its size as often as it has lines.
+    std::vector<zXmText> texts(lines_.begin(), lines_.end());
+    std::vector<XmString> items;
+    for (const zXmText& text : texts) items.push_back(text.get());
+    if (!items.empty()) XmListAddItemsUnselected(widget(), items.data(), count(), 0);
+    zKeepPlace(outermost(), place_);
+}
+
 std::string zListBox::line(int position) const {
     return position >= 0 && position < count() ? lines_[static_cast<std::size_t>(position)] : std::string();
 }
@@ -43,12 +55,18 @@ void zListBox::select(int position) {
 }
 
 int zListBox::selected() const {
+    const std::vector<int> all = allSelected();
+    return all.empty() ? -1 : all.front();
+}
+
+std::vector<int> zListBox::allSelected() const {
     int* positions = nullptr;
     int found = 0;
-    if (!XmListGetSelectedPos(widget(), &positions, &found)) return -1;
-    const int first = positions[0] - 1;
+    if (!XmListGetSelectedPos(widget(), &positions, &found)) return {};
+    std::vector<int> all(positions, positions + found);
     XtFree(reinterpret_cast<char*>(positions));
-    return first;
+    for (int& position : all) --position;
+    return all;
 }
 
 Widget zListBox::outermost() const {

@@ -1,22 +1,25 @@
-// A list of lines of which one can be selected.
+// A list of lines of which one or several can be selected.
 #pragma once
 
 #include "toolkit/control.h"
 
 #include <functional>
 #include <string>
+#include <vector>
 
 class zListBox : public zControl {
   public:
     zListBox(Widget board, const zRect& place, const zControlRow& row);
 
     void append(const std::string& line);
+    void setLines(std::vector<std::string> lines);  // instead of those that stand; nothing is selected then
     int count() const { return static_cast<int>(lines_.size()); }
     std::string line(int position) const;  // empty when there is none
 
     // Positions count from 0; -1 means that nothing is selected. Selecting by program calls no handler.
     void select(int position);
-    int selected() const;
+    int selected() const;                  // the first one
+    std::vector<int> allSelected() const;  // from the top
     Widget outermost() const override;
 
     std::function<void()> onSelect;    // the user has chosen a line

@@ -245,13 +245,12 @@ std::optional<zPicture::Edit> zPicture::editRuns(const std::string& text, std::s
 }
 
 std::string zPicture::completed(const std::string& text) const {
-    if (text.empty()) return text;
+    if (places_.size() == 1 || (address_ && text.empty())) return text;
     if (address_) {
         std::string value = bare(text);
         value.resize(places_.size(), '0');
         return format(value);
     }
-    if (places_.size() == 1) return text;
     Runs runs = split(text);
     runs.resize(places_.size());
     for (std::string& run : runs)

@@ -41,8 +41,8 @@ class zPicture {
     // The value without the fixed characters of an address picture; other pictures keep them.
     std::string bare(std::string_view shown) const;
 
-    // With zeros for what lacks: missing digits of an address, empty runs between fixed characters. A
-    // picture of a single run lacks nothing.
+    // With zeros for what lacks: missing digits of an address that was begun, empty runs between fixed
+    // characters. A picture of a single run lacks nothing.
     std::string completed(const std::string& text) const;
 
     bool isAddress() const { return address_; }

@@ -6,6 +6,7 @@
 #include "ui/config/confids.h"
 #include "ui/config/lcpvcdlg.h"
 
+#include <Xm/TabBox.h>
 #include <Xm/TabStack.h>
 #include <Xm/TextF.h>
 #include <sstream>
@@ -53,6 +54,14 @@ class ConfigurationTest : public ProgramTest {
         return names;
     }
 
+    // Presses Setup and does the steps on this page of the notebook; they have to close it.
+    void configure(const std::function<void()>& session, const std::string& page = "lecPage") {
+        ProgramTest::configure([&] {
+            turnTo(page);
+            session();
+        });
+    }
+
     // A control of the page that is on top, or of the dialog above it: pages share ids.
     Widget named(int id) {
         const std::string name = "id" + std::to_string(id);
@@ -65,10 +74,11 @@ class ConfigurationTest : public ProgramTest {
     void turnTo(const std::string& page) {
         const Widget book = user->widget("id100"), board = XtParent(user->widget(page));
         ASSERT_TRUE(book && board) << page;
-        constexpr Position tabs = 15;
-        Position x = 0;
-        while (x < 700 && XmTabStackXYToWidget(book, x, tabs) != board) ++x;
-        user->clickAt(book, x + 5, tabs);
+        const Widget tabs = XtNameToWidget(book, "tabBox");
+        constexpr int row = 15;
+        int x = 0;
+        while (x < 700 && XmTabStackIndexToWidget(book, XmTabBoxXYToIndex(tabs, x, row)) != board) ++x;
+        user->clickAt(book, x + 5, row);
         ASSERT_EQ(XmTabStackGetSelectedTab(book), board) << page;
         page_ = page;
     }
@@ -127,6 +137,14 @@ class ConfigurationTest : public ProgramTest {
             enter(671, mac);
             enter(703, vci);
             press(706);
+        });
+    }
+    // Does the steps in the sub-dialog with this board name when it comes up.
+    void inSubDialog(const std::string& title, const std::string& board, const std::function<void()>& steps) {
+        inDialog(title, [=, this] {
+            const std::string page = std::exchange(page_, board);
+            steps();
+            page_ = page;
         });
     }
     void answer(const char* key) {

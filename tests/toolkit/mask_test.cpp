@@ -210,7 +210,8 @@ TEST(Picture, KeysAndPastes) {
 TEST(Picture, LackingDigitsAreZeros) {
     EXPECT_EQ(zPicture(macAddressMask).completed("00:a"), "00:a0:00:00:00:00");
     EXPECT_EQ(zPicture(ipAddressMask).completed("10..3"), "10.0.3.0");
-    EXPECT_EQ(zPicture(ipAddressMask).completed(""), "");
+    EXPECT_EQ(zPicture(ipAddressMask).completed(""), "0.0.0.0");
+    EXPECT_EQ(zPicture(macAddressMask).completed(""), "");
     EXPECT_EQ(zPicture(elanNameMask).completed("x"), "x");
 }
 

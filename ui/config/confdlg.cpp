@@ -28,7 +28,7 @@ constexpr zControlRow rows[] = {
      .style = zCancelButton},
 };
 
-constexpr zLayout layout{.id = 566,
+constexpr zLayout frame{.id = 566,
                          .name = "setup",
                          .caption = "Setup",
                          .width = 300,
@@ -39,11 +39,18 @@ constexpr zLayout layout{.id = 566,
 
 }  // namespace
 
-DConfigDlg::DConfigDlg(zWindow& parent) : zFormDialog(parent, layout) {
+DConfigDlg::DConfigDlg(zWindow& parent) : zFormDialog(parent, frame) {
     parent.setCursor(zWatchCursor);
     if (dai_open(0, O_RDWR, SetupIoctlDesc) != 0) SetupIoctlDesc = 0;
 
-    lecPage_ = std::make_unique<DConfigDlgLECPG>(*this, control<zNotebook>(pagesNB));
+    auto& notebook = control<zNotebook>(pagesNB);
+    signalPage_ = std::make_unique<DConfigDlgSignalPG>(notebook);
+    lecPage_ = std::make_unique<DConfigDlgLECPG>(*this, notebook);
+    if (advSettings) {
+        lesPage_ = std::make_unique<DConfigDlgLESPG>(*this, notebook);
+        lecsPage_ = std::make_unique<DConfigDlgLECSPG>(notebook);
+    }
+    ip1577Page_ = std::make_unique<DConfigDlgI1577PG>(*this, notebook);
     setTitle(("Setup " + dlgTitle).substr(0, longestTitle));
     control<zBitmapButton>(okBTN).onClick = [this] { onOk(); };
     control<zBitmapButton>(cancelBTN).onClick = [this] { onCancel(); };
@@ -58,7 +65,11 @@ DConfigDlg::~DConfigDlg() {
 
 int DConfigDlg::onOk() {
     okFlag_ = true;
+    signalPage_->storeDefaults();
     lecPage_->storeDefaults(lecPage_->current());
+    ip1577Page_->storeDefaults();
+    if (lesPage_) lesPage_->storeDefaults(lesPage_->current());
+    if (lecsPage_) lecsPage_->storeDefaults();
     endModal();
     return 1;
 }

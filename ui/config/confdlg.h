@@ -2,11 +2,21 @@
 //
 // It edits the transfer buffers, which the caller has filled; scalar settings reach them at OK. List edits (PVCs,
 // ELAN clients) go to the running driver and into the buffers at once and survive Cancel.
+//
+// Every page follows one protocol; pages that show one of several instances take its index, from 0:
+//   Setup          the transfer buffer into the variables to which the page's controls are bound
+//   setDefaults    the same, and onto the controls
+//   storeDefaults  what was changed on the controls into the buffer
+//   ToggleControls greys what the state of the check boxes makes impossible
 #pragma once
 
 #include "toolkit/notebook.h"
 #include "toolkit/window.h"
+#include "ui/config/ip1577page.h"
 #include "ui/config/lecpage.h"
+#include "ui/config/lecspage.h"
+#include "ui/config/lespage.h"
+#include "ui/config/signalpage.h"
 
 #include <memory>
 
@@ -23,6 +33,10 @@ class DConfigDlg : public zFormDialog {
     int onCancel();
 
   private:
+    std::unique_ptr<DConfigDlgSignalPG> signalPage_;
     std::unique_ptr<DConfigDlgLECPG> lecPage_;
+    std::unique_ptr<DConfigDlgLESPG> lesPage_;    // in advanced mode only
+    std::unique_ptr<DConfigDlgLECSPG> lecsPage_;  // likewise
+    std::unique_ptr<DConfigDlgI1577PG> ip1577Page_;
     bool okFlag_ = false;
 };

@@ -1,5 +1,5 @@
-// Control ids of the configuration notebook and its pages. A control that several pages have bears
-// the same id on each.
+// Control ids of the configuration notebook, its pages and their sub-dialogs. A control that several pages have
+// bears the same id on each.
 #pragma once
 
 enum ConfigControl {
@@ -31,4 +31,49 @@ enum ConfigControl {
     modifyBTN = 612,
     deleteBTN = 613,
     lecTB = 614,
+    ethernetRB = 615,
+    tokenRingRB = 616,
+    strictNameCB = 617,
+    strictMtuCB = 618,
+    mappingsGB = 619,
+    clientLB = 620,
+    insertBTN = 621,
+    lesTB = 622,
+    wellKnownAddressCB = 623,
+    etherMtuLBL = 624,
+    etherMtuCBO = 625,
+    tokenRingMtuLBL = 626,
+    tokenRingMtuCBO = 627,
+    firstGB = 628,  // of the page
+    ipLBL = 629,
+    ipED = 630,
+    subnetMaskLBL = 631,
+    subnetMaskED = 632,
+    secondGB = 633,
+    serverCB = 634,
+    serverIpLBL = 635,
+    serverIpED = 636,
+    uniRevisionCBO = 637,
+    vpiED = 638,
+    firstVciED = 639,
+    lastVciED = 640,
+    addrRegCB = 641,
+    registeredPrefixED = 642,
+    portChangeCB = 643,
+    otherPrefixesCB = 644,
+
+    // sub-dialogs
+    clientsAvailableLBL = 590,
+    pvcIpLBL = 635,
+    pvcIpED = 636,
+    pvcMacED = 671,
+    pvcVciED = 703,
+    llcSnapRB = 704,
+    nullRB = 705,
+    subOkBTN = 706,
+    subCancelBTN = 707,
+    broadcastCB = 708,
+    pvcMacLBL = 709,
+    pvcVciLBL = 710,
+    availableLB = 711,
 };

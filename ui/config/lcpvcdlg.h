@@ -1,30 +1,20 @@
-// One bridged PVC: the sub-dialog behind Add and Modify.
+// One bridged PVC: the sub-dialog behind Add and Modify of the LEC page.
 #pragma once
 
 #include "model/tvdatbuf.h"
-#include "toolkit/window.h"
-
-#include <string>
+#include "ui/config/pvcdialog.h"
 
 // The PVC that the page and the sub-dialog exchange; what was confirmed last stays for the next one.
 extern AtmBridgedPvc bridgedPvcXferBuffer;
 
-class DLecPvcDLG : public zFormDialog {
+class DLecPvcDLG : public PvcDialog {
   public:
     // Shows bridgedPvcXferBuffer.
     explicit DLecPvcDLG(zWindow& parent);
 
-    bool okFlag() const { return okFlag_; }  // after runModal(): the buffer holds what was confirmed
-
   private:
     void Setup();
-    void StoreDefaults();
-    void clickedOkBTN();
-    void clickedCancelBTN();
+    void StoreDefaults() override;
 
-    bool okFlag_ = false;
-    std::string mac_;  // 12 digits
-    unsigned vci_ = 0;
-    int encapsulation_ = 0;  // id of the chosen button
     int broadcast_ = 0;
 };

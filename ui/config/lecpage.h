@@ -5,18 +5,20 @@
 #include "model/tvdatbuf.h"
 #include "toolkit/notebook.h"
 #include "toolkit/window.h"
+#include "ui/config/addresspair.h"
 #include "ui/config/fieldtable.h"
-#include "ui/mytable.h"
+#include "ui/config/pvceditor.h"
+#include "ui/config/pvctable.h"
 
-#include <memory>
+#include <optional>
 #include <string>
 
 // The bridged PVCs of one client.
-class LECPGPvcTBL : public myTable {
+class LECPGPvcTBL : public PvcTable {
   public:
     explicit LECPGPvcTBL(zTable& table);
 
-    // Shows the list of a client's buffer; its last row becomes the active one.
+    // Shows the list of a client's buffer.
     void Update(int lec);
 };
 
@@ -36,21 +38,16 @@ class DConfigDlgLECPG {
   private:
     static const FieldRow<DConfigDlgLECPG, LECXferBuffer> fields[];
 
+    PvcEditor<AtmBridgedPvc>::Page pvcList(zFormDialog& dialog);
     void clickedLECSRBGroup(int id);
     void selChangeElanMTUCBO();
     void selChangeLecTB(int next);
-    void clickedAddBTN();
-    void clickedModifyBTN();
-    void clickedDeleteBTN();
 
-    std::vector<AtmBridgedPvc>& pvcs() const;
-    AtmBridgedPvc* selectedPvc() const;
-    bool changePvc(const AtmBridgedPvc& pvc, PvcChange change);
-
-    zFormDialog& dialog_;
     zBoard& board_;
-    std::unique_ptr<LECPGPvcTBL> table_;
-    std::unique_ptr<LecControl> control_;  // none without a driver channel
+    AddressPair address_;
+    LECPGPvcTBL table_;
+    std::optional<LecControl> control_;  // none without a driver channel
+    PvcEditor<AtmBridgedPvc> editor_;
     int current_ = 0;
 
     std::string macText_, elanName_, networkPrefix_, esiSelector_;

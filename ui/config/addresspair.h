@@ -1,0 +1,31 @@
+// The two fields of an ATM address on a page, and the well-known address of the LAN Emulation standard's LECS.
+#pragma once
+
+#include "toolkit/edit.h"
+
+class zBoard;
+
+// In the form in which fields show it.
+struct AddressHalves {
+    const char* networkPrefix;
+    const char* esiSelector;
+};
+
+inline constexpr AddressHalves wellKnownAddress{"47:00:79:00:00:00:00:00:00:00:00:00:00",
+                                                "00:A0:3E:00:00:01-00"};
+
+class AddressPair {
+  public:
+    // The fields networkPrefixED and esiSelectorED of a board, which are bound to variables.
+    explicit AddressPair(const zBoard& board);
+
+    // Remembers in the variables what was typed so far, and shows the well-known address.
+    void showWellKnown();
+
+    // Shows what the variables remember.
+    void showOwn();
+
+  private:
+    zEdit& networkPrefix_;
+    zEdit& esiSelector_;
+};

@@ -1,0 +1,50 @@
+#include "ui/config/elandlg.h"
+
+#include "model/masks.h"
+#include "resources/pictureids.h"
+#include "toolkit/edit.h"
+#include "ui/config/confids.h"
+
+esiSelector esiSelectorXferBuffer;
+
+namespace {
+
+constexpr zControlRow rows[] = {
+    {.id = esiSelectorLBL, .kind = zKind::staticText, .place = {34, 8, 49, 10}, .text = "ESI/Selector:"},
+    {.id = esiSelectorED, .kind = zKind::edit, .place = {34, 21, 78, 12}, .mask = esiSelectorMask},
+    {.id = subOkBTN,
+     .kind = zKind::bitmapButton,
+     .place = {15, 62, 50, 18},
+     .text = "OK",
+     .picture = okBitmap,
+     .style = zDefaultButton},
+    {.id = subCancelBTN,
+     .kind = zKind::bitmapButton,
+     .place = {78, 62, 50, 18},
+     .text = "Cancel",
+     .picture = cancelBitmap,
+     .style = zCancelButton},
+};
+
+constexpr zLayout layout{.id = 565,
+                         .name = "elanClient",
+                         .caption = "Add ELAN Client",
+                         .width = 145,
+                         .height = 90,
+                         .font = {zFontRow::normal},
+                         .icon = programIcon,
+                         .rows = rows};
+
+}  // namespace
+
+DElandlg::DElandlg(zWindow& parent) : SubDialog(parent, layout) {
+    for (const char c : std::string_view(esiSelectorXferBuffer.GetF2EsiSelector()))
+        if (atox(c) >= 0) digits_ += c;
+    control<zEdit>(esiSelectorED).bind(&digits_);
+    board().load();
+}
+
+void DElandlg::StoreDefaults() {
+    board().store();
+    esiSelectorXferBuffer = control<zEdit>(esiSelectorED).text();
+}

@@ -1,0 +1,48 @@
+// The "1577" page: the Classical IP client with its ATMARP server and its routed PVCs.
+#pragma once
+
+#include "driver/control.h"
+#include "model/tvdatbuf.h"
+#include "toolkit/notebook.h"
+#include "toolkit/window.h"
+#include "ui/config/fieldtable.h"
+#include "ui/config/pvceditor.h"
+#include "ui/config/pvctable.h"
+
+#include <optional>
+#include <string>
+
+// The routed PVCs.
+class I1577PGPvcTBL : public PvcTable {
+  public:
+    explicit I1577PGPvcTBL(zTable& table);
+
+    // Shows the list of the buffer.
+    void Update();
+};
+
+class DConfigDlgI1577PG {
+  public:
+    // Adds the page to the notebook of `dialog`, which must outlive it.
+    DConfigDlgI1577PG(zFormDialog& dialog, zNotebook& notebook);
+
+    void Setup();
+    void setDefaults();
+    void storeDefaults();
+    void ToggleControls();
+
+  private:
+    static const FieldRow<DConfigDlgI1577PG, IP1577XferBuffer> fields[];
+
+    PvcEditor<AtmRoutedPvc>::Page pvcList(zFormDialog& dialog);
+    void clickedEnableServerCB();
+
+    zBoard& board_;
+    I1577PGPvcTBL table_;
+    std::optional<IpControl> control_;  // none without a driver channel
+    PvcEditor<AtmRoutedPvc> editor_;
+
+    std::string ip_, subnetMask_, serverIp_, networkPrefix_, esiSelector_;
+    int enabled_ = 0, pvcOnly_ = 0;
+    int server_ = 0;  // this adapter is the ARP server: shown only, it follows from the addresses
+};

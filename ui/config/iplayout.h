@@ -1,0 +1,14 @@
+// What stands on the "1577" page, and when it is enabled.
+#pragma once
+
+#include "toolkit/board.h"
+
+extern const zLayout ip1577PageLayout;
+
+// Conditions of the rules.
+enum IpCondition : unsigned {
+    ipEnabled = 1,      // "Enable" of the client is on
+    serverUsed = 2,     // "PVC Only" is off
+    serverForeign = 4,  // "Enable" of the ARP server is off: the server is another host
+};
+extern const std::span<const zEnableRow> ip1577PageRules;

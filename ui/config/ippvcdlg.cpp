@@ -1,0 +1,58 @@
+#include "ui/config/ippvcdlg.h"
+
+#include "model/masks.h"
+#include "resources/pictureids.h"
+
+AtmRoutedPvc pvcXferBuffer;
+
+namespace {
+
+constexpr zControlRow rows[] = {
+    {.id = pvcIpLBL, .kind = zKind::staticText, .place = {26, 18, 43, 8}, .text = "IP Address:"},
+    {.id = pvcIpED, .kind = zKind::edit, .place = {26, 30, 70, 12}, .mask = ipAddressMask},
+    {.kind = zKind::staticText, .place = {26, 48, 19, 8}, .text = "VCI:", .name = "vciLabel"},
+    {.id = pvcVciED, .kind = zKind::numberEdit, .place = {26, 59, 32, 12}, .mask = fourDigitsMask},
+    {.id = secondGB, .kind = zKind::groupBox, .place = {114, 18, 63, 53}, .text = "Encapsulation"},
+    {.id = llcSnapRB,
+     .kind = zKind::radioButton,
+     .place = {119, 33, 50, 13},
+     .text = "LLC_Snap",
+     .style = zFirstOfGroup},
+    {.id = nullRB, .kind = zKind::radioButton, .place = {119, 51, 29, 14}, .text = "Null"},
+    {.id = subOkBTN,
+     .kind = zKind::bitmapButton,
+     .place = {40, 98, 50, 18},
+     .text = "OK",
+     .picture = okBitmap,
+     .style = zDefaultButton},
+    {.id = subCancelBTN,
+     .kind = zKind::bitmapButton,
+     .place = {122, 98, 50, 18},
+     .text = "Cancel",
+     .picture = cancelBitmap,
+     .style = zCancelButton},
+};
+
+constexpr zLayout layout{.id = 563,
+                         .name = "ipPvc",
+                         .caption = "PVC Settings",
+                         .width = 216,
+                         .height = 137,
+                         .font = {zFontRow::normal},
+                         .icon = programIcon,
+                         .rows = rows};
+
+}  // namespace
+
+DIpPvcDLG::DIpPvcDLG(zWindow& parent) : PvcDialog(parent, layout, pvcIpED) {
+    SetDefaults();
+}
+
+void DIpPvcDLG::SetDefaults() {
+    const AtmRoutedPvc& pvc = pvcXferBuffer;
+    show(pvc.ip.GetFIPAddress(), pvc.vci, pvc.encapsulation == 1);
+}
+
+void DIpPvcDLG::StoreDefaults() {
+    pvcXferBuffer.ip = store(pvcXferBuffer);
+}

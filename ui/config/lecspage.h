@@ -1,0 +1,32 @@
+// The "LECS" page: the LAN Emulation Configuration Server, its address and what it tells new ELANs.
+#pragma once
+
+#include "model/tvdatbuf.h"
+#include "toolkit/notebook.h"
+#include "ui/config/addresspair.h"
+#include "ui/config/fieldtable.h"
+
+#include <string>
+
+class DConfigDlgLECSPG {
+  public:
+    explicit DConfigDlgLECSPG(zNotebook& notebook);
+
+    void Setup();
+    void setDefaults();
+    void storeDefaults();
+    void ToggleControls();
+
+  private:
+    static const FieldRow<DConfigDlgLECSPG, LECSXferBuffer> fields[];
+
+    void clickedWellKnownAddressCB();
+
+    zBoard& board_;
+    AddressPair address_;
+
+    std::string networkPrefix_, esiSelector_;
+    int choice_ = 0;  // id of the chosen button, Ethernet or Token Ring
+    int enabled_ = 0, etherMtu_ = 0, tokenRingMtu_ = 0;
+    int useWellKnown_ = 0;  // never stored
+};

@@ -1,0 +1,195 @@
+#include "ui/config/lespage.h"
+
+#include "driver/dai_api.h"
+#include "model/settings.h"
+#include "platform/debuglog.h"
+#include "toolkit/button.h"
+#include "toolkit/messagebox.h"
+#include "toolkit/tabstrip.h"
+#include "ui/config/confids.h"
+#include "ui/config/elandlg.h"
+#include "ui/config/elantype.h"
+#include "ui/config/instances.h"
+#include "ui/config/leslayout.h"
+#include "ui/config/listedit.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+constexpr const char* errorTitle = "ELAN Client Error";
+
+LESXferBuffer& bufferOf(int les) {
+    return lesXferBuffer[static_cast<std::size_t>(les)];
+}
+
+std::string mappingLine(const esiSelector& client, bool permanent) {
+    return std::string(client.GetF2EsiSelector()) + (permanent ? "  PERM" : "  TEMP");
+}
+
+}  // namespace
+
+const FieldRow<DConfigDlgLESPG, LESXferBuffer> DConfigDlgLESPG::fields[] = {
+    {{elanNameED, &DConfigDlgLESPG::elanName_}, &LESXferBuffer::elanName},
+    {{strictNameCB, &DConfigDlgLESPG::strictName_}, &LESXferBuffer::strictName},
+    {{strictMtuCB, &DConfigDlgLESPG::strictMtu_}, &LESXferBuffer::strictMtu},
+    {{elanMtuCBO, &DConfigDlgLESPG::elanMtu_}, &LESXferBuffer::mtuPosition},
+    {{enableCB, &DConfigDlgLESPG::enabled_}, &LESXferBuffer::enabled},
+    {{ethernetRB, &DConfigDlgLESPG::choice_}},
+};
+
+DConfigDlgLESPG::DConfigDlgLESPG(zFormDialog& dialog, zNotebook& notebook)
+    : dialog_(dialog), board_(notebook.addPage(lesPageLayout)), list_(board_.control<zListBox>(clientLB)) {
+    tvlog << "creating LES page" << std::endl;
+    Setup(0);
+    if (SetupIoctlDesc) {
+        const auto link = static_cast<std::uint8_t>(currentAdapter);
+        query_.emplace(SetupIoctlDesc, link);
+        request_.emplace(SetupIoctlDesc, link);
+    }
+    bindFields<DConfigDlgLESPG, LESXferBuffer>(*this, board_, fields);
+    board_.load();
+    UpdateClientLB(0);
+    ToggleControls();
+
+    board_.control<zCheckBox>(enableCB).onClick = [this] { ToggleControls(); };
+    board_.control<zTabStrip>(lesTB).onSelect = [this](int les) { selChangeLesTB(les); };
+    board_.control<zBitmapButton>(addBTN).onClick = [this] { clickedAddBTN(); };
+    board_.control<zBitmapButton>(insertBTN).onClick = [this] { clickedMoveBTN(); };
+    board_.control<zBitmapButton>(deleteBTN).onClick = [this] { clickedDeleteBTN(); };
+}
+
+void DConfigDlgLESPG::Setup(int i) {
+    fieldsFromBuffer<DConfigDlgLESPG, LESXferBuffer>(*this, bufferOf(i), fields);
+    choice_ = elanTypeButton(bufferOf(i).elanType);
+}
+
+void DConfigDlgLESPG::setDefaults(int i) {
+    tvlog << "Setting Defaults " << i << std::endl;
+    Setup(i);
+    board_.load();
+    UpdateClientLB(i);
+}
+
+void DConfigDlgLESPG::storeDefaults(int i) {
+    board_.store();
+    fieldsToBuffer<DConfigDlgLESPG, LESXferBuffer>(*this, bufferOf(i), fields);
+    bufferOf(i).elanType = elanTypeOf(choice_);
+}
+
+void DConfigDlgLESPG::ToggleControls() {
+    board_.enable(lesPageRules, board_.control<zCheckBox>(enableCB).checked() ? serverEnabled : 0U);
+}
+
+void DConfigDlgLESPG::selChangeLesTB(int next) {
+    selectInstance(*this, current_, next);
+}
+
+void DConfigDlgLESPG::UpdateClientLB(int i) {
+    std::vector<std::string> lines;
+    for (const esiSelector& client : bufferOf(i).clients) lines.push_back(mappingLine(client, true));
+    if (board_.control<zCheckBox>(enableCB).checked())
+        for (const ElanClient& client : temporaryClients([i](int les) { return les == i; }))
+            lines.push_back(mappingLine(client.address, false));
+    list_.setLines(std::move(lines));
+    list_.select(position_);
+}
+
+template <class Wanted> std::vector<ElanClient> DConfigDlgLESPG::temporaryClients(Wanted wanted) {
+    std::vector<ElanClient> clients;
+    if (!query_) return clients;
+    const auto table = query_->GetEntireTable();
+    for (const LecsRowView row : table)
+        if (row.kind() == LecsRowView::temporary && wanted(row.les()))
+            clients.push_back({row.client(), row.les(), false});
+    return clients;
+}
+
+esiSelector DConfigDlgLESPG::selectedClient() const {
+    esiSelector client;
+    client = list_.line(list_.selected());
+    return client;
+}
+
+void DConfigDlgLESPG::stepUp() {
+    position_ = std::max(0, position_ - 1);
+    list_.select(position_);
+}
+
+void DConfigDlgLESPG::clickedAddBTN() {
+    position_ = list_.selected();
+    if (position_ >= 0) esiSelectorXferBuffer = selectedClient();
+    if (confirmed<DElandlg>(dialog_)) addClient(esiSelectorXferBuffer, static_cast<short>(current_));
+}
+
+void DConfigDlgLESPG::clickedDeleteBTN() {
+    position_ = list_.selected();
+    if (position_ < 0) return;
+    const esiSelector client = selectedClient();
+    const auto& permanent = bufferOf(current_).clients;
+    const bool held = std::find(permanent.begin(), permanent.end(), client) != permanent.end();
+    delClient(client, static_cast<short>(held ? current_ : -1));
+}
+
+void DConfigDlgLESPG::addClient(const esiSelector& client, short les) {
+    std::function<int()> request;
+    const auto unit = static_cast<std::uint8_t>(les);
+    if (request_)
+        request = [&] {
+            return request_->addClient(static_cast<std::uint8_t>(currentAdapter), unit,
+                                       lecs_req::mapping(client, unit));
+        };
+    if (dynamicOrStatic(dialog_, request, {unableTo("Add", client.GetF2EsiSelector()), errorTitle}))
+        bufferOf(les).clients.push_back(client);
+    if (les == current_ && !inserting_) UpdateClientLB(current_);
+}
+
+void DConfigDlgLESPG::delClient(const esiSelector& client, short les) {
+    std::function<int()> request;
+    if (request_) request = [&] { return request_->delClient(lecs_req::mapping(client, 0)); };
+    if (les < 0) {
+        // It is in the running server only: there is nothing else to change.
+        if (request && request() == 0)
+            stepUp();
+        else
+            zMessageBox(dialog_.application(), dialog_.shell(), zMessageStyle::warning,
+                        std::string("Unable to Dynamically Delete ") + client.GetF2EsiSelector(), errorTitle);
+        return;
+    }
+    if (dynamicOrStatic(dialog_, request, {unableTo("Delete", client.GetF2EsiSelector()), errorTitle})) {
+        auto& permanent = bufferOf(les).clients;
+        const auto found = std::find(permanent.begin(), permanent.end(), client);
+        if (found != permanent.end()) permanent.erase(found);
+        stepUp();
+    }
+    if (les == current_ && !inserting_) UpdateClientLB(current_);
+}
+
+void DConfigDlgLESPG::clickedMoveBTN() {
+    std::vector<ElanClient> clients;
+    for (int les = 0; les < lesCount; ++les) {
+        if (les == current_) continue;
+        tvlog << "getting perm entries: LES" << les << std::endl;
+        for (const esiSelector& client : bufferOf(les).clients) clients.push_back({client, les, true});
+    }
+    if (query_) {
+        const auto temporary = temporaryClients([this](int les) { return les != current_; });
+        tvlog << "getting temp entries" << std::endl;
+        clients.insert(clients.end(), temporary.begin(), temporary.end());
+    }
+    exchangeClients(clients);
+    if (confirmed<DMvClientDLG>(dialog_)) insertClients(exchangedClients());
+}
+
+// Moves clients of other servers here.
+void DConfigDlgLESPG::insertClients(const std::vector<ElanClient>& clients) {
+    if (clients.empty()) return;
+    inserting_ = true;
+    for (const ElanClient& client : clients) {
+        delClient(client.address, static_cast<short>(client.permanent ? client.les : -1));
+        addClient(client.address, static_cast<short>(current_));
+    }
+    inserting_ = false;
+    UpdateClientLB(current_);
+}

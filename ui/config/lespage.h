@@ -1,0 +1,65 @@
+// The "LES..." page: the eight LAN Emulation Servers, one at a time, with the ELAN clients that the configuration
+// server directs to them.
+#pragma once
+
+#include "driver/control.h"
+#include "driver/dai_io.h"
+#include "model/tvdatbuf.h"
+#include "toolkit/listbox.h"
+#include "toolkit/notebook.h"
+#include "toolkit/window.h"
+#include "ui/config/fieldtable.h"
+#include "ui/config/mvclientdlg.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+class DConfigDlgLESPG {
+  public:
+    // Adds the page to the notebook of `dialog`, which must outlive it.
+    DConfigDlgLESPG(zFormDialog& dialog, zNotebook& notebook);
+
+    // `i`: a server, from 0.
+    void Setup(int i);
+    void setDefaults(int i);
+    void storeDefaults(int i);
+    void ToggleControls();
+
+    int current() const { return current_; }
+
+  private:
+    static const FieldRow<DConfigDlgLESPG, LESXferBuffer> fields[];
+
+    void selChangeLesTB(int next);
+    void clickedAddBTN();
+    void clickedMoveBTN();
+    void clickedDeleteBTN();
+
+    // Shows the permanent mappings of a server and, if it is enabled, the temporary ones that the running
+    // configuration server has for it.
+    void UpdateClientLB(int i);
+
+    // One mapping, in the driver first. `les`: the server it belongs to; -1: it is a temporary one.
+    void addClient(const esiSelector& client, short les);
+    void delClient(const esiSelector& client, short les);
+
+    // The temporary mappings of the servers that `wanted` says yes to, in the driver's order.
+    template <class Wanted> std::vector<ElanClient> temporaryClients(Wanted wanted);
+    void insertClients(const std::vector<ElanClient>& clients);
+    void stepUp();
+    esiSelector selectedClient() const;
+
+    zFormDialog& dialog_;
+    zBoard& board_;
+    zListBox& list_;
+    std::optional<lecsInfo> query_;  // none without a driver channel
+    std::optional<lecsRequest> request_;
+    int current_ = 0;
+    int position_ = -1;       // that was selected in the list
+    bool inserting_ = false;  // the list is filled once, at the end
+
+    std::string elanName_;
+    int choice_ = 0;  // id of the chosen button, Ethernet or Token Ring
+    int enabled_ = 0, strictName_ = 0, strictMtu_ = 0, elanMtu_ = 0;
+};

@@ -1,0 +1,30 @@
+// What the sub-dialogs for one PVC have in common: an address, a VCI and an encapsulation.
+#pragma once
+
+#include "ui/config/confids.h"
+#include "ui/config/subdialog.h"
+
+#include <cstdint>
+#include <string>
+
+class PvcDialog : public SubDialog {
+  protected:
+    // `addressId`: the address field of the layout.
+    PvcDialog(zWindow& parent, const zLayout& layout, int addressId);
+
+    // Loads the controls. `address` as the field's variable has it.
+    void show(const std::string& address, std::uint16_t vci, bool llcSnap);
+
+    // The VCI and, if it was changed, the encapsulation; gives the address.
+    template <class Pvc> const std::string& store(Pvc& pvc) {
+        board().store();
+        pvc.vci = static_cast<std::uint16_t>(vci_);
+        if (encapsulation_ != shown_) pvc.encapsulation = encapsulation_ == llcSnapRB;
+        return address_;
+    }
+
+  private:
+    std::string address_;
+    unsigned vci_ = 0;
+    int encapsulation_ = 0, shown_ = 0;  // ids of the button
+};

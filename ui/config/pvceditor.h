@@ -1,0 +1,73 @@
+// Add, modify and delete on a page's list of PVCs, with the page's three buttons: the running driver first, the
+// static configuration on consent.
+#pragma once
+
+#include "driver/control.h"
+#include "toolkit/button.h"
+#include "ui/config/confids.h"
+#include "ui/config/listedit.h"
+#include "ui/mytable.h"
+
+#include <functional>
+#include <vector>
+
+template <class Pvc> class PvcEditor {
+  public:
+    // What differs from page to page.
+    struct Page {
+        std::function<std::vector<Pvc>&()> list;            // of the transfer buffer that is shown
+        std::function<int(const Pvc&, PvcChange)> request;  // empty: there is no driver
+        std::function<bool()> edit;    // runs the sub-dialog on the exchange record; false: cancelled
+        std::function<void()> update;  // the list has changed
+    };
+
+    // `exchange`: the record that page and sub-dialog share. Everything must outlive the editor.
+    PvcEditor(zWindow& window, const zBoard& board, const myTable& table, Pvc& exchange, Page page)
+        : window_(window), table_(table), exchange_(exchange), page_(std::move(page)) {
+        board.control<zBitmapButton>(addBTN).onClick = [this] { clickedAddBTN(); };
+        board.control<zBitmapButton>(modifyBTN).onClick = [this] { clickedModifyBTN(); };
+        board.control<zBitmapButton>(deleteBTN).onClick = [this] { clickedDeleteBTN(); };
+    }
+
+  private:
+    void clickedAddBTN() {
+        if (!page_.edit() || !change(exchange_, PvcChange::add, "Add")) return;
+        page_.list().push_back(exchange_);
+        page_.update();
+    }
+
+    void clickedModifyBTN() {
+        Pvc* pvc = selected();
+        if (!pvc) return;
+        exchange_ = *pvc;
+        if (!page_.edit() || !change(exchange_, PvcChange::modify, "Modify")) return;
+        *pvc = exchange_;
+        page_.update();
+    }
+
+    void clickedDeleteBTN() {
+        const Pvc* pvc = selected();
+        if (!pvc || !change(*pvc, PvcChange::remove, "Delete")) return;
+        page_.list().erase(page_.list().begin() + (pvc - page_.list().data()));
+        page_.update();
+    }
+
+    Pvc* selected() const {
+        std::vector<Pvc>& list = page_.list();
+        const int row = table_.activeCell().row;
+        return row >= 1 && static_cast<std::size_t>(row) <= list.size()
+                   ? &list[static_cast<std::size_t>(row - 1)]
+                   : nullptr;
+    }
+
+    bool change(const Pvc& pvc, PvcChange change, const char* verb) {
+        std::function<int()> request;
+        if (page_.request) request = [&] { return page_.request(pvc, change); };
+        return dynamicOrStatic(window_, request, {unableTo(verb, "PVC"), "PVC Error"});
+    }
+
+    zWindow& window_;
+    const myTable& table_;
+    Pvc& exchange_;
+    Page page_;
+};

@@ -1,0 +1,13 @@
+// What stands on the "Signalling" page, and when it is enabled.
+#pragma once
+
+#include "toolkit/board.h"
+
+extern const zLayout signalPageLayout;
+
+// Conditions of the rules.
+enum SignalCondition : unsigned {
+    registered = 1,    // "Enable Address Registration" is on: the prefix is learned from the switch
+    unregistered = 2,  // it is off: the prefix is typed
+};
+extern const std::span<const zEnableRow> signalPageRules;

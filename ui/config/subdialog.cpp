@@ -1,0 +1,20 @@
+#include "ui/config/subdialog.h"
+
+#include "toolkit/button.h"
+#include "ui/config/confids.h"
+
+SubDialog::SubDialog(zWindow& parent, const zLayout& layout) : zFormDialog(parent, layout) {
+    control<zBitmapButton>(subOkBTN).onClick = [this] { clickedOkBTN(); };
+    control<zBitmapButton>(subCancelBTN).onClick = [this] { clickedCancelBTN(); };
+    onClose = [this] { clickedCancelBTN(); };
+}
+
+void SubDialog::clickedOkBTN() {
+    StoreDefaults();
+    okFlag_ = true;
+    endModal();
+}
+
+void SubDialog::clickedCancelBTN() {
+    endModal();
+}

@@ -1,0 +1,29 @@
+// A sub-dialog of a configuration page: it edits an exchange record of the page and ends with OK or Cancel.
+#pragma once
+
+#include "toolkit/window.h"
+
+class SubDialog : public zFormDialog {
+  public:
+    bool okFlag() const { return okFlag_; }  // after runModal(): the record holds what was confirmed
+
+  protected:
+    // The layout has the buttons subOkBTN and subCancelBTN.
+    SubDialog(zWindow& parent, const zLayout& layout);
+
+    // Controls to record.
+    virtual void StoreDefaults() = 0;
+
+  private:
+    void clickedOkBTN();
+    void clickedCancelBTN();
+
+    bool okFlag_ = false;
+};
+
+// Runs a sub-dialog. True: it ended with OK.
+template <class Dialog> bool confirmed(zWindow& parent) {
+    Dialog dialog(parent);
+    dialog.runModal();
+    return dialog.okFlag();
+}
