@@ -3,6 +3,7 @@
 #include "app/apply.h"
 #include "driver/dai_api.h"
 #include "model/settings.h"
+#include "model/tvdatbuf.h"
 #include "platform/user.h"
 #include "toolkit/button.h"
 #include "toolkit/edit.h"
@@ -11,6 +12,7 @@
 #include "ui/config/confdlg.h"
 
 #include <algorithm>
+#include <fmt/format.h>
 
 namespace {
 
@@ -23,6 +25,17 @@ std::string notSaved(const std::vector<SaveFailure>& failures) {
     for (const SaveFailure& failure : failures) text += failure.file + ": " + failure.reason + "\n";
     return text + (ioctlDesc ? "\nThe running driver has the change, the file has not."
                              : "\nThe change is not in the file.");
+}
+
+// The servers of the current adapter whose clients have no file to go to; empty when there are none.
+std::string withoutClientTable() {
+    std::string servers;
+    int number = 0;
+    for (const AtmLES& les : atmDevices.les[static_cast<std::size_t>(currentAdapter)]) {
+        ++number;
+        if (!les.clients.empty() && les.clientFile.empty()) servers += fmt::format("LES {}\n", number);
+    }
+    return servers;
 }
 
 }  // namespace
@@ -113,13 +126,17 @@ void DMainDlg::configure() {
         }
         setCursor(zArrowCursor);
     }
-    if (!saved) warn(notSaved(editor_->failures()).c_str(), "Configuration Error");
+    if (!saved) warn(notSaved(editor_->failures()), "Configuration Error");
+    if (const std::string servers = withoutClientTable(); !servers.empty())
+        warn("Unable to save the ELAN clients of:\n\n" + servers +
+                 "\nThe parameter file names no client table (ElanTbl) for them.",
+             "ELAN Client Error");
 }
 
 void DMainDlg::clickedCloseBTN() {
     application().quit();
 }
 
-void DMainDlg::warn(const char* text, const char* title) {
+void DMainDlg::warn(const std::string& text, const char* title) {
     zMessageBox(application(), shell(), zMessageStyle::warning, text, title);
 }

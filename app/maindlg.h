@@ -36,7 +36,7 @@ class DMainDlg : public zFormDialog {
     void clickedSetupBTN();
     void configure();  // the current adapter: dialog, driver, files
     void clickedCloseBTN();
-    void warn(const char* text, const char* title);
+    void warn(const std::string& text, const char* title);
 
     std::unique_ptr<DriverPdfEdit> editor_;
     std::unique_ptr<aalInfo> adapterQuery_;  // none without a driver channel

@@ -36,8 +36,7 @@ Cursor zKept::cursor(int shape) {
     return cursor;
 }
 
-XmRenderTable zKept::renderTable(Widget widget, const zFontRow& font) {
-    std::string name = font.weight > zFontRow::normal ? "bold" : "plain";
+XmRenderTable zKept::renderTable(Widget widget, const std::string& name) {
     XmRenderTable& table = renderTables_[name];
     if (table) return table;
     while (XtParent(widget)) widget = XtParent(widget);
@@ -45,7 +44,7 @@ XmRenderTable zKept::renderTable(Widget widget, const zFontRow& font) {
     // and goes with the application's root.
     const Widget holder =
         XtVaCreateWidget("fonts", xmBulletinBoardWidgetClass, widget, XtVaTypedArg, XmNlabelRenderTable,
-                         XmRString, name.data(), static_cast<int>(name.size() + 1), nullptr);
+                         XmRString, name.c_str(), static_cast<int>(name.size() + 1), nullptr);
     XtVaGetValues(holder, XmNlabelRenderTable, &table, nullptr);
     return table;
 }

@@ -24,9 +24,12 @@ class zKept {
     Cursor cursor(int shape);                            // of the cursor font
     XftFont* font(int screen, const std::string& name);  // null: there is none
 
-    // The font of a layout, as the widget library takes it. What the weights look like is said by the X resources
-    // (Tarvolin*bold*fontName and Tarvolin*plain*fontName, and so on).
-    XmRenderTable renderTable(Widget widget, const zFontRow& font);
+    // A font as the widget library takes it: "plain", "bold" or "small". What they look like is said by the X resources
+    // (Tarvolin*bold*fontName and so on).
+    XmRenderTable renderTable(Widget widget, const std::string& name);
+    XmRenderTable renderTable(Widget widget, const zFontRow& font) {
+        return renderTable(widget, font.weight > zFontRow::normal ? "bold" : "plain");
+    }
 
     // By number in the picture table and background. What is missing there is None, and to be filled in.
     Pixmap& pixmap(int picture, unsigned long background) { return pixmaps_[{picture, background}]; }

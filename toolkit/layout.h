@@ -37,6 +37,7 @@ enum zStyle : unsigned {
     zDefaultButton = 4,  // pressed by Return
     zCancelButton = 8,   // pressed by Escape
     zSeveral = 16,       // a list of which several lines can be selected
+    zSmallFont = 32,     // a list in the small font
 };
 
 struct zControlRow {

@@ -1,5 +1,6 @@
 #include "toolkit/listbox.h"
 
+#include "toolkit/kept.h"
 #include "toolkit/make.h"
 
 #include <Xm/List.h>
@@ -9,6 +10,9 @@ zListBox::zListBox(Widget board, const zRect& place, const zControlRow& row) : z
     resources.set(XmNselectionPolicy, row.style & zSeveral ? XmMULTIPLE_SELECT : XmBROWSE_SELECT);
     resources.set(XmNlistSizePolicy, XmCONSTANT);
     resources.set(XmNscrollBarDisplayPolicy, XmAS_NEEDED).set(XmNnavigationType, XmEXCLUSIVE_TAB_GROUP);
+    if (row.style & zSmallFont)
+        resources.set(XmNrenderTable,
+                      reinterpret_cast<XtArgVal>(zKept::of(XtDisplay(board)).renderTable(board, "small")));
     std::string name = zWidgetName(row);
     const Widget list = XmCreateScrolledList(board, name.data(), resources.args.data(), resources.count());
     XtManageChild(list);

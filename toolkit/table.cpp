@@ -18,7 +18,8 @@ constexpr int shadow = 2;
 constexpr int rowMargin = 4;    // above and below a text, together
 constexpr int labelMargin = 6;  // the same of a label, with its edges
 constexpr int wheelRows = 3, wheelPixels = 40;
-constexpr int widthMargin = 8;  // left and right of a text, together
+constexpr int widthMargin = 8;              // left and right of a text, together
+constexpr char usualText[] = "0000000000";  // columns that nobody gives a width have room for it
 
 Widget makeBar(Widget parent, const char* name, unsigned char orientation) {
     return XtVaCreateWidget(name, xmScrollBarWidgetClass, parent, XmNorientation, orientation, XmNtraversalOn,
@@ -206,8 +207,7 @@ void zTable::resize(int columns, int rows) {
     grid_.rows = model_.rows();
     const auto before = grid_.widths.size();
     grid_.widths.resize(static_cast<std::size_t>(model_.columns()) + 1);
-    for (auto i = before; i < grid_.widths.size(); ++i)
-        grid_.widths[i] = textWidth(model_.text({static_cast<int>(i), 0})) + widthMargin;
+    for (auto i = before; i < grid_.widths.size(); ++i) grid_.widths[i] = textWidth(usualText) + widthMargin;
     if (active_.row > grid_.rows || active_.column > grid_.columns()) active_ = {};
     arrange();
 }

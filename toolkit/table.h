@@ -24,7 +24,7 @@ class zTable : public zControl {
     void enable(bool on) override;
     void realized() override;
 
-    // See zTableModel. New columns are as wide as their labels.
+    // See zTableModel. New columns have room for a number of ten digits.
     const zTableModel& model() const { return model_; }
     void resize(int columns, int rows);
     bool setText(zTableLoc location, std::string_view text);

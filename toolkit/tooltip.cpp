@@ -125,7 +125,7 @@ void zTooltips::show() {
     shell_ = XtVaCreatePopupShell("TipShell", overrideShellWidgetClass, top, XmNallowShellResize, True,
                                   XmNborderWidth, 1, nullptr);
     const zXmText text(under_->text);
-    const XmRenderTable font = zKept::of(display).renderTable(shell_, {zFontRow::normal});
+    const XmRenderTable font = zKept::of(display).renderTable(shell_, "plain");
     const Widget label = XtVaCreateManagedWidget("TipLabel", xmLabelWidgetClass, shell_, XmNlabelString,
                                                  text.get(), XmNrenderTable, font, nullptr);
     XtRealizeWidget(shell_);

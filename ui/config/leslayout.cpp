@@ -40,7 +40,7 @@ constexpr zControlRow rows[] = {
      .text = "MTU Size",
      .tooltip = "Force Strict MTU Size Prerequisites"},
     {.id = mappingsGB, .kind = zKind::groupBox, .place = {43, 90, 175, 92}, .text = "ELAN Client Mappings"},
-    {.id = clientLB, .kind = zKind::listBox, .place = {51, 104, 97, 68}},
+    {.id = clientLB, .kind = zKind::listBox, .place = {51, 104, 97, 68}, .style = zSmallFont},
     {.id = addBTN,
      .kind = zKind::bitmapButton,
      .place = {158, 102, 50, 18},

@@ -35,7 +35,7 @@ constexpr zControlRow rows[] = {
      .kind = zKind::staticText,
      .place = {22, 16, 60, 8},
      .text = "Clients Available:"},
-    {.id = availableLB, .kind = zKind::listBox, .place = {23, 31, 100, 100}, .style = zSeveral},
+    {.id = availableLB, .kind = zKind::listBox, .place = {23, 31, 100, 100}, .style = zSeveral | zSmallFont},
     {.id = subOkBTN,
      .kind = zKind::bitmapButton,
      .place = {16, 140, 50, 18},
