@@ -4,13 +4,18 @@
 #include "tests/e2e/programtest.h"
 #include "toolkit/table.h"
 #include "ui/config/confids.h"
+#include "ui/config/elandlg.h"
+#include "ui/config/ippvcdlg.h"
 #include "ui/config/lcpvcdlg.h"
 
+#include <Xm/List.h>
 #include <Xm/TabBox.h>
 #include <Xm/TabStack.h>
 #include <Xm/TextF.h>
+#include <chrono>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 using Names = std::vector<std::string>;
@@ -35,6 +40,12 @@ class ConfigurationTest : public ProgramTest {
     void SetUp() override {
         ProgramTest::SetUp();
         bridgedPvcXferBuffer = {};
+        pvcXferBuffer = {};
+        esiSelectorXferBuffer = esiSelector();
+    }
+    void TearDown() override {
+        advSettings = 0;
+        ProgramTest::TearDown();
     }
 
     // What the driver was told to do since the last call: the names of the requests and their instance.
@@ -108,8 +119,29 @@ class ConfigurationTest : public ProgramTest {
         XtFree(held);
         return value;
     }
-    void tab(int number) {  // "LEC 1" is 1
-        user->clickAt(named(614), 65 * number - 35, 15);
+    void tab(int number, int strip = lecTB) {  // "LEC 1" is 1
+        user->clickAt(named(strip), (strip == lecTB ? 65 : 57) * number - 35, 15);
+    }
+    Names lines(int id) {
+        int count = 0;
+        XmStringTable items = nullptr;
+        XtVaGetValues(named(id), XmNitemCount, &count, XmNitems, &items, nullptr);
+        Names all;
+        for (int i = 0; i < count; ++i) {
+            char* line = static_cast<char*>(
+                XmStringUnparse(items[i], nullptr, XmCHARSET_TEXT, XmCHARSET_TEXT, nullptr, 0, XmOUTPUT_ALL));
+            all.emplace_back(line);
+            XtFree(line);
+        }
+        return all;
+    }
+    void pickLine(int id, int line) {  // from 1
+        Position x = 0, y = 0;
+        Dimension width = 0, height = 0;
+        ASSERT_TRUE(XmListPosToBounds(named(id), line, &x, &y, &width, &height)) << "not to be seen";
+        const int clicks = XtGetMultiClickTime(XtDisplay(named(id)));  // closer together they are one
+        std::this_thread::sleep_for(std::chrono::milliseconds(clicks + 20));
+        user->clickAt(named(id), x + 20, y + height / 2);
     }
     zTable& table() {
         XtPointer self = nullptr;
@@ -120,7 +152,7 @@ class ConfigurationTest : public ProgramTest {
         Names rows;
         for (int row = 1; row <= table().model().rows(); ++row) {
             std::string line;
-            for (int column = 1; column <= 4; ++column)
+            for (int column = 1; column <= table().model().columns(); ++column)
                 line += (column > 1 ? " | " : "") + std::string(table().model().text({column, row}));
             rows.push_back(line);
         }

@@ -82,7 +82,7 @@ class ProgramTest : public testing::Test {
         user->settle();
         return *titles;
     }
-    std::string boxText;  // of the last one
+    std::string boxText;  // of the last one, without its line breaks
 
     // Presses Setup and does the session's steps in the configuration dialog, which they have to close.
     void configure(const std::function<void()>& session) {

@@ -1,0 +1,378 @@
+#include <gtest/gtest.h>  // before the window system's macros
+
+#include "tests/e2e/configurationtest.h"
+
+#include "tests/support/scripteddriver.h"
+
+#include <Xm/ToggleB.h>
+
+namespace {
+
+const Names nothing;
+
+}  // namespace
+
+// The pages of the notebook other than the LEC page.
+class PagesTest : public ConfigurationTest {
+  protected:
+    void startAdvanced() {
+        advSettings = 1;
+        start({"--frozen", "--adapters", "1,2"});
+        simulator->ctl("clock step 60");  // servers up, clients joined
+        told();
+    }
+    bool on(int id) { return XmToggleButtonGetState(named(id)); }
+};
+
+TEST_F(PagesTest, AdvancedModeHasTwoMorePages) {
+    for (const bool advanced : {false, true}) {
+        start({"--frozen", "--adapters", "1,2"});
+        advSettings = advanced;
+        Names tabs;
+        ProgramTest::configure([&] {
+            const Widget book = user->widget("id100");
+            for (int i = 0; const Widget sheet = XmTabStackIndexToWidget(book, i); ++i) {
+                WidgetList boards = nullptr;
+                XtVaGetValues(sheet, XmNchildren, &boards, nullptr);
+                tabs.emplace_back(XtName(boards[0]));
+                if (i == 9) break;
+            }
+            user->key("Escape");
+        });
+        EXPECT_EQ(tabs, advanced ? (Names{"signalPage", "lecPage", "lesPage", "lecsPage", "ip1577Page"})
+                                 : (Names{"signalPage", "lecPage", "ip1577Page"}));
+        window.reset();
+    }
+}
+
+TEST_F(PagesTest, RegistrationGreysThePrefixWhichSurvives) {
+    startAdvanced();
+    const std::string before = root.read(parameterFile);
+    const auto expectRegistered = [&](bool registered) {
+        for (const int id : {643, 644}) EXPECT_EQ(usable(id), registered) << id;
+        for (const int id : {605, 642}) EXPECT_EQ(usable(id), !registered) << id;
+        for (const int id : {637, 641}) EXPECT_TRUE(usable(id)) << id;
+    };
+    const auto session = [&] {
+        configure(
+            [&] {
+                EXPECT_EQ(text(638) + ' ' + text(639) + ' ' + text(640), "0 32 1023");
+                expectRegistered(true);
+                press(644);
+                press(641);
+                expectRegistered(false);
+                enter(642, "39");
+                press(641);
+                expectRegistered(true);
+                choose(637, "Up");
+                press(okBTN);
+            },
+            "signalPage");
+    };
+    EXPECT_EQ(boxesOf(session), Names{"Configuration Change"});
+    EXPECT_EQ(boxText, "Signalling parameters changed!You will need to manually restart signalling.");
+    EXPECT_EQ(told(), (Names{"les.stop 0", "les.start 0"})) << "nothing for signalling";
+    EXPECT_EQ(atmDevices.sig[0].uniRevision, 30);
+    EXPECT_EQ(atmDevices.sig[0].registerOtherPrefixes, 1);
+    EXPECT_EQ(atmDevices.sig[0].address.digits().substr(0, 26), "39" + std::string(24, '0'));
+    EXPECT_EQ(differences(before, root.read(parameterFile)).size(), 8U);
+    simulator.reset();
+    simulator.emplace(std::vector<std::string>{"--frozen", "--adapters", "1,2"});
+    EXPECT_NE(dump().find("config sig 1 uniRevision 30\n"), std::string::npos);
+}
+
+TEST_F(PagesTest, TheWellKnownAddressOfTheLecsComesAndGoes) {
+    startAdvanced();
+    const std::string own = "47:00:79:00:00:00:00:00:00:00:00:00:00";
+    configure(
+        [&] {
+            EXPECT_FALSE(on(623)) << "also when the address is the well-known one";
+            EXPECT_EQ(text(607), own);
+            enter(607, "39");
+            press(623);
+            EXPECT_EQ(text(607), own);
+            EXPECT_EQ(text(608), "00:A0:3E:00:00:01-00");
+            press(623);
+            EXPECT_EQ(text(607), "39:00:00:00:00:00:00:00:00:00:00:00:00");
+            EXPECT_EQ(text(608), "00:a0:3e:00:00:01-00");
+            press(623);
+            press(616);  // Token Ring
+            press(591);  // Enable off
+            for (const int id : {623, 607, 605, 608, 606, 625, 624, 627, 626, 615, 616})
+                EXPECT_FALSE(usable(id)) << id;
+            press(okBTN);
+        },
+        "lecsPage");
+    EXPECT_EQ(told(), (Names{"les.stop 0", "les.start 0", "lecs.stop 0"}));
+    EXPECT_EQ(atmDevices.lecs[0].address.digits(), "4700790000000000000000000000A03E00000100");
+    EXPECT_EQ(atmDevices.lecs[0].elanType, 2) << "greyed values are stored";
+    EXPECT_EQ(atmDevices.lecs[0].enabled, 0);
+    window.reset();
+    expectTheFilesHold(dump());
+}
+
+TEST_F(PagesTest, ALoadedLecsGetsEveryMappingOnceAndInOrder) {
+    startAdvanced();
+    configure(
+        [&] {
+            choose(627, "Down");  // default MTU of Token Ring ELANs
+            press(okBTN);
+        },
+        "lecsPage");
+    Names expected{"les.stop 0", "les.start 0", "lecs.stop 0", "lecs.load 0", "lecs.go 0"};
+    for (std::size_t i = 0; i < 7; ++i) expected.push_back("lecs.map 0");
+    EXPECT_EQ(told(), expected);
+}
+
+// A LAN Emulation Server's clients, in the words of the list.
+TEST_F(PagesTest, ElanClientsFollowTheDriverOrTheUsersConsent) {
+    root.write("/etc/atm/elan0.0", "00a03e000011/00\n00204000c101/00\n");
+    const Names initial{"00:a0:3e:00:00:11-00  PERM", "00:20:40:00:c1:01-00  PERM"};
+    const std::string learned = "00:a0:3e:00:00:01-00  TEMP";
+    const struct {
+        const char* driver;
+        const char* answer;
+    } cases[] = {
+        {"follows", nullptr}, {"refuses", "Return"}, {"refuses", "Escape"}, {"is not there", "Return"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.driver) + ' ' + (c.answer ? c.answer : ""));
+        root.write("/etc/atm/elan0.0", "00a03e000011/00\n00204000c101/00\n");
+        atmDevices = AtmDevices();
+        esiSelectorXferBuffer = esiSelector();
+        const bool there = c.driver != std::string("is not there");
+        const bool refuses = c.driver == std::string("refuses");
+        if (there) {
+            startAdvanced();
+            if (refuses) simulator->ctl("fault lecs.control every resp 9");
+        } else {
+            simulator.reset();
+            openWindow();
+            advSettings = 1;
+        }
+        const bool changed = !c.answer || *c.answer == 'R';
+        Names titles;
+        const auto consent = [&](const std::function<void()>& action) {
+            if (!c.answer) return action();
+            const Names boxes = boxesOf(action, c.answer);
+            titles.insert(titles.end(), boxes.begin(), boxes.end());
+        };
+        const auto session = [&] {
+            configure(
+                [&] {
+                    Names shown = initial;
+                    if (there) shown.push_back(learned);
+                    EXPECT_EQ(lines(620), shown);
+                    press(613);  // nothing is selected: nothing happens
+
+                    pickLine(620, 1);
+                    inSubDialog("Add ELAN Client", "elanClient", [&] {
+                        EXPECT_EQ(text(608), "00:a0:3e:00:00:11-00") << "the selected client";
+                        enter(608, "0020400000ff");
+                        press(706);
+                    });
+                    consent([&] { press(611); });
+                    if (c.answer) {
+                        EXPECT_EQ(boxText, "Unable to Dynamically Add 00:20:40:00:00:ff-00"
+                                           "Do you still want to modify Static Configuration?");
+                    }
+                    if (changed) shown.insert(shown.begin() + 2, "00:20:40:00:00:ff-00  PERM");
+                    EXPECT_EQ(lines(620), shown);
+
+                    pickLine(620, 2);
+                    consent([&] { press(613); });
+                    if (changed) shown.erase(shown.begin() + 1);
+                    EXPECT_EQ(lines(620), shown);
+
+                    if (there) {
+                        pickLine(620, 3);
+                        consent([&] { press(613); });
+                        if (refuses) {
+                            EXPECT_EQ(boxText, "Unable to Dynamically Delete 00:a0:3e:00:00:01-00");
+                        }
+                        EXPECT_EQ(lines(620), shown) << "not read again";
+                        tab(2, 622);
+                        tab(1, 622);
+                        if (!refuses) shown.pop_back();
+                        EXPECT_EQ(lines(620), shown);
+                    }
+                    press(cancelBTN);
+                },
+                "lesPage");
+        };
+        if (there)
+            session();
+        else
+            EXPECT_EQ(boxesOf(session, "Return").front(), "Driver Error");
+        for (const std::string& title : titles) EXPECT_EQ(title, "ELAN Client Error");
+        if (there) {
+            EXPECT_EQ(told(), (Names{"lecs.map 0", "lecs.unmap 0", "lecs.unmap 0"}));
+        }
+        EXPECT_EQ(root.read("/etc/atm/elan0.0"),
+                  changed ? "00a03e000011/00\n0020400000ff/00\n" : "00a03e000011/00\n00204000c101/00\n");
+        window.reset();
+    }
+}
+
+TEST_F(PagesTest, ClientsOfOtherServersAreMovedHere) {
+    startAdvanced();
+    LogCapture log;
+    configure(
+        [&] {
+            tab(2, 622);
+            const Names here{"00:a0:3e:00:00:02-00  PERM", "00:20:40:00:c2:01-00  PERM",
+                             "00:a0:3e:00:00:02-00  TEMP"};
+            EXPECT_EQ(lines(620), here);
+            const Names others{"00:a0:3e:00:00:01-00 - LES 1", "00:a0:3e:00:00:11-00 - LES 1",
+                               "00:20:40:00:c1:01-00 - LES 1", "00:20:40:00:c1:02-00 - LES 1",
+                               "00:20:40:00:c1:03-00 - LES 1", "00:a0:3e:00:00:01-00 - LES 1"};
+            for (const char* close : {"id706", "Escape"}) {  // OK with nothing selected, and Cancel
+                inSubDialog("Insert ELAN Client(s)", "moveClients", [&] {
+                    EXPECT_EQ(lines(711), others);
+                    if (*close == 'i') return press(706);
+                    pickLine(711, 1);
+                    user->key(close);
+                });
+                press(621);
+                EXPECT_EQ(lines(620), here) << close;
+            }
+            inSubDialog("Insert ELAN Client(s)", "moveClients", [&] {
+                pickLine(711, 2);
+                pickLine(711, 4);
+                press(706);
+            });
+            press(621);
+            EXPECT_EQ(lines(620).size(), 5U);
+            EXPECT_EQ(lines(620)[2], "00:a0:3e:00:00:11-00  PERM");
+            tab(1, 622);
+            EXPECT_EQ(lines(620), (Names{"00:a0:3e:00:00:01-00  PERM", "00:20:40:00:c1:01-00  PERM",
+                                         "00:20:40:00:c1:03-00  PERM", "00:a0:3e:00:00:01-00  TEMP"}));
+            press(591);  // Enable off
+            tab(2, 622);
+            tab(1, 622);
+            EXPECT_EQ(lines(620).size(), 3U) << "a server that is off has no temporary clients";
+            for (const int id : {595, 596, 599, 600, 615, 616, 617, 618, 620, 611, 621, 613})
+                EXPECT_FALSE(usable(id)) << id;
+            press(cancelBTN);
+        },
+        "lesPage");
+    EXPECT_EQ(told(), (Names{"lecs.unmap 0", "lecs.map 1", "lecs.unmap 1", "lecs.map 1"}));
+    EXPECT_NE(log.take().find("getting perm entries: LES0\ngetting perm entries: LES2"), std::string::npos);
+    EXPECT_EQ(root.read("/etc/atm/elan0.1"),
+              "00a03e000002/00\n00204000c201/00\n00a03e000011/00\n00204000c102/00\n");
+    expectTheFilesHold(dump());
+}
+
+TEST_F(PagesTest, ClientsWithoutAClientTableAreNotLostInSilence) {
+    std::string file = root.read(parameterFile);
+    for (const char* table :
+         {"ElanTbl                 = /etc/atm/elan0.0", "ElanTbl                 = /etc/atm/elan0.2"})
+        file.replace(file.find(table), std::string(table).size(), "#");
+    root.write(parameterFile, file);
+    startAdvanced();
+    for (const int way : {cancelBTN, okBTN}) {
+        const auto session = [&] {
+            configure(
+                [&] {
+                    inSubDialog("Add ELAN Client", "elanClient", [&] {
+                        enter(608, way == cancelBTN ? "0020400000ee" : "0020400000ff");
+                        press(706);
+                    });
+                    press(611);
+                    press(way);
+                },
+                "lesPage");
+        };
+        EXPECT_EQ(boxesOf(session), Names{"ELAN Client Error"});
+        EXPECT_EQ(boxText, "Unable to save the ELAN clients of:LES 1"
+                           "The parameter file names no client table (ElanTbl) for them.");
+    }
+    EXPECT_EQ(atmDevices.les[0][0].clients.size(), 2U) << "they stay in the program";
+}
+
+TEST_F(PagesTest, RoutedPvcsFollowTheDriverOrTheUsersConsent) {
+    const std::string initial = "192.168.10.200 | 0 / 120 | LLC_SNAP";
+    const struct {
+        const char* fault;
+        const char* answer;
+        Names result;
+    } cases[] = {{nullptr, nullptr, {"192.168.10.9 | 0 / 77 | NULL"}},
+                 {"fault ip.control every resp 12", "Return", {"192.168.10.9 | 0 / 77 | NULL"}},
+                 {"fault ip.control every resp 12", "Escape", {initial}}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.answer ? c.answer : "the driver follows");
+        writeSampleConfiguration(root);
+        atmDevices = AtmDevices();
+        startAdvanced();
+        if (c.fault) simulator->ctl(c.fault);
+        configure(
+            [&] {
+                EXPECT_EQ(pvcRows(), Names{initial});
+                EXPECT_EQ(table().activeCell().row, 1) << "the last row";
+                inSubDialog("PVC Settings", "ipPvc", [&] {
+                    enter(636, "192.168.10.9");
+                    enter(703, "77");
+                    press(706);
+                });
+                if (c.answer) answer(c.answer);
+                press(611);
+                inSubDialog("PVC Settings", "ipPvc", [&] {
+                    EXPECT_EQ(text(636), c.result.front() == initial ? "192.168.10.200" : "192.168.10.9");
+                    press(705);
+                    press(706);
+                });
+                if (c.answer) answer(c.answer);
+                press(612);
+                selectRow(1);
+                if (c.answer) answer(c.answer);
+                press(613);
+                EXPECT_EQ(pvcRows(), c.result);
+                press(cancelBTN);
+            },
+            "ip1577Page");
+        EXPECT_EQ(told(), (Names{"ip.pvc-add 0", "ip.pvc-change 0", "ip.pvc-delete 0"}));
+        EXPECT_EQ(root.read("/etc/atm/pvcconf0.32").find("192.168.10.9") != std::string::npos,
+                  c.result.front() != initial);
+        window.reset();
+    }
+}
+
+// The adapter is its own ATMARP server exactly when the server's address is its own.
+TEST_F(PagesTest, TheArpServersAddressFollowsItsBox) {
+    startAdvanced();
+    const int own[] = {592, 630, 629, 632, 631, 609, 610, 611, 612, 613},
+              foreign[] = {636, 635, 607, 605, 608, 606};
+    const auto expectUsable = [&](bool enabled, bool server, bool address) {
+        for (const int id : own) EXPECT_EQ(usable(id), enabled) << id;
+        EXPECT_EQ(usable(634), server);
+        for (const int id : foreign) EXPECT_EQ(usable(id), address) << id;
+    };
+    configure(
+        [&] {
+            EXPECT_TRUE(on(634));
+            EXPECT_EQ(text(636), "192.168.10.1");
+            expectUsable(true, true, false);
+            press(634);
+            expectUsable(true, true, true);
+            enter(636, "192.168.10.99");
+            enter(630, "10.0.0.1");
+            press(634);
+            EXPECT_EQ(text(636), "192.168.10.1") << "the address that was loaded";
+            expectUsable(true, true, false);
+            press(592);
+            expectUsable(true, false, false);
+            press(591);
+            expectUsable(false, false, false);
+            press(591);
+            press(592);
+            press(634);
+            EXPECT_EQ(text(636), "192.168.10.99") << "what was typed";
+            press(634);
+            press(okBTN);
+        },
+        "ip1577Page");
+    EXPECT_EQ(atmDevices.ip1577[0].serverIp.view(), "192.168.10.1");
+    EXPECT_EQ(atmDevices.ip1577[0].ip.view(), "10.0.0.1") << "no longer its own server";
+    EXPECT_EQ(told(), (Names{"les.stop 0", "les.start 0", "ip.start 0", "ip.pvc-add 0"}));
+    window.reset();
+    expectTheFilesHold(dump());
+}
