@@ -93,6 +93,8 @@ class ConfigurationTest : public ProgramTest {
         ASSERT_EQ(XmTabStackGetSelectedTab(book), board) << page;
         page_ = page;
     }
+    // From here on controls are those of this page.
+    void lookAt(const std::string& page) { page_ = page; }
     void press(int id) { user->click(named(id)); }
     bool usable(int id) { return XtIsSensitive(named(id)); }
 
@@ -120,7 +122,7 @@ class ConfigurationTest : public ProgramTest {
         return value;
     }
     void tab(int number, int strip = lecTB) {  // "LEC 1" is 1
-        user->clickAt(named(strip), (strip == lecTB ? 65 : 57) * number - 35, 15);
+        user->clickAt(named(strip), 64 * number - 35, 15);
     }
     Names lines(int id) {
         int count = 0;

@@ -1,0 +1,243 @@
+#include <gtest/gtest.h>  // before the window system's macros
+
+#include "tests/e2e/configurationtest.h"
+#include "ui/config/iplayout.h"
+#include "ui/config/leclayout.h"
+#include "ui/config/lecslayout.h"
+#include "ui/config/leslayout.h"
+#include "ui/config/siglayout.h"
+
+#include <Xm/ComboBox.h>
+#include <Xm/ToggleB.h>
+#include <fmt/format.h>
+#include <fstream>
+#include <map>
+
+class FullRound : public ConfigurationTest {
+  protected:
+    struct Edit {
+        int id;
+        const char* value = "";  // typed into a field, or the key for a list; a box or button is clicked on
+    };
+
+    void SetUp() override {
+        ConfigurationTest::SetUp();
+        advSettings = 1;
+    }
+
+    void edit(std::initializer_list<Edit> edits) {
+        for (const Edit& e : edits) {
+            const Widget control = named(e.id);
+            if (XtIsSubclass(control, xmComboBoxWidgetClass))
+                choose(e.id, e.value);
+            else if (XtIsSubclass(control, xmTextFieldWidgetClass))
+                enter(e.id, e.value);
+            else
+                press(e.id);
+        }
+    }
+
+    void changeSignalling() {
+        turnTo("signalPage");
+        edit({{637, "Up"}, {643}, {644}, {641}, {642, "390123456789abcdef0123456789"}});
+    }
+    void changeClients() {
+        turnTo("lecPage");
+        const char* type[] = {"Down", "Up", "Down", "Down"};
+        for (int i = 0; i < lecCount; ++i) {
+            tab(i + 1);
+            if (i == 3) press(enableCB);
+            edit({{596, fmt::format("lan-{}", i).c_str()}, {598, type[i]}, {600, "Down"}, {602, "9999"}});
+            press(i == 2 ? lecsRB : lesRB);
+            edit({{607, fmt::format("4{}", i).c_str()}, {608, fmt::format("0{}ff", i).c_str()}});
+            inSubDialog("PVC Settings", "lecPvc", [&] {
+                edit({{671, fmt::format("aabbcc0000{:02x}", i).c_str()},
+                      {703, fmt::format("{}", 2000 + i).c_str()},
+                      {i % 2 ? 704 : 705}});
+                press(706);
+            });
+            press(addBTN);
+            press(pvcOnlyCB);  // greys the rest, which is stored all the same
+        }
+    }
+    void changeServers() {
+        turnTo("lesPage");
+        for (int i = 0; i < lesCount; ++i) {
+            tab(i + 1, lesTB);
+            if (!XmToggleButtonGetState(named(enableCB))) press(enableCB);
+            press(i == 1 ? tokenRingRB : ethernetRB);
+            edit({{596, fmt::format("elan-{}", i).c_str()}, {600, "Down"}, {617}, {618}});
+            inSubDialog("Add ELAN Client", "elanClient", [&] {
+                edit({{608, fmt::format("00aa{:02x}", i).c_str()}});
+                press(706);
+            });
+            press(addBTN);
+        }
+    }
+    void changeLecs() {
+        turnTo("lecsPage");
+        edit({{591}, {607, "4712"}, {608, "0034"}, {625, "Down"}, {627, "Down"}, {616}});
+    }
+    void changeIp() {
+        turnTo("ip1577Page");
+        edit({{591},
+              {630, "10.20.30.40"},
+              {632, "255.255.0.0"},
+              {634},
+              {636, "10.20.30.1"},
+              {607, "4856"},
+              {608, "0078"}});
+        inSubDialog("PVC Settings", "ipPvc", [&] { edit({{636, "10.20.30.50"}, {703, "3000"}, {706}}); });
+        press(addBTN);
+        selectRow(1);
+        press(deleteBTN);
+        press(pvcOnlyCB);
+    }
+
+    // The files of the first adapter.
+    std::map<std::string, std::string> files() {
+        std::map<std::string, std::string> all;
+        for (const char* file :
+             {"tvconf", "pvcconf0.0", "pvcconf0.1", "pvcconf0.2", "pvcconf0.3", "pvcconf0.32", "elan0.0",
+              "elan0.1", "elan0.2", "elan0.3", "elan0.4", "elan0.5", "elan0.6", "elan0.7"}) {
+            const auto path = std::string("/etc/atm/") + file;
+            all[file] = std::filesystem::exists(root.at(path)) ? root.read(path) : std::string();
+        }
+        return all;
+    }
+    // What differs between two states of them, line by line.
+    static std::string changes(const std::map<std::string, std::string>& before,
+                               const std::map<std::string, std::string>& after) {
+        std::string all;
+        for (const auto& [name, text] : after) {
+            all += name + '\n';
+            for (const std::string& line : differences(before.at(name), text)) all += line + '\n';
+        }
+        return all;
+    }
+
+    template <class Buffer, class Record> static void expectSame(const Record& now, const Record& then) {
+        Buffer a, b;
+        a = now;
+        b = then;
+        if constexpr (requires { a == b; })
+            EXPECT_TRUE(a == b) << typeid(Buffer).name();
+        else
+            EXPECT_TRUE(sameSettings(a, b)) << typeid(Buffer).name();
+    }
+
+    // Ids of the controls that Tab goes through, from the notebook's tabs on.
+    std::vector<int> walk() {
+        const auto focused = [this] {
+            Widget at = XmGetFocusWidget(user->shellLike("Setup "));
+            while (at && std::strncmp(XtName(at), "id", 2) != 0) at = XtParent(at);
+            return at ? std::atoi(XtName(at) + 2) : 0;
+        };
+        XmProcessTraversal(user->widget("id100"), XmTRAVERSE_CURRENT);
+        std::vector<int> ids{focused()};
+        for (user->key("Tab"); focused() != ids.front() && ids.size() < 40; user->key("Tab"))
+            ids.push_back(focused());
+        return ids;
+    }
+    // The same from the layout: what can be used.
+    std::vector<int> expectedWalk(const zLayout& layout) {
+        std::vector<int> ids{pagesNB};
+        for (const zControlRow& row : layout.rows) {
+            const bool passive =
+                row.kind == zKind::staticText || row.kind == zKind::groupBox || row.kind == zKind::frame;
+            if (passive || !usable(row.id)) continue;
+            ids.push_back(row.id);
+        }
+        ids.insert(ids.end(), {okBTN, cancelBTN});
+        return ids;
+    }
+};
+
+// Every field of every page of one adapter, changed through the windows, is in the files byte by byte, in the driver,
+// and after a restart of both back on the pages.
+TEST_F(FullRound, WhatIsChangedIsInTheFilesTheDriverAndBackAgain) {
+    std::string file = root.read(parameterFile);
+    for (const char* section : {"[LECS0", "[IP15770"}) {  // to be switched on
+        const char* enabled = "Enabled                 = 1";
+        file.replace(file.find(enabled, file.find(section, file.find("\n[Adapter0"))), std::strlen(enabled),
+                     "Enabled                 = 0");
+    }
+    root.write(parameterFile, file);
+    const auto before = files();
+    start({"--frozen", "--adapters", "1,2"});
+    const auto session = [&] {
+        configure([&] {
+            changeSignalling();
+            changeClients();
+            changeServers();
+            changeLecs();
+            changeIp();
+            turnTo("signalPage");
+            press(okBTN);
+        });
+    };
+    // The driver has no configuration server and no IP client yet: their lists change on consent.
+    Names boxes = boxesOf(session);
+    EXPECT_EQ(boxes.back(), "Configuration Change");
+
+    {
+        o << changes(before, files());
+    }
+    std::ifstream golden(TV_GOLDEN_DIRECTORY "/fullround.txt");
+    EXPECT_EQ(differences({std::istreambuf_iterator<char>(golden), {}}, changes(before, files())), Names{});
+
+    // Driver and program anew, on these files.
+    const auto written = files();
+    const std::string held = dump();
+    const AtmDevices records = atmDevices;
+    window.reset();
+    atmDevices = AtmDevices();
+    start({"--frozen", "--adapters", "1,2"});
+    for (const std::string& line : differences(held, dump()))
+        EXPECT_EQ(line.substr(1, 13), "config sig 1 ") << line << ": signalling is restarted by hand";
+    told();
+    configure([&] {
+        for (const char* page : {"signalPage", "lecPage", "lesPage", "lecsPage", "ip1577Page"}) turnTo(page);
+        EXPECT_EQ(text(630) + ' ' + text(632) + ' ' + text(636), "10.20.30.40 255.255.0.0 10.20.30.1");
+        EXPECT_EQ(pvcRows(), Names{"10.20.30.50 | 0 / 3000 | NULL"});
+        press(okBTN);
+    });
+    EXPECT_EQ(told(), Names{});
+    EXPECT_EQ(files(), written);
+    for (std::size_t i = 0; i < lecCount; ++i)
+        expectSame<LECXferBuffer>(atmDevices.lec[0][i], records.lec[0][i]);
+    for (std::size_t i = 0; i < lesCount; ++i)
+        expectSame<LESXferBuffer>(atmDevices.les[0][i], records.les[0][i]);
+    expectSame<LECSXferBuffer>(atmDevices.lecs[0], records.lecs[0]);
+    expectSame<IP1577XferBuffer>(atmDevices.ip1577[0], records.ip1577[0]);
+    expectSame<SigXferBuffer>(atmDevices.sig[0], records.sig[0]);
+}
+
+// Tab goes through each page in the order of its layout; the arrow keys and the space bar turn the pages.
+TEST_F(FullRound, TheNotebookByKeyboardAlone) {
+    start({"--frozen", "--adapters", "1,2"});
+    const struct {
+        const char* name;
+        const zLayout& layout;
+    } pages[] = {{"signalPage", signalPageLayout},
+                 {"lecPage", lecPageLayout},
+                 {"lesPage", lesPageLayout},
+                 {"lecsPage", lecsPageLayout},
+                 {"ip1577Page", ip1577PageLayout}};
+    ProgramTest::configure([&] {
+        for (const auto& page : pages) {
+            SCOPED_TRACE(page.name);
+            lookAt(page.name);
+            EXPECT_EQ(walk(), expectedWalk(page.layout));
+            if (&page == &pages[1]) {  // and change something on the way
+                XmProcessTraversal(named(enableCB), XmTRAVERSE_CURRENT);
+                user->key("space");
+            }
+            XmProcessTraversal(user->widget("id100"), XmTRAVERSE_CURRENT);
+            user->key("Right");
+            user->key("space");
+        }
+        user->key("Return");
+    });
+    EXPECT_EQ(atmDevices.lec[0][0].enabled, 0);
+}
