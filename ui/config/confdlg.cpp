@@ -29,13 +29,13 @@ constexpr zControlRow rows[] = {
 };
 
 constexpr zLayout frame{.id = 566,
-                         .name = "setup",
-                         .caption = "Setup",
-                         .width = 300,
-                         .height = 275,
-                         .font = {zFontRow::normal},
-                         .icon = programIcon,
-                         .rows = rows};
+                        .name = "setup",
+                        .caption = "Setup",
+                        .width = 300,
+                        .height = 275,
+                        .font = {zFontRow::normal},
+                        .icon = programIcon,
+                        .rows = rows};
 
 }  // namespace
 

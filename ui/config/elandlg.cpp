@@ -1,9 +1,7 @@
 #include "ui/config/elandlg.h"
 
 #include "model/masks.h"
-#include "resources/pictureids.h"
 #include "toolkit/edit.h"
-#include "ui/config/confids.h"
 
 esiSelector esiSelectorXferBuffer;
 
@@ -12,18 +10,8 @@ namespace {
 constexpr zControlRow rows[] = {
     {.id = esiSelectorLBL, .kind = zKind::staticText, .place = {34, 8, 49, 10}, .text = "ESI/Selector:"},
     {.id = esiSelectorED, .kind = zKind::edit, .place = {34, 21, 78, 12}, .mask = esiSelectorMask},
-    {.id = subOkBTN,
-     .kind = zKind::bitmapButton,
-     .place = {15, 62, 50, 18},
-     .text = "OK",
-     .picture = okBitmap,
-     .style = zDefaultButton},
-    {.id = subCancelBTN,
-     .kind = zKind::bitmapButton,
-     .place = {78, 62, 50, 18},
-     .text = "Cancel",
-     .picture = cancelBitmap,
-     .style = zCancelButton},
+    okRow({15, 62, 50, 18}),
+    cancelRow({78, 62, 50, 18}),
 };
 
 constexpr zLayout layout{.id = 565,

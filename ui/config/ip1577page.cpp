@@ -2,7 +2,6 @@
 
 #include "driver/dai_api.h"
 #include "model/settings.h"
-#include "platform/debuglog.h"
 #include "toolkit/edit.h"
 #include "ui/config/iplayout.h"
 #include "ui/config/ippvcdlg.h"
@@ -19,18 +18,17 @@ const FieldRow<DConfigDlgI1577PG, IP1577XferBuffer> DConfigDlgI1577PG::fields[] 
 };
 
 DConfigDlgI1577PG::DConfigDlgI1577PG(zFormDialog& dialog, zNotebook& notebook)
-    : board_(notebook.addPage(ip1577PageLayout)), table_(board_.control<zTable>(pvcTBL)),
+    : ConfigPage(notebook.addPage(ip1577PageLayout)), table_(board_.control<zTable>(pvcTBL)),
       editor_(dialog, board_, table_, pvcXferBuffer, pvcList(dialog)) {
     tvlog << "creating 1577 page" << std::endl;
     Setup();
-    bindFields<DConfigDlgI1577PG, IP1577XferBuffer>(*this, board_, fields);
-    board_.load();
+    bind();
     ToggleControls();
     table_.Update();
 
-    board_.control<zCheckBox>(enableCB).onClick = [this] { ToggleControls(); };
-    board_.control<zCheckBox>(pvcOnlyCB).onClick = [this] { ToggleControls(); };
-    board_.control<zCheckBox>(serverCB).onClick = [this] { clickedEnableServerCB(); };
+    onClick<zCheckBox>(enableCB, &DConfigDlgI1577PG::ToggleControls);
+    onClick<zCheckBox>(pvcOnlyCB, &DConfigDlgI1577PG::ToggleControls);
+    onClick<zCheckBox>(serverCB, &DConfigDlgI1577PG::clickedEnableServerCB);
 }
 
 PvcEditor<AtmRoutedPvc>::Page DConfigDlgI1577PG::pvcList(zFormDialog& dialog) {
@@ -49,32 +47,29 @@ PvcEditor<AtmRoutedPvc>::Page DConfigDlgI1577PG::pvcList(zFormDialog& dialog) {
 }
 
 void DConfigDlgI1577PG::Setup() {
-    fieldsFromBuffer<DConfigDlgI1577PG, IP1577XferBuffer>(*this, ip1577XferBuffer, fields);
+    take(ip1577XferBuffer);
     server_ = ip1577XferBuffer.arpServerHere;
 }
 
 void DConfigDlgI1577PG::setDefaults() {
-    tvlog << "Setting Defaults" << std::endl;
-    Setup();
-    board_.load();
+    showDefaults();
     table_.Update();
 }
 
 void DConfigDlgI1577PG::storeDefaults() {
-    board_.store();
-    fieldsToBuffer<DConfigDlgI1577PG, IP1577XferBuffer>(*this, ip1577XferBuffer, fields);
+    give(ip1577XferBuffer);
 }
 
 void DConfigDlgI1577PG::ToggleControls() {
-    const auto on = [this](int id) { return board_.control<zCheckBox>(id).checked(); };
-    board_.enable(ip1577PageRules, (on(enableCB) ? ipEnabled : 0U) | (on(pvcOnlyCB) ? 0U : serverUsed) |
-                                       (on(serverCB) ? 0U : serverForeign));
+    board_.enable(ip1577PageRules, (checked(enableCB) ? ipEnabled : 0U) |
+                                       (checked(pvcOnlyCB) ? 0U : serverUsed) |
+                                       (checked(serverCB) ? 0U : serverForeign));
 }
 
 // The adapter is the ARP server exactly when the server's address is its own.
 void DConfigDlgI1577PG::clickedEnableServerCB() {
     auto& serverIp = board_.control<zEdit>(serverIpED);
-    if (board_.control<zCheckBox>(serverCB).checked()) {
+    if (checked(serverCB)) {
         serverIp.store();
         serverIp.setText(ip1577XferBuffer.ip);
     } else {

@@ -3,9 +3,8 @@
 
 #include "driver/control.h"
 #include "model/tvdatbuf.h"
-#include "toolkit/notebook.h"
 #include "toolkit/window.h"
-#include "ui/config/fieldtable.h"
+#include "ui/config/page.h"
 #include "ui/config/pvceditor.h"
 #include "ui/config/pvctable.h"
 
@@ -21,7 +20,7 @@ class I1577PGPvcTBL : public PvcTable {
     void Update();
 };
 
-class DConfigDlgI1577PG {
+class DConfigDlgI1577PG : public ConfigPage<DConfigDlgI1577PG, IP1577XferBuffer> {
   public:
     // Adds the page to the notebook of `dialog`, which must outlive it.
     DConfigDlgI1577PG(zFormDialog& dialog, zNotebook& notebook);
@@ -32,12 +31,12 @@ class DConfigDlgI1577PG {
     void ToggleControls();
 
   private:
+    friend class ConfigPage<DConfigDlgI1577PG, IP1577XferBuffer>;
     static const FieldRow<DConfigDlgI1577PG, IP1577XferBuffer> fields[];
 
     PvcEditor<AtmRoutedPvc>::Page pvcList(zFormDialog& dialog);
     void clickedEnableServerCB();
 
-    zBoard& board_;
     I1577PGPvcTBL table_;
     std::optional<IpControl> control_;  // none without a driver channel
     PvcEditor<AtmRoutedPvc> editor_;

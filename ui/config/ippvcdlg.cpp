@@ -1,7 +1,6 @@
 #include "ui/config/ippvcdlg.h"
 
 #include "model/masks.h"
-#include "resources/pictureids.h"
 
 AtmRoutedPvc pvcXferBuffer;
 
@@ -19,18 +18,8 @@ constexpr zControlRow rows[] = {
      .text = "LLC_Snap",
      .style = zFirstOfGroup},
     {.id = nullRB, .kind = zKind::radioButton, .place = {119, 51, 29, 14}, .text = "Null"},
-    {.id = subOkBTN,
-     .kind = zKind::bitmapButton,
-     .place = {40, 98, 50, 18},
-     .text = "OK",
-     .picture = okBitmap,
-     .style = zDefaultButton},
-    {.id = subCancelBTN,
-     .kind = zKind::bitmapButton,
-     .place = {122, 98, 50, 18},
-     .text = "Cancel",
-     .picture = cancelBitmap,
-     .style = zCancelButton},
+    okRow({40, 98, 50, 18}),
+    cancelRow({122, 98, 50, 18}),
 };
 
 constexpr zLayout layout{.id = 563,

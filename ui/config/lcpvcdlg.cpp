@@ -1,9 +1,7 @@
 #include "ui/config/lcpvcdlg.h"
 
 #include "model/masks.h"
-#include "resources/pictureids.h"
 #include "toolkit/edit.h"
-#include "ui/config/confids.h"
 
 AtmBridgedPvc bridgedPvcXferBuffer;
 
@@ -22,18 +20,8 @@ constexpr zControlRow rows[] = {
      .style = zFirstOfGroup},
     {.id = nullRB, .kind = zKind::radioButton, .place = {119, 43, 29, 14}, .text = "Null"},
     {.id = broadcastCB, .kind = zKind::checkBox, .place = {116, 66, 50, 13}, .text = "BroadCast"},
-    {.id = subOkBTN,
-     .kind = zKind::bitmapButton,
-     .place = {40, 98, 50, 18},
-     .text = "OK",
-     .picture = okBitmap,
-     .style = zDefaultButton},
-    {.id = subCancelBTN,
-     .kind = zKind::bitmapButton,
-     .place = {122, 98, 50, 18},
-     .text = "Cancel",
-     .picture = cancelBitmap,
-     .style = zCancelButton},
+    okRow({40, 98, 50, 18}),
+    cancelRow({122, 98, 50, 18}),
 };
 
 constexpr zLayout layout{.id = 564,

@@ -2,12 +2,10 @@
 
 #include "driver/dai_api.h"
 #include "model/settings.h"
-#include "platform/debuglog.h"
 #include "toolkit/dropdown.h"
 #include "toolkit/edit.h"
 #include "toolkit/tabstrip.h"
 #include "ui/config/confids.h"
-#include "ui/config/instances.h"
 #include "ui/config/lcpvcdlg.h"
 #include "ui/config/leclayout.h"
 
@@ -37,18 +35,17 @@ const FieldRow<DConfigDlgLECPG, LECXferBuffer> DConfigDlgLECPG::fields[] = {
 };
 
 DConfigDlgLECPG::DConfigDlgLECPG(zFormDialog& dialog, zNotebook& notebook)
-    : board_(notebook.addPage(lecPageLayout)), address_(board_), table_(board_.control<zTable>(pvcTBL)),
+    : ConfigPage(notebook.addPage(lecPageLayout)), address_(board_), table_(board_.control<zTable>(pvcTBL)),
       editor_(dialog, board_, table_, bridgedPvcXferBuffer, pvcList(dialog)) {
     tvlog << "creating LEC Page" << std::endl;
     Setup(0);
-    bindFields<DConfigDlgLECPG, LECXferBuffer>(*this, board_, fields);
-    board_.load();
+    bind();
     table_.Update(0);
     table_.setActiveCell({0, 0});
     ToggleControls();
 
-    board_.control<zCheckBox>(enableCB).onClick = [this] { ToggleControls(); };
-    board_.control<zCheckBox>(pvcOnlyCB).onClick = [this] { ToggleControls(); };
+    onClick<zCheckBox>(enableCB, &DConfigDlgLECPG::ToggleControls);
+    onClick<zCheckBox>(pvcOnlyCB, &DConfigDlgLECPG::ToggleControls);
     board_.control<zTabStrip>(lecTB).onSelect = [this](int lec) { selChangeLecTB(lec); };
     board_.group(lecsRB).onChoose = [this](int id) { clickedLECSRBGroup(id); };
     board_.control<zDropDown>(elanMtuCBO).onSelect = [this] { selChangeElanMTUCBO(); };
@@ -57,42 +54,38 @@ DConfigDlgLECPG::DConfigDlgLECPG(zFormDialog& dialog, zNotebook& notebook)
 PvcEditor<AtmBridgedPvc>::Page DConfigDlgLECPG::pvcList(zFormDialog& dialog) {
     PvcEditor<AtmBridgedPvc>::Page page;
     page.list = [this]() -> auto& {
-        return bufferOf(current_).pvcs;
+        return bufferOf(current()).pvcs;
     };
     page.edit = [&dialog] { return confirmed<DLecPvcDLG>(dialog); };
-    page.update = [this] { table_.Update(current_); };
+    page.update = [this] { table_.Update(current()); };
     if (!SetupIoctlDesc) return page;
     control_.emplace(SetupIoctlDesc, static_cast<std::uint8_t>(currentAdapter));
     page.request = [this](const AtmBridgedPvc& pvc, PvcChange change) {
-        return control_->changePvc(static_cast<std::uint8_t>(current_), change, pvc);
+        return control_->changePvc(static_cast<std::uint8_t>(current()), change, pvc);
     };
     return page;
 }
 
 void DConfigDlgLECPG::Setup(int i) {
-    fieldsFromBuffer<DConfigDlgLECPG, LECXferBuffer>(*this, bufferOf(i), fields);
+    take(bufferOf(i));
     choice_ = bufferOf(i).useLecs ? lecsRB : lesRB;
 }
 
 void DConfigDlgLECPG::setDefaults(int i) {
-    tvlog << "Setting Defaults " << i << std::endl;
-    Setup(i);
-    board_.load();
+    showDefaults(i);
     table_.Update(i);
 }
 
 void DConfigDlgLECPG::storeDefaults(int i) {
-    board_.store();
     LECXferBuffer& buffer = bufferOf(i);
-    fieldsToBuffer<DConfigDlgLECPG, LECXferBuffer>(*this, buffer, fields);
+    give(buffer);
     const bool lecs = choice_ == lecsRB;
     if (lecs != (buffer.useLecs != 0)) buffer.useLecs = lecs;
 }
 
 void DConfigDlgLECPG::ToggleControls() {
-    const bool on = board_.control<zCheckBox>(enableCB).checked();
-    const bool servers = !board_.control<zCheckBox>(pvcOnlyCB).checked();
-    board_.enable(lecPageRules, (on ? clientEnabled : 0U) | (servers ? serversUsed : 0U));
+    board_.enable(lecPageRules,
+                  (checked(enableCB) ? clientEnabled : 0U) | (checked(pvcOnlyCB) ? 0U : serversUsed));
 }
 
 void DConfigDlgLECPG::clickedLECSRBGroup(int id) {
@@ -111,7 +104,7 @@ void DConfigDlgLECPG::selChangeElanMTUCBO() {
 }
 
 void DConfigDlgLECPG::selChangeLecTB(int next) {
-    selectInstance(*this, current_, next);
+    turnTo(next);
 }
 
 namespace {

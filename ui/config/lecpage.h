@@ -3,10 +3,9 @@
 
 #include "driver/control.h"
 #include "model/tvdatbuf.h"
-#include "toolkit/notebook.h"
 #include "toolkit/window.h"
 #include "ui/config/addresspair.h"
-#include "ui/config/fieldtable.h"
+#include "ui/config/page.h"
 #include "ui/config/pvceditor.h"
 #include "ui/config/pvctable.h"
 
@@ -22,7 +21,7 @@ class LECPGPvcTBL : public PvcTable {
     void Update(int lec);
 };
 
-class DConfigDlgLECPG {
+class DConfigDlgLECPG : public ConfigPage<DConfigDlgLECPG, LECXferBuffer> {
   public:
     // Adds the page to the notebook of `dialog`, which must outlive it.
     DConfigDlgLECPG(zFormDialog& dialog, zNotebook& notebook);
@@ -33,9 +32,8 @@ class DConfigDlgLECPG {
     void storeDefaults(int i);
     void ToggleControls();
 
-    int current() const { return current_; }
-
   private:
+    friend class ConfigPage<DConfigDlgLECPG, LECXferBuffer>;
     static const FieldRow<DConfigDlgLECPG, LECXferBuffer> fields[];
 
     PvcEditor<AtmBridgedPvc>::Page pvcList(zFormDialog& dialog);
@@ -43,12 +41,10 @@ class DConfigDlgLECPG {
     void selChangeElanMTUCBO();
     void selChangeLecTB(int next);
 
-    zBoard& board_;
     AddressPair address_;
     LECPGPvcTBL table_;
     std::optional<LecControl> control_;  // none without a driver channel
     PvcEditor<AtmBridgedPvc> editor_;
-    int current_ = 0;
 
     std::string macText_, elanName_, networkPrefix_, esiSelector_;
     unsigned l3Mtu_ = 0;

@@ -1,6 +1,5 @@
 #include "ui/config/lecspage.h"
 
-#include "platform/debuglog.h"
 #include "ui/config/confids.h"
 #include "ui/config/elantype.h"
 #include "ui/config/lecslayout.h"
@@ -16,39 +15,35 @@ const FieldRow<DConfigDlgLECSPG, LECSXferBuffer> DConfigDlgLECSPG::fields[] = {
 };
 
 DConfigDlgLECSPG::DConfigDlgLECSPG(zNotebook& notebook)
-    : board_(notebook.addPage(lecsPageLayout)), address_(board_) {
+    : ConfigPage(notebook.addPage(lecsPageLayout)), address_(board_) {
     tvlog << "creating LECS page" << std::endl;
     Setup();
-    bindFields<DConfigDlgLECSPG, LECSXferBuffer>(*this, board_, fields);
-    board_.load();
+    bind();
     ToggleControls();
-    board_.control<zCheckBox>(enableCB).onClick = [this] { ToggleControls(); };
-    board_.control<zCheckBox>(wellKnownAddressCB).onClick = [this] { clickedWellKnownAddressCB(); };
+    onClick<zCheckBox>(enableCB, &DConfigDlgLECSPG::ToggleControls);
+    onClick<zCheckBox>(wellKnownAddressCB, &DConfigDlgLECSPG::clickedWellKnownAddressCB);
 }
 
 void DConfigDlgLECSPG::Setup() {
-    fieldsFromBuffer<DConfigDlgLECSPG, LECSXferBuffer>(*this, lecsXferBuffer, fields);
+    take(lecsXferBuffer);
     choice_ = elanTypeButton(lecsXferBuffer.elanType);
 }
 
 void DConfigDlgLECSPG::setDefaults() {
-    tvlog << "Setting Defaults" << std::endl;
-    Setup();
-    board_.load();
+    showDefaults();
 }
 
 void DConfigDlgLECSPG::storeDefaults() {
-    board_.store();
-    fieldsToBuffer<DConfigDlgLECSPG, LECSXferBuffer>(*this, lecsXferBuffer, fields);
+    give(lecsXferBuffer);
     lecsXferBuffer.elanType = elanTypeOf(choice_);
 }
 
 void DConfigDlgLECSPG::ToggleControls() {
-    board_.enable(lecsPageRules, board_.control<zCheckBox>(enableCB).checked() ? lecsEnabled : 0U);
+    board_.enable(lecsPageRules, checked(enableCB) ? lecsEnabled : 0U);
 }
 
 void DConfigDlgLECSPG::clickedWellKnownAddressCB() {
-    if (board_.control<zCheckBox>(wellKnownAddressCB).checked())
+    if (checked(wellKnownAddressCB))
         address_.showWellKnown();
     else
         address_.showOwn();

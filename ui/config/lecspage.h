@@ -2,13 +2,12 @@
 #pragma once
 
 #include "model/tvdatbuf.h"
-#include "toolkit/notebook.h"
 #include "ui/config/addresspair.h"
-#include "ui/config/fieldtable.h"
+#include "ui/config/page.h"
 
 #include <string>
 
-class DConfigDlgLECSPG {
+class DConfigDlgLECSPG : public ConfigPage<DConfigDlgLECSPG, LECSXferBuffer> {
   public:
     explicit DConfigDlgLECSPG(zNotebook& notebook);
 
@@ -18,11 +17,11 @@ class DConfigDlgLECSPG {
     void ToggleControls();
 
   private:
+    friend class ConfigPage<DConfigDlgLECSPG, LECSXferBuffer>;
     static const FieldRow<DConfigDlgLECSPG, LECSXferBuffer> fields[];
 
     void clickedWellKnownAddressCB();
 
-    zBoard& board_;
     AddressPair address_;
 
     std::string networkPrefix_, esiSelector_;

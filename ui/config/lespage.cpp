@@ -2,14 +2,11 @@
 
 #include "driver/dai_api.h"
 #include "model/settings.h"
-#include "platform/debuglog.h"
-#include "toolkit/button.h"
 #include "toolkit/messagebox.h"
 #include "toolkit/tabstrip.h"
 #include "ui/config/confids.h"
 #include "ui/config/elandlg.h"
 #include "ui/config/elantype.h"
-#include "ui/config/instances.h"
 #include "ui/config/leslayout.h"
 #include "ui/config/listedit.h"
 
@@ -40,7 +37,8 @@ const FieldRow<DConfigDlgLESPG, LESXferBuffer> DConfigDlgLESPG::fields[] = {
 };
 
 DConfigDlgLESPG::DConfigDlgLESPG(zFormDialog& dialog, zNotebook& notebook)
-    : dialog_(dialog), board_(notebook.addPage(lesPageLayout)), list_(board_.control<zListBox>(clientLB)) {
+    : ConfigPage(notebook.addPage(lesPageLayout)), dialog_(dialog),
+      list_(board_.control<zListBox>(clientLB)) {
     tvlog << "creating LES page" << std::endl;
     Setup(0);
     if (SetupIoctlDesc) {
@@ -48,48 +46,44 @@ DConfigDlgLESPG::DConfigDlgLESPG(zFormDialog& dialog, zNotebook& notebook)
         query_.emplace(SetupIoctlDesc, link);
         request_.emplace(SetupIoctlDesc, link);
     }
-    bindFields<DConfigDlgLESPG, LESXferBuffer>(*this, board_, fields);
-    board_.load();
+    bind();
     UpdateClientLB(0);
     ToggleControls();
 
-    board_.control<zCheckBox>(enableCB).onClick = [this] { ToggleControls(); };
+    onClick<zCheckBox>(enableCB, &DConfigDlgLESPG::ToggleControls);
     board_.control<zTabStrip>(lesTB).onSelect = [this](int les) { selChangeLesTB(les); };
-    board_.control<zBitmapButton>(addBTN).onClick = [this] { clickedAddBTN(); };
-    board_.control<zBitmapButton>(insertBTN).onClick = [this] { clickedMoveBTN(); };
-    board_.control<zBitmapButton>(deleteBTN).onClick = [this] { clickedDeleteBTN(); };
+    onClick<zBitmapButton>(addBTN, &DConfigDlgLESPG::clickedAddBTN);
+    onClick<zBitmapButton>(insertBTN, &DConfigDlgLESPG::clickedMoveBTN);
+    onClick<zBitmapButton>(deleteBTN, &DConfigDlgLESPG::clickedDeleteBTN);
 }
 
 void DConfigDlgLESPG::Setup(int i) {
-    fieldsFromBuffer<DConfigDlgLESPG, LESXferBuffer>(*this, bufferOf(i), fields);
+    take(bufferOf(i));
     choice_ = elanTypeButton(bufferOf(i).elanType);
 }
 
 void DConfigDlgLESPG::setDefaults(int i) {
-    tvlog << "Setting Defaults " << i << std::endl;
-    Setup(i);
-    board_.load();
+    showDefaults(i);
     UpdateClientLB(i);
 }
 
 void DConfigDlgLESPG::storeDefaults(int i) {
-    board_.store();
-    fieldsToBuffer<DConfigDlgLESPG, LESXferBuffer>(*this, bufferOf(i), fields);
+    give(bufferOf(i));
     bufferOf(i).elanType = elanTypeOf(choice_);
 }
 
 void DConfigDlgLESPG::ToggleControls() {
-    board_.enable(lesPageRules, board_.control<zCheckBox>(enableCB).checked() ? serverEnabled : 0U);
+    board_.enable(lesPageRules, checked(enableCB) ? serverEnabled : 0U);
 }
 
 void DConfigDlgLESPG::selChangeLesTB(int next) {
-    selectInstance(*this, current_, next);
+    turnTo(next);
 }
 
 void DConfigDlgLESPG::UpdateClientLB(int i) {
     std::vector<std::string> lines;
     for (const esiSelector& client : bufferOf(i).clients) lines.push_back(mappingLine(client, true));
-    if (board_.control<zCheckBox>(enableCB).checked())
+    if (checked(enableCB))
         for (const ElanClient& client : temporaryClients([i](int les) { return les == i; }))
             lines.push_back(mappingLine(client.address, false));
     list_.setLines(std::move(lines));
@@ -120,16 +114,16 @@ void DConfigDlgLESPG::stepUp() {
 void DConfigDlgLESPG::clickedAddBTN() {
     position_ = list_.selected();
     if (position_ >= 0) esiSelectorXferBuffer = selectedClient();
-    if (confirmed<DElandlg>(dialog_)) addClient(esiSelectorXferBuffer, static_cast<short>(current_));
+    if (confirmed<DElandlg>(dialog_)) addClient(esiSelectorXferBuffer, static_cast<short>(current()));
 }
 
 void DConfigDlgLESPG::clickedDeleteBTN() {
     position_ = list_.selected();
     if (position_ < 0) return;
     const esiSelector client = selectedClient();
-    const auto& permanent = bufferOf(current_).clients;
+    const auto& permanent = bufferOf(current()).clients;
     const bool held = std::find(permanent.begin(), permanent.end(), client) != permanent.end();
-    delClient(client, static_cast<short>(held ? current_ : -1));
+    delClient(client, static_cast<short>(held ? current() : -1));
 }
 
 void DConfigDlgLESPG::addClient(const esiSelector& client, short les) {
@@ -142,7 +136,7 @@ void DConfigDlgLESPG::addClient(const esiSelector& client, short les) {
         };
     if (dynamicOrStatic(dialog_, request, {unableTo("Add", client.GetF2EsiSelector()), errorTitle}))
         bufferOf(les).clients.push_back(client);
-    if (les == current_ && !inserting_) UpdateClientLB(current_);
+    if (les == current() && !inserting_) UpdateClientLB(current());
 }
 
 void DConfigDlgLESPG::delClient(const esiSelector& client, short les) {
@@ -163,18 +157,18 @@ void DConfigDlgLESPG::delClient(const esiSelector& client, short les) {
         if (found != permanent.end()) permanent.erase(found);
         stepUp();
     }
-    if (les == current_ && !inserting_) UpdateClientLB(current_);
+    if (les == current() && !inserting_) UpdateClientLB(current());
 }
 
 void DConfigDlgLESPG::clickedMoveBTN() {
     std::vector<ElanClient> clients;
     for (int les = 0; les < lesCount; ++les) {
-        if (les == current_) continue;
+        if (les == current()) continue;
         tvlog << "getting perm entries: LES" << les << std::endl;
         for (const esiSelector& client : bufferOf(les).clients) clients.push_back({client, les, true});
     }
     if (query_) {
-        const auto temporary = temporaryClients([this](int les) { return les != current_; });
+        const auto temporary = temporaryClients([this](int les) { return les != current(); });
         tvlog << "getting temp entries" << std::endl;
         clients.insert(clients.end(), temporary.begin(), temporary.end());
     }
@@ -188,8 +182,8 @@ void DConfigDlgLESPG::insertClients(const std::vector<ElanClient>& clients) {
     inserting_ = true;
     for (const ElanClient& client : clients) {
         delClient(client.address, static_cast<short>(client.permanent ? client.les : -1));
-        addClient(client.address, static_cast<short>(current_));
+        addClient(client.address, static_cast<short>(current()));
     }
     inserting_ = false;
-    UpdateClientLB(current_);
+    UpdateClientLB(current());
 }

@@ -6,16 +6,15 @@
 #include "driver/dai_io.h"
 #include "model/tvdatbuf.h"
 #include "toolkit/listbox.h"
-#include "toolkit/notebook.h"
 #include "toolkit/window.h"
-#include "ui/config/fieldtable.h"
 #include "ui/config/mvclientdlg.h"
+#include "ui/config/page.h"
 
 #include <optional>
 #include <string>
 #include <vector>
 
-class DConfigDlgLESPG {
+class DConfigDlgLESPG : public ConfigPage<DConfigDlgLESPG, LESXferBuffer> {
   public:
     // Adds the page to the notebook of `dialog`, which must outlive it.
     DConfigDlgLESPG(zFormDialog& dialog, zNotebook& notebook);
@@ -26,9 +25,8 @@ class DConfigDlgLESPG {
     void storeDefaults(int i);
     void ToggleControls();
 
-    int current() const { return current_; }
-
   private:
+    friend class ConfigPage<DConfigDlgLESPG, LESXferBuffer>;
     static const FieldRow<DConfigDlgLESPG, LESXferBuffer> fields[];
 
     void selChangeLesTB(int next);
@@ -51,11 +49,9 @@ class DConfigDlgLESPG {
     esiSelector selectedClient() const;
 
     zFormDialog& dialog_;
-    zBoard& board_;
     zListBox& list_;
     std::optional<lecsInfo> query_;  // none without a driver channel
     std::optional<lecsRequest> request_;
-    int current_ = 0;
     int position_ = -1;       // that was selected in the list
     bool inserting_ = false;  // the list is filled once, at the end
 

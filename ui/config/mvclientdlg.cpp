@@ -1,8 +1,6 @@
 #include "ui/config/mvclientdlg.h"
 
-#include "resources/pictureids.h"
 #include "toolkit/listbox.h"
-#include "ui/config/confids.h"
 
 #include <fmt/format.h>
 
@@ -36,18 +34,8 @@ constexpr zControlRow rows[] = {
      .place = {22, 16, 60, 8},
      .text = "Clients Available:"},
     {.id = availableLB, .kind = zKind::listBox, .place = {23, 31, 100, 100}, .style = zSeveral | zSmallFont},
-    {.id = subOkBTN,
-     .kind = zKind::bitmapButton,
-     .place = {16, 140, 50, 18},
-     .text = "OK",
-     .picture = okBitmap,
-     .style = zDefaultButton},
-    {.id = subCancelBTN,
-     .kind = zKind::bitmapButton,
-     .place = {79, 140, 50, 18},
-     .text = "Cancel",
-     .picture = cancelBitmap,
-     .style = zCancelButton},
+    okRow({16, 140, 50, 18}),
+    cancelRow({79, 140, 50, 18}),
 };
 
 constexpr zLayout layout{.id = 566,

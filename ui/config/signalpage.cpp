@@ -1,6 +1,5 @@
 #include "ui/config/signalpage.h"
 
-#include "platform/debuglog.h"
 #include "ui/config/confids.h"
 #include "ui/config/siglayout.h"
 
@@ -12,31 +11,26 @@ const FieldRow<DConfigDlgSignalPG, SigXferBuffer> DConfigDlgSignalPG::fields[] =
     {{registeredPrefixED, &DConfigDlgSignalPG::networkPrefix_}, &SigXferBuffer::networkPrefix},
 };
 
-DConfigDlgSignalPG::DConfigDlgSignalPG(zNotebook& notebook) : board_(notebook.addPage(signalPageLayout)) {
+DConfigDlgSignalPG::DConfigDlgSignalPG(zNotebook& notebook) : ConfigPage(notebook.addPage(signalPageLayout)) {
     tvlog << "creating Signalling page" << std::endl;
     Setup();
-    bindFields<DConfigDlgSignalPG, SigXferBuffer>(*this, board_, fields);
-    board_.load();
+    bind();
     ToggleControls();
-    board_.control<zCheckBox>(addrRegCB).onClick = [this] { ToggleControls(); };
+    onClick<zCheckBox>(addrRegCB, &DConfigDlgSignalPG::ToggleControls);
 }
 
 void DConfigDlgSignalPG::Setup() {
-    fieldsFromBuffer<DConfigDlgSignalPG, SigXferBuffer>(*this, sigXferBuffer, fields);
+    take(sigXferBuffer);
 }
 
 void DConfigDlgSignalPG::setDefaults() {
-    tvlog << "Setting Defaults" << std::endl;
-    Setup();
-    board_.load();
+    showDefaults();
 }
 
 void DConfigDlgSignalPG::storeDefaults() {
-    board_.store();
-    fieldsToBuffer<DConfigDlgSignalPG, SigXferBuffer>(*this, sigXferBuffer, fields);
+    give(sigXferBuffer);
 }
 
 void DConfigDlgSignalPG::ToggleControls() {
-    board_.enable(signalPageRules,
-                  board_.control<zCheckBox>(addrRegCB).checked() ? registered : unregistered);
+    board_.enable(signalPageRules, checked(addrRegCB) ? registered : unregistered);
 }

@@ -2,12 +2,11 @@
 #pragma once
 
 #include "model/tvdatbuf.h"
-#include "toolkit/notebook.h"
-#include "ui/config/fieldtable.h"
+#include "ui/config/page.h"
 
 #include <string>
 
-class DConfigDlgSignalPG {
+class DConfigDlgSignalPG : public ConfigPage<DConfigDlgSignalPG, SigXferBuffer> {
   public:
     explicit DConfigDlgSignalPG(zNotebook& notebook);
 
@@ -17,9 +16,8 @@ class DConfigDlgSignalPG {
     void ToggleControls();
 
   private:
+    friend class ConfigPage<DConfigDlgSignalPG, SigXferBuffer>;
     static const FieldRow<DConfigDlgSignalPG, SigXferBuffer> fields[];
-
-    zBoard& board_;
 
     std::string networkPrefix_;
     int uniRevision_ = 0, addressRegistration_ = 0, portChangeDetect_ = 0, otherPrefixes_ = 0;
