@@ -5,6 +5,7 @@
 #include "tests/support/scripteddriver.h"
 
 #include <Xm/ToggleB.h>
+#include <fmt/format.h>
 
 namespace {
 
@@ -120,8 +121,16 @@ TEST_F(PagesTest, ALoadedLecsGetsEveryMappingOnceAndInOrder) {
         },
         "lecsPage");
     Names expected{"les.stop 0", "les.start 0", "lecs.stop 0", "lecs.load 0", "lecs.go 0"};
-    for (std::size_t i = 0; i < 7; ++i) expected.push_back("lecs.map 0");
+    std::string mapped;
+    for (int les = 0; les < lesCount; ++les)
+        for (const esiSelector& client : atmDevices.les[0][static_cast<std::size_t>(les)].clients) {
+            expected.push_back("lecs.map 0");
+            mapped += fmt::format("  row {} client={} les={} kind=1\n", expected.size() - 5,
+                                  client.GetF2EsiSelector(), les);
+        }
     EXPECT_EQ(told(), expected);
+    simulator->ctl("clock step 5");
+    EXPECT_NE(simulator->ctl("show lecs 1").find(mapped), std::string::npos) << mapped;
 }
 
 // A LAN Emulation Server's clients, in the words of the list.
