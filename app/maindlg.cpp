@@ -10,6 +10,7 @@
 #include "toolkit/listbox.h"
 #include "toolkit/messagebox.h"
 #include "ui/config/confdlg.h"
+#include "ui/global/globldlg.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -53,9 +54,9 @@ DMainDlg::DMainDlg(zApplication& application, const zLayout& layout) : zFormDial
     control<zListBox>(interfaceLB).onActivate = [this] { doubleClickInterfaceLB(); };
     control<zBitmapButton>(closeBTN).onClick = [this] { clickedCloseBTN(); };
     control<zBitmapButton>(setupBTN).onClick = [this] { clickedSetupBTN(); };
-    // What these open is not there yet.
+    control<zBitmapButton>(globalBTN).onClick = [this] { clickedGlobalBTN(); };
+    // What it opens is not there yet.
     control<zBitmapButton>(statsBTN).enable(false);
-    control<zBitmapButton>(globalBTN).enable(false);
     onClose = [this] { clickedCloseBTN(); };
 
     currentAdapter = 0;
@@ -131,6 +132,10 @@ void DMainDlg::configure() {
         warn("Unable to save the ELAN clients of:\n\n" + servers +
                  "\nThe parameter file names no client table (ElanTbl) for them.",
              "ELAN Client Error");
+}
+
+void DMainDlg::clickedGlobalBTN() {
+    DGlobalDlg(*this).runModal();
 }
 
 void DMainDlg::clickedCloseBTN() {

@@ -34,6 +34,7 @@ class DMainDlg : public zFormDialog {
     void selChangeInterfaceLB();
     void doubleClickInterfaceLB();
     void clickedSetupBTN();
+    void clickedGlobalBTN();
     void configure();  // the current adapter: dialog, driver, files
     void clickedCloseBTN();
     void warn(const std::string& text, const char* title);

@@ -3,6 +3,7 @@
 
 enum PictureId {
     programIcon = 502,  // of every window, on the desktop
+    globalIcon = 505,   // of the global settings
     closeBitmap = 506,
     setupBitmap = 507,
     statsBitmap = 508,

@@ -20,6 +20,7 @@ std::span<const zPictureRow> programPictures() {
                                            {zInformationPicture, informationPicture},
                                            {zQuestionPicture, questionPicture},
                                            {programIcon, tarvolinPicture},
+                                           {globalIcon, tarvolinPicture},
                                            {closeBitmap, closePicture},
                                            {setupBitmap, setupPicture},
                                            {statsBitmap, statsPicture},

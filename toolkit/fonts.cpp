@@ -4,6 +4,24 @@
 
 #include <Xm/Xm.h>
 #include <algorithm>
+#include <fontconfig/fontconfig.h>
+#include <set>
+
+std::vector<std::string> zFontFamilies() {
+    FcPattern* scalable = FcPatternBuild(nullptr, FC_SCALABLE, FcTypeBool, FcTrue, nullptr);
+    FcObjectSet* wanted = FcObjectSetBuild(FC_FAMILY, nullptr);
+    FcFontSet* found = FcFontList(nullptr, scalable, wanted);
+    std::set<std::string> families;
+    for (int i = 0; found && i < found->nfont; ++i) {
+        FcChar8* family = nullptr;
+        if (FcPatternGetString(found->fonts[i], FC_FAMILY, 0, &family) == FcResultMatch)
+            families.insert(reinterpret_cast<const char*>(family));
+    }
+    if (found) FcFontSetDestroy(found);
+    FcObjectSetDestroy(wanted);
+    FcPatternDestroy(scalable);
+    return {families.begin(), families.end()};
+}
 
 zDialogUnits zDialogUnits::ofBoard(Widget board) {
     XmRenderTable table = nullptr;

@@ -4,6 +4,12 @@
 #include "toolkit/layout.h"
 #include "toolkit/widget.h"
 
+#include <string>
+#include <vector>
+
+// The families that can be scaled, sorted, each once.
+std::vector<std::string> zFontFamilies();
+
 // Dialog base units of a font, in pixels: the average width of A-Z a-z and the height.
 class zDialogUnits {
   public:

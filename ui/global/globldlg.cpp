@@ -1,0 +1,74 @@
+#include "ui/global/globldlg.h"
+
+#include "driver/dai_api.h"
+#include "model/settings.h"
+#include "platform/user.h"
+#include "resources/pictureids.h"
+#include "toolkit/button.h"
+#include "toolkit/messagebox.h"
+#include "ui/global/globlids.h"
+
+namespace {
+
+constexpr zControlRow rows[] = {
+    {.id = globalPagesNB, .kind = zKind::notebook, .place = {4, 4, 208, 119}},
+    {.id = globalOkBTN,
+     .kind = zKind::bitmapButton,
+     .place = {54, 130, 50, 18},
+     .text = "OK",
+     .picture = okBitmap,
+     .style = zDefaultButton},
+    {.id = globalCancelBTN,
+     .kind = zKind::bitmapButton,
+     .place = {112, 130, 50, 18},
+     .text = "Cancel",
+     .picture = cancelBitmap,
+     .style = zCancelButton},
+};
+
+constexpr zLayout frame{.id = 578,
+                        .name = "global",
+                        .caption = "Global Settings",
+                        .width = 216,
+                        .height = 155,
+                        .font = {zFontRow::normal},
+                        .icon = globalIcon,
+                        .rows = rows};
+
+}  // namespace
+
+DGlobalDlg::DGlobalDlg(zWindow& parent) : zFormDialog(parent, frame) {
+    auto& notebook = control<zNotebook>(globalPagesNB);
+    applicationPage_ = std::make_unique<DGlobalDlgAppPG>(*this, notebook);
+    connectionsPage_ = std::make_unique<DGlobalDlgConnectPG>(notebook);
+    debuggingPage_ = std::make_unique<DGlobalDlgDebugPG>(notebook);
+    if (ioctlDesc) traces_.emplace(ioctlDesc);
+    control<zBitmapButton>(globalOkBTN).onClick = [this] { onOk(); };
+    control<zBitmapButton>(globalCancelBTN).onClick = [this] { onCancel(); };
+    onClose = [this] { onCancel(); };
+}
+
+int DGlobalDlg::onOk() {
+    debuggingPage_->StoreDefaults();
+    if (debuggingPage_->changed() && traces_) switchTraces();
+    applicationPage_->StoreDefaults();
+    endModal();
+    return 1;
+}
+
+int DGlobalDlg::onCancel() {
+    endModal();
+    return 0;
+}
+
+// All three, whichever box was clicked on: the driver may have been told otherwise by somebody else.
+void DGlobalDlg::switchTraces() {
+    if (!platform::superUser()) {
+        zMessageBox(application(), shell(), zMessageStyle::warning,
+                    "Insufficient Privileges.\nUnable to Modify Signalling Parameters!", "Privilege Error");
+        return;
+    }
+    traces_->switchTrace(TraceControl::accessInterface, ApiDbgCB != 0);
+    traces_->switchTrace(TraceControl::signalling, SignalingDbgCB != 0);
+    traces_->switchTrace(TraceControl::ilmi, IlmiDbgCB != 0);
+}
