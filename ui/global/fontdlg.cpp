@@ -44,6 +44,7 @@ constexpr zLayout frame{.id = 0,
 
 constexpr const char* sizes[] = {"8", "9", "10", "11", "12", "14", "16", "18", "20", "24"};  // points
 constexpr const char* usualFont = "Liberation Sans:size=10";
+constexpr const char* sampleLabels[] = {"MAC Address", "VPI/VCI"};
 constexpr const char* sampleTexts[] = {"00:a0:3e:00:00:01", "0 / 1023"};
 
 // Characters with a meaning in patterns have a backslash before them.
@@ -76,10 +77,10 @@ DFontDlg::DFontDlg(zWindow& parent, const std::string& font)
 
     auto& sample = control<zTable>(sampleTBL);
     sample.resize(2, 1);
-    sample.setText({1, 0}, "Address");
-    sample.setText({2, 0}, "VPI/VCI");
-    sample.setText({1, 1}, sampleTexts[0]);
-    sample.setText({2, 1}, sampleTexts[1]);
+    for (const int column : {1, 2}) {
+        sample.setText({column, 0}, sampleLabels[column - 1]);
+        sample.setText({column, 1}, sampleTexts[column - 1]);
+    }
     show();
     family.onSelect = size.onSelect = [this] { show(); };
     control<zBitmapButton>(fontOkBTN).onClick = [this] {
@@ -102,6 +103,7 @@ void DFontDlg::show() {
     constexpr int margin = 8;
     auto& sample = control<zTable>(sampleTBL);
     sample.setFont(font());
-    for (int column = 1; column <= 2; ++column)
-        sample.setColumnWidth(column, sample.textWidth(sampleTexts[column - 1]) + margin);
+    for (const int column : {1, 2})
+        sample.setColumnWidth(column, margin + std::max(sample.textWidth(sampleLabels[column - 1]),
+                                                        sample.textWidth(sampleTexts[column - 1])));
 }
