@@ -71,21 +71,24 @@ struct OnceShown {
     Widget top;
     std::function<void(Widget button)> action;
 
-    static void look(XtPointer self, XtIntervalId*) {
+    // Called whenever there is nothing else to do; true ends it.
+    static Boolean look(XtPointer self) {
         auto& wait = *static_cast<OnceShown*>(self);
         const Widget button = XtNameToWidget(wait.top, fmt::format("*id{}", int{okBTN}).c_str());
+        if (!button || !XtIsRealized(button)) return False;
         XWindowAttributes attributes{};
-        if (button && XtIsRealized(button) &&
-            XGetWindowAttributes(XtDisplay(button), XtWindow(button), &attributes) &&
-            attributes.map_state == IsViewable && idle(button)) {
-            XSync(XtDisplay(button), False);
-            if (idle(button)) return wait.action(button);
-        }
-        wait.start();
+        if (!XGetWindowAttributes(XtDisplay(button), XtWindow(button), &attributes) ||
+            attributes.map_state != IsViewable)
+            return False;
+        XSync(XtDisplay(button), False);
+        if (XtAppPending(XtWidgetToApplicationContext(button))) return False;
+        wait.action(button);
+        // The loop looks at what has become of it after an event or a timer only.
+        XtAppAddTimeOut(
+            XtWidgetToApplicationContext(button), 0, [](XtPointer, XtIntervalId*) {}, nullptr);
+        return True;
     }
-    static bool idle(Widget button) { return !XtAppPending(XtWidgetToApplicationContext(button)); }
-    // A timer that is always due would keep the loop from the window events.
-    void start() { XtAppAddTimeOut(XtWidgetToApplicationContext(top), 1, look, this); }
+    void start() { XtAppAddWorkProc(XtWidgetToApplicationContext(top), look, this); }
 };
 
 struct Pairs {

@@ -3,6 +3,5 @@
 
 #include <X11/Intrinsic.h>
 
-// Red, green and blue of a pixel, 16 bits each. Where a pixel is made of three bit fields it is computed: asking the
-// server costs a round trip.
+// Red, green and blue of a pixel, 16 bits each. Does not wait for the server on a true colour display.
 XColor zColourOf(Widget widget, Pixel pixel);

@@ -20,37 +20,45 @@ zNotebook::zNotebook(Widget board, const zRect& place, const zControlRow& row)
 }
 
 zBoard& zNotebook::addPage(const zLayout& layout) {
+    addPage(layout, {});
+    make(pages_.back());
+    return *pages_.back().board;
+}
+
+void zNotebook::addPage(const zLayout& layout, std::function<void(zBoard&)> made) {
     const zXmText caption(layout.caption);
-    const Widget sheet =
-        XtVaCreateWidget("sheet", xmDrawingAreaWidgetClass, widget(), XmNtabLabelString, caption.get(),
-                         XmNmarginWidth, 0, XmNmarginHeight, 0, XmNresizePolicy, XmRESIZE_NONE, nullptr);
-    pages_.push_back(std::make_unique<zBoard>(sheet, layout.name, layout));
-    zBoard& page = *pages_.back();
-    XtVaSetValues(sheet, XmNwidth, page.size().width, XmNheight, page.size().height, nullptr);
-    XtManageChild(sheet);
-    return page;
+    const Widget sheet = XtVaCreateManagedWidget(layout.name, xmDrawingAreaWidgetClass, widget(),
+                                                 XmNtabLabelString, caption.get(), XmNmarginWidth, 0,
+                                                 XmNmarginHeight, 0, XmNresizePolicy, XmRESIZE_NONE, nullptr);
+    pages_.push_back({sheet, layout, nullptr, std::move(made)});
+}
+
+void zNotebook::make(Page& page) {
+    page.board = std::make_unique<zBoard>(page.sheet, "board", page.layout);
+    if (page.made) page.made(*page.board);
 }
 
 int zNotebook::selected() const {
     const Widget top = XmTabStackGetSelectedTab(widget());
-    const auto found = std::find_if(pages_.begin(), pages_.end(),
-                                    [top](const auto& page) { return XtParent(page->widget()) == top; });
+    const auto found =
+        std::find_if(pages_.begin(), pages_.end(), [top](const Page& page) { return page.sheet == top; });
     return found == pages_.end() ? -1 : static_cast<int>(found - pages_.begin());
 }
 
 void zNotebook::select(int position) {
     if (position >= 0 && position < count())
-        XmTabStackSelectTab(XtParent(pages_[static_cast<std::size_t>(position)]->widget()), False);
+        XmTabStackSelectTab(pages_[static_cast<std::size_t>(position)].sheet, False);
     if (XtIsRealized(widget())) raise();
 }
 
 void zNotebook::raise() {
     const int position = selected();
     if (position < 0) return;
-    const zBoard& page = *pages_[static_cast<std::size_t>(position)];
-    if (XtIsManaged(page.widget())) return;
-    XtManageChild(page.widget());
-    page.realized();
+    Page& page = pages_[static_cast<std::size_t>(position)];
+    if (!page.board) make(page);
+    if (XtIsManaged(page.board->widget())) return;
+    XtManageChild(page.board->widget());
+    page.board->realized();
 }
 
 void zNotebook::realized() {

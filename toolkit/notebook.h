@@ -1,5 +1,5 @@
-// A notebook: tabs, each with a page made from a layout of its own. The pages belong to the notebook. Their controls
-// are there from the beginning, their windows when they are first on top: a window that opens pays for one page.
+// A notebook: tabs, each with a page made from a layout of its own. The pages belong to the notebook. A page has
+// its windows when it is first on top: a dialog that opens pays for one page.
 #pragma once
 
 #include "toolkit/board.h"
@@ -13,6 +13,9 @@ class zNotebook : public zControl {
     // Adds a page behind the others; its tab shows the layout's caption.
     zBoard& addPage(const zLayout& layout);
 
+    // The same, but also the controls are made when the page is first on top; `made` is called then.
+    void addPage(const zLayout& layout, std::function<void(zBoard&)> made);
+
     int count() const { return static_cast<int>(pages_.size()); }
     int selected() const;       // position of the page on top, from 0; -1: there is none
     void select(int position);  // calls no handler
@@ -22,8 +25,16 @@ class zNotebook : public zControl {
     void realized() override;
 
   private:
+    struct Page {
+        Widget sheet;  // what the tab shows: the board's parent
+        const zLayout& layout;
+        std::unique_ptr<zBoard> board;
+        std::function<void(zBoard&)> made;
+    };
+
+    void make(Page& page);
     void raise();
 
     zRect place_;
-    std::vector<std::unique_ptr<zBoard>> pages_;
+    std::vector<Page> pages_;
 };

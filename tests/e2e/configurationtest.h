@@ -83,7 +83,7 @@ class ConfigurationTest : public ProgramTest {
     }
     // Clicks on the tab of the page with this board name.
     void turnTo(const std::string& page) {
-        const Widget book = user->widget("id100"), board = XtParent(user->widget(page));
+        const Widget book = user->widget("id100"), board = user->widget(page);
         ASSERT_TRUE(book && board) << page;
         const Widget tabs = XtNameToWidget(book, "tabBox");
         constexpr int row = 15;

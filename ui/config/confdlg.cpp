@@ -4,7 +4,13 @@
 #include "model/settings.h"
 #include "resources/pictureids.h"
 #include "toolkit/button.h"
+#include "toolkit/notebook.h"
 #include "ui/config/confids.h"
+#include "ui/config/iplayout.h"
+#include "ui/config/leclayout.h"
+#include "ui/config/lecslayout.h"
+#include "ui/config/leslayout.h"
+#include "ui/config/siglayout.h"
 
 #include <fcntl.h>
 
@@ -44,13 +50,18 @@ DConfigDlg::DConfigDlg(zWindow& parent) : zFormDialog(parent, frame) {
     if (dai_open(0, O_RDWR, SetupIoctlDesc) != 0) SetupIoctlDesc = 0;
 
     auto& notebook = control<zNotebook>(pagesNB);
-    signalPage_ = std::make_unique<DConfigDlgSignalPG>(notebook);
-    lecPage_ = std::make_unique<DConfigDlgLECPG>(*this, notebook);
+    notebook.addPage(signalPageLayout,
+                     [this](zBoard& b) { signalPage_ = std::make_unique<DConfigDlgSignalPG>(b); });
+    notebook.addPage(lecPageLayout,
+                     [this](zBoard& b) { lecPage_ = std::make_unique<DConfigDlgLECPG>(*this, b); });
     if (advSettings) {
-        lesPage_ = std::make_unique<DConfigDlgLESPG>(*this, notebook);
-        lecsPage_ = std::make_unique<DConfigDlgLECSPG>(notebook);
+        notebook.addPage(lesPageLayout,
+                         [this](zBoard& b) { lesPage_ = std::make_unique<DConfigDlgLESPG>(*this, b); });
+        notebook.addPage(lecsPageLayout,
+                         [this](zBoard& b) { lecsPage_ = std::make_unique<DConfigDlgLECSPG>(b); });
     }
-    ip1577Page_ = std::make_unique<DConfigDlgI1577PG>(*this, notebook);
+    notebook.addPage(ip1577PageLayout,
+                     [this](zBoard& b) { ip1577Page_ = std::make_unique<DConfigDlgI1577PG>(*this, b); });
     setTitle(("Setup " + dlgTitle).substr(0, longestTitle));
     control<zBitmapButton>(okBTN).onClick = [this] { onOk(); };
     control<zBitmapButton>(cancelBTN).onClick = [this] { onCancel(); };
@@ -65,9 +76,9 @@ DConfigDlg::~DConfigDlg() {
 
 int DConfigDlg::onOk() {
     okFlag_ = true;
-    signalPage_->storeDefaults();
-    lecPage_->storeDefaults(lecPage_->current());
-    ip1577Page_->storeDefaults();
+    if (signalPage_) signalPage_->storeDefaults();
+    if (lecPage_) lecPage_->storeDefaults(lecPage_->current());
+    if (ip1577Page_) ip1577Page_->storeDefaults();
     if (lesPage_) lesPage_->storeDefaults(lesPage_->current());
     if (lecsPage_) lecsPage_->storeDefaults();
     endModal();

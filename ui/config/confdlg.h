@@ -33,6 +33,7 @@ class DConfigDlg : public zFormDialog {
     int onCancel();
 
   private:
+    // Made when they are first on top; a page that was not seen has nothing to store.
     std::unique_ptr<DConfigDlgSignalPG> signalPage_;
     std::unique_ptr<DConfigDlgLECPG> lecPage_;
     std::unique_ptr<DConfigDlgLESPG> lesPage_;    // in advanced mode only

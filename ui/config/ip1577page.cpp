@@ -17,8 +17,8 @@ const FieldRow<DConfigDlgI1577PG, IP1577XferBuffer> DConfigDlgI1577PG::fields[] 
     {{ipED, &DConfigDlgI1577PG::ip_}, &IP1577XferBuffer::ip},
 };
 
-DConfigDlgI1577PG::DConfigDlgI1577PG(zFormDialog& dialog, zNotebook& notebook)
-    : ConfigPage(notebook.addPage(ip1577PageLayout)), table_(board_.control<zTable>(pvcTBL)),
+DConfigDlgI1577PG::DConfigDlgI1577PG(zFormDialog& dialog, zBoard& board)
+    : ConfigPage(board), table_(board_.control<zTable>(pvcTBL)),
       editor_(dialog, board_, table_, pvcXferBuffer, pvcList(dialog)) {
     tvlog << "creating 1577 page" << std::endl;
     Setup();

@@ -22,8 +22,8 @@ class I1577PGPvcTBL : public PvcTable {
 
 class DConfigDlgI1577PG : public ConfigPage<DConfigDlgI1577PG, IP1577XferBuffer> {
   public:
-    // Adds the page to the notebook of `dialog`, which must outlive it.
-    DConfigDlgI1577PG(zFormDialog& dialog, zNotebook& notebook);
+    // On its board in `dialog`, which must outlive it.
+    DConfigDlgI1577PG(zFormDialog& dialog, zBoard& board);
 
     void Setup();
     void setDefaults();

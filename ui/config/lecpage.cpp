@@ -34,8 +34,8 @@ const FieldRow<DConfigDlgLECPG, LECXferBuffer> DConfigDlgLECPG::fields[] = {
     {{pvcOnlyCB, &DConfigDlgLECPG::pvcOnly_}, &LECXferBuffer::pvcOnly},
 };
 
-DConfigDlgLECPG::DConfigDlgLECPG(zFormDialog& dialog, zNotebook& notebook)
-    : ConfigPage(notebook.addPage(lecPageLayout)), address_(board_), table_(board_.control<zTable>(pvcTBL)),
+DConfigDlgLECPG::DConfigDlgLECPG(zFormDialog& dialog, zBoard& board)
+    : ConfigPage(board), address_(board_), table_(board_.control<zTable>(pvcTBL)),
       editor_(dialog, board_, table_, bridgedPvcXferBuffer, pvcList(dialog)) {
     tvlog << "creating LEC Page" << std::endl;
     Setup(0);

@@ -23,8 +23,8 @@ class LECPGPvcTBL : public PvcTable {
 
 class DConfigDlgLECPG : public ConfigPage<DConfigDlgLECPG, LECXferBuffer> {
   public:
-    // Adds the page to the notebook of `dialog`, which must outlive it.
-    DConfigDlgLECPG(zFormDialog& dialog, zNotebook& notebook);
+    // On its board in `dialog`, which must outlive it.
+    DConfigDlgLECPG(zFormDialog& dialog, zBoard& board);
 
     // `i`: a client, from 0.
     void Setup(int i);

@@ -14,8 +14,7 @@ const FieldRow<DConfigDlgLECSPG, LECSXferBuffer> DConfigDlgLECSPG::fields[] = {
     {{wellKnownAddressCB, &DConfigDlgLECSPG::useWellKnown_}},
 };
 
-DConfigDlgLECSPG::DConfigDlgLECSPG(zNotebook& notebook)
-    : ConfigPage(notebook.addPage(lecsPageLayout)), address_(board_) {
+DConfigDlgLECSPG::DConfigDlgLECSPG(zBoard& board) : ConfigPage(board), address_(board_) {
     tvlog << "creating LECS page" << std::endl;
     Setup();
     bind();

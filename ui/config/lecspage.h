@@ -9,7 +9,7 @@
 
 class DConfigDlgLECSPG : public ConfigPage<DConfigDlgLECSPG, LECSXferBuffer> {
   public:
-    explicit DConfigDlgLECSPG(zNotebook& notebook);
+    explicit DConfigDlgLECSPG(zBoard& board);
 
     void Setup();
     void setDefaults();

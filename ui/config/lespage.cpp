@@ -36,9 +36,8 @@ const FieldRow<DConfigDlgLESPG, LESXferBuffer> DConfigDlgLESPG::fields[] = {
     {{ethernetRB, &DConfigDlgLESPG::choice_}},
 };
 
-DConfigDlgLESPG::DConfigDlgLESPG(zFormDialog& dialog, zNotebook& notebook)
-    : ConfigPage(notebook.addPage(lesPageLayout)), dialog_(dialog),
-      list_(board_.control<zListBox>(clientLB)) {
+DConfigDlgLESPG::DConfigDlgLESPG(zFormDialog& dialog, zBoard& board)
+    : ConfigPage(board), dialog_(dialog), list_(board_.control<zListBox>(clientLB)) {
     tvlog << "creating LES page" << std::endl;
     Setup(0);
     if (SetupIoctlDesc) {

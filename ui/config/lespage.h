@@ -16,8 +16,8 @@
 
 class DConfigDlgLESPG : public ConfigPage<DConfigDlgLESPG, LESXferBuffer> {
   public:
-    // Adds the page to the notebook of `dialog`, which must outlive it.
-    DConfigDlgLESPG(zFormDialog& dialog, zNotebook& notebook);
+    // On its board in `dialog`, which must outlive it.
+    DConfigDlgLESPG(zFormDialog& dialog, zBoard& board);
 
     // `i`: a server, from 0.
     void Setup(int i);

@@ -4,7 +4,6 @@
 
 #include "platform/debuglog.h"
 #include "toolkit/button.h"
-#include "toolkit/notebook.h"
 #include "ui/config/fieldtable.h"
 
 template <class Page, class Buffer> class ConfigPage {

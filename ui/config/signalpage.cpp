@@ -11,7 +11,7 @@ const FieldRow<DConfigDlgSignalPG, SigXferBuffer> DConfigDlgSignalPG::fields[] =
     {{registeredPrefixED, &DConfigDlgSignalPG::networkPrefix_}, &SigXferBuffer::networkPrefix},
 };
 
-DConfigDlgSignalPG::DConfigDlgSignalPG(zNotebook& notebook) : ConfigPage(notebook.addPage(signalPageLayout)) {
+DConfigDlgSignalPG::DConfigDlgSignalPG(zBoard& board) : ConfigPage(board) {
     tvlog << "creating Signalling page" << std::endl;
     Setup();
     bind();

@@ -8,7 +8,7 @@
 
 class DConfigDlgSignalPG : public ConfigPage<DConfigDlgSignalPG, SigXferBuffer> {
   public:
-    explicit DConfigDlgSignalPG(zNotebook& notebook);
+    explicit DConfigDlgSignalPG(zBoard& board);
 
     void Setup();
     void setDefaults();
