@@ -3,6 +3,7 @@
 
 enum PictureId {
     programIcon = 502,  // of every window, on the desktop
+    statsIcon = 504,    // of the statistics windows
     closeBitmap = 506,
     setupBitmap = 507,
     statsBitmap = 508,
@@ -10,6 +11,7 @@ enum PictureId {
     addBitmap = 510,
     modifyBitmap = 511,
     deleteBitmap = 512,
+    lampBitmap = 519,  // of every lamp
     okBitmap = 535,
     cancelBitmap = 536,
 };

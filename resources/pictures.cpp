@@ -6,6 +6,7 @@
 #include "resources/delete.xpm"
 #include "resources/global.xpm"
 #include "resources/information.xpm"
+#include "resources/lamp.xpm"
 #include "resources/modify.xpm"
 #include "resources/ok.xpm"
 #include "resources/question.xpm"
@@ -15,18 +16,14 @@
 #include "resources/warning.xpm"
 
 std::span<const zPictureRow> programPictures() {
-    static constexpr zPictureRow rows[] = {{zWarningPicture, warningPicture},
-                                           {zInformationPicture, informationPicture},
-                                           {zQuestionPicture, questionPicture},
-                                           {programIcon, tarvolinPicture},
-                                           {closeBitmap, closePicture},
-                                           {setupBitmap, setupPicture},
-                                           {statsBitmap, statsPicture},
-                                           {globalBitmap, globalPicture},
-                                           {addBitmap, addPicture},
-                                           {modifyBitmap, modifyPicture},
-                                           {deleteBitmap, deletePicture},
-                                           {okBitmap, okPicture},
-                                           {cancelBitmap, cancelPicture}};
+    static constexpr zPictureRow rows[] = {
+        {zWarningPicture, warningPicture},   {zInformationPicture, informationPicture},
+        {zQuestionPicture, questionPicture}, {programIcon, tarvolinPicture},
+        {statsIcon, statsPicture},           {closeBitmap, closePicture},
+        {setupBitmap, setupPicture},         {statsBitmap, statsPicture},
+        {globalBitmap, globalPicture},       {addBitmap, addPicture},
+        {modifyBitmap, modifyPicture},       {deleteBitmap, deletePicture},
+        {lampBitmap, lampPicture},           {okBitmap, okPicture},
+        {cancelBitmap, cancelPicture}};
     return rows;
 }
