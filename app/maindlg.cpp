@@ -40,8 +40,8 @@ DMainDlg::DMainDlg(zApplication& application, const zLayout& layout) : zFormDial
     control<zListBox>(interfaceLB).onActivate = [this] { doubleClickInterfaceLB(); };
     control<zBitmapButton>(closeBTN).onClick = [this] { clickedCloseBTN(); };
     control<zBitmapButton>(setupBTN).onClick = [this] { clickedSetupBTN(); };
-    // What these open is not there yet.
-    control<zBitmapButton>(statsBTN).enable(false);
+    control<zBitmapButton>(statsBTN).onClick = [this] { clickedStatsBTN(); };
+    // What this opens is not there yet.
     control<zBitmapButton>(globalBTN).enable(false);
     onClose = [this] { clickedCloseBTN(); };
 
@@ -52,6 +52,7 @@ DMainDlg::DMainDlg(zApplication& application, const zLayout& layout) : zFormDial
 }
 
 DMainDlg::~DMainDlg() {
+    statistics_.clear();
     if (ioctlDesc) dai_close(0, ioctlDesc);
     ioctlDesc = 0;
 }
@@ -114,6 +115,13 @@ void DMainDlg::configure() {
         setCursor(zArrowCursor);
     }
     if (!saved) warn(notSaved(editor_->failures()).c_str(), "Configuration Error");
+}
+
+void DMainDlg::clickedStatsBTN() {
+    DStatsDlg* dialog = statistics_.emplace_back(std::make_unique<DStatsDlg>(*this)).get();
+    dialog->onClosed = [this, dialog] {
+        std::erase_if(statistics_, [dialog](const auto& open) { return open.get() == dialog; });
+    };
 }
 
 void DMainDlg::clickedCloseBTN() {
