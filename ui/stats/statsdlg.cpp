@@ -4,6 +4,7 @@
 #include "model/settings.h"
 #include "resources/pictureids.h"
 #include "toolkit/button.h"
+#include "ui/stats/aal5page.h"
 #include "ui/stats/signallingpage.h"
 
 #include <fcntl.h>
@@ -47,6 +48,7 @@ constexpr struct {
     bool advanced;  // only with advanced settings
 } pages[] = {
     {make<DStatsDlgSignallingPG>, false},
+    {make<DStatsDlgAAL5PG>, false},
 };
 
 }  // namespace

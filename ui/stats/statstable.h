@@ -97,7 +97,9 @@ template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : 
         numberRows(rows);
     }
 
-    void fill(const TableView<Row>& rows, bool clear) {
+    // False, and nothing is touched, when there are no rows.
+    bool fill(const TableView<Row>& rows, bool clear) {
+        if (rows.size() == 0) return false;
         numberRows(static_cast<int>(rows.size()));
         this->setRows(static_cast<int>(rows.size()));
         int number = 0;
@@ -106,6 +108,7 @@ template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : 
             const auto found = clear ? baselines_.try_emplace(key_(row)).first : baselines_.find(key_(row));
             this->writeRow(++number, row, found == baselines_.end() ? none : found->second, clear);
         }
+        return true;
     }
 
   private:
