@@ -5,6 +5,8 @@
 #include "resources/pictureids.h"
 #include "toolkit/button.h"
 #include "ui/stats/aal5page.h"
+#include "ui/stats/lecstatspage.h"
+#include "ui/stats/lesstatspage.h"
 #include "ui/stats/signallingpage.h"
 
 #include <fcntl.h>
@@ -49,6 +51,8 @@ constexpr struct {
 } pages[] = {
     {make<DStatsDlgSignallingPG>, false},
     {make<DStatsDlgAAL5PG>, false},
+    {make<DStatsDlgLECPG>, false},
+    {make<DStatsDlgLESPG>, true},
 };
 
 }  // namespace
