@@ -5,6 +5,8 @@
 #include "resources/pictureids.h"
 #include "toolkit/button.h"
 #include "ui/stats/aal5page.h"
+#include "ui/stats/ip1577page.h"
+#include "ui/stats/lecsstatspage.h"
 #include "ui/stats/lecstatspage.h"
 #include "ui/stats/lesstatspage.h"
 #include "ui/stats/signallingpage.h"
@@ -49,10 +51,8 @@ constexpr struct {
     MakePage make;
     bool advanced;  // only with advanced settings
 } pages[] = {
-    {make<DStatsDlgSignallingPG>, false},
-    {make<DStatsDlgAAL5PG>, false},
-    {make<DStatsDlgLECPG>, false},
-    {make<DStatsDlgLESPG>, true},
+    {make<DStatsDlgSignallingPG>, false}, {make<DStatsDlgAAL5PG>, false}, {make<DStatsDlgLECPG>, false},
+    {make<DStatsDlgLESPG>, true},         {make<DStatsDlgLECSPG>, true},  {make<DStatsDlgIP1577PG>, false},
 };
 
 }  // namespace

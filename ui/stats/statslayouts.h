@@ -9,4 +9,5 @@ constexpr int statsPageWidth = 290, statsPageHeight = 220;  // dialog units: wha
 constexpr const char* noPrefix = "47:00:00:00:00:00:00:00:00:00:00:00:00";
 constexpr const char* noEsi = "00:00:00:00:00:00-00";
 
-extern const zLayout signallingStatsLayout, aal5StatsLayout, lecStatsLayout, lesStatsLayout;
+extern const zLayout signallingStatsLayout, aal5StatsLayout, lecStatsLayout, lesStatsLayout, lecsStatsLayout,
+    ip1577StatsLayout;
