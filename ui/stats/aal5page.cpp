@@ -43,16 +43,20 @@ constexpr struct {
 
 }  // namespace
 
-DStatsDlgAAL5PG::DStatsDlgAAL5PG(const StatsSource& source)
+DStatsDlgAAL5PG::DStatsDlgAAL5PG(StatsSource& source)
     : StatsPage(source, aal5StatsLayout), query_(source.query<aalInfo>()), counters_(board(), counters) {
     for (const auto& lamp : lamps) showLamp(board().control<zLamp>(lamp.name), LampLook::greyed);
-    Update();
+    fillOnce(source, query_.get());
 }
 
 void DStatsDlgAAL5PG::UpdateDisplay(int index, bool clear) {
     query_->setUnit(static_cast<std::uint8_t>(index));
-    if (alarms_)
-        if (const SuniStatsView reply = query_->GetSuniStats()) showAlarms(reply);
+    if (alarms_) {
+        if (const SuniStatsView reply = query_->GetSuniStats())
+            showAlarms(reply);
+        else if (query_->timedOut())
+            return;  // one vain wait is enough
+    }
     if (const AalStatsView reply = query_->GetAalStats()) counters_.show(reply, clear);
 }
 

@@ -7,7 +7,7 @@
 
 class DStatsDlgAAL5PG final : public StatsPage {
   public:
-    explicit DStatsDlgAAL5PG(const StatsSource& source);
+    explicit DStatsDlgAAL5PG(StatsSource& source);
 
     // What is not answered leaves what stands.
     void UpdateDisplay(int index, bool clear);

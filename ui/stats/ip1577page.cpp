@@ -38,10 +38,10 @@ bool IP1577PGConnectionTBL::UpdateDisplay(int index, bool clear) {
     return fill(query_->GetEntireTable(), clear);
 }
 
-DStatsDlgIP1577PG::DStatsDlgIP1577PG(const StatsSource& source)
+DStatsDlgIP1577PG::DStatsDlgIP1577PG(StatsSource& source)
     : StatsPage(source, ip1577StatsLayout), query_(source.query<ip1577Info>()), fields_(board(), fields),
       lamp_(board().control<zLamp>("stateLamp")), table_(board().control<zTable>("connectionTable"), source) {
-    Update();
+    fillOnce(source, query_.get());
 }
 
 void DStatsDlgIP1577PG::refresh(bool clear) {

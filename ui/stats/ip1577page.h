@@ -18,7 +18,7 @@ class IP1577PGConnectionTBL : public KeyedTable<IpRowView, std::int16_t> {
 
 class DStatsDlgIP1577PG final : public StatsPage {
   public:
-    explicit DStatsDlgIP1577PG(const StatsSource& source);
+    explicit DStatsDlgIP1577PG(StatsSource& source);
 
     bool UpdateDisplay(int index, bool clear);  // false: there is nothing to show
 

@@ -23,11 +23,11 @@ constexpr StatsField<Stats> fields[] = {
 
 }  // namespace
 
-DStatsDlgLECSPG::DStatsDlgLECSPG(const StatsSource& source)
+DStatsDlgLECSPG::DStatsDlgLECSPG(StatsSource& source)
     : StatsPage(source, lecsStatsLayout), query_(source.query<lecsInfo>()), fields_(board(), fields),
       lamp_(board().control<zLamp>("stateLamp")), registered_(board().control<zLamp>("regLamp")) {
     showLamp(registered_, LampLook::greyed);
-    Update();
+    fillOnce(source, query_.get());
 }
 
 bool DStatsDlgLECSPG::UpdateDisplay(int index, bool clear) {

@@ -7,7 +7,7 @@
 
 class DStatsDlgLECSPG final : public StatsPage {
   public:
-    explicit DStatsDlgLECSPG(const StatsSource& source);
+    explicit DStatsDlgLECSPG(StatsSource& source);
 
     bool UpdateDisplay(int index, bool clear);  // false: there is nothing to show
 

@@ -73,13 +73,13 @@ bool LECPGLECTBL::UpdateDisplay(int lec, bool clear) {
     return fill(query_->GetEntireTable(), clear);
 }
 
-DStatsDlgLECPG::DStatsDlgLECPG(const StatsSource& source)
+DStatsDlgLECPG::DStatsDlgLECPG(StatsSource& source)
     : StatsPage(source, lecStatsLayout), query_(source.query<lecInfo>()), fields_(board(), fields),
       lamp_(board().control<zLamp>("stateLamp")),
       lesBusTable_(board().control<zTable>("lesBusTable"), source),
       lecTable_(board().control<zTable>("lecTable"), source) {
     board().control<zTabStrip>("lecTabs").onSelect = [this](int lec) { selChangeLecTB(lec); };
-    Update();
+    fillOnce(source, query_.get());
 }
 
 void DStatsDlgLECPG::refresh(bool clear) {

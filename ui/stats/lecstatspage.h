@@ -43,7 +43,7 @@ class LECPGLECTBL : public KeyedTable<LecRowView, std::uint16_t> {
 
 class DStatsDlgLECPG final : public StatsPage {
   public:
-    explicit DStatsDlgLECPG(const StatsSource& source);
+    explicit DStatsDlgLECPG(StatsSource& source);
 
     // 0: there is nothing to show; 2: the client is up; 1: it is in another state.
     int UpdateDisplay(int lec);

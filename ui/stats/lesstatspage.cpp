@@ -46,11 +46,11 @@ bool LESPGClientTBL::UpdateDisplay(int les, bool clear) {
     return fill(query_->GetEntireTable(), clear);
 }
 
-DStatsDlgLESPG::DStatsDlgLESPG(const StatsSource& source)
+DStatsDlgLESPG::DStatsDlgLESPG(StatsSource& source)
     : StatsPage(source, lesStatsLayout), query_(source.query<lesInfo>()), fields_(board(), fields),
       lamp_(board().control<zLamp>("stateLamp")), table_(board().control<zTable>("clientTable"), source) {
     board().control<zTabStrip>("lesTabs").onSelect = [this](int les) { selChangeLesTB(les); };
-    Update();
+    fillOnce(source, query_.get());
 }
 
 void DStatsDlgLESPG::refresh(bool clear) {

@@ -23,7 +23,7 @@ class LESPGClientTBL : public KeyedTable<LesRowView, macAddress, MacHash> {
 
 class DStatsDlgLESPG final : public StatsPage {
   public:
-    explicit DStatsDlgLESPG(const StatsSource& source);
+    explicit DStatsDlgLESPG(StatsSource& source);
 
     bool UpdateDisplay(int les);  // false: there is nothing to show
 

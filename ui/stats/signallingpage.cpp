@@ -60,16 +60,19 @@ void SignallingPGSigStatsTBL::UpdateDisplay(int index, bool clear) {
             writeRow(static_cast<int>(i) + 1, row, baselines_[i], clear);
 }
 
-DStatsDlgSignallingPG::DStatsDlgSignallingPG(const StatsSource& source)
+DStatsDlgSignallingPG::DStatsDlgSignallingPG(StatsSource& source)
     : StatsPage(source, signallingStatsLayout), query_(source.query<sigInfo>()),
       states_(board(), stateFields), address_(board(), addressFields),
       table_(board().control<zTable>("signallingTable"), source) {
     for (const auto& lamp : lamps) showLamp(board().control<zLamp>(lamp.name), LampLook::greyed);
-    Update();
+    fillOnce(source, query_.get());
 }
 
 void DStatsDlgSignallingPG::refresh(bool clear) {
-    if (!clear) UpdateDisplay(0);
+    if (!clear) {
+        UpdateDisplay(0);
+        if (query_->timedOut()) return;  // one vain wait is enough
+    }
     table_.UpdateDisplay(0, clear);
 }
 

@@ -23,7 +23,7 @@ class SignallingPGSigStatsTBL : public NamedRowsTable<VcRowView> {
 
 class DStatsDlgSignallingPG final : public StatsPage {
   public:
-    explicit DStatsDlgSignallingPG(const StatsSource& source);
+    explicit DStatsDlgSignallingPG(StatsSource& source);
 
     // No answer leaves what stands.
     void UpdateDisplay(int index);

@@ -42,8 +42,8 @@ constexpr zLayout dialogLayout{.id = 572,
                                .icon = statsIcon,
                                .rows = rows};
 
-using MakePage = std::unique_ptr<StatsPage> (*)(const StatsSource& source);
-template <class Page> std::unique_ptr<StatsPage> make(const StatsSource& source) {
+using MakePage = std::unique_ptr<StatsPage> (*)(StatsSource& source);
+template <class Page> std::unique_ptr<StatsPage> make(StatsSource& source) {
     return std::make_unique<Page>(source);
 }
 
@@ -61,7 +61,7 @@ DStatsDlg::DStatsDlg(zWindow& parent) : zFormDialog(parent.application(), dialog
     parent.setCursor(zWatchCursor);
     if (!ioctlDesc || dai_open(0, O_RDONLY, channel_) != 0) channel_ = 0;
     auto& notebook = board().control<zNotebook>("pages");
-    const StatsSource source{application(), notebook, channel_, static_cast<std::uint8_t>(currentAdapter)};
+    StatsSource source{application(), notebook, channel_, static_cast<std::uint8_t>(currentAdapter)};
     for (const auto& page : pages)
         if (!page.advanced || advSettings) pages_.push_back(page.make(source));
     current_ = pages_.front().get();

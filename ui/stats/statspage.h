@@ -1,6 +1,7 @@
 // What the pages of the statistics notebook have in common.
 #pragma once
 
+#include "driver/reqparam.h"
 #include "toolkit/lamp.h"
 #include "toolkit/notebook.h"
 #include "ui/timerpage.h"
@@ -16,6 +17,7 @@ struct StatsSource {
     zNotebook& notebook;
     int channel;  // 0: there is no driver
     std::uint8_t adapter;
+    bool silent = false;  // a page has waited in vain for an answer
 
     // A query object, or none without a driver.
     template <class Info> std::unique_ptr<Info> query() const {
@@ -41,6 +43,14 @@ class StatsPage : public TimerPage {
     }
 
     virtual void refresh(bool clear) = 0;
+
+    // To be called at the end of the constructor: shows the page for the first time. Where the driver has been
+    // silent for another page this one waits until it is on top: each vain request takes many seconds.
+    void fillOnce(StatsSource& source, const reqParam* query) {
+        if (source.silent) return;
+        Update();
+        source.silent = query && query->timedOut();
+    }
 
     zBoard& board() const { return board_; }
 
