@@ -54,9 +54,8 @@ DMainDlg::DMainDlg(zApplication& application, const zLayout& layout) : zFormDial
     control<zListBox>(interfaceLB).onActivate = [this] { doubleClickInterfaceLB(); };
     control<zBitmapButton>(closeBTN).onClick = [this] { clickedCloseBTN(); };
     control<zBitmapButton>(setupBTN).onClick = [this] { clickedSetupBTN(); };
+    control<zBitmapButton>(statsBTN).onClick = [this] { clickedStatsBTN(); };
     control<zBitmapButton>(globalBTN).onClick = [this] { clickedGlobalBTN(); };
-    // What it opens is not there yet.
-    control<zBitmapButton>(statsBTN).enable(false);
     onClose = [this] { clickedCloseBTN(); };
 
     currentAdapter = 0;
@@ -66,6 +65,7 @@ DMainDlg::DMainDlg(zApplication& application, const zLayout& layout) : zFormDial
 }
 
 DMainDlg::~DMainDlg() {
+    statistics_.clear();
     if (ioctlDesc) dai_close(0, ioctlDesc);
     ioctlDesc = 0;
 }
@@ -136,6 +136,13 @@ void DMainDlg::configure() {
 
 void DMainDlg::clickedGlobalBTN() {
     DGlobalDlg(*this).runModal();
+}
+
+void DMainDlg::clickedStatsBTN() {
+    DStatsDlg* dialog = statistics_.emplace_back(std::make_unique<DStatsDlg>(*this)).get();
+    dialog->onClosed = [this, dialog] {
+        std::erase_if(statistics_, [dialog](const auto& open) { return open.get() == dialog; });
+    };
 }
 
 void DMainDlg::clickedCloseBTN() {

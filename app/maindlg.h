@@ -5,6 +5,7 @@
 #include "config/driverpdf.h"
 #include "driver/dai_io.h"
 #include "toolkit/window.h"
+#include "ui/stats/statsdlg.h"
 
 #include <memory>
 #include <vector>
@@ -36,10 +37,12 @@ class DMainDlg : public zFormDialog {
     void clickedSetupBTN();
     void clickedGlobalBTN();
     void configure();  // the current adapter: dialog, driver, files
+    void clickedStatsBTN();
     void clickedCloseBTN();
     void warn(const std::string& text, const char* title);
 
     std::unique_ptr<DriverPdfEdit> editor_;
-    std::unique_ptr<aalInfo> adapterQuery_;  // none without a driver channel
-    std::vector<FoundAdapter> adapters_;     // by list position
+    std::unique_ptr<aalInfo> adapterQuery_;               // none without a driver channel
+    std::vector<FoundAdapter> adapters_;                  // by list position
+    std::vector<std::unique_ptr<DStatsDlg>> statistics_;  // that are open
 };

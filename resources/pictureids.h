@@ -4,6 +4,7 @@
 enum PictureId {
     programIcon = 502,  // of every window, on the desktop
     globalIcon = 505,   // of the global settings
+    statsIcon = 504,    // of the statistics windows
     closeBitmap = 506,
     setupBitmap = 507,
     statsBitmap = 508,
@@ -12,6 +13,7 @@ enum PictureId {
     modifyBitmap = 511,
     deleteBitmap = 512,
     insertBitmap = 514,
+    lampBitmap = 519,  // of every lamp
     okBitmap = 535,
     cancelBitmap = 536,
 };

@@ -7,6 +7,7 @@
 #include "resources/global.xpm"
 #include "resources/information.xpm"
 #include "resources/insert.xpm"
+#include "resources/lamp.xpm"
 #include "resources/modify.xpm"
 #include "resources/ok.xpm"
 #include "resources/question.xpm"
@@ -20,7 +21,8 @@ std::span<const zPictureRow> programPictures() {
                                            {zInformationPicture, informationPicture},
                                            {zQuestionPicture, questionPicture},
                                            {programIcon, tarvolinPicture},
-                                           {globalIcon, tarvolinPicture},
+                                           {globalIcon, globalPicture},
+                                           {statsIcon, statsPicture},
                                            {closeBitmap, closePicture},
                                            {setupBitmap, setupPicture},
                                            {statsBitmap, statsPicture},
@@ -29,6 +31,7 @@ std::span<const zPictureRow> programPictures() {
                                            {modifyBitmap, modifyPicture},
                                            {deleteBitmap, deletePicture},
                                            {insertBitmap, insertPicture},
+                                           {lampBitmap, lampPicture},
                                            {okBitmap, okPicture},
                                            {cancelBitmap, cancelPicture}};
     return rows;

@@ -55,3 +55,10 @@ zControl* zBoard::find(int id) const {
                                     [id](const auto& control) { return control->id() == id; });
     return found == controls_.end() ? nullptr : found->get();
 }
+
+zControl* zBoard::find(std::string_view name) const {
+    const auto found = std::find_if(controls_.begin(), controls_.end(), [name](const auto& control) {
+        return control->id() < 0 && XtName(control->outermost()) == name;
+    });
+    return found == controls_.end() ? nullptr : found->get();
+}

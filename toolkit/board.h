@@ -11,6 +11,7 @@
 #include <span>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -39,12 +40,9 @@ class zBoard {
     Widget widget() const { return widget_; }
     const zRect& size() const { return size_; }  // pixels
 
-    // The control with this id. The layout must have it, as this kind.
-    template <typename Kind> Kind& control(int id) const {
-        auto* found = dynamic_cast<Kind*>(find(id));
-        if (!found) throw std::logic_error("no such control in the layout");
-        return *found;
-    }
+    // The control with this id, or of those without one with this name. The layout must have it, as this kind.
+    template <typename Kind> Kind& control(int id) const { return as<Kind>(find(id)); }
+    template <typename Kind> Kind& control(std::string_view name) const { return as<Kind>(find(name)); }
     // The group that a radio button belongs to.
     zRadioGroup& group(int id) const { return control<zRadioButton>(id).group(); }
 
@@ -63,6 +61,12 @@ class zBoard {
 
   private:
     zControl* find(int id) const;
+    zControl* find(std::string_view name) const;
+    template <typename Kind> static Kind& as(zControl* control) {
+        auto* found = dynamic_cast<Kind*>(control);
+        if (!found) throw std::logic_error("no such control in the layout");
+        return *found;
+    }
 
     Widget widget_;
     zRect size_;

@@ -10,9 +10,13 @@ zLamp::zLamp(Widget board, const zRect& place, const zControlRow& row) : zContro
     resources.set(XmNlabelString, text).set(XmNrecomputeSize, False).set(XmNtraversalOn, False);
     resources.set(XmNindicatorOn, XmINDICATOR_NONE).set(XmNfillOnSelect, True);
     attach(zMake(xmToggleButtonWidgetClass, board, row, resources));
-    if (const Pixmap picture = zPixmapOf(widget(), row.picture, zBackground(widget())))
+    Pixel lit = 0, unlit = 0;
+    XtVaGetValues(widget(), XmNselectColor, &lit, XmNunselectColor, &unlit, nullptr);
+    const auto picture = [&](Pixel glass) { return zPixmapOf(widget(), row.picture, glass); };
+    if (const Pixmap grey = picture(zBackground(widget())))
         XtVaSetValues(widget(), XmNlabelType, *row.text ? XmPIXMAP_AND_STRING : XmPIXMAP, XmNlabelPixmap,
-                      picture, XmNselectPixmap, picture, nullptr);
+                      picture(unlit), XmNselectPixmap, picture(lit), XmNlabelInsensitivePixmap, grey,
+                      XmNselectInsensitivePixmap, grey, nullptr);
     XtUninstallTranslations(widget());
 }
 

@@ -13,6 +13,10 @@ void lower(Widget widget) {
     XLowerWindow(XtDisplay(widget), XtWindow(widget));
 }
 
+void setLabel(Widget widget, const char* text) {
+    XtVaSetValues(widget, XmNlabelString, zXmText(text).get(), nullptr);
+}
+
 }  // namespace
 
 zStatic::zStatic(Widget board, const zRect& place, const zControlRow& row) : zControl(row) {
@@ -21,6 +25,10 @@ zStatic::zStatic(Widget board, const zRect& place, const zControlRow& row) : zCo
     resources.set(XmNlabelString, text).set(XmNrecomputeSize, False).set(XmNtraversalOn, False);
     resources.set(XmNalignment, XmALIGNMENT_BEGINNING).set(XmNmarginWidth, 0).set(XmNmarginHeight, 0);
     attach(zMake(xmLabelWidgetClass, board, row, resources));
+}
+
+void zStatic::setText(const char* text) {
+    setLabel(widget(), text);
 }
 
 zFrame::zFrame(Widget board, const zRect& place, const zControlRow& row) : zControl(row) {
@@ -36,9 +44,13 @@ zGroupBox::zGroupBox(Widget board, const zRect& place, const zControlRow& row) :
     resources.set(XmNshadowType, XmSHADOW_ETCHED_IN).set(XmNmarginWidth, 0).set(XmNmarginHeight, 0);
     attach(zMake(xmFrameWidgetClass, board, row, resources));
     const zXmText text(row.text);
-    XtVaCreateManagedWidget("title", xmLabelWidgetClass, widget(), XmNlabelString, text.get(),
-                            XmNframeChildType, XmFRAME_TITLE_CHILD, XmNmarginHeight, 0, nullptr);
+    title_ = XtVaCreateManagedWidget("title", xmLabelWidgetClass, widget(), XmNlabelString, text.get(),
+                                     XmNframeChildType, XmFRAME_TITLE_CHILD, XmNmarginHeight, 0, nullptr);
     zKeepPlace(widget(), place);
+}
+
+void zGroupBox::setTitle(const char* text) {
+    setLabel(title_, text);
 }
 
 void zGroupBox::realized() {

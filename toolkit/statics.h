@@ -6,6 +6,8 @@
 class zStatic : public zControl {
   public:
     zStatic(Widget board, const zRect& place, const zControlRow& row);
+
+    void setText(const char* text);
 };
 
 class zFrame : public zControl {
@@ -18,7 +20,11 @@ class zGroupBox : public zControl {
   public:
     zGroupBox(Widget board, const zRect& place, const zControlRow& row);
 
+    void setTitle(const char* text);
     void realized() override;
+
+  private:
+    Widget title_;
 };
 
 // A raised panel without a title, below the controls that stand on it.

@@ -12,13 +12,10 @@ class myEdit {
     // Dresses a read-only field of a layout, which must outlive this object.
     explicit myEdit(zEdit& field) : field_(field) {}
 
-    // The first text always reaches the field; after that one that stands already costs nothing. Of a longer
-    // text the first 30 characters are shown.
+    // The first text always reaches the field; after that one that stands already costs nothing.
     void write(std::string_view text);
 
   private:
-    static constexpr std::size_t longest = 30;
-
     zEdit& field_;
     std::string written_ = "Tarvolin";  // a text that no driver reports
 };

@@ -1,0 +1,177 @@
+// Steps in the statistics dialogs and what they show. Include it after gtest.
+#pragma once
+
+#include "tests/e2e/programtest.h"
+#include "toolkit/table.h"
+
+#include <Xm/TabStack.h>
+#include <Xm/TextF.h>
+#include <Xm/ToggleB.h>
+#include <algorithm>
+#include <sstream>
+#include <string>
+#include <vector>
+
+using Lines = std::vector<std::string>;
+
+// The parts of a text between ';' and blanks.
+inline Lines split(const std::string& text) {
+    std::istringstream in(text);
+    Lines parts;
+    for (std::string part; std::getline(in >> std::ws, part, ';');) parts.push_back(part);
+    return parts;
+}
+
+class StatisticsTest : public ProgramTest {
+  protected:
+    static constexpr int period = 20;  // milliseconds
+    Widget dialog = nullptr;           // the one that the steps are about
+
+    void SetUp() override {
+        ProgramTest::SetUp();
+        timerTime = period;
+        advSettings = 1;
+    }
+    void TearDown() override {
+        ProgramTest::TearDown();
+        timerTime = 1000;
+        advSettings = 0;
+    }
+
+    // A dialog with this page on top, over a simulator that does what the commands say.
+    void startOn(const char* page, const std::string& commands = "") {
+        start({"--frozen", "--adapters", "1,2"}, split(commands));
+        openDialog();
+        turnTo(page);
+    }
+    void openDialog(const std::string& title = "Statistics ") {
+        const Widget before = user->shellLike(title);
+        raise(window->shell());
+        user->click(window->control<zBitmapButton>(statsBTN).widget());
+        if (before) raise(before);  // windows are found from the lowest up
+        dialog = user->shellLike(title);
+        ASSERT_TRUE(dialog && dialog != before) << title;
+        raise(dialog);
+    }
+    // There is no window manager, and every window comes to the middle of the screen.
+    void raise(Widget shell) {
+        XRaiseWindow(XtDisplay(shell), XtWindow(shell));
+        user->focus(shell);
+    }
+
+    Widget named(const std::string& name) {
+        const Widget found = XtNameToWidget(dialog, ("*" + name).c_str());
+        EXPECT_TRUE(found) << name;
+        return found;
+    }
+    Widget onPage(const std::string& name) { return named(page_ + '*' + name); }
+    void turnTo(const std::string& page) {
+        constexpr int middles[] = {45, 120, 187, 252, 318, 378};  // of the tabs
+        const Widget book = named("pages"), sheet = named(page);
+        int position = 0;
+        while (position < 5 && XmTabStackIndexToWidget(book, position) != sheet) ++position;
+        user->clickAt(book, middles[position], 15);
+        ASSERT_EQ(XmTabStackGetSelectedTab(book), sheet) << page;
+        page_ = page;
+    }
+    void press(const char* button) { user->click(named(button)); }
+    void ctl(const std::string& commands) {
+        for (const std::string& command : split(commands)) simulator->ctl(command);
+    }
+    void set(const std::string& place, const std::string& fields) {  // "state 6; mtu 2"
+        for (const std::string& field : split(fields)) simulator->ctl("set " + place + ' ' + field);
+    }
+
+    // The text of a field or a caption; "lit", "unlit" or "greyed" for a lamp.
+    std::string look(const std::string& name) {
+        const Widget control = onPage(name);
+        if (XmIsToggleButton(control))
+            return !XtIsSensitive(control) ? "greyed" : XmToggleButtonGetState(control) ? "lit" : "unlit";
+        if (XmIsTextField(control)) {
+            char* held = XmTextFieldGetString(control);
+            std::string text = held;
+            XtFree(held);
+            return text;
+        }
+        XmString label = nullptr;
+        XtVaGetValues(control, XmNlabelString, &label, nullptr);
+        char* held = static_cast<char*>(
+            XmStringUnparse(label, nullptr, XmCHARSET_TEXT, XmCHARSET_TEXT, nullptr, 0, XmOUTPUT_ALL));
+        std::string text = held;
+        XtFree(held);
+        XmStringFree(label);
+        return text;
+    }
+    // Every control looks so at the next ticks: "mtu=1516; stateLamp=lit".
+    void expectLooks(const std::string& looks) {
+        const auto actual = [&] {
+            std::string found;
+            for (const std::string& control : split(looks)) {
+                const std::string name = control.substr(0, control.find('='));
+                found += (found.empty() ? "" : "; ") + name + '=' + look(name);
+            }
+            return found;
+        };
+        user->until([&] { return actual() == looks; }, 2);
+        EXPECT_EQ(actual(), looks);
+    }
+
+    // Right after Clear.
+    void expectZero(const std::string& looks) {
+        for (const std::string& part : split(looks))
+            EXPECT_EQ(look(part.substr(0, part.find('='))), "0") << part;
+    }
+
+    zTable& table(const std::string& name) {
+        XtPointer self = nullptr;
+        XtVaGetValues(XtNameToWidget(onPage(name), "*cells"), XmNuserData, &self, nullptr);
+        return *static_cast<zTable*>(self);
+    }
+    // Row labels and cells, separated by '|', with the column labels in front.
+    Lines tableLines(const std::string& name) {
+        std::string all = table(name).tabSeparated();
+        std::ranges::replace(all, '\t', '|');
+        std::istringstream in(all);
+        Lines lines;
+        for (std::string line; std::getline(in, line);) lines.push_back(line);
+        return lines;
+    }
+    void expectTable(const std::string& name, const Lines& lines) {
+        user->until([&] { return tableLines(name) == lines; }, 2);
+        EXPECT_EQ(tableLines(name), lines) << name;
+    }
+    void expectRows(const std::string& name, int rows) {
+        user->until([&] { return table(name).model().rows() == rows; }, 2);
+        EXPECT_EQ(table(name).model().rows(), rows) << name;
+    }
+    std::string cell(const std::string& name, int column, int row) {
+        return std::string(table(name).model().text({column, row}));
+    }
+    void expectCell(const std::string& name, int column, int row, const std::string& text) {
+        user->until([&] { return cell(name, column, row) == text; }, 2);
+        EXPECT_EQ(cell(name, column, row), text) << name << ' ' << column << ',' << row;
+    }
+
+    // Some ticks pass.
+    void ticks() {
+        user->until([] { return false; }, 0.2);
+    }
+    // The names of the requests that came within some ticks, each once.
+    Lines asked() {
+        simulator->ctl("log clear");
+        ticks();
+        std::istringstream log(simulator->ctl("log all"));
+        Lines names;
+        for (std::string line; std::getline(log, line);) {
+            std::istringstream words(line);
+            std::string number, time, client, name;
+            words >> number >> time >> client >> name;
+            if (std::ranges::find(names, name) == names.end()) names.push_back(name);
+        }
+        std::ranges::sort(names);
+        return names;
+    }
+
+  private:
+    std::string page_ = "signallingStats";
+};

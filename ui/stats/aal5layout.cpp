@@ -1,0 +1,61 @@
+#include "resources/pictureids.h"
+#include "ui/stats/statslayouts.h"
+
+namespace {
+
+constexpr zControlRow rows[] = {
+    {.kind = zKind::groupBox, .place = {4, 4, 138, 74}, .text = "AAL5 Statistics", .name = "statistics"},
+    {.place = {12, 19, 70, 8}, .text = "Received Packets:", .name = "rxPacketsLabel"},
+    {.kind = zKind::edit, .place = {84, 17, 52, 12}, .text = "0", .name = "rxPackets", .style = zReadOnly},
+    {.place = {12, 34, 70, 8}, .text = "Received Cells:", .name = "rxCellsLabel"},
+    {.kind = zKind::edit, .place = {84, 32, 52, 12}, .text = "0", .name = "rxCells", .style = zReadOnly},
+    {.place = {12, 49, 70, 8}, .text = "Transmitted Packets:", .name = "txPacketsLabel"},
+    {.kind = zKind::edit, .place = {84, 47, 52, 12}, .text = "0", .name = "txPackets", .style = zReadOnly},
+    {.place = {12, 64, 70, 8}, .text = "Transmited Cells:", .name = "txCellsLabel"},
+    {.kind = zKind::edit, .place = {84, 62, 52, 12}, .text = "0", .name = "txCells", .style = zReadOnly},
+    {.kind = zKind::groupBox, .place = {4, 82, 138, 60}, .text = "AAL5 Errors", .name = "errors"},
+    {.place = {12, 97, 70, 8}, .text = "Rx Dropped Packets:", .name = "rxDroppedLabel"},
+    {.kind = zKind::edit, .place = {84, 95, 52, 12}, .text = "0", .name = "rxDropped", .style = zReadOnly},
+    {.place = {12, 112, 70, 8}, .text = "Rx Frame Errors", .name = "rxFrameErrorsLabel"},
+    {.kind = zKind::edit,
+     .place = {84, 110, 52, 12},
+     .text = "0",
+     .name = "rxFrameErrors",
+     .style = zReadOnly},
+    {.place = {12, 127, 70, 8}, .text = "Tx Dropped Packets:", .name = "txDroppedLabel"},
+    {.kind = zKind::edit, .place = {84, 125, 52, 12}, .text = "0", .name = "txDropped", .style = zReadOnly},
+    {.kind = zKind::groupBox, .place = {4, 146, 138, 60}, .text = "ATM Layer Errors", .name = "cellErrors"},
+    {.place = {12, 161, 70, 8}, .text = "Invalid VPIs:", .name = "invalidVpisLabel"},
+    {.kind = zKind::edit, .place = {84, 159, 52, 12}, .text = "0", .name = "invalidVpis", .style = zReadOnly},
+    {.place = {12, 176, 70, 8}, .text = "Invalid VCIs:", .name = "invalidVcisLabel"},
+    {.kind = zKind::edit, .place = {84, 174, 52, 12}, .text = "0", .name = "invalidVcis", .style = zReadOnly},
+    {.place = {12, 191, 70, 8}, .text = "Receive Cell Errors:", .name = "rxCellErrorsLabel"},
+    {.kind = zKind::edit,
+     .place = {84, 189, 52, 12},
+     .text = "0",
+     .name = "rxCellErrors",
+     .style = zReadOnly},
+    {.kind = zKind::groupBox, .place = {146, 4, 140, 202}, .text = "SONET", .name = "sonet"},
+    {.place = {154, 19, 36, 8}, .text = "LOS:", .name = "losLampLabel"},
+    {.kind = zKind::lamp, .place = {194, 16, 18, 14}, .name = "losLamp", .picture = lampBitmap},
+    {.place = {154, 50, 36, 8}, .text = "LOF:", .name = "lofLampLabel"},
+    {.kind = zKind::lamp, .place = {194, 47, 18, 14}, .name = "lofLamp", .picture = lampBitmap},
+    {.place = {154, 81, 36, 8}, .text = "OOF:", .name = "oofLampLabel"},
+    {.kind = zKind::lamp, .place = {194, 78, 18, 14}, .name = "oofLamp", .picture = lampBitmap},
+    {.place = {154, 112, 36, 8}, .text = "FERF:", .name = "ferfLampLabel"},
+    {.kind = zKind::lamp, .place = {194, 109, 18, 14}, .name = "ferfLamp", .picture = lampBitmap},
+    {.place = {154, 143, 36, 8}, .text = "AIS:", .name = "aisLampLabel"},
+    {.kind = zKind::lamp, .place = {194, 140, 18, 14}, .name = "aisLamp", .picture = lampBitmap},
+    {.place = {154, 174, 36, 8}, .text = "LOP:", .name = "lopLampLabel"},
+    {.kind = zKind::lamp, .place = {194, 171, 18, 14}, .name = "lopLamp", .picture = lampBitmap},
+};
+
+}  // namespace
+
+const zLayout aal5StatsLayout{.id = 573,
+                              .name = "aal5Stats",
+                              .caption = "AAL5",
+                              .width = statsPageWidth,
+                              .height = statsPageHeight,
+                              .font = {zFontRow::normal},
+                              .rows = rows};

@@ -1,0 +1,79 @@
+#include "ui/stats/aal5page.h"
+
+#include "toolkit/statics.h"
+#include "ui/stats/statslayouts.h"
+
+namespace {
+
+constexpr StatsField<AalStatsView> counters[] = {
+    {"rxPackets", {.counter = counted<&AalStatsView::rxPackets>}},
+    {"rxCells", {.counter = counted<&AalStatsView::rxCells>}},
+    {"txPackets", {.counter = counted<&AalStatsView::txPackets>}},
+    {"txCells", {.counter = counted<&AalStatsView::txCells>}},
+    {"rxDropped", {.counter = counted<&AalStatsView::rxDropped>}},
+    {"rxFrameErrors", {.counter = counted<&AalStatsView::rxFrameErrors>}},
+    {"txDropped", {.counter = counted<&AalStatsView::txDropped>}},
+    {"invalidVpis", {.counter = counted<&AalStatsView::invalidVpis>}},
+    {"invalidVcis", {.counter = counted<&AalStatsView::invalidVcis>}},
+    {"rxCellErrors", {.counter = counted<&AalStatsView::rxCellErrors>}},
+};
+
+constexpr std::uint32_t link25 = 1;
+
+constexpr struct {
+    std::uint32_t kind;
+    const char* caption;
+} linkKinds[] = {{link25, "25 Mb/s"}, {2, "OC3c MM"}, {3, "OC3c SM"}, {4, "155 UTP"}};
+
+// A lamp is lit while its alarm is not there.
+using Alarms = SuniStatsView;
+constexpr struct {
+    const char* name;
+    bool (*clear)(const Alarms& reply);
+} lamps[] = {
+    {"losLamp",
+     [](const Alarms& a) { return (a.linkKind() == link25 ? a.linkAlarm() : a.lossOfSignal()) == 0; }},
+    {"lofLamp", [](const Alarms& a) { return a.lossOfFrame() == 0; }},
+    {"oofLamp", [](const Alarms& a) { return a.outOfFrame() == 0; }},
+    // Without frames nothing is known about these two.
+    {"ferfLamp", [](const Alarms& a) { return a.farEndFailure() == 0 && a.lossOfFrame() == 0; }},
+    {"aisLamp", [](const Alarms& a) { return a.alarmIndication() == 0; }},
+    {"lopLamp", [](const Alarms& a) { return a.lossOfPointer() == 0 && a.lossOfFrame() == 0; }},
+};
+
+}  // namespace
+
+DStatsDlgAAL5PG::DStatsDlgAAL5PG(StatsSource& source)
+    : StatsPage(source, aal5StatsLayout), query_(source.query<aalInfo>()), counters_(board(), counters) {
+    for (const auto& lamp : lamps) showLamp(board().control<zLamp>(lamp.name), LampLook::greyed);
+    fillOnce(source, query_.get());
+}
+
+void DStatsDlgAAL5PG::UpdateDisplay(int index, bool clear) {
+    query_->setUnit(static_cast<std::uint8_t>(index));
+    if (alarms_) {
+        if (const SuniStatsView reply = query_->GetSuniStats())
+            showAlarms(reply);
+        else if (query_->timedOut())
+            return;  // one vain wait is enough
+    }
+    if (const AalStatsView reply = query_->GetAalStats()) counters_.show(reply, clear);
+}
+
+void DStatsDlgAAL5PG::showAlarms(const SuniStatsView& reply) {
+    if (!linkKindShown_) showLinkKind(reply.linkKind());
+    linkKindShown_ = true;
+    alarms_ = reply.valid() != 0 || reply.linkKind() == link25;
+    for (const auto& lamp : lamps)
+        showLamp(board().control<zLamp>(lamp.name), !alarms_            ? LampLook::greyed
+                                                    : lamp.clear(reply) ? LampLook::lit
+                                                                        : LampLook::unlit);
+}
+
+void DStatsDlgAAL5PG::showLinkKind(std::uint32_t kind) {
+    const char* caption = "Unknown";
+    for (const auto& known : linkKinds)
+        if (known.kind == kind) caption = known.caption;
+    board().control<zGroupBox>("sonet").setTitle(caption);
+    if (kind == link25) board().control<zStatic>("losLampLabel").setText("Link Up");
+}

@@ -1,0 +1,24 @@
+// The "AAL5" page: the adapter's packet and cell counters, and the alarms of its physical layer.
+#pragma once
+
+#include "driver/dai_io.h"
+#include "ui/stats/fieldmap.h"
+#include "ui/stats/statspage.h"
+
+class DStatsDlgAAL5PG final : public StatsPage {
+  public:
+    explicit DStatsDlgAAL5PG(StatsSource& source);
+
+    // What is not answered leaves what stands.
+    void UpdateDisplay(int index, bool clear);
+
+  private:
+    void refresh(bool clear) override { UpdateDisplay(0, clear); }
+    void showAlarms(const SuniStatsView& reply);
+    void showLinkKind(std::uint32_t kind);
+
+    std::unique_ptr<aalInfo> query_;
+    FieldMap<AalStatsView> counters_;
+    bool alarms_ = true;  // false once the driver has said that the link has none
+    bool linkKindShown_ = false;
+};

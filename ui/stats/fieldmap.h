@@ -1,0 +1,45 @@
+// The fields of a statistics page as data: which control shows what of a reply.
+#pragma once
+
+#include "toolkit/board.h"
+#include "toolkit/edit.h"
+#include "ui/myedit.h"
+#include "ui/stats/statstext.h"
+
+#include <span>
+#include <vector>
+
+template <class View> struct StatsField {
+    const char* control;  // name of a read-only field in the page's layout
+    StatsValue<View> value;
+};
+
+// Shows one kind of reply. Only texts that change reach the screen.
+template <class View> class FieldMap {
+  public:
+    // Board and rows must outlive it.
+    FieldMap(const zBoard& board, std::span<const StatsField<View>> rows) {
+        fields_.reserve(rows.size());
+        for (const StatsField<View>& row : rows)
+            fields_.push_back({row.value, myEdit(board.control<zEdit>(row.control))});
+    }
+
+    // With `clear` the counters begin at 0 again.
+    void show(const View& reply, bool clear = false) {
+        for (Field& field : fields_) field.edit.write(textOf(field.value, reply, field.baseline, clear));
+    }
+
+    // There is nothing to show.
+    void blank() {
+        for (Field& field : fields_) field.edit.write("");
+    }
+
+  private:
+    struct Field {
+        StatsValue<View> value;
+        myEdit edit;
+        std::uint32_t baseline = 0;
+    };
+
+    std::vector<Field> fields_;
+};

@@ -1,0 +1,67 @@
+#include "ui/stats/ip1577page.h"
+
+#include "model/tvtypes.h"
+#include "ui/stats/statslayouts.h"
+
+namespace {
+
+constexpr std::uint32_t stateAbsent = 0, stateUp = 5;
+
+constexpr StatsField<IpStatsView> fields[] = {
+    {"rxPackets", {.counter = counted<&IpStatsView::rxPackets>, .withSign = true}},
+    {"txPackets", {.counter = counted<&IpStatsView::txPackets>, .withSign = true}},
+    {"rxDropped", {.counter = counted<&IpStatsView::rxDropped>, .withSign = true}},
+    {"txDropped", {.counter = counted<&IpStatsView::txDropped>, .withSign = true}},
+};
+
+using Row = IpRowView;
+constexpr StatsColumn<Row> columns[] = {
+    {"IP Address", "000.000.000.000", {.text = shown<&Row::ip, &ipAddress::GetFIPAddress>}},
+    {"VPI/VCI", "VPI/VCI", {.text = shown<&Row::vci, vciText>}},
+    {"State", "Waiting for InARP response", {.text = shown<&Row::state, LmacStateToString>}},
+    {"Tx Packets", counterSample, {.counter = counted<&Row::tx>}},
+    {"Rx Packets", counterSample, {.counter = counted<&Row::rx>}},
+    {"Network Prefix", prefixSample, {.text = remotePrefixText}},
+    {"ESI/Selector", esiSample, {.text = remoteEsiText}},
+};
+
+}  // namespace
+
+IP1577PGConnectionTBL::IP1577PGConnectionTBL(zTable& table, const StatsSource& source)
+    : KeyedTable(
+          table, columns, [](const IpRowView& row) { return row.vci(); }, 10),
+      query_(source.query<ip1577Info>()) {}
+
+bool IP1577PGConnectionTBL::UpdateDisplay(int index, bool clear) {
+    if (!query_) return false;
+    query_->setUnit(static_cast<std::uint8_t>(index));
+    return fill(query_->GetEntireTable(), clear);
+}
+
+DStatsDlgIP1577PG::DStatsDlgIP1577PG(StatsSource& source)
+    : StatsPage(source, ip1577StatsLayout), query_(source.query<ip1577Info>()), fields_(board(), fields),
+      lamp_(board().control<zLamp>("stateLamp")), table_(board().control<zTable>("connectionTable"), source) {
+    fillOnce(source, query_.get());
+}
+
+void DStatsDlgIP1577PG::refresh(bool clear) {
+    if (!UpdateDisplay(0, clear) || !table_.UpdateDisplay(0, clear)) table_.empty();
+}
+
+bool DStatsDlgIP1577PG::UpdateDisplay(int index, bool clear) {
+    query_->setUnit(static_cast<std::uint8_t>(index));
+    if (const IpStateView reply = query_->GetState()) {
+        const std::uint32_t state = reply.state();
+        lamp_.show(state, state == stateAbsent ? LampLook::greyed
+                          : state == stateUp   ? LampLook::lit
+                                               : LampLook::unlit);
+    } else {
+        lamp_.lost();
+    }
+    const IpStatsView stats = lamp_.present() ? query_->GetStats() : IpStatsView();
+    if (stats)
+        fields_.show(stats, clear);
+    else
+        fields_.blank();
+    return static_cast<bool>(stats);
+}

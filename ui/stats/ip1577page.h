@@ -1,0 +1,32 @@
+// The "1577" page: the Classical IP client, its counters and its connections.
+#pragma once
+
+#include "driver/dai_io.h"
+#include "ui/stats/fieldmap.h"
+#include "ui/stats/statspage.h"
+#include "ui/stats/statstable.h"
+
+class IP1577PGConnectionTBL : public KeyedTable<IpRowView, std::int16_t> {
+  public:
+    IP1577PGConnectionTBL(zTable& table, const StatsSource& source);
+
+    bool UpdateDisplay(int index, bool clear);  // false: no rows, or no answer
+
+  private:
+    std::unique_ptr<ip1577Info> query_;
+};
+
+class DStatsDlgIP1577PG final : public StatsPage {
+  public:
+    explicit DStatsDlgIP1577PG(StatsSource& source);
+
+    bool UpdateDisplay(int index, bool clear);  // false: there is nothing to show
+
+  private:
+    void refresh(bool clear) override;
+
+    std::unique_ptr<ip1577Info> query_;
+    FieldMap<IpStatsView> fields_;
+    ServiceLamp lamp_;
+    IP1577PGConnectionTBL table_;
+};

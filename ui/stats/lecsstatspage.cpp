@@ -1,0 +1,51 @@
+#include "ui/stats/lecsstatspage.h"
+
+#include "model/tvtypes.h"
+#include "ui/stats/statslayouts.h"
+
+namespace {
+
+constexpr std::uint32_t stateAbsent = 0, stateUp = 4;
+
+using Stats = LecsStatsView;
+constexpr StatsField<Stats> fields[] = {
+    {"networkPrefix", {.text = prefixText}},
+    {"esiSelector", {.text = esiText}},
+    {"elanType", {.text = shown<&Stats::elanType, ElanTypeToString>}},
+    {"etherMtu", {.text = shown<&Stats::etherMtuClass, MtuTypeToString>}},
+    {"tokenRingMtu", {.text = shown<&Stats::tokenRingMtuClass, MtuTypeToString>}},
+    {"validRequests", {.counter = counted<&Stats::validRequests>}},
+    {"invalidRequests", {.counter = counted<&Stats::invalidRequests>}},
+    {"rejected", {.counter = counted<&Stats::rejected>}},
+    {"connectionsMade", {.counter = counted<&Stats::connectionsMade>}},
+    {"connectionsOpen", {.counter = counted<&Stats::connectionsOpen>}},
+};
+
+}  // namespace
+
+DStatsDlgLECSPG::DStatsDlgLECSPG(StatsSource& source)
+    : StatsPage(source, lecsStatsLayout), query_(source.query<lecsInfo>()), fields_(board(), fields),
+      lamp_(board().control<zLamp>("stateLamp")), registered_(board().control<zLamp>("regLamp")) {
+    showLamp(registered_, LampLook::greyed);
+    fillOnce(source, query_.get());
+}
+
+bool DStatsDlgLECSPG::UpdateDisplay(int index, bool clear) {
+    query_->setUnit(static_cast<std::uint8_t>(index));
+    if (const LecsStateView reply = query_->GetState()) {
+        const std::uint32_t state = reply.state();
+        lamp_.show(state, state == stateAbsent ? LampLook::greyed
+                          : state == stateUp   ? LampLook::lit
+                                               : LampLook::unlit);
+    } else {
+        lamp_.lost();
+    }
+    if (const LecsStatsView stats = lamp_.present() ? query_->GetStats() : LecsStatsView()) {
+        showLamp(registered_, stats.registered() ? LampLook::lit : LampLook::unlit);
+        fields_.show(stats, clear);
+        return true;
+    }
+    showLamp(registered_, LampLook::greyed);
+    fields_.blank();
+    return false;
+}

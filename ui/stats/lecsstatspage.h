@@ -1,0 +1,21 @@
+// The "LECS" page: the LAN Emulation Configuration Server, its defaults and its counters.
+#pragma once
+
+#include "driver/dai_io.h"
+#include "ui/stats/fieldmap.h"
+#include "ui/stats/statspage.h"
+
+class DStatsDlgLECSPG final : public StatsPage {
+  public:
+    explicit DStatsDlgLECSPG(StatsSource& source);
+
+    bool UpdateDisplay(int index, bool clear);  // false: there is nothing to show
+
+  private:
+    void refresh(bool clear) override { UpdateDisplay(0, clear); }
+
+    std::unique_ptr<lecsInfo> query_;
+    FieldMap<LecsStatsView> fields_;
+    ServiceLamp lamp_;
+    zLamp& registered_;
+};

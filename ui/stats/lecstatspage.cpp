@@ -1,0 +1,106 @@
+#include "ui/stats/lecstatspage.h"
+
+#include "model/tvtypes.h"
+#include "toolkit/tabstrip.h"
+#include "ui/stats/statslayouts.h"
+
+namespace {
+
+constexpr std::uint32_t stateAbsent = 0, statePvcs = 1, stateUp = 6;
+
+constexpr StatsField<LecStatsView> fields[] = {
+    {"elanName", {.text = shown<&LecStatsView::elanName>}},
+    {"macAddress", {.text = shown<&LecStatsView::mac, &macAddress::GetFMacAddress>}},
+    {"elanType", {.text = shown<&LecStatsView::elanType, ElanTypeToString>}},
+    {"mtu", {.text = shown<&LecStatsView::mtuClass, MtuTypeToString>}},
+    {"networkPrefix", {.text = prefixText}},
+    {"esiSelector", {.text = esiText}},
+};
+
+constexpr const char* lesBusRows[] = {"Control Dir", "Control Dist", "Multicast Send", "Multicast Fwd"};
+constexpr LecConnection connections[] = {LecConnection::controlDirect, LecConnection::controlDistribute,
+                                         LecConnection::multicastSend, LecConnection::multicastForward};
+
+constexpr StatsColumn<LesBusRow> lesBusColumns[] = {
+    {"VPI/VCI", "VPI/VCI", {.text = shown<&LesBusRow::vci, vciText>}},
+    {"Tx Packets", counterSample, {.counter = [](const LesBusRow& row) { return row.circuit.tx(); }}},
+    {"Rx Packets", counterSample, {.counter = [](const LesBusRow& row) { return row.circuit.rx(); }}},
+    {"NetworkPrefix", prefixSample, {.text = prefixText}},
+    {"ESI/Selector", esiSample, {.text = esiText}},
+};
+
+constexpr StatsColumn<LecRowView> lecColumns[] = {
+    {"MAC Address", macSample, {.text = shown<&LecRowView::mac, &macAddress::GetFMacAddress>}},
+    {"VPI/VCI", "VPI/VCI", {.text = shown<&LecRowView::vci, vciText>}},
+    {"Tx Packets", counterSample, {.counter = counted<&LecRowView::tx>}},
+    {"Rx Packets", counterSample, {.counter = counted<&LecRowView::rx>}},
+    {"Network Prefix", prefixSample, {.text = remotePrefixText}},
+    {"ESI/Selector", esiSample, {.text = remoteEsiText}},
+};
+
+}  // namespace
+
+LECPGLES_BUSTBL::LECPGLES_BUSTBL(zTable& table, const StatsSource& source)
+    : NamedRowsTable(table, lesBusColumns, lesBusRows, "Multicast Send"), query_(source.query<lecInfo>()),
+      circuits_(source.query<vccInfo>()) {}
+
+bool LECPGLES_BUSTBL::UpdateDisplay(int lec, bool clear) {
+    if (!query_) return false;
+    query_->setUnit(static_cast<std::uint8_t>(lec));
+    const LecStatsView stats = query_->GetStats();
+    if (!stats) return false;
+    nameRows();
+    circuits_->setUnit(static_cast<std::uint8_t>(lec));
+    circuits_->GetEntireTable();
+    for (std::size_t i = 0; i < std::size(connections); ++i) {
+        const std::uint16_t vci = stats.vci(connections[i]);
+        if (vci == 0) continue;
+        const LesBusRow row{vci, stats.address(connections[i]), circuits_->GetVciEntry(vci)};
+        writeRow(static_cast<int>(i) + 1, row, baselines_[static_cast<std::size_t>(lec)][i], clear,
+                 static_cast<bool>(row.circuit));
+    }
+    return true;
+}
+
+LECPGLECTBL::LECPGLECTBL(zTable& table, const StatsSource& source)
+    : KeyedTable(
+          table, lecColumns, [](const LecRowView& row) { return row.vci(); }, 20),
+      query_(source.query<lecInfo>()) {}
+
+bool LECPGLECTBL::UpdateDisplay(int lec, bool clear) {
+    if (!query_) return false;
+    query_->setUnit(static_cast<std::uint8_t>(lec));
+    return fill(query_->GetEntireTable(), clear);
+}
+
+DStatsDlgLECPG::DStatsDlgLECPG(StatsSource& source)
+    : StatsPage(source, lecStatsLayout), query_(source.query<lecInfo>()), fields_(board(), fields),
+      lamp_(board().control<zLamp>("stateLamp")),
+      lesBusTable_(board().control<zTable>("lesBusTable"), source),
+      lecTable_(board().control<zTable>("lecTable"), source) {
+    board().control<zTabStrip>("lecTabs").onSelect = [this](int lec) { selChangeLecTB(lec); };
+    fillOnce(source, query_.get());
+}
+
+void DStatsDlgLECPG::refresh(bool clear) {
+    const int result = UpdateDisplay(lec_);
+    if (result == 0 || !lecTable_.UpdateDisplay(lec_, clear)) lecTable_.empty();
+    if (result != 2 || !lesBusTable_.UpdateDisplay(lec_, clear)) lesBusTable_.empty();
+}
+
+int DStatsDlgLECPG::UpdateDisplay(int lec) {
+    query_->setUnit(static_cast<std::uint8_t>(lec));
+    if (const LecStateView reply = query_->GetState()) {
+        const std::uint32_t state = reply.state();
+        const bool lit = state == stateUp || (state == statePvcs && reply.flag() != 0);
+        lamp_.show(state, state == stateAbsent ? LampLook::greyed : lit ? LampLook::lit : LampLook::unlit);
+    } else {
+        lamp_.lost();
+    }
+    const LecStatsView stats = lamp_.present() ? query_->GetStats() : LecStatsView();
+    if (stats)
+        fields_.show(stats);
+    else
+        fields_.blank();
+    return !lamp_.present() ? 0 : lamp_.shows(stateUp) ? 2 : 1;
+}

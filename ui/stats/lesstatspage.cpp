@@ -1,0 +1,77 @@
+#include "ui/stats/lesstatspage.h"
+
+#include "model/tvtypes.h"
+#include "toolkit/tabstrip.h"
+#include "ui/stats/statslayouts.h"
+
+namespace {
+
+constexpr std::uint32_t stateAbsent = 0, stateServing = 1;
+
+using Stats = LesStatsView;
+constexpr StatsField<Stats> fields[] = {
+    {"networkPrefix", {.text = prefixText}},
+    {"esiSelector", {.text = esiText}},
+    {"busNetworkPrefix", {.text = shown<&Stats::busAddress, &atmAddress::GetFNetworkPrefix>}},
+    {"busEsiSelector", {.text = shown<&Stats::busAddress, &atmAddress::GetFESISelector>}},
+    {"elanName", {.text = shown<&Stats::elanName>}},
+    {"mtu", {.text = shown<&Stats::mtuClass, MtuTypeToString>}},
+    {"elanType", {.text = shown<&Stats::elanType, ElanTypeToString>}},
+};
+
+using Row = LesRowView;
+constexpr StatsColumn<Row> columns[] = {
+    {"LD Address", macSample, {.text = shown<&Row::mac, &macAddress::GetFMacAddress>}},
+    {"State", "Signalling A", {.text = shown<&Row::state, BusStateToString>}},
+    {"Ctl Dir VCI", "Ctl Dir VCI", {.text = shown<&Row::controlVci, vciText>}},
+    {"CD Tx Pkts", counterSample, {.counter = counted<&Row::controlTx>}},
+    {"CD Rx Pkts", counterSample, {.counter = counted<&Row::controlRx>}},
+    {"Mul Snd VCI", "Mul Snd VCI", {.text = shown<&Row::multicastVci, vciText>}},
+    {"MSTx Pkts", counterSample, {.counter = counted<&Row::multicastTx>}},
+    {"MS Rx Pkts", counterSample, {.counter = counted<&Row::multicastRx>}},
+    {"Network Prefix", prefixSample, {.text = prefixText}},
+    {"ESI/Selector", esiSample, {.text = esiText}},
+};
+
+}  // namespace
+
+LESPGClientTBL::LESPGClientTBL(zTable& table, const StatsSource& source)
+    : KeyedTable(
+          table, columns, [](const LesRowView& row) { return row.mac(); }, 4),
+      query_(source.query<lesInfo>()) {}
+
+bool LESPGClientTBL::UpdateDisplay(int les, bool clear) {
+    if (!query_) return false;
+    query_->setUnit(static_cast<std::uint8_t>(les));
+    return fill(query_->GetEntireTable(), clear);
+}
+
+DStatsDlgLESPG::DStatsDlgLESPG(StatsSource& source)
+    : StatsPage(source, lesStatsLayout), query_(source.query<lesInfo>()), fields_(board(), fields),
+      lamp_(board().control<zLamp>("stateLamp")), table_(board().control<zTable>("clientTable"), source) {
+    board().control<zTabStrip>("lesTabs").onSelect = [this](int les) { selChangeLesTB(les); };
+    fillOnce(source, query_.get());
+}
+
+void DStatsDlgLESPG::refresh(bool clear) {
+    if (!UpdateDisplay(les_) || !table_.UpdateDisplay(les_, clear)) table_.empty();
+}
+
+bool DStatsDlgLESPG::UpdateDisplay(int les) {
+    query_->setUnit(static_cast<std::uint8_t>(les));
+    if (const LesStateView reply = query_->GetState()) {
+        const std::uint32_t state = reply.state(), flag = reply.flag();
+        // The flag lights the lamp: its change is one of the state.
+        lamp_.show(std::uint64_t{state} << 32 | flag, state == stateAbsent                 ? LampLook::greyed
+                                                      : state == stateServing && flag != 0 ? LampLook::lit
+                                                                                           : LampLook::unlit);
+    } else {
+        lamp_.lost();
+    }
+    const LesStatsView stats = lamp_.present() ? query_->GetStats() : LesStatsView();
+    if (stats)
+        fields_.show(stats);
+    else
+        fields_.blank();
+    return static_cast<bool>(stats);
+}

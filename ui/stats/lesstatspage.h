@@ -1,0 +1,39 @@
+// The "LES ..." page: one LAN Emulation Server at a time, with its clients.
+#pragma once
+
+#include "driver/dai_io.h"
+#include "ui/stats/fieldmap.h"
+#include "ui/stats/statspage.h"
+#include "ui/stats/statstable.h"
+
+struct MacHash {
+    std::size_t operator()(const macAddress& key) const { return myMacHashFunction(key); }
+};
+
+// The baselines belong to clients, whichever server they have joined.
+class LESPGClientTBL : public KeyedTable<LesRowView, macAddress, MacHash> {
+  public:
+    LESPGClientTBL(zTable& table, const StatsSource& source);
+
+    bool UpdateDisplay(int les, bool clear);  // false: no rows, or no answer
+
+  private:
+    std::unique_ptr<lesInfo> query_;
+};
+
+class DStatsDlgLESPG final : public StatsPage {
+  public:
+    explicit DStatsDlgLESPG(StatsSource& source);
+
+    bool UpdateDisplay(int les);  // false: there is nothing to show
+
+  private:
+    void refresh(bool clear) override;
+    void selChangeLesTB(int les) { les_ = les; }
+
+    std::unique_ptr<lesInfo> query_;
+    FieldMap<LesStatsView> fields_;
+    ServiceLamp lamp_;
+    LESPGClientTBL table_;
+    int les_ = 0;  // from 0
+};

@@ -1,0 +1,90 @@
+#include "ui/stats/signallingpage.h"
+
+#include "model/tvtypes.h"
+#include "ui/stats/statslayouts.h"
+
+namespace {
+
+constexpr StatsField<LinkStateView> stateFields[] = {
+    {"ilmi", {.text = shown<&LinkStateView::ilmi, IlmiStateToString>}},
+    {"saal", {.text = shown<&LinkStateView::saal, SaalStateToString>}},
+    {"signalling", {.text = shown<&LinkStateView::signalling, SigStateToString>}},
+};
+
+constexpr StatsField<LinkStateView> addressFields[] = {
+    {"networkPrefix", {.text = prefixText}},
+    {"esiSelector", {.text = esiText}},
+};
+
+constexpr struct {
+    const char* name;
+    std::int16_t (LinkStateView::*state)() const;
+    int (*colour)(std::int16_t state);
+} lamps[] = {
+    {"ilmiLamp", &LinkStateView::ilmi, IlmiStateToColor},
+    {"saalLamp", &LinkStateView::saal, SaalStateToColor},
+    {"signallingLamp", &LinkStateView::signalling, SigStateToColor},
+};
+
+LampLook lookOf(int colour) {
+    return colour == 1 ? LampLook::greyed : colour == 2 ? LampLook::lit : LampLook::unlit;
+}
+
+bool registered(const LinkStateView& reply) {
+    return reply.ilmi() == 2 || reply.ilmi() == 3;
+}
+
+// The circuits of the table, row by row.
+constexpr const char* circuits[] = {"ILMI", "Signalling"};
+constexpr std::uint16_t circuitVcis[] = {16, 5};
+
+constexpr StatsColumn<VcRowView> columns[] = {
+    {"VPI/VCI", "VPI/VCI", {.text = shown<&VcRowView::vci, vciText>}},
+    {"Frames In", counterSample, {.counter = counted<&VcRowView::rx>}},
+    {"Frames Out", counterSample, {.counter = counted<&VcRowView::tx>}},
+};
+
+}  // namespace
+
+SignallingPGSigStatsTBL::SignallingPGSigStatsTBL(zTable& table, const StatsSource& source)
+    : NamedRowsTable(table, columns, circuits, "Signalling"), query_(source.query<vccInfo>()) {}
+
+void SignallingPGSigStatsTBL::UpdateDisplay(int index, bool clear) {
+    if (!query_) return;
+    query_->setUnit(static_cast<std::uint8_t>(index));
+    // Both circuits are among the first 16 rows.
+    const auto circuitTable = query_->GetTable(1, 16);
+    if (circuitTable.size() <= 1) return;
+    for (std::size_t i = 0; i < std::size(circuitVcis); ++i)
+        if (const VcRowView row = query_->GetVciEntry(circuitVcis[i]))
+            writeRow(static_cast<int>(i) + 1, row, baselines_[i], clear);
+}
+
+DStatsDlgSignallingPG::DStatsDlgSignallingPG(StatsSource& source)
+    : StatsPage(source, signallingStatsLayout), query_(source.query<sigInfo>()),
+      states_(board(), stateFields), address_(board(), addressFields),
+      table_(board().control<zTable>("signallingTable"), source) {
+    for (const auto& lamp : lamps) showLamp(board().control<zLamp>(lamp.name), LampLook::greyed);
+    fillOnce(source, query_.get());
+}
+
+void DStatsDlgSignallingPG::refresh(bool clear) {
+    if (!clear) {
+        UpdateDisplay(0);
+        if (query_->timedOut()) return;  // one vain wait is enough
+    }
+    table_.UpdateDisplay(0, clear);
+}
+
+void DStatsDlgSignallingPG::UpdateDisplay(int index) {
+    query_->setUnit(static_cast<std::uint8_t>(index));
+    const LinkStateView reply = query_->GetLinkState();
+    if (!reply) return;
+    for (const auto& lamp : lamps)
+        showLamp(board().control<zLamp>(lamp.name), lookOf(lamp.colour((reply.*lamp.state)())));
+    states_.show(reply);
+    if (registered(reply))
+        address_.show(reply);
+    else
+        address_.blank();
+}

@@ -1,0 +1,37 @@
+// The "Signalling" page: ILMI, QSAAL and UNI signalling of the adapter, the address registered through ILMI, and the
+// frames on the two signalling circuits.
+#pragma once
+
+#include "driver/dai_io.h"
+#include "ui/stats/fieldmap.h"
+#include "ui/stats/statspage.h"
+#include "ui/stats/statstable.h"
+
+#include <array>
+
+class SignallingPGSigStatsTBL : public NamedRowsTable<VcRowView> {
+  public:
+    SignallingPGSigStatsTBL(zTable& table, const StatsSource& source);
+
+    // A circuit that is not there, or no answer, leaves what stands.
+    void UpdateDisplay(int index, bool clear);
+
+  private:
+    std::unique_ptr<vccInfo> query_;
+    std::array<Baselines, 2> baselines_{};
+};
+
+class DStatsDlgSignallingPG final : public StatsPage {
+  public:
+    explicit DStatsDlgSignallingPG(StatsSource& source);
+
+    // No answer leaves what stands.
+    void UpdateDisplay(int index);
+
+  private:
+    void refresh(bool clear) override;
+
+    std::unique_ptr<sigInfo> query_;
+    FieldMap<LinkStateView> states_, address_;
+    SignallingPGSigStatsTBL table_;
+};

@@ -1,0 +1,97 @@
+#include "ui/stats/statsdlg.h"
+
+#include "driver/dai_api.h"
+#include "model/settings.h"
+#include "resources/pictureids.h"
+#include "toolkit/button.h"
+#include "ui/stats/aal5page.h"
+#include "ui/stats/ip1577page.h"
+#include "ui/stats/lecsstatspage.h"
+#include "ui/stats/lecstatspage.h"
+#include "ui/stats/lesstatspage.h"
+#include "ui/stats/signallingpage.h"
+
+#include <fcntl.h>
+
+namespace {
+
+constexpr std::size_t longestTitle = 63;
+
+constexpr zControlRow rows[] = {
+    {.kind = zKind::notebook, .place = {4, 4, 292, 239}, .name = "pages"},
+    {.kind = zKind::bitmapButton,
+     .place = {38, 250, 50, 18},
+     .text = "Clear",
+     .name = "clear",
+     .style = zDefaultButton},
+    {.kind = zKind::bitmapButton,
+     .place = {96, 250, 50, 18},
+     .text = "Close",
+     .name = "close",
+     .style = zCancelButton},
+    {.kind = zKind::bitmapButton, .place = {154, 250, 50, 18}, .text = "Apply", .name = "apply"},
+    {.kind = zKind::bitmapButton, .place = {212, 250, 50, 18}, .text = "Help", .name = "help"},
+};
+
+constexpr zLayout dialogLayout{.id = 572,
+                               .name = "statistics",
+                               .caption = "Statistics",
+                               .width = 300,
+                               .height = 275,
+                               .font = {zFontRow::normal},
+                               .icon = statsIcon,
+                               .rows = rows};
+
+using MakePage = std::unique_ptr<StatsPage> (*)(StatsSource& source);
+template <class Page> std::unique_ptr<StatsPage> make(StatsSource& source) {
+    return std::make_unique<Page>(source);
+}
+
+constexpr struct {
+    MakePage make;
+    bool advanced;  // only with advanced settings
+} pages[] = {
+    {make<DStatsDlgSignallingPG>, false}, {make<DStatsDlgAAL5PG>, false}, {make<DStatsDlgLECPG>, false},
+    {make<DStatsDlgLESPG>, true},         {make<DStatsDlgLECSPG>, true},  {make<DStatsDlgIP1577PG>, false},
+};
+
+}  // namespace
+
+DStatsDlg::DStatsDlg(zWindow& parent) : zFormDialog(parent.application(), dialogLayout) {
+    parent.setCursor(zWatchCursor);
+    if (!ioctlDesc || dai_open(0, O_RDONLY, channel_) != 0) channel_ = 0;
+    auto& notebook = board().control<zNotebook>("pages");
+    StatsSource source{application(), notebook, channel_, static_cast<std::uint8_t>(currentAdapter)};
+    for (const auto& page : pages)
+        if (!page.advanced || advSettings) pages_.push_back(page.make(source));
+    current_ = pages_.front().get();
+    notebook.onSelect = [this](int position) { selChangeTB(position); };
+    board().control<zBitmapButton>("clear").onClick = [this] { onOk(); };
+    board().control<zBitmapButton>("close").onClick = [this] { onCancel(); };
+    onClose = [this] { onCancel(); };
+    parent.setCursor(zArrowCursor);
+    setTitle(("Statistics " + dlgTitle).substr(0, longestTitle));
+    show();
+    selChangeTB(0);
+}
+
+DStatsDlg::~DStatsDlg() {
+    pages_.clear();
+    if (channel_) dai_close(0, channel_);
+}
+
+void DStatsDlg::selChangeTB(int position) {
+    current_->disableTimer();
+    current_ = pages_[static_cast<std::size_t>(position)].get();
+    current_->enableTimer();
+}
+
+int DStatsDlg::onOk() {
+    current_->ClearStats();
+    return 1;
+}
+
+int DStatsDlg::onCancel() {
+    if (const auto closed = onClosed) closed();  // the end of this object
+    return 0;
+}

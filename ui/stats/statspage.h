@@ -1,0 +1,85 @@
+// What the pages of the statistics notebook have in common.
+#pragma once
+
+#include "driver/reqparam.h"
+#include "toolkit/lamp.h"
+#include "toolkit/notebook.h"
+#include "ui/timerpage.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+// Where a page stands and what it shows: the adapter that was the current one when its dialog was opened, over the
+// dialog's channel, which outlives the page.
+struct StatsSource {
+    zApplication& application;
+    zNotebook& notebook;
+    int channel;  // 0: there is no driver
+    std::uint8_t adapter;
+    bool silent = false;  // a page has waited in vain for an answer
+
+    // A query object, or none without a driver.
+    template <class Info> std::unique_ptr<Info> query() const {
+        return channel ? std::make_unique<Info>(channel, adapter) : nullptr;
+    }
+};
+
+class StatsPage : public TimerPage {
+  public:
+    void enableTimer() override {
+        refreshWith([this] { Update(); });
+    }
+
+    // Asks the driver and shows what is new. Nothing without a driver.
+    void Update() { refreshIfOpen(false); }
+
+    // The same, with the counters from 0 again.
+    void ClearStats() override { refreshIfOpen(true); }
+
+  protected:
+    StatsPage(const StatsSource& source, const zLayout& layout)
+        : TimerPage(source.application), board_(source.notebook.addPage(layout)), open_(source.channel != 0) {
+    }
+
+    virtual void refresh(bool clear) = 0;
+
+    // To be called at the end of the constructor: shows the page for the first time. Where the driver has been
+    // silent for another page this one waits until it is on top: each vain request takes many seconds.
+    void fillOnce(StatsSource& source, const reqParam* query) {
+        if (source.silent) return;
+        Update();
+        source.silent = query && query->timedOut();
+    }
+
+    zBoard& board() const { return board_; }
+
+  private:
+    void refreshIfOpen(bool clear) {
+        if (open_) refresh(clear);
+    }
+
+    zBoard& board_;
+    bool open_;
+};
+
+enum class LampLook { greyed, unlit, lit };
+
+void showLamp(zLamp& lamp, LampLook look);
+
+// The lamp of a service. It is painted when the state becomes another one, and after a failure.
+class ServiceLamp {
+  public:
+    explicit ServiceLamp(zLamp& lamp);
+
+    void show(std::uint64_t state, LampLook look);
+    void lost();  // the state is not known: greyed until the next show()
+
+    bool present() const { return look_ != LampLook::greyed; }
+    bool shows(std::uint64_t state) const { return present() && state_ == state; }
+
+  private:
+    zLamp& lamp_;
+    std::optional<std::uint64_t> state_;
+    LampLook look_ = LampLook::greyed;
+};

@@ -1,0 +1,126 @@
+// Statistics tables as data: a column is a label, a sample that says how wide it is, and what it shows of a row. Rows come
+// as views; filling a table takes one pass and no allocation for texts that stand already.
+#pragma once
+
+#include "ui/mytable.h"
+#include "ui/stats/statstext.h"
+
+#include <array>
+#include <span>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+constexpr const char* counterSample = "4294967295";
+constexpr const char* macSample = "00:00:00:00:00:00";
+constexpr const char* prefixSample = "00:00:00:00:00:00:00:00:00:00:00:00:00";
+constexpr const char* esiSample = "00:00:00:00:00:00-00";
+
+template <class Row> struct StatsColumn {
+    const char* label;
+    const char* sample;
+    StatsValue<Row> value;
+};
+
+template <class Row> class StatsTable : public myTable {
+  public:
+    // There is nothing to show.
+    void empty() { setRows(0); }
+
+  protected:
+    static constexpr std::size_t mostCounters = 4;
+    using Baselines = std::array<std::uint32_t, mostCounters>;  // by counter column
+
+    StatsTable(zTable& table, std::span<const StatsColumn<Row>> columns, int rows)
+        : myTable(table), columns_(columns) {
+        std::vector<const char*> labels, samples;
+        for (const StatsColumn<Row>& column : columns) {
+            labels.push_back(column.label);
+            // Of a counter at least its label.
+            const bool narrow = table.textWidth(column.sample) < table.textWidth(column.label);
+            samples.push_back(column.value.counter && narrow ? column.label : column.sample);
+        }
+        setColumns(labels, samples);
+        setRows(rows);
+    }
+
+    void setRows(int rows) { resize(static_cast<int>(columns_.size()), rows); }
+
+    // One cell of every column, those of the counters only when the reply is there that has them.
+    void writeRow(int number, const Row& row, Baselines& baselines, bool clear, bool withCounters = true) {
+        std::size_t counter = 0;
+        std::uint32_t none = 0;
+        int column = 0;
+        for (const StatsColumn<Row>& c : columns_) {
+            ++column;
+            std::uint32_t& baseline = c.value.counter ? baselines[counter++] : none;
+            if (c.value.counter && !withCounters) continue;
+            SetCellText({column, number}, textOf(c.value, row, baseline, clear));
+        }
+    }
+
+  private:
+    std::span<const StatsColumn<Row>> columns_;
+};
+
+// A table with a name of its own for each of its few rows.
+template <class Row> class NamedRowsTable : public StatsTable<Row> {
+  protected:
+    NamedRowsTable(zTable& table, std::span<const StatsColumn<Row>> columns,
+                   std::span<const char* const> names, const char* longest)
+        : StatsTable<Row>(table, columns, static_cast<int>(names.size())), names_(names) {
+        table.setColumnWidth(0, table.textWidth(longest) + labelMargin);
+        nameRows();
+    }
+
+    // Brings the rows back after empty().
+    void nameRows() {
+        this->setRows(static_cast<int>(names_.size()));
+        int row = 0;
+        for (const char* name : names_) this->SetCellText({0, ++row}, name);
+    }
+
+  private:
+    static constexpr int labelMargin = 8;  // pixels
+
+    std::span<const char* const> names_;
+};
+
+// A table with as many rows as the driver has, numbered. The baselines of their counters belong to a key that a row
+// carries, so that they follow a connection when rows come and go.
+template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : public StatsTable<Row> {
+  protected:
+    using KeyOf = Key (*)(const Row&);
+
+    KeyedTable(zTable& table, std::span<const StatsColumn<Row>> columns, KeyOf key, int rows)
+        : StatsTable<Row>(table, columns, rows), key_(key) {
+        numberRows(rows);
+    }
+
+    // False, and nothing is touched, when there are no rows.
+    bool fill(const TableView<Row>& rows, bool clear) {
+        if (rows.size() == 0) return false;
+        numberRows(static_cast<int>(rows.size()));
+        this->setRows(static_cast<int>(rows.size()));
+        int number = 0;
+        for (const Row row : rows) {
+            typename StatsTable<Row>::Baselines none{};
+            const auto found = clear ? baselines_.try_emplace(key_(row)).first : baselines_.find(key_(row));
+            this->writeRow(++number, row, found == baselines_.end() ? none : found->second, clear);
+        }
+        return true;
+    }
+
+  private:
+    // Two digits have room, and as many more as the last number has.
+    void numberRows(int rows) {
+        const std::string last = std::to_string(std::max(rows, 10));
+        if (last.size() == digits_) return;
+        digits_ = last.size();
+        this->setRowNumbers(std::string(digits_, '9').c_str());
+    }
+
+    KeyOf key_;
+    std::unordered_map<Key, typename StatsTable<Row>::Baselines, Hash> baselines_;
+    std::size_t digits_ = 0;
+};

@@ -1,0 +1,84 @@
+// What statistics fields and cells show, and how it is said in tables: a value is a text made of a field of a reply, or a
+// counter, which is shown as its growth since the last Clear.
+//
+//     {.text = shown<&LecStatsView::mtuClass, MtuTypeToString>}
+//     {.counter = counted<&LecRowView::tx>}
+#pragma once
+
+#include "driver/views.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <fmt/format.h>
+#include <functional>
+#include <string_view>
+
+// A short text without an allocation: a refresh makes one for every cell of a table. What is longer is cut.
+class StatsText {
+  public:
+    StatsText(std::string_view text) : length_(std::min(text.size(), chars_.size())) {
+        std::copy_n(text.data(), length_, chars_.begin());
+    }
+
+    template <class... Args>
+    static StatsText of(fmt::format_string<const Args&...> format, const Args&... args) {
+        StatsText text{{}};
+        const auto end = fmt::format_to_n(text.chars_.data(), text.chars_.size(), format, args...);
+        text.length_ = static_cast<std::size_t>(end.out - text.chars_.data());
+        return text;
+    }
+
+    operator std::string_view() const { return {chars_.data(), length_}; }
+
+  private:
+    std::array<char, 64> chars_;
+    std::size_t length_;
+};
+
+template <class View> struct StatsValue {
+    StatsText (*text)(const View&) = nullptr;
+    std::uint32_t (*counter)(const View&) = nullptr;
+    bool withSign = false;  // of a counter: as a signed number
+};
+
+// A field of a view, given as member or function, as the formatter says it.
+template <auto field, auto format = std::identity{}, class View> StatsText shown(const View& reply) {
+    return StatsText(std::invoke(format, std::invoke(field, reply)));
+}
+
+template <auto field, class View> std::uint32_t counted(const View& reply) {
+    return std::invoke(field, reply);
+}
+
+// The text of a value. With `clear` a counter's present value becomes its baseline first.
+template <class View>
+StatsText textOf(const StatsValue<View>& value, const View& reply, std::uint32_t& baseline, bool clear) {
+    if (!value.counter) return value.text(reply);
+    const std::uint32_t now = value.counter(reply);
+    if (clear) baseline = now;
+    const std::uint32_t growth = now - baseline;
+    return value.withSign ? StatsText::of("{}", static_cast<std::int32_t>(growth))
+                          : StatsText::of("{}", growth);
+}
+
+// ---- formatters ----
+
+// "  0/  32": the VPI is always 0.
+inline StatsText vciText(int vci) {
+    return StatsText::of("  0/{:4}", vci);
+}
+
+// Halves of the address that a view has, or of the remote one of a connection, where a PVC has none.
+template <class View> StatsText prefixText(const View& reply) {
+    return StatsText(reply.address().GetFNetworkPrefix());
+}
+template <class View> StatsText esiText(const View& reply) {
+    return StatsText(reply.address().GetFESISelector());
+}
+template <class Row> StatsText remotePrefixText(const Row& row) {
+    return row.switched() ? prefixText(row) : StatsText("   PVC Connection                     ");
+}
+template <class Row> StatsText remoteEsiText(const Row& row) {
+    return row.switched() ? esiText(row) : StatsText("   PVC Connection   ");
+}
