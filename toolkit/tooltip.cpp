@@ -33,6 +33,19 @@ Delays delaysOf(Widget widget) {
 
 constexpr int belowPointer = 20;  // clear of the pointer's own shape
 
+// The library's controls keep motion to themselves, and so do the windows inside a table; the board has to see it.
+void letMotionThrough(Widget control) {
+    if (!XtIsWidget(control) || !XtIsRealized(control)) return;
+    XSetWindowAttributes attributes{};
+    attributes.do_not_propagate_mask = KeyPressMask | KeyReleaseMask | ButtonPressMask | ButtonReleaseMask;
+    XChangeWindowAttributes(XtDisplay(control), XtWindow(control), CWDontPropagate, &attributes);
+    if (!XtIsComposite(control)) return;
+    WidgetList children = nullptr;
+    Cardinal count = 0;
+    XtVaGetValues(control, XmNchildren, &children, XmNnumChildren, &count, nullptr);
+    std::for_each_n(children, count, letMotionThrough);
+}
+
 }  // namespace
 
 struct zTooltips::Handlers {
@@ -74,11 +87,7 @@ void zTooltips::add(Widget control, std::string text) {
 }
 
 void zTooltips::realized() {
-    // The library's controls keep motion to themselves; the board has to see it.
-    XSetWindowAttributes attributes{};
-    attributes.do_not_propagate_mask = KeyPressMask | KeyReleaseMask | ButtonPressMask | ButtonReleaseMask;
-    for (const Tip& tip : tips_)
-        XChangeWindowAttributes(XtDisplay(board_), XtWindow(tip.control), CWDontPropagate, &attributes);
+    for (const Tip& tip : tips_) letMotionThrough(tip.control);
 }
 
 void zTooltips::pointerAt(int x, int y) {

@@ -409,6 +409,22 @@ TEST_F(StatisticsTest, ALecShowsWhatTheDriverSays) {
     EXPECT_EQ(cell("lesBusTable", 0, 4) + cell("lesBusTable", 1, 1), "Multicast Fwd");
 }
 
+TEST_F(StatisticsTest, WhatHasNoCaptionHasATooltip) {
+    start({"--frozen", "--adapters", "1,2"});
+    openDialog();
+    const struct {
+        const char *page, *control, *text;
+    } cases[] = {{"lecStats", "lesBusTable*cells", "LES/BUS Connections"},
+                 {"lecStats", "lecTable*cells", "LEC Connections"},
+                 {"lecsStats", "regLamp", "LECS Registration"}};
+    for (const auto& c : cases) {
+        turnTo(c.page);
+        user->pointAt(onPage(c.control));
+        ASSERT_TRUE(user->until([this] { return user->widget("TipLabel") != nullptr; }, 5)) << c.control;
+        EXPECT_EQ(labelOf(user->widget("TipLabel")), c.text);
+    }
+}
+
 TEST_F(StatisticsTest, TablesGrowShrinkAndEmptyWithTheDriver) {
     startOn("lecStats", "set lec 1.1 state 6");
     for (const int rows : {0, 13, 14, 1, 0, 1500, 27, 0}) {

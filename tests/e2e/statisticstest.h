@@ -93,6 +93,9 @@ class StatisticsTest : public ProgramTest {
             XtFree(held);
             return text;
         }
+        return labelOf(control);
+    }
+    static std::string labelOf(Widget control) {
         XmString label = nullptr;
         XtVaGetValues(control, XmNlabelString, &label, nullptr);
         char* held = static_cast<char*>(
