@@ -78,7 +78,9 @@ void DMainDlg::setup() {
         adapters_ = discoverAdapters(*adapterQuery_);
     }
     auto& list = control<zListBox>(interfaceLB);
-    for (const FoundAdapter& adapter : adapters_) list.append(adapter.line);
+    std::vector<std::string> lines;
+    for (const FoundAdapter& adapter : adapters_) lines.push_back(adapter.line);
+    list.setLines(std::move(lines));
     list.select(0);
     if (!adapters_.empty()) currentAdapter = adapters_.front().index;
 }
