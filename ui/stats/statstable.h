@@ -5,6 +5,7 @@
 #include "ui/mytable.h"
 #include "ui/stats/statstext.h"
 
+#include <algorithm>
 #include <array>
 #include <span>
 #include <string>
@@ -87,8 +88,14 @@ template <class Row> class NamedRowsTable : public StatsTable<Row> {
 };
 
 // A table with as many rows as the driver has, numbered. The baselines of their counters belong to a key that a row
-// carries, so that they follow a connection when rows come and go.
+// carries, so that they follow a connection when rows come and go. Rows that came as they stand are not looked at again.
 template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : public StatsTable<Row> {
+  public:
+    void empty() {
+        standing_.clear();
+        StatsTable<Row>::empty();
+    }
+
   protected:
     using KeyOf = Key (*)(const Row&);
 
@@ -104,14 +111,30 @@ template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : 
         this->setRows(static_cast<int>(rows.size()));
         int number = 0;
         for (const Row row : rows) {
+            if (stands(number, row.bytes()) && !clear) {
+                ++number;
+                continue;
+            }
             typename StatsTable<Row>::Baselines none{};
             const auto found = clear ? baselines_.try_emplace(key_(row)).first : baselines_.find(key_(row));
             this->writeRow(++number, row, found == baselines_.end() ? none : found->second, clear);
         }
+        standing_.resize(rows.size() * rows[0].bytes().size());
         return true;
     }
 
   private:
+    // The row's bytes are those that the table shows; they are now.
+    bool stands(int number, std::span<const std::uint8_t> bytes) {
+        const std::size_t at = static_cast<std::size_t>(number) * bytes.size();
+        const bool known = at + bytes.size() <= standing_.size();
+        if (!known) standing_.resize(at + bytes.size());
+        const auto place = std::span(standing_).subspan(at, bytes.size());
+        if (known && std::equal(bytes.begin(), bytes.end(), place.begin())) return true;
+        std::copy(bytes.begin(), bytes.end(), place.begin());
+        return false;
+    }
+
     // Two digits have room, and as many more as the last number has.
     void numberRows(int rows) {
         const std::string last = std::to_string(std::max(rows, 10));
@@ -123,4 +146,5 @@ template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : 
     KeyOf key_;
     std::unordered_map<Key, typename StatsTable<Row>::Baselines, Hash> baselines_;
     std::size_t digits_ = 0;
+    std::vector<std::uint8_t> standing_;  // the rows that are shown, as they came
 };

@@ -1,0 +1,158 @@
+// bench_refresh [LES_ROWS]: a tick of each statistics page on top beside the bare driver exchanges of the same tick,
+// pair by pair, in processor time of this process. Needs a display and, in TARVOLIN_ROOT, a simulator whose clock runs or
+// is frozen. With a number: only the page of the servers, which shows as many rows. Prints per page microseconds and
+// the median of the ratios, and for the rows the bytes of resident memory per row beyond the reply's.
+#include "driver/dai_api.h"
+#include "model/settings.h"
+#include "platform/device.h"
+#include "resources/pictures.h"
+#include "toolkit/notebook.h"
+#include "toolkit/window.h"
+#include "ui/stats/aal5page.h"
+#include "ui/stats/ip1577page.h"
+#include "ui/stats/lecsstatspage.h"
+#include "ui/stats/lecstatspage.h"
+#include "ui/stats/lesstatspage.h"
+#include "ui/stats/signallingpage.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <ctime>
+#include <fmt/core.h>
+#include <fstream>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+double processor() {
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e6 + static_cast<double>(now.tv_nsec) / 1e3;
+}
+
+long residentBytes() {
+    long size = 0, resident = 0;
+    std::ifstream("/proc/self/statm") >> size >> resident;
+    return resident * sysconf(_SC_PAGESIZE);
+}
+
+struct Message {
+    int command;
+    std::vector<char> bytes;
+};
+
+// Passes everything on and keeps what was sent and how much came.
+class Recorder : public platform::Device {
+  public:
+    int open(std::string_view path, int oflag) override { return real_.open(path, oflag); }
+    int control(int descriptor, int request, platform::strioctl& block) override {
+        messages.push_back({block.ic_cmd, {block.ic_dp, block.ic_dp + block.ic_len}});
+        const int result = real_.control(descriptor, request, block);
+        received += block.ic_len;
+        return result;
+    }
+    int close(int descriptor) override { return real_.close(descriptor); }
+
+    std::vector<Message> messages;
+    long received = 0;
+
+  private:
+    platform::Device& real_ = platform::device();
+};
+
+void replay(int channel, std::vector<Message>& messages) {
+    for (Message& message : messages) {
+        platform::strioctl block{.ic_cmd = message.command,
+                                 .ic_timout = 0,
+                                 .ic_len = static_cast<int>(message.bytes.size()),
+                                 .ic_dp = message.bytes.data()};
+        platform::device().control(channel, platform::I_STR, block);
+    }
+}
+
+void rest() {
+    std::this_thread::sleep_for(std::chrono::milliseconds(120));
+}
+
+double median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+constexpr zControlRow rows[] = {{.kind = zKind::notebook, .place = {4, 4, 292, 239}, .name = "pages"}};
+constexpr zLayout frame{.id = 1,
+                        .name = "refresh",
+                        .caption = "Refresh",
+                        .width = 300,
+                        .height = 275,
+                        .font = {zFontRow::normal},
+                        .rows = rows};
+
+using Make = std::unique_ptr<StatsPage> (*)(StatsSource& source);
+template <class Page> std::unique_ptr<StatsPage> make(StatsSource& source) {
+    return std::make_unique<Page>(source);
+}
+constexpr struct {
+    const char* name;
+    Make make;
+} pages[] = {{"Signalling", make<DStatsDlgSignallingPG>},
+             {"AAL5", make<DStatsDlgAAL5PG>},
+             {"LEC", make<DStatsDlgLECPG>},
+             {"LES", make<DStatsDlgLESPG>},
+             {"LECS", make<DStatsDlgLECSPG>},
+             {"1577", make<DStatsDlgIP1577PG>}};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const int lesRows = argc > 1 ? std::atoi(argv[1]) : 0;
+    const int pairs = lesRows > 20000 ? 10 : lesRows ? 20 : 40;
+    zApplication application("tarvolin", "Tarvolin", {}, fallbackResources);
+    if (!application.openDisplay()) return 1;
+    zSetPictures(programPictures());
+    int channel = 0;
+    if (dai_open(0, 0, channel) != 0) return 1;
+    Recorder recorder;
+    for (const auto& row : pages) {
+        if (lesRows && row.name != std::string_view("LES")) continue;
+        zFormDialog dialog(application, frame);
+        StatsSource source{application, dialog.board().control<zNotebook>("pages"), channel, 0};
+        const long before = residentBytes();
+        const auto page = row.make(source);
+        dialog.show();
+        application.handlePending();
+        page->Update();
+        application.handlePending();
+        const long grown = residentBytes() - before;
+
+        std::vector<double> figures, floors, ratios;
+        for (int pair = 0; pair < pairs; ++pair) {
+            recorder.messages.clear();
+            recorder.received = 0;
+            platform::Device* real = platform::setDevice(&recorder);
+            page->Update();  // what a tick asks for
+            platform::setDevice(real);
+            application.handlePending();
+
+            // Both come after a rest: what a processor has forgotten meanwhile is part of a tick.
+            rest();
+            double begin = processor();
+            page->Update();
+            application.handlePending();
+            const double tick = processor() - begin;
+            rest();
+            begin = processor();
+            replay(channel, recorder.messages);
+            application.handlePending();  // a turn of the loop is no page's
+            const double floor = processor() - begin;
+            figures.push_back(tick);
+            floors.push_back(floor);
+            ratios.push_back(figures.back() / floors.back());
+        }
+        fmt::print("{} {:.1f} {:.1f} {:.2f}", row.name, median(figures), median(floors), median(ratios));
+        if (lesRows) fmt::print(" {:.0f}", static_cast<double>(grown - recorder.received) / lesRows);
+        fmt::print("\n");
+    }
+}
