@@ -45,7 +45,7 @@ constexpr struct {
 
 DStatsDlgAAL5PG::DStatsDlgAAL5PG(StatsSource& source)
     : StatsPage(source, aal5StatsLayout), query_(source.query<aalInfo>()), counters_(board(), counters) {
-    for (const auto& lamp : lamps) showLamp(board().control<zLamp>(lamp.name), LampLook::greyed);
+    for (const auto& lamp : lamps) lamps_.emplace_back(board().control<zLamp>(lamp.name));
     fillOnce(source, query_.get());
 }
 
@@ -64,10 +64,8 @@ void DStatsDlgAAL5PG::showAlarms(const SuniStatsView& reply) {
     if (!linkKindShown_) showLinkKind(reply.linkKind());
     linkKindShown_ = true;
     alarms_ = reply.valid() != 0 || reply.linkKind() == link25;
-    for (const auto& lamp : lamps)
-        showLamp(board().control<zLamp>(lamp.name), !alarms_            ? LampLook::greyed
-                                                    : lamp.clear(reply) ? LampLook::lit
-                                                                        : LampLook::unlit);
+    for (std::size_t i = 0; i < lamps_.size(); ++i)
+        lamps_[i].show(!alarms_ ? LampLook::greyed : lamps[i].clear(reply) ? LampLook::lit : LampLook::unlit);
 }
 
 void DStatsDlgAAL5PG::showLinkKind(std::uint32_t kind) {

@@ -5,6 +5,8 @@
 #include "ui/stats/fieldmap.h"
 #include "ui/stats/statspage.h"
 
+#include <vector>
+
 class DStatsDlgAAL5PG final : public StatsPage {
   public:
     explicit DStatsDlgAAL5PG(StatsSource& source);
@@ -19,6 +21,7 @@ class DStatsDlgAAL5PG final : public StatsPage {
 
     std::unique_ptr<aalInfo> query_;
     FieldMap<AalStatsView> counters_;
+    std::vector<StatusLamp> lamps_;
     bool alarms_ = true;  // false once the driver has said that the link has none
     bool linkKindShown_ = false;
 };

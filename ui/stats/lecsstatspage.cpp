@@ -26,7 +26,6 @@ constexpr StatsField<Stats> fields[] = {
 DStatsDlgLECSPG::DStatsDlgLECSPG(StatsSource& source)
     : StatsPage(source, lecsStatsLayout), query_(source.query<lecsInfo>()), fields_(board(), fields),
       lamp_(board().control<zLamp>("stateLamp")), registered_(board().control<zLamp>("regLamp")) {
-    showLamp(registered_, LampLook::greyed);
     fillOnce(source, query_.get());
 }
 
@@ -41,11 +40,11 @@ bool DStatsDlgLECSPG::UpdateDisplay(int index, bool clear) {
         lamp_.lost();
     }
     if (const LecsStatsView stats = lamp_.present() ? query_->GetStats() : LecsStatsView()) {
-        showLamp(registered_, stats.registered() ? LampLook::lit : LampLook::unlit);
+        registered_.show(stats.registered() ? LampLook::lit : LampLook::unlit);
         fields_.show(stats, clear);
         return true;
     }
-    showLamp(registered_, LampLook::greyed);
+    registered_.show(LampLook::greyed);
     fields_.blank();
     return false;
 }

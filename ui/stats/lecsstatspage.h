@@ -17,5 +17,5 @@ class DStatsDlgLECSPG final : public StatsPage {
     std::unique_ptr<lecsInfo> query_;
     FieldMap<LecsStatsView> fields_;
     ServiceLamp lamp_;
-    zLamp& registered_;
+    StatusLamp registered_;
 };

@@ -64,7 +64,7 @@ DStatsDlgSignallingPG::DStatsDlgSignallingPG(StatsSource& source)
     : StatsPage(source, signallingStatsLayout), query_(source.query<sigInfo>()),
       states_(board(), stateFields), address_(board(), addressFields),
       table_(board().control<zTable>("signallingTable"), source) {
-    for (const auto& lamp : lamps) showLamp(board().control<zLamp>(lamp.name), LampLook::greyed);
+    for (const auto& lamp : lamps) lamps_.emplace_back(board().control<zLamp>(lamp.name));
     fillOnce(source, query_.get());
 }
 
@@ -80,8 +80,8 @@ void DStatsDlgSignallingPG::UpdateDisplay(int index) {
     query_->setUnit(static_cast<std::uint8_t>(index));
     const LinkStateView reply = query_->GetLinkState();
     if (!reply) return;
-    for (const auto& lamp : lamps)
-        showLamp(board().control<zLamp>(lamp.name), lookOf(lamp.colour((reply.*lamp.state)())));
+    for (std::size_t i = 0; i < lamps_.size(); ++i)
+        lamps_[i].show(lookOf(lamps[i].colour((reply.*lamps[i].state)())));
     states_.show(reply);
     if (registered(reply))
         address_.show(reply);

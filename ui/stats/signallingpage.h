@@ -8,6 +8,7 @@
 #include "ui/stats/statstable.h"
 
 #include <array>
+#include <vector>
 
 class SignallingPGSigStatsTBL : public NamedRowsTable<VcRowView> {
   public:
@@ -33,5 +34,6 @@ class DStatsDlgSignallingPG final : public StatsPage {
 
     std::unique_ptr<sigInfo> query_;
     FieldMap<LinkStateView> states_, address_;
+    std::vector<StatusLamp> lamps_;
     SignallingPGSigStatsTBL table_;
 };

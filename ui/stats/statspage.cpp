@@ -1,9 +1,9 @@
 #include "ui/stats/statspage.h"
 
-void showLamp(zLamp& lamp, LampLook look) {
-    const bool on = look != LampLook::greyed;
-    if (lamp.enabled() != on) lamp.enable(on);
-    lamp.check(look == LampLook::lit);
+void StatusLamp::paint(LampLook look) {
+    look_ = look;
+    lamp_.enable(look != LampLook::greyed);
+    lamp_.check(look == LampLook::lit);
 }
 
 ServiceLamp::ServiceLamp(zLamp& lamp) : lamp_(lamp) {
@@ -14,11 +14,11 @@ void ServiceLamp::show(std::uint64_t state, LampLook look) {
     if (state == state_) return;
     state_ = state;
     look_ = look;
-    showLamp(lamp_, look);
+    lamp_.show(look);
 }
 
 void ServiceLamp::lost() {
     state_.reset();
     look_ = LampLook::greyed;
-    showLamp(lamp_, look_);
+    lamp_.show(look_);
 }

@@ -65,7 +65,22 @@ class StatsPage : public TimerPage {
 
 enum class LampLook { greyed, unlit, lit };
 
-void showLamp(zLamp& lamp, LampLook look);
+// A lamp that remembers its look: showing the one that stands costs nothing.
+class StatusLamp {
+  public:
+    // Greyed at first.
+    explicit StatusLamp(zLamp& lamp) : lamp_(lamp) { paint(LampLook::greyed); }
+
+    void show(LampLook look) {
+        if (look != look_) paint(look);
+    }
+
+  private:
+    void paint(LampLook look);
+
+    zLamp& lamp_;
+    LampLook look_ = LampLook::greyed;
+};
 
 // The lamp of a service. It is painted when the state becomes another one, and after a failure.
 class ServiceLamp {
@@ -79,7 +94,7 @@ class ServiceLamp {
     bool shows(std::uint64_t state) const { return present() && state_ == state; }
 
   private:
-    zLamp& lamp_;
+    StatusLamp lamp_;
     std::optional<std::uint64_t> state_;
     LampLook look_ = LampLook::greyed;
 };
