@@ -1,7 +1,12 @@
-// bench_refresh [LES_ROWS]: a tick of each statistics page on top beside the bare driver exchanges of the same tick,
-// pair by pair, in processor time of this process. Needs a display and, in TARVOLIN_ROOT, a simulator whose clock runs or
-// is frozen. With a number: only the page of the servers, which shows as many rows. Prints per page microseconds and
-// the median of the ratios, and for the rows the bytes of resident memory per row beyond the reply's.
+// bench_refresh [LES_ROWS | soak TICKS COMMAND]: a tick of each statistics page on top beside the bare driver exchanges
+// of the same tick, pair by pair, in processor time of this process. Needs a display and, in TARVOLIN_ROOT, a simulator
+// whose clock runs or is frozen. Prints per page microseconds and the median of the ratios.
+//
+// With a number: only the page of the servers, which shows as many rows; also prints the bytes of resident memory per row
+// beyond the reply's.
+//
+// With "soak": that many ticks of every page, with the shell command (which moves the simulator's clock) before each
+// thousandth; prints what the process holds after a tenth of them and at the end.
 #include "driver/dai_api.h"
 #include "model/settings.h"
 #include "platform/device.h"
@@ -18,14 +23,15 @@
 #include <algorithm>
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 #include <fmt/core.h>
 #include <fstream>
+#include <malloc.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
 
 namespace {
-
 double processor() {
     timespec now{};
     clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
@@ -104,10 +110,29 @@ constexpr struct {
              {"LECS", make<DStatsDlgLECSPG>},
              {"1577", make<DStatsDlgIP1577PG>}};
 
+int descriptors() {
+    const std::filesystem::directory_iterator open("/proc/self/fd");
+    return static_cast<int>(std::distance(begin(open), end(open)));
+}
+
+void soak(zApplication& application, StatsPage& page, const char* name, long ticks, const char* command) {
+    const auto print = [&](long tick) {
+        fmt::print("{} after {} ticks: {} bytes allocated, {} KB resident, {} descriptors\n", name, tick,
+                   mallinfo2().uordblks, residentBytes() / 1024, descriptors());
+    };
+    for (long tick = 1; tick <= ticks; ++tick) {
+        if (tick % 1000 == 0 && std::system(command) != 0) return;
+        page.Update();
+        application.handlePending();
+        if (tick == ticks / 10 || tick == ticks) print(tick);
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    const int lesRows = argc > 1 ? std::atoi(argv[1]) : 0;
+    const bool soaks = argc == 4;
+    const int lesRows = argc == 2 ? std::atoi(argv[1]) : 0;
     const int pairs = lesRows > 20000 ? 10 : lesRows ? 20 : 40;
     zApplication application("tarvolin", "Tarvolin", {}, fallbackResources);
     if (!application.openDisplay()) return 1;
@@ -126,6 +151,10 @@ int main(int argc, char** argv) {
         page->Update();
         application.handlePending();
         const long grown = residentBytes() - before;
+        if (soaks) {
+            soak(application, *page, row.name, std::atol(argv[2]), argv[3]);
+            continue;
+        }
 
         std::vector<double> figures, floors, ratios;
         for (int pair = 0; pair < pairs; ++pair) {
