@@ -107,12 +107,26 @@ template <class Number> void readNumber(std::string_view text, Number& number) {
     number = static_cast<Number>(std::clamp(value, least, most));
 }
 
+// What an address of the right form says.
+void take(ipAddress& address, std::string_view text) {
+    address = text;
+}
+void take(macAddress& address, std::string_view digits) {
+    for (std::size_t i = 0; i < address.bytes().size(); ++i)
+        address.bytes()[i] = static_cast<std::uint8_t>((atox(digits[2 * i]) << 4) + atox(digits[2 * i + 1]));
+}
+
 template <class Address> bool readAddress(std::string_view text, Address& address) {
+    const std::string_view word = trimmed(text);
+    if (wellFormed(address, word)) {
+        take(address, word);
+        return true;
+    }
     static std::istringstream in;  // making one costs more than reading from it
     in.clear();
     in.str(std::string(text));
     in >> address;
-    return wellFormed(address, trimmed(text));
+    return false;
 }
 
 // False when an address does not have the form of one.
@@ -120,7 +134,13 @@ template <class Pvc> bool readField(std::string_view line, Pvc& pvc) {
     line = line.substr(0, line.find('#'));
     const std::size_t equals = line.find('=');
     const std::string_view value = equals == std::string_view::npos ? "" : line.substr(equals + 1);
-    const auto has = [&](std::string_view key) { return line.find(key) != std::string_view::npos; };
+    // Most lines hold one capital letter, the key's first.
+    std::uint32_t capitals = 0;
+    for (const char c : line)
+        if (c >= 'A' && c <= 'Z') capitals |= 1U << (c - 'A');
+    const auto has = [&](std::string_view key) {
+        return (capitals >> (key[0] - 'A') & 1) && line.find(key) != std::string_view::npos;
+    };
     bool good = true;
     if (has("VC")) readNumber(value, pvc.vci);
     if (has("Addr")) good = readAddress(value, addressOf(pvc));
