@@ -11,6 +11,7 @@
 #include "toolkit/button.h"
 #include "toolkit/notebook.h"
 #include "ui/config/confids.h"
+#include "ui/subdialog.h"
 
 #include <Xm/Xm.h>
 #include <algorithm>
@@ -31,18 +32,8 @@ double now() {
 
 // The dialog's own frame, with nothing on its page.
 constexpr zControlRow rows[] = {{.id = pagesNB, .kind = zKind::notebook, .place = {4, 4, 292, 239}},
-                                {.id = okBTN,
-                                 .kind = zKind::bitmapButton,
-                                 .place = {96, 250, 50, 18},
-                                 .text = "OK",
-                                 .picture = okBitmap,
-                                 .style = zDefaultButton},
-                                {.id = cancelBTN,
-                                 .kind = zKind::bitmapButton,
-                                 .place = {154, 250, 50, 18},
-                                 .text = "Cancel",
-                                 .picture = cancelBitmap,
-                                 .style = zCancelButton}};
+                                okRow({96, 250, 50, 18}, okBTN),
+                                cancelRow({154, 250, 50, 18}, cancelBTN)};
 constexpr zLayout emptyDialog{.id = 1,
                               .name = "empty",
                               .caption = "Empty",

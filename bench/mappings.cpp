@@ -2,13 +2,12 @@
 // settings to the last answer, beside the same messages sent without the layers above the device. Needs a simulator
 // in TARVOLIN_ROOT. Prints microseconds per mapping (medians) and the median of the ratios.
 #include "app/apply.h"
+#include "bench/recorder.h"
 #include "driver/dai_api.h"
 #include "model/settings.h"
 #include "model/tvdatbuf.h"
-#include "platform/device.h"
 #include "platform/user.h"
 
-#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <fcntl.h>
@@ -24,27 +23,6 @@ double now() {
         .count();
 }
 
-struct Message {
-    int command;
-    std::vector<char> bytes;
-};
-
-// Passes everything on and keeps what was sent.
-class Recorder : public platform::Device {
-  public:
-    int open(std::string_view path, int oflag) override { return real_.open(path, oflag); }
-    int control(int descriptor, int request, platform::strioctl& block) override {
-        messages.push_back({block.ic_cmd, {block.ic_dp, block.ic_dp + block.ic_len}});
-        return real_.control(descriptor, request, block);
-    }
-    int close(int descriptor) override { return real_.close(descriptor); }
-
-    std::vector<Message> messages;
-
-  private:
-    platform::Device& real_ = platform::device();
-};
-
 // One restart with other settings.
 void restart() {
     MapDataToXferBuffer();
@@ -53,25 +31,13 @@ void restart() {
     MapXferBufferToData([](const char*, const char*) {});
 }
 
-double replay(const std::vector<Message>& messages) {
-    std::vector<Message> copies = messages;  // the answers replace them
+double timed(std::vector<Message> messages) {  // a copy: the answers replace them
     const int descriptor = platform::device().open(devbase, O_RDWR);
     const double begin = now();
-    for (Message& message : copies) {
-        platform::strioctl block{.ic_cmd = message.command,
-                                 .ic_timout = 0,
-                                 .ic_len = static_cast<int>(message.bytes.size()),
-                                 .ic_dp = message.bytes.data()};
-        platform::device().control(descriptor, platform::I_STR, block);
-    }
+    replay(descriptor, messages);
     const double end = now();
     platform::device().close(descriptor);
     return end - begin;
-}
-
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
 }
 
 }  // namespace
@@ -108,7 +74,7 @@ int main(int argc, char** argv) {
         const double begin = now();
         restart();
         figures.push_back((now() - begin) / mappings);
-        floors.push_back(replay(messages) / mappings);
+        floors.push_back(timed(messages) / mappings);
         ratios.push_back(figures.back() / floors.back());
     }
     fmt::print("mappings {:.2f} {:.2f} {:.2f}\n", median(figures), median(floors), median(ratios));

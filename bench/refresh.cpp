@@ -7,9 +7,9 @@
 //
 // With "soak": that many ticks of every page, with the shell command (which moves the simulator's clock) before each
 // thousandth; prints what the process holds after a tenth of them and at the end.
+#include "bench/recorder.h"
 #include "driver/dai_api.h"
 #include "model/settings.h"
-#include "platform/device.h"
 #include "resources/pictures.h"
 #include "toolkit/notebook.h"
 #include "toolkit/window.h"
@@ -20,7 +20,6 @@
 #include "ui/stats/lesstatspage.h"
 #include "ui/stats/signallingpage.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
@@ -44,47 +43,8 @@ long residentBytes() {
     return resident * sysconf(_SC_PAGESIZE);
 }
 
-struct Message {
-    int command;
-    std::vector<char> bytes;
-};
-
-// Passes everything on and keeps what was sent and how much came.
-class Recorder : public platform::Device {
-  public:
-    int open(std::string_view path, int oflag) override { return real_.open(path, oflag); }
-    int control(int descriptor, int request, platform::strioctl& block) override {
-        messages.push_back({block.ic_cmd, {block.ic_dp, block.ic_dp + block.ic_len}});
-        const int result = real_.control(descriptor, request, block);
-        received += block.ic_len;
-        return result;
-    }
-    int close(int descriptor) override { return real_.close(descriptor); }
-
-    std::vector<Message> messages;
-    long received = 0;
-
-  private:
-    platform::Device& real_ = platform::device();
-};
-
-void replay(int channel, std::vector<Message>& messages) {
-    for (Message& message : messages) {
-        platform::strioctl block{.ic_cmd = message.command,
-                                 .ic_timout = 0,
-                                 .ic_len = static_cast<int>(message.bytes.size()),
-                                 .ic_dp = message.bytes.data()};
-        platform::device().control(channel, platform::I_STR, block);
-    }
-}
-
 void rest() {
     std::this_thread::sleep_for(std::chrono::milliseconds(120));
-}
-
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
 }
 
 constexpr zControlRow rows[] = {{.kind = zKind::notebook, .place = {4, 4, 292, 239}, .name = "pages"}};

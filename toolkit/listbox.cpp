@@ -26,14 +26,6 @@ zListBox::zListBox(Widget board, const zRect& place, const zControlRow& row) : z
     });
 }
 
-void zListBox::append(const std::string& line) {
-    const zXmText text(line);
-    XmListAddItemUnselected(widget(), text.get(), 0);
-    lines_.push_back(line);
-    // The list asks for the height of whole lines, anew with each change.
-    zKeepPlace(outermost(), place_);
-}
-
 void zListBox::setLines(std::vector<std::string> lines) {
     lines_ = std::move(lines);
     XmListDeleteAllItems(widget());
@@ -42,6 +34,7 @@ void zListBox::setLines(std::vector<std::string> lines) {
     std::vector<XmString> items;
     for (const zXmText& text : texts) items.push_back(text.get());
     if (!items.empty()) XmListAddItemsUnselected(widget(), items.data(), count(), 0);
+    // The list asks for the height of whole lines, anew with each change.
     zKeepPlace(outermost(), place_);
 }
 

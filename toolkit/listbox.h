@@ -11,8 +11,8 @@ class zListBox : public zControl {
   public:
     zListBox(Widget board, const zRect& place, const zControlRow& row);
 
-    void append(const std::string& line);
-    void setLines(std::vector<std::string> lines);  // instead of those that stand; nothing is selected then
+    // Instead of the lines that stand. Nothing is selected then.
+    void setLines(std::vector<std::string> lines);
     int count() const { return static_cast<int>(lines_.size()); }
     std::string line(int position) const;  // empty when there is none
 

@@ -53,8 +53,7 @@ TEST_F(WindowTest, ControlsStandWhereTheLayoutSaysInTheFontsUnits) {
     const zDialogUnits units = zDialogUnits::ofBoard(XtParent(user.widget("id11")));
     EXPECT_EQ(units.baseWidth(), 10);
     EXPECT_EQ(units.baseHeight(), 19);
-    for (const char* line : {"one", "two", "three", "four", "five", "six", "seven"})
-        window.control<zListBox>(12).append(line);
+    window.control<zListBox>(12).setLines({"one", "two", "three", "four", "five", "six", "seven"});
     user.settle();
     for (const zControlRow& row : rows) {
         Widget widget = user.widget(row.id >= 0 ? "id" + std::to_string(row.id) : row.name);
@@ -84,7 +83,7 @@ TEST_F(WindowTest, ListSelectsByMouseAndKeyboardAndActivatesOnDoubleClickAndRetu
     EXPECT_EQ(list.selected(), -1);
     list.select(0);
     EXPECT_EQ(list.selected(), -1) << "nothing to select in an empty list";
-    for (const char* line : {"one", "", "three"}) list.append(line);
+    list.setLines({"one", "", "three"});
     list.select(0);
     EXPECT_EQ(list.selected(), 0);
     EXPECT_EQ(selections, 0) << "selecting by program";

@@ -11,6 +11,7 @@
 #include "ui/config/lecslayout.h"
 #include "ui/config/leslayout.h"
 #include "ui/config/siglayout.h"
+#include "ui/subdialog.h"
 
 #include <fcntl.h>
 
@@ -20,18 +21,8 @@ constexpr std::size_t longestTitle = 63;
 
 constexpr zControlRow rows[] = {
     {.id = pagesNB, .kind = zKind::notebook, .place = {4, 4, 292, 239}},
-    {.id = okBTN,
-     .kind = zKind::bitmapButton,
-     .place = {96, 250, 50, 18},
-     .text = "OK",
-     .picture = okBitmap,
-     .style = zDefaultButton},
-    {.id = cancelBTN,
-     .kind = zKind::bitmapButton,
-     .place = {154, 250, 50, 18},
-     .text = "Cancel",
-     .picture = cancelBitmap,
-     .style = zCancelButton},
+    okRow({96, 250, 50, 18}, okBTN),
+    cancelRow({154, 250, 50, 18}, cancelBTN),
 };
 
 constexpr zLayout frame{.id = 566,

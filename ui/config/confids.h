@@ -70,8 +70,6 @@ enum ConfigControl {
     pvcVciED = 703,
     llcSnapRB = 704,
     nullRB = 705,
-    subOkBTN = 706,
-    subCancelBTN = 707,
     broadcastCB = 708,
     pvcMacLBL = 709,
     pvcVciLBL = 710,

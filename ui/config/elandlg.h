@@ -2,7 +2,7 @@
 #pragma once
 
 #include "model/ui_types.h"
-#include "ui/config/subdialog.h"
+#include "ui/subdialog.h"
 
 #include <string>
 

@@ -1,6 +1,7 @@
 #include "ui/config/ippvcdlg.h"
 
 #include "model/masks.h"
+#include "ui/config/confids.h"
 
 AtmRoutedPvc pvcXferBuffer;
 

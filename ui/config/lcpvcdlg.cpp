@@ -2,6 +2,7 @@
 
 #include "model/masks.h"
 #include "toolkit/edit.h"
+#include "ui/config/confids.h"
 
 AtmBridgedPvc bridgedPvcXferBuffer;
 

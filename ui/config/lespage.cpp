@@ -113,7 +113,9 @@ void DConfigDlgLESPG::stepUp() {
 void DConfigDlgLESPG::clickedAddBTN() {
     position_ = list_.selected();
     if (position_ >= 0) esiSelectorXferBuffer = selectedClient();
-    if (confirmed<DElandlg>(dialog_)) addClient(esiSelectorXferBuffer, static_cast<short>(current()));
+    if (!confirmed<DElandlg>(dialog_)) return;
+    addClient(esiSelectorXferBuffer, static_cast<short>(current()));
+    UpdateClientLB(current());
 }
 
 void DConfigDlgLESPG::clickedDeleteBTN() {
@@ -123,6 +125,7 @@ void DConfigDlgLESPG::clickedDeleteBTN() {
     const auto& permanent = bufferOf(current()).clients;
     const bool held = std::find(permanent.begin(), permanent.end(), client) != permanent.end();
     delClient(client, static_cast<short>(held ? current() : -1));
+    if (held) UpdateClientLB(current());
 }
 
 void DConfigDlgLESPG::addClient(const esiSelector& client, short les) {
@@ -135,7 +138,6 @@ void DConfigDlgLESPG::addClient(const esiSelector& client, short les) {
         };
     if (dynamicOrStatic(dialog_, request, {unableTo("Add", client.GetF2EsiSelector()), errorTitle}))
         bufferOf(les).clients.push_back(client);
-    if (les == current() && !inserting_) UpdateClientLB(current());
 }
 
 void DConfigDlgLESPG::delClient(const esiSelector& client, short les) {
@@ -156,7 +158,6 @@ void DConfigDlgLESPG::delClient(const esiSelector& client, short les) {
         if (found != permanent.end()) permanent.erase(found);
         stepUp();
     }
-    if (les == current() && !inserting_) UpdateClientLB(current());
 }
 
 void DConfigDlgLESPG::clickedMoveBTN() {
@@ -178,11 +179,9 @@ void DConfigDlgLESPG::clickedMoveBTN() {
 // Moves clients of other servers here.
 void DConfigDlgLESPG::insertClients(const std::vector<ElanClient>& clients) {
     if (clients.empty()) return;
-    inserting_ = true;
     for (const ElanClient& client : clients) {
         delClient(client.address, static_cast<short>(client.permanent ? client.les : -1));
         addClient(client.address, static_cast<short>(current()));
     }
-    inserting_ = false;
     UpdateClientLB(current());
 }

@@ -38,7 +38,8 @@ class DConfigDlgLESPG : public ConfigPage<DConfigDlgLESPG, LESXferBuffer> {
     // configuration server has for it.
     void UpdateClientLB(int i);
 
-    // One mapping, in the driver first. `les`: the server it belongs to; -1: it is a temporary one.
+    // One mapping, in the driver first; the list is left as it stands. `les`: the server it belongs to; -1: it is a
+    // temporary one.
     void addClient(const esiSelector& client, short les);
     void delClient(const esiSelector& client, short les);
 
@@ -52,8 +53,7 @@ class DConfigDlgLESPG : public ConfigPage<DConfigDlgLESPG, LESXferBuffer> {
     zListBox& list_;
     std::optional<lecsInfo> query_;  // none without a driver channel
     std::optional<lecsRequest> request_;
-    int position_ = -1;       // that was selected in the list
-    bool inserting_ = false;  // the list is filled once, at the end
+    int position_ = -1;  // that was selected in the list
 
     std::string elanName_;
     int choice_ = 0;  // id of the chosen button, Ethernet or Token Ring

@@ -1,6 +1,7 @@
 #include "ui/config/mvclientdlg.h"
 
 #include "toolkit/listbox.h"
+#include "ui/config/confids.h"
 
 #include <fmt/format.h>
 

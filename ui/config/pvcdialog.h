@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ui/config/confids.h"
-#include "ui/config/subdialog.h"
+#include "ui/subdialog.h"
 
 #include <cstdint>
 #include <string>

@@ -1,7 +1,5 @@
 #include "ui/global/fontdlg.h"
 
-#include "resources/pictureids.h"
-#include "toolkit/button.h"
 #include "toolkit/fonts.h"
 #include "toolkit/listbox.h"
 
@@ -10,7 +8,7 @@
 
 namespace {
 
-enum FontControl { familyLB = 800, sizeLB = 801, sampleTBL = 802, fontOkBTN = 803, fontCancelBTN = 804 };
+enum FontControl { familyLB = 800, sizeLB = 801, sampleTBL = 802 };
 
 constexpr zControlRow rows[] = {
     {.kind = zKind::staticText, .place = {10, 6, 60, 8}, .text = "Font:", .name = "familyLabel"},
@@ -19,18 +17,8 @@ constexpr zControlRow rows[] = {
     {.id = sizeLB, .kind = zKind::listBox, .place = {138, 17, 42, 80}},
     {.kind = zKind::staticText, .place = {10, 102, 60, 8}, .text = "Sample:", .name = "sampleLabel"},
     {.id = sampleTBL, .kind = zKind::table, .place = {10, 113, 170, 38}},
-    {.id = fontOkBTN,
-     .kind = zKind::bitmapButton,
-     .place = {41, 160, 50, 18},
-     .text = "OK",
-     .picture = okBitmap,
-     .style = zDefaultButton},
-    {.id = fontCancelBTN,
-     .kind = zKind::bitmapButton,
-     .place = {99, 160, 50, 18},
-     .text = "Cancel",
-     .picture = cancelBitmap,
-     .style = zCancelButton},
+    okRow({41, 160, 50, 18}),
+    cancelRow({99, 160, 50, 18}),
 };
 
 constexpr zLayout frame{.id = 0,
@@ -65,7 +53,7 @@ template <class List> int positionIn(const List& list, const std::string& text) 
 }  // namespace
 
 DFontDlg::DFontDlg(zWindow& parent, const std::string& font)
-    : zFormDialog(parent, frame), families_(zFontFamilies()) {
+    : SubDialog(parent, frame), families_(zFontFamilies()) {
     auto &family = control<zListBox>(familyLB), &size = control<zListBox>(sizeLB);
     family.setLines(families_);
     size.setLines({std::begin(sizes), std::end(sizes)});
@@ -81,14 +69,8 @@ DFontDlg::DFontDlg(zWindow& parent, const std::string& font)
         sample.setText({column, 0}, sampleLabels[column - 1]);
         sample.setText({column, 1}, sampleTexts[column - 1]);
     }
-    show();
-    family.onSelect = size.onSelect = [this] { show(); };
-    control<zBitmapButton>(fontOkBTN).onClick = [this] {
-        okFlag_ = true;
-        endModal();
-    };
-    control<zBitmapButton>(fontCancelBTN).onClick = [this] { endModal(); };
-    onClose = [this] { endModal(); };
+    showSample();
+    family.onSelect = size.onSelect = [this] { showSample(); };
 }
 
 std::string DFontDlg::font() const {
@@ -99,7 +81,7 @@ std::string DFontDlg::font() const {
     return escaped(chosen(familyLB)) + ":size=" + chosen(sizeLB);
 }
 
-void DFontDlg::show() {
+void DFontDlg::showSample() {
     constexpr int margin = 8;
     auto& sample = control<zTable>(sampleTBL);
     sample.setFont(font());

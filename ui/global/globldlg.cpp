@@ -7,23 +7,14 @@
 #include "toolkit/button.h"
 #include "toolkit/messagebox.h"
 #include "ui/global/globlids.h"
+#include "ui/subdialog.h"
 
 namespace {
 
 constexpr zControlRow rows[] = {
     {.id = globalPagesNB, .kind = zKind::notebook, .place = {4, 4, 208, 119}},
-    {.id = globalOkBTN,
-     .kind = zKind::bitmapButton,
-     .place = {54, 130, 50, 18},
-     .text = "OK",
-     .picture = okBitmap,
-     .style = zDefaultButton},
-    {.id = globalCancelBTN,
-     .kind = zKind::bitmapButton,
-     .place = {112, 130, 50, 18},
-     .text = "Cancel",
-     .picture = cancelBitmap,
-     .style = zCancelButton},
+    okRow({54, 130, 50, 18}, globalOkBTN),
+    cancelRow({112, 130, 50, 18}, globalCancelBTN),
 };
 
 constexpr zLayout frame{.id = 578,

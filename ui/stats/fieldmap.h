@@ -24,8 +24,9 @@ template <class View> class FieldMap {
             fields_.push_back({row.value, myEdit(board.control<zEdit>(row.control))});
     }
 
-    // With `clear` the counters begin at 0 again.
+    // Without a reply there is nothing to show. With `clear` the counters begin at 0 again.
     void show(const View& reply, bool clear = false) {
+        if (!reply) return blank();
         for (Field& field : fields_) field.edit.write(textOf(field.value, reply, field.baseline, clear));
     }
 

@@ -50,18 +50,10 @@ void DStatsDlgIP1577PG::refresh(bool clear) {
 
 bool DStatsDlgIP1577PG::UpdateDisplay(int index, bool clear) {
     query_->setUnit(static_cast<std::uint8_t>(index));
-    if (const IpStateView reply = query_->GetState()) {
-        const std::uint32_t state = reply.state();
-        lamp_.show(state, state == stateAbsent ? LampLook::greyed
-                          : state == stateUp   ? LampLook::lit
-                                               : LampLook::unlit);
-    } else {
-        lamp_.lost();
-    }
+    const IpStateView reply = query_->GetState();
+    lamp_.follow(static_cast<bool>(reply), reply.state(), reply.state() != stateAbsent,
+                 reply.state() == stateUp);
     const IpStatsView stats = lamp_.present() ? query_->GetStats() : IpStatsView();
-    if (stats)
-        fields_.show(stats, clear);
-    else
-        fields_.blank();
+    fields_.show(stats, clear);
     return static_cast<bool>(stats);
 }

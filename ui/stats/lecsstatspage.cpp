@@ -31,20 +31,11 @@ DStatsDlgLECSPG::DStatsDlgLECSPG(StatsSource& source)
 
 bool DStatsDlgLECSPG::UpdateDisplay(int index, bool clear) {
     query_->setUnit(static_cast<std::uint8_t>(index));
-    if (const LecsStateView reply = query_->GetState()) {
-        const std::uint32_t state = reply.state();
-        lamp_.show(state, state == stateAbsent ? LampLook::greyed
-                          : state == stateUp   ? LampLook::lit
-                                               : LampLook::unlit);
-    } else {
-        lamp_.lost();
-    }
-    if (const LecsStatsView stats = lamp_.present() ? query_->GetStats() : LecsStatsView()) {
-        registered_.show(stats.registered() ? LampLook::lit : LampLook::unlit);
-        fields_.show(stats, clear);
-        return true;
-    }
-    registered_.show(LampLook::greyed);
-    fields_.blank();
-    return false;
+    const LecsStateView reply = query_->GetState();
+    lamp_.follow(static_cast<bool>(reply), reply.state(), reply.state() != stateAbsent,
+                 reply.state() == stateUp);
+    const LecsStatsView stats = lamp_.present() ? query_->GetStats() : LecsStatsView();
+    registered_.show(!stats ? LampLook::greyed : stats.registered() ? LampLook::lit : LampLook::unlit);
+    fields_.show(stats, clear);
+    return static_cast<bool>(stats);
 }

@@ -90,17 +90,10 @@ void DStatsDlgLECPG::refresh(bool clear) {
 
 int DStatsDlgLECPG::UpdateDisplay(int lec) {
     query_->setUnit(static_cast<std::uint8_t>(lec));
-    if (const LecStateView reply = query_->GetState()) {
-        const std::uint32_t state = reply.state();
-        const bool lit = state == stateUp || (state == statePvcs && reply.flag() != 0);
-        lamp_.show(state, state == stateAbsent ? LampLook::greyed : lit ? LampLook::lit : LampLook::unlit);
-    } else {
-        lamp_.lost();
-    }
-    const LecStatsView stats = lamp_.present() ? query_->GetStats() : LecStatsView();
-    if (stats)
-        fields_.show(stats);
-    else
-        fields_.blank();
+    const LecStateView reply = query_->GetState();
+    const std::uint32_t state = reply.state();
+    lamp_.follow(static_cast<bool>(reply), state, state != stateAbsent,
+                 state == stateUp || (state == statePvcs && reply.flag() != 0));
+    fields_.show(lamp_.present() ? query_->GetStats() : LecStatsView());
     return !lamp_.present() ? 0 : lamp_.shows(stateUp) ? 2 : 1;
 }

@@ -59,19 +59,12 @@ void DStatsDlgLESPG::refresh(bool clear) {
 
 bool DStatsDlgLESPG::UpdateDisplay(int les) {
     query_->setUnit(static_cast<std::uint8_t>(les));
-    if (const LesStateView reply = query_->GetState()) {
-        const std::uint32_t state = reply.state(), flag = reply.flag();
-        // The flag lights the lamp: its change is one of the state.
-        lamp_.show(std::uint64_t{state} << 32 | flag, state == stateAbsent                 ? LampLook::greyed
-                                                      : state == stateServing && flag != 0 ? LampLook::lit
-                                                                                           : LampLook::unlit);
-    } else {
-        lamp_.lost();
-    }
+    const LesStateView reply = query_->GetState();
+    const std::uint32_t state = reply.state(), flag = reply.flag();
+    // The flag lights the lamp: its change is one of the state.
+    lamp_.follow(static_cast<bool>(reply), std::uint64_t{state} << 32 | flag, state != stateAbsent,
+                 state == stateServing && flag != 0);
     const LesStatsView stats = lamp_.present() ? query_->GetStats() : LesStatsView();
-    if (stats)
-        fields_.show(stats);
-    else
-        fields_.blank();
+    fields_.show(stats);
     return static_cast<bool>(stats);
 }

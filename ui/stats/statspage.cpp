@@ -6,19 +6,9 @@ void StatusLamp::paint(LampLook look) {
     lamp_.check(look == LampLook::lit);
 }
 
-ServiceLamp::ServiceLamp(zLamp& lamp) : lamp_(lamp) {
-    lost();
-}
-
-void ServiceLamp::show(std::uint64_t state, LampLook look) {
-    if (state == state_) return;
-    state_ = state;
-    look_ = look;
-    lamp_.show(look);
-}
-
-void ServiceLamp::lost() {
-    state_.reset();
-    look_ = LampLook::greyed;
+void ServiceLamp::follow(bool answered, std::uint64_t state, bool present, bool up) {
+    if (answered && state == state_) return;
+    state_ = answered ? std::optional(state) : std::nullopt;
+    look_ = !answered || !present ? LampLook::greyed : up ? LampLook::lit : LampLook::unlit;
     lamp_.show(look_);
 }

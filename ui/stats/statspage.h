@@ -85,10 +85,10 @@ class StatusLamp {
 // The lamp of a service. It is painted when the state becomes another one, and after a failure.
 class ServiceLamp {
   public:
-    explicit ServiceLamp(zLamp& lamp);
+    explicit ServiceLamp(zLamp& lamp) : lamp_(lamp) {}
 
-    void show(std::uint64_t state, LampLook look);
-    void lost();  // the state is not known: greyed until the next show()
+    // `answered`: the driver has said so. Otherwise the state is not known, and the lamp greyed until it is again.
+    void follow(bool answered, std::uint64_t state, bool present, bool up);
 
     bool present() const { return look_ != LampLook::greyed; }
     bool shows(std::uint64_t state) const { return present() && state_ == state; }

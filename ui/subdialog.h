@@ -1,26 +1,27 @@
-// A sub-dialog of a configuration page: it edits an exchange record of the page and ends with OK or Cancel.
+// Dialogs that end with OK or Cancel: the rows of the two buttons, and sub-dialogs, which edit an exchange record of what
+// opens them.
 #pragma once
 
 #include "resources/pictureids.h"
 #include "toolkit/window.h"
-#include "ui/config/confids.h"
 
-// The rows of its buttons.
-constexpr zControlRow okRow(const zRect& place) {
-    return {.id = subOkBTN,
+enum SubDialogControl { subOkBTN = 706, subCancelBTN = 707 };
+
+constexpr zControlRow okRow(const zRect& place, int id = subOkBTN) {
+    return {.id = id,
             .kind = zKind::bitmapButton,
             .place = place,
             .text = "OK",
             .picture = okBitmap,
             .style = zDefaultButton};
 }
-constexpr zControlRow cancelRow(const zRect& place) {
-    return {.id = subCancelBTN,
-            .kind = zKind::bitmapButton,
-            .place = place,
-            .text = "Cancel",
-            .picture = cancelBitmap,
-            .style = zCancelButton};
+
+constexpr zControlRow cancelRow(const zRect& place, int id = subCancelBTN) {
+    zControlRow row = okRow(place, id);
+    row.text = "Cancel";
+    row.picture = cancelBitmap;
+    row.style = zCancelButton;
+    return row;
 }
 
 class SubDialog : public zFormDialog {

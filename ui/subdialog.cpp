@@ -1,7 +1,6 @@
-#include "ui/config/subdialog.h"
+#include "ui/subdialog.h"
 
 #include "toolkit/button.h"
-#include "ui/config/confids.h"
 
 SubDialog::SubDialog(zWindow& parent, const zLayout& layout) : zFormDialog(parent, layout) {
     control<zBitmapButton>(subOkBTN).onClick = [this] { clickedOkBTN(); };
