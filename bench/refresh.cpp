@@ -3,7 +3,8 @@
 // whose clock runs or is frozen. Prints per page microseconds and the median of the ratios.
 //
 // With a number: only the page of the servers, which shows as many rows; also prints the bytes of resident memory per row
-// beyond the reply's.
+// beyond the reply's, and after that a step of the active cell to a far row beside the same in the table of the second
+// adapter.
 //
 // With "soak": that many ticks of every page, with the shell command (which moves the simulator's clock) before each
 // thousandth; prints what the process holds after a tenth of them and at the end.
@@ -12,6 +13,7 @@
 #include "model/settings.h"
 #include "resources/pictures.h"
 #include "toolkit/notebook.h"
+#include "toolkit/table.h"
 #include "toolkit/window.h"
 #include "ui/stats/aal5page.h"
 #include "ui/stats/ip1577page.h"
@@ -20,6 +22,9 @@
 #include "ui/stats/lesstatspage.h"
 #include "ui/stats/signallingpage.h"
 
+#include <Xm/Xm.h>
+// after it:
+#include <X11/extensions/XRes.h>
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
@@ -70,15 +75,86 @@ constexpr struct {
              {"LECS", make<DStatsDlgLECSPG>},
              {"1577", make<DStatsDlgIP1577PG>}};
 
+// Microseconds of a step that shows other rows, the mean of a hundred far apart.
+double step(zApplication& application, zTable& table) {
+    constexpr int steps = 100, stride = 7919;  // a prime: no row comes twice
+    const double begin = processor();
+    for (int i = 1; i <= steps; ++i) {
+        table.setActiveCell({1, i * stride % std::max(table.model().rows(), 1) + 1});
+        application.handlePending();
+    }
+    return (processor() - begin) / steps;
+}
+
+zTable& tableOf(const zFormDialog& dialog) {
+    XtPointer table = nullptr;
+    XtVaGetValues(XtNameToWidget(dialog.shell(), "*clientTable*cells"), XmNuserData, &table, nullptr);
+    return *static_cast<zTable*>(table);
+}
+
+// A dialog with one page, shown.
+struct Shown {
+    zFormDialog dialog;
+    StatsSource source;
+    std::unique_ptr<StatsPage> page;
+
+    Shown(zApplication& application, int channel, std::uint8_t adapter, Make make)
+        : dialog(application, frame), source{application, dialog.board().control<zNotebook>("pages"), channel,
+                                             adapter},
+          page(make(source)) {
+        dialog.show();
+        application.handlePending();
+        page->Update();
+        application.handlePending();
+    }
+};
+
+void scroll(zApplication& application, int channel, zTable& table) {
+    const Shown other(application, channel, 1, make<DStatsDlgLESPG>);
+    zTable& small = tableOf(other.dialog);
+    std::vector<double> figures, floors, ratios;
+    for (int pair = 0; pair < 10; ++pair) {
+        figures.push_back(step(application, table));
+        floors.push_back(step(application, small));
+        ratios.push_back(figures.back() / floors.back());
+    }
+    fmt::print("scroll {:.1f} {:.1f} {:.2f} {}\n", median(figures), median(floors), median(ratios),
+               small.model().rows());
+}
+
 int descriptors() {
     const std::filesystem::directory_iterator open("/proc/self/fd");
     return static_cast<int>(std::distance(begin(open), end(open)));
 }
 
-void soak(zApplication& application, StatsPage& page, const char* name, long ticks, const char* command) {
+int widgets(Widget top) {
+    int count = 1;
+    WidgetList children = nullptr;
+    Cardinal number = 0;
+    if (XtIsComposite(top)) XtVaGetValues(top, XmNchildren, &children, XmNnumChildren, &number, nullptr);
+    for (Cardinal i = 0; i < number; ++i) count += widgets(children[i]);
+    return count;
+}
+
+// All that the server keeps for this client: windows, pixmaps, fonts, graphics contexts, pictures...
+unsigned serverResources(Display* display, Window own) {
+    XResType* types = nullptr;
+    int number = 0;
+    if (!XResQueryClientResources(display, own, &number, &types)) return 0;
+    unsigned count = 0;
+    for (int i = 0; i < number; ++i) count += types[i].count;
+    XFree(types);
+    return count;
+}
+
+void soak(zApplication& application, const zFormDialog& dialog, StatsPage& page, const char* name, long ticks,
+          const char* command) {
+    const Widget shell = dialog.shell();
     const auto print = [&](long tick) {
-        fmt::print("{} after {} ticks: {} bytes allocated, {} KB resident, {} descriptors\n", name, tick,
-                   mallinfo2().uordblks, residentBytes() / 1024, descriptors());
+        fmt::print("{} after {} ticks: {} bytes allocated, {} KB resident, {} descriptors, {} widgets, "
+                   "{} X resources\n",
+                   name, tick, mallinfo2().uordblks, residentBytes() / 1024, descriptors(), widgets(shell),
+                   serverResources(XtDisplay(shell), XtWindow(shell)));
     };
     for (long tick = 1; tick <= ticks; ++tick) {
         if (tick % 1000 == 0 && std::system(command) != 0) return;
@@ -102,17 +178,12 @@ int main(int argc, char** argv) {
     Recorder recorder;
     for (const auto& row : pages) {
         if (lesRows && row.name != std::string_view("LES")) continue;
-        zFormDialog dialog(application, frame);
-        StatsSource source{application, dialog.board().control<zNotebook>("pages"), channel, 0};
         const long before = residentBytes();
-        const auto page = row.make(source);
-        dialog.show();
-        application.handlePending();
-        page->Update();
-        application.handlePending();
+        const Shown shown(application, channel, 0, row.make);
+        StatsPage* const page = shown.page.get();
         const long grown = residentBytes() - before;
         if (soaks) {
-            soak(application, *page, row.name, std::atol(argv[2]), argv[3]);
+            soak(application, shown.dialog, *page, row.name, std::atol(argv[2]), argv[3]);
             continue;
         }
 
@@ -143,5 +214,6 @@ int main(int argc, char** argv) {
         fmt::print("{} {:.1f} {:.1f} {:.2f}", row.name, median(figures), median(floors), median(ratios));
         if (lesRows) fmt::print(" {:.0f}", static_cast<double>(grown - recorder.received) / lesRows);
         fmt::print("\n");
+        if (lesRows) scroll(application, channel, tableOf(shown.dialog));
     }
 }

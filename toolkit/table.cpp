@@ -218,6 +218,20 @@ bool zTable::setText(zTableLoc location, std::string_view text) {
     return true;
 }
 
+void zTable::rowsChanged() {
+    stale_.assign(static_cast<std::size_t>(model_.rows()) + 1, true);
+    if (realized_) writeRows(grid_.firstRow(), grid_.lastRow());
+}
+
+void zTable::writeRows(int first, int last) {
+    if (!write_) return;
+    for (auto row = static_cast<std::size_t>(std::max(first, 1)); static_cast<int>(row) <= last; ++row) {
+        if (row >= stale_.size() || !stale_[row]) continue;
+        stale_[row] = false;
+        write_(static_cast<int>(row));
+    }
+}
+
 void zTable::setColumnWidth(int column, int width) {
     if (column < 0 || column > grid_.columns() || grid_.widths[static_cast<std::size_t>(column)] == width)
         return;
@@ -346,6 +360,7 @@ void zTable::schedule() {
 
 void zTable::flush() {
     if (allDirty_) {
+        writeRows(grid_.firstRow(), grid_.lastRow());
         paint_->clear({0, 0, grid_.width(), grid_.height()});
         for (int column = 0; column <= grid_.columns(); ++column) {
             paintCell({column, 0});
@@ -382,7 +397,13 @@ std::string zTable::textOf(zTableLoc l) const {
     return std::string(model_.text(l));
 }
 
-std::string zTable::tabSeparated() const {
+std::string zTable::text(zTableLoc location) {
+    writeRows(location.row, location.row);
+    return textOf(location);
+}
+
+std::string zTable::tabSeparated() {
+    writeRows(1, grid_.rows);
     std::string text;
     bool labelled = false;
     for (int column = 1; column <= grid_.columns(); ++column) labelled |= !model_.text({column, 0}).empty();

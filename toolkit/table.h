@@ -29,6 +29,13 @@ class zTable : public zControl {
     void resize(int columns, int rows);
     bool setText(zTableLoc location, std::string_view text);
 
+    // Rows that are written when somebody looks: rowsChanged() says that the texts of all rows may have become others,
+    // and `write` is called once with each row that is in sight, comes into sight or is asked for after that. It writes
+    // the row with setText, does nothing else to the table, and is called until there is another or none.
+    void writeOnDemand(std::function<void(int row)> write) { write_ = std::move(write); }
+    void rowsChanged();
+    std::string text(zTableLoc location);  // as it is shown
+
     // Pixels. Column 0 is that of the row labels; it is not there at width 0.
     void setColumnWidth(int column, int width);
     void setAlignment(zAlign align);  // of the cells; labels are centred
@@ -45,12 +52,13 @@ class zTable : public zControl {
     std::function<void()> onActiveChange;  // by the user
 
     // What Ctrl+C copies: the column labels, if there are any, and the rows.
-    std::string tabSeparated() const;
+    std::string tabSeparated();
 
   private:
     struct Handlers;
 
     std::string textOf(zTableLoc location) const;
+    void writeRows(int first, int last);
     void arrange();
     void updateScrollBars();
     void scrollTo(int firstRow, int left);
@@ -75,6 +83,8 @@ class zTable : public zControl {
     bool realized_ = false;
     bool allDirty_ = false;
     std::vector<zTableLoc> dirty_;
+    std::function<void(int)> write_;
+    std::vector<bool> stale_;  // rows that `write_` has not seen since rowsChanged()
     unsigned long timer_ = 0;
     std::string clipboard_;
     bool ownsClipboard_ = false;

@@ -148,7 +148,7 @@ class StatisticsTest : public ProgramTest {
         EXPECT_EQ(table(name).model().rows(), rows) << name;
     }
     std::string cell(const std::string& name, int column, int row) {
-        return std::string(table(name).model().text({column, row}));
+        return table(name).text({column, row});
     }
     void expectCell(const std::string& name, int column, int row, const std::string& text) {
         user->until([&] { return cell(name, column, row) == text; }, 2);

@@ -95,6 +95,52 @@ TEST_F(TableTest, OnlyWhatIsChangedAndSeenIsDrawn) {
     EXPECT_GT(ink(1, 2), 10);
 }
 
+TEST_F(TableTest, RowsOnDemandAreWrittenWhenTheyAreSeenOrAskedFor) {
+    std::vector<int> written;
+    int round = 0;
+    table.writeOnDemand([&](int row) {
+        written.push_back(row);
+        table.setText({2, row}, fmt::format("round {} row {}", round, row));
+    });
+    const auto change = [&] {
+        written.clear();
+        ++round;
+        return requests([&] { table.rowsChanged(); });
+    };
+    const auto from = [](int first, int last) {
+        std::vector<int> numbers;
+        for (int row = first; row <= last; ++row) numbers.push_back(row);
+        return numbers;
+    };
+    const int seen = (height() - labelHeight() + rowHeight() - 1) / rowHeight();
+    ASSERT_LT(seen, 20);
+    EXPECT_GT(change(), 0U);
+    EXPECT_EQ(written, from(1, seen));
+    written.clear();
+    table.setActiveCell({1, 30});
+    table.setText({1, 1}, "later");
+    user.settle();
+    ASSERT_FALSE(written.empty());
+    EXPECT_EQ(written, from(written.front(), written.back()));
+    EXPECT_LE(written.front(), 30);
+    EXPECT_GE(written.back(), 30);
+    EXPECT_LE(written.size(), static_cast<std::size_t>(seen) + 1);
+    written.clear();
+    EXPECT_EQ(table.text({2, 45}), "round 1 row 45");
+    EXPECT_EQ(table.text({2, 45}), "round 1 row 45");
+    EXPECT_EQ(written, from(45, 45));
+    --round;  // the same texts again
+    EXPECT_EQ(change(), 0U);
+    EXPECT_NE(table.tabSeparated().find("\tround 1 row 50\t"), std::string::npos);
+    table.resize(3, 40);
+    table.resize(3, 60);
+    user.settle();
+    EXPECT_EQ(table.text({2, 60}), "") << "nobody has said that rows have changed";
+    table.writeOnDemand({});
+    table.rowsChanged();
+    EXPECT_EQ(table.text({2, 5}), "round 1 row 5");
+}
+
 TEST_F(TableTest, KeyboardMouseAndWheelMoveTheActiveCell) {
     int changes = 0;
     table.onActiveChange = [&] { ++changes; };

@@ -4,6 +4,7 @@
 #include "toolkit/board.h"
 #include "toolkit/edit.h"
 #include "ui/myedit.h"
+#include "ui/stats/standing.h"
 #include "ui/stats/statstext.h"
 
 #include <span>
@@ -27,11 +28,13 @@ template <class View> class FieldMap {
     // Without a reply there is nothing to show. With `clear` the counters begin at 0 again.
     void show(const View& reply, bool clear = false) {
         if (!reply) return blank();
+        if (standing_.shows(0, reply.bytes()) && !clear) return;
         for (Field& field : fields_) field.edit.write(textOf(field.value, reply, field.baseline, clear));
     }
 
     // There is nothing to show.
     void blank() {
+        standing_.forget();
         for (Field& field : fields_) field.edit.write("");
     }
 
@@ -43,4 +46,5 @@ template <class View> class FieldMap {
     };
 
     std::vector<Field> fields_;
+    Standing standing_;
 };

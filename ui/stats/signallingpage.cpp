@@ -55,9 +55,11 @@ void SignallingPGSigStatsTBL::UpdateDisplay(int index, bool clear) {
     // Both circuits are among the first 16 rows.
     const auto circuitTable = query_->GetTable(1, 16);
     if (circuitTable.size() <= 1) return;
-    for (std::size_t i = 0; i < std::size(circuitVcis); ++i)
-        if (const VcRowView row = query_->GetVciEntry(circuitVcis[i]))
-            writeRow(static_cast<int>(i) + 1, row, baselines_[i], clear);
+    for (std::size_t i = 0; i < std::size(circuitVcis); ++i) {
+        const VcRowView row = query_->GetVciEntry(circuitVcis[i]);
+        if (!row || (standing_.shows(i, row.bytes()) && !clear)) continue;
+        writeRow(static_cast<int>(i) + 1, row, baselines_[i], clear);
+    }
 }
 
 DStatsDlgSignallingPG::DStatsDlgSignallingPG(StatsSource& source)

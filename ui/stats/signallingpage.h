@@ -20,6 +20,7 @@ class SignallingPGSigStatsTBL : public NamedRowsTable<VcRowView> {
   private:
     std::unique_ptr<vccInfo> query_;
     std::array<Baselines, 2> baselines_{};
+    Standing standing_;
 };
 
 class DStatsDlgSignallingPG final : public StatsPage {

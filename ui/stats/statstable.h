@@ -1,8 +1,9 @@
 // Statistics tables as data: a column is a label, a sample that says how wide it is, and what it shows of a row. Rows come
-// as views; filling a table takes one pass and no allocation for texts that stand already.
+// as views.
 #pragma once
 
 #include "ui/mytable.h"
+#include "ui/stats/standing.h"
 #include "ui/stats/statstext.h"
 
 #include <algorithm>
@@ -60,6 +61,13 @@ template <class Row> class StatsTable : public myTable {
         }
     }
 
+    // What the row's counters are now becomes their baselines.
+    void countFrom(const Row& row, Baselines& baselines) const {
+        std::size_t counter = 0;
+        for (const StatsColumn<Row>& c : columns_)
+            if (c.value.counter) baselines[counter++] = c.value.counter(row);
+    }
+
   private:
     std::span<const StatsColumn<Row>> columns_;
 };
@@ -88,11 +96,15 @@ template <class Row> class NamedRowsTable : public StatsTable<Row> {
 };
 
 // A table with as many rows as the driver has, numbered. The baselines of their counters belong to a key that a row
-// carries, so that they follow a connection when rows come and go. Rows that came as they stand are not looked at again.
+// carries, so that they follow a connection when rows come and go. Only rows in sight are made into texts; the others
+// stay what the driver sent.
 template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : public StatsTable<Row> {
   public:
+    ~KeyedTable() override { this->table().writeOnDemand({}); }
+
     void empty() {
-        standing_.clear();
+        rows_ = {};
+        standing_.forget();
         StatsTable<Row>::empty();
     }
 
@@ -102,37 +114,30 @@ template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : 
     KeyedTable(zTable& table, std::span<const StatsColumn<Row>> columns, KeyOf key, int rows)
         : StatsTable<Row>(table, columns, rows), key_(key) {
         numberRows(rows);
+        table.writeOnDemand([this](int number) { write(number); });
     }
 
-    // False, and nothing is touched, when there are no rows.
+    // Shows these rows until the next ones, or empty(), come: that long the reply that they are in must stay. False, and
+    // nothing is touched, when there are none.
     bool fill(const TableView<Row>& rows, bool clear) {
         if (rows.size() == 0) return false;
+        rows_ = rows;
+        if (clear)
+            for (const Row row : rows) this->countFrom(row, baselines_[key_(row)]);
+        standing_.forget(clear ? 0 : rows.size());
         numberRows(static_cast<int>(rows.size()));
         this->setRows(static_cast<int>(rows.size()));
-        int number = 0;
-        for (const Row row : rows) {
-            if (stands(number, row.bytes()) && !clear) {
-                ++number;
-                continue;
-            }
-            typename StatsTable<Row>::Baselines none{};
-            const auto found = clear ? baselines_.try_emplace(key_(row)).first : baselines_.find(key_(row));
-            this->writeRow(++number, row, found == baselines_.end() ? none : found->second, clear);
-        }
-        standing_.resize(rows.size() * rows[0].bytes().size());
+        this->table().rowsChanged();
         return true;
     }
 
   private:
-    // The row's bytes are those that the table shows; they are now.
-    bool stands(int number, std::span<const std::uint8_t> bytes) {
-        const std::size_t at = static_cast<std::size_t>(number) * bytes.size();
-        const bool known = at + bytes.size() <= standing_.size();
-        if (!known) standing_.resize(at + bytes.size());
-        const auto place = std::span(standing_).subspan(at, bytes.size());
-        if (known && std::equal(bytes.begin(), bytes.end(), place.begin())) return true;
-        std::copy(bytes.begin(), bytes.end(), place.begin());
-        return false;
+    void write(int number) {
+        const Row row = rows_[static_cast<std::size_t>(number) - 1];
+        if (!row || standing_.shows(static_cast<std::size_t>(number) - 1, row.bytes())) return;
+        typename StatsTable<Row>::Baselines none{};
+        const auto found = baselines_.find(key_(row));
+        this->writeRow(number, row, found == baselines_.end() ? none : found->second, false);
     }
 
     // Two digits have room, and as many more as the last number has.
@@ -146,5 +151,6 @@ template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : 
     KeyOf key_;
     std::unordered_map<Key, typename StatsTable<Row>::Baselines, Hash> baselines_;
     std::size_t digits_ = 0;
-    std::vector<std::uint8_t> standing_;  // the rows that are shown, as they came
+    TableView<Row> rows_;  // that are shown
+    Standing standing_;    // those of them that are texts
 };
