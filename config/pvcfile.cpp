@@ -9,6 +9,7 @@
 #include <charconv>
 #include <concepts>
 #include <fcntl.h>
+#include <fmt/compile.h>
 #include <fmt/format.h>
 #include <limits>
 #include <sstream>
@@ -174,13 +175,15 @@ template <class Pvc> std::istream& readPvc(std::istream& in, Pvc& pvc) {
 }
 
 template <class Pvc> std::ostream& writePvc(std::ostream& out, const Pvc& pvc, const auto& address) {
-    out << fmt::format("[PVC\n\t{:<6}={}\t#VC index\n\t{:<6}=", "VC", static_cast<std::int16_t>(pvc.vci),
-                       "Addr")
+    out << fmt::format(FMT_COMPILE("[PVC\n\tVC    ={}\t#VC index\n\tAddr  ="),
+                       static_cast<std::int16_t>(pvc.vci))
         << address
-        << fmt::format(
-               "\t# Format:  0000778899aa=MAC 123.123.123.123=IP\n\t{:<6}={}\t# 0=Null 1=LLC\n\t{:<6}={}\t# "
-               "For Bridged PVC only; 1=Broadcast 0=Non-Broadcast\n\t{:<6}={}\t# MB/s\n]\n",
-               "Encap", pvc.encapsulation, "Bcast", pvc.broadcast, "Rate", pvc.rate);
+        << fmt::format(FMT_COMPILE("\t# Format:  0000778899aa=MAC 123.123.123.123=IP\n"
+                                   "\tEncap ={}\t# 0=Null 1=LLC\n"
+                                   "\tBcast ={}\t# For Bridged PVC only; 1=Broadcast 0=Non-Broadcast\n"
+                                   "\tRate  ={}\t# MB/s\n"
+                                   "]\n"),
+                       pvc.encapsulation, pvc.broadcast, pvc.rate);
     return out;
 }
 

@@ -90,9 +90,8 @@ template <std::size_t N> std::array<std::uint8_t, N> bytesOf(std::span<const cha
 }
 
 void writeDigits(std::ostream& out, std::span<const std::uint8_t> bytes) {
-    out << std::hex << std::right << std::setfill('0');
-    for (const std::uint8_t byte : bytes) out << std::setw(2) << static_cast<unsigned>(byte);
-    out << std::dec << std::setfill(' ');
+    for (const std::uint8_t byte : bytes) out << hexDigits[byte >> 4] << hexDigits[byte & 15];
+    out << std::right << std::dec << std::setfill(' ');
 }
 
 }  // namespace
