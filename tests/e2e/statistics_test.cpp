@@ -525,6 +525,25 @@ TEST_F(StatisticsTest, ALesShowsWhatTheDriverSays) {
     }
 }
 
+TEST_F(StatisticsTest, TheLargestTableIsShownToItsLastRowAndFollows) {
+    timerTime = 300;
+    startOn("lesStats", "rows les 1.1 65535; set les 1.1 row 65535 mac 00:00:00:00:ff:ff");
+    expectRows("clientTable", 65535);
+    user->clickAt(XtNameToWidget(onPage("clientTable"), "*cells"), 100, 30);
+    user->key("End", "Control_L");
+    EXPECT_EQ(table("clientTable").activeCell(), (zTableLoc{10, 65535}));
+    EXPECT_EQ(cell("clientTable", 1, 65535), "00:00:00:00:ff:ff");
+    ctl("set les 1.1 row 65535 controlTx 5; set les 1.1 row 2 controlTx 6");
+    expectCell("clientTable", 4, 65535, "5");
+    press("clear");
+    EXPECT_EQ(cell("clientTable", 4, 65535), "0");
+    user->key("Home", "Control_L");
+    ctl("set les 1.1 row 2 controlTx 8");
+    expectCell("clientTable", 4, 2, "2");
+    ctl("rows les 1.1 1");
+    expectRows("clientTable", 1);
+}
+
 // ---- LECS ----
 
 TEST_F(StatisticsTest, TheLecsShowsWhatTheDriverSays) {
