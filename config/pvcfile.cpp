@@ -201,12 +201,6 @@ template <class Pvc> void parsePvcs(std::string_view text, std::string_view name
     }
 }
 
-// A client's line, or a PVC's lines and the blank line behind them.
-template <class Entry> void writeEntry(std::ostringstream& out, const Entry& entry) {
-    out.str("");
-    out << entry << '\n';
-}
-
 // A descriptor on an empty regular file that is open for writing, or -1 and errno.
 int openEmpty(const platform::HostPath& path, bool& created) {
     platform::Files& files = platform::files();
@@ -284,14 +278,12 @@ template <class Entry> int writeListFile(std::string_view name, const std::vecto
     if (descriptor < 0) return errno;
     platform::Stream stream = platform::streamForWriting(descriptor);
     if (!stream) return errno;
-    bool good = true;
+    // A client's line, or a PVC's lines and a blank one behind them.
     std::ostringstream out;
-    for (auto entry = list.begin(); good && entry != list.end(); ++entry) {
-        writeEntry(out, *entry);
-        const std::string_view text = out.view();
-        good = std::fwrite(text.data(), 1, text.size(), stream.get()) == text.size();
-    }
-    good = good && std::fflush(stream.get()) == 0 && platform::files().sync(descriptor) == 0;
+    for (const Entry& entry : list) out << entry << '\n';
+    const std::string_view text = out.view();
+    const bool good = std::fwrite(text.data(), 1, text.size(), stream.get()) == text.size() &&
+                      std::fflush(stream.get()) == 0 && platform::files().sync(descriptor) == 0;
     const int error = errno;
     const bool closed = platform::closeWritten(std::move(stream)) == 0;
     if (!good) return error;

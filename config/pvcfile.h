@@ -38,6 +38,6 @@ void parseList(std::string_view text, std::string_view name, std::vector<esiSele
 // list is empty. 0, or the errno of the failure when there is a file.
 template <class Entry> int readListFile(std::string_view name, std::vector<Entry>& list);
 
-// Writes the file in place, to the disk, and stops at the entry that failed; an empty list removes the file.
+// Writes the file in place, to the disk; an empty list removes the file.
 // 0, or the errno of the failure.
 template <class Entry> int writeListFile(std::string_view name, const std::vector<Entry>& list);

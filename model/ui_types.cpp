@@ -90,8 +90,9 @@ template <std::size_t N> std::array<std::uint8_t, N> bytesOf(std::span<const cha
 }
 
 void writeDigits(std::ostream& out, std::span<const std::uint8_t> bytes) {
-    for (const std::uint8_t byte : bytes) out << hexDigits[byte >> 4] << hexDigits[byte & 15];
-    out << std::right << std::dec << std::setfill(' ');
+    std::string digits;
+    for (const std::uint8_t byte : bytes) digits.append({hexDigits[byte >> 4], hexDigits[byte & 15]});
+    out << digits << std::right << std::dec << std::setfill(' ');
 }
 
 }  // namespace
