@@ -35,22 +35,51 @@ long openDescriptors() {
 // What the process holds does not grow with what is opened and closed. Memory that was given back must be given out
 // again at once: the widget library keeps 32 bytes for each address at which a widget has ever been. The tests run
 // without the address sanitizer's quarantine therefore (tests/CMakeLists.txt).
-class Growth : public ConfigurationTest {};
+class Growth : public ConfigurationTest {
+  protected:
+    // The first times fill caches.
+    void expectNone(int times, const std::function<void()>& openOnce) {
+        for (int i = 0; i < 20; ++i) openOnce();
+        const int widgets = widgetsBelow(window->shell());
+        const long bytes = allocatedBytes(), descriptors = openDescriptors();
+        for (int i = 0; i < times; ++i) openOnce();
+        EXPECT_EQ(widgetsBelow(window->shell()), widgets);
+        EXPECT_EQ(openDescriptors(), descriptors);
+        EXPECT_LT(allocatedBytes() - bytes, times * 16);
+    }
+};
 
 TEST_F(Growth, TwoHundredOpenedNotebooksLeaveNothingBehind) {
     start({"--frozen", "--adapters", "1,2"});
-    const auto openOnce = [&] {
+    expectNone(200, [&] {
         configure([&] {
             inDialog("PVC Settings", [&] { user->key("Escape"); });
             press(611);
             user->key("Escape");
         });
-    };
-    for (int i = 0; i < 20; ++i) openOnce();  // caches fill
-    const int widgets = widgetsBelow(window->shell());
-    const long bytes = allocatedBytes(), descriptors = openDescriptors();
-    for (int i = 0; i < 200; ++i) openOnce();
-    EXPECT_EQ(widgetsBelow(window->shell()), widgets);
-    EXPECT_EQ(openDescriptors(), descriptors);
-    EXPECT_LT(allocatedBytes() - bytes, 200 * 16);
+    });
+}
+
+TEST_F(Growth, OpenedStatisticsAndSettingsLeaveNothingBehind) {
+    start({"--frozen", "--adapters", "1,2"}, {"clock step 200"});
+    advSettings = 1;
+    expectNone(60, [&] {
+        user->click(window->control<zBitmapButton>(statsBTN).widget());
+        const Widget dialog = user->shellLike("Statistics ");
+        ASSERT_TRUE(dialog);
+        user->focus(dialog);
+        const Widget book = XtNameToWidget(dialog, "*pages");
+        for (int tab : {187, 252, 378}) user->clickAt(book, tab, 15);  // the pages with tables
+        user->focus(dialog);
+        user->key("Escape");
+        ASSERT_FALSE(user->shellLike("Statistics "));
+        user->focus(window->shell());
+        inDialog("Global Settings", [&] {
+            lookAt("applicationPage");
+            inDialog("Table Font", [&] { user->key("Escape"); });
+            press(702);
+            user->key("Escape");
+        });
+        user->click(window->control<zBitmapButton>(globalBTN).widget());
+    });
 }
