@@ -37,9 +37,10 @@ long openDescriptors() {
 // without the address sanitizer's quarantine therefore (tests/CMakeLists.txt).
 class Growth : public ConfigurationTest {
   protected:
-    // The first times fill caches.
+    static constexpr int caches = 20;  // times that fill them
+
     void expectNone(int times, const std::function<void()>& openOnce) {
-        for (int i = 0; i < 20; ++i) openOnce();
+        for (int i = 0; i < caches; ++i) openOnce();
         const int widgets = widgetsBelow(window->shell());
         const long bytes = allocatedBytes(), descriptors = openDescriptors();
         for (int i = 0; i < times; ++i) openOnce();
@@ -51,18 +52,24 @@ class Growth : public ConfigurationTest {
 
 TEST_F(Growth, TwoHundredOpenedNotebooksLeaveNothingBehind) {
     start({"--frozen", "--adapters", "1,2"});
+    int opened = 0;
     expectNone(200, [&] {
         configure([&] {
-            inDialog("PVC Settings", [&] { user->key("Escape"); });
+            inDialog("PVC Settings", [&] {
+                ++opened;
+                user->key("Escape");
+            });
             press(611);
             user->key("Escape");
         });
     });
+    EXPECT_EQ(opened, caches + 200);
 }
 
 TEST_F(Growth, OpenedStatisticsAndSettingsLeaveNothingBehind) {
     start({"--frozen", "--adapters", "1,2"}, {"clock step 200"});
     advSettings = 1;
+    int opened = 0;
     expectNone(60, [&] {
         user->click(window->control<zBitmapButton>(statsBTN).widget());
         const Widget dialog = user->shellLike("Statistics ");
@@ -76,10 +83,14 @@ TEST_F(Growth, OpenedStatisticsAndSettingsLeaveNothingBehind) {
         user->focus(window->shell());
         inDialog("Global Settings", [&] {
             lookAt("applicationPage");
-            inDialog("Table Font", [&] { user->key("Escape"); });
+            inDialog("Table Font", [&] {
+                ++opened;
+                user->key("Escape");
+            });
             press(702);
             user->key("Escape");
         });
         user->click(window->control<zBitmapButton>(globalBTN).widget());
     });
+    EXPECT_EQ(opened, caches + 60);
 }

@@ -52,15 +52,22 @@ TEST_F(StatisticsTest, TheServersPagesBelongToTheAdvancedSettings) {
             if (XtNameToWidget(dialog, (std::string("*") + page).c_str())) names.push_back(page);
         return names;
     };
+    const auto captions = [this] {
+        Lines all;
+        for (int i = 0; const Widget sheet = XmTabStackIndexToWidget(named("pages"), i); ++i)
+            all.push_back(labelOf(sheet, XmNtabLabelString));
+        return all;
+    };
     advSettings = 0;
     openDialog();
     const Lines few{"signallingStats", "aal5Stats", "lecStats", "ip1577Stats"};
     EXPECT_EQ(pages(), few);
     advSettings = 1;
     EXPECT_EQ(pages(), few) << "an open dialog stays as it is";
+    EXPECT_EQ(captions(), (Lines{"Signalling", "AAL5", "LEC ...", "1577"}));
     press("close");
     openDialog();
-    EXPECT_EQ(pages().size(), 6U);
+    EXPECT_EQ(captions(), (Lines{"Signalling", "AAL5", "LEC ...", "LES ...", "LECS", "1577"}));
     for (const char* page : {"lesStats", "lecsStats", "ip1577Stats"}) turnTo(page);
 }
 
@@ -121,24 +128,28 @@ TEST_F(StatisticsTest, WithoutADriverThePagesKeepTheTextsOfTheirLayouts) {
     openWindow();
     dlgTitle = std::string(100, 'x');
     openDialog();
+    const auto onto = [this](const char* page) {
+        turnTo(page);
+        press("clear");
+        ticks();
+    };
+    onto("signallingStats");
     EXPECT_EQ(XUser::titleOf(dialog), "Statistics " + std::string(52, 'x'));
-    press("clear");
-    ticks();
     expectLooks("ilmi=ILMI Static Registration; saal=Outgoing disconnection pending; signalling=Signalling "
                 "Disconnected; ilmiLamp=greyed");
-    turnTo("aal5Stats");
+    onto("aal5Stats");
     expectLooks("rxPackets=0; sonet*title=SONET; losLamp=greyed");
-    turnTo("lecStats");
-    press("clear");
-    ticks();
+    onto("lecStats");
     expectLooks("mtu=1516; stateLamp=greyed");
     expectRows("lecTable", 20);
     expectRows("lesBusTable", 4);
-    turnTo("ip1577Stats");
+    onto("ip1577Stats");
+    expectLooks("rxPackets=0; stateLamp=greyed");
     expectRows("connectionTable", 10);
-    turnTo("lecsStats");
+    onto("lecsStats");
     expectLooks("validRequests=0; regLamp=greyed");
-    turnTo("lesStats");
+    onto("lesStats");
+    expectLooks("mtu=1516; elanType=Ethernet; stateLamp=greyed");
     expectRows("clientTable", 4);
 }
 
@@ -256,6 +267,16 @@ TEST_F(StatisticsTest, SignallingFramesCountFromTheLastClear) {
     expectLooks("saal=Outgoing disconnection pending");
 }
 
+TEST_F(StatisticsTest, ClearOnTheSignallingPageAsksForTheCircuitsAlone) {
+    timerTime = 60000;
+    startOn("signallingStats");
+    simulator->ctl("log clear");
+    press("clear");
+    const std::string log = simulator->ctl("log all");
+    EXPECT_NE(log.find("vc.table"), log.npos) << log;
+    EXPECT_EQ(log.find("sig.link"), log.npos) << log;
+}
+
 // ---- AAL5 ----
 
 TEST_F(StatisticsTest, Aal5CountersAreTheWordsOfTheReplyAndTheirSums) {
@@ -266,13 +287,15 @@ TEST_F(StatisticsTest, Aal5CountersAreTheWordsOfTheReplyAndTheirSums) {
         "rxFrameErrors4 8000; rxDrops1 4294967295; rxDrops2 10; invalidVcis 15; invalidVpis 16; txDrops 17");
     const std::string all = "txCells=11; rxCells=4294967295; txPackets=13; rxPackets=14; rxCellErrors=4321; "
                             "rxFrameErrors=8765; rxDropped=9; invalidVcis=15; invalidVpis=16; txDropped=17";
-    expectLooks(all);
+    ctl("alarm 1 lop on");
+    expectLooks(all + "; lopLamp=unlit");
     ctl("fault adapter.aal every resp 5");
     press("clear");
     expectLooks(all);  // what is not answered is not cleared
     ctl("fault clear");
     press("clear");
     expectZero(all);
+    expectLooks("sonet*title=OC3c MM; losLamp=lit; lopLamp=unlit");
     set("adapter 1", "rxCells 2; rxDrops2 9; rxFrameErrors3 710");
     expectLooks("rxCells=3; rxDropped=4294967295; rxFrameErrors=10; txCells=0");
 }
@@ -318,6 +341,8 @@ TEST_F(StatisticsTest, TheKindOfTheLinkIsTheCaptionOfItsAlarms) {
         ticks();
         if (c.kind == 1) {
             expectLooks(looks);
+            set("adapter 1", "los 1; linkAlarm 0");
+            expectLooks("losLamp=lit");
         } else {
             const std::string grey =
                 "losLamp=greyed; lofLamp=greyed; oofLamp=greyed; ferfLamp=greyed; aisLamp=greyed; "
@@ -454,6 +479,7 @@ TEST_F(StatisticsTest, AFailureEmptiesThePageUntilTheDriverAnswersAgain) {
         const std::string value = look(c.field);
         ASSERT_NE(value, "");
         const int rows = c.table ? table(c.table).model().rows() : 0;
+        ASSERT_TRUE(!c.table || rows > 0);
         const auto expectAll = [&](const std::string& text, const char* lamp, int shownRows) {
             expectLooks(fmt::format("{}={}; stateLamp={}", c.field, text, lamp));
             if (c.table) expectRows(c.table, shownRows);
@@ -567,6 +593,8 @@ TEST_F(StatisticsTest, TheLecsShowsWhatTheDriverSays) {
                  {4, 0, "stateLamp=lit; regLamp=unlit"}};
     for (const auto& c : cases) {
         set("lecs 1", fmt::format("state {}; registered {}", c.state, c.registered));
+        expectLooks(c.lamps);
+        ticks();
         expectLooks(c.lamps);
         for (const std::string& part : split(counters + "; " + others))
             expectLooks(c.state ? part : part.substr(0, part.find('=') + 1));

@@ -95,9 +95,9 @@ class StatisticsTest : public ProgramTest {
         }
         return labelOf(control);
     }
-    static std::string labelOf(Widget control) {
+    static std::string labelOf(Widget control, const char* resource = XmNlabelString) {
         XmString label = nullptr;
-        XtVaGetValues(control, XmNlabelString, &label, nullptr);
+        XtVaGetValues(control, resource, &label, nullptr);
         char* held = static_cast<char*>(
             XmStringUnparse(label, nullptr, XmCHARSET_TEXT, XmCHARSET_TEXT, nullptr, 0, XmOUTPUT_ALL));
         std::string text = held;
@@ -147,9 +147,7 @@ class StatisticsTest : public ProgramTest {
         user->until([&] { return table(name).model().rows() == rows; }, 2);
         EXPECT_EQ(table(name).model().rows(), rows) << name;
     }
-    std::string cell(const std::string& name, int column, int row) {
-        return table(name).text({column, row});
-    }
+    std::string cell(const std::string& name, int column, int row) { return table(name).text({column, row}); }
     void expectCell(const std::string& name, int column, int row, const std::string& text) {
         user->until([&] { return cell(name, column, row) == text; }, 2);
         EXPECT_EQ(cell(name, column, row), text) << name << ' ' << column << ',' << row;
