@@ -19,13 +19,16 @@ bool holdsOption(const std::string& commandLine, const std::string& text) {
            commandLine.end();
 }
 
-int runApplication(const std::string& programName, const std::vector<std::string>& commandLine) {
-    const std::string whole = fmt::format("{}", fmt::join(commandLine, " "));
-    if (holdsOption(whole, "-DEBUG")) {
+void takeOptions(const std::string& commandLine) {
+    if (holdsOption(commandLine, "-DEBUG")) {
         tvlog.attach(STDERR_FILENO);
-        tvlog << whole << std::endl;
+        tvlog << commandLine << std::endl;
     }
-    if (holdsOption(whole, "-ADV")) advSettings = 1;
+    if (holdsOption(commandLine, "-ADV")) advSettings = 1;
+}
+
+int runApplication(const std::string& programName, const std::vector<std::string>& commandLine) {
+    takeOptions(fmt::format("{}", fmt::join(commandLine, " ")));
     platform::logRootDirectory();
 
     zSetPictures(programPictures());

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>  // before the window system's macros
 
+#include "app/routine.h"
 #include "tests/e2e/configurationtest.h"
 #include "ui/global/globlids.h"
 
@@ -60,6 +61,8 @@ TEST_F(GlobalTest, OkKeepsTheSettingsForTheRunAndCancelDoesNot) {
         EXPECT_TRUE(user->widget("lesPage"));
         press(cancelBTN);
     });
+    advSettings = 0;
+    takeOptions("-adv");
     timerTime = 300;  // none of the list
     global([&] {
         EXPECT_EQ(shownItem(refreshRateCBO), "250");
