@@ -4,8 +4,10 @@
 
 #include <Xm/Xm.h>
 #include <algorithm>
+#include <fmt/format.h>
 #include <fontconfig/fontconfig.h>
 #include <set>
+#include <string_view>
 
 std::vector<std::string> zFontFamilies() {
     FcPattern* scalable = FcPatternBuild(nullptr, FC_SCALABLE, FcTypeBool, FcTrue, nullptr);
@@ -21,6 +23,16 @@ std::vector<std::string> zFontFamilies() {
     FcObjectSetDestroy(wanted);
     FcPatternDestroy(scalable);
     return {families.begin(), families.end()};
+}
+
+// Characters with a meaning in patterns have a backslash before them.
+std::string zFont::pattern() const {
+    std::string text;
+    for (const char c : family) {
+        if (std::string_view("\\-:,").find(c) != std::string_view::npos) text += '\\';
+        text += c;
+    }
+    return fmt::format("{}:size={}", text, size);
 }
 
 zDialogUnits zDialogUnits::ofBoard(Widget board) {

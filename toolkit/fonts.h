@@ -10,6 +10,13 @@
 // The families that can be scaled, sorted, each once.
 std::vector<std::string> zFontFamilies();
 
+struct zFont {
+    std::string family;
+    double size = 0;  // points
+
+    std::string pattern() const;  // as zTable::setFont takes it
+};
+
 // Dialog base units of a font, in pixels: the average width of A-Z a-z and the height.
 class zDialogUnits {
   public:

@@ -295,6 +295,10 @@ void zTable::scrollTo(int firstRow, int left) {
 // Bars are there when not everything fits; they take room themselves.
 void zTable::arrange() {
     if (!realized_) return;
+    // Rows that come and go do not bring a user back who has scrolled elsewhere.
+    const zRect cell = grid_.cell(active_), seen = grid_.visible(active_);
+    const bool follow =
+        active_.row > 0 && (grid_.width() == 0 || (seen.width == cell.width && seen.height == cell.height));
     const int contentWidth = grid_.widths[0] + grid_.columnsWidth() + 2 * shadow;
     const int contentHeight = grid_.labelHeight + grid_.rows * grid_.rowHeight + 2 * shadow;
     constexpr int room = barThickness + barGap;
@@ -318,7 +322,7 @@ void zTable::arrange() {
     };
     put(vertical_, down, {place_.width - barThickness, 0, barThickness, height});
     put(horizontal_, across, {0, place_.height - barThickness, width, barThickness});
-    if (active_.row > 0) grid_.reveal(active_);
+    if (follow) grid_.reveal(active_);
     updateScrollBars();
     changedAll();
 }

@@ -38,10 +38,12 @@ class zTable : public zControl {
 
     // Pixels. Column 0 is that of the row labels; it is not there at width 0.
     void setColumnWidth(int column, int width);
+    int columnWidth(int column) const { return grid_.widths[static_cast<std::size_t>(column)]; }
     void setAlignment(zAlign align);  // of the cells; labels are centred
     void numberRows(bool on);         // the row labels are the numbers of the rows
 
     void setFont(const std::string& pattern);  // see zTablePaint; widths stay as they are
+    zFont font() const { return paint_->font(); }
     int textWidth(std::string_view text) const { return paint_->textWidth(text); }
     int textHeight() const { return paint_->textHeight(); }
 

@@ -101,6 +101,16 @@ void zTablePaint::setFont(const std::string& pattern) {
     if (!t.font) t.font = kept.font(t.screen, "sans");  // always matches something
 }
 
+zFont zTablePaint::font() const {
+    const FcPattern* opened = tools_->font->pattern;
+    FcChar8* family = nullptr;
+    zFont found;
+    if (FcPatternGetString(opened, FC_FAMILY, 0, &family) == FcResultMatch)
+        found.family = reinterpret_cast<const char*>(family);
+    FcPatternGetDouble(opened, FC_SIZE, 0, &found.size);
+    return found;
+}
+
 int zTablePaint::textWidth(std::string_view text) const {
     return tools_->width(text);
 }

@@ -2,6 +2,7 @@
 // toolkit only.
 #pragma once
 
+#include "toolkit/fonts.h"
 #include "toolkit/layout.h"
 #include "toolkit/widget.h"
 
@@ -22,6 +23,7 @@ class zTablePaint {
 
     // In the notation of font patterns, "Liberation Sans:size=12"; empty, or one that cannot be opened: the default.
     void setFont(const std::string& pattern);
+    zFont font() const;  // the one that was opened, which can be another than was asked for
     int textWidth(std::string_view text) const;
     int textHeight() const;
 

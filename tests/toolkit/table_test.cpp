@@ -172,6 +172,28 @@ TEST_F(TableTest, KeyboardMouseAndWheelMoveTheActiveCell) {
     EXPECT_EQ(XmGetFocusWidget(window.shell()), user.widget("id31"));
 }
 
+TEST_F(TableTest, RowsThatComeAndGoLeaveTheViewWhereItWasScrolled) {
+    const auto firstRow = [this] {
+        int value = 0;
+        XtVaGetValues(user.widget("vertical"), XmNvalue, &value, nullptr);
+        return value;
+    };
+    user.clickAt(table.widget(), 40, labelHeight() + rowHeight() + 5);
+    ASSERT_EQ(table.activeCell(), (zTableLoc{1, 2}));
+    user.clickAt(user.widget("vertical"), 7, height() / 2);
+    const int scrolled = firstRow();
+    EXPECT_GT(scrolled, 2);
+    for (const int rows : {51, 60, 50}) {
+        table.resize(3, rows);
+        EXPECT_EQ(firstRow(), scrolled) << rows;
+    }
+    table.setActiveCell({1, 50});
+    table.setColumnWidth(3, 2000);  // the bar takes room from below
+    user.settle();
+    const int whole = (height() - labelHeight()) / rowHeight();
+    EXPECT_EQ(firstRow(), 50 - whole + 1) << "a cell that was seen stays so";
+}
+
 TEST_F(TableTest, ControlCPutsLabelsAndRowsOnTheClipboard) {
     table.resize(2, 2);
     user.clickAt(table.widget(), 60, labelHeight() + 5);

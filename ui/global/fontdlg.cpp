@@ -1,6 +1,5 @@
 #include "ui/global/fontdlg.h"
 
-#include "toolkit/fonts.h"
 #include "toolkit/listbox.h"
 
 #include <algorithm>
@@ -30,39 +29,13 @@ constexpr zLayout frame{.id = 0,
                         .icon = globalIcon,
                         .rows = rows};
 
-constexpr const char* sizes[] = {"8", "9", "10", "11", "12", "14", "16", "18", "20", "24"};  // points
-constexpr const char* usualFont = "Liberation Sans:size=10";
+constexpr int sizes[] = {8, 9, 10, 11, 12, 14, 16, 18, 20, 24};  // points
 constexpr const char* sampleLabels[] = {"MAC Address", "VPI/VCI"};
 constexpr const char* sampleTexts[] = {"00:a0:3e:00:00:01", "0 / 1023"};
 
-// Characters with a meaning in patterns have a backslash before them.
-std::string escaped(const std::string& family) {
-    std::string text;
-    for (const char c : family) {
-        if (std::string_view("\\-:,").find(c) != std::string_view::npos) text += '\\';
-        text += c;
-    }
-    return text;
-}
-
-template <class List> int positionIn(const List& list, const std::string& text) {
-    const auto found = std::find(std::begin(list), std::end(list), text);
-    return found == std::end(list) ? 0 : static_cast<int>(found - std::begin(list));
-}
-
 }  // namespace
 
-DFontDlg::DFontDlg(zWindow& parent, const std::string& font)
-    : SubDialog(parent, frame), families_(zFontFamilies()) {
-    auto &family = control<zListBox>(familyLB), &size = control<zListBox>(sizeLB);
-    family.setLines(families_);
-    size.setLines({std::begin(sizes), std::end(sizes)});
-    const std::string chosen = font.empty() ? usualFont : font;
-    const std::size_t cut = chosen.rfind(":size=");
-    for (int i = 0; i < family.count(); ++i)
-        if (escaped(family.line(i)) == chosen.substr(0, cut)) family.select(i);
-    size.select(cut == std::string::npos ? 0 : positionIn(sizes, chosen.substr(cut + 6)));
-
+DFontDlg::DFontDlg(zWindow& parent, const std::string& font) : SubDialog(parent, frame), font_(font) {
     auto& sample = control<zTable>(sampleTBL);
     sample.resize(2, 1);
     for (const int column : {1, 2}) {
@@ -70,21 +43,34 @@ DFontDlg::DFontDlg(zWindow& parent, const std::string& font)
         sample.setText({column, 1}, sampleTexts[column - 1]);
     }
     showSample();
-    family.onSelect = size.onSelect = [this] { showSample(); };
+
+    // What the tables have now is chosen, as far as the lists have it.
+    auto &family = control<zListBox>(familyLB), &size = control<zListBox>(sizeLB);
+    shown_ = sample.font();
+    const std::vector<std::string> families = zFontFamilies();
+    family.setLines(families);
+    if (const auto at = std::ranges::find(families, shown_.family); at != families.end())
+        family.select(static_cast<int>(at - families.begin()));
+    std::vector<std::string> lines;
+    for (const int points : sizes) lines.push_back(std::to_string(points));
+    size.setLines(lines);
+    if (const auto at = std::ranges::find(sizes, shown_.size); at != std::end(sizes))
+        size.select(static_cast<int>(at - std::begin(sizes)));
+    family.onSelect = size.onSelect = [this] { choose(); };
 }
 
-std::string DFontDlg::font() const {
-    const auto chosen = [this](int id) {
-        const auto& list = control<zListBox>(id);
-        return list.line(std::max(0, list.selected()));
-    };
-    return escaped(chosen(familyLB)) + ":size=" + chosen(sizeLB);
+void DFontDlg::choose() {
+    const auto &family = control<zListBox>(familyLB), &size = control<zListBox>(sizeLB);
+    if (family.selected() >= 0) shown_.family = family.line(family.selected());
+    if (size.selected() >= 0) shown_.size = sizes[size.selected()];
+    font_ = shown_.pattern();
+    showSample();
 }
 
 void DFontDlg::showSample() {
     constexpr int margin = 8;
     auto& sample = control<zTable>(sampleTBL);
-    sample.setFont(font());
+    sample.setFont(font_);
     for (const int column : {1, 2})
         sample.setColumnWidth(column, margin + std::max(sample.textWidth(sampleLabels[column - 1]),
                                                         sample.textWidth(sampleTexts[column - 1])));

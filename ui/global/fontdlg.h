@@ -5,18 +5,20 @@
 #include "ui/subdialog.h"
 
 #include <string>
-#include <vector>
 
 class DFontDlg : public SubDialog {
   public:
     // `font`: a font pattern as tables take it, "Liberation Sans:size=12"; empty: their default.
     DFontDlg(zWindow& parent, const std::string& font);
 
-    std::string font() const;  // the chosen one, in the same notation
+    // The chosen one, in the same notation; as it was given as long as nothing has been chosen.
+    const std::string& font() const { return font_; }
 
   private:
     void StoreDefaults() override {}  // its opener asks for the font
+    void choose();
     void showSample();
 
-    std::vector<std::string> families_;
+    std::string font_;
+    zFont shown_;  // in the sample
 };
