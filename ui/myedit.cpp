@@ -3,5 +3,5 @@
 void myEdit::write(std::string_view text) {
     if (text == written_) return;
     written_ = text;
-    field_.setText(written_);
+    field_.setText(*written_);
 }

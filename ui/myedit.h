@@ -1,9 +1,9 @@
-// Display-only fields and lamps of live values.
+// Display-only fields of live values.
 #pragma once
 
 #include "toolkit/edit.h"
-#include "toolkit/lamp.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,8 +17,5 @@ class myEdit {
 
   private:
     zEdit& field_;
-    std::string written_ = "Tarvolin";  // a text that no driver reports
+    std::optional<std::string> written_;
 };
-
-// Greyed: the service is absent; plain: it is there and not up; checked: it is up.
-using myBitmapButton = zLamp;

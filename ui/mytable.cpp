@@ -26,8 +26,8 @@ void myTable::setColumns(std::span<const char* const> labels, std::span<const ch
     for (const char* label : labels) {
         ++column;
         table_.setText({column, 0}, label);
-        if (const char* sample = samples[static_cast<std::size_t>(column - 1)])
-            table_.setColumnWidth(column, table_.textWidth(sample) + margin);
+        const char* sample = samples[static_cast<std::size_t>(column - 1)];
+        table_.setColumnWidth(column, margin + std::max(table_.textWidth(label), table_.textWidth(sample)));
     }
 }
 

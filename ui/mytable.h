@@ -22,7 +22,7 @@ class myTable {
     zTable& table() const { return table_; }
 
   protected:
-    // Labels of the columns, each as wide as its sample and a margin; without a sample it keeps its width.
+    // Labels of the columns. Each column is as wide as its sample or its label, whichever is wider, and a margin.
     void setColumns(std::span<const char* const> labels, std::span<const char* const> samples);
 
     // Numbers beside the rows, as wide as the sample.

@@ -16,7 +16,6 @@ class TimerPage {
     // Starts refreshing; nothing when it has started. The page itself says what: see refreshWith.
     virtual void enableTimer() {}
     int disableTimer();  // 0
-    bool refreshing() const { return timer_ != nullptr; }
 
     virtual void ClearStats() {}
 

@@ -308,6 +308,7 @@ TEST_F(ConfigurationTest, ValuesThatNoControlCanShowSurviveOk) {
         answer("Return");  // the driver does not know such a PVC
         press(612);
         EXPECT_EQ(pvcRows().front(), "00:20:40:00:a1:01 | 0 / 41000 | LLC_SNAP | TRUE");
+        EXPECT_EQ(XUser::cutTexts(table()), Names{});
         press(okBTN);
     });
     EXPECT_EQ(told(), Names{"lec.pvc-change 0"});

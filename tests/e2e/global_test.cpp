@@ -33,6 +33,13 @@ class GlobalTest : public ConfigurationTest {
         ASSERT_TRUE(done);
     }
     bool on(int id) { return XmToggleButtonGetState(named(id)); }
+    int selectedLine(int id) {  // from 1; 0: none
+        int *chosen = nullptr, count = 0;
+        const bool any = XmListGetSelectedPos(named(id), &chosen, &count);
+        const int line = any && count ? chosen[0] : 0;
+        if (any) XtFree(reinterpret_cast<char*>(chosen));
+        return line;
+    }
     std::string traces() {
         std::string lines;
         std::istringstream dump(simulator->ctl("dump"));
@@ -162,18 +169,36 @@ TEST_F(GlobalTest, ChosenFontsReachTheTablesMadeLater) {
         EXPECT_GT(table().textHeight(), usual + 5);
         press(cancelBTN);
     });
-    global([&] {
-        inDialog("Table Font", [&] {
-            lookAt("fonts");
-            int* chosen = nullptr;
-            int count = 0;
-            ASSERT_TRUE(XmListGetSelectedPos(named(801), &chosen, &count));
-            EXPECT_EQ(chosen[0], 8) << "what was chosen is remembered";
-            XtFree(reinterpret_cast<char*>(chosen));
-            user->key("Escape");
-            lookAt("applicationPage");
+    // What is in force stands in the lists, and OK without a choice leaves the setting alone.
+    const struct {
+        const char* font;
+        int size;  // its line; 0: none
+    } cases[] = {{"Liberation Sans:size=18", 8},
+                 {"", 3},
+                 {"no such family:size=12", 5},
+                 {"Liberation Serif:size=10.5", 0}};
+    for (const auto& c : cases) {
+        tblFontSpec = c.font;
+        global([&] {
+            inDialog("Table Font", [&] {
+                lookAt("fonts");
+                EXPECT_EQ(selectedLine(801), c.size) << c.font;
+                EXPECT_GT(selectedLine(800), 0) << c.font;
+                user->key("Return");
+                lookAt("applicationPage");
+            });
+            press(fontBTN);
+            press(globalOkBTN);
         });
-        press(fontBTN);
+        EXPECT_EQ(tblFontSpec, c.font);
+    }
+}
+
+TEST_F(GlobalTest, TheApplicationPageHasTooltips) {
+    start({"--frozen", "--adapters", "1"});
+    global([&] {
+        EXPECT_EQ(user->tooltipOf(named(refreshRateCBO)), "Sets data refresh rate in milliseconds");
+        EXPECT_EQ(user->tooltipOf(named(advancedCB)), "Enables LES/LECS tabs");
         press(globalCancelBTN);
     });
 }

@@ -55,7 +55,7 @@ TEST_F(StatisticsTest, TheServersPagesBelongToTheAdvancedSettings) {
     const auto captions = [this] {
         Lines all;
         for (int i = 0; const Widget sheet = XmTabStackIndexToWidget(named("pages"), i); ++i)
-            all.push_back(labelOf(sheet, XmNtabLabelString));
+            all.push_back(XUser::labelOf(sheet, XmNtabLabelString));
         return all;
     };
     advSettings = 0;
@@ -172,6 +172,53 @@ TEST_F(StatisticsTest, ATickWithoutAChangeSendsNothingToTheWindowSystem) {
     }
 }
 
+TEST_F(StatisticsTest, ANewRefreshRateIsThatOfTheNextPage) {
+    timerTime = 60000;
+    startOn("aal5Stats");
+    expectLooks("rxPackets=0");
+    timerTime = period;
+    set("adapter 1", "rxPackets 7");
+    EXPECT_EQ(asked(), nothing);
+    turnTo("lecStats");
+    turnTo("aal5Stats");
+    expectLooks("rxPackets=7");
+}
+
+// The widest that a driver can say has room, in whatever font the tables are.
+TEST_F(StatisticsTest, ColumnsHaveRoomForTheLargestNumbersAndTheLongestTexts) {
+    start({"--frozen", "--adapters", "1,2"}, {"rows lec 1.1 2", "rows les 1.1 4", "rows ip 1 6"});
+    set("lec 1.1", "state 6; controlDirectVci 65535");
+    for (int row = 1; row <= 6; ++row) {
+        const std::string large =
+            fmt::format("address {}; kind 1; txPackets 4000000000; rxPackets 4000000000; vci ", address);
+        if (row <= 2) set(fmt::format("lec 1.1 row {}", row), large + "65535; mac 00:00:00:00:00:00");
+        if (row <= 4)
+            set(fmt::format("les 1.1 row {}", row),
+                fmt::format("state {}; controlVci 65535; multicastVci 65535; controlTx 4000000000", row - 1));
+        set(fmt::format("ip 1 row {}", row),
+            fmt::format("{}-10000; ip 200.200.200.200; state {}", large, row - 1));
+    }
+    for (const char* font :
+         {"", "Liberation Mono:size=8", "Liberation Serif:size=18", "Liberation Sans:bold:size=9"}) {
+        tblFontSpec = font;
+        openDialog();
+        const struct {
+            const char *page, *table;
+        } tables[] = {{"signallingStats", "signallingTable"},
+                      {"lecStats", "lesBusTable"},
+                      {"lecStats", "lecTable"},
+                      {"lesStats", "clientTable"},
+                      {"ip1577Stats", "connectionTable"}};
+        for (const auto& t : tables) {
+            turnTo(t.page);
+            ticks();
+            EXPECT_EQ(XUser::cutTexts(table(t.table)), nothing) << font << ' ' << t.table;
+        }
+        press("close");
+    }
+    tblFontSpec.clear();
+}
+
 TEST_F(StatisticsTest, ASilentDriverCostsOneWaitAndTicksDoNotPileUp) {
     start({"--frozen", "--adapters", "1,2"}, {"set sig 1 saal 9"});
     ctl("fault sig.link every silent; fault adapter.suni every silent; fault lec.state every silent; "
@@ -186,8 +233,13 @@ TEST_F(StatisticsTest, ASilentDriverCostsOneWaitAndTicksDoNotPileUp) {
     expectLooks("saalLamp=greyed; saal=Outgoing disconnection pending");
     ctl("fault clear; fault sig.link nth 1 silent");  // and the first tick waits
     ASSERT_TRUE(user->until([this] { return look("saal") == "Data transfer ready"; }, 40));
+    EXPECT_EQ(look("saalLamp"), "lit");
+    timerTime = 60000;
     turnTo("aal5Stats");
-    expectLooks("sonet*title=OC3c MM");
+    EXPECT_EQ(look("sonet*title"), "OC3c MM") << "at once: it has never been filled";
+    turnTo("lecStats");
+    EXPECT_EQ(look("stateLamp"), "unlit");
+    timerTime = 1000;
     turnTo("signallingStats");
     simulator->ctl("log clear");
     user->until([] { return false; }, 0.5);
@@ -319,6 +371,10 @@ TEST_F(StatisticsTest, AlarmsPutTheirLampsOut) {
         expectLooks(looks);  // without an answer they stay
         ctl("fault clear");
     }
+    ctl("alarm 1 lof on; alarm 1 ferf on; alarm 1 lop on; alarm 1 los on");
+    expectLooks("lofLamp=unlit; ferfLamp=unlit; lopLamp=unlit; losLamp=unlit; aisLamp=lit");
+    ctl("alarm 1 lof off; alarm 1 los off");
+    expectLooks("lofLamp=lit; ferfLamp=unlit; lopLamp=unlit; losLamp=lit; aisLamp=lit");
 }
 
 TEST_F(StatisticsTest, TheKindOfTheLinkIsTheCaptionOfItsAlarms) {
@@ -337,6 +393,7 @@ TEST_F(StatisticsTest, TheKindOfTheLinkIsTheCaptionOfItsAlarms) {
             fmt::format("sonet*title={}; losLampLabel={}; losLamp={}; lofLamp=lit; lopLamp=unlit", c.caption,
                         c.label, c.lamp);
         expectLooks(looks);
+        ctl(fmt::format("set adapter 1 link {}", c.kind == 1 ? 1 : 5));  // written once
         ctl("set adapter 1 valid 0");
         ticks();
         if (c.kind == 1) {
@@ -347,7 +404,7 @@ TEST_F(StatisticsTest, TheKindOfTheLinkIsTheCaptionOfItsAlarms) {
             const std::string grey =
                 "losLamp=greyed; lofLamp=greyed; oofLamp=greyed; ferfLamp=greyed; aisLamp=greyed; "
                 "lopLamp=greyed";
-            expectLooks(grey);
+            expectLooks(grey + fmt::format("; sonet*title={}", c.caption));
             set("adapter 1", "valid 1; rxPackets 5");
             EXPECT_EQ(asked(), Lines{"adapter.aal"}) << c.kind;
             expectLooks("rxPackets=5; " + grey);
@@ -375,6 +432,27 @@ TEST_F(StatisticsTest, ALecsStateDecidesLampFieldsAndTables) {
         expectRows("lesBusTable", c.lesBusRows);
         expectRows("lecTable", c.state ? 2 : 0);
     }
+}
+
+TEST_F(StatisticsTest, AnotherLecShowsNothingOfTheOneBefore) {
+    startOn("lecStats", "set lec 1.1 elanName Tarvolin; rows vc 1 3; set vc 1 row 3 vci 900");
+    const auto show = [this](int lec) { user->clickAt(onPage("lecTabs"), 65 * lec - 35, 15); };
+    set("lec 1.1", "works 1; state 1");
+    set("lec 1.2", "works 0; state 1; elanName second");
+    expectLooks("stateLamp=lit; elanName=Tarvolin");
+    show(2);
+    expectLooks("stateLamp=unlit; elanName=second");
+    set("lec 1.2", "works 1");
+    expectLooks("stateLamp=lit");
+
+    set("lec 1.1", "state 6; controlDirectVci 900; multicastSendVci 900");
+    set("lec 1.2", "state 6; controlDirectVci 0; controlDistributeVci 0; multicastSendVci 901; "
+                   "multicastForwardVci 0");
+    show(1);
+    expectCell("lesBusTable", 1, 1, "  0/ 900");
+    show(2);
+    expectCell("lesBusTable", 1, 3, "  0/ 901");
+    EXPECT_EQ(cell("lesBusTable", 1, 1) + cell("lesBusTable", 2, 3), "");
 }
 
 TEST_F(StatisticsTest, ALecShowsWhatTheDriverSays) {
@@ -444,9 +522,7 @@ TEST_F(StatisticsTest, WhatHasNoCaptionHasATooltip) {
                  {"lecsStats", "regLamp", "LECS Registration"}};
     for (const auto& c : cases) {
         turnTo(c.page);
-        user->pointAt(onPage(c.control));
-        ASSERT_TRUE(user->until([this] { return user->widget("TipLabel") != nullptr; }, 5)) << c.control;
-        EXPECT_EQ(labelOf(user->widget("TipLabel")), c.text);
+        EXPECT_EQ(user->tooltipOf(onPage(c.control)), c.text);
     }
 }
 
@@ -645,4 +721,18 @@ TEST_F(StatisticsTest, ClassicalIpShowsWhatTheDriverSays) {
         expectLooks(fmt::format("stateLamp={}; txPackets={}", lamps[state], state ? "0" : ""));
         expectRows("connectionTable", state ? 7 : 0);
     }
+}
+
+TEST_F(StatisticsTest, ConnectionsWithOneVciShowZeroAtOnceAndCountFromTheLastOne) {
+    timerTime = 60000;
+    startOn("ip1577Stats", "rows ip 1 2");
+    for (const int row : {1, 2})
+        set(fmt::format("ip 1 row {}", row), fmt::format("vci 33; txPackets 10{}", row));
+    press("clear");
+    EXPECT_EQ(cell("connectionTable", 4, 1) + cell("connectionTable", 4, 2), "00");
+    timerTime = period;
+    turnTo("lecsStats");
+    turnTo("ip1577Stats");
+    expectCell("connectionTable", 4, 1, "4294967295");
+    EXPECT_EQ(cell("connectionTable", 4, 2), "0");
 }

@@ -93,17 +93,7 @@ class StatisticsTest : public ProgramTest {
             XtFree(held);
             return text;
         }
-        return labelOf(control);
-    }
-    static std::string labelOf(Widget control, const char* resource = XmNlabelString) {
-        XmString label = nullptr;
-        XtVaGetValues(control, resource, &label, nullptr);
-        char* held = static_cast<char*>(
-            XmStringUnparse(label, nullptr, XmCHARSET_TEXT, XmCHARSET_TEXT, nullptr, 0, XmOUTPUT_ALL));
-        std::string text = held;
-        XtFree(held);
-        XmStringFree(label);
-        return text;
+        return XUser::labelOf(control);
     }
     // Every control looks so at the next ticks: "mtu=1516; stateLamp=lit".
     void expectLooks(const std::string& looks) {

@@ -203,12 +203,36 @@ Widget XUser::shellLike(const std::string& beginning) const {
 }
 
 std::string XUser::messageOf(Widget shell) {
-    XmString message = nullptr;
-    XtVaGetValues(XtNameToWidget(shell, "messageBox"), XmNmessageString, &message, nullptr);
+    return labelOf(XtNameToWidget(shell, "messageBox"), XmNmessageString);
+}
+
+std::string XUser::labelOf(Widget control, const char* resource) {
+    XmString label = nullptr;
+    XtVaGetValues(control, resource, &label, nullptr);
     char* text = static_cast<char*>(
-        XmStringUnparse(message, nullptr, XmCHARSET_TEXT, XmCHARSET_TEXT, nullptr, 0, XmOUTPUT_ALL));
+        XmStringUnparse(label, nullptr, XmCHARSET_TEXT, XmCHARSET_TEXT, nullptr, 0, XmOUTPUT_ALL));
     std::string result = text ? text : "";
     XtFree(text);
-    XmStringFree(message);
+    XmStringFree(label);
     return result;
+}
+
+std::vector<std::string> XUser::cutTexts(zTable& table) {
+    constexpr int margins = 8;
+    std::vector<std::string> texts;
+    for (int column = 1; column <= table.model().columns(); ++column)
+        for (int row = 0; row <= table.model().rows(); ++row)
+            if (table.textWidth(table.text({column, row})) + margins > table.columnWidth(column))
+                texts.push_back(table.text({column, row}));
+    return texts;
+}
+
+std::string XUser::tooltipOf(Widget control) {
+    Widget shell = control;
+    while (!XtIsShell(shell)) shell = XtParent(shell);
+    pointAt(shell);  // out of the tip that may stand over the control
+    pointAt(control);
+    until([this] { return widget("TipLabel") != nullptr; }, 5);
+    const Widget tip = widget("TipLabel");
+    return tip ? labelOf(tip) : "";
 }

@@ -2,12 +2,14 @@
 #pragma once
 
 #include "toolkit/application.h"
+#include "toolkit/table.h"
 
 #include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
+#include <vector>
 
 struct _XDisplay;
 
@@ -57,6 +59,9 @@ class XUser {
     Widget shellLike(const std::string& beginning) const;  // whose title begins so
     static std::string titleOf(Widget shell);
     static std::string messageOf(Widget shell);  // the text of a message box
+    static std::string labelOf(Widget control, const char* resource = "labelString");
+    static std::vector<std::string> cutTexts(zTable& table);  // that have no room in their cells
+    std::string tooltipOf(Widget control);  // after the pointer has come to rest on it; empty: it has none
 
   private:
     struct Watch;

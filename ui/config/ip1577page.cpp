@@ -81,7 +81,7 @@ void DConfigDlgI1577PG::clickedEnableServerCB() {
 namespace {
 
 constexpr const char* labels[] = {"IP Address", "VPI/VCI", "Encapsulation"};
-constexpr const char* samples[] = {"000.000.000.000", nullptr, "Encapsulation"};
+constexpr const char* samples[] = {"000.000.000.000", "0 / 65535", "Encapsulation"};
 
 }  // namespace
 

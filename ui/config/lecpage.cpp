@@ -110,7 +110,7 @@ void DConfigDlgLECPG::selChangeLecTB(int next) {
 namespace {
 
 constexpr const char* labels[] = {"MAC Address", "VPI/VCI", "Encapsulation", "Broadcast"};
-constexpr const char* samples[] = {"00:00:00:00:00:00", "VPI/VCI", "Encapsulation", "Broadcast"};
+constexpr const char* samples[] = {"00:00:00:00:00:00", "0 / 65535", "Encapsulation", "Broadcast"};
 
 }  // namespace
 

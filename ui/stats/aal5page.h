@@ -21,7 +21,7 @@ class DStatsDlgAAL5PG final : public StatsPage {
 
     std::unique_ptr<aalInfo> query_;
     FieldMap<AalStatsView> counters_;
-    std::vector<StatusLamp> lamps_;
+    std::vector<myBitmapButton> lamps_;
     bool alarms_ = true;  // false once the driver has said that the link has none
     bool linkKindShown_ = false;
 };

@@ -17,8 +17,11 @@ constexpr StatsField<IpStatsView> fields[] = {
 using Row = IpRowView;
 constexpr StatsColumn<Row> columns[] = {
     {"IP Address", "000.000.000.000", {.text = shown<&Row::ip, &ipAddress::GetFIPAddress>}},
-    {"VPI/VCI", "VPI/VCI", {.text = shown<&Row::vci, vciText>}},
-    {"State", "Waiting for InARP response", {.text = shown<&Row::state, LmacStateToString>}},
+    {"VPI/VCI", signedVciSample, {.text = shown<&Row::vci, vciText>}},
+    {"State",
+     "Waiting for InARP response",
+     {.text = shown<&Row::state, LmacStateToString>},
+     "Waiting for VCC connection"},
     {"Tx Packets", counterSample, {.counter = counted<&Row::tx>}},
     {"Rx Packets", counterSample, {.counter = counted<&Row::rx>}},
     {"Network Prefix", prefixSample, {.text = remotePrefixText}},
@@ -50,10 +53,9 @@ void DStatsDlgIP1577PG::refresh(bool clear) {
 
 bool DStatsDlgIP1577PG::UpdateDisplay(int index, bool clear) {
     query_->setUnit(static_cast<std::uint8_t>(index));
-    const IpStateView reply = query_->GetState();
-    lamp_.follow(static_cast<bool>(reply), reply.state(), reply.state() != stateAbsent,
-                 reply.state() == stateUp);
-    const IpStatsView stats = lamp_.present() ? query_->GetStats() : IpStatsView();
+    const std::uint32_t state = query_->GetState().state();
+    lamp_.show(serviceLook(state != stateAbsent, state == stateUp));
+    const IpStatsView stats = state != stateAbsent ? query_->GetStats() : IpStatsView();
     fields_.show(stats, clear);
     return static_cast<bool>(stats);
 }

@@ -27,6 +27,6 @@ class DStatsDlgIP1577PG final : public StatsPage {
 
     std::unique_ptr<ip1577Info> query_;
     FieldMap<IpStatsView> fields_;
-    ServiceLamp lamp_;
+    myBitmapButton lamp_;
     IP1577PGConnectionTBL table_;
 };

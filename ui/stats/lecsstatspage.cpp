@@ -31,10 +31,9 @@ DStatsDlgLECSPG::DStatsDlgLECSPG(StatsSource& source)
 
 bool DStatsDlgLECSPG::UpdateDisplay(int index, bool clear) {
     query_->setUnit(static_cast<std::uint8_t>(index));
-    const LecsStateView reply = query_->GetState();
-    lamp_.follow(static_cast<bool>(reply), reply.state(), reply.state() != stateAbsent,
-                 reply.state() == stateUp);
-    const LecsStatsView stats = lamp_.present() ? query_->GetStats() : LecsStatsView();
+    const std::uint32_t state = query_->GetState().state();
+    lamp_.show(serviceLook(state != stateAbsent, state == stateUp));
+    const LecsStatsView stats = state != stateAbsent ? query_->GetStats() : LecsStatsView();
     registered_.show(!stats ? LampLook::greyed : stats.registered() ? LampLook::lit : LampLook::unlit);
     fields_.show(stats, clear);
     return static_cast<bool>(stats);

@@ -16,6 +16,6 @@ class DStatsDlgLECSPG final : public StatsPage {
 
     std::unique_ptr<lecsInfo> query_;
     FieldMap<LecsStatsView> fields_;
-    ServiceLamp lamp_;
-    StatusLamp registered_;
+    myBitmapButton lamp_;
+    myBitmapButton registered_;
 };

@@ -22,7 +22,7 @@ constexpr LecConnection connections[] = {LecConnection::controlDirect, LecConnec
                                          LecConnection::multicastSend, LecConnection::multicastForward};
 
 constexpr StatsColumn<LesBusRow> lesBusColumns[] = {
-    {"VPI/VCI", "VPI/VCI", {.text = shown<&LesBusRow::vci, vciText>}},
+    {"VPI/VCI", vciSample, {.text = shown<&LesBusRow::vci, vciText>}},
     {"Tx Packets", counterSample, {.counter = [](const LesBusRow& row) { return row.circuit.tx(); }}},
     {"Rx Packets", counterSample, {.counter = [](const LesBusRow& row) { return row.circuit.rx(); }}},
     {"NetworkPrefix", prefixSample, {.text = prefixText}},
@@ -31,7 +31,7 @@ constexpr StatsColumn<LesBusRow> lesBusColumns[] = {
 
 constexpr StatsColumn<LecRowView> lecColumns[] = {
     {"MAC Address", macSample, {.text = shown<&LecRowView::mac, &macAddress::GetFMacAddress>}},
-    {"VPI/VCI", "VPI/VCI", {.text = shown<&LecRowView::vci, vciText>}},
+    {"VPI/VCI", vciSample, {.text = shown<&LecRowView::vci, vciText>}},
     {"Tx Packets", counterSample, {.counter = counted<&LecRowView::tx>}},
     {"Rx Packets", counterSample, {.counter = counted<&LecRowView::rx>}},
     {"Network Prefix", prefixSample, {.text = remotePrefixText}},
@@ -49,6 +49,8 @@ bool LECPGLES_BUSTBL::UpdateDisplay(int lec, bool clear) {
     query_->setUnit(static_cast<std::uint8_t>(lec));
     const LecStatsView stats = query_->GetStats();
     if (!stats) return false;
+    if (lec != shown_) empty();
+    shown_ = lec;
     nameRows();
     circuits_->setUnit(static_cast<std::uint8_t>(lec));
     circuits_->GetEntireTable();
@@ -85,15 +87,16 @@ DStatsDlgLECPG::DStatsDlgLECPG(StatsSource& source)
 void DStatsDlgLECPG::refresh(bool clear) {
     const int result = UpdateDisplay(lec_);
     if (result == 0 || !lecTable_.UpdateDisplay(lec_, clear)) lecTable_.empty();
-    if (result != 2 || !lesBusTable_.UpdateDisplay(lec_, clear)) lesBusTable_.empty();
+    // What has just been asked in vain is not asked again: each wait takes many seconds.
+    if (result != 2 || query_->timedOut() || !lesBusTable_.UpdateDisplay(lec_, clear)) lesBusTable_.empty();
 }
 
 int DStatsDlgLECPG::UpdateDisplay(int lec) {
     query_->setUnit(static_cast<std::uint8_t>(lec));
     const LecStateView reply = query_->GetState();
     const std::uint32_t state = reply.state();
-    lamp_.follow(static_cast<bool>(reply), state, state != stateAbsent,
-                 state == stateUp || (state == statePvcs && reply.flag() != 0));
-    fields_.show(lamp_.present() ? query_->GetStats() : LecStatsView());
-    return !lamp_.present() ? 0 : lamp_.shows(stateUp) ? 2 : 1;
+    lamp_.show(
+        serviceLook(state != stateAbsent, state == stateUp || (state == statePvcs && reply.flag() != 0)));
+    fields_.show(state != stateAbsent ? query_->GetStats() : LecStatsView());
+    return state == stateAbsent ? 0 : state == stateUp ? 2 : 1;
 }

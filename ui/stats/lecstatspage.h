@@ -21,13 +21,15 @@ class LECPGLES_BUSTBL : public NamedRowsTable<LesBusRow> {
   public:
     LECPGLES_BUSTBL(zTable& table, const StatsSource& source);
 
-    // False: there was no answer. A connection that is not there leaves its row as it stands.
+    // False: there was no answer. A connection that is not there leaves its row as it stands, unless that is
+    // another client's.
     bool UpdateDisplay(int lec, bool clear);
 
   private:
     std::unique_ptr<lecInfo> query_;
     std::unique_ptr<vccInfo> circuits_;
     std::array<std::array<Baselines, 4>, 4> baselines_{};  // by client and row
+    int shown_ = -1;                                       // the client that the rows are of
 };
 
 // The baselines belong to VCIs, whichever client has them.
@@ -54,7 +56,7 @@ class DStatsDlgLECPG final : public StatsPage {
 
     std::unique_ptr<lecInfo> query_;
     FieldMap<LecStatsView> fields_;
-    ServiceLamp lamp_;
+    myBitmapButton lamp_;
     LECPGLES_BUSTBL lesBusTable_;
     LECPGLECTBL lecTable_;
     int lec_ = 0;  // from 0

@@ -22,11 +22,11 @@ constexpr StatsField<Stats> fields[] = {
 using Row = LesRowView;
 constexpr StatsColumn<Row> columns[] = {
     {"LD Address", macSample, {.text = shown<&Row::mac, &macAddress::GetFMacAddress>}},
-    {"State", "Signalling A", {.text = shown<&Row::state, BusStateToString>}},
-    {"Ctl Dir VCI", "Ctl Dir VCI", {.text = shown<&Row::controlVci, vciText>}},
+    {"State", "Signalling A", {.text = shown<&Row::state, BusStateToString>}, "Signalling B"},
+    {"Ctl Dir VCI", vciSample, {.text = shown<&Row::controlVci, vciText>}},
     {"CD Tx Pkts", counterSample, {.counter = counted<&Row::controlTx>}},
     {"CD Rx Pkts", counterSample, {.counter = counted<&Row::controlRx>}},
-    {"Mul Snd VCI", "Mul Snd VCI", {.text = shown<&Row::multicastVci, vciText>}},
+    {"Mul Snd VCI", vciSample, {.text = shown<&Row::multicastVci, vciText>}},
     {"MSTx Pkts", counterSample, {.counter = counted<&Row::multicastTx>}},
     {"MS Rx Pkts", counterSample, {.counter = counted<&Row::multicastRx>}},
     {"Network Prefix", prefixSample, {.text = prefixText}},
@@ -60,11 +60,9 @@ void DStatsDlgLESPG::refresh(bool clear) {
 bool DStatsDlgLESPG::UpdateDisplay(int les) {
     query_->setUnit(static_cast<std::uint8_t>(les));
     const LesStateView reply = query_->GetState();
-    const std::uint32_t state = reply.state(), flag = reply.flag();
-    // The flag lights the lamp: its change is one of the state.
-    lamp_.follow(static_cast<bool>(reply), std::uint64_t{state} << 32 | flag, state != stateAbsent,
-                 state == stateServing && flag != 0);
-    const LesStatsView stats = lamp_.present() ? query_->GetStats() : LesStatsView();
+    const bool present = reply.state() != stateAbsent;
+    lamp_.show(serviceLook(present, reply.state() == stateServing && reply.flag() != 0));
+    const LesStatsView stats = present ? query_->GetStats() : LesStatsView();
     fields_.show(stats);
     return static_cast<bool>(stats);
 }

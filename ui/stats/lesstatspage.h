@@ -33,7 +33,7 @@ class DStatsDlgLESPG final : public StatsPage {
 
     std::unique_ptr<lesInfo> query_;
     FieldMap<LesStatsView> fields_;
-    ServiceLamp lamp_;
+    myBitmapButton lamp_;
     LESPGClientTBL table_;
     int les_ = 0;  // from 0
 };

@@ -39,7 +39,7 @@ constexpr const char* circuits[] = {"ILMI", "Signalling"};
 constexpr std::uint16_t circuitVcis[] = {16, 5};
 
 constexpr StatsColumn<VcRowView> columns[] = {
-    {"VPI/VCI", "VPI/VCI", {.text = shown<&VcRowView::vci, vciText>}},
+    {"VPI/VCI", vciSample, {.text = shown<&VcRowView::vci, vciText>}},
     {"Frames In", counterSample, {.counter = counted<&VcRowView::rx>}},
     {"Frames Out", counterSample, {.counter = counted<&VcRowView::tx>}},
 };

@@ -35,6 +35,6 @@ class DStatsDlgSignallingPG final : public StatsPage {
 
     std::unique_ptr<sigInfo> query_;
     FieldMap<LinkStateView> states_, address_;
-    std::vector<StatusLamp> lamps_;
+    std::vector<myBitmapButton> lamps_;
     SignallingPGSigStatsTBL table_;
 };

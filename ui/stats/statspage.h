@@ -2,13 +2,12 @@
 #pragma once
 
 #include "driver/reqparam.h"
-#include "toolkit/lamp.h"
 #include "toolkit/notebook.h"
+#include "ui/mybitmapbutton.h"
 #include "ui/timerpage.h"
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 
 // Where a page stands and what it shows: the adapter that was the current one when its dialog was opened, over the
 // dialog's channel, which outlives the page.
@@ -27,7 +26,9 @@ struct StatsSource {
 
 class StatsPage : public TimerPage {
   public:
+    // A page that could not be filled when its dialog was made is filled first.
     void enableTimer() override {
+        if (!filled_) Update();
         refreshWith([this] { Update(); });
     }
 
@@ -44,7 +45,7 @@ class StatsPage : public TimerPage {
 
     virtual void refresh(bool clear) = 0;
 
-    // To be called at the end of the constructor: shows the page for the first time. Where the driver has been
+    // To be called at the end of the constructor: fills the page for the first time. Where the driver has been
     // silent for another page this one waits until it is on top: each vain request takes many seconds.
     void fillOnce(StatsSource& source, const reqParam* query) {
         if (source.silent) return;
@@ -56,45 +57,12 @@ class StatsPage : public TimerPage {
 
   private:
     void refreshIfOpen(bool clear) {
-        if (open_) refresh(clear);
+        if (!open_) return;
+        filled_ = true;
+        refresh(clear);
     }
 
     zBoard& board_;
     bool open_;
-};
-
-enum class LampLook { greyed, unlit, lit };
-
-// A lamp that remembers its look: showing the one that stands costs nothing.
-class StatusLamp {
-  public:
-    // Greyed at first.
-    explicit StatusLamp(zLamp& lamp) : lamp_(lamp) { paint(LampLook::greyed); }
-
-    void show(LampLook look) {
-        if (look != look_) paint(look);
-    }
-
-  private:
-    void paint(LampLook look);
-
-    zLamp& lamp_;
-    LampLook look_ = LampLook::greyed;
-};
-
-// The lamp of a service. It is painted when the state becomes another one, and after a failure.
-class ServiceLamp {
-  public:
-    explicit ServiceLamp(zLamp& lamp) : lamp_(lamp) {}
-
-    // `answered`: the driver has said so. Otherwise the state is not known, and the lamp greyed until it is again.
-    void follow(bool answered, std::uint64_t state, bool present, bool up);
-
-    bool present() const { return look_ != LampLook::greyed; }
-    bool shows(std::uint64_t state) const { return present() && state_ == state; }
-
-  private:
-    StatusLamp lamp_;
-    std::optional<std::uint64_t> state_;
-    LampLook look_ = LampLook::greyed;
+    bool filled_ = false;
 };

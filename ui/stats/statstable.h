@@ -8,11 +8,14 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <span>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
+constexpr const char* vciSample = "  0/65535";
+constexpr const char* signedVciSample = "  0/-32768";
 constexpr const char* counterSample = "4294967295";
 constexpr const char* macSample = "00:00:00:00:00:00";
 constexpr const char* prefixSample = "00:00:00:00:00:00:00:00:00:00:00:00:00";
@@ -22,6 +25,7 @@ template <class Row> struct StatsColumn {
     const char* label;
     const char* sample;
     StatsValue<Row> value;
+    const char* otherSample = "";  // which of two texts is the wider one is up to the font
 };
 
 template <class Row> class StatsTable : public myTable {
@@ -30,7 +34,7 @@ template <class Row> class StatsTable : public myTable {
     void empty() { setRows(0); }
 
   protected:
-    static constexpr std::size_t mostCounters = 4;
+    static constexpr int mostCounters = 4;
     using Baselines = std::array<std::uint32_t, mostCounters>;  // by counter column
 
     StatsTable(zTable& table, std::span<const StatsColumn<Row>> columns, int rows)
@@ -38,10 +42,10 @@ template <class Row> class StatsTable : public myTable {
         std::vector<const char*> labels, samples;
         for (const StatsColumn<Row>& column : columns) {
             labels.push_back(column.label);
-            // Of a counter at least its label.
-            const bool narrow = table.textWidth(column.sample) < table.textWidth(column.label);
-            samples.push_back(column.value.counter && narrow ? column.label : column.sample);
+            samples.push_back(std::ranges::max({column.sample, column.otherSample}, {},
+                                               [&](const char* text) { return table.textWidth(text); }));
         }
+        assert(std::ranges::count_if(columns, [](const auto& c) { return c.value.counter; }) <= mostCounters);
         setColumns(labels, samples);
         setRows(rows);
     }
@@ -118,13 +122,14 @@ template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : 
     }
 
     // Shows these rows until the next ones, or empty(), come: that long the reply that they are in must stay. False, and
-    // nothing is touched, when there are none.
+    // the texts stay, when there are none.
     bool fill(const TableView<Row>& rows, bool clear) {
-        if (rows.size() == 0) return false;
         rows_ = rows;
+        if (rows.size() == 0) return false;
         if (clear)
             for (const Row row : rows) this->countFrom(row, baselines_[key_(row)]);
-        standing_.forget(clear ? 0 : rows.size());
+        standing_.forget(clear || cleared_ ? 0 : rows.size());
+        cleared_ = clear;
         numberRows(static_cast<int>(rows.size()));
         this->setRows(static_cast<int>(rows.size()));
         this->table().rowsChanged();
@@ -135,9 +140,10 @@ template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : 
     void write(int number) {
         const Row row = rows_[static_cast<std::size_t>(number) - 1];
         if (!row || standing_.shows(static_cast<std::size_t>(number) - 1, row.bytes())) return;
-        typename StatsTable<Row>::Baselines none{};
-        const auto found = baselines_.find(key_(row));
-        this->writeRow(number, row, found == baselines_.end() ? none : found->second, false);
+        typename StatsTable<Row>::Baselines baselines{};
+        if (const auto found = baselines_.find(key_(row)); found != baselines_.end())
+            baselines = found->second;
+        this->writeRow(number, row, baselines, cleared_);
     }
 
     // Two digits have room, and as many more as the last number has.
@@ -150,6 +156,7 @@ template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : 
 
     KeyOf key_;
     std::unordered_map<Key, typename StatsTable<Row>::Baselines, Hash> baselines_;
+    bool cleared_ = false;  // every row counts from itself, until the next ones: several can have one key
     std::size_t digits_ = 0;
     TableView<Row> rows_;  // that are shown
     Standing standing_;    // those of them that are texts
