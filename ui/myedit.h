@@ -3,7 +3,6 @@
 
 #include "toolkit/edit.h"
 
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,5 +16,6 @@ class myEdit {
 
   private:
     zEdit& field_;
-    std::optional<std::string> written_;
+    std::string written_;
+    bool fresh_ = true;  // nothing has been written yet
 };
