@@ -30,6 +30,7 @@ int reqParam::daiRequest() {
     errno = 0;
     result_ = dai_req(descriptor_, message);
     timedOut_ = result_ != 0 && errno == ETIME;
+    unanswered_ += timedOut_;
 
     const req_param_t reply = req_param_t::unpack(message.first<req_param_t::wireSize>());
     tvlog << reply << std::endl;

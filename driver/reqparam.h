@@ -36,6 +36,9 @@ class reqParam {
     bool timedOut() const { return timedOut_; }  // it failed since no answer came
     std::size_t capacity() const { return capacity_; }
 
+    // Requests of this process that no answer came to.
+    static unsigned long unanswered() { return unanswered_; }
+
     // The buffer behind the header: what the request carries, then what the reply brought.
     std::span<std::uint8_t> data() { return {buffer_.get() + headerLength_, capacity_ - headerLength_}; }
 
@@ -43,6 +46,8 @@ class reqParam {
     std::size_t headerLength() const { return headerLength_; }
 
   private:
+    static inline unsigned long unanswered_ = 0;
+
     std::unique_ptr<std::uint8_t[]> buffer_;
     std::size_t capacity_ = 0;
     int descriptor_;

@@ -120,12 +120,17 @@ int zApplication::run() {
 }
 
 void zApplication::runUntil(const bool& done) {
-    while (!done && !ending_) XtAppProcessEvent(connection_->context, XtIMAll);
+    while (!done && !ending_) handleNext(XtAppPending(connection_->context));
 }
 
 void zApplication::handlePending() {
-    while (const XtInputMask kinds = XtAppPending(connection_->context))
-        XtAppProcessEvent(connection_->context, kinds);
+    while (const XtInputMask kinds = XtAppPending(connection_->context)) handleNext(kinds);
+}
+
+// The library takes timers first, and where ticks take as long as their periods one of them is always due.
+void zApplication::handleNext(unsigned long pending) {
+    const XtInputMask allButTimers = pending & ~XtIMTimer;
+    XtAppProcessEvent(connection_->context, allButTimers ? allButTimers : XtIMAll);
 }
 
 void zApplication::quit() {

@@ -48,6 +48,7 @@ class zApplication {
   private:
     struct Connection;
 
+    void handleNext(unsigned long pending);
     void stoppedBySignal(int number);
 
     std::string programName_;

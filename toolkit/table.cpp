@@ -9,6 +9,7 @@
 #include <Xm/ScrollBar.h>
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -208,6 +209,8 @@ void zTable::resize(int columns, int rows) {
     const auto before = grid_.widths.size();
     grid_.widths.resize(static_cast<std::size_t>(model_.columns()) + 1);
     for (auto i = before; i < grid_.widths.size(); ++i) grid_.widths[i] = textWidth(usualText) + widthMargin;
+    if (grid_.rows == 0 && active_.row > 0) awaited_ = active_;
+    if (grid_.rows > 0 && awaited_.row > 0) active_ = std::exchange(awaited_, {});
     if (active_.row > grid_.rows || active_.column > grid_.columns()) active_ = {};
     arrange();
 }
@@ -260,6 +263,7 @@ void zTable::setActiveCell(zTableLoc location) {
     if (location.row < 0 || location.row > grid_.rows || location.column < 0 ||
         location.column > grid_.columns())
         location = {};
+    awaited_ = {};
     if (location == active_) return;
     changedRow(active_.row);
     active_ = location;

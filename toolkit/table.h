@@ -79,6 +79,7 @@ class zTable : public zControl {
     zTableModel model_;
     zTableGrid grid_;
     zTableLoc active_;
+    zTableLoc awaited_;  // the active cell of a table that has lost all its rows
     zAlign align_ = zAlign::right;
     bool numbered_ = false;
     bool focused_ = false;

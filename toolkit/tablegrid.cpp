@@ -6,7 +6,7 @@
 void zTableGrid::setView(int width, int height) {
     viewWidth_ = width;
     viewHeight_ = height;
-    scrollTo(firstRow_, left_);
+    if (rows > 0) scrollTo(firstRow_, left_);
 }
 
 void zTableGrid::scrollTo(int firstRow, int left) {

@@ -18,7 +18,7 @@ class zTableGrid {
     int height() const { return viewHeight_; }
     int columns() const { return static_cast<int>(widths.size()) - 1; }
 
-    // The canvas. Scrolling stays within what there is.
+    // The canvas. Scrolling stays within what there is; a table without rows keeps the place for those that come back.
     void setView(int width, int height);
     void scrollTo(int firstRow, int left);
     int firstRow() const { return firstRow_; }  // the row below the labels, from 1

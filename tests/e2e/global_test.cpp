@@ -2,6 +2,7 @@
 
 #include "app/routine.h"
 #include "tests/e2e/configurationtest.h"
+#include "toolkit/fonts.h"
 #include "ui/global/globlids.h"
 
 #include <Xm/ToggleB.h>
@@ -120,6 +121,14 @@ TEST_F(GlobalTest, TracesAreSwitchedAllTogetherWhenABoxWasClicked) {
         press(globalOkBTN);
     });
     EXPECT_EQ(told().size(), 3U) << "a refused one does not hold the others up";
+
+    simulator->ctl("fault trace.set every silent");
+    global([&] {
+        turnTo("debuggingPage");
+        press(signalingCB);
+        press(globalOkBTN);
+    });
+    EXPECT_EQ(told().size(), 1U) << "one that is not answered does";
 }
 
 TEST_F(GlobalTest, OthersThanRootAndARunWithoutADriverSendNothing) {
@@ -152,18 +161,22 @@ TEST_F(GlobalTest, ChosenFontsReachTheTablesMadeLater) {
         usual = table().textHeight();
         press(cancelBTN);
     });
+    const std::vector<std::string> families = zFontFamilies();
+    const std::string next = *(std::ranges::find(families, "Liberation Sans") + 1);
     for (const char* way : {"Escape", "Return"}) {
         global([&] {
             inDialog("Table Font", [&] {
                 lookAt("fonts");
                 pickLine(801, 8);  // 18 point
+                user->key("Tab", "Shift_L");
+                user->key("Down");
                 user->key(way);
                 lookAt("applicationPage");
             });
             press(fontBTN);
             press(globalOkBTN);
         });
-        EXPECT_EQ(tblFontSpec, *way == 'E' ? "" : "Liberation Sans:size=18");
+        EXPECT_EQ(tblFontSpec, *way == 'E' ? "" : next + ":size=18");
     }
     configure([&] {
         EXPECT_GT(table().textHeight(), usual + 5);

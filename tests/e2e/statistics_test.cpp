@@ -124,6 +124,16 @@ TEST_F(StatisticsTest, DialogsStayWithTheirAdapterAndHaveBaselinesOfTheirOwn) {
     expectLooks("rxPackets=5");  // the baseline stays with the page
 }
 
+TEST_F(StatisticsTest, ADriverThatGivesNoFurtherChannelIsAskedThroughTheMainWindows) {
+    start({"--frozen", "--adapters", "1,2"}, {"set sig 1 saal 9"});
+    for (const char* fault : {"open every errno EBUSY", "clear"}) {
+        ctl(std::string("fault ") + fault);
+        openDialog();
+        EXPECT_EQ(look("saal"), "Data transfer ready") << fault;
+        press("close");
+    }
+}
+
 TEST_F(StatisticsTest, WithoutADriverThePagesKeepTheTextsOfTheirLayouts) {
     openWindow();
     dlgTitle = std::string(100, 'x');
@@ -221,8 +231,8 @@ TEST_F(StatisticsTest, ColumnsHaveRoomForTheLargestNumbersAndTheLongestTexts) {
 
 TEST_F(StatisticsTest, ASilentDriverCostsOneWaitAndTicksDoNotPileUp) {
     start({"--frozen", "--adapters", "1,2"}, {"set sig 1 saal 9"});
-    ctl("fault sig.link every silent; fault adapter.suni every silent; fault lec.state every silent; "
-        "fault les.state every silent; fault lecs.state every silent; fault ip.state every silent");
+    ctl("fault vc.table every silent; fault adapter.suni every silent; fault lec.rows every silent; "
+        "fault les.state every silent; fault lecs.state every silent; fault ip.rows every silent");
     const auto seconds = [begin = std::chrono::steady_clock::now()] {
         return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
     };
@@ -230,10 +240,9 @@ TEST_F(StatisticsTest, ASilentDriverCostsOneWaitAndTicksDoNotPileUp) {
     openDialog();
     EXPECT_GT(seconds(), 14);
     EXPECT_LT(seconds(), 29) << "only one page has waited";
-    expectLooks("saalLamp=greyed; saal=Outgoing disconnection pending");
-    ctl("fault clear; fault sig.link nth 1 silent");  // and the first tick waits
-    ASSERT_TRUE(user->until([this] { return look("saal") == "Data transfer ready"; }, 40));
-    EXPECT_EQ(look("saalLamp"), "lit");
+    expectLooks("saalLamp=lit; saal=Data transfer ready");
+    ctl("set sig 1 saal 3; fault clear; fault sig.link nth 1 silent");  // and the first tick waits
+    ASSERT_TRUE(user->until([this] { return look("saal") == "Outgoing disconnection pending"; }, 40));
     timerTime = 60000;
     turnTo("aal5Stats");
     EXPECT_EQ(look("sonet*title"), "OC3c MM") << "at once: it has never been filled";
@@ -505,6 +514,12 @@ TEST_F(StatisticsTest, ALecShowsWhatTheDriverSays) {
     set("lec 1.1", "controlDirectVci 0; row 1 txPackets 76");
     expectCell("lecTable", 3, 1, "6");
     EXPECT_EQ(cell("lesBusTable", 1, 1), "  0/  32");
+    // A circuit that the driver has no more leaves its counters.
+    set("lec 1.1", "controlDirectVci 32; row 1 txPackets 77");
+    ctl("set vc 1 row 58 vci 31; set vc 1 row 58 txPackets 5");
+    expectCell("lecTable", 3, 1, "7");
+    EXPECT_EQ(cell("lesBusTable", 2, 1), "1001");
+    set("lec 1.1", "controlDirectVci 0");
     for (const int state : {5, 6}) {
         set("lec 1.1", fmt::format("state {}", state));
         expectRows("lesBusTable", state == 6 ? 4 : 0);

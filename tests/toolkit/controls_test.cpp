@@ -13,6 +13,8 @@
 #include "toolkit/timer.h"
 
 #include <Xm/Xm.h>
+#include <chrono>
+#include <thread>
 
 namespace {
 
@@ -269,6 +271,28 @@ TEST_F(ControlsTest, ATimerTicksUntilItIsDestroyedEvenByItself) {
     EXPECT_TRUE(user.until([&] { return !timer; }));
     user.until([] { return false; }, 0.1);
     EXPECT_EQ(ticks, 3);
+}
+
+TEST_F(ControlsTest, WindowsComeBeforeTimersOfWhichOneIsAlwaysDue) {
+    bool done = false, heard = false;
+    int ticks = 0;
+    const auto slow = [&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        if (++ticks == 100) done = true;
+    };
+    const zTimer one(application, 5, slow), two(application, 5, slow);
+    Display* display = XtDisplay(window.shell());
+    window.onClose = [&] { heard = done = true; };
+    XEvent close{};
+    close.xclient.type = ClientMessage;
+    close.xclient.window = XtWindow(window.shell());
+    close.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", False);
+    close.xclient.format = 32;
+    close.xclient.data.l[0] = static_cast<long>(XInternAtom(display, "WM_DELETE_WINDOW", False));
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    XSendEvent(display, close.xclient.window, False, NoEventMask, &close);
+    application.runUntil(done);
+    EXPECT_TRUE(heard);
 }
 
 }  // namespace

@@ -59,7 +59,16 @@ void DGlobalDlg::switchTraces() {
                     "Insufficient Privileges.\nUnable to Modify Signalling Parameters!", "Privilege Error");
         return;
     }
-    traces_->switchTrace(TraceControl::accessInterface, ApiDbgCB != 0);
-    traces_->switchTrace(TraceControl::signalling, SignalingDbgCB != 0);
-    traces_->switchTrace(TraceControl::ilmi, IlmiDbgCB != 0);
+    const struct {
+        TraceControl::Component component;
+        int on;
+    } traces[] = {{TraceControl::accessInterface, ApiDbgCB},
+                  {TraceControl::signalling, SignalingDbgCB},
+                  {TraceControl::ilmi, IlmiDbgCB}};
+    setCursor(zWatchCursor);
+    for (const auto& trace : traces) {
+        traces_->switchTrace(trace.component, trace.on != 0);
+        if (traces_->timedOut()) break;  // each vain wait takes many seconds
+    }
+    setCursor(zArrowCursor);
 }

@@ -46,7 +46,7 @@ constexpr struct {
 DStatsDlgAAL5PG::DStatsDlgAAL5PG(StatsSource& source)
     : StatsPage(source, aal5StatsLayout), query_(source.query<aalInfo>()), counters_(board(), counters) {
     for (const auto& lamp : lamps) lamps_.emplace_back(board().control<zLamp>(lamp.name));
-    fillOnce(source, query_.get());
+    fillOnce(source);
 }
 
 void DStatsDlgAAL5PG::UpdateDisplay(int index, bool clear) {
@@ -54,8 +54,8 @@ void DStatsDlgAAL5PG::UpdateDisplay(int index, bool clear) {
     if (alarms_) {
         if (const SuniStatsView reply = query_->GetSuniStats())
             showAlarms(reply);
-        else if (query_->timedOut())
-            return;  // one vain wait is enough
+        else if (waited())
+            return;
     }
     if (const AalStatsView reply = query_->GetAalStats()) counters_.show(reply, clear);
 }

@@ -44,7 +44,7 @@ bool IP1577PGConnectionTBL::UpdateDisplay(int index, bool clear) {
 DStatsDlgIP1577PG::DStatsDlgIP1577PG(StatsSource& source)
     : StatsPage(source, ip1577StatsLayout), query_(source.query<ip1577Info>()), fields_(board(), fields),
       lamp_(board().control<zLamp>("stateLamp")), table_(board().control<zTable>("connectionTable"), source) {
-    fillOnce(source, query_.get());
+    fillOnce(source);
 }
 
 void DStatsDlgIP1577PG::refresh(bool clear) {

@@ -26,7 +26,7 @@ constexpr StatsField<Stats> fields[] = {
 DStatsDlgLECSPG::DStatsDlgLECSPG(StatsSource& source)
     : StatsPage(source, lecsStatsLayout), query_(source.query<lecsInfo>()), fields_(board(), fields),
       lamp_(board().control<zLamp>("stateLamp")), registered_(board().control<zLamp>("regLamp")) {
-    fillOnce(source, query_.get());
+    fillOnce(source);
 }
 
 bool DStatsDlgLECSPG::UpdateDisplay(int index, bool clear) {

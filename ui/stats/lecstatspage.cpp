@@ -81,14 +81,13 @@ DStatsDlgLECPG::DStatsDlgLECPG(StatsSource& source)
       lesBusTable_(board().control<zTable>("lesBusTable"), source),
       lecTable_(board().control<zTable>("lecTable"), source) {
     board().control<zTabStrip>("lecTabs").onSelect = [this](int lec) { selChangeLecTB(lec); };
-    fillOnce(source, query_.get());
+    fillOnce(source);
 }
 
 void DStatsDlgLECPG::refresh(bool clear) {
     const int result = UpdateDisplay(lec_);
-    if (result == 0 || !lecTable_.UpdateDisplay(lec_, clear)) lecTable_.empty();
-    // What has just been asked in vain is not asked again: each wait takes many seconds.
-    if (result != 2 || query_->timedOut() || !lesBusTable_.UpdateDisplay(lec_, clear)) lesBusTable_.empty();
+    if (result == 0 || waited() || !lecTable_.UpdateDisplay(lec_, clear)) lecTable_.empty();
+    if (result != 2 || waited() || !lesBusTable_.UpdateDisplay(lec_, clear)) lesBusTable_.empty();
 }
 
 int DStatsDlgLECPG::UpdateDisplay(int lec) {

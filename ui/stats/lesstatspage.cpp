@@ -50,7 +50,7 @@ DStatsDlgLESPG::DStatsDlgLESPG(StatsSource& source)
     : StatsPage(source, lesStatsLayout), query_(source.query<lesInfo>()), fields_(board(), fields),
       lamp_(board().control<zLamp>("stateLamp")), table_(board().control<zTable>("clientTable"), source) {
     board().control<zTabStrip>("lesTabs").onSelect = [this](int les) { selChangeLesTB(les); };
-    fillOnce(source, query_.get());
+    fillOnce(source);
 }
 
 void DStatsDlgLESPG::refresh(bool clear) {

@@ -67,13 +67,13 @@ DStatsDlgSignallingPG::DStatsDlgSignallingPG(StatsSource& source)
       states_(board(), stateFields), address_(board(), addressFields),
       table_(board().control<zTable>("signallingTable"), source) {
     for (const auto& lamp : lamps) lamps_.emplace_back(board().control<zLamp>(lamp.name));
-    fillOnce(source, query_.get());
+    fillOnce(source);
 }
 
 void DStatsDlgSignallingPG::refresh(bool clear) {
     if (!clear) {
         UpdateDisplay(0);
-        if (query_->timedOut()) return;  // one vain wait is enough
+        if (waited()) return;
     }
     table_.UpdateDisplay(0, clear);
 }

@@ -59,7 +59,9 @@ constexpr struct {
 
 DStatsDlg::DStatsDlg(zWindow& parent) : zFormDialog(parent.application(), dialogLayout) {
     parent.setCursor(zWatchCursor);
-    if (!ioctlDesc || dai_open(0, O_RDONLY, channel_) != 0) channel_ = 0;
+    // A driver that gives no further channel has at least that of the main window, which stays open for longer.
+    ownChannel_ = ioctlDesc && dai_open(0, O_RDONLY, channel_) == 0;
+    if (!ownChannel_) channel_ = ioctlDesc;
     auto& notebook = board().control<zNotebook>("pages");
     StatsSource source{application(), notebook, channel_, static_cast<std::uint8_t>(currentAdapter)};
     for (const auto& page : pages)
@@ -77,7 +79,7 @@ DStatsDlg::DStatsDlg(zWindow& parent) : zFormDialog(parent.application(), dialog
 
 DStatsDlg::~DStatsDlg() {
     pages_.clear();
-    if (channel_) dai_close(0, channel_);
+    if (ownChannel_) dai_close(0, channel_);
 }
 
 void DStatsDlg::selChangeTB(int position) {

@@ -29,6 +29,7 @@ class DStatsDlg : public zFormDialog {
     void selChangeTB(int position);
 
     int channel_ = 0;
+    bool ownChannel_ = false;
     std::vector<std::unique_ptr<StatsPage>> pages_;  // by tab
     StatsPage* current_ = nullptr;                   // whose timer runs
 };

@@ -45,12 +45,15 @@ class StatsPage : public TimerPage {
 
     virtual void refresh(bool clear) = 0;
 
+    // A request of this refresh has been waited for in vain. Each takes many seconds: the others are not made then.
+    bool waited() const { return reqParam::unanswered() != unanswered_; }
+
     // To be called at the end of the constructor: fills the page for the first time. Where the driver has been
-    // silent for another page this one waits until it is on top: each vain request takes many seconds.
-    void fillOnce(StatsSource& source, const reqParam* query) {
+    // silent for another page this one waits until it is on top.
+    void fillOnce(StatsSource& source) {
         if (source.silent) return;
         Update();
-        source.silent = query && query->timedOut();
+        source.silent = open_ && waited();
     }
 
     zBoard& board() const { return board_; }
@@ -59,10 +62,12 @@ class StatsPage : public TimerPage {
     void refreshIfOpen(bool clear) {
         if (!open_) return;
         filled_ = true;
+        unanswered_ = reqParam::unanswered();
         refresh(clear);
     }
 
     zBoard& board_;
     bool open_;
     bool filled_ = false;
+    unsigned long unanswered_ = 0;  // when the refresh began
 };
