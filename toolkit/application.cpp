@@ -120,17 +120,17 @@ int zApplication::run() {
 }
 
 void zApplication::runUntil(const bool& done) {
-    while (!done && !ending_) handleNext(XtAppPending(connection_->context));
+    while (!done && !ending_) {
+        // The library takes timers first, and where ticks take as long as their periods one of them is always due.
+        const XtInputMask others = ticked_ ? XtAppPending(connection_->context) & ~XtIMTimer : 0;
+        ticked_ = others != 0;
+        XtAppProcessEvent(connection_->context, others ? others : XtIMAll);
+    }
 }
 
 void zApplication::handlePending() {
-    while (const XtInputMask kinds = XtAppPending(connection_->context)) handleNext(kinds);
-}
-
-// The library takes timers first, and where ticks take as long as their periods one of them is always due.
-void zApplication::handleNext(unsigned long pending) {
-    const XtInputMask allButTimers = pending & ~XtIMTimer;
-    XtAppProcessEvent(connection_->context, allButTimers ? allButTimers : XtIMAll);
+    while (const XtInputMask kinds = XtAppPending(connection_->context))
+        XtAppProcessEvent(connection_->context, kinds);
 }
 
 void zApplication::quit() {

@@ -36,6 +36,9 @@ class zApplication {
     // Handles what is waiting, without waiting for more.
     void handlePending();
 
+    // A timer has ticked: what has come meanwhile goes before the next one.
+    void ticked() { ticked_ = true; }
+
     // What has to be tidied up when the run ends without quit(). Called once, with no X call allowed.
     std::function<void()> onAbort;
 
@@ -48,7 +51,6 @@ class zApplication {
   private:
     struct Connection;
 
-    void handleNext(unsigned long pending);
     void stoppedBySignal(int number);
 
     std::string programName_;
@@ -57,5 +59,6 @@ class zApplication {
     const char* const* fallbacks_;
     std::unique_ptr<Connection> connection_;
     bool ending_ = false;
+    bool ticked_ = false;
     int status_ = 0;
 };

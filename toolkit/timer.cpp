@@ -19,6 +19,7 @@ void zTimer::start() {
         timer->id_ = 0;
         const std::weak_ptr<bool> alive = timer->alive_;
         const auto tick = timer->tick_;
+        timer->application_.ticked();
         tick();
         if (!alive.expired()) timer->start();
     };
