@@ -144,12 +144,3 @@ TEST(Queries, SignallingKeepsTheBufferItWasMadeWith) {
     EXPECT_EQ(info.capacity(), 76U);
     EXPECT_EQ(log.take().find("Realloc"), std::string::npos);
 }
-
-TEST(Queries, NoChannelNoCall) {
-    ScriptedDriver driver;
-    Services services(0);
-    EXPECT_FALSE(services.aal.GetBoardState());
-    EXPECT_EQ(services.aal.header().Resp, 201);
-    EXPECT_FALSE(services.lec.GetEntireTable());
-    EXPECT_TRUE(driver.requests().empty());
-}

@@ -29,6 +29,7 @@ TEST_F(ConfigurationTest, OneChangedClientIsRestartedWithItsPvcsAndSaved) {
         choose(600, "Down");
         EXPECT_EQ(shownItem(600), "4544");
         EXPECT_EQ(text(602), "4544") << "follows the larger ELAN MTU";
+        EXPECT_FALSE(user->widget("lesPage") || user->widget("lecsPage")) << "those are advanced";
         cursorInside = window->cursor();
         press(okBTN);
     });

@@ -165,14 +165,6 @@ class ConfigurationTest : public ProgramTest {
         EXPECT_EQ(table().activeCell().row, row);
     }
 
-    // Fills the PVC sub-dialog when it comes up and presses OK.
-    void inPvcDialog(const std::string& mac, const std::string& vci) {
-        inDialog("PVC Settings", [=, this] {
-            enter(671, mac);
-            enter(703, vci);
-            press(706);
-        });
-    }
     // Does the steps in the sub-dialog with this board name when it comes up.
     void inSubDialog(const std::string& title, const std::string& board, const std::function<void()>& steps) {
         inDialog(title, [=, this] {

@@ -25,25 +25,6 @@ class PagesTest : public ConfigurationTest {
     bool on(int id) { return XmToggleButtonGetState(named(id)); }
 };
 
-TEST_F(PagesTest, AdvancedModeHasTwoMorePages) {
-    for (const bool advanced : {false, true}) {
-        start({"--frozen", "--adapters", "1,2"});
-        advSettings = advanced;
-        Names tabs;
-        ProgramTest::configure([&] {
-            const Widget book = user->widget("id100");
-            for (int i = 0; const Widget sheet = XmTabStackIndexToWidget(book, i); ++i) {
-                tabs.emplace_back(XtName(sheet));
-                if (i == 9) break;
-            }
-            user->key("Escape");
-        });
-        EXPECT_EQ(tabs, advanced ? (Names{"signalPage", "lecPage", "lesPage", "lecsPage", "ip1577Page"})
-                                 : (Names{"signalPage", "lecPage", "ip1577Page"}));
-        window.reset();
-    }
-}
-
 TEST_F(PagesTest, RegistrationGreysThePrefixWhichSurvives) {
     startAdvanced();
     const std::string before = root.read(parameterFile);

@@ -53,24 +53,6 @@ template <typename Buffer, typename Record> Buffer thereAndBack(const Record& re
 constexpr char someAddress[] = "47ABCDEF0123456789abcdef0011223344556677";
 constexpr std::int32_t beyond16Bits = 0x12340001;
 
-// Makes a change to a value, and whether the value then still counts as the same.
-template <typename Buffer> struct Change {
-    const char* field;
-    bool same;
-    void (*make)(Buffer&);
-};
-
-template <typename Buffer, std::size_t count, typename Same>
-void expectChanges(const Change<Buffer> (&changes)[count], Same same) {
-    EXPECT_TRUE(same(Buffer(), Buffer()));
-    for (const auto& change : changes) {
-        Buffer changed;
-        change.make(changed);
-        EXPECT_EQ(same(changed, Buffer()), change.same) << change.field;
-        EXPECT_EQ(same(Buffer(), changed), change.same) << change.field;
-    }
-}
-
 }  // namespace
 
 TEST(Records, DefaultsInBuffers) {
@@ -194,62 +176,6 @@ TEST(Records, NumbersBeyond16BitsSurviveADialogThatDoesNotChangeThem) {
     record = buffer;
     EXPECT_EQ(std::tie(record.enabled, record.mtuClass, record.l3Mtu),
               std::make_tuple(beyond16Bits, beyond16Bits, -1));
-}
-
-TEST(Buffers, WhatCountsAsAChange) {
-    constexpr auto equal = [](const auto& a, const auto& b) { return a == b; };
-    constexpr auto settings = [](const auto& a, const auto& b) { return sameSettings(a, b); };
-    expectChanges<LECXferBuffer>({{"elanName", false, [](auto& b) { b.elanName = "x"; }},
-                                  {"networkPrefix", false, [](auto& b) { b.networkPrefix = "x"; }},
-                                  {"esiSelector", false, [](auto& b) { b.esiSelector = "x"; }},
-                                  {"macText", true, [](auto& b) { b.macText = "x"; }},
-                                  {"l3Mtu", false, [](auto& b) { b.l3Mtu = 9; }},
-                                  {"useLecs", false, [](auto& b) { b.useLecs = 9; }},
-                                  {"enabled", false, [](auto& b) { b.enabled = 9; }},
-                                  {"pvcOnly", false, [](auto& b) { b.pvcOnly = 9; }},
-                                  {"mtuPosition", false, [](auto& b) { b.mtuPosition = 9; }},
-                                  {"elanType", false, [](auto& b) { b.elanType = 9; }},
-                                  {"pvcs", true, [](auto& b) { b.pvcs.resize(1); }}},
-                                 equal);
-    expectChanges<LESXferBuffer>({{"mtuPosition", false, [](auto& b) { b.mtuPosition = 9; }},
-                                  {"enabled", false, [](auto& b) { b.enabled = 9; }},
-                                  {"strictMtu", false, [](auto& b) { b.strictMtu = 9; }},
-                                  {"strictName", false, [](auto& b) { b.strictName = 9; }},
-                                  {"elanType", false, [](auto& b) { b.elanType = 9; }},
-                                  {"elanName", false, [](auto& b) { b.elanName = "x"; }},
-                                  {"clients", true, [](auto& b) { b.clients.resize(1); }}},
-                                 settings);
-    expectChanges<LECSXferBuffer>({{"etherMtu", false, [](auto& b) { b.etherMtuPosition = 9; }},
-                                   {"tokenRingMtu", false, [](auto& b) { b.tokenRingMtuPosition = 9; }},
-                                   {"enabled", false, [](auto& b) { b.enabled = 9; }},
-                                   {"elanType", false, [](auto& b) { b.elanType = 9; }},
-                                   {"networkPrefix", false, [](auto& b) { b.networkPrefix = "x"; }},
-                                   {"esiSelector", false, [](auto& b) { b.esiSelector = "x"; }}},
-                                  equal);
-    expectChanges<IP1577XferBuffer>({{"enabled", false, [](auto& b) { b.enabled = 9; }},
-                                     {"pvcOnly", false, [](auto& b) { b.pvcOnly = 9; }},
-                                     {"arpServerHere", false, [](auto& b) { b.arpServerHere = 9; }},
-                                     {"networkPrefix", false, [](auto& b) { b.networkPrefix = "x"; }},
-                                     {"esiSelector", false, [](auto& b) { b.esiSelector = "x"; }},
-                                     {"serverIp", false, [](auto& b) { b.serverIp = "x"; }},
-                                     {"ip", false, [](auto& b) { b.ip = "x"; }},
-                                     {"subnetMask", false, [](auto& b) { b.subnetMask = "x"; }},
-                                     {"pvcs", true, [](auto& b) { b.pvcs.resize(1); }}},
-                                    equal);
-    expectChanges<SigXferBuffer>({{"uniPosition", false, [](auto& b) { b.uniPosition = 9; }},
-                                  {"registration", false, [](auto& b) { b.addressRegistration = 9; }},
-                                  {"portChange", false, [](auto& b) { b.portChangeDetect = 9; }},
-                                  {"prefixes", false, [](auto& b) { b.registerOtherPrefixes = 9; }},
-                                  {"networkPrefix", false, [](auto& b) { b.networkPrefix = "x"; }}},
-                                 settings);
-}
-
-TEST(Buffers, ListsAreCopiedByValue) {
-    LECXferBuffer one;
-    one.pvcs.resize(2);
-    LECXferBuffer two = one;
-    two.pvcs[0].vci = 9;
-    EXPECT_EQ(one.pvcs[0].vci, 0);
 }
 
 TEST(Buffers, SignallingAsText) {

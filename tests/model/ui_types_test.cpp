@@ -67,15 +67,6 @@ TEST(MacAddress, SwapAndHash) {
     EXPECT_STREQ(address.GetFMacAddress(), "00:a0:3e:00:00:01");
 }
 
-TEST(Atox, DigitsLettersAndTheRest) {
-    const struct {
-        char c;
-        int value;
-    } cases[] = {{'0', 0},  {'9', 9},  {'a', 10}, {'f', 15}, {'F', 15},
-                 {'g', 16}, {'Z', 35}, {':', -1}, {' ', -1}, {'\xff', -1}};
-    for (const auto& c : cases) EXPECT_EQ(atox(c.c), c.value) << c.c;
-}
-
 TEST(EsiSelector, Texts) {
     const auto value = from<esiSelector>("00:A0:3E:00:00:01-00");
     EXPECT_EQ(value.bytes(), (esiSelector::Bytes{0, 0xa0, 0x3e, 0, 0, 1, 0}));

@@ -1,5 +1,4 @@
 // Requests that change the driver, from literal bytes: what they do, and what is refused with which code.
-#include "config/driverpdf.h"
 #include "rawclient.h"
 #include "tests/support/simulator.h"
 
@@ -361,79 +360,6 @@ TEST(SimChanges, FaultsStrikeByEachName) {
                                     "RowM 0 NRow 0 -> ok, 16 bytes, "
                                     "RowM 0 NRow 0\n  11 00 03 00 00 00 1c 00 1c 00 00 00 00 00 ad de 00 20 "
                                     "40 00 00 ce ce 00 01 00 01 00");
-}
-
-// Everything that a request can set and the files can hold: told to the running driver, and saved for one
-// that is started on the files.
-TEST(SimChanges, ADriverStartedOnTheSavedFilesHasTheSameConfiguration) {
-    Running sim;
-    AtmDevices devices;
-    DriverPdfEdit files(nullptr, false, devices);
-    ASSERT_TRUE(files.ReadPdf());
-    const std::string before = sim.ctl("dump config");
-
-    const std::pair<std::string, std::string> pvcs[] = {{"00204000a301", "2000 01 00 01 00"},
-                                                        {"00204000a302", "8713 00 00 00 00"}};
-    ASSERT_EQ(sim.resp(17, 1, 0, 3, lecData("laboratory-2")), 0);
-    AtmLEC& lec = devices.lec[0][3];
-    lec.enabled = 1;
-    lec.mtuClass = 2;
-    lec.l3Mtu = 4470;
-    lec.elanType = 1;
-    lec.elanName = "laboratory-2";
-    lec.address = "4711223344556677889900aabb00a03e0000f107";
-    ASSERT_EQ(sim.resp(17, 3, 0, 3, pvcs[0].first + pvcs[0].second), 0);
-    ASSERT_EQ(sim.resp(17, 3, 0, 3, pvcs[1].first + pvcs[1].second), 0);
-    lec.pvcs.resize(2);
-    lec.pvcs[0] = {macAddress({0, 0x20, 0x40, 0, 0xa3, 1}), 32, 1, 1, 10};  // the rate is not told
-    lec.pvcs[1] = {macAddress({0, 0x20, 0x40, 0, 0xa3, 2}), 4999, 0, 0, 20};
-    ASSERT_EQ(sim.resp(17, 2, 0, 2), 0);
-    devices.lec[0][2].enabled = 0;
-    devices.lec[0][2].l3Mtu = 9000;  // of a stopped client nothing is told
-
-    ASSERT_EQ(sim.resp(18, 1, 0, 7, lesData("spare")), 0);
-    AtmLES& les = devices.les[0][7];
-    les.enabled = les.strictMtu = les.strictName = 1;
-    les.mtuClass = 3;
-    les.elanType = 0;
-    les.elanName = "spare";
-    les.clients = {esiSelector({0, 0x20, 0x40, 0, 0xf0, 1, 5}), esiSelector({0, 0x20, 0x40, 0, 0xf0, 2, 0})};
-    ASSERT_EQ(sim.resp(18, 2, 0, 1), 0);
-    devices.les[0][1].enabled = 0;
-
-    for (const auto& [type, data] : {std::pair{2, std::string()}, {1, lecsData()}, {5, std::string()}})
-        ASSERT_EQ(sim.resp(19, type, 0, 0, data), 0);
-    for (std::size_t server = 0; server < lesCount; ++server)
-        for (const esiSelector& client : devices.les[0][server].clients)
-            ASSERT_EQ(sim.resp(19, 3, 0, 0,
-                               mapData(fmt::format("{:02x}", fmt::join(client.bytes(), "")),
-                                       fmt::format("{:02x}000000", server))),
-                      0);
-    AtmLECS& lecs = devices.lecs[0];
-    lecs.elanType = 2;
-    lecs.etherMtuClass = 3;
-    lecs.tokenRingMtuClass = 4;
-    lecs.address = lec.address;
-
-    ASSERT_EQ(sim.resp(65, 1, 0, 0, ipData("01")), 0);
-    ASSERT_EQ(sim.resp(65, 4, 0, 0, "c0a80ac9 7700 00 00"), 0);
-    AtmIP1577& ip = devices.ip1577[0];
-    ip.pvcOnly = 1;
-    ip.serverIp = "10.1.2.3";
-    ip.subnetMask = "255.255.0.0";
-    ip.ip = "10.1.2.4";
-    ip.address = lec.address;
-    ip.pvcs.resize(1);
-    ip.pvcs[0] = {ipAddress({192, 168, 10, 201}), 119, 0, 0, 0};
-
-    ASSERT_TRUE(files.WriteLink(0));
-    const std::string told = sim.ctl("dump config");
-    sim.start();
-    EXPECT_EQ(sim.ctl("dump config"), told);
-    EXPECT_NE(told, before);
-    EXPECT_EQ(told.find("9000"), std::string::npos);
-    sim.ctl("clock step 60");
-    EXPECT_EQ(sim.ctl("dump config"), told);  // time is no configuration
 }
 
 // At the start as later: the first one stays.

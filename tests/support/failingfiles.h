@@ -4,6 +4,8 @@
 
 #include "platform/files.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <optional>
 #include <string>
 #include <vector>
@@ -41,32 +43,75 @@ class FailingFiles : public platform::Files {
 
     // The k-th call from now on (counted from 1), of any kind or of one, fails with `error`. Later calls work
     // again, unless `lasting`. A failing close closes all the same, as the system's does.
-    void failAt(int k, int error, std::optional<FileCall> kind = std::nullopt, bool lasting = false);
+    void failAt(int k, int error, std::optional<FileCall> kind = std::nullopt, bool lasting = false) {
+        countdown_ = k;
+        error_ = error;
+        kind_ = kind;
+        lasting_ = lasting;
+        failed_ = false;
+    }
 
     // Every write takes at most so many bytes, as a system may.
     void limitWrites(std::size_t bytes) { writeLimit_ = bytes; }
 
     bool failed() const { return failed_; }
     const std::vector<Call>& calls() const { return calls_; }
-    int count(FileCall kind) const;
+    int count(FileCall kind) const { return static_cast<int>(std::ranges::count(calls_, kind, &Call::kind)); }
 
-    int open(const platform::HostPath& path, int flags, mode_t mode) override;
-    ssize_t read(int descriptor, void* bytes, size_t count) override;
-    ssize_t write(int descriptor, const void* bytes, size_t count) override;
-    off_t seek(int descriptor, off_t offset, int whence) override;
-    int truncate(int descriptor, off_t length) override;
-    int sync(int descriptor) override;
-    int close(int descriptor) override;
-    int status(int descriptor, struct stat& result) override;
-    int status(const platform::HostPath& path, struct stat& result) override;
-    int setMode(int descriptor, mode_t mode) override;
-    int setOwner(int descriptor, uid_t user, gid_t group) override;
-    int rename(const platform::HostPath& from, const platform::HostPath& to) override;
-    int remove(const platform::HostPath& path) override;
-    int resolve(const platform::HostPath& path, platform::HostPath& result) override;
+    int open(const platform::HostPath& path, int flags, mode_t mode) override {
+        return fails(FileCall::open, path.text) ? -1 : real_.open(path, flags, mode);
+    }
+    ssize_t read(int descriptor, void* bytes, size_t count) override {
+        return fails(FileCall::read) ? -1 : real_.read(descriptor, bytes, count);
+    }
+    ssize_t write(int descriptor, const void* bytes, size_t count) override {
+        if (fails(FileCall::write)) return -1;
+        return real_.write(descriptor, bytes, writeLimit_ ? std::min(count, writeLimit_) : count);
+    }
+    off_t seek(int descriptor, off_t offset, int whence) override {
+        return fails(FileCall::seek) ? -1 : real_.seek(descriptor, offset, whence);
+    }
+    int truncate(int descriptor, off_t length) override {
+        return fails(FileCall::truncate) ? -1 : real_.truncate(descriptor, length);
+    }
+    int sync(int descriptor) override { return fails(FileCall::sync) ? -1 : real_.sync(descriptor); }
+    int close(int descriptor) override {
+        const bool bad = fails(FileCall::close);
+        const int result = real_.close(descriptor);
+        if (bad) errno = error_;
+        return bad ? -1 : result;
+    }
+    int status(int descriptor, struct stat& result) override {
+        return fails(FileCall::statusOf) ? -1 : real_.status(descriptor, result);
+    }
+    int status(const platform::HostPath& path, struct stat& result) override {
+        return fails(FileCall::statusAt, path.text) ? -1 : real_.status(path, result);
+    }
+    int setMode(int descriptor, mode_t mode) override {
+        return fails(FileCall::setMode) ? -1 : real_.setMode(descriptor, mode);
+    }
+    int setOwner(int descriptor, uid_t user, gid_t group) override {
+        return fails(FileCall::setOwner) ? -1 : real_.setOwner(descriptor, user, group);
+    }
+    int rename(const platform::HostPath& from, const platform::HostPath& to) override {
+        return fails(FileCall::rename, from.text) ? -1 : real_.rename(from, to);
+    }
+    int remove(const platform::HostPath& path) override {
+        return fails(FileCall::remove, path.text) ? -1 : real_.remove(path);
+    }
+    int resolve(const platform::HostPath& path, platform::HostPath& result) override {
+        return fails(FileCall::resolve, path.text) ? -1 : real_.resolve(path, result);
+    }
 
   private:
-    bool fails(FileCall kind, const std::string& path = {});
+    bool fails(FileCall kind, const std::string& path = {}) {
+        calls_.push_back({kind, path});
+        if (countdown_ == 0 || (kind_ && *kind_ != kind) || (countdown_ > 1 && --countdown_)) return false;
+        if (!lasting_) countdown_ = 0;
+        failed_ = true;
+        errno = error_;
+        return true;
+    }
 
     platform::Files& real_;
     platform::Files* before_;

@@ -1,33 +1,13 @@
 #include "tests/support/scripteddriver.h"
 
-#include "platform/debuglog.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <fmt/format.h>
 #include <gtest/gtest.h>
-#include <sstream>
 
 namespace {
 
 constexpr std::size_t headerSize = 16;
-
-// Lines of 16 bytes of both sides from the first line that differs on, at most four.
-std::string difference(std::span<const std::uint8_t> expected, std::span<const std::uint8_t> actual) {
-    std::string text = fmt::format("expected {} bytes, got {}\n", expected.size(), actual.size());
-    int shown = 0;
-    for (std::size_t at = 0; at < std::max(expected.size(), actual.size()) && shown < 4; at += 16) {
-        const auto line = [at](std::span<const std::uint8_t> bytes) {
-            const std::size_t from = std::min(at, bytes.size());
-            return bytes.subspan(from, std::min<std::size_t>(16, bytes.size() - from));
-        };
-        if (std::ranges::equal(line(expected), line(actual))) continue;
-        text += fmt::format("{:04x} expected {}\n     got      {}\n", at, hexText(line(expected)),
-                            hexText(line(actual)));
-        ++shown;
-    }
-    return text;
-}
 
 int failWith(int error) {
     errno = error;
@@ -50,26 +30,6 @@ std::string hexText(std::span<const std::uint8_t> bytes) {
     return fmt::format("{:02x}", fmt::join(bytes, " "));
 }
 
-Answer& Answer::data(ByteVector bytes) {
-    data_ = std::move(bytes);
-    return *this;
-}
-
-Answer& Answer::header(std::size_t offset, std::uint16_t value) {
-    header_[offset] = value;
-    return *this;
-}
-
-Answer& Answer::error(int number) {
-    error_ = number;
-    return *this;
-}
-
-Answer& Answer::raw(ByteVector bytes) {
-    raw_ = std::move(bytes);
-    return *this;
-}
-
 int Answer::apply(std::span<std::uint8_t> message) const {
     if (error_) return failWith(error_);
     const auto put = [message](std::size_t at, std::span<const std::uint8_t> bytes) {
@@ -77,13 +37,10 @@ int Answer::apply(std::span<std::uint8_t> message) const {
             std::ranges::copy(bytes.first(std::min(bytes.size(), message.size() - at)),
                               message.begin() + static_cast<std::ptrdiff_t>(at));
     };
-    if (raw_) {
-        put(0, *raw_);
-        return 0;
-    }
+    put(raw_ ? 0 : headerSize, data_);
+    if (raw_) return 0;
     for (const auto& [offset, value] : header_)
         put(offset, ByteVector{static_cast<std::uint8_t>(value), static_cast<std::uint8_t>(value >> 8)});
-    put(headerSize, data_);
     return 0;
 }
 
@@ -127,9 +84,7 @@ int ScriptedDriver::control(int descriptor, int request, platform::strioctl& blo
         if (step.request) {
             ByteVector expected = *step.request;
             expected.resize(std::max(expected.size(), message.size()));
-            if (!std::ranges::equal(expected, message))
-                ADD_FAILURE() << "request " << requests_.size()
-                              << " differs: " << difference(expected, message);
+            EXPECT_EQ(hexText(message), hexText(expected)) << "request " << requests_.size();
         }
         return step.answer.apply(message);
     }
@@ -145,22 +100,4 @@ int ScriptedDriver::control(int descriptor, int request, platform::strioctl& blo
 int ScriptedDriver::close(int descriptor) {
     closed_.push_back(descriptor);
     return 0;
-}
-
-struct LogCapture::Text {
-    std::stringbuf buffer;
-};
-
-LogCapture::LogCapture() : text_(std::make_unique<Text>()) {
-    tvlog.divert(&text_->buffer);
-}
-
-LogCapture::~LogCapture() {
-    tvlog.divert(nullptr);
-}
-
-std::string LogCapture::take() {
-    std::string text = text_->buffer.str();
-    text_->buffer.str({});
-    return text;
 }

@@ -11,17 +11,19 @@
 // are answered by `otherwise`, or fail the test.
 #pragma once
 
+#include "platform/debuglog.h"
 #include "platform/device.h"
 
 #include <cstdint>
 #include <deque>
 #include <functional>
 #include <map>
-#include <memory>
 #include <optional>
 #include <span>
+#include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 using ByteVector = std::vector<std::uint8_t>;
@@ -33,15 +35,18 @@ std::string hexText(std::span<const std::uint8_t> bytes);
 // One answer. Unless told otherwise it has Resp 0, the header and the data as they were sent.
 class Answer {
   public:
-    Answer& data(ByteVector bytes);  // may be shorter than what was asked for, or longer: it is then cut
+    Answer& data(ByteVector bytes) {  // may be shorter than what was asked for, or longer: it is then cut
+        return data_ = std::move(bytes), *this;
+    }
     Answer& data(std::string_view hex) { return data(hexBytes(hex)); }
     Answer& rows(std::uint16_t count) { return header(12, count); }   // NRow, true or a lie
     Answer& rowMarker(std::uint16_t row) { return header(10, row); }  // RowM
     Answer& resp(std::uint16_t code) { return header(14, code); }
-    Answer& unanswered() { return resp(0xDEAD); }             // Resp is left as it was sent
-    Answer& header(std::size_t offset, std::uint16_t value);  // any 16-bit header field
-    Answer& error(int number);                                // the call fails with this errno
-    Answer& raw(ByteVector bytes);  // exactly these leading bytes of the message and nothing else
+    Answer& unanswered() { return resp(0xDEAD); }  // Resp is left as it was sent
+    Answer& header(std::size_t offset, std::uint16_t value) { return header_[offset] = value, *this; }
+    Answer& error(int number) { return error_ = number, *this; }  // the call fails with this errno
+    // Exactly these leading bytes of the message and nothing else.
+    Answer& raw(ByteVector bytes) { return data_ = std::move(bytes), raw_ = true, *this; }
 
     // Carries it out on a message. Returns what the call returns.
     int apply(std::span<std::uint8_t> message) const;
@@ -49,7 +54,7 @@ class Answer {
   private:
     std::map<std::size_t, std::uint16_t> header_{{14, 0}};
     ByteVector data_;
-    std::optional<ByteVector> raw_;
+    bool raw_ = false;
     int error_ = 0;
 };
 
@@ -104,15 +109,18 @@ class ScriptedDriver : public platform::Device {
 // What is written to the debug log while it lives.
 class LogCapture {
   public:
-    LogCapture();
-    ~LogCapture();
+    LogCapture() { tvlog.divert(&buffer_); }
+    ~LogCapture() { tvlog.divert(nullptr); }
     LogCapture(const LogCapture&) = delete;
     LogCapture& operator=(const LogCapture&) = delete;
 
     // The text since the last call.
-    std::string take();
+    std::string take() {
+        const std::string text = buffer_.str();
+        buffer_.str({});
+        return text;
+    }
 
   private:
-    struct Text;
-    std::unique_ptr<Text> text_;
+    std::stringbuf buffer_;
 };

@@ -85,11 +85,6 @@ class ControlsTest : public testing::Test {
         for (const char* name : names) user.key(name);
         user.settle();
     }
-    Widget focused() { return XmGetFocusWidget(window.shell()); }
-    bool isIn(Widget inner, Widget outer) {
-        while (inner && inner != outer) inner = XtParent(inner);
-        return inner != nullptr;
-    }
 };
 
 // What the user did not change stays, whether the control can show it or not.
@@ -150,20 +145,6 @@ TEST_F(ControlsTest, ReturnAndEscapeAreTheWindowsButtonsFromEveryControl) {
     EXPECT_EQ(control<zEdit>(28).text(), "x");
 }
 
-TEST_F(ControlsTest, TabGoesThroughTheControlsInTheirOrderAndPassesGreyedOnes) {
-    control<zEdit>(22).enable(false);
-    user.click(control<zEdit>(21).widget());
-    for (const int id : {23, 24, 25, 26, 28}) {
-        keys({"Tab"});
-        EXPECT_TRUE(isIn(focused(), page.control<zControl>(id).outermost())) << id;
-    }
-    for (const int id : {11, 12, 10}) {
-        keys({"Tab"});
-        EXPECT_TRUE(isIn(focused(), window.control<zControl>(id).outermost())) << id;
-    }
-    EXPECT_FALSE(isIn(focused(), other.widget()));
-}
-
 TEST_F(ControlsTest, ADropDownTellsEachChoiceOnce) {
     auto& list = control<zDropDown>(23);
     list.onSelect = [&] { log += std::to_string(list.selected()) + ' '; };
@@ -175,14 +156,6 @@ TEST_F(ControlsTest, ADropDownTellsEachChoiceOnce) {
     EXPECT_EQ(log, "1 ");
     page.store();
     EXPECT_EQ(variables.item, 1);
-}
-
-TEST_F(ControlsTest, ARadioGroupTellsOnlyAnotherChoice) {
-    auto& group = page.group(26);
-    group.onChoose = [&](int id) { log += std::to_string(id) + ' '; };
-    for (const int id : {26, 25, 25, 26}) user.click(control<zRadioButton>(id).widget());
-    EXPECT_EQ(log, "25 26 ");
-    EXPECT_EQ(group.chosen(), 26);
 }
 
 TEST_F(ControlsTest, TabsTellWhatTheUserSelects) {
@@ -215,51 +188,6 @@ TEST_F(ControlsTest, ALampCannotBePressed) {
     const unsigned long before = NextRequest(display);
     lamp.check(true);
     EXPECT_EQ(NextRequest(display), before);
-}
-
-TEST_F(ControlsTest, RulesEnableByConditions) {
-    constexpr zEnableRow rules[] = {{21, 1}, {22, 3}, {23, 2}};
-    for (const unsigned conditions : {0U, 1U, 2U, 3U}) {
-        page.enable(rules, conditions);
-        EXPECT_EQ(page.control<zControl>(21).enabled(), (conditions & 1) != 0);
-        EXPECT_EQ(page.control<zControl>(22).enabled(), conditions == 3);
-        EXPECT_EQ(page.control<zControl>(23).enabled(), (conditions & 2) != 0);
-    }
-}
-
-TEST_F(ControlsTest, ADialogHoldsOtherWindowsBackUntilItEnds) {
-    class Dialog : public zFormDialog {
-      public:
-        explicit Dialog(zWindow& parent) : zFormDialog(parent, otherLayout) {}
-    } dialog(window);
-    bool closed = false;
-    user.when([&] { return user.shellTitled("Other") != nullptr; },
-              [&] {
-                  user.click(window.control<zBitmapButton>(11).widget());
-                  closed = true;
-                  dialog.endModal();
-              });
-    dialog.runModal();
-    EXPECT_TRUE(closed);
-    EXPECT_EQ(log, "");
-    EXPECT_EQ(user.shellTitled("Other"), nullptr);
-    user.click(window.control<zBitmapButton>(11).widget());
-    EXPECT_EQ(log, "ok ");
-}
-
-TEST_F(ControlsTest, AQuestionIsAnsweredByKeys) {
-    const struct {
-        const char* key;
-        bool agreed;
-    } answers[] = {{"Return", true}, {"Escape", false}};
-    for (const auto& [key, agreed] : answers) {
-        user.when([&] { return user.shellTitled("Question") != nullptr; },
-                  [&, name = key] {
-                      user.focus(user.shellTitled("Question"));
-                      user.key(name);
-                  });
-        EXPECT_EQ(zQuestionBox(application, window.shell(), "Really?", "Question"), agreed);
-    }
 }
 
 TEST_F(ControlsTest, ATimerTicksUntilItIsDestroyedEvenByItself) {
