@@ -11,7 +11,6 @@
 #include <Xm/List.h>
 #include <Xm/TabBox.h>
 #include <Xm/TabStack.h>
-#include <Xm/TextF.h>
 #include <chrono>
 #include <sstream>
 #include <string>
@@ -98,12 +97,7 @@ class ConfigurationTest : public ProgramTest {
     void press(int id) { user->click(named(id)); }
     bool usable(int id) { return XtIsSensitive(named(id)); }
 
-    std::string text(int id) {
-        char* held = XmTextFieldGetString(named(id));
-        std::string value = held;
-        XtFree(held);
-        return value;
-    }
+    std::string text(int id) { return XUser::textOf(named(id)); }
     // Replaces what stands in a field, as a user does.
     void enter(int id, const std::string& value) {
         press(id);
@@ -115,12 +109,7 @@ class ConfigurationTest : public ProgramTest {
         XmProcessTraversal(named(id), XmTRAVERSE_CURRENT);
         user->key(key);
     }
-    std::string shownItem(int id) {
-        char* held = XmTextFieldGetString(XtNameToWidget(named(id), "*Text"));
-        std::string value = held;
-        XtFree(held);
-        return value;
-    }
+    std::string shownItem(int id) { return XUser::textOf(XtNameToWidget(named(id), "*Text")); }
     void tab(int number, int strip = lecTB) {  // "LEC 1" is 1
         user->clickAt(named(strip), 64 * number - 35, 15);
     }

@@ -8,6 +8,7 @@
 #include "ui/config/siglayout.h"
 
 #include <Xm/ComboBox.h>
+#include <Xm/TextF.h>
 #include <Xm/ToggleB.h>
 #include <fmt/format.h>
 #include <fstream>

@@ -87,13 +87,7 @@ class StatisticsTest : public ProgramTest {
         const Widget control = onPage(name);
         if (XmIsToggleButton(control))
             return !XtIsSensitive(control) ? "greyed" : XmToggleButtonGetState(control) ? "lit" : "unlit";
-        if (XmIsTextField(control)) {
-            char* held = XmTextFieldGetString(control);
-            std::string text = held;
-            XtFree(held);
-            return text;
-        }
-        return XUser::labelOf(control);
+        return XmIsTextField(control) ? XUser::textOf(control) : XUser::labelOf(control);
     }
     // Every control looks so at the next ticks: "mtu=1516; stateLamp=lit".
     void expectLooks(const std::string& looks) {

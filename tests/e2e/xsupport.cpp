@@ -5,6 +5,7 @@
 #include <X11/StringDefs.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
+#include <Xm/TextF.h>
 #include <Xm/Xm.h>
 #include <chrono>
 #include <csignal>
@@ -225,6 +226,13 @@ std::vector<std::string> XUser::cutTexts(zTable& table) {
             if (table.textWidth(table.text({column, row})) + margins > table.columnWidth(column))
                 texts.push_back(table.text({column, row}));
     return texts;
+}
+
+std::string XUser::textOf(Widget field) {
+    char* held = XmTextFieldGetString(field);
+    std::string text = held;
+    XtFree(held);
+    return text;
 }
 
 std::string XUser::tooltipOf(Widget control) {

@@ -1,6 +1,5 @@
 // Requests that change the driver, from literal bytes: what they do, and what is refused with which code.
-#include "rawclient.h"
-#include "tests/support/simulator.h"
+#include "running.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
@@ -8,21 +7,14 @@
 
 namespace {
 
-struct Running {
-    TempRoot root;
-    std::optional<Simulator> simulator;
+struct Changed : Running {
     std::optional<RawClient> client;
-    explicit Running(const std::vector<std::string>& options = {"--frozen"}) {
-        writeSampleConfiguration(root);
-        start(options);
-    }
-    void start(const std::vector<std::string>& options = {"--frozen"}) {
-        client.reset();
+    explicit Changed(const std::vector<std::string>& options = {"--frozen"})
+        : Running(options), client(std::in_place, node(), 2) {}
+    void startAgain() {
         simulator.reset();
-        simulator.emplace(options);
-        client.emplace(root.at("/dev/li").string(), 2);
+        simulator.emplace();
     }
-    std::string ctl(std::string_view line) const { return simulator->ctl(line); }
 
     // The values that stand behind "state" or "config" and this place, a blank between them.
     std::string values(std::initializer_list<std::string_view> places) const {
@@ -100,7 +92,7 @@ std::string ipData(std::string_view pvcOnly = "00") {
 // The sample's adapter 1: LEC 1 with PVCs 100 (00204000a101) and 101 (00204000a102), LEC 4 and LES 4 not
 // enabled, Classical IP with PVC 120 (192.168.10.200), LECS running.
 TEST(SimChanges, EachRefusalHasItsCodeAndChangesNothing) {
-    Running sim({"--frozen", "--adapters", "1-2"});
+    Changed sim({"--frozen", "--adapters", "1-2"});
     sim.ctl("clock step 10");
     const std::string zeros(2 * 12, '0');
     const struct {
@@ -172,7 +164,7 @@ TEST(SimChanges, EachRefusalHasItsCodeAndChangesNothing) {
 }
 
 TEST(SimChanges, OnlyTheRightLengthsAreTaken) {
-    Running sim;
+    Changed sim;
     const std::string before = sim.ctl("dump");
     const struct {
         int prim, types, size, szIO;  // types as hexadecimal digits
@@ -196,7 +188,7 @@ TEST(SimChanges, OnlyTheRightLengthsAreTaken) {
 }
 
 TEST(SimChanges, AClientsLife) {
-    Running sim;
+    Changed sim;
     sim.ctl("clock step 60");
     constexpr char pvc[] = "00204000a301 c800 01 00 01 00";
     const std::string config = lecData("guests");  // the ELAN of LES 3
@@ -238,7 +230,7 @@ TEST(SimChanges, AClientsLife) {
 
 // A change is about the PVC with the VCI, or else the one with the address.
 TEST(SimChanges, PvcsChange) {
-    Running sim;
+    Changed sim;
     const struct {
         int prim, type;
         const char *data, *list;
@@ -264,7 +256,7 @@ TEST(SimChanges, PvcsChange) {
 }
 
 TEST(SimChanges, ServersAndClassicalIp) {
-    Running sim;
+    Changed sim;
     sim.ctl("clock step 60");
     // Stop, load, go, then the mappings.
     ASSERT_EQ(sim.resp(19, 2, 0, 0), 0);
@@ -319,7 +311,7 @@ TEST(SimChanges, ServersAndClassicalIp) {
 
 // The read-only connection carries the trace switch; who may use it is tested with the other privileges.
 TEST(SimChanges, TracesAreSwitched) {
-    Running sim;
+    Changed sim;
     RawClient reader(sim.root.at("/dev/li").string());
     const struct {
         const char* payload;
@@ -338,7 +330,7 @@ TEST(SimChanges, TracesAreSwitched) {
 }
 
 TEST(SimChanges, FaultsStrikeByEachName) {
-    Running sim;
+    Changed sim;
     const struct {
         const char* fault;
         bool done;
@@ -364,7 +356,7 @@ TEST(SimChanges, FaultsStrikeByEachName) {
 
 // At the start as later: the first one stays.
 TEST(SimChanges, WhatFilesHoldTwiceIsLeftOut) {
-    Running sim;
+    Changed sim;
     std::string pvcs;
     for (const auto& [vci, mac] : {std::pair{100, "00204000a301"},
                                    {9000, "00204000a302"},
@@ -374,7 +366,7 @@ TEST(SimChanges, WhatFilesHoldTwiceIsLeftOut) {
     sim.root.write("/etc/atm/pvcconf0.1", pvcs);
     sim.root.write("/etc/atm/pvcconf0.3", pvcs);  // of a client that is not enabled
     sim.root.write("/etc/atm/elan0.2", "00204000c101/00\n00204000f001/00\n");
-    sim.start();
+    sim.startAgain();
     EXPECT_EQ(sim.pvcs("lec 1.1"), "00:20:40:00:a1:01 100 1 1, 00:20:40:00:a1:02 101 1 0");
     EXPECT_EQ(sim.pvcs("lec 1.2"), "00:20:40:00:a3:03 200 1 0");
     EXPECT_EQ(sim.pvcs("lec 1.4"), "");

@@ -1,6 +1,5 @@
 // Injected faults, privilege, and clients that do not keep to the rules.
-#include "rawclient.h"
-#include "tests/support/simulator.h"
+#include "running.h"
 
 #include <chrono>
 #include <functional>
@@ -13,17 +12,6 @@ namespace {
 constexpr char lecState[] = "1400 0100 00 00 2000 1000 0100 0000 adde";
 constexpr char lesState[] = "1500 0100 00 00 1c00 1000 0100 0000 adde";
 constexpr char lecTable[] = "1400 0400 00 00 a000 1000 0100 0200 adde";
-
-struct Running {
-    TempRoot root;
-    std::optional<Simulator> simulator;
-    Running() {
-        writeSampleConfiguration(root);
-        simulator.emplace();
-    }
-    std::string ctl(std::string_view line) const { return simulator->ctl(line); }
-    std::string node() const { return root.at("/dev/li").string(); }
-};
 
 RawBytes ioctlPacket(std::int32_t id, std::string_view header) {
     RawBytes message = hex(header);

@@ -1,6 +1,5 @@
 // Every reply of the simulator, byte by byte, from literal request bytes.
-#include "rawclient.h"
-#include "tests/support/simulator.h"
+#include "running.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
@@ -8,17 +7,6 @@
 #include <sstream>
 
 namespace {
-
-struct Running {
-    TempRoot root;
-    std::optional<Simulator> simulator;
-    explicit Running(const std::vector<std::string>& options = {"--frozen"}) {
-        writeSampleConfiguration(root);
-        simulator.emplace(options);
-    }
-    std::string ctl(std::string_view line) const { return simulator->ctl(line); }
-    std::string node() const { return root.at("/dev/li").string(); }
-};
 
 // The second LEC, LES of the first adapter: Link 0, Unit 1.
 constexpr char lecStateQuery[] = "1400 0100 00 01 2000 1000 0100 0000 adde";

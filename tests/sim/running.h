@@ -1,0 +1,21 @@
+// A simulator on the sample configuration.
+#pragma once
+
+#include "rawclient.h"
+#include "tests/support/simulator.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+struct Running {
+    TempRoot root;
+    std::optional<Simulator> simulator;
+    explicit Running(const std::vector<std::string>& options = {"--frozen"}) {
+        writeSampleConfiguration(root);
+        simulator.emplace(options);
+    }
+    std::string ctl(std::string_view line) const { return simulator->ctl(line); }
+    std::string node() const { return root.at("/dev/li").string(); }
+};
