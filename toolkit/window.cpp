@@ -58,7 +58,9 @@ void zFormDialog::build(const zLayout& layout) {
     XtVaSetValues(shell_, XmNminWidth, size.width, XmNmaxWidth, size.width, XmNminHeight, size.height,
                   XmNmaxHeight, size.height, nullptr);
     const auto closing = [](Widget, XtPointer self, XtPointer) {
-        if (const auto handler = static_cast<zFormDialog*>(self)->onClose) handler();
+        auto* dialog = static_cast<zFormDialog*>(self);
+        if (zHeldBack(dialog->shell())) return;
+        if (const auto handler = dialog->onClose) handler();
     };
     XmAddWMProtocolCallback(shell_, XInternAtom(XtDisplay(shell_), "WM_DELETE_WINDOW", False), closing, this);
 }

@@ -52,14 +52,14 @@ class zFormDialog : public zWindow {
     void show();
 
     // Shows a dialog and returns when endModal was called or the application ends. The other windows take no
-    // input meanwhile. The dialog is then off the screen.
+    // input meanwhile and are not closed. The dialog is then off the screen.
     void runModal();
     void endModal() { done_ = true; }
 
     zBoard& board() const { return *board_; }
     template <typename Kind> Kind& control(int id) const { return board_->control<Kind>(id); }
 
-    // The window manager asks to close the window. Without a handler nothing happens.
+    // The window manager asks to close the window. Without a handler, or under a modal dialog, nothing happens.
     std::function<void()> onClose;
 
   protected:

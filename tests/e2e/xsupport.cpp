@@ -134,6 +134,17 @@ void XUser::focus(Widget shell) {
     settle();
 }
 
+void XUser::askToClose(Widget shell) {
+    XEvent asked{};
+    asked.xclient.type = ClientMessage;
+    asked.xclient.window = XtWindow(shell);
+    asked.xclient.message_type = XInternAtom(display_, "WM_PROTOCOLS", False);
+    asked.xclient.format = 32;
+    asked.xclient.data.l[0] = static_cast<long>(XInternAtom(display_, "WM_DELETE_WINDOW", False));
+    XSendEvent(display_, asked.xclient.window, False, NoEventMask, &asked);
+    XSync(display_, False);
+}
+
 bool XUser::until(const std::function<bool()>& condition, double seconds) const {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
     for (;;) {

@@ -46,6 +46,7 @@ class XUser {
     void key(const char* name, const char* held = nullptr);
     void type(std::string_view text);  // lower case letters, digits, '-' and '.'
     void focus(Widget shell);          // there is no window manager to do it
+    void askToClose(Widget shell);     // as a window manager does; does not settle
 
     // Runs the event loop until the condition holds; false after `seconds`.
     bool until(const std::function<bool()>& condition, double seconds = 10) const;

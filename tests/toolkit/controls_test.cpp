@@ -209,16 +209,9 @@ TEST_F(ControlsTest, WindowsComeBeforeTimersOfWhichOneIsAlwaysDue) {
         if (++ticks == 100) done = true;
     };
     const zTimer one(application, 5, slow), two(application, 5, slow);
-    Display* display = XtDisplay(window.shell());
     window.onClose = [&] { heard = done = true; };
-    XEvent close{};
-    close.xclient.type = ClientMessage;
-    close.xclient.window = XtWindow(window.shell());
-    close.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", False);
-    close.xclient.format = 32;
-    close.xclient.data.l[0] = static_cast<long>(XInternAtom(display, "WM_DELETE_WINDOW", False));
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    XSendEvent(display, close.xclient.window, False, NoEventMask, &close);
+    user.askToClose(window.shell());
     application.runUntil(done);
     EXPECT_TRUE(heard);
 }

@@ -170,6 +170,36 @@ TEST_F(WindowTest, MessageBoxIsModalAndEndsWithOkReturnOrEscape) {
     EXPECT_EQ(clicksBehind, 0);
 }
 
+TEST_F(WindowTest, AWindowUnderAModalOneIsNotClosed) {
+    const zLayout above{.id = 2, .name = "above", .caption = "Above", .width = 90, .height = 90, .rows = {}};
+    int closings = 0;
+    window.onClose = [&] { ++closings; };
+    const auto ask = [&](Widget shell) {
+        user.askToClose(shell);
+        user.settle();
+    };
+    zFormDialog dialog(window, above);
+    const auto shown = [&] { return user.shellTitled("A title") != nullptr; };
+    dialog.onClose = [&] { dialog.endModal(); };
+    user.when([&] { return user.shellTitled("Above") != nullptr; },
+              [&] {
+                  ask(window.shell());
+                  user.when(shown, [&] {
+                      ask(window.shell());
+                      ask(dialog.shell());
+                      EXPECT_TRUE(shown());
+                      ask(user.shellTitled("A title"));
+                  });
+                  zMessageBox(application, dialog.shell(), zMessageStyle::warning, "Text", "A title");
+                  EXPECT_TRUE(user.shellTitled("Above"));
+                  ask(dialog.shell());
+              });
+    dialog.runModal();
+    EXPECT_EQ(closings, 0);
+    ask(window.shell());
+    EXPECT_EQ(closings, 1);
+}
+
 TEST_F(WindowTest, AMissingControlOrAnotherKindIsSaid) {
     EXPECT_THROW(window.control<zEdit>(99), std::logic_error);
     EXPECT_THROW(window.control<zEdit>(14), std::logic_error);
