@@ -4,6 +4,8 @@
 // after it:
 #include <X11/CoreP.h>
 #include <X11/Xft/Xft.h>
+#include <Xm/Protocols.h>
+#include <Xm/VendorS.h>
 #include <Xm/Xm.h>
 #include <algorithm>
 
@@ -42,5 +44,11 @@ void zCentre(Widget shell) {
 
 void zDestroyShell(Widget shell) {
     freeDraws(shell);
+    // Inside a handler the destruction waits for the handler's end. Requests to close that come until then, in a
+    // nested loop, go nowhere.
+    if (XmIsVendorShell(shell)) {
+        Atom closing = XInternAtom(XtDisplay(shell), "WM_DELETE_WINDOW", False);
+        XmRemoveWMProtocols(shell, &closing, 1);
+    }
     XtDestroyWidget(shell);
 }

@@ -12,5 +12,6 @@
 // Puts a realized shell into the middle of its screen.
 void zCentre(Widget shell);
 
-// Destroys a shell with everything below it and gives back what the widget library keeps per window.
+// Destroys a shell with everything below it and gives back what the widget library keeps per window. No request to
+// close it is heard any more.
 void zDestroyShell(Widget shell);

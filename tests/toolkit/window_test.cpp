@@ -200,6 +200,34 @@ TEST_F(WindowTest, AWindowUnderAModalOneIsNotClosed) {
     EXPECT_EQ(closings, 1);
 }
 
+// Inside a handler what has ended is destroyed only after it, and a second request to close can be on its way.
+TEST_F(WindowTest, WhatHasEndedHearsNoLateRequestToClose) {
+    const zLayout above{.id = 2, .name = "above", .caption = "Above", .width = 90, .height = 90, .rows = {}};
+    const auto closeTwice = [&](const char* title) {
+        const auto shown = [&, title] { return user.shellTitled(title) != nullptr; };
+        user.when(shown, [&, title] {
+            const Widget shell = user.shellTitled(title);
+            user.askToClose(shell);
+            user.askToClose(shell);
+        });
+    };
+    int seen = 0;
+    window.control<zBitmapButton>(14).onClick = [&] {
+        closeTwice("Above");
+        auto dialog = std::make_unique<zFormDialog>(window, above);
+        dialog->onClose = [raw = dialog.get()] { raw->endModal(); };
+        dialog->runModal();
+        dialog.reset();
+        for (const char* title : {"First", "Second"}) {
+            closeTwice(title);
+            zMessageBox(application, window.shell(), zMessageStyle::warning, "Text", title);
+            ++seen;
+        }
+    };
+    user.click(user.widget("id14"));
+    EXPECT_EQ(seen, 2);
+}
+
 TEST_F(WindowTest, AMissingControlOrAnotherKindIsSaid) {
     EXPECT_THROW(window.control<zEdit>(99), std::logic_error);
     EXPECT_THROW(window.control<zEdit>(14), std::logic_error);
