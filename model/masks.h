@@ -16,8 +16,8 @@ constexpr char esiSelectorMask[] =
     TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "':'" TV_PAIR "'-'" TV_PAIR;
 constexpr char ipAddressMask[] = "[0-9](3)'.'[0-9](3)'.'[0-9](3)'.'[0-9](3)";
 
-// Characters that a text in the parameter file can have: printable, no comment sign, no brackets.
-constexpr char elanNameMask[] = R"([!-"$-Z\\^-~](31))";
+// Characters that a text in the parameter file can have: from `!` to `z`, no comment sign, no brackets.
+constexpr char elanNameMask[] = R"([!-"$-Z\\^-z](31))";
 
 // Unsigned numbers of up to four digits.
 constexpr char fourDigitsMask[] = "####";
