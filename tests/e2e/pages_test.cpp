@@ -250,6 +250,28 @@ TEST_F(PagesTest, ClientsOfOtherServersAreMovedHere) {
     expectTheFilesHold(dump());
 }
 
+TEST_F(PagesTest, ADriverThatDoesNotAnswerIsNotAskedForEachClientThatMoves) {
+    startAdvanced();
+    simulator->ctl("fault lecs.unmap every errno ETIME");
+    const auto session = [&] {
+        configure(
+            [&] {
+                tab(2, 622);
+                inSubDialog("Insert ELAN Client(s)", "moveClients", [&] {
+                    pickLine(711, 2);
+                    pickLine(711, 3);
+                    press(706);
+                });
+                press(621);
+                EXPECT_EQ(lines(620).size(), 5U);
+                press(cancelBTN);
+            },
+            "lesPage");
+    };
+    EXPECT_EQ(boxesOf(session), Names(4, "ELAN Client Error"));
+    EXPECT_EQ(told(), Names{"lecs.unmap 0"});
+}
+
 TEST_F(PagesTest, ClientsWithoutAClientTableAreNotLostInSilence) {
     std::string file = root.read(parameterFile);
     for (const char* table :

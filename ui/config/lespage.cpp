@@ -11,7 +11,6 @@
 #include "ui/config/listedit.h"
 
 #include <algorithm>
-#include <array>
 
 namespace {
 
@@ -82,21 +81,12 @@ void DConfigDlgLESPG::selChangeLesTB(int next) {
 void DConfigDlgLESPG::UpdateClientLB(int i) {
     std::vector<std::string> lines;
     for (const esiSelector& client : bufferOf(i).clients) lines.push_back(mappingLine(client, true));
-    if (checked(enableCB))
-        for (const ElanClient& client : temporaryClients([i](int les) { return les == i; }))
-            lines.push_back(mappingLine(client.address, false));
+    if (query_ && checked(enableCB))
+        for (const LecsRowView row : query_->GetEntireTable())
+            if (row.kind() == LecsRowView::temporary && row.les() == i)
+                lines.push_back(mappingLine(row.client(), false));
     list_.setLines(std::move(lines));
     list_.select(position_);
-}
-
-template <class Wanted> std::vector<ElanClient> DConfigDlgLESPG::temporaryClients(Wanted wanted) {
-    std::vector<ElanClient> clients;
-    if (!query_) return clients;
-    const auto table = query_->GetEntireTable();
-    for (const LecsRowView row : table)
-        if (row.kind() == LecsRowView::temporary && wanted(row.les()))
-            clients.push_back({row.client(), row.les(), false});
-    return clients;
 }
 
 esiSelector DConfigDlgLESPG::selectedClient() const {
@@ -131,7 +121,7 @@ void DConfigDlgLESPG::clickedDeleteBTN() {
 void DConfigDlgLESPG::addClient(const esiSelector& client, short les) {
     std::function<int()> request;
     const auto unit = static_cast<std::uint8_t>(les);
-    if (request_)
+    if (driverAsked())
         request = [&] {
             return request_->addClient(static_cast<std::uint8_t>(currentAdapter), unit,
                                        lecs_req::mapping(client, unit));
@@ -142,7 +132,7 @@ void DConfigDlgLESPG::addClient(const esiSelector& client, short les) {
 
 void DConfigDlgLESPG::delClient(const esiSelector& client, short les) {
     std::function<int()> request;
-    if (request_) request = [&] { return request_->delClient(lecs_req::mapping(client, 0)); };
+    if (driverAsked()) request = [&] { return request_->delClient(lecs_req::mapping(client, 0)); };
     if (les < 0) {
         // It is in the running server only: there is nothing else to change.
         if (request && request() == 0)
@@ -168,9 +158,11 @@ void DConfigDlgLESPG::clickedMoveBTN() {
         for (const esiSelector& client : bufferOf(les).clients) clients.push_back({client, les, true});
     }
     if (query_) {
-        const auto temporary = temporaryClients([this](int les) { return les != current(); });
-        tvlog << "getting temp entries" << std::endl;
-        clients.insert(clients.end(), temporary.begin(), temporary.end());
+        const auto table = query_->GetEntireTable();
+        if (table) tvlog << "getting temp entries" << std::endl;
+        for (const LecsRowView row : table)
+            if (row.kind() == LecsRowView::temporary && row.les() != current())
+                clients.push_back({row.client(), row.les(), false});
     }
     exchangeClients(clients);
     if (confirmed<DMvClientDLG>(dialog_)) insertClients(exchangedClients());
@@ -179,9 +171,16 @@ void DConfigDlgLESPG::clickedMoveBTN() {
 // Moves clients of other servers here.
 void DConfigDlgLESPG::insertClients(const std::vector<ElanClient>& clients) {
     if (clients.empty()) return;
+    unanswered_ = reqParam::unanswered();
     for (const ElanClient& client : clients) {
         delClient(client.address, static_cast<short>(client.permanent ? client.les : -1));
         addClient(client.address, static_cast<short>(current()));
     }
+    unanswered_.reset();
     UpdateClientLB(current());
+}
+
+// A driver that let one of several requests time out gets no more of them: each would take many seconds.
+bool DConfigDlgLESPG::driverAsked() const {
+    return request_ && (!unanswered_ || reqParam::unanswered() == *unanswered_);
 }

@@ -43,9 +43,8 @@ class DConfigDlgLESPG : public ConfigPage<DConfigDlgLESPG, LESXferBuffer> {
     void addClient(const esiSelector& client, short les);
     void delClient(const esiSelector& client, short les);
 
-    // The temporary mappings of the servers that `wanted` says yes to, in the driver's order.
-    template <class Wanted> std::vector<ElanClient> temporaryClients(Wanted wanted);
     void insertClients(const std::vector<ElanClient>& clients);
+    bool driverAsked() const;
     void stepUp();
     esiSelector selectedClient() const;
 
@@ -53,7 +52,8 @@ class DConfigDlgLESPG : public ConfigPage<DConfigDlgLESPG, LESXferBuffer> {
     zListBox& list_;
     std::optional<lecsInfo> query_;  // none without a driver channel
     std::optional<lecsRequest> request_;
-    int position_ = -1;  // that was selected in the list
+    std::optional<unsigned long> unanswered_;  // requests, before several are sent
+    int position_ = -1;                        // that was selected in the list
 
     std::string elanName_;
     int choice_ = 0;  // id of the chosen button, Ethernet or Token Ring
