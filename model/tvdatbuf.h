@@ -75,7 +75,7 @@ struct AtmLES {
     std::int32_t enabled = 0;
     ElanName elanName;
     std::int32_t mtuClass = 1;
-    std::int32_t elanType = 1;  // 0 Ethernet, 1 Token Ring
+    std::int32_t elanType = 1;  // 1 Ethernet, 2 Token Ring
     std::int32_t strictMtu = 0;
     std::int32_t strictName = 0;
     FileName clientFile;

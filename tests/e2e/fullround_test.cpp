@@ -66,7 +66,7 @@ class FullRound : public ConfigurationTest {
         for (int i = 0; i < lesCount; ++i) {
             tab(i + 1, lesTB);
             if (!XmToggleButtonGetState(named(enableCB))) press(enableCB);
-            press(i == 1 ? tokenRingRB : ethernetRB);
+            press(i == 1 ? ethernetRB : tokenRingRB);
             edit({{596, fmt::format("elan-{}", i).c_str()}, {600, "Down"}, {617}, {618}});
             inSubDialog("Add ELAN Client", "elanClient", [&] {
                 edit({{608, fmt::format("00aa{:02x}", i).c_str()}});
