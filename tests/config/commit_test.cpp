@@ -43,13 +43,6 @@ int save(const char* path, std::int32_t number) {
     return CloseSection(handle) == 0 ? 0 : errno ? errno : -1;
 }
 
-int copies(const TempRoot& root) {
-    int count = 0;
-    for (const auto& entry : fs::recursive_directory_iterator(root.path()))
-        count += entry.path().filename().string().find("TV") != std::string::npos;
-    return count;
-}
-
 }  // namespace
 
 TEST(Commit, EveryCallFailedInTurn) {
@@ -84,7 +77,7 @@ TEST(Commit, EveryCallFailedInTurn) {
                 }
                 const std::string now = root.read(file);
                 EXPECT_TRUE(now == after || (result != 0 && now == before)) << path << " call " << k;
-                EXPECT_EQ(copies(root), 0) << path << " call " << k;
+                EXPECT_EQ(root.temporaryCopies(), 0) << path << " call " << k;
             }
             EXPECT_GT(k, 20);
         }
@@ -149,7 +142,7 @@ TEST(Commit, ModeOwnerAndLinkAreKept) {
     if (superUser) {
         EXPECT_EQ(now.st_uid * 100 + now.st_gid, 1234U);
     }
-    EXPECT_EQ(copies(root), 0);
+    EXPECT_EQ(root.temporaryCopies(), 0);
 
     if (!superUser) return;
     FailingFiles files;  // as when another user's file is saved: it must not change hands
@@ -210,5 +203,5 @@ TEST(Commit, KilledAtAnyMomentTheFileIsWhole) {
         CloseSection(handle);
         ASSERT_TRUE(number >= 100 && number <= 999 && now == content(number, around)) << "kill " << kills;
     }
-    EXPECT_GT(copies(root), 50);  // otherwise too few were struck within a save to tell
+    EXPECT_GT(root.temporaryCopies(), 50);  // otherwise too few were struck within a save to tell
 }

@@ -6,10 +6,6 @@
 
 namespace {
 
-std::uint16_t wordAt(std::span<const std::uint8_t> bytes, std::size_t at) {
-    return static_cast<std::uint16_t>(bytes[at] | bytes[at + 1] << 8);
-}
-
 // A driver with a table of `rows` rows: answers row counts, and table requests with as many rows from RowM on
 // as were asked for, fit into Size and are there; moves RowM on. A row holds its number (from 0) in its first
 // two bytes, and in its last byte its low byte.

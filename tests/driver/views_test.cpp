@@ -6,7 +6,6 @@
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
-#include <numeric>
 
 namespace {
 

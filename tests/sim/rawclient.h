@@ -1,6 +1,8 @@
 // A client that speaks the exchange byte by byte, so that the simulator is checked against literal packets.
 #pragma once
 
+#include "tests/support/bytes.h"
+
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
@@ -13,23 +15,10 @@
 #include <unistd.h>
 #include <vector>
 
-using RawBytes = std::vector<std::uint8_t>;
+using RawBytes = ByteVector;
 
-// "14 00 0100": pairs of hexadecimal digits, blanks ignored.
 inline RawBytes hex(std::string_view text) {
-    std::string digits;
-    for (const char c : text)
-        if (c != ' ') digits += c;
-    RawBytes bytes;
-    for (std::size_t i = 0; i + 1 < digits.size(); i += 2)
-        bytes.push_back(static_cast<std::uint8_t>(std::stoi(digits.substr(i, 2), nullptr, 16)));
-    return bytes;
-}
-
-inline std::uint64_t little(const RawBytes& bytes, std::size_t offset, std::size_t width) {
-    std::uint64_t value = 0;
-    for (std::size_t i = width; i-- > 0;) value = value << 8 | bytes.at(offset + i);
-    return value;
+    return hexBytes(text);
 }
 
 inline RawBytes slice(const RawBytes& bytes, std::size_t offset, std::size_t width) {

@@ -16,16 +16,6 @@ int failWith(int error) {
 
 }  // namespace
 
-ByteVector hexBytes(std::string_view text) {
-    ByteVector bytes;
-    std::string digits;
-    for (const char c : text)
-        if (c != ' ') digits += c;
-    for (std::size_t i = 0; i + 1 < digits.size(); i += 2)
-        bytes.push_back(static_cast<std::uint8_t>(std::stoi(digits.substr(i, 2), nullptr, 16)));
-    return bytes;
-}
-
 std::string hexText(std::span<const std::uint8_t> bytes) {
     return fmt::format("{:02x}", fmt::join(bytes, " "));
 }

@@ -13,6 +13,7 @@
 
 #include "platform/debuglog.h"
 #include "platform/device.h"
+#include "tests/support/bytes.h"
 
 #include <cstdint>
 #include <deque>
@@ -26,10 +27,6 @@
 #include <utility>
 #include <vector>
 
-using ByteVector = std::vector<std::uint8_t>;
-
-// "81 00 ad de": pairs of hexadecimal digits, blanks between them ignored.
-ByteVector hexBytes(std::string_view text);
 std::string hexText(std::span<const std::uint8_t> bytes);
 
 // One answer. Unless told otherwise it has Resp 0, the header and the data as they were sent.

@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 namespace fs = std::filesystem;
@@ -37,4 +36,11 @@ std::string TempRoot::read(std::string_view systemPath) const {
 
 bool TempRoot::exists(std::string_view systemPath) const {
     return fs::exists(at(systemPath));
+}
+
+int TempRoot::temporaryCopies() const {
+    int count = 0;
+    for (const auto& entry : fs::recursive_directory_iterator(path_))
+        count += entry.path().filename().string().find("TV") != std::string::npos;
+    return count;
 }

@@ -1,0 +1,33 @@
+// Bytes of messages, as tests write and read them.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+using ByteVector = std::vector<std::uint8_t>;
+
+// "81 00 adde": pairs of hexadecimal digits, blanks ignored.
+inline ByteVector hexBytes(std::string_view text) {
+    std::string digits;
+    for (const char c : text)
+        if (c != ' ') digits += c;
+    ByteVector bytes;
+    for (std::size_t i = 0; i + 1 < digits.size(); i += 2)
+        bytes.push_back(static_cast<std::uint8_t>(std::stoi(digits.substr(i, 2), nullptr, 16)));
+    return bytes;
+}
+
+// A number of `width` bytes, the least significant one first. What lies behind the end counts as 0.
+inline std::uint64_t little(std::span<const std::uint8_t> bytes, std::size_t offset, std::size_t width) {
+    std::uint64_t value = 0;
+    for (std::size_t i = offset + width; i-- > offset;)
+        value = value << 8 | (i < bytes.size() ? bytes[i] : 0);
+    return value;
+}
+
+inline int wordAt(std::span<const std::uint8_t> bytes, std::size_t offset) {
+    return static_cast<int>(little(bytes, offset, 2));
+}
