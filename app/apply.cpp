@@ -90,7 +90,7 @@ void applyLecs(const ApplyChannel& channel) {
         request.disable();
         return;
     }
-    lecs_req settings;
+    lecsReqStruct settings;
     settings = record;
     if (hangs(request, request.enable(settings))) return;
     std::uint8_t les = 0;

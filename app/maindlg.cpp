@@ -24,7 +24,7 @@ constexpr int lastAdapter = 3;
 std::string notSaved(const std::vector<SaveFailure>& failures) {
     std::string text = "Unable to save the configuration:\n\n";
     for (const SaveFailure& failure : failures) text += failure.file + ": " + failure.reason + "\n";
-    return text + (ioctlDesc ? "\nThe running driver has the change, the file has not."
+    return text + (ioctlDesc ? "\nThe running driver has what it took of the change, the file has not."
                              : "\nThe change is not in the file.");
 }
 

@@ -17,7 +17,7 @@ if(TARVOLIN_FUZZ)
     target_link_options(tv_flags INTERFACE -fsanitize=address,undefined)
 endif()
 
-# tv_folder(platform SOURCES a.cpp b.cpp USES tv_model ...): the object library tv_<folder>.
+# tv_folder(platform SOURCES a.cpp b.cpp USES tv_model ...): the static library tv_<folder>.
 function(tv_folder folder)
     cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
     string(REPLACE "/" "_" target "tv_${folder}")

@@ -106,8 +106,12 @@ bool DriverPdfEdit::writeRecord(const std::string& path, Record& record, const s
     const auto present = readRows(*section_, before, [&](const KeyRow<Record>& row, void* destination) {
         return ReadKey(section_, row.key, destination, row.readType, row.readLength) == 0;
     });
-    if constexpr (hasPvcs<Record>) {  // the name of their file is the last row
-        const bool cut = present[keyRows<Record>().size() - 1] && before.pvcFile.empty();
+    if constexpr (hasPvcs<Record>) {
+        const auto fileRow = std::ranges::find_if(keyRows<Record>(), [](const KeyRow<Record>& row) {
+            return std::holds_alternative<FileField<Record>>(row.field);
+        });
+        const auto index = static_cast<std::size_t>(fileRow - keyRows<Record>().begin());
+        const bool cut = present[index] && before.pvcFile.empty();
         if (record.pvcFile.empty() && !cut)
             record.pvcFile = before.pvcFile.empty() ? listFile : before.pvcFile.view();
     }

@@ -45,4 +45,4 @@ template <> std::span<const KeyRow<AtmLES>> keyRows();
 template <> std::span<const KeyRow<AtmLECS>> keyRows();
 template <> std::span<const KeyRow<AtmIP1577>> keyRows();
 
-constexpr std::size_t mostKeys = 16;  // rows of a record; the largest has 10
+constexpr std::size_t mostKeys = 16;  // rows of a record at the most; the largest has 10

@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <fmt/format.h>
-#include <string>
 #include <utility>
 
 namespace pdf {

@@ -4,10 +4,8 @@
 #include "platform/stream.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <charconv>
-#include <concepts>
 #include <fcntl.h>
 #include <fmt/compile.h>
 #include <fmt/format.h>

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <bitset>
+#include <cassert>
 #include <string_view>
 
 template <class... Cases> struct Overloaded : Cases... { using Cases::operator()...; };
@@ -30,6 +31,7 @@ std::bitset<mostKeys> readRows(const SectionHandle& section, Record& record, Que
     atmAddress Record::*address = nullptr;
     std::bitset<mostKeys> present;
     std::size_t index = 0;
+    assert(keyRows<Record>().size() <= mostKeys);
     for (const KeyRow<Record>& row : keyRows<Record>()) {
         const auto read = Overloaded{
             [&](std::int32_t Record::*field) { return query(row, &(record.*field)); },

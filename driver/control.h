@@ -47,7 +47,7 @@ class LecControl : public Enabler {
     int changePvc(std::uint8_t unit, PvcChange change, const AtmBridgedPvc& pvc);
 };
 
-// LAN Emulation Servers. `unit`: 0 to 7. A running server is stopped before it is started.
+// LAN Emulation Servers. `unit`: 0 to 7. A running server refuses to be started: stop it before.
 class LesControl : public Enabler {
   public:
     LesControl(int descriptor, std::uint8_t link);

@@ -46,7 +46,7 @@ constexpr std::array controls{
 constexpr bool inOrder() {
     for (std::size_t i = 0; i < controls.size(); ++i)
         if (controls[i].id != static_cast<ControlId>(i)) return false;
-    return controls.size() == static_cast<std::size_t>(ControlId::traceSwitch) + 1;
+    return controls.size() == static_cast<std::size_t>(ControlId::count);
 }
 static_assert(inOrder());
 

@@ -22,6 +22,7 @@ enum class ControlId {
     routedPvcDelete,
     routedPvcModify,
     traceSwitch,
+    count  // of the requests
 };
 
 struct Control {

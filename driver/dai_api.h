@@ -11,10 +11,11 @@
 
 extern char devbase[];  // system path of the access device
 
-// The two long-lived channels. A descriptor of 0 means that there is no channel: its owner could not open
-// one.
-extern int ioctlDesc;       // read-only, of the main window: queries of all dialogs and the trace switches
-extern int SetupIoctlDesc;  // read-write, of the configuration dialog: control requests of its pages
+// The channels of the windows; each statistics dialog has one more of its own. A descriptor of 0 means that there is no
+// channel: its owner could not open one.
+extern int ioctlDesc;  // read-only, of the main window: its queries and the trace switches
+extern int
+    SetupIoctlDesc;  // read-write, of the configuration dialog: queries and control requests of its pages
 
 // What stands in Resp before every request. A driver that leaves it there has failed the request.
 constexpr std::uint16_t respUnanswered = 0xDEAD;
@@ -25,8 +26,8 @@ struct req_param_t {
 
     std::uint16_t Prim = 0;  // the driver service
     std::uint16_t Type = 0;  // operation of the service
-    std::uint8_t Link = 0;   // adapter
-    std::uint8_t Unit = 0;   // instance within the adapter
+    std::uint8_t Link = 0;   // adapter, from 0
+    std::uint8_t Unit = 0;   // instance within the adapter, from 0; services with one instance ignore it
     std::uint16_t Size = 0;  // bytes of the message, header included; the driver may write all of them
     std::uint16_t SzIO = 0;  // leading bytes of the message that are input to the driver
     std::uint16_t RowM = 0;  // first row wanted, from 1; the driver advances it

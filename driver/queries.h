@@ -24,12 +24,12 @@ enum class QueryId {
     aalStats,
     suniStats,
     packageRev,
+    count  // of the queries
 };
 
 struct Query {
     QueryId id;
-    const char* service;  // the query class that asks
-    std::uint16_t prim;   // header fields that select the query
+    std::uint16_t prim;  // header fields that select the query
     std::uint16_t type;
     std::uint16_t size;       // bytes of reply data; of a table, bytes of a row
     std::uint16_t chunkRows;  // of a table: the most rows that one request asks for; else 0

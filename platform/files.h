@@ -4,7 +4,6 @@
 
 #include "platform/root.h"
 
-#include <string>
 #include <sys/stat.h>
 #include <sys/types.h>
 

@@ -22,7 +22,7 @@ Stream openForReading(const HostPath& path);
 // descriptor stays reachable through streamDescriptor.
 Stream streamForWriting(int descriptor);
 
-// The descriptor under a stream made by streamForWriting.
+// The descriptor under a stream of this header.
 int streamDescriptor(std::FILE* stream);
 
 // Closes a stream whose writing counts. 0, or -1 and errno when anything written did not arrive.

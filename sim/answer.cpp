@@ -3,7 +3,6 @@
 #include "sim/peers.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 
 namespace sim {

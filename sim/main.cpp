@@ -14,7 +14,6 @@ struct Options {
     std::string adapters = "1-4";
     std::uint64_t seed = 1;
     bool frozen = false;
-    bool foreground = true;
     std::vector<std::string> words;
 };
 
@@ -92,7 +91,6 @@ int main(int argc, char** argv) {
         ->capture_default_str();
     app.add_flag("--frozen", options.frozen,
                  "Start with the clock standing at 0; \"ctl clock step\" moves it");
-    app.add_flag("--foreground", options.foreground, "Stay in the foreground (the only mode)");
     CLI::App* ctl = app.add_subcommand("ctl", "Command the running simulator: tvsim ctl help");
     ctl->set_help_flag();
     ctl->prefix_command();  // everything behind it belongs to the command, also what looks like an option

@@ -1,7 +1,6 @@
 #include "sim/settings.h"
 
 #include <algorithm>
-#include <array>
 #include <fmt/format.h>
 
 namespace sim {

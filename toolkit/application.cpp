@@ -6,7 +6,6 @@
 #include <X11/Intrinsic.h>
 #include <X11/Shell.h>
 #include <Xm/Xm.h>
-#include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstring>

@@ -42,7 +42,6 @@ class zApplication {
     // What has to be tidied up when the run ends without quit(). Called once, with no X call allowed.
     std::function<void()> onAbort;
 
-    const std::string& className() const { return className_; }
     void* display() const;
 
     // A shell widget for a window of its own, not shown yet. The caller destroys it.

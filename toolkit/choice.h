@@ -35,7 +35,6 @@ class zRadioGroup {
     void load();
     void store();
 
-    int chosen() const { return chosen_; }
     void choose(int id);  // calls no handler
 
     std::function<void(int id)> onChoose;  // the user has chosen another button than before
@@ -58,7 +57,6 @@ class zRadioButton : public zControl {
     // The first button of a group makes the group, the others join it.
     void join(std::shared_ptr<zRadioGroup> group);
     zRadioGroup& group() const { return *group_; }
-    const std::shared_ptr<zRadioGroup>& sharedGroup() const { return group_; }
 
     // Of the whole group, done once by its first button.
     void bind(zVariable variable) override { group_->bind(*std::get<int*>(variable)); }

@@ -59,8 +59,6 @@ std::unique_ptr<zControl> zControl::create(Widget board, const zDialogUnits& uni
         return std::make_unique<zBitmapButton>(board, place, row);
     case zKind::lamp:
         return std::make_unique<zLamp>(board, place, row);
-    case zKind::panel:
-        return std::make_unique<zPanel3d>(board, place, row);
     case zKind::groupBox:
         return std::make_unique<zGroupBox>(board, place, row);
     case zKind::tabStrip:
@@ -77,10 +75,6 @@ std::unique_ptr<zControl> zControl::create(Widget board, const zDialogUnits& uni
 
 void zControl::enable(bool on) {
     XtSetSensitive(outermost(), on);
-}
-
-bool zControl::enabled() const {
-    return XtIsSensitive(widget_);
 }
 
 void zControl::listen(Widget widget, const char* callback, Handler handler) {

@@ -32,7 +32,6 @@ class zControl {
     virtual Widget outermost() const { return widget_; }  // what stands on the board: a list's is its window
 
     virtual void enable(bool on);
-    bool enabled() const;
 
     virtual void bind(zVariable) {}
     virtual void load() {}

@@ -22,7 +22,6 @@ enum class zKind {
     radioButton,   // one of the group that begins at the last row with zFirstOfGroup
     bitmapButton,  // picture and text
     lamp,          // a picture that looks like a button and shows a state
-    panel,         // a raised surface below what stands inside it
     groupBox,      // a frame with a title around what stands inside it
     tabStrip,      // tabs without pages: one of its items is selected
     notebook,      // tabs with pages, which are layouts of their own

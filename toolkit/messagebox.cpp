@@ -9,7 +9,6 @@
 
 #include <Xm/MessageB.h>
 #include <Xm/Protocols.h>
-#include <iterator>
 
 namespace {
 

@@ -3,7 +3,6 @@
 
 #include "toolkit/widget.h"
 
-#include <cstddef>
 #include <span>
 #include <vector>
 

@@ -8,11 +8,6 @@
 
 namespace {
 
-// What stands inside is a sibling, and must not be covered.
-void lower(Widget widget) {
-    XLowerWindow(XtDisplay(widget), XtWindow(widget));
-}
-
 void setLabel(Widget widget, const char* text) {
     XtVaSetValues(widget, XmNlabelString, zXmText(text).get(), nullptr);
 }
@@ -53,17 +48,7 @@ void zGroupBox::setTitle(const char* text) {
     setLabel(title_, text);
 }
 
+// What stands inside is a sibling, and must not be covered.
 void zGroupBox::realized() {
-    lower(widget());
-}
-
-zPanel3d::zPanel3d(Widget board, const zRect& place, const zControlRow& row) : zControl(row) {
-    zPlaced resources(place);
-    resources.set(XmNshadowType, XmSHADOW_OUT).set(XmNmarginWidth, 0).set(XmNmarginHeight, 0);
-    attach(zMake(xmFrameWidgetClass, board, row, resources));
-    zKeepPlace(widget(), place);
-}
-
-void zPanel3d::realized() {
-    lower(widget());
+    XLowerWindow(XtDisplay(widget()), XtWindow(widget()));
 }

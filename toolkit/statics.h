@@ -1,4 +1,4 @@
-// Controls without a value: texts, lines, panels and group boxes.
+// Controls without a value: texts, lines and group boxes.
 #pragma once
 
 #include "toolkit/control.h"
@@ -25,12 +25,4 @@ class zGroupBox : public zControl {
 
   private:
     Widget title_;
-};
-
-// A raised panel without a title, below the controls that stand on it.
-class zPanel3d : public zControl {
-  public:
-    zPanel3d(Widget board, const zRect& place, const zControlRow& row);
-
-    void realized() override;
 };

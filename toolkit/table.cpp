@@ -242,9 +242,10 @@ void zTable::setColumnWidth(int column, int width) {
     arrange();
 }
 
-void zTable::setAlignment(zAlign align) {
-    align_ = align;
-    changedAll();
+void zTable::fitColumn(int column, std::initializer_list<std::string_view> texts) {
+    int widest = 0;
+    for (const std::string_view text : texts) widest = std::max(widest, textWidth(text));
+    setColumnWidth(column, widest + widthMargin);
 }
 
 void zTable::numberRows(bool on) {
@@ -396,8 +397,7 @@ void zTable::paintCell(zTableLoc l) {
     const bool label = l.row == 0 || l.column == 0;
     const bool marked = !label && l.row == active_.row;
     paint_->cell(grid_.cell(l), grid_.visible(l), textOf(l),
-                 {label, marked, marked && focused_ && l.column == active_.column, !XtIsSensitive(widget()),
-                  label ? zAlign::centre : align_});
+                 {label, marked, marked && focused_ && l.column == active_.column, !XtIsSensitive(widget())});
 }
 
 std::string zTable::textOf(zTableLoc l) const {

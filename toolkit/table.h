@@ -38,9 +38,9 @@ class zTable : public zControl {
 
     // Pixels. Column 0 is that of the row labels; it is not there at width 0.
     void setColumnWidth(int column, int width);
+    void fitColumn(int column, std::initializer_list<std::string_view> texts);  // to the widest of them
     int columnWidth(int column) const { return grid_.widths[static_cast<std::size_t>(column)]; }
-    void setAlignment(zAlign align);  // of the cells; labels are centred
-    void numberRows(bool on);         // the row labels are the numbers of the rows
+    void numberRows(bool on);  // the row labels are the numbers of the rows
 
     void setFont(const std::string& pattern);  // see zTablePaint; widths stay as they are
     zFont font() const { return paint_->font(); }
@@ -80,7 +80,6 @@ class zTable : public zControl {
     zTableGrid grid_;
     zTableLoc active_;
     zTableLoc awaited_;  // the active cell of a table that has lost all its rows
-    zAlign align_ = zAlign::right;
     bool numbered_ = false;
     bool focused_ = false;
     bool realized_ = false;

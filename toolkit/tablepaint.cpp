@@ -188,7 +188,7 @@ void zTablePaint::text(const zRect& whole, const zRect& visible, std::string_vie
     }
     if (shown.empty()) return;
     const int spare = std::max(0, room - width);
-    const int indent = look.align == zAlign::left ? 0 : look.align == zAlign::right ? spare : spare / 2;
+    const int indent = look.label ? spare / 2 : spare;
     const int baseline = whole.y + (whole.height - textHeight()) / 2 + t.font->ascent;
     XRectangle clip{static_cast<short>(visible.x), static_cast<short>(visible.y),
                     static_cast<unsigned short>(visible.width), static_cast<unsigned short>(visible.height)};

@@ -10,8 +10,6 @@
 #include <string>
 #include <string_view>
 
-enum class zAlign { left, centre, right };
-
 class zTablePaint {
   public:
     // Colours and the default font come from the resources selectColor, gridColor and tableFont of the canvas, which
@@ -32,9 +30,8 @@ class zTablePaint {
 
     struct Look {
         bool label, selected, active, greyed;
-        zAlign align;
     };
-    // Paints the visible part of a cell. A text that is too wide ends in dots.
+    // Paints the visible part of a cell. Labels are centred, other texts end at the right, so that numbers line up. One that is too wide ends in dots.
     void cell(const zRect& whole, const zRect& visible, std::string_view text, const Look& look);
     void clear(const zRect& area);
     void show(const zRect& area);  // on the window

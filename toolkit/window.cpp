@@ -45,7 +45,7 @@ zFormDialog::zFormDialog(zApplication& application, const zLayout& layout)
 }
 
 zFormDialog::zFormDialog(zWindow& parent, const zLayout& layout)
-    : zWindow(parent.application()), layout_(layout), modal_(true) {
+    : zWindow(parent.application()), layout_(layout) {
     shell_ = zCreateModalShell(layout.name, parent.shell());
     build(layout);
     XtVaSetValues(board_->widget(), XmNdialogStyle, XmDIALOG_FULL_APPLICATION_MODAL, nullptr);

@@ -71,7 +71,6 @@ class zFormDialog : public zWindow {
 
     const zLayout& layout_;
     std::unique_ptr<zBoard> board_;
-    bool modal_ = false;
     bool realized_ = false;
     bool done_ = false;
 };

@@ -5,7 +5,6 @@
 #include <algorithm>
 
 myTable::myTable(zTable& table) : table_(table) {
-    table_.setAlignment(zAlign::right);
     table_.setFont(tblFontSpec);
 }
 
@@ -26,12 +25,11 @@ void myTable::setColumns(std::span<const char* const> labels, std::span<const ch
     for (const char* label : labels) {
         ++column;
         table_.setText({column, 0}, label);
-        const char* sample = samples[static_cast<std::size_t>(column - 1)];
-        table_.setColumnWidth(column, margin + std::max(table_.textWidth(label), table_.textWidth(sample)));
+        table_.fitColumn(column, {label, samples[static_cast<std::size_t>(column - 1)]});
     }
 }
 
 void myTable::setRowNumbers(const char* sample) {
     table_.numberRows(true);
-    table_.setColumnWidth(0, table_.textWidth(sample) + margin);
+    table_.fitColumn(0, {sample});
 }

@@ -1,4 +1,4 @@
-// Read-only tables of status values: text cells, right-aligned so that numbers line up.
+// Read-only tables of status values: text cells.
 #pragma once
 
 #include "toolkit/table.h"
@@ -22,14 +22,12 @@ class myTable {
     zTable& table() const { return table_; }
 
   protected:
-    // Labels of the columns. Each column is as wide as its sample or its label, whichever is wider, and a margin.
+    // Labels of the columns. Each column is as wide as its sample or its label, whichever is wider.
     void setColumns(std::span<const char* const> labels, std::span<const char* const> samples);
 
     // Numbers beside the rows, as wide as the sample.
     void setRowNumbers(const char* sample);
 
   private:
-    static constexpr int margin = 8;  // pixels, of a column beyond its sample
-
     zTable& table_;
 };

@@ -5,7 +5,6 @@
 #include "toolkit/table.h"
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <sys/types.h>

@@ -25,7 +25,7 @@ constexpr zControlRow rows[] = {
     cancelRow({154, 250, 50, 18}, cancelBTN),
 };
 
-constexpr zLayout frame{.id = 566,
+constexpr zLayout frame{.id = 567,
                         .name = "setup",
                         .caption = "Setup",
                         .width = 300,

@@ -20,7 +20,6 @@ constexpr zLayout layout{.id = 565,
                          .caption = "Add ELAN Client",
                          .width = 145,
                          .height = 90,
-                         .font = {zFontRow::normal},
                          .icon = programIcon,
                          .rows = rows};
 

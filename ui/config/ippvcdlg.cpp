@@ -28,7 +28,6 @@ constexpr zLayout layout{.id = 563,
                          .caption = "PVC Settings",
                          .width = 216,
                          .height = 137,
-                         .font = {zFontRow::normal},
                          .icon = programIcon,
                          .rows = rows};
 

@@ -30,7 +30,6 @@ constexpr zLayout layout{.id = 564,
                          .caption = "PVC Settings",
                          .width = 216,
                          .height = 137,
-                         .font = {zFontRow::normal},
                          .icon = programIcon,
                          .rows = rows};
 

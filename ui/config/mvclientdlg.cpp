@@ -44,7 +44,6 @@ constexpr zLayout layout{.id = 566,
                          .caption = "Insert ELAN Client(s)",
                          .width = 147,
                          .height = 168,
-                         .font = {zFontRow::normal},
                          .icon = programIcon,
                          .rows = rows};
 

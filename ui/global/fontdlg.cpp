@@ -68,10 +68,8 @@ void DFontDlg::choose() {
 }
 
 void DFontDlg::showSample() {
-    constexpr int margin = 8;
     auto& sample = control<zTable>(sampleTBL);
     sample.setFont(font_);
     for (const int column : {1, 2})
-        sample.setColumnWidth(column, margin + std::max(sample.textWidth(sampleLabels[column - 1]),
-                                                        sample.textWidth(sampleTexts[column - 1])));
+        sample.fitColumn(column, {sampleLabels[column - 1], sampleTexts[column - 1]});
 }

@@ -7,7 +7,6 @@
 #include "ui/global/globlids.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 #include <string>
 

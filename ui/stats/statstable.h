@@ -12,7 +12,6 @@
 #include <span>
 #include <string>
 #include <unordered_map>
-#include <vector>
 
 constexpr const char* vciSample = "  0/65535";
 constexpr const char* signedVciSample = "  0/-32768";
@@ -39,15 +38,13 @@ template <class Row> class StatsTable : public myTable {
 
     StatsTable(zTable& table, std::span<const StatsColumn<Row>> columns, int rows)
         : myTable(table), columns_(columns) {
-        std::vector<const char*> labels, samples;
-        for (const StatsColumn<Row>& column : columns) {
-            labels.push_back(column.label);
-            samples.push_back(std::ranges::max({column.sample, column.otherSample}, {},
-                                               [&](const char* text) { return table.textWidth(text); }));
-        }
         assert(std::ranges::count_if(columns, [](const auto& c) { return c.value.counter; }) <= mostCounters);
-        setColumns(labels, samples);
         setRows(rows);
+        int column = 0;
+        for (const StatsColumn<Row>& c : columns) {
+            SetCellText({++column, 0}, c.label);
+            table.fitColumn(column, {c.label, c.sample, c.otherSample});
+        }
     }
 
     void setRows(int rows) { resize(static_cast<int>(columns_.size()), rows); }
@@ -82,7 +79,7 @@ template <class Row> class NamedRowsTable : public StatsTable<Row> {
     NamedRowsTable(zTable& table, std::span<const StatsColumn<Row>> columns,
                    std::span<const char* const> names, const char* longest)
         : StatsTable<Row>(table, columns, static_cast<int>(names.size())), names_(names) {
-        table.setColumnWidth(0, table.textWidth(longest) + labelMargin);
+        table.fitColumn(0, {longest});
         nameRows();
     }
 
@@ -94,8 +91,6 @@ template <class Row> class NamedRowsTable : public StatsTable<Row> {
     }
 
   private:
-    static constexpr int labelMargin = 8;  // pixels
-
     std::span<const char* const> names_;
 };
 
