@@ -145,6 +145,7 @@ class VcRowView : public ReplyView {
 class LecStateView : public ReplyView {
   public:
     using ReplyView::ReplyView;
+    // 0 absent, 1 starting or on PVCs only, up to 6 joined
     std::uint32_t state() const { return get(layout::lecState::state); }
     std::uint32_t flag() const { return get(layout::lecState::flag); }  // not 0: lights the lamp in state 1
 };
@@ -187,6 +188,7 @@ class LecRowView : public ReplyView {
 class LesStateView : public ReplyView {
   public:
     using ReplyView::ReplyView;
+    // 0 absent, 1 running
     std::uint32_t state() const { return get(layout::lesState::state); }
     std::uint32_t flag() const { return get(layout::lesState::flag); }  // not 0: lights the lamp in state 1
 };
@@ -220,6 +222,7 @@ class LesRowView : public ReplyView {
 class LecsStateView : public ReplyView {
   public:
     using ReplyView::ReplyView;
+    // 0 absent, up to 4 running
     std::uint32_t state() const { return get(layout::lecsState::state); }
 };
 
@@ -253,6 +256,7 @@ class LecsRowView : public ReplyView {
 class IpStateView : public ReplyView {
   public:
     using ReplyView::ReplyView;
+    // 0 absent, up to 5 running
     std::uint32_t state() const { return get(layout::ipState::state); }
 };
 

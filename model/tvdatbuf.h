@@ -21,10 +21,13 @@ constexpr int adapterCount = 4;
 constexpr int lecCount = 4;  // per adapter
 constexpr int lesCount = 8;  // per adapter
 
-// A PVC of a LAN Emulation Client.
+// The records of the configuration. A flag is 0 or 1, as far as nothing else stands beside it; other numbers from a file
+// stay what they are.
+
+// A PVC of a LAN Emulation Client. The VPI of every circuit is 0.
 struct AtmBridgedPvc {
     macAddress mac;
-    std::uint16_t vci = 0;
+    std::uint16_t vci = 0;           // its range is the driver's affair
     std::int32_t encapsulation = 0;  // 0 Null, 1 LLC/SNAP
     std::int32_t broadcast = 0;      // 1 broadcast, 0 non-broadcast
     std::int32_t rate = 0;           // MB/s
@@ -49,6 +52,7 @@ struct LECSXferBuffer;
 struct IP1577XferBuffer;
 struct SigXferBuffer;
 
+// A text and its NUL.
 using ElanName = FixedText<32>;
 using FileName = FixedText<256>;
 using AddressText = FixedText<18>;  // dotted decimal
@@ -59,7 +63,7 @@ struct AtmLEC {
     std::int32_t pvcOnly = 0;  // 1: runs on PVCs only, without LAN Emulation servers
     ElanName elanName;
     std::int32_t mtuClass = 1;  // 1 = 1516, 2 = 4544, 3 = 9234, 4 = 18190
-    std::int32_t l3Mtu = 1;     // layer-3 MTU as entered
+    std::int32_t l3Mtu = 1;     // bytes of a layer-3 packet, as entered
     std::int32_t useLecs = 1;   // 0: the address is that of the LES
     std::int32_t elanType = 1;  // 0 Ethernet, 1 Token Ring
     atmAddress address;         // of the LECS, or of the LES

@@ -1,6 +1,7 @@
 #include "driver/dai_io.h"
 #include "tests/support/scripteddriver.h"
 
+#include <fmt/format.h>
 #include <functional>
 #include <gtest/gtest.h>
 
@@ -23,10 +24,21 @@ struct Services {
 
 struct Case {
     const char* trace;
-    const char* plain;      // request of the operation without arguments on a fresh object
-    const char* addressed;  // request of its overload with link 2, unit 3 (tables: also rows 4 and 5)
+    const char* kind;   // Prim and Type
+    const char* size;   // of the operation without arguments on a fresh object
+    const char* sized;  // of a table with link 2, unit 3, rows 4 and 5; else null
     std::function<bool(Services&)> ask;
-    std::function<bool(Services&)> askAddressed;
+    std::function<bool(Services&)> askAddressed;  // with link 2, unit 3
+
+    std::string plain() const { return bytes("01 00", size, "01 00 00 00"); }
+    std::string addressed() const {
+        return sized ? bytes("02 03", sized, "04 00 05 00") : bytes("02 03", size, "01 00 00 00");
+    }
+
+  private:
+    std::string bytes(const char* place, const char* length, const char* rows) const {
+        return fmt::format("{} {} {} 10 00 {} ad de", kind, place, length, rows);
+    }
 };
 
 #define REPLY(service, operation)                                                                            \
@@ -40,60 +52,31 @@ struct Case {
         [](Services& s) { return static_cast<bool>(s.service.operation(2, 3, 4, 5)); }
 
 const Case cases[] = {
-    {"GET_LEC_STATE", "14 00 01 00 01 00 20 00 10 00 01 00 00 00 ad de",
-     "14 00 01 00 02 03 20 00 10 00 01 00 00 00 ad de", REPLY(lec, GetState)},
-    {"GET_LEC_STATS", "14 00 02 00 01 00 bc 03 10 00 01 00 00 00 ad de",
-     "14 00 02 00 02 03 bc 03 10 00 01 00 00 00 ad de", REPLY(lec, GetStats)},
-    {"GET_NROWS", "14 00 03 00 01 00 10 00 10 00 01 00 00 00 ad de",
-     "14 00 03 00 02 03 10 00 10 00 01 00 00 00 ad de", COUNT(lec, GetNRows)},
-    {"GET_LEC_TBL", "14 00 04 00 01 00 10 00 10 00 01 00 00 00 ad de",
-     "14 00 04 00 02 03 78 01 10 00 04 00 05 00 ad de", TABLE(lec, GetTable)},
-    {"GET_LES_STATE", "15 00 01 00 01 00 1c 00 10 00 01 00 00 00 ad de",
-     "15 00 01 00 02 03 1c 00 10 00 01 00 00 00 ad de", REPLY(les, GetState)},
-    {"GET_LES_STATS", "15 00 02 00 01 00 84 00 10 00 01 00 00 00 ad de",
-     "15 00 02 00 02 03 84 00 10 00 01 00 00 00 ad de", REPLY(les, GetStats)},
-    {"GET_NROWS", "15 00 03 00 01 00 10 00 10 00 01 00 00 00 ad de",
-     "15 00 03 00 02 03 10 00 10 00 01 00 00 00 ad de", COUNT(les, GetNRows)},
-    {"GET_LES_TBL", "15 00 04 00 01 00 10 00 10 00 01 00 00 00 ad de",
-     "15 00 04 00 02 03 50 01 10 00 04 00 05 00 ad de", TABLE(les, GetTable)},
-    {"GET_LECS_STATE", "16 00 01 00 01 00 18 00 10 00 01 00 00 00 ad de",
-     "16 00 01 00 02 03 18 00 10 00 01 00 00 00 ad de", REPLY(lecs, GetState)},
-    {"GET_LECS_STATS", "16 00 02 00 01 00 40 00 10 00 01 00 00 00 ad de",
-     "16 00 02 00 02 03 40 00 10 00 01 00 00 00 ad de", REPLY(lecs, GetStats)},
-    {"GET_NROWS", "16 00 03 00 01 00 10 00 10 00 01 00 00 00 ad de",
-     "16 00 03 00 02 03 10 00 10 00 01 00 00 00 ad de", COUNT(lecs, GetNRows)},
-    {"GET_LECS_TBL", "16 00 04 00 01 00 10 00 10 00 01 00 00 00 ad de",
-     "16 00 04 00 02 03 3d 00 10 00 04 00 05 00 ad de", TABLE(lecs, GetTable)},
-    {"GET_BRDS_STATE", "81 00 01 00 01 00 16 00 10 00 01 00 00 00 ad de",
-     "81 00 01 00 02 03 16 00 10 00 01 00 00 00 ad de", REPLY(aal, GetBoardState)},
-    {"GET_BRDS_MACADDR", "81 00 02 00 01 00 17 00 10 00 01 00 00 00 ad de 03",
-     "81 00 02 00 01 00 17 00 10 00 01 00 00 00 ad de 04",
-     [](Services& s) { return static_cast<bool>(s.aal.GetBoardMacAddress(3)); },
-     [](Services& s) { return static_cast<bool>(s.aal.GetBoardMacAddress(0x1204)); }},
-    {"GET_AAL_DRV_STATS", "81 00 03 00 01 00 6c 00 10 00 01 00 00 00 ad de",
-     "81 00 03 00 02 03 6c 00 10 00 01 00 00 00 ad de", REPLY(aal, GetAalStats)},
-    {"GET_SUNI_STATS", "81 00 04 00 01 00 6c 00 10 00 01 00 00 00 ad de",
-     "81 00 04 00 02 03 6c 00 10 00 01 00 00 00 ad de", REPLY(aal, GetSuniStats)},
-    {"GET_PACKAGE_REV", "81 00 05 00 01 00 30 00 10 00 01 00 00 00 ad de",
-     "81 00 05 00 02 03 30 00 10 00 01 00 00 00 ad de", REPLY(aal, GetPackageRev)},
-    {"DaiSigLnkStatus", "21 00 01 00 01 00 4c 00 10 00 01 00 00 00 ad de",
-     "21 00 01 00 02 03 4c 00 10 00 01 00 00 00 ad de", REPLY(sig, GetLinkState)},
-    {"GET_NROWS", "01 00 03 00 01 00 10 00 10 00 01 00 00 00 ad de",
-     "01 00 03 00 02 03 10 00 10 00 01 00 00 00 ad de", COUNT(vcc, GetNRows)},
-    {"GET_VC_TBL", "01 00 04 00 01 00 10 00 10 00 01 00 00 00 ad de",
-     "01 00 04 00 02 03 74 00 10 00 04 00 05 00 ad de", TABLE(vcc, GetTable)},
-    {"GET_IP_STATE", "42 00 01 00 01 00 20 00 10 00 01 00 00 00 ad de",
-     "42 00 01 00 02 03 20 00 10 00 01 00 00 00 ad de", REPLY(ip, GetState)},
-    {"GET_IP_STATS", "42 00 02 00 01 00 b0 00 10 00 01 00 00 00 ad de",
-     "42 00 02 00 02 03 b0 00 10 00 01 00 00 00 ad de", REPLY(ip, GetStats)},
-    {"GET_NROWS", "42 00 03 00 01 00 10 00 10 00 01 00 00 00 ad de",
-     "42 00 03 00 02 03 10 00 10 00 01 00 00 00 ad de", COUNT(ip, GetNRows)},
-    {"GET_IP_TBL", "42 00 04 00 01 00 10 00 10 00 01 00 00 00 ad de",
-     "42 00 04 00 02 03 28 01 10 00 04 00 05 00 ad de", TABLE(ip, GetTable)},
-    {"GET_NROWS", "42 00 05 00 01 00 10 00 10 00 01 00 00 00 ad de",
-     "42 00 05 00 02 03 10 00 10 00 01 00 00 00 ad de", COUNT(ip, GetPvcNRows)},
-    {"GET_IP_PVC_TBL", "42 00 06 00 01 00 10 00 10 00 01 00 00 00 ad de",
-     "42 00 06 00 02 03 60 00 10 00 04 00 05 00 ad de", TABLE(ip, GetPvcTable)},
+    {"GET_LEC_STATE", "14 00 01 00", "20 00", nullptr, REPLY(lec, GetState)},
+    {"GET_LEC_STATS", "14 00 02 00", "bc 03", nullptr, REPLY(lec, GetStats)},
+    {"GET_NROWS", "14 00 03 00", "10 00", nullptr, COUNT(lec, GetNRows)},
+    {"GET_LEC_TBL", "14 00 04 00", "10 00", "78 01", TABLE(lec, GetTable)},
+    {"GET_LES_STATE", "15 00 01 00", "1c 00", nullptr, REPLY(les, GetState)},
+    {"GET_LES_STATS", "15 00 02 00", "84 00", nullptr, REPLY(les, GetStats)},
+    {"GET_NROWS", "15 00 03 00", "10 00", nullptr, COUNT(les, GetNRows)},
+    {"GET_LES_TBL", "15 00 04 00", "10 00", "50 01", TABLE(les, GetTable)},
+    {"GET_LECS_STATE", "16 00 01 00", "18 00", nullptr, REPLY(lecs, GetState)},
+    {"GET_LECS_STATS", "16 00 02 00", "40 00", nullptr, REPLY(lecs, GetStats)},
+    {"GET_NROWS", "16 00 03 00", "10 00", nullptr, COUNT(lecs, GetNRows)},
+    {"GET_LECS_TBL", "16 00 04 00", "10 00", "3d 00", TABLE(lecs, GetTable)},
+    {"GET_BRDS_STATE", "81 00 01 00", "16 00", nullptr, REPLY(aal, GetBoardState)},
+    {"GET_AAL_DRV_STATS", "81 00 03 00", "6c 00", nullptr, REPLY(aal, GetAalStats)},
+    {"GET_SUNI_STATS", "81 00 04 00", "6c 00", nullptr, REPLY(aal, GetSuniStats)},
+    {"GET_PACKAGE_REV", "81 00 05 00", "30 00", nullptr, REPLY(aal, GetPackageRev)},
+    {"DaiSigLnkStatus", "21 00 01 00", "4c 00", nullptr, REPLY(sig, GetLinkState)},
+    {"GET_NROWS", "01 00 03 00", "10 00", nullptr, COUNT(vcc, GetNRows)},
+    {"GET_VC_TBL", "01 00 04 00", "10 00", "74 00", TABLE(vcc, GetTable)},
+    {"GET_IP_STATE", "42 00 01 00", "20 00", nullptr, REPLY(ip, GetState)},
+    {"GET_IP_STATS", "42 00 02 00", "b0 00", nullptr, REPLY(ip, GetStats)},
+    {"GET_NROWS", "42 00 03 00", "10 00", nullptr, COUNT(ip, GetNRows)},
+    {"GET_IP_TBL", "42 00 04 00", "10 00", "28 01", TABLE(ip, GetTable)},
+    {"GET_NROWS", "42 00 05 00", "10 00", nullptr, COUNT(ip, GetPvcNRows)},
+    {"GET_IP_PVC_TBL", "42 00 06 00", "10 00", "60 00", TABLE(ip, GetPvcTable)},
 };
 
 // A row count has no view: a request that failed counts 0 rows.
@@ -105,17 +88,26 @@ bool isCount(const Case& c) {
 
 TEST(Queries, RequestsTraceAndFailure) {
     for (const Case& c : cases) {
-        SCOPED_TRACE(c.plain);
+        SCOPED_TRACE(c.plain());
         ScriptedDriver driver;
         LogCapture log;
         Services services(driver.open());
         log.take();
-        driver.expect(c.plain);
+        driver.expect(c.plain());
         EXPECT_TRUE(c.ask(services));
         const std::string text = log.take();
         EXPECT_NE(("\n" + text).find("\n" + std::string(c.trace) + "\nPrim:"), std::string::npos) << text;
-        driver.expect(c.addressed).resp(1);
+        driver.expect(c.addressed()).resp(1);
         EXPECT_EQ(c.askAddressed(services), isCount(c)) << "a failed request gives a false view";
+    }
+}
+
+TEST(Queries, ABoardIsNamedInTheData) {
+    ScriptedDriver driver;
+    aalInfo info(driver.open(), 1);
+    for (const int board : {3, 0x1204}) {  // its low byte
+        driver.expect(fmt::format("81 00 02 00 01 00 17 00 10 00 01 00 00 00 ad de {:02x}", board & 255));
+        EXPECT_TRUE(info.GetBoardMacAddress(static_cast<std::uint16_t>(board)));
     }
 }
 
