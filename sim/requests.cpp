@@ -140,7 +140,7 @@ void busAddress(const Subject& s, std::uint32_t, Bytes out) {
     putBytes(out, s.state.busAddress(s.adapter, s.unit));
 }
 void lesElanType(const Subject& s, std::uint32_t, Bytes out) {
-    putNumber(out, static_cast<std::uint64_t>(les(s).elanType));
+    putNumber(out, static_cast<std::uint64_t>(std::max(1, les(s).elanType)));  // a 0 counts as Ethernet, too
 }
 void lesMtu(const Subject& s, std::uint32_t, Bytes out) {
     putNumber(out, static_cast<std::uint64_t>(les(s).mtuClass));
