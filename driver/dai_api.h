@@ -13,9 +13,8 @@ extern char devbase[];  // system path of the access device
 
 // The channels of the windows; each statistics dialog has one more of its own. A descriptor of 0 means that there is no
 // channel: its owner could not open one.
-extern int ioctlDesc;  // read-only, of the main window: its queries and the trace switches
-extern int
-    SetupIoctlDesc;  // read-write, of the configuration dialog: queries and control requests of its pages
+extern int ioctlDesc;       // read-only, of the main window: its queries and the trace switches
+extern int SetupIoctlDesc;  // read-write, of the configuration dialog: what its pages ask and change
 
 // What stands in Resp before every request. A driver that leaves it there has failed the request.
 constexpr std::uint16_t respUnanswered = 0xDEAD;

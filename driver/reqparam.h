@@ -36,9 +36,6 @@ class reqParam {
     bool timedOut() const { return timedOut_; }  // it failed since no answer came
     std::size_t capacity() const { return capacity_; }
 
-    // Requests of this process that no answer came to.
-    static unsigned long unanswered() { return unanswered_; }
-
     // The buffer behind the header: what the request carries, then what the reply brought.
     std::span<std::uint8_t> data() { return {buffer_.get() + headerLength_, capacity_ - headerLength_}; }
 
@@ -46,7 +43,9 @@ class reqParam {
     std::size_t headerLength() const { return headerLength_; }
 
   private:
-    static inline unsigned long unanswered_ = 0;
+    friend class VainWaits;
+
+    static inline unsigned long unanswered_ = 0;  // requests of all blocks
 
     std::unique_ptr<std::uint8_t[]> buffer_;
     std::size_t capacity_ = 0;
@@ -55,4 +54,14 @@ class reqParam {
     bool timedOut_ = false;
     std::size_t headerLength_ = req_param_t::wireSize;
     req_param_t header_;
+};
+
+// Has a request of any block been waited for in vain since this object was made? Each takes many seconds: what has more
+// to ask stops then.
+class VainWaits {
+  public:
+    bool any() const { return reqParam::unanswered_ != before_; }
+
+  private:
+    unsigned long before_ = reqParam::unanswered_;
 };

@@ -8,7 +8,6 @@
 #include "toolkit/xmtext.h"
 
 #include <Xm/MessageB.h>
-#include <Xm/Protocols.h>
 
 namespace {
 
@@ -46,8 +45,7 @@ bool showBox(zApplication& application, Widget parent, const Kind& kind, const s
     const auto dismiss = [](Widget, XtPointer place, XtPointer) { static_cast<Result*>(place)->done = true; };
     XtAddCallback(box, XmNokCallback, agree, &result);
     XtAddCallback(box, XmNcancelCallback, dismiss, &result);
-    XmAddWMProtocolCallback(shell, XInternAtom(XtDisplay(shell), "WM_DELETE_WINDOW", False), dismiss,
-                            &result);
+    zHearClose(shell, dismiss, &result);
 
     zRunModal(application, shell, box, result.done);
     XtRemoveCallback(box, XmNokCallback, agree, &result);

@@ -31,6 +31,10 @@ void freeDraws(Widget widget) {
     for (Cardinal i = 0; i < count; ++i) freeDraws(children[i]);
 }
 
+Atom closeRequest(Widget shell) {
+    return XInternAtom(XtDisplay(shell), "WM_DELETE_WINDOW", False);
+}
+
 }  // namespace
 
 void zCentre(Widget shell) {
@@ -42,13 +46,16 @@ void zCentre(Widget shell) {
     XtVaSetValues(shell, XmNx, x, XmNy, y, nullptr);
 }
 
+void zHearClose(Widget shell, void (*asked)(Widget, void*, void*), void* data) {
+    XmAddWMProtocolCallback(shell, closeRequest(shell), asked, data);
+}
+
 void zDestroyShell(Widget shell) {
     freeDraws(shell);
-    // Inside a handler the destruction waits for the handler's end. Requests to close that come until then, in a
-    // nested loop, go nowhere.
+    // Inside a handler the destruction waits for the handler's end, and a nested loop may run before.
     if (XmIsVendorShell(shell)) {
-        Atom closing = XInternAtom(XtDisplay(shell), "WM_DELETE_WINDOW", False);
-        XmRemoveWMProtocols(shell, &closing, 1);
+        Atom request = closeRequest(shell);
+        XmRemoveWMProtocols(shell, &request, 1);
     }
     XtDestroyWidget(shell);
 }

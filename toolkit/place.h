@@ -12,6 +12,8 @@
 // Puts a realized shell into the middle of its screen.
 void zCentre(Widget shell);
 
-// Destroys a shell with everything below it and gives back what the widget library keeps per window. No request to
-// close it is heard any more.
+// Calls this when the window manager asks to close the shell, until zDestroyShell.
+void zHearClose(Widget shell, void (*asked)(Widget, void* data, void* event), void* data);
+
+// Destroys a shell with everything below it and gives back what the widget library keeps per window.
 void zDestroyShell(Widget shell);

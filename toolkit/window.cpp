@@ -7,7 +7,6 @@
 #include <X11/Shell.h>
 #include <X11/Xatom.h>
 #include <X11/cursorfont.h>
-#include <Xm/Protocols.h>
 #include <Xm/Xm.h>
 
 static_assert(zArrowCursor == XC_arrow && zWatchCursor == XC_watch);
@@ -62,7 +61,7 @@ void zFormDialog::build(const zLayout& layout) {
         if (zHeldBack(dialog->shell())) return;
         if (const auto handler = dialog->onClose) handler();
     };
-    XmAddWMProtocolCallback(shell_, XInternAtom(XtDisplay(shell_), "WM_DELETE_WINDOW", False), closing, this);
+    zHearClose(shell_, closing, this);
 }
 
 zFormDialog::~zFormDialog() {

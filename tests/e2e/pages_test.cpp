@@ -23,6 +23,15 @@ class PagesTest : public ConfigurationTest {
         told();
     }
     bool on(int id) { return XmToggleButtonGetState(named(id)); }
+    // Moves two clients, by their lines, to the server that is shown.
+    void insertClients(int line, int other) {
+        inSubDialog("Insert ELAN Client(s)", "moveClients", [=, this] {
+            pickLine(711, line);
+            pickLine(711, other);
+            press(706);
+        });
+        press(621);
+    }
 };
 
 TEST_F(PagesTest, RegistrationGreysThePrefixWhichSurvives) {
@@ -223,12 +232,7 @@ TEST_F(PagesTest, ClientsOfOtherServersAreMovedHere) {
                 press(621);
                 EXPECT_EQ(lines(620), here) << close;
             }
-            inSubDialog("Insert ELAN Client(s)", "moveClients", [&] {
-                pickLine(711, 2);
-                pickLine(711, 4);
-                press(706);
-            });
-            press(621);
+            insertClients(2, 4);
             EXPECT_EQ(lines(620).size(), 5U);
             EXPECT_EQ(lines(620)[2], "00:a0:3e:00:00:11-00  PERM");
             tab(1, 622);
@@ -257,12 +261,7 @@ TEST_F(PagesTest, ADriverThatDoesNotAnswerIsNotAskedForEachClientThatMoves) {
         configure(
             [&] {
                 tab(2, 622);
-                inSubDialog("Insert ELAN Client(s)", "moveClients", [&] {
-                    pickLine(711, 2);
-                    pickLine(711, 3);
-                    press(706);
-                });
-                press(621);
+                insertClients(2, 3);
                 EXPECT_EQ(lines(620).size(), 5U);
                 press(cancelBTN);
             },

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,11 +21,11 @@ inline ByteVector hexBytes(std::string_view text) {
     return bytes;
 }
 
-// A number of `width` bytes, the least significant one first. What lies behind the end counts as 0.
+// A number of `width` bytes, the least significant one first. What lies behind the end throws.
 inline std::uint64_t little(std::span<const std::uint8_t> bytes, std::size_t offset, std::size_t width) {
+    if (bytes.size() < offset + width) throw std::out_of_range("no such bytes");
     std::uint64_t value = 0;
-    for (std::size_t i = offset + width; i-- > offset;)
-        value = value << 8 | (i < bytes.size() ? bytes[i] : 0);
+    for (std::size_t i = offset + width; i-- > offset;) value = value << 8 | bytes[i];
     return value;
 }
 

@@ -26,6 +26,8 @@ constexpr zControlRow rows[] = {
 constexpr zLayout layout{
     .id = 1, .name = "probe", .caption = "A probe", .width = 180, .height = 90, .rows = rows};
 
+constexpr zLayout above{.id = 2, .name = "above", .caption = "Above", .width = 90, .height = 90, .rows = {}};
+
 class WindowTest : public testing::Test {
   protected:
     zApplication& application = desk().application;
@@ -171,7 +173,6 @@ TEST_F(WindowTest, MessageBoxIsModalAndEndsWithOkReturnOrEscape) {
 }
 
 TEST_F(WindowTest, AWindowUnderAModalOneIsNotClosed) {
-    const zLayout above{.id = 2, .name = "above", .caption = "Above", .width = 90, .height = 90, .rows = {}};
     int closings = 0;
     window.onClose = [&] { ++closings; };
     const auto ask = [&](Widget shell) {
@@ -202,7 +203,6 @@ TEST_F(WindowTest, AWindowUnderAModalOneIsNotClosed) {
 
 // Inside a handler what has ended is destroyed only after it, and a second request to close can be on its way.
 TEST_F(WindowTest, WhatHasEndedHearsNoLateRequestToClose) {
-    const zLayout above{.id = 2, .name = "above", .caption = "Above", .width = 90, .height = 90, .rows = {}};
     const auto closeTwice = [&](const char* title) {
         const auto shown = [&, title] { return user.shellTitled(title) != nullptr; };
         user.when(shown, [&, title] {

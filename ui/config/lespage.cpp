@@ -118,10 +118,10 @@ void DConfigDlgLESPG::clickedDeleteBTN() {
     if (held) UpdateClientLB(current());
 }
 
-void DConfigDlgLESPG::addClient(const esiSelector& client, short les) {
+void DConfigDlgLESPG::addClient(const esiSelector& client, short les, bool ask) {
     std::function<int()> request;
     const auto unit = static_cast<std::uint8_t>(les);
-    if (driverAsked())
+    if (request_ && ask)
         request = [&] {
             return request_->addClient(static_cast<std::uint8_t>(currentAdapter), unit,
                                        lecs_req::mapping(client, unit));
@@ -130,9 +130,9 @@ void DConfigDlgLESPG::addClient(const esiSelector& client, short les) {
         bufferOf(les).clients.push_back(client);
 }
 
-void DConfigDlgLESPG::delClient(const esiSelector& client, short les) {
+void DConfigDlgLESPG::delClient(const esiSelector& client, short les, bool ask) {
     std::function<int()> request;
-    if (driverAsked()) request = [&] { return request_->delClient(lecs_req::mapping(client, 0)); };
+    if (request_ && ask) request = [&] { return request_->delClient(lecs_req::mapping(client, 0)); };
     if (les < 0) {
         // It is in the running server only: there is nothing else to change.
         if (request && request() == 0)
@@ -171,16 +171,10 @@ void DConfigDlgLESPG::clickedMoveBTN() {
 // Moves clients of other servers here.
 void DConfigDlgLESPG::insertClients(const std::vector<ElanClient>& clients) {
     if (clients.empty()) return;
-    unanswered_ = reqParam::unanswered();
+    const VainWaits waits;
     for (const ElanClient& client : clients) {
-        delClient(client.address, static_cast<short>(client.permanent ? client.les : -1));
-        addClient(client.address, static_cast<short>(current()));
+        delClient(client.address, static_cast<short>(client.permanent ? client.les : -1), !waits.any());
+        addClient(client.address, static_cast<short>(current()), !waits.any());
     }
-    unanswered_.reset();
     UpdateClientLB(current());
-}
-
-// A driver that let one of several requests time out gets no more of them: each would take many seconds.
-bool DConfigDlgLESPG::driverAsked() const {
-    return request_ && (!unanswered_ || reqParam::unanswered() == *unanswered_);
 }

@@ -38,13 +38,12 @@ class DConfigDlgLESPG : public ConfigPage<DConfigDlgLESPG, LESXferBuffer> {
     // configuration server has for it.
     void UpdateClientLB(int i);
 
-    // One mapping, in the driver first; the list is left as it stands. `les`: the server it belongs to; -1: it is a
-    // temporary one.
-    void addClient(const esiSelector& client, short les);
-    void delClient(const esiSelector& client, short les);
+    // One mapping, in the driver first, if it is to be asked; the list is left as it stands. `les`: the server it
+    // belongs to; -1: it is a temporary one.
+    void addClient(const esiSelector& client, short les, bool ask = true);
+    void delClient(const esiSelector& client, short les, bool ask = true);
 
     void insertClients(const std::vector<ElanClient>& clients);
-    bool driverAsked() const;
     void stepUp();
     esiSelector selectedClient() const;
 
@@ -52,8 +51,7 @@ class DConfigDlgLESPG : public ConfigPage<DConfigDlgLESPG, LESXferBuffer> {
     zListBox& list_;
     std::optional<lecsInfo> query_;  // none without a driver channel
     std::optional<lecsRequest> request_;
-    std::optional<unsigned long> unanswered_;  // requests, before several are sent
-    int position_ = -1;                        // that was selected in the list
+    int position_ = -1;  // that was selected in the list
 
     std::string elanName_;
     int choice_ = 0;  // id of the chosen button, Ethernet or Token Ring

@@ -45,8 +45,8 @@ class StatsPage : public TimerPage {
 
     virtual void refresh(bool clear) = 0;
 
-    // A request of this refresh has been waited for in vain. Each takes many seconds: the others are not made then.
-    bool waited() const { return reqParam::unanswered() != unanswered_; }
+    // A request of this refresh has been waited for in vain: the others are not made then.
+    bool waited() const { return waits_.any(); }
 
     // To be called at the end of the constructor: fills the page for the first time. Where the driver has been
     // silent for another page this one waits until it is on top.
@@ -62,12 +62,12 @@ class StatsPage : public TimerPage {
     void refreshIfOpen(bool clear) {
         if (!open_) return;
         filled_ = true;
-        unanswered_ = reqParam::unanswered();
+        waits_ = VainWaits();
         refresh(clear);
     }
 
     zBoard& board_;
     bool open_;
     bool filled_ = false;
-    unsigned long unanswered_ = 0;  // when the refresh began
+    VainWaits waits_;  // since the refresh began
 };
