@@ -25,7 +25,6 @@ constexpr zLayout frame{.id = 0,
                         .caption = "Table Font",
                         .width = 190,
                         .height = 185,
-                        .font = {zFontRow::normal},
                         .icon = globalIcon,
                         .rows = rows};
 
