@@ -1,5 +1,6 @@
 #include "app/maindlg.h"
 #include "resources/pictureids.h"
+#include "version.h"
 
 namespace {
 
@@ -39,7 +40,7 @@ constexpr zControlRow rows[] = {
 
 const zLayout mainLayout{.id = 562,
                          .name = "main",
-                         .caption = "Tarvolin v2.0",
+                         .caption = programTitle,
                          .width = 274,
                          .height = 123,
                          .font = {zFontRow::bold},

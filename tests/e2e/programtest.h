@@ -12,6 +12,7 @@
 #include "tests/support/temproot.h"
 #include "toolkit/button.h"
 #include "toolkit/listbox.h"
+#include "version.h"
 
 #include <X11/Intrinsic.h>
 #include <memory>
@@ -61,7 +62,7 @@ class ProgramTest : public testing::Test {
 
     void openWindow() {
         window.emplace(application, mainLayout);
-        ASSERT_TRUE(user->until([&] { return user->shellTitled("Tarvolin v2.0") != nullptr; }));
+        ASSERT_TRUE(user->until([&] { return user->shellTitled(programTitle) != nullptr; }));
         user->focus(window->shell());
     }
 
