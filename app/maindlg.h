@@ -4,7 +4,7 @@
 #include "app/discovery.h"
 #include "config/driverpdf.h"
 #include "driver/dai_io.h"
-#include "toolkit/window.h"
+#include "toolkit/window/window.h"
 #include "ui/stats/statsdlg.h"
 
 #include <memory>

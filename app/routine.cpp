@@ -6,7 +6,7 @@
 #include "platform/debuglog.h"
 #include "platform/root.h"
 #include "resources/pictures.h"
-#include "toolkit/application.h"
+#include "toolkit/window/application.h"
 
 #include <algorithm>
 #include <cctype>

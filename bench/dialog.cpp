@@ -8,8 +8,8 @@
 #include "model/tvdatbuf.h"
 #include "platform/user.h"
 #include "resources/pictures.h"
-#include "toolkit/button.h"
-#include "toolkit/notebook.h"
+#include "toolkit/controls/button.h"
+#include "toolkit/controls/notebook.h"
 #include "ui/config/confids.h"
 #include "ui/subdialog.h"
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "resources/pictureids.h"
-#include "toolkit/picture.h"
+#include "toolkit/display/picture.h"
 
 #include <span>
 

@@ -1,7 +1,7 @@
 // Lamps of live values.
 #pragma once
 
-#include "toolkit/lamp.h"
+#include "toolkit/controls/lamp.h"
 
 enum class LampLook { greyed, unlit, lit };
 

@@ -1,7 +1,7 @@
 // Display-only fields of live values.
 #pragma once
 
-#include "toolkit/edit.h"
+#include "toolkit/controls/edit.h"
 
 #include <string>
 #include <string_view>

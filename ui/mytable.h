@@ -1,7 +1,7 @@
 // Read-only tables of status values: text cells.
 #pragma once
 
-#include "toolkit/table.h"
+#include "toolkit/table/table.h"
 
 #include <span>
 #include <string_view>

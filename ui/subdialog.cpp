@@ -1,6 +1,6 @@
 #include "ui/subdialog.h"
 
-#include "toolkit/button.h"
+#include "toolkit/controls/button.h"
 
 SubDialog::SubDialog(zWindow& parent, const zLayout& layout) : zFormDialog(parent, layout) {
     control<zBitmapButton>(subOkBTN).onClick = [this] { clickedOkBTN(); };

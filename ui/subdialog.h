@@ -3,7 +3,7 @@
 #pragma once
 
 #include "resources/pictureids.h"
-#include "toolkit/window.h"
+#include "toolkit/window/window.h"
 
 enum SubDialogControl { subOkBTN = 706, subCancelBTN = 707 };
 

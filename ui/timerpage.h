@@ -1,7 +1,7 @@
 // A page that shows live values: it is refreshed by a timer while it is on top.
 #pragma once
 
-#include "toolkit/timer.h"
+#include "toolkit/window/timer.h"
 
 #include <functional>
 #include <memory>

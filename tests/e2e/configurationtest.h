@@ -2,7 +2,7 @@
 #pragma once
 
 #include "tests/e2e/programtest.h"
-#include "toolkit/table.h"
+#include "toolkit/table/table.h"
 #include "ui/config/confids.h"
 #include "ui/config/elandlg.h"
 #include "ui/config/ippvcdlg.h"

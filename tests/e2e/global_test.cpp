@@ -2,7 +2,7 @@
 
 #include "app/routine.h"
 #include "tests/e2e/configurationtest.h"
-#include "toolkit/fonts.h"
+#include "toolkit/display/fonts.h"
 #include "ui/global/globlids.h"
 
 #include <Xm/ToggleB.h>

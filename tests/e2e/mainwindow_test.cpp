@@ -4,7 +4,7 @@
 
 #include "app/routine.h"
 #include "driver/dai_api.h"
-#include "toolkit/edit.h"
+#include "toolkit/controls/edit.h"
 
 #include <chrono>
 

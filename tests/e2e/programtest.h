@@ -10,8 +10,8 @@
 #include "tests/e2e/xsupport.h"
 #include "tests/support/simulator.h"
 #include "tests/support/temproot.h"
-#include "toolkit/button.h"
-#include "toolkit/listbox.h"
+#include "toolkit/controls/button.h"
+#include "toolkit/controls/listbox.h"
 #include "version.h"
 
 #include <X11/Intrinsic.h>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "tests/e2e/programtest.h"
-#include "toolkit/table.h"
+#include "toolkit/table/table.h"
 
 #include <Xm/TabStack.h>
 #include <Xm/TextF.h>

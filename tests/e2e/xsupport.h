@@ -1,8 +1,8 @@
 // An X server of the test's own, and a user at its mouse and keyboard.
 #pragma once
 
-#include "toolkit/application.h"
-#include "toolkit/table.h"
+#include "toolkit/table/table.h"
+#include "toolkit/window/application.h"
 
 #include <functional>
 #include <string>

@@ -1,16 +1,16 @@
 #include <gtest/gtest.h>  // before the window system's macros
 
 #include "tests/toolkit/desk.h"
-#include "toolkit/board.h"
-#include "toolkit/button.h"
-#include "toolkit/choice.h"
-#include "toolkit/dropdown.h"
-#include "toolkit/edit.h"
-#include "toolkit/lamp.h"
-#include "toolkit/messagebox.h"
-#include "toolkit/notebook.h"
-#include "toolkit/tabstrip.h"
-#include "toolkit/timer.h"
+#include "toolkit/controls/board.h"
+#include "toolkit/controls/button.h"
+#include "toolkit/controls/choice.h"
+#include "toolkit/controls/dropdown.h"
+#include "toolkit/controls/edit.h"
+#include "toolkit/controls/lamp.h"
+#include "toolkit/controls/notebook.h"
+#include "toolkit/controls/tabstrip.h"
+#include "toolkit/window/messagebox.h"
+#include "toolkit/window/timer.h"
 
 #include <Xm/Xm.h>
 #include <chrono>

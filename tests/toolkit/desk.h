@@ -2,7 +2,7 @@
 #pragma once
 
 #include "tests/e2e/xsupport.h"
-#include "toolkit/window.h"
+#include "toolkit/window/window.h"
 
 // The widget library remembers its first display for good: one for all tests of the process.
 struct Desk {

@@ -1,4 +1,4 @@
-#include "toolkit/mask.h"
+#include "toolkit/controls/mask.h"
 
 #include "model/masks.h"
 

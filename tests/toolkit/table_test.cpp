@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>  // before the window system's macros
 
 #include "tests/toolkit/desk.h"
-#include "toolkit/table.h"
+#include "toolkit/table/table.h"
 
 #include <X11/Xatom.h>
 #include <Xm/Xm.h>

@@ -1,5 +1,5 @@
-#include "toolkit/tablegrid.h"
-#include "toolkit/tablemodel.h"
+#include "toolkit/table/tablegrid.h"
+#include "toolkit/table/tablemodel.h"
 
 #include <gtest/gtest.h>
 #include <ostream>

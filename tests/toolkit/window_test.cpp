@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>  // before the window system's macros
 
 #include "tests/toolkit/desk.h"
-#include "toolkit/button.h"
-#include "toolkit/edit.h"
-#include "toolkit/listbox.h"
-#include "toolkit/messagebox.h"
+#include "toolkit/controls/button.h"
+#include "toolkit/controls/edit.h"
+#include "toolkit/controls/listbox.h"
+#include "toolkit/window/messagebox.h"
 
 #include <X11/Shell.h>
 #include <Xm/Xm.h>

@@ -1,6 +1,6 @@
 #include "ui/config/addresspair.h"
 
-#include "toolkit/board.h"
+#include "toolkit/controls/board.h"
 #include "ui/config/confids.h"
 
 AddressPair::AddressPair(const zBoard& board)

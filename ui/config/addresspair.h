@@ -1,7 +1,7 @@
 // The two fields of an ATM address on a page, and the well-known address of the LAN Emulation standard's LECS.
 #pragma once
 
-#include "toolkit/edit.h"
+#include "toolkit/controls/edit.h"
 
 class zBoard;
 

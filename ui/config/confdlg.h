@@ -10,8 +10,8 @@
 //   ToggleControls greys what the state of the check boxes makes impossible
 #pragma once
 
-#include "toolkit/notebook.h"
-#include "toolkit/window.h"
+#include "toolkit/controls/notebook.h"
+#include "toolkit/window/window.h"
 #include "ui/config/ip1577page.h"
 #include "ui/config/lecpage.h"
 #include "ui/config/lecspage.h"

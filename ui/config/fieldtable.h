@@ -2,7 +2,7 @@
 // the transfer buffer the variable mirrors.
 #pragma once
 
-#include "toolkit/board.h"
+#include "toolkit/controls/board.h"
 
 #include <cstdint>
 #include <span>

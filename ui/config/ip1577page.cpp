@@ -2,7 +2,7 @@
 
 #include "driver/dai_api.h"
 #include "model/settings.h"
-#include "toolkit/edit.h"
+#include "toolkit/controls/edit.h"
 #include "ui/config/iplayout.h"
 #include "ui/config/ippvcdlg.h"
 

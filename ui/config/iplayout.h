@@ -1,7 +1,7 @@
 // What stands on the "1577" page, and when it is enabled.
 #pragma once
 
-#include "toolkit/board.h"
+#include "toolkit/controls/board.h"
 
 extern const zLayout ip1577PageLayout;
 

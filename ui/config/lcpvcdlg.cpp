@@ -1,7 +1,7 @@
 #include "ui/config/lcpvcdlg.h"
 
 #include "model/masks.h"
-#include "toolkit/edit.h"
+#include "toolkit/controls/edit.h"
 #include "ui/config/confids.h"
 
 AtmBridgedPvc bridgedPvcXferBuffer;

@@ -1,7 +1,7 @@
 // What stands on the "LEC..." page, and when it is enabled.
 #pragma once
 
-#include "toolkit/board.h"
+#include "toolkit/controls/board.h"
 
 extern const zLayout lecPageLayout;
 

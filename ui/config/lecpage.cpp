@@ -2,9 +2,9 @@
 
 #include "driver/dai_api.h"
 #include "model/settings.h"
-#include "toolkit/dropdown.h"
-#include "toolkit/edit.h"
-#include "toolkit/tabstrip.h"
+#include "toolkit/controls/dropdown.h"
+#include "toolkit/controls/edit.h"
+#include "toolkit/controls/tabstrip.h"
 #include "ui/config/confids.h"
 #include "ui/config/lcpvcdlg.h"
 #include "ui/config/leclayout.h"

@@ -3,7 +3,7 @@
 
 #include "driver/control.h"
 #include "model/tvdatbuf.h"
-#include "toolkit/window.h"
+#include "toolkit/window/window.h"
 #include "ui/config/addresspair.h"
 #include "ui/config/page.h"
 #include "ui/config/pvceditor.h"

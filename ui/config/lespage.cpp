@@ -2,8 +2,8 @@
 
 #include "driver/dai_api.h"
 #include "model/settings.h"
-#include "toolkit/messagebox.h"
-#include "toolkit/tabstrip.h"
+#include "toolkit/controls/tabstrip.h"
+#include "toolkit/window/messagebox.h"
 #include "ui/config/confids.h"
 #include "ui/config/elandlg.h"
 #include "ui/config/elantype.h"

@@ -5,8 +5,8 @@
 #include "driver/control.h"
 #include "driver/dai_io.h"
 #include "model/tvdatbuf.h"
-#include "toolkit/listbox.h"
-#include "toolkit/window.h"
+#include "toolkit/controls/listbox.h"
+#include "toolkit/window/window.h"
 #include "ui/config/mvclientdlg.h"
 #include "ui/config/page.h"
 

@@ -1,6 +1,6 @@
 #include "ui/config/listedit.h"
 
-#include "toolkit/messagebox.h"
+#include "toolkit/window/messagebox.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 // List edits of the configuration pages: the running driver first, the static configuration on consent.
 #pragma once
 
-#include "toolkit/window.h"
+#include "toolkit/window/window.h"
 
 #include <functional>
 #include <string>

@@ -1,6 +1,6 @@
 #include "ui/config/mvclientdlg.h"
 
-#include "toolkit/listbox.h"
+#include "toolkit/controls/listbox.h"
 #include "ui/config/confids.h"
 
 #include <fmt/format.h>

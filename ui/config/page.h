@@ -3,7 +3,7 @@
 #pragma once
 
 #include "platform/debuglog.h"
-#include "toolkit/button.h"
+#include "toolkit/controls/button.h"
 #include "ui/config/fieldtable.h"
 
 template <class Page, class Buffer> class ConfigPage {

@@ -1,6 +1,6 @@
 #include "ui/config/pvcdialog.h"
 
-#include "toolkit/edit.h"
+#include "toolkit/controls/edit.h"
 
 PvcDialog::PvcDialog(zWindow& parent, const zLayout& layout, int addressId) : SubDialog(parent, layout) {
     control<zEdit>(addressId).bind(&address_);

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "driver/control.h"
-#include "toolkit/button.h"
+#include "toolkit/controls/button.h"
 #include "ui/config/confids.h"
 #include "ui/config/listedit.h"
 #include "ui/mytable.h"

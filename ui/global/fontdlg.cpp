@@ -1,6 +1,6 @@
 #include "ui/global/fontdlg.h"
 
-#include "toolkit/listbox.h"
+#include "toolkit/controls/listbox.h"
 
 #include <algorithm>
 #include <iterator>

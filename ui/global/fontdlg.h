@@ -1,7 +1,7 @@
 // The font chooser: family and size, with a sample.
 #pragma once
 
-#include "toolkit/table.h"
+#include "toolkit/table/table.h"
 #include "ui/subdialog.h"
 
 #include <string>

@@ -4,8 +4,8 @@
 #include "model/settings.h"
 #include "platform/user.h"
 #include "resources/pictureids.h"
-#include "toolkit/button.h"
-#include "toolkit/messagebox.h"
+#include "toolkit/controls/button.h"
+#include "toolkit/window/messagebox.h"
 #include "ui/global/globlids.h"
 #include "ui/subdialog.h"
 

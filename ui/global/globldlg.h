@@ -2,7 +2,7 @@
 #pragma once
 
 #include "driver/control.h"
-#include "toolkit/window.h"
+#include "toolkit/window/window.h"
 #include "ui/global/globlpages.h"
 
 #include <memory>

@@ -1,8 +1,8 @@
 #include "ui/global/globlpages.h"
 
 #include "model/settings.h"
-#include "toolkit/button.h"
-#include "toolkit/dropdown.h"
+#include "toolkit/controls/button.h"
+#include "toolkit/controls/dropdown.h"
 #include "ui/global/fontdlg.h"
 #include "ui/global/globlids.h"
 

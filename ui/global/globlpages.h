@@ -1,8 +1,8 @@
 // The pages of the global settings.
 #pragma once
 
-#include "toolkit/notebook.h"
-#include "toolkit/window.h"
+#include "toolkit/controls/notebook.h"
+#include "toolkit/window/window.h"
 
 // "Application": refresh rate, advanced mode, font of the tables.
 class DGlobalDlgAppPG {

@@ -1,6 +1,6 @@
 #include "ui/stats/aal5page.h"
 
-#include "toolkit/statics.h"
+#include "toolkit/controls/statics.h"
 #include "ui/stats/statslayouts.h"
 
 namespace {

@@ -1,8 +1,8 @@
 // The fields of a statistics page as data: which control shows what of a reply.
 #pragma once
 
-#include "toolkit/board.h"
-#include "toolkit/edit.h"
+#include "toolkit/controls/board.h"
+#include "toolkit/controls/edit.h"
 #include "ui/myedit.h"
 #include "ui/stats/standing.h"
 #include "ui/stats/statstext.h"

@@ -1,7 +1,7 @@
 #include "ui/stats/lecstatspage.h"
 
 #include "model/tvtypes.h"
-#include "toolkit/tabstrip.h"
+#include "toolkit/controls/tabstrip.h"
 #include "ui/stats/statslayouts.h"
 
 namespace {

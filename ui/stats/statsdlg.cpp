@@ -3,7 +3,7 @@
 #include "driver/dai_api.h"
 #include "model/settings.h"
 #include "resources/pictureids.h"
-#include "toolkit/button.h"
+#include "toolkit/controls/button.h"
 #include "ui/stats/aal5page.h"
 #include "ui/stats/ip1577page.h"
 #include "ui/stats/lecsstatspage.h"

@@ -6,7 +6,7 @@
 
 #include "ui/stats/statspage.h"
 
-#include "toolkit/window.h"
+#include "toolkit/window/window.h"
 
 #include <functional>
 #include <memory>

@@ -1,7 +1,7 @@
 // The layouts of the statistics pages. Their controls have names, which the pages' tables use.
 #pragma once
 
-#include "toolkit/layout.h"
+#include "toolkit/controls/layout.h"
 
 constexpr int statsPageWidth = 290, statsPageHeight = 220;  // dialog units: what the notebook has room for
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "driver/reqparam.h"
-#include "toolkit/notebook.h"
+#include "toolkit/controls/notebook.h"
 #include "ui/mybitmapbutton.h"
 #include "ui/timerpage.h"
 

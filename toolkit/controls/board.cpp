@@ -1,0 +1,68 @@
+#include "toolkit/controls/board.h"
+
+#include "toolkit/controls/rowwidget.h"
+#include "toolkit/display/displaycache.h"
+
+#include <Xm/BulletinB.h>
+#include <Xm/Xm.h>
+#include <algorithm>
+
+zBoard::zBoard(Widget parent, const char* name, const zLayout& layout) {
+    const char* font = layout.font.weight > zFontRow::normal ? "bold" : "plain";
+    zResources resources;
+    resources.set(XmNmarginWidth, 0).set(XmNmarginHeight, 0).set(XmNresizePolicy, XmRESIZE_NONE);
+    resources.set(XmNautoUnmanage, False).set(XmNdefaultPosition, False);
+    resources.setFonts(zDisplayCache::of(XtDisplay(parent)).renderTable(parent, font));
+    widget_ =
+        XtCreateWidget(name, xmBulletinBoardWidgetClass, parent, resources.args.data(), resources.count());
+    const zDialogUnits units = zDialogUnits::ofBoard(widget_);
+    size_ = units.pixels({0, 0, layout.width, layout.height});
+    XtVaSetValues(widget_, XmNwidth, size_.width, XmNheight, size_.height, nullptr);
+
+    tooltips_ = std::make_unique<zTooltips>(widget_);
+    std::shared_ptr<zRadioGroup> group;
+    for (const zControlRow& row : layout.rows) {
+        controls_.push_back(zControl::create(widget_, units, row));
+        zControl& control = *controls_.back();
+        if (auto* button = dynamic_cast<zRadioButton*>(&control)) {
+            if (row.style & zFirstOfGroup) group = std::make_shared<zRadioGroup>();
+            button->join(group);
+        }
+        if (row.style & zDefaultButton) XtVaSetValues(widget_, XmNdefaultButton, control.widget(), nullptr);
+        if (row.style & zCancelButton) XtVaSetValues(widget_, XmNcancelButton, control.widget(), nullptr);
+        if (row.tooltip) tooltips_->add(control.outermost(), row.tooltip);
+    }
+}
+
+zBoard::~zBoard() = default;
+
+void zBoard::load() {
+    for (const auto& control : controls_) control->load();
+}
+
+void zBoard::store() {
+    for (const auto& control : controls_) control->store();
+}
+
+void zBoard::enable(std::span<const zEnableRow> rows, unsigned conditions) {
+    for (const zEnableRow& row : rows)
+        control<zControl>(row.id).enable((row.needs & conditions) == row.needs);
+}
+
+void zBoard::realized() const {
+    for (const auto& control : controls_) control->realized();
+    tooltips_->realized();
+}
+
+zControl* zBoard::find(int id) const {
+    const auto found = std::find_if(controls_.begin(), controls_.end(),
+                                    [id](const auto& control) { return control->id() == id; });
+    return found == controls_.end() ? nullptr : found->get();
+}
+
+zControl* zBoard::find(std::string_view name) const {
+    const auto found = std::find_if(controls_.begin(), controls_.end(), [name](const auto& control) {
+        return control->id() < 0 && XtName(control->outermost()) == name;
+    });
+    return found == controls_.end() ? nullptr : found->get();
+}

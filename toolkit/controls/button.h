@@ -1,0 +1,14 @@
+// Push buttons.
+#pragma once
+
+#include "toolkit/controls/control.h"
+#include "toolkit/display/picture.h"
+
+#include <functional>
+
+class zBitmapButton : public zControl {
+  public:
+    zBitmapButton(Widget board, const zRect& place, const zControlRow& row);
+
+    std::function<void()> onClick;
+};

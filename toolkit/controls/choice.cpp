@@ -1,0 +1,99 @@
+#include "toolkit/controls/choice.h"
+
+#include "toolkit/controls/rowwidget.h"
+
+#include <Xm/ToggleB.h>
+
+namespace {
+
+Widget makeToggle(Widget board, const zRect& place, const zControlRow& row, unsigned char indicator) {
+    const zXmText text(row.text);
+    zResources resources(place);
+    resources.set(XmNlabelString, text).set(XmNrecomputeSize, False).set(XmNindicatorType, indicator);
+    resources.set(XmNalignment, XmALIGNMENT_BEGINNING).set(XmNmarginWidth, 0).set(XmNmarginHeight, 0);
+    resources.set(XmNmarginTop, 0).set(XmNmarginBottom, 0);
+    resources.set(XmNnavigationType, XmEXCLUSIVE_TAB_GROUP);
+    if (indicator == XmONE_OF_MANY_ROUND)
+        resources.set(XmNindicatorOn, XmINDICATOR_FILL).set(XmNselectColor, 0);
+    else
+        resources.set(XmNindicatorOn, XmINDICATOR_CHECK_BOX);
+    return zMakeWidget(xmToggleButtonWidgetClass, board, row, resources);
+}
+
+}  // namespace
+
+zCheckBox::zCheckBox(Widget board, const zRect& place, const zControlRow& row) : zControl(row) {
+    attach(makeToggle(board, place, row, XmN_OF_MANY));
+    listen(XmNvalueChangedCallback, [](zControl& self, void*) {
+        if (const auto handler = static_cast<zCheckBox&>(self).onClick) handler();
+    });
+}
+
+void zCheckBox::load() {
+    if (variable_) check(*variable_ != 0);
+    shown_ = checked();
+}
+
+void zCheckBox::store() {
+    if (!variable_ || checked() == shown_) return;
+    shown_ = checked();
+    *variable_ = shown_;
+}
+
+bool zCheckBox::checked() const {
+    return XmToggleButtonGetState(widget());
+}
+
+void zCheckBox::check(bool on) {
+    XmToggleButtonSetState(widget(), on, False);
+}
+
+void zRadioGroup::load() {
+    if (variable_) choose(*variable_);
+    shown_ = chosen_;
+}
+
+void zRadioGroup::store() {
+    if (!variable_ || chosen_ == shown_) return;
+    *variable_ = shown_ = chosen_;
+}
+
+void zRadioGroup::choose(int id) {
+    chosen_ = 0;
+    for (zRadioButton* button : buttons_) {
+        button->set(button->id() == id);
+        if (button->id() == id) chosen_ = id;
+    }
+}
+
+void zRadioGroup::clicked(int id) {
+    const bool other = id != chosen_;
+    choose(id);  // a click on the chosen one takes its mark away; it comes back here
+    const auto handler = onChoose;
+    if (other && handler) handler(id);
+}
+
+zRadioButton::zRadioButton(Widget board, const zRect& place, const zControlRow& row) : zControl(row) {
+    attach(makeToggle(board, place, row, XmONE_OF_MANY_ROUND));
+    listen(XmNvalueChangedCallback, [](zControl& self, void*) {
+        const auto& button = static_cast<zRadioButton&>(self);
+        button.group_->clicked(button.id());
+    });
+}
+
+void zRadioButton::join(std::shared_ptr<zRadioGroup> group) {
+    group_ = std::move(group);
+    group_->buttons_.push_back(this);
+}
+
+void zRadioButton::load() {
+    if (group_->buttons_.front() == this) group_->load();
+}
+
+void zRadioButton::store() {
+    if (group_->buttons_.front() == this) group_->store();
+}
+
+void zRadioButton::set(bool on) {
+    XmToggleButtonSetState(widget(), on, False);
+}

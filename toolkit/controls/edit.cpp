@@ -1,0 +1,139 @@
+#include "toolkit/controls/edit.h"
+
+#include "toolkit/controls/rowwidget.h"
+
+#include <Xm/TextF.h>
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+
+namespace {
+
+// The background that the resources give to this name or to the class ReadOnlyField: what is said about text
+// fields is meant for those in which one can type.
+Pixel readOnlyBackground(Widget board, const std::string& name) {
+    static char fallback[] = "#c0c0c0";
+    static XtResource resources[] = {
+        {XmNbackground, XmCBackground, XmRPixel, sizeof(Pixel), 0, XmRString, fallback}};
+    Pixel background = 0;
+    XtGetSubresources(board, &background, name.c_str(), "ReadOnlyField", resources, 1, nullptr, 0);
+    return background;
+}
+
+}  // namespace
+
+zEdit::zEdit(Widget board, const zRect& place, const zControlRow& row) : zControl(row) {
+    zResources resources(place);
+    const bool readOnly = row.style & zReadOnly;
+    if (readOnly) {
+        resources.set(XmNeditable, False).set(XmNcursorPositionVisible, False);
+        resources.set(XmNbackground, static_cast<XtArgVal>(readOnlyBackground(board, zWidgetName(row))));
+    }
+    resources.set(XmNvalue, reinterpret_cast<XtArgVal>(row.text)).set(XmNmarginHeight, 0);
+    resources.set(XmNnavigationType, XmEXCLUSIVE_TAB_GROUP);
+    attach(zMakeWidget(xmTextFieldWidgetClass, board, row, resources));
+    shown_ = row.text;
+
+    // The text field puts its line at the top margin; centre it in the height that the layout gives.
+    XtVaSetValues(widget(), XmNmarginHeight, zCentredMargin(widget(), place.height), nullptr);
+    zSetGeometry(widget(), place);
+
+    if (!row.mask) return;
+    picture_.emplace(row.mask);
+    XtVaSetValues(widget(), XmNverifyBell, False, nullptr);  // verify() knows better what was refused
+    listen(XmNmodifyVerifyCallback,
+           [](zControl& self, void* data) { static_cast<zEdit&>(self).verify(data); });
+    listen(XmNlosingFocusCallback, [](zControl& self, void*) { static_cast<zEdit&>(self).complete(); });
+}
+
+void zEdit::setText(const std::string& value) {
+    std::string shown = value;
+    std::replace_if(
+        shown.begin(), shown.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
+    if (shown == text()) return;
+    byProgram_ = true;
+    XmTextFieldSetString(widget(), shown.data());
+    byProgram_ = false;
+}
+
+std::string zEdit::text() const {
+    const std::unique_ptr<char, void (*)(char*)> held(XmTextFieldGetString(widget()), XtFree);
+    return held.get();
+}
+
+void zEdit::show(const std::string& value) {
+    setText(value);
+    shown_ = text();
+}
+
+void zEdit::load() {
+    if (variable_) show(picture_ ? picture_->format(*variable_) : *variable_);
+}
+
+void zEdit::store() {
+    if (!variable_ || !changed()) return;
+    complete();
+    if (!changed()) return;
+    *variable_ = picture_ ? picture_->bare(picture_->completed(text())) : text();
+    shown_ = text();
+}
+
+// What leaves an address field is what is seen in it.
+void zEdit::complete() {
+    if (!picture_ || !picture_->isAddress() || !changed()) return;
+    const std::string now = text();
+    setText(now.empty() ? shown_ : picture_->completed(now));
+}
+
+void zEdit::verify(void* callData) {
+    if (byProgram_) return;
+    auto& change = *static_cast<XmTextVerifyCallbackStruct*>(callData);
+    const std::string typed(change.text->ptr ? change.text->ptr : "",
+                            change.text->ptr ? static_cast<std::size_t>(change.text->length) : 0);
+    const std::string before = text();
+    const auto edit = picture_->edit(before, static_cast<std::size_t>(change.startPos),
+                                     static_cast<std::size_t>(change.endPos), typed,
+                                     static_cast<std::size_t>(change.currInsert));
+    if (!edit) {
+        change.doit = False;
+        XBell(XtDisplay(widget()), 0);
+        return;
+    }
+    if (typed.empty()) {
+        // After a deletion the field would put the caret where the old text ended, and never free the new text.
+        change.doit = False;
+        XtFree(change.text->ptr);
+        change.text->ptr = nullptr;
+        setText(edit->text);
+        XmTextFieldSetInsertionPosition(widget(), static_cast<XmTextPosition>(edit->caret));
+        return;
+    }
+    // The whole text is replaced: one step, with every fixed character where it belongs.
+    change.startPos = 0;
+    change.endPos = static_cast<XmTextPosition>(before.size());
+    XtFree(change.text->ptr);
+    change.text->ptr = XtNewString(edit->text.c_str());
+    change.text->length = static_cast<int>(edit->text.size());
+    change.newInsert = static_cast<XmTextPosition>(edit->caret);
+}
+
+void zNumberEdit::load() {
+    if (variable_) show(std::to_string(*variable_));
+}
+
+void zNumberEdit::store() {
+    if (!variable_ || !changed() || text().empty()) return;
+    *variable_ = number();
+    show(text());
+}
+
+unsigned zNumberEdit::number() const {
+    const std::string digits = text();
+    unsigned value = 0;
+    std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    return value;
+}
+
+void zNumberEdit::setNumber(unsigned value) {
+    setText(std::to_string(value));
+}

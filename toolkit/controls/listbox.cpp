@@ -1,0 +1,71 @@
+#include "toolkit/controls/listbox.h"
+
+#include "toolkit/controls/rowwidget.h"
+#include "toolkit/display/displaycache.h"
+
+#include <Xm/List.h>
+
+zListBox::zListBox(Widget board, const zRect& place, const zControlRow& row) : zControl(row), place_(place) {
+    zResources resources(place);
+    resources.set(XmNselectionPolicy, row.style & zSeveral ? XmMULTIPLE_SELECT : XmBROWSE_SELECT);
+    resources.set(XmNlistSizePolicy, XmCONSTANT);
+    resources.set(XmNscrollBarDisplayPolicy, XmAS_NEEDED).set(XmNnavigationType, XmEXCLUSIVE_TAB_GROUP);
+    if (row.style & zSmallFont)
+        resources.set(XmNrenderTable, reinterpret_cast<XtArgVal>(
+                                          zDisplayCache::of(XtDisplay(board)).renderTable(board, "small")));
+    std::string name = zWidgetName(row);
+    const Widget list = XmCreateScrolledList(board, name.data(), resources.args.data(), resources.count());
+    XtManageChild(list);
+    attach(list);
+    zSetGeometry(outermost(), place_);
+    listen(XmNbrowseSelectionCallback, [](zControl& self, void*) {
+        if (const auto handler = static_cast<zListBox&>(self).onSelect) handler();
+    });
+    listen(XmNdefaultActionCallback, [](zControl& self, void*) {
+        if (const auto handler = static_cast<zListBox&>(self).onActivate) handler();
+    });
+}
+
+void zListBox::setLines(std::vector<std::string> lines) {
+    lines_ = std::move(lines);
+    XmListDeleteAllItems(widget());
+    // Line by line the list would compute its size as often as it has lines.
+    std::vector<zXmText> texts(lines_.begin(), lines_.end());
+    std::vector<XmString> items;
+    for (const zXmText& text : texts) items.push_back(text.get());
+    if (!items.empty()) XmListAddItemsUnselected(widget(), items.data(), count(), 0);
+    // The list asks for the height of whole lines, anew with each change.
+    zSetGeometry(outermost(), place_);
+}
+
+std::string zListBox::line(int position) const {
+    return position >= 0 && position < count() ? lines_[static_cast<std::size_t>(position)] : std::string();
+}
+
+void zListBox::select(int position) {
+    if (position < 0 || position >= count()) {
+        XmListDeselectAllItems(widget());
+        return;
+    }
+    XmListSelectPos(widget(), position + 1, False);
+    XmListSetKbdItemPos(widget(), position + 1);
+}
+
+int zListBox::selected() const {
+    const std::vector<int> all = allSelected();
+    return all.empty() ? -1 : all.front();
+}
+
+std::vector<int> zListBox::allSelected() const {
+    int* positions = nullptr;
+    int found = 0;
+    if (!XmListGetSelectedPos(widget(), &positions, &found)) return {};
+    std::vector<int> all(positions, positions + found);
+    XtFree(reinterpret_cast<char*>(positions));
+    for (int& position : all) --position;
+    return all;
+}
+
+Widget zListBox::outermost() const {
+    return XtParent(widget());
+}

@@ -1,0 +1,259 @@
+#include "toolkit/controls/mask.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace {
+
+std::string_view withoutBlanks(std::string_view typed) {
+    constexpr std::string_view blanks = " \t\r\n";
+    const auto first = typed.find_first_not_of(blanks);
+    if (typed.size() < 2 || first == typed.npos) return typed;
+    return typed.substr(first, typed.find_last_not_of(blanks) - first + 1);
+}
+
+std::size_t number(std::string_view text) {
+    std::size_t value = 0;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
+
+bool has(const std::bitset<256>& set, char c) {
+    return set[static_cast<unsigned char>(c)];
+}
+
+// The characters of a bracket expression; `at` stands behind '[' and is moved behind ']'.
+std::bitset<256> characters(std::string_view notation, std::size_t& at) {
+    const auto next = [&] { return static_cast<unsigned char>(notation[notation[at] == '\\' ? ++at : at]); };
+    std::bitset<256> set;
+    for (; notation[at] != ']'; ++at) {
+        const unsigned first = next();
+        unsigned last = first;
+        if (notation[at + 1] == '-' && notation[at + 2] != ']') {
+            at += 2;
+            last = next();
+        }
+        for (unsigned c = first; c <= last; ++c) set.set(c);
+    }
+    ++at;
+    return set;
+}
+
+}  // namespace
+
+zPicture::zPicture(std::string_view notation) {
+    for (std::size_t at = 0; at < notation.size();) {
+        switch (notation[at]) {
+        case '\'':
+            elements_.push_back({.fixed = notation[at + 1]});
+            fixed_.set(static_cast<unsigned char>(notation[at + 1]));
+            at += 3;
+            break;
+        case '(': {
+            const auto close = notation.find(')', at);
+            elements_.back().most = number(notation.substr(at + 1, close - at - 1));
+            address_ = false;
+            at = close + 1;
+            break;
+        }
+        case '#': {
+            const std::size_t after = std::min(notation.find_first_not_of('#', at), notation.size());
+            std::size_t begin = 0;
+            elements_.push_back({.set = characters("0-9]", begin), .most = after - at});
+            address_ = false;
+            at = after;
+            break;
+        }
+        default:
+            elements_.push_back({.set = characters(notation, ++at)});
+        }
+    }
+    for (std::size_t i = 0; i < elements_.size(); ++i)
+        if (!elements_[i].fixed) places_.push_back(i);
+}
+
+std::optional<zPicture::Edit> zPicture::edit(const std::string& text, std::size_t start, std::size_t end,
+                                             std::string_view typed, std::size_t caret) const {
+    end = std::min(end, text.size());
+    start = std::min(start, end);
+    // Backspace leaves the caret before a fixed character that it meets, Delete behind it.
+    const bool forwards = typed.empty() && caret == start;
+    return address_ ? editAddress(text, start, end, withoutBlanks(typed), forwards)
+                    : editRuns(text, start, end, withoutBlanks(typed), forwards);
+}
+
+// Addresses. The element at a position of the text is the element with that number.
+
+std::size_t zPicture::placesBefore(std::size_t position) const {
+    return static_cast<std::size_t>(std::lower_bound(places_.begin(), places_.end(), position) -
+                                    places_.begin());
+}
+
+std::size_t zPicture::positionOf(std::size_t place) const {
+    return place < places_.size() ? places_[place] : elements_.size();
+}
+
+std::string zPicture::format(std::string_view value) const {
+    if (!address_ || value.empty()) return std::string(value);
+    std::string text;
+    for (const Element& element : elements_) {
+        if (!element.fixed && value.empty()) break;
+        text += element.fixed ? element.fixed : value.front();
+        if (!element.fixed) value.remove_prefix(1);
+    }
+    return text;
+}
+
+std::string zPicture::bare(std::string_view shown) const {
+    if (!address_) return std::string(shown);
+    std::string value;
+    for (std::size_t i = 0; i < std::min(shown.size(), elements_.size()); ++i)
+        if (!elements_[i].fixed) value += shown[i];
+    return value;
+}
+
+std::optional<zPicture::Edit> zPicture::editAddress(const std::string& text, std::size_t start,
+                                                    std::size_t end, std::string_view typed,
+                                                    bool forwards) const {
+    struct Digit {
+        char c;
+        bool misfit;  // stood at a place that does not take it
+    };
+    const std::string standing = bare(text);
+    std::vector<Digit> digits;
+    for (std::size_t place = 0; place < standing.size(); ++place)
+        digits.push_back({standing[place], !has(elements_[places_[place]].set, standing[place])});
+
+    std::size_t at = placesBefore(start);
+    const std::size_t behind = std::min(placesBefore(end), digits.size());
+    at = std::min(at, behind);
+    if (typed.empty() && at == behind) return Edit{text, forwards ? end : start};
+
+    const bool overwrite = start == end && digits.size() == places_.size();
+    digits.erase(digits.begin() + static_cast<std::ptrdiff_t>(at),
+                 digits.begin() + static_cast<std::ptrdiff_t>(behind));
+    std::size_t taken = 0;
+    for (const char c : typed) {
+        if (isFixed(c)) continue;
+        if (at == places_.size()) {
+            if (taken == 0) return {};  // no room at all
+            break;
+        }
+        if (overwrite && at < digits.size())
+            digits[at] = {c, false};
+        else
+            digits.insert(digits.begin() + static_cast<std::ptrdiff_t>(at), {c, false});
+        ++at;
+        ++taken;
+    }
+    if (!typed.empty() && taken == 0) {
+        if (start != end) return {};
+        const bool before = start < elements_.size() && elements_[start].fixed && start < text.size();
+        return Edit{text, start + before};  // a fixed character, which stands already
+    }
+    if (digits.size() > places_.size()) digits.resize(places_.size());
+
+    std::string value;
+    for (std::size_t place = 0; place < digits.size(); ++place) {
+        if (!digits[place].misfit && !has(elements_[places_[place]].set, digits[place].c)) return {};
+        value += digits[place].c;
+    }
+    return Edit{format(value), value.empty() ? 0 : positionOf(at)};
+}
+
+// Pictures of runs. A text is held as its runs; a run that is there, even empty, has its fixed character before
+// it.
+
+zPicture::Runs zPicture::split(std::string_view text) const {
+    Runs runs(1);
+    for (const char c : text) {
+        if (isFixed(c) && runs.size() < places_.size())
+            runs.emplace_back();
+        else
+            runs.back() += c;
+    }
+    return runs;
+}
+
+zPicture::Edit zPicture::joined(const Runs& runs, Caret caret) const {
+    Edit edit{{}, 0};
+    for (std::size_t run = 0; run < runs.size(); ++run) {
+        if (run > 0) edit.text += elements_[places_[run] - 1].fixed;
+        if (run == caret.run) edit.caret = edit.text.size() + caret.offset;
+        edit.text += runs[run];
+    }
+    return edit;
+}
+
+zPicture::Caret zPicture::locate(const Runs& runs, std::size_t position) const {
+    std::size_t run = 0;
+    while (run + 1 < runs.size() && position > runs[run].size()) position -= runs[run++].size() + 1;
+    return {run, position};
+}
+
+std::optional<zPicture::Edit> zPicture::editRuns(const std::string& text, std::size_t start, std::size_t end,
+                                                 std::string_view typed, bool forwards) const {
+    Runs runs = split(text);
+    Caret at = locate(runs, start);
+    const Caret behind = locate(runs, end);
+    const bool onlyFixed = end == start + 1 && at.run != behind.run;
+
+    for (std::size_t run = at.run; run <= behind.run; ++run) {
+        const std::size_t from = run == at.run ? at.offset : 0;
+        const std::size_t to = run == behind.run ? behind.offset : runs[run].size();
+        runs[run].erase(from, to - from);
+    }
+    if (onlyFixed && forwards) at = behind;
+
+    bool taken = false;
+    for (const char c : typed) {
+        const Element* element = &elements_[places_[at.run]];
+        const bool last = at.run + 1 == places_.size();
+        if (isFixed(c) && !has(element->set, c)) {
+            if (runs[at.run].empty()) continue;  // stands already
+            if (last) continue;
+            ++at.run;
+            at.offset = 0;
+            if (at.run == runs.size()) runs.emplace_back();
+            taken = true;
+            continue;
+        }
+        if (at.offset >= element->most && !last) {
+            ++at.run;
+            at.offset = 0;
+            if (at.run == runs.size()) runs.emplace_back();
+            element = &elements_[places_[at.run]];
+        }
+        if (!has(element->set, c)) return {};
+        if (runs[at.run].size() >= element->most) {
+            if (!taken) return {};
+            break;
+        }
+        runs[at.run].insert(at.offset++, 1, c);
+        taken = true;
+    }
+    if (!typed.empty() && !taken && start != end) return {};
+
+    // A run that has just become full is followed by the next one's fixed character.
+    const bool typedToEnd = taken && at.run + 1 == runs.size() && at.offset == runs[at.run].size();
+    if (typedToEnd && runs.size() < places_.size() && at.offset >= elements_[places_[at.run]].most) {
+        runs.emplace_back();
+        at = {at.run + 1, 0};
+    }
+    while (runs.size() > at.run + 1 && runs.back().empty()) runs.pop_back();
+    return joined(runs, at);
+}
+
+std::string zPicture::completed(const std::string& text) const {
+    if (places_.size() == 1 || (address_ && text.empty())) return text;
+    if (address_) {
+        std::string value = bare(text);
+        value.resize(places_.size(), '0');
+        return format(value);
+    }
+    Runs runs = split(text);
+    runs.resize(places_.size());
+    for (std::string& run : runs)
+        if (run.empty()) run += '0';
+    return joined(runs, {0, 0}).text;
+}

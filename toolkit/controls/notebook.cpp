@@ -1,0 +1,67 @@
+#include "toolkit/controls/notebook.h"
+
+#include "toolkit/controls/tabs.h"
+
+#include <Xm/DrawingA.h>
+#include <Xm/TabStack.h>
+#include <algorithm>
+
+zNotebook::zNotebook(Widget board, const zRect& place, const zControlRow& row)
+    : zControl(row), place_(place) {
+    zResources resources(place);
+    attach(zMakeTabs(board, row, resources));
+    listen(XmNtabSelectedCallback, [](zControl& self, void* data) {
+        auto& notebook = static_cast<zNotebook&>(self);
+        // The first callback comes when the window is made, and nobody has chosen anything.
+        const auto* call = static_cast<XmTabStackCallbackStruct*>(data);
+        if (XtIsRealized(notebook.widget())) notebook.raise();
+        if (const auto handler = notebook.onSelect; handler && call->event) handler(notebook.selected());
+    });
+}
+
+zBoard& zNotebook::addPage(const zLayout& layout) {
+    addPage(layout, {});
+    make(pages_.back());
+    return *pages_.back().board;
+}
+
+void zNotebook::addPage(const zLayout& layout, std::function<void(zBoard&)> made) {
+    const zXmText caption(layout.caption);
+    const Widget sheet = XtVaCreateManagedWidget(layout.name, xmDrawingAreaWidgetClass, widget(),
+                                                 XmNtabLabelString, caption.get(), XmNmarginWidth, 0,
+                                                 XmNmarginHeight, 0, XmNresizePolicy, XmRESIZE_NONE, nullptr);
+    pages_.push_back({sheet, layout, nullptr, std::move(made)});
+}
+
+void zNotebook::make(Page& page) {
+    page.board = std::make_unique<zBoard>(page.sheet, "board", page.layout);
+    if (page.made) page.made(*page.board);
+}
+
+int zNotebook::selected() const {
+    const Widget top = XmTabStackGetSelectedTab(widget());
+    const auto found =
+        std::find_if(pages_.begin(), pages_.end(), [top](const Page& page) { return page.sheet == top; });
+    return found == pages_.end() ? -1 : static_cast<int>(found - pages_.begin());
+}
+
+void zNotebook::select(int position) {
+    if (position >= 0 && position < count())
+        XmTabStackSelectTab(pages_[static_cast<std::size_t>(position)].sheet, False);
+    if (XtIsRealized(widget())) raise();
+}
+
+void zNotebook::raise() {
+    const int position = selected();
+    if (position < 0) return;
+    Page& page = pages_[static_cast<std::size_t>(position)];
+    if (!page.board) make(page);
+    if (XtIsManaged(page.board->widget())) return;
+    XtManageChild(page.board->widget());
+    page.board->realized();
+}
+
+void zNotebook::realized() {
+    zSetGeometry(widget(), place_);
+    raise();
+}

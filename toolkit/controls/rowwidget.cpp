@@ -1,0 +1,47 @@
+#include "toolkit/controls/rowwidget.h"
+
+#include <algorithm>
+#include <fmt/core.h>
+
+zResources::zResources(const zRect& place) {
+    set(XmNx, place.x);
+    set(XmNy, place.y);
+    set(XmNwidth, place.width);
+    set(XmNheight, place.height);
+}
+
+zResources& zResources::setFonts(XmRenderTable font) {
+    for (const char* resource : {XmNlabelRenderTable, XmNbuttonRenderTable, XmNtextRenderTable})
+        set(resource, reinterpret_cast<XtArgVal>(font));
+    return *this;
+}
+
+std::string zWidgetName(const zControlRow& row) {
+    return row.id >= 0 ? fmt::format("id{}", row.id) : row.name ? row.name : "unnamed";
+}
+
+Widget zMakeWidget(WidgetClass kind, Widget board, const zControlRow& row, zResources& resources) {
+    return XtCreateManagedWidget(zWidgetName(row).c_str(), kind, board, resources.args.data(),
+                                 resources.count());
+}
+
+void zSetGeometry(Widget widget, const zRect& place) {
+    XtVaSetValues(widget, XmNx, place.x, XmNy, place.y, XmNwidth, place.width, XmNheight, place.height,
+                  nullptr);
+}
+
+Pixel zBackground(Widget widget) {
+    Pixel background = 0;
+    XtVaGetValues(widget, XmNbackground, &background, nullptr);
+    return background;
+}
+
+Dimension zCentredMargin(Widget field, int height) {
+    XmRenderTable table = nullptr;
+    Dimension highlight = 0, shadow = 0;
+    XtVaGetValues(field, XmNrenderTable, &table, XmNhighlightThickness, &highlight, XmNshadowThickness,
+                  &shadow, nullptr);
+    const zXmText sample("Ag");
+    const int spare = height - 2 * (highlight + shadow) - XmStringHeight(table, sample.get());
+    return static_cast<Dimension>(std::max(0, spare / 2));
+}

@@ -1,0 +1,28 @@
+// Controls without a value: texts, lines and group boxes.
+#pragma once
+
+#include "toolkit/controls/control.h"
+
+class zStatic : public zControl {
+  public:
+    zStatic(Widget board, const zRect& place, const zControlRow& row);
+
+    void setText(const char* text);
+};
+
+class zFrame : public zControl {
+  public:
+    zFrame(Widget board, const zRect& place, const zControlRow& row);
+};
+
+// A frame with a title. Lies below the controls that stand inside it.
+class zGroupBox : public zControl {
+  public:
+    zGroupBox(Widget board, const zRect& place, const zControlRow& row);
+
+    void setTitle(const char* text);
+    void realized() override;
+
+  private:
+    Widget title_;
+};

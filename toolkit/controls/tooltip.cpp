@@ -1,0 +1,153 @@
+#include "toolkit/controls/tooltip.h"
+
+#include "toolkit/display/displaycache.h"
+#include "toolkit/display/xmtext.h"
+#include "toolkit/library/xftdraws.h"
+
+#include <X11/Shell.h>
+#include <Xm/Label.h>
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+struct Delays {
+    int post, duration;
+};
+
+// Long enough not to get in the way, short enough to be found; long enough to read a line twice.
+constexpr int defaultDelay = 600, defaultDuration = 8000;
+
+Delays delaysOf(Widget widget) {
+    static char delayName[] = "toolTipPostDelay", delayClass[] = "ToolTipPostDelay";
+    static char durationName[] = "toolTipPostDuration", durationClass[] = "ToolTipPostDuration";
+    static XtResource resources[] = {
+        {delayName, delayClass, XtRInt, sizeof(int), offsetof(Delays, post), XtRImmediate,
+         reinterpret_cast<XtPointer>(XtArgVal{defaultDelay})},
+        {durationName, durationClass, XtRInt, sizeof(int), offsetof(Delays, duration), XtRImmediate,
+         reinterpret_cast<XtPointer>(XtArgVal{defaultDuration})},
+    };
+    Delays delays{};
+    XtGetApplicationResources(widget, &delays, resources, XtNumber(resources), nullptr, 0);
+    return delays;
+}
+
+constexpr int belowPointer = 20;  // clear of the pointer's own shape
+
+// The library's controls keep motion to themselves, and so do the windows inside a table; the board has to see it.
+void letMotionThrough(Widget control) {
+    if (!XtIsWidget(control) || !XtIsRealized(control)) return;
+    XSetWindowAttributes attributes{};
+    attributes.do_not_propagate_mask = KeyPressMask | KeyReleaseMask | ButtonPressMask | ButtonReleaseMask;
+    XChangeWindowAttributes(XtDisplay(control), XtWindow(control), CWDontPropagate, &attributes);
+    if (!XtIsComposite(control)) return;
+    WidgetList children = nullptr;
+    Cardinal count = 0;
+    XtVaGetValues(control, XmNchildren, &children, XmNnumChildren, &count, nullptr);
+    std::for_each_n(children, count, letMotionThrough);
+}
+
+}  // namespace
+
+struct zTooltips::Handlers {
+    static void board(Widget, XtPointer self, XEvent* event, Boolean*) {
+        auto* tips = static_cast<zTooltips*>(self);
+        if (event->type == MotionNotify)
+            tips->pointerAt(event->xmotion.x, event->xmotion.y);
+        else if (event->xcrossing.detail != NotifyInferior)
+            tips->pointerLeft();
+    }
+    static void press(Widget, XtPointer self, XEvent*, Boolean*) { static_cast<zTooltips*>(self)->hide(); }
+    static void timer(XtPointer self, XtIntervalId*) {
+        auto* tips = static_cast<zTooltips*>(self);
+        tips->timer_ = 0;
+        (tips->*tips->timed_)();
+    }
+};
+
+zTooltips::zTooltips(Widget board) : board_(board) {
+    Widget top = board;
+    while (XtParent(top)) top = XtParent(top);
+    const Delays delays = delaysOf(top);
+    delay_ = delays.post;
+    duration_ = delays.duration;
+    XtAddEventHandler(board_, PointerMotionMask | LeaveWindowMask, False, Handlers::board, this);
+}
+
+zTooltips::~zTooltips() {
+    hide();
+    XtRemoveEventHandler(board_, PointerMotionMask | LeaveWindowMask, False, Handlers::board, this);
+    for (const Tip& tip : tips_)
+        XtRemoveEventHandler(tip.control, ButtonPressMask, False, Handlers::press, this);
+}
+
+void zTooltips::add(Widget control, std::string text) {
+    XtAddEventHandler(control, ButtonPressMask, False, Handlers::press, this);
+    under_ = nullptr;  // the rows move
+    tips_.push_back({control, std::move(text)});
+}
+
+void zTooltips::realized() {
+    for (const Tip& tip : tips_) letMotionThrough(tip.control);
+}
+
+void zTooltips::pointerAt(int x, int y) {
+    const auto found = std::find_if(tips_.begin(), tips_.end(), [&](const Tip& tip) {
+        Position left = 0, top = 0;
+        Dimension width = 0, height = 0;
+        XtVaGetValues(tip.control, XmNx, &left, XmNy, &top, XmNwidth, &width, XmNheight, &height, nullptr);
+        return x >= left && x < left + width && y >= top && y < top + height;
+    });
+    const Tip* now = found == tips_.end() ? nullptr : &*found;
+    if (now == under_) return;
+    hide();
+    under_ = now;
+    if (now) startTimer(delay_, &zTooltips::show);
+}
+
+void zTooltips::pointerLeft() {
+    hide();
+    under_ = nullptr;
+}
+
+void zTooltips::hide() {
+    if (timer_) XtRemoveTimeOut(timer_);
+    timer_ = 0;
+    if (!shell_) return;
+    zFreeXftDraws(shell_);
+    XtDestroyWidget(std::exchange(shell_, nullptr));
+}
+
+void zTooltips::startTimer(int milliseconds, void (zTooltips::*action)()) {
+    timed_ = action;
+    timer_ = XtAppAddTimeOut(XtWidgetToApplicationContext(board_), static_cast<unsigned long>(milliseconds),
+                             Handlers::timer, this);
+}
+
+void zTooltips::show() {
+    Display* display = XtDisplay(board_);
+    Window root = 0, child = 0;
+    int rootX = 0, rootY = 0, x = 0, y = 0;
+    unsigned mask = 0;
+    XQueryPointer(display, XtWindow(board_), &root, &child, &rootX, &rootY, &x, &y, &mask);
+
+    Widget top = board_;
+    while (!XtIsShell(top)) top = XtParent(top);
+    shell_ = XtVaCreatePopupShell("TipShell", overrideShellWidgetClass, top, XmNallowShellResize, True,
+                                  XmNborderWidth, 1, nullptr);
+    const zXmText text(under_->text);
+    const XmRenderTable font = zDisplayCache::of(display).renderTable(shell_, "plain");
+    const Widget label = XtVaCreateManagedWidget("TipLabel", xmLabelWidgetClass, shell_, XmNlabelString,
+                                                 text.get(), XmNrenderTable, font, nullptr);
+    XtRealizeWidget(shell_);
+    Dimension width = 0, height = 0;
+    XtVaGetValues(label, XmNwidth, &width, XmNheight, &height, nullptr);
+    const int right = WidthOfScreen(XtScreen(board_)), bottom = HeightOfScreen(XtScreen(board_));
+    const int left = std::max(0, std::min(rootX, right - width - 2));
+    // Above the pointer where there is no room below it.
+    const int under = rootY + belowPointer;
+    XtVaSetValues(shell_, XmNx, left, XmNy,
+                  under + height + 2 > bottom ? rootY - height - belowPointer / 2 : under, nullptr);
+    XtPopup(shell_, XtGrabNone);
+    startTimer(duration_, &zTooltips::hide);
+}

@@ -1,0 +1,56 @@
+#include "toolkit/display/displaycache.h"
+
+#include <Xm/BulletinB.h>
+#include <stdexcept>
+#include <vector>
+
+namespace {
+
+// A process has one display; a test may have one after the other.
+std::vector<std::pair<Display*, zDisplayCache*>> stores;
+
+}  // namespace
+
+zDisplayCache::zDisplayCache(Display* display) : display_(display) {
+    stores.emplace_back(display, this);
+}
+
+zDisplayCache::~zDisplayCache() {
+    std::erase(stores, std::pair(display_, this));
+    for (const auto& [name, font] : fonts_)
+        if (font) XftFontClose(display_, font);
+    for (const auto& [key, pixmap] : pixmaps_)
+        if (pixmap) XFreePixmap(display_, pixmap);
+    for (const auto& [shape, cursor] : cursors_) XFreeCursor(display_, cursor);
+}
+
+zDisplayCache& zDisplayCache::of(Display* display) {
+    for (const auto& [of, store] : stores)
+        if (of == display) return *store;
+    throw std::logic_error("this display is not open");
+}
+
+Cursor zDisplayCache::cursor(int shape) {
+    Cursor& cursor = cursors_[shape];
+    if (!cursor) cursor = XCreateFontCursor(display_, static_cast<unsigned>(shape));
+    return cursor;
+}
+
+XmRenderTable zDisplayCache::renderTable(Widget widget, const std::string& name) {
+    XmRenderTable& table = renderTables_[name];
+    if (table) return table;
+    while (XtParent(widget)) widget = XtParent(widget);
+    // The library converts the name for each window anew and never frees what it makes of it: one widget asks for it,
+    // and goes with the application's root.
+    const Widget holder =
+        XtVaCreateWidget("fonts", xmBulletinBoardWidgetClass, widget, XtVaTypedArg, XmNlabelRenderTable,
+                         XmRString, name.c_str(), static_cast<int>(name.size() + 1), nullptr);
+    XtVaGetValues(holder, XmNlabelRenderTable, &table, nullptr);
+    return table;
+}
+
+XftFont* zDisplayCache::font(int screen, const std::string& name) {
+    XftFont*& font = fonts_[name];
+    if (!font) font = XftFontOpenName(display_, screen, name.c_str());
+    return font;
+}

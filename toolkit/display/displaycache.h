@@ -1,0 +1,37 @@
+// The per-display cache of cursors, fonts and pixmaps. They are made when first asked for and freed when the
+// display is closed: loading a themed cursor or matching a font takes longer than filling a table. Inside the
+// toolkit only.
+#pragma once
+
+#include <X11/Xft/Xft.h>
+#include <Xm/Xm.h>
+#include <map>
+#include <string>
+#include <utility>
+
+class zDisplayCache {
+  public:
+    explicit zDisplayCache(Display* display);
+    ~zDisplayCache();
+    zDisplayCache(const zDisplayCache&) = delete;
+    zDisplayCache& operator=(const zDisplayCache&) = delete;
+
+    // The cache of a display that an application has opened.
+    static zDisplayCache& of(Display* display);
+
+    Cursor cursor(int shape);                            // of the cursor font
+    XftFont* font(int screen, const std::string& name);  // null: there is none
+
+    // The render table "plain", "bold" or "small". The X resources describe them (Tarvolin*bold*fontName etc.).
+    XmRenderTable renderTable(Widget widget, const std::string& name);
+
+    // By number in the picture table and background colour. None until the caller stores the pixmap here.
+    Pixmap& pixmap(int picture, unsigned long background) { return pixmaps_[{picture, background}]; }
+
+  private:
+    Display* display_;
+    std::map<int, Cursor> cursors_;
+    std::map<std::string, XftFont*> fonts_;
+    std::map<std::string, XmRenderTable> renderTables_;
+    std::map<std::pair<int, unsigned long>, Pixmap> pixmaps_;
+};

@@ -1,0 +1,102 @@
+#include "toolkit/display/picture.h"
+
+#include "toolkit/display/displaycache.h"
+#include "toolkit/library/querycolour.h"
+
+#include <X11/Intrinsic.h>
+#include <X11/xpm.h>
+#include <algorithm>
+#include <bit>
+#include <cstdlib>
+#include <cstring>
+#include <fmt/format.h>
+#include <string>
+
+namespace {
+
+std::span<const zPictureRow> pictures;
+
+// The library takes char**, but reads only.
+char** xpmData(const zPictureRow& row) {
+    return const_cast<char**>(row.xpm);
+}
+
+// Where a pixel is made of three bit fields it can be computed: asking the server costs a round trip a colour.
+unsigned long scaled(unsigned long value, unsigned long mask) {
+    const int shift = std::countr_zero(mask);
+    const int bits = std::popcount(mask);
+    return ((value >> (8 - std::min(bits, 8))) << shift) & mask;
+}
+
+int trueColour(Display* display, Colormap, char* name, XColor* colour, void*) {
+    const Visual* visual = DefaultVisual(display, DefaultScreen(display));
+    if (!name || name[0] != '#' || std::strlen(name) != 7) return -1;
+    const unsigned long rgb = std::strtoul(name + 1, nullptr, 16);
+    colour->pixel = scaled(rgb >> 16 & 255, visual->red_mask) | scaled(rgb >> 8 & 255, visual->green_mask) |
+                    scaled(rgb & 255, visual->blue_mask);
+    return 1;
+}
+
+// Computed pixels have nothing to give back.
+int keepColours(Display*, Colormap, Pixel*, int, void*) {
+    return 1;
+}
+
+Pixmap make(Widget widget, const zPictureRow& row, Pixel background) {
+    char symbol[] = "background";
+    const XColor rgb = zColourOf(widget, background);
+    std::string value = fmt::format("#{:02x}{:02x}{:02x}", rgb.red >> 8, rgb.green >> 8, rgb.blue >> 8);
+    XpmColorSymbol colour{symbol, value.data(), 0};
+    XpmAttributes attributes{};
+    attributes.valuemask = XpmColorSymbols | XpmCloseness;
+    attributes.colorsymbols = &colour;
+    attributes.numsymbols = 1;
+    attributes.closeness = 40000;  // on a full colour map any near colour is better than none
+    if (DefaultVisualOfScreen(XtScreen(widget))->c_class == TrueColor) {
+        attributes.valuemask |= XpmAllocColor | XpmFreeColors;
+        attributes.alloc_color = trueColour;
+        attributes.free_colors = keepColours;
+    }
+    Pixmap made = None;
+    XpmCreatePixmapFromData(XtDisplay(widget), RootWindowOfScreen(XtScreen(widget)), xpmData(row), &made,
+                            nullptr, &attributes);
+    XpmFreeAttributes(&attributes);
+    return made;
+}
+
+}  // namespace
+
+void zSetPictures(std::span<const zPictureRow> rows) {
+    pictures = rows;
+}
+
+const zPictureRow* zFindPicture(int id) {
+    const auto row =
+        std::find_if(pictures.begin(), pictures.end(), [id](const auto& r) { return r.id == id; });
+    return row == pictures.end() ? nullptr : &*row;
+}
+
+unsigned long zPixmapOf(Widget widget, int id, unsigned long background) {
+    const zPictureRow* row = zFindPicture(id);
+    if (!row) return 0;
+    Pixmap& pixmap = zDisplayCache::of(XtDisplay(widget)).pixmap(id, background);
+    if (!pixmap) pixmap = make(widget, *row, background);
+    return pixmap;
+}
+
+std::vector<unsigned long> zIconData(int id) {
+    std::vector<unsigned long> data;
+    const zPictureRow* row = zFindPicture(id);
+    XpmImage image{};
+    if (!row || XpmCreateXpmImageFromData(xpmData(*row), &image, nullptr) != XpmSuccess) return data;
+    data.reserve(2 + std::size_t{image.width} * image.height);
+    data.push_back(image.width);
+    data.push_back(image.height);
+    for (std::size_t i = 0; i < std::size_t{image.width} * image.height; ++i) {
+        const char* colour = image.colorTable[image.data[i]].c_color;
+        const bool opaque = colour && colour[0] == '#';
+        data.push_back(opaque ? 0xff000000UL | std::strtoul(colour + 1, nullptr, 16) : 0UL);
+    }
+    XpmFreeXpmImage(&image);
+    return data;
+}

@@ -1,0 +1,33 @@
+#include "toolkit/library/querycolour.h"
+
+#include <bit>
+
+namespace {
+
+unsigned short field(Pixel pixel, unsigned long mask) {
+    const unsigned long value = (pixel & mask) >> std::countr_zero(mask);
+    return static_cast<unsigned short>(value * 0xffff / (mask >> std::countr_zero(mask)));
+}
+
+}  // namespace
+
+// In the place of the X library's function, also for the widget library, which asks the server for the colour of each
+// text that it draws and waits for the answer. Where a pixel is made of three bit fields the answer stands in it.
+extern "C" int XQueryColor(Display* display, Colormap colours, XColor* colour) {
+    const Screen* screen = DefaultScreenOfDisplay(display);
+    const Visual* visual = DefaultVisualOfScreen(screen);
+    if (visual->c_class != TrueColor || colours != DefaultColormapOfScreen(screen))
+        return XQueryColors(display, colours, colour, 1);
+    colour->red = field(colour->pixel, visual->red_mask);
+    colour->green = field(colour->pixel, visual->green_mask);
+    colour->blue = field(colour->pixel, visual->blue_mask);
+    colour->flags = DoRed | DoGreen | DoBlue;
+    return 1;
+}
+
+XColor zColourOf(Widget widget, Pixel pixel) {
+    XColor colour{};
+    colour.pixel = pixel;
+    XQueryColor(XtDisplay(widget), DefaultColormapOfScreen(XtScreen(widget)), &colour);
+    return colour;
+}

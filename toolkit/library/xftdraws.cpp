@@ -1,0 +1,27 @@
+#include "toolkit/library/xftdraws.h"
+
+#include <X11/IntrinsicP.h>
+// after it:
+#include <X11/CoreP.h>
+#include <X11/Xft/Xft.h>
+#include <Xm/Xm.h>
+
+// Exported by the library, but in no header of it: it keeps one XftDraw per window and never frees it.
+extern "C" {
+XftDraw* _XmXftDrawCreate(Display* display, Window window);
+void _XmXftDrawDestroy(Display* display, Window window, XftDraw* draw);
+}
+
+void zFreeXftDraws(Widget widget) {
+    if (!XtIsWidget(widget)) return;  // gadgets draw into their parent's window
+    if (XtIsRealized(widget)) {
+        Display* display = XtDisplay(widget);
+        _XmXftDrawDestroy(display, XtWindow(widget), _XmXftDrawCreate(display, XtWindow(widget)));
+    }
+    for (Cardinal i = 0; i < widget->core.num_popups; ++i) zFreeXftDraws(widget->core.popup_list[i]);
+    if (!XtIsComposite(widget)) return;
+    WidgetList children = nullptr;
+    Cardinal count = 0;
+    XtVaGetValues(widget, XmNchildren, &children, XmNnumChildren, &count, nullptr);
+    for (Cardinal i = 0; i < count; ++i) zFreeXftDraws(children[i]);
+}

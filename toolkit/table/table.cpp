@@ -1,0 +1,433 @@
+#include "toolkit/table/table.h"
+
+#include "toolkit/controls/rowwidget.h"
+
+#include <X11/Xatom.h>
+#include <X11/keysym.h>
+#include <Xm/DrawingA.h>
+#include <Xm/Frame.h>
+#include <Xm/ScrollBar.h>
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace {
+
+constexpr int barThickness = 15;  // as those of lists
+constexpr int barGap = 2;
+constexpr int shadow = 2;
+constexpr int rowMargin = 4;    // above and below a text, together
+constexpr int labelMargin = 6;  // the same of a label, with its edges
+constexpr int wheelRows = 3, wheelPixels = 40;
+constexpr int widthMargin = 8;              // left and right of a text, together
+constexpr char usualText[] = "0000000000";  // columns that nobody gives a width have room for it
+
+Widget makeBar(Widget parent, const char* name, unsigned char orientation) {
+    return XtVaCreateWidget(name, xmScrollBarWidgetClass, parent, XmNorientation, orientation, XmNtraversalOn,
+                            False, XmNhighlightThickness, 0, nullptr);
+}
+
+// Where a key takes the active cell.
+struct Move {
+    KeySym key;
+    bool control;
+    int rows, columns;  // steps; `far` is to the end, `page` as many rows as are seen
+};
+constexpr int far = 1 << 20, page = 1 << 19;
+constexpr Move moves[] = {
+    {XK_Up, false, -1, 0},          {XK_Down, false, 1, 0},       {XK_Left, false, 0, -1},
+    {XK_Right, false, 0, 1},        {XK_Prior, false, -page, 0},  {XK_Next, false, page, 0},
+    {XK_Home, false, 0, -far},      {XK_End, false, 0, far},      {XK_Home, true, -far, -far},
+    {XK_End, true, far, far},       {XK_KP_Up, false, -1, 0},     {XK_KP_Down, false, 1, 0},
+    {XK_KP_Prior, false, -page, 0}, {XK_KP_Next, false, page, 0}, {XK_KP_Home, false, 0, -far},
+    {XK_KP_End, false, 0, far},
+};
+
+}  // namespace
+
+// What the window system calls. The canvas's user data is the table.
+struct zTable::Handlers {
+    static void event(Widget, XtPointer self, XEvent* event, Boolean*) {
+        auto& table = *static_cast<zTable*>(self);
+        switch (event->type) {
+        case KeyPress:
+            key(table, event->xkey);
+            break;
+        case ButtonPress:
+            button(table, event->xbutton);
+            break;
+        case FocusIn:
+        case FocusOut:
+            table.focused_ = event->type == FocusIn;
+            table.changed(table.active_);
+            break;
+        }
+    }
+
+    static void key(zTable& table, XKeyEvent& event) {
+        const KeySym symbol = XLookupKeysym(&event, 0);
+        const bool control = event.state & ControlMask;
+        if (control && (symbol == XK_c || symbol == XK_Insert)) {
+            table.copy(event.time);
+            return;
+        }
+        for (const Move& move : moves) {
+            if (move.key != symbol || move.control != control) continue;
+            const int step =
+                std::abs(move.rows) == page ? table.grid_.wholeRows() * (move.rows > 0 ? 1 : -1) : move.rows;
+            table.moveTo({table.active_.column + move.columns, table.active_.row + step});
+        }
+    }
+
+    static void button(zTable& table, const XButtonEvent& event) {
+        const zTableGrid& grid = table.grid_;
+        const bool sideways = event.state & ShiftMask;
+        switch (event.button) {
+        case Button1:
+            XmProcessTraversal(table.widget(), XmTRAVERSE_CURRENT);
+            if (const zTableLoc at = grid.at(event.x, event.y); at.row > 0)
+                table.moveTo({std::max(1, at.column), at.row});
+            break;
+        case Button4:
+        case Button5: {
+            const int direction = event.button == Button4 ? -1 : 1;
+            if (sideways)
+                table.scrollTo(grid.firstRow(), grid.left() + direction * wheelPixels);
+            else
+                table.scrollTo(grid.firstRow() + direction * wheelRows, grid.left());
+            break;
+        }
+        case 6:
+        case 7:
+            table.scrollTo(grid.firstRow(), grid.left() + (event.button == 6 ? -wheelPixels : wheelPixels));
+            break;
+        }
+    }
+
+    static void bar(zControl& self, void* data) {
+        auto& table = static_cast<zTable&>(self);
+        int row = 0, left = 0;
+        XtVaGetValues(table.vertical_, XmNvalue, &row, nullptr);
+        XtVaGetValues(table.horizontal_, XmNvalue, &left, nullptr);
+        static_cast<void>(data);
+        table.scrollTo(row, left);
+    }
+
+    static void expired(XtPointer self, XtIntervalId*) {
+        static_cast<zTable*>(self)->timer_ = 0;
+        static_cast<zTable*>(self)->flush();
+    }
+
+    static zTable* of(Widget canvas) {
+        XtPointer self = nullptr;
+        XtVaGetValues(canvas, XmNuserData, &self, nullptr);
+        return static_cast<zTable*>(self);
+    }
+
+    static Boolean convert(Widget canvas, Atom*, Atom* target, Atom* type, XtPointer* value,
+                           unsigned long* length, int* format) {
+        Display* display = XtDisplay(canvas);
+        const Atom targets = XInternAtom(display, "TARGETS", False);
+        const Atom utf8 = XInternAtom(display, "UTF8_STRING", False);
+        if (*target == targets) {
+            const Atom all[] = {targets, utf8, XA_STRING};
+            *value = XtMalloc(sizeof all);
+            std::memcpy(*value, all, sizeof all);
+            *type = XA_ATOM;
+            *length = std::size(all);
+            *format = 32;
+            return True;
+        }
+        if (*target != utf8 && *target != XA_STRING) return False;
+        const std::string& text = of(canvas)->clipboard_;
+        *value = XtMalloc(static_cast<Cardinal>(text.size() + 1));
+        std::memcpy(*value, text.c_str(), text.size() + 1);
+        *type = *target;
+        *length = text.size();
+        *format = 8;
+        return True;
+    }
+
+    static void lost(Widget canvas, Atom*) {
+        of(canvas)->ownsClipboard_ = false;
+        of(canvas)->clipboard_.clear();
+    }
+};
+
+zTable::zTable(Widget board, const zRect& place, const zControlRow& row) : zControl(row), place_(place) {
+    zResources resources(place);
+    resources.set(XmNmarginWidth, 0).set(XmNmarginHeight, 0).set(XmNresizePolicy, XmRESIZE_NONE);
+    container_ = zMakeWidget(xmDrawingAreaWidgetClass, board, row, resources);
+    frame_ = XtVaCreateManagedWidget("frame", xmFrameWidgetClass, container_, XmNshadowType, XmSHADOW_IN,
+                                     XmNshadowThickness, shadow, XmNmarginWidth, 0, XmNmarginHeight, 0,
+                                     XmNwidth, place.width, XmNheight, place.height, nullptr);
+    vertical_ = makeBar(container_, "vertical", XmVERTICAL);
+    horizontal_ = makeBar(container_, "horizontal", XmHORIZONTAL);
+    attach(XtVaCreateManagedWidget("cells", xmDrawingAreaWidgetClass, frame_, XmNmarginWidth, 0,
+                                   XmNmarginHeight, 0, XmNresizePolicy, XmRESIZE_NONE, XmNtraversalOn, True,
+                                   XmNnavigationType, XmEXCLUSIVE_TAB_GROUP, XmNuserData, this, nullptr));
+    paint_ = std::make_unique<zTablePaint>(widget());
+    setFont({});
+
+    XtAddEventHandler(widget(), KeyPressMask | ButtonPressMask | FocusChangeMask, False, Handlers::event,
+                      this);
+    listen(XmNexposeCallback, [](zControl& self, void* data) {
+        auto& table = static_cast<zTable&>(self);
+        const XEvent* event = static_cast<XmDrawingAreaCallbackStruct*>(data)->event;
+        if (!table.realized_ || !event) return;
+        const XExposeEvent& e = event->xexpose;
+        table.paint_->show({e.x, e.y, e.width, e.height});
+    });
+    for (const Widget bar : {vertical_, horizontal_})
+        for (const char* callback : {XmNvalueChangedCallback, XmNdragCallback})
+            listen(bar, callback, Handlers::bar);
+}
+
+zTable::~zTable() {
+    XtRemoveEventHandler(widget(), KeyPressMask | ButtonPressMask | FocusChangeMask, False, Handlers::event,
+                         this);
+    if (timer_) XtRemoveTimeOut(timer_);
+    if (ownsClipboard_)
+        XtDisownSelection(widget(), XInternAtom(XtDisplay(widget()), "CLIPBOARD", False),
+                          XtLastTimestampProcessed(XtDisplay(widget())));
+}
+
+void zTable::enable(bool on) {
+    zControl::enable(on);
+    changedAll();
+}
+
+void zTable::realized() {
+    realized_ = true;
+    arrange();
+}
+
+void zTable::resize(int columns, int rows) {
+    if (columns == model_.columns() && rows == model_.rows()) return;
+    model_.resize(columns, rows);
+    grid_.rows = model_.rows();
+    const auto before = grid_.widths.size();
+    grid_.widths.resize(static_cast<std::size_t>(model_.columns()) + 1);
+    for (auto i = before; i < grid_.widths.size(); ++i) grid_.widths[i] = textWidth(usualText) + widthMargin;
+    if (grid_.rows == 0 && active_.row > 0) awaited_ = active_;
+    if (grid_.rows > 0 && awaited_.row > 0) active_ = std::exchange(awaited_, {});
+    if (active_.row > grid_.rows || active_.column > grid_.columns()) active_ = {};
+    arrange();
+}
+
+bool zTable::setText(zTableLoc location, std::string_view text) {
+    if (!model_.set(location, text)) return false;
+    changed(location);
+    return true;
+}
+
+void zTable::rowsChanged() {
+    stale_.assign(static_cast<std::size_t>(model_.rows()) + 1, true);
+    if (realized_) writeRows(grid_.firstRow(), grid_.lastRow());
+}
+
+void zTable::writeRows(int first, int last) {
+    if (!write_) return;
+    for (auto row = static_cast<std::size_t>(std::max(first, 1)); static_cast<int>(row) <= last; ++row) {
+        if (row >= stale_.size() || !stale_[row]) continue;
+        stale_[row] = false;
+        write_(static_cast<int>(row));
+    }
+}
+
+void zTable::setColumnWidth(int column, int width) {
+    if (column < 0 || column > grid_.columns() || grid_.widths[static_cast<std::size_t>(column)] == width)
+        return;
+    grid_.widths[static_cast<std::size_t>(column)] = width;
+    arrange();
+}
+
+void zTable::fitColumn(int column, std::initializer_list<std::string_view> texts) {
+    int widest = 0;
+    for (const std::string_view text : texts) widest = std::max(widest, textWidth(text));
+    setColumnWidth(column, widest + widthMargin);
+}
+
+void zTable::numberRows(bool on) {
+    numbered_ = on;
+    changedAll();
+}
+
+void zTable::setFont(const std::string& pattern) {
+    paint_->setFont(pattern);
+    grid_.rowHeight = textHeight() + rowMargin;
+    grid_.labelHeight = textHeight() + labelMargin;
+    arrange();
+}
+
+void zTable::setActiveCell(zTableLoc location) {
+    if (location.row < 0 || location.row > grid_.rows || location.column < 0 ||
+        location.column > grid_.columns())
+        location = {};
+    awaited_ = {};
+    if (location == active_) return;
+    changedRow(active_.row);
+    active_ = location;
+    changedRow(active_.row);
+    if (realized_ && grid_.reveal(active_)) {
+        updateScrollBars();
+        changedAll();
+    }
+}
+
+// By the user: to the nearest cell there is.
+void zTable::moveTo(zTableLoc location) {
+    if (grid_.rows == 0 || grid_.columns() == 0) return;
+    location = {std::clamp(location.column, 1, grid_.columns()), std::clamp(location.row, 1, grid_.rows)};
+    const bool other = location != active_;
+    setActiveCell(location);
+    if (grid_.reveal(active_)) {
+        updateScrollBars();
+        changedAll();
+    }
+    const auto handler = onActiveChange;
+    if (other && handler) handler();
+}
+
+void zTable::scrollTo(int firstRow, int left) {
+    const int row = grid_.firstRow(), pixels = grid_.left();
+    grid_.scrollTo(firstRow, left);
+    if (grid_.firstRow() == row && grid_.left() == pixels) return;
+    updateScrollBars();
+    changedAll();
+}
+
+// Bars are there when not everything fits; they take room themselves.
+void zTable::arrange() {
+    if (!realized_) return;
+    // Rows that come and go do not bring a user back who has scrolled elsewhere.
+    const zRect cell = grid_.cell(active_), seen = grid_.visible(active_);
+    const bool follow =
+        active_.row > 0 && (grid_.width() == 0 || (seen.width == cell.width && seen.height == cell.height));
+    const int contentWidth = grid_.widths[0] + grid_.columnsWidth() + 2 * shadow;
+    const int contentHeight = grid_.labelHeight + grid_.rows * grid_.rowHeight + 2 * shadow;
+    constexpr int room = barThickness + barGap;
+    bool across = contentWidth > place_.width;
+    const bool down = contentHeight > place_.height - (across ? room : 0);
+    across = contentWidth > place_.width - (down ? room : 0);
+    const int width = place_.width - (down ? room : 0), height = place_.height - (across ? room : 0);
+
+    if (grid_.width() != width - 2 * shadow || grid_.height() != height - 2 * shadow) {
+        zSetGeometry(frame_, {0, 0, width, height});  // the canvas fills it
+        paint_->resize(width - 2 * shadow, height - 2 * shadow);
+    }
+    grid_.setView(width - 2 * shadow, height - 2 * shadow);
+    const auto put = [](Widget bar, bool needed, const zRect& r) {
+        if (!needed) {
+            XtUnmanageChild(bar);
+            return;
+        }
+        XtManageChild(bar);
+        zSetGeometry(bar, r);
+    };
+    put(vertical_, down, {place_.width - barThickness, 0, barThickness, height});
+    put(horizontal_, across, {0, place_.height - barThickness, width, barThickness});
+    if (follow) grid_.reveal(active_);
+    updateScrollBars();
+    changedAll();
+}
+
+void zTable::updateScrollBars() {
+    const auto set = [](Widget bar, int least, int value, int shown, int all, int step) {
+        all = std::max(all, 1);
+        shown = std::clamp(shown, 1, all);
+        XtVaSetValues(bar, XmNminimum, least, XmNmaximum, least + all, XmNsliderSize, shown, XmNvalue,
+                      std::min(value, least + all - shown), XmNincrement, step, XmNpageIncrement,
+                      std::max(1, shown - step), nullptr);
+    };
+    set(vertical_, 1, grid_.firstRow(), grid_.wholeRows(), grid_.rows, 1);
+    set(horizontal_, 0, grid_.left(), grid_.columnsView(), grid_.columnsWidth(), wheelPixels);
+}
+
+void zTable::changed(zTableLoc location) {
+    if (!realized_ || allDirty_) return;
+    const zRect seen = grid_.visible(location);
+    if (seen.width <= 0 || seen.height <= 0) return;
+    dirty_.push_back(location);
+    schedule();
+}
+
+void zTable::changedRow(int row) {
+    if (row < 1) return;
+    for (int column = 0; column <= grid_.columns(); ++column) changed({column, row});
+}
+
+void zTable::changedAll() {
+    if (!realized_) return;
+    allDirty_ = true;
+    schedule();
+}
+
+void zTable::schedule() {
+    if (!timer_) timer_ = XtAppAddTimeOut(XtWidgetToApplicationContext(widget()), 0, Handlers::expired, this);
+}
+
+void zTable::flush() {
+    if (allDirty_) {
+        writeRows(grid_.firstRow(), grid_.lastRow());
+        paint_->clear({0, 0, grid_.width(), grid_.height()});
+        for (int column = 0; column <= grid_.columns(); ++column) {
+            paintCell({column, 0});
+            for (int row = grid_.firstRow(); row <= grid_.lastRow(); ++row) paintCell({column, row});
+        }
+        paint_->show({0, 0, grid_.width(), grid_.height()});
+    } else {
+        const auto before = [](zTableLoc a, zTableLoc b) {
+            return a.row != b.row ? a.row < b.row : a.column < b.column;
+        };
+        std::sort(dirty_.begin(), dirty_.end(), before);
+        dirty_.erase(std::unique(dirty_.begin(), dirty_.end()), dirty_.end());
+        for (const zTableLoc location : dirty_) {
+            const zRect seen = grid_.visible(location);
+            if (seen.width <= 0 || seen.height <= 0) continue;
+            paintCell(location);
+            paint_->show(seen);
+        }
+    }
+    allDirty_ = false;
+    dirty_.clear();
+}
+
+void zTable::paintCell(zTableLoc l) {
+    const bool label = l.row == 0 || l.column == 0;
+    const bool marked = !label && l.row == active_.row;
+    paint_->cell(grid_.cell(l), grid_.visible(l), textOf(l),
+                 {label, marked, marked && focused_ && l.column == active_.column, !XtIsSensitive(widget())});
+}
+
+std::string zTable::textOf(zTableLoc l) const {
+    if (numbered_ && l.column == 0) return l.row > 0 ? std::to_string(l.row) : std::string();
+    return std::string(model_.text(l));
+}
+
+std::string zTable::text(zTableLoc location) {
+    writeRows(location.row, location.row);
+    return textOf(location);
+}
+
+std::string zTable::tabSeparated() {
+    writeRows(1, grid_.rows);
+    std::string text;
+    bool labelled = false;
+    for (int column = 1; column <= grid_.columns(); ++column) labelled |= !model_.text({column, 0}).empty();
+    const int first = grid_.widths[0] > 0 ? 0 : 1;
+    for (int row = labelled ? 0 : 1; row <= grid_.rows; ++row) {
+        for (int column = first; column <= grid_.columns(); ++column) {
+            if (column > first) text += '\t';
+            text += textOf({column, row});
+        }
+        text += '\n';
+    }
+    return text;
+}
+
+void zTable::copy(unsigned long time) {
+    clipboard_ = tabSeparated();
+    ownsClipboard_ = XtOwnSelection(widget(), XInternAtom(XtDisplay(widget()), "CLIPBOARD", False), time,
+                                    Handlers::convert, Handlers::lost, nullptr);
+}

@@ -1,0 +1,198 @@
+#include "toolkit/table/tablepaint.h"
+
+#include "toolkit/display/displaycache.h"
+#include "toolkit/library/querycolour.h"
+
+#include <X11/Xft/Xft.h>
+#include <Xm/Xm.h>
+#include <algorithm>
+
+namespace {
+
+constexpr int sideMargin = 4;  // between a cell's edge and its text
+constexpr std::string_view dots = "...";
+
+struct Resources {
+    Pixel select, grid;
+    char* font;
+};
+
+Resources resourcesOf(Widget canvas) {
+    static char select[] = "#9cb8dc", grid[] = "#c0c0c0", font[] = "Liberation Sans:size=10";
+    static XtResource rows[] = {
+        {XmNselectColor, XmCSelectColor, XmRPixel, sizeof(Pixel), XtOffsetOf(Resources, select), XmRString,
+         select},
+        {"gridColor", "GridColor", XmRPixel, sizeof(Pixel), XtOffsetOf(Resources, grid), XmRString, grid},
+        {"tableFont", "TableFont", XmRString, sizeof(char*), XtOffsetOf(Resources, font), XmRString, font}};
+    Resources values{};
+    XtGetApplicationResources(canvas, &values, rows, XtNumber(rows), nullptr, 0);
+    return values;
+}
+
+const FcChar8* bytes(std::string_view text) {
+    return reinterpret_cast<const FcChar8*>(text.data());
+}
+
+}  // namespace
+
+struct zTablePaint::Tools {
+    Widget canvas;
+    Display* display;
+    int screen;
+    Resources resources;
+    Pixel cells, labels, top, bottom;
+    XftColor ink, pale;
+    XftFont* font = nullptr;
+    std::string pattern;
+    GC gc = nullptr;
+    Pixmap pixmap = None;
+    XftDraw* draw = nullptr;
+
+    explicit Tools(Widget w)
+        : canvas(w), display(XtDisplay(w)), screen(DefaultScreen(display)), resources(resourcesOf(w)) {
+        Colormap colours = 0;
+        Pixel foreground = 0, unused = 0;
+        XtVaGetValues(canvas, XmNbackground, &cells, XmNforeground, &foreground, XmNcolormap, &colours,
+                      nullptr);
+        XtVaGetValues(XtParent(canvas), XmNbackground, &labels, nullptr);
+        XmGetColors(XtScreen(canvas), colours, labels, &unused, &top, &bottom, nullptr);
+        ink = colour(foreground);
+        pale = colour(bottom);
+    }
+    ~Tools() {
+        forget();
+        if (gc) XFreeGC(display, gc);
+    }
+    void forget() {
+        if (draw) XftDrawDestroy(draw);
+        if (pixmap) XFreePixmap(display, pixmap);
+        draw = nullptr;
+        pixmap = None;
+    }
+    XftColor colour(Pixel pixel) const {
+        const XColor value = zColourOf(canvas, pixel);
+        return {pixel, {value.red, value.green, value.blue, 0xffff}};
+    }
+    void fill(Pixel pixel, const zRect& r) const {
+        XSetForeground(display, gc, pixel);
+        XFillRectangle(display, pixmap, gc, r.x, r.y, static_cast<unsigned>(r.width),
+                       static_cast<unsigned>(r.height));
+    }
+    int width(std::string_view text) const {
+        XGlyphInfo extents{};
+        XftTextExtents8(display, font, bytes(text), static_cast<int>(text.size()), &extents);
+        return extents.xOff;
+    }
+};
+
+zTablePaint::zTablePaint(Widget canvas) : tools_(std::make_unique<Tools>(canvas)) {
+    setFont({});
+}
+
+zTablePaint::~zTablePaint() = default;
+
+void zTablePaint::setFont(const std::string& pattern) {
+    Tools& t = *tools_;
+    if (t.font && pattern == t.pattern) return;
+    t.pattern = pattern;
+    zDisplayCache& kept = zDisplayCache::of(t.display);
+    t.font = pattern.empty() ? nullptr : kept.font(t.screen, pattern);
+    if (!t.font) t.font = kept.font(t.screen, t.resources.font);
+    if (!t.font) t.font = kept.font(t.screen, "sans");  // always matches something
+}
+
+zFont zTablePaint::font() const {
+    const FcPattern* opened = tools_->font->pattern;
+    FcChar8* family = nullptr;
+    zFont found;
+    if (FcPatternGetString(opened, FC_FAMILY, 0, &family) == FcResultMatch)
+        found.family = reinterpret_cast<const char*>(family);
+    FcPatternGetDouble(opened, FC_SIZE, 0, &found.size);
+    return found;
+}
+
+int zTablePaint::textWidth(std::string_view text) const {
+    return tools_->width(text);
+}
+
+int zTablePaint::textHeight() const {
+    return tools_->font->ascent + tools_->font->descent;
+}
+
+void zTablePaint::resize(int width, int height) {
+    Tools& t = *tools_;
+    t.forget();
+    const Window window = XtWindow(t.canvas);
+    if (!t.gc) {
+        // Copies from the pixmap always succeed: no event shall say so.
+        XGCValues values{};
+        values.graphics_exposures = False;
+        t.gc = XCreateGC(t.display, window, GCGraphicsExposures, &values);
+    }
+    int depth = 0;
+    XtVaGetValues(t.canvas, XmNdepth, &depth, nullptr);
+    t.pixmap = XCreatePixmap(t.display, window, static_cast<unsigned>(std::max(1, width)),
+                             static_cast<unsigned>(std::max(1, height)), static_cast<unsigned>(depth));
+    t.draw = XftDrawCreate(t.display, t.pixmap, DefaultVisual(t.display, t.screen),
+                           DefaultColormap(t.display, t.screen));
+    clear({0, 0, width, height});
+}
+
+void zTablePaint::clear(const zRect& area) {
+    tools_->fill(tools_->cells, area);
+}
+
+void zTablePaint::show(const zRect& r) {
+    const Tools& t = *tools_;
+    XCopyArea(t.display, t.pixmap, XtWindow(t.canvas), t.gc, r.x, r.y, static_cast<unsigned>(r.width),
+              static_cast<unsigned>(r.height), r.x, r.y);
+}
+
+void zTablePaint::cell(const zRect& whole, const zRect& visible, std::string_view value, const Look& look) {
+    const Tools& t = *tools_;
+    if (visible.width <= 0 || visible.height <= 0) return;
+    t.fill(look.label ? t.labels : look.selected ? t.resources.select : t.cells, visible);
+    text(whole, visible, value, look);
+
+    // Edges, as far as they can be seen.
+    const int right = whole.x + whole.width - 1, bottom = whole.y + whole.height - 1;
+    const bool rightSeen = right < visible.x + visible.width,
+               bottomSeen = bottom < visible.y + visible.height;
+    const Pixel dark = look.label ? t.bottom : t.resources.grid;
+    if (look.label) {
+        t.fill(t.top, {visible.x, visible.y, visible.width, 1});
+        if (whole.x == visible.x) t.fill(t.top, {visible.x, visible.y, 1, visible.height});
+    }
+    if (rightSeen) t.fill(dark, {right, visible.y, 1, visible.height});
+    if (bottomSeen) t.fill(dark, {visible.x, bottom, visible.width, 1});
+    if (look.active) {
+        // The frame of the keyboard's cell.
+        t.fill(t.ink.pixel, {visible.x, visible.y, visible.width, 1});
+        if (bottomSeen) t.fill(t.ink.pixel, {visible.x, bottom - 1, visible.width, 1});
+        if (whole.x == visible.x) t.fill(t.ink.pixel, {visible.x, visible.y, 1, visible.height});
+        if (rightSeen) t.fill(t.ink.pixel, {right - 1, visible.y, 1, visible.height});
+    }
+}
+
+void zTablePaint::text(const zRect& whole, const zRect& visible, std::string_view value, const Look& look) {
+    const Tools& t = *tools_;
+    std::string shown(value);
+    std::replace_if(
+        shown.begin(), shown.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
+    const int room = whole.width - 2 * sideMargin;
+    int width = t.width(shown);
+    if (width > room) {
+        while (!shown.empty() && t.width(shown) + t.width(dots) > room) shown.pop_back();
+        shown += dots;
+        width = t.width(shown);
+    }
+    if (shown.empty()) return;
+    const int spare = std::max(0, room - width);
+    const int indent = look.label ? spare / 2 : spare;
+    const int baseline = whole.y + (whole.height - textHeight()) / 2 + t.font->ascent;
+    XRectangle clip{static_cast<short>(visible.x), static_cast<short>(visible.y),
+                    static_cast<unsigned short>(visible.width), static_cast<unsigned short>(visible.height)};
+    XftDrawSetClipRectangles(t.draw, 0, 0, &clip, 1);
+    XftDrawString8(t.draw, look.greyed ? &t.pale : &t.ink, t.font, whole.x + sideMargin + indent, baseline,
+                   bytes(shown), static_cast<int>(shown.size()));
+}

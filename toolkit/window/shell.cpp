@@ -1,0 +1,39 @@
+#include "toolkit/window/shell.h"
+
+#include "toolkit/library/xftdraws.h"
+
+#include <Xm/Protocols.h>
+#include <Xm/VendorS.h>
+#include <Xm/Xm.h>
+#include <algorithm>
+
+namespace {
+
+Atom closeRequest(Widget shell) {
+    return XInternAtom(XtDisplay(shell), "WM_DELETE_WINDOW", False);
+}
+
+}  // namespace
+
+void zCentreShell(Widget shell) {
+    Dimension width = 0, height = 0;
+    XtVaGetValues(shell, XmNwidth, &width, XmNheight, &height, nullptr);
+    const Screen* screen = XtScreen(shell);
+    const int x = std::max(0, (WidthOfScreen(screen) - width) / 2);
+    const int y = std::max(0, (HeightOfScreen(screen) - height) / 2);
+    XtVaSetValues(shell, XmNx, x, XmNy, y, nullptr);
+}
+
+void zOnCloseRequest(Widget shell, void (*asked)(Widget, void*, void*), void* data) {
+    XmAddWMProtocolCallback(shell, closeRequest(shell), asked, data);
+}
+
+void zDestroyShell(Widget shell) {
+    zFreeXftDraws(shell);
+    // Inside a handler the destruction waits for the handler's end, and a nested loop may run before.
+    if (XmIsVendorShell(shell)) {
+        Atom request = closeRequest(shell);
+        XmRemoveWMProtocols(shell, &request, 1);
+    }
+    XtDestroyWidget(shell);
+}
