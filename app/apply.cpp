@@ -1,7 +1,7 @@
 #include "app/apply.h"
 
+#include "driver/channel.h"
 #include "driver/control.h"
-#include "driver/dai_api.h"
 #include "model/settings.h"
 #include "model/tvdatbuf.h"
 #include "platform/debuglog.h"
@@ -20,28 +20,6 @@ std::uint8_t link() {
     return static_cast<std::uint8_t>(currentAdapter);
 }
 
-// The channel of one run through the services. 0: nothing is sent.
-class ApplyChannel {
-  public:
-    ApplyChannel() {
-        int opened = 0;
-        const bool open = dai_open(0, O_RDWR, opened) == 0;
-        if (!open && ioctlDesc)
-            tvlog << "Cannot open the driver to apply changes: " << std::strerror(errno) << std::endl;
-        descriptor_ = open ? opened : 0;
-    }
-    ~ApplyChannel() { dai_close(0, descriptor_); }
-    ApplyChannel(const ApplyChannel&) = delete;
-    ApplyChannel& operator=(const ApplyChannel&) = delete;
-
-    // The driver takes part: it was there at start-up, and can be written to now.
-    explicit operator bool() const { return ioctlDesc && descriptor_; }
-    int descriptor() const { return descriptor_; }
-
-  private:
-    int descriptor_ = 0;
-};
-
 // A driver that has let one request of a service time out gets no more of them: each would hold the window up for
 // as long again.
 bool hangs(const reqParam& request, int result) {
@@ -50,13 +28,13 @@ bool hangs(const reqParam& request, int result) {
     return true;
 }
 
-void applyLec(const ApplyChannel& channel, std::size_t m) {
+void applyLec(DriverChannel& channel, std::size_t m) {
     AtmLEC& record = atmDevices.lec[adapter()][m];
     record = xferBuffer[m];
     if (prevLecBuffer[m] == xferBuffer[m]) return;
     tvlog << "Lec" << m << " data changed" << std::endl;
     if (!channel) return;
-    LecControl request(channel.descriptor(), link());
+    LecControl request(channel, link());
     const auto unit = static_cast<std::uint8_t>(m);
     if (!record.enabled) {
         request.stop(unit);
@@ -68,24 +46,24 @@ void applyLec(const ApplyChannel& channel, std::size_t m) {
         if (hangs(request, request.changePvc(unit, PvcChange::add, pvc))) return;
 }
 
-void applyLes(const ApplyChannel& channel, std::size_t m) {
+void applyLes(DriverChannel& channel, std::size_t m) {
     AtmLES& record = atmDevices.les[adapter()][m];
     record = lesXferBuffer[m];
     if (sameSettings(prevLesBuffer[m], lesXferBuffer[m])) return;
     tvlog << "Les" << m << " data changed" << std::endl;
     if (!channel) return;
-    LesControl request(channel.descriptor(), link());
+    LesControl request(channel, link());
     const auto unit = static_cast<std::uint8_t>(m);
     if (!hangs(request, request.stop(unit)) && record.enabled) request.start(unit, record);
 }
 
-void applyLecs(const ApplyChannel& channel) {
+void applyLecs(DriverChannel& channel) {
     AtmLECS& record = atmDevices.lecs[adapter()];
     record = lecsXferBuffer;
     if (prevLecsBuffer == lecsXferBuffer) return;
     tvlog << "Lecs data changed" << std::endl;
     if (!channel) return;
-    lecsRequest request(channel.descriptor(), link());
+    lecsRequest request(channel, link());
     if (!record.enabled) {
         request.disable();
         return;
@@ -101,13 +79,13 @@ void applyLecs(const ApplyChannel& channel) {
     }
 }
 
-void applyIp1577(const ApplyChannel& channel) {
+void applyIp1577(DriverChannel& channel) {
     AtmIP1577& record = atmDevices.ip1577[adapter()];
     record = ip1577XferBuffer;
     if (prevIP1577Buffer == ip1577XferBuffer) return;
     tvlog << "IP1577 data changed" << std::endl;
     if (!channel) return;
-    IpControl request(channel.descriptor(), link());
+    IpControl request(channel, link());
     if (!record.enabled) {
         request.stop();
         return;
@@ -139,7 +117,10 @@ void MapDataToXferBuffer() {
 }
 
 void MapXferBufferToData(const Warner& warn) {
-    const ApplyChannel channel;
+    DriverChannel channel;
+    if (!channel.open(O_RDWR) && ioctlDesc)
+        tvlog << "Cannot open the driver to apply changes: " << std::strerror(errno) << std::endl;
+    if (!ioctlDesc) channel.close();  // the driver was not there at start-up: it takes no part
     for (std::size_t m = 0; m < xferBuffer.size(); ++m) applyLec(channel, m);
     for (std::size_t m = 0; m < lesXferBuffer.size(); ++m) applyLes(channel, m);
     applyLecs(channel);

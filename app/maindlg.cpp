@@ -1,7 +1,6 @@
 #include "app/maindlg.h"
 
 #include "app/apply.h"
-#include "driver/dai_api.h"
 #include "model/settings.h"
 #include "model/tvdatbuf.h"
 #include "platform/user.h"
@@ -13,11 +12,11 @@
 #include "ui/global/globldlg.h"
 
 #include <algorithm>
+#include <fcntl.h>
 #include <fmt/format.h>
 
 namespace {
 
-constexpr int readOnly = 0;
 constexpr int lastAdapter = 3;
 
 // What the user has to know when files and driver have come apart.
@@ -41,8 +40,8 @@ std::string withoutClientTable() {
 
 }  // namespace
 
-DMainDlg::DMainDlg(zApplication& application, const zLayout& layout) : zFormDialog(application, layout) {
-    if (dai_open(0, readOnly, ioctlDesc) != 0) ioctlDesc = 0;
+DMainDlg::DMainDlg(zApplication& application, const zLayout& layout) 
+    : zFormDialog(application, layout), channel_(ioctlDesc, O_RDONLY) {
     editor_ = std::make_unique<DriverPdfEdit>(
         [this](const std::string& text, const std::string& caption) {
             zMessageBox(this->application(), shell(), zMessageStyle::information, text, caption);
@@ -62,12 +61,6 @@ DMainDlg::DMainDlg(zApplication& application, const zLayout& layout) : zFormDial
     setup();
     SetDlgTitle();
     show();
-}
-
-DMainDlg::~DMainDlg() {
-    statistics_.clear();
-    if (ioctlDesc) dai_close(0, ioctlDesc);
-    ioctlDesc = 0;
 }
 
 void DMainDlg::setup() {

@@ -3,6 +3,7 @@
 
 #include "app/discovery.h"
 #include "config/driverpdf.h"
+#include "driver/channel.h"
 #include "driver/dai_io.h"
 #include "toolkit/window/window.h"
 #include "ui/stats/statsdlg.h"
@@ -27,7 +28,6 @@ class DMainDlg : public zFormDialog {
     // Opens the driver channel (without one the tool works on the static configuration only), reads the whole
     // configuration, lists the adapters and shows itself.
     DMainDlg(zApplication& application, const zLayout& layout);
-    ~DMainDlg() override;
 
   private:
     void setup();
@@ -41,6 +41,7 @@ class DMainDlg : public zFormDialog {
     void clickedCloseBTN();
     void warn(const std::string& text, const char* title);
 
+    OpenedChannel channel_;  // ioctlDesc
     std::unique_ptr<DriverPdfEdit> editor_;
     std::unique_ptr<aalInfo> adapterQuery_;               // none without a driver channel
     std::vector<FoundAdapter> adapters_;                  // by list position

@@ -3,6 +3,7 @@
 // in TARVOLIN_ROOT. Prints microseconds per mapping (medians) and the median of the ratios.
 #include "app/apply.h"
 #include "bench/recorder.h"
+#include "driver/channel.h"
 #include "driver/dai_api.h"
 #include "model/settings.h"
 #include "model/tvdatbuf.h"
@@ -48,7 +49,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     platform::pretendSuperUser(true);
-    if (dai_open(0, 0, ioctlDesc) != 0) {
+    if (!ioctlDesc.open(O_RDONLY)) {
         fmt::print(stderr, "there is no driver\n");
         return 1;
     }

@@ -32,13 +32,13 @@ class Recorder : public platform::Device {
     platform::Device& real_ = platform::device();
 };
 
-inline void replay(int channel, std::vector<Message>& messages) {
+inline void replay(int descriptor, std::vector<Message>& messages) {
     for (Message& message : messages) {
         platform::strioctl block{.ic_cmd = message.command,
                                  .ic_timout = 0,
                                  .ic_len = static_cast<int>(message.bytes.size()),
                                  .ic_dp = message.bytes.data()};
-        platform::device().control(channel, platform::I_STR, block);
+        platform::device().control(descriptor, platform::I_STR, block);
     }
 }
 

@@ -9,6 +9,7 @@
 // With "soak": that many ticks of every page, with the shell command (which moves the simulator's clock) before each
 // thousandth; prints what the process holds after a tenth of them and at the end.
 #include "bench/recorder.h"
+#include "driver/channel.h"
 #include "driver/dai_api.h"
 #include "model/settings.h"
 #include "resources/pictures.h"
@@ -27,6 +28,7 @@
 #include <X11/extensions/XRes.h>
 #include <cstdlib>
 #include <ctime>
+#include <fcntl.h>
 #include <filesystem>
 #include <fmt/core.h>
 #include <fstream>
@@ -98,7 +100,7 @@ struct Shown {
     StatsSource source;
     std::unique_ptr<StatsPage> page;
 
-    Shown(zApplication& application, int channel, std::uint8_t adapter, Make make)
+    Shown(zApplication& application, DriverChannel& channel, std::uint8_t adapter, Make make)
         : dialog(application, frame), source{application, dialog.board().control<zNotebook>("pages"), channel,
                                              adapter},
           page(make(source)) {
@@ -109,7 +111,7 @@ struct Shown {
     }
 };
 
-void scroll(zApplication& application, int channel, zTable& table) {
+void scroll(zApplication& application, DriverChannel& channel, zTable& table) {
     const Shown other(application, channel, 1, make<DStatsDlgLESPG>);
     zTable& small = tableOf(other.dialog);
     std::vector<double> figures, floors, ratios;
@@ -173,8 +175,9 @@ int main(int argc, char** argv) {
     zApplication application("tarvolin", "Tarvolin", {}, fallbackResources);
     if (!application.openDisplay()) return 1;
     zSetPictures(programPictures());
-    int channel = 0;
-    if (dai_open(0, 0, channel) != 0) return 1;
+    DriverChannel channel;
+    const int bare = platform::device().open(devbase, O_RDONLY);  // of what is sent again
+    if (!channel.open(O_RDONLY) || bare < 0) return 1;
     Recorder recorder;
     for (const auto& row : pages) {
         if (lesRows && row.name != std::string_view("LES")) continue;
@@ -204,7 +207,7 @@ int main(int argc, char** argv) {
             const double tick = processor() - begin;
             rest();
             begin = processor();
-            replay(channel, recorder.messages);
+            replay(bare, recorder.messages);
             application.handlePending();  // a turn of the loop is no page's
             const double floor = processor() - begin;
             figures.push_back(tick);

@@ -25,24 +25,27 @@ void traceBytes(std::span<const std::uint8_t> bytes) {
 
 }  // namespace
 
-Enabler::Enabler(int descriptor, std::uint8_t link, ControlId enable, ControlId disable)
-    : reqParam(descriptor, initialHeader(controlOf(enable), link)), enableType_(controlOf(enable).type),
+Enabler::Enabler(DriverChannel& channel, std::uint8_t link, ControlId enable, ControlId disable)
+    : reqParam(channel, initialHeader(controlOf(enable), link)), enableType_(controlOf(enable).type),
       disableType_(controlOf(disable).type), enableSize_(controlOf(enable).size) {}
 
 int Enabler::Enable() {
-    return sendHeader(enableType_, enableSize_);
+    return sendArea(enableType_, enableSize_, enableSize_);
 }
 
 int Enabler::Disable() {
-    return sendHeader(disableType_, req_param_t::wireSize);
+    return sendArea(disableType_, req_param_t::wireSize, req_param_t::wireSize);
 }
 
-int Enabler::sendHeader(std::uint16_t type, std::uint16_t size) {
+int Enabler::sendArea(std::uint16_t type, std::uint16_t size, std::uint16_t input) {
     SetupMsg(size);
     header().Type = type;
-    header().Size = header().SzIO = size;
+    header().Size = size;
+    header().SzIO = input;
     header().RowM = header().NRow = 0;  // whatever an earlier reply left there
-    return daiRequest();
+    const int result = daiRequest();
+    if (result == 0) channel().countAcceptedChange();
+    return result;
 }
 
 int Enabler::send(ControlId id, std::span<const std::uint8_t> bytes) {
@@ -54,11 +57,11 @@ int Enabler::send(ControlId id, std::span<const std::uint8_t> bytes) {
     if (control.bytesTraced) traceBytes(bytes);
     if (control.type == enableType_) return Enable();
     if (control.type == disableType_) return Disable();
-    return sendHeader(control.type, control.size);
+    return sendArea(control.type, control.size, control.input);
 }
 
-LecControl::LecControl(int descriptor, std::uint8_t link)
-    : Enabler(descriptor, link, ControlId::lecStart, ControlId::lecStop) {}
+LecControl::LecControl(DriverChannel& channel, std::uint8_t link)
+    : Enabler(channel, link, ControlId::lecStart, ControlId::lecStop) {}
 
 int LecControl::start(std::uint8_t unit, const AtmLEC& settings) {
     lecReqStruct request;
@@ -81,8 +84,8 @@ int LecControl::changePvc(std::uint8_t unit, PvcChange change, const AtmBridgedP
                 request.bytes);
 }
 
-LesControl::LesControl(int descriptor, std::uint8_t link)
-    : Enabler(descriptor, link, ControlId::lesStart, ControlId::lesStop) {}
+LesControl::LesControl(DriverChannel& channel, std::uint8_t link)
+    : Enabler(channel, link, ControlId::lesStart, ControlId::lesStop) {}
 
 int LesControl::start(std::uint8_t unit, const AtmLES& settings) {
     lesReqStruct request;
@@ -96,8 +99,8 @@ int LesControl::stop(std::uint8_t unit) {
     return send(ControlId::lesStop);
 }
 
-IpControl::IpControl(int descriptor, std::uint8_t link)
-    : Enabler(descriptor, link, ControlId::ipStart, ControlId::ipStop) {}
+IpControl::IpControl(DriverChannel& channel, std::uint8_t link)
+    : Enabler(channel, link, ControlId::ipStart, ControlId::ipStop) {}
 
 int IpControl::start(const AtmIP1577& settings) {
     ip1577ReqStruct request;
@@ -117,8 +120,8 @@ int IpControl::changePvc(PvcChange change, const AtmRoutedPvc& pvc) {
         request.bytes);
 }
 
-lecsRequest::lecsRequest(int descriptor, std::uint8_t link)
-    : Enabler(descriptor, link, ControlId::lecsLoad, ControlId::lecsStop) {}
+lecsRequest::lecsRequest(DriverChannel& channel, std::uint8_t link)
+    : Enabler(channel, link, ControlId::lecsLoad, ControlId::lecsStop) {}
 
 int lecsRequest::enable(const lecs_req& settings) {
     // That a server which is not running cannot be stopped is no matter; that the driver hangs is.
@@ -147,8 +150,8 @@ int lecsRequest::delClient(const lecs_req& mapping) {
     return send(ControlId::lecsDeleteClient, mapping.bytes);
 }
 
-TraceControl::TraceControl(int descriptor)
-    : Enabler(descriptor, 0, ControlId::traceSwitch, ControlId::traceSwitch) {}
+TraceControl::TraceControl(DriverChannel& channel)
+    : Enabler(channel, 0, ControlId::traceSwitch, ControlId::traceSwitch) {}
 
 int TraceControl::switchTrace(Component component, bool on) {
     constexpr std::size_t payloadAt = 24;  // in the message
@@ -158,10 +161,6 @@ int TraceControl::switchTrace(Component component, bool on) {
     const std::span<std::uint8_t> payload = area.subspan(payloadAt - req_param_t::wireSize);
     payload[1] = component;
     payload[2] = on;
-    header().Type = control.type;
-    header().Size = control.size;
-    header().SzIO = control.input;
-    header().RowM = header().NRow = 0;
     tvlog << control.trace << std::endl;
-    return daiRequest();
+    return sendArea(control.type, control.size, control.input);
 }

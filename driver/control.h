@@ -21,14 +21,15 @@ class Enabler : public reqParam {
     virtual int Disable();
 
   protected:
-    Enabler(int descriptor, std::uint8_t link, ControlId enable, ControlId disable);
+    Enabler(DriverChannel& channel, std::uint8_t link, ControlId enable, ControlId disable);
 
     // Traces the request and sends it with this data.
     int send(ControlId id, std::span<const std::uint8_t> data = {});
 
-  private:
-    int sendHeader(std::uint16_t type, std::uint16_t size);
+    // Sends what the data area holds: `size` bytes, header included, of which the driver reads `input`.
+    int sendArea(std::uint16_t type, std::uint16_t size, std::uint16_t input);
 
+  private:
     std::uint16_t enableType_;
     std::uint16_t disableType_;
     std::uint16_t enableSize_;
@@ -39,7 +40,7 @@ enum class PvcChange { add, modify, remove };
 // LAN Emulation Clients. `unit`: 0 to 3.
 class LecControl : public Enabler {
   public:
-    LecControl(int descriptor, std::uint8_t link);
+    LecControl(DriverChannel& channel, std::uint8_t link);
 
     // Starts the client, or starts it again; it has no PVCs then.
     int start(std::uint8_t unit, const AtmLEC& settings);
@@ -50,7 +51,7 @@ class LecControl : public Enabler {
 // LAN Emulation Servers. `unit`: 0 to 7. A running server refuses to be started: stop it before.
 class LesControl : public Enabler {
   public:
-    LesControl(int descriptor, std::uint8_t link);
+    LesControl(DriverChannel& channel, std::uint8_t link);
 
     int start(std::uint8_t unit, const AtmLES& settings);
     int stop(std::uint8_t unit);
@@ -59,7 +60,7 @@ class LesControl : public Enabler {
 // The Classical IP client.
 class IpControl : public Enabler {
   public:
-    IpControl(int descriptor, std::uint8_t link);
+    IpControl(DriverChannel& channel, std::uint8_t link);
 
     int start(const AtmIP1577& settings);
     int stop();
@@ -69,7 +70,7 @@ class IpControl : public Enabler {
 // The LAN Emulation Configuration Server. The overloads address another adapter or unit from then on.
 class lecsRequest : public Enabler {
   public:
-    lecsRequest(int descriptor, std::uint8_t link);
+    lecsRequest(DriverChannel& channel, std::uint8_t link);
 
     // Stops the server, loads the settings, and starts it unless loading failed. A driver that does not
     // answer gets no further request.
@@ -106,7 +107,7 @@ class TraceControl : public Enabler {
   public:
     enum Component : std::uint8_t { accessInterface = 1, signalling = 2, ilmi = 4 };
 
-    explicit TraceControl(int descriptor);
+    explicit TraceControl(DriverChannel& channel);
 
     int switchTrace(Component component, bool on);
 };

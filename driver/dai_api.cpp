@@ -7,8 +7,6 @@
 #include <fmt/ostream.h>
 
 char devbase[] = "/dev/li";
-int ioctlDesc = 0;
-int SetupIoctlDesc = 0;
 
 namespace {
 

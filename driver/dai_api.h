@@ -1,5 +1,5 @@
-// The channel to the ATM driver: open the access device, hand over a request message and get it back
-// answered, close. Every message begins with a 16-byte header, little-endian on the wire.
+// The calls to the ATM driver: open the access device, hand over a request message and get it back answered,
+// close. channel.h keeps a descriptor open and closes it. Every message begins with a 16-byte header, little-endian on the wire.
 //
 // The driver is outside: what it writes into a message is checked before it is used.
 #pragma once
@@ -10,11 +10,6 @@
 #include <span>
 
 extern char devbase[];  // system path of the access device
-
-// The channels of the windows; each statistics dialog has one more of its own. A descriptor of 0 means that there is no
-// channel: its owner could not open one.
-extern int ioctlDesc;       // read-only, of the main window: its queries and the trace switches
-extern int SetupIoctlDesc;  // read-write, of the configuration dialog: what its pages ask and change
 
 // What stands in Resp before every request. A driver that leaves it there has failed the request.
 constexpr std::uint16_t respUnanswered = 0xDEAD;

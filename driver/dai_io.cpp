@@ -112,17 +112,17 @@ InfoMsgHandler::Bytes InfoMsgHandler::allRows(const Query& query) {
     return rows(query);
 }
 
-lecInfo::lecInfo(int descriptor, std::uint8_t link)
-    : TableInfo(descriptor, initialHeader(QueryId::lecTable, link)) {}
+lecInfo::lecInfo(DriverChannel& channel, std::uint8_t link)
+    : TableInfo(channel, initialHeader(QueryId::lecTable, link)) {}
 
-lesInfo::lesInfo(int descriptor, std::uint8_t link)
-    : TableInfo(descriptor, initialHeader(QueryId::lesTable, link)) {}
+lesInfo::lesInfo(DriverChannel& channel, std::uint8_t link)
+    : TableInfo(channel, initialHeader(QueryId::lesTable, link)) {}
 
-lecsInfo::lecsInfo(int descriptor, std::uint8_t link)
-    : TableInfo(descriptor, initialHeader(QueryId::lecsTable, link)) {}
+lecsInfo::lecsInfo(DriverChannel& channel, std::uint8_t link)
+    : TableInfo(channel, initialHeader(QueryId::lecsTable, link)) {}
 
-vccInfo::vccInfo(int descriptor, std::uint8_t link)
-    : TableInfo(descriptor, initialHeader(QueryId::vcTable, link, 2)) {}
+vccInfo::vccInfo(DriverChannel& channel, std::uint8_t link)
+    : TableInfo(channel, initialHeader(QueryId::vcTable, link, 2)) {}
 
 VcRowView vccInfo::GetVciEntry(std::uint16_t vci) const {
     for (const VcRowView row : TableView<VcRowView>(fetched(), queryOf(QueryId::vcTable).size))
@@ -130,8 +130,8 @@ VcRowView vccInfo::GetVciEntry(std::uint16_t vci) const {
     return {};
 }
 
-ip1577Info::ip1577Info(int descriptor, std::uint8_t link)
-    : TableInfo(descriptor, initialHeader(QueryId::ipTable, link)) {}
+ip1577Info::ip1577Info(DriverChannel& channel, std::uint8_t link)
+    : TableInfo(channel, initialHeader(QueryId::ipTable, link)) {}
 
 namespace {
 
@@ -143,15 +143,15 @@ req_param_t signallingHeader(req_param_t header) {
 
 }  // namespace
 
-sigInfo::sigInfo(int descriptor, std::uint8_t link)
-    : InfoMsgHandler(descriptor, signallingHeader(initialHeader(QueryId::linkState, link))) {}
+sigInfo::sigInfo(DriverChannel& channel, std::uint8_t link)
+    : InfoMsgHandler(channel, signallingHeader(initialHeader(QueryId::linkState, link))) {}
 
 void sigInfo::prepareMsg(std::size_t dataSize) {
     setArea(std::min(dataSize, data().size()));
 }
 
-aalInfo::aalInfo(int descriptor, std::uint8_t link)
-    : InfoMsgHandler(descriptor, initialHeader(QueryId::boardState, link)) {}
+aalInfo::aalInfo(DriverChannel& channel, std::uint8_t link)
+    : InfoMsgHandler(channel, initialHeader(QueryId::boardState, link)) {}
 
 BoardMacView aalInfo::GetBoardMacAddress(std::uint16_t board) {
     const Query& query = queryOf(QueryId::boardMacAddress);

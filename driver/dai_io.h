@@ -34,7 +34,7 @@ class InfoMsgHandler : public reqParam {
   protected:
     using Bytes = std::span<const std::uint8_t>;
 
-    explicit InfoMsgHandler(int descriptor, const req_param_t& header) : reqParam(descriptor, header) {}
+    explicit InfoMsgHandler(DriverChannel& channel, const req_param_t& header) : reqParam(channel, header) {}
 
     // The header that a query object starts with.
     static req_param_t initialHeader(QueryId id, std::uint8_t link, std::uint16_t type = 1);
@@ -103,7 +103,7 @@ template <typename Row, QueryId tableId> class TableInfo : public InfoMsgHandler
 
 class lecInfo : public TableInfo<LecRowView, QueryId::lecTable> {
   public:
-    lecInfo(int descriptor, std::uint8_t link);
+    lecInfo(DriverChannel& channel, std::uint8_t link);
 
     LecStateView GetState() { return ask<LecStateView>(QueryId::lecState); }
     LecStateView GetState(std::uint8_t link, std::uint8_t unit) { return addressTo(link, unit), GetState(); }
@@ -113,7 +113,7 @@ class lecInfo : public TableInfo<LecRowView, QueryId::lecTable> {
 
 class lesInfo : public TableInfo<LesRowView, QueryId::lesTable> {
   public:
-    lesInfo(int descriptor, std::uint8_t link);
+    lesInfo(DriverChannel& channel, std::uint8_t link);
 
     LesStateView GetState() { return ask<LesStateView>(QueryId::lesState); }
     LesStateView GetState(std::uint8_t link, std::uint8_t unit) { return addressTo(link, unit), GetState(); }
@@ -123,7 +123,7 @@ class lesInfo : public TableInfo<LesRowView, QueryId::lesTable> {
 
 class lecsInfo : public TableInfo<LecsRowView, QueryId::lecsTable> {
   public:
-    lecsInfo(int descriptor, std::uint8_t link);
+    lecsInfo(DriverChannel& channel, std::uint8_t link);
 
     LecsStateView GetState() { return ask<LecsStateView>(QueryId::lecsState); }
     LecsStateView GetState(std::uint8_t link, std::uint8_t unit) { return addressTo(link, unit), GetState(); }
@@ -133,7 +133,7 @@ class lecsInfo : public TableInfo<LecsRowView, QueryId::lecsTable> {
 
 class vccInfo : public TableInfo<VcRowView, QueryId::vcTable> {
   public:
-    vccInfo(int descriptor, std::uint8_t link);
+    vccInfo(DriverChannel& channel, std::uint8_t link);
 
     // The first row with this VCI of the table that this object fetched last; false when there is none, or no
     // table. Sends nothing.
@@ -144,7 +144,7 @@ class ip1577Info : public TableInfo<IpRowView, QueryId::ipTable> {
   public:
     using PvcTable = TableView<PvcRowView>;
 
-    ip1577Info(int descriptor, std::uint8_t link);
+    ip1577Info(DriverChannel& channel, std::uint8_t link);
 
     IpStateView GetState() { return ask<IpStateView>(QueryId::ipState); }
     IpStateView GetState(std::uint8_t link, std::uint8_t unit) { return addressTo(link, unit), GetState(); }
@@ -173,7 +173,7 @@ class ip1577Info : public TableInfo<IpRowView, QueryId::ipTable> {
 // UNI signalling. Its buffer is made once for its only reply and never grows.
 class sigInfo : public InfoMsgHandler {
   public:
-    sigInfo(int descriptor, std::uint8_t link);
+    sigInfo(DriverChannel& channel, std::uint8_t link);
 
     void prepareMsg(std::size_t dataSize) override;
 
@@ -186,7 +186,7 @@ class sigInfo : public InfoMsgHandler {
 // Adapters, the AAL5 driver and the physical layer.
 class aalInfo : public InfoMsgHandler {
   public:
-    aalInfo(int descriptor, std::uint8_t link);
+    aalInfo(DriverChannel& channel, std::uint8_t link);
 
     BoardStateView GetBoardState() { return ask<BoardStateView>(QueryId::boardState); }
     BoardStateView GetBoardState(std::uint8_t link, std::uint8_t unit) {

@@ -3,10 +3,9 @@
 #include "platform/debuglog.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <fmt/ostream.h>
 
-reqParam::reqParam(int descriptor, const req_param_t& header) : descriptor_(descriptor), header_(header) {
+reqParam::reqParam(DriverChannel& channel, const req_param_t& header) : channel_(channel), header_(header) {
     SetupMsg(header.Size);
 }
 
@@ -27,10 +26,9 @@ int reqParam::daiRequest() {
     header_.Resp = respUnanswered;
     header_.pack(message.first<req_param_t::wireSize>());
     tvlog << header_ << std::endl;
-    errno = 0;
-    result_ = dai_req(descriptor_, message);
-    timedOut_ = result_ != 0 && errno == ETIME;
-    unanswered_ += timedOut_;
+    const VainWaits waits(channel_);
+    result_ = channel_.request(message);
+    timedOut_ = waits.any();
 
     const req_param_t reply = req_param_t::unpack(message.first<req_param_t::wireSize>());
     tvlog << reply << std::endl;

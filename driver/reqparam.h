@@ -1,4 +1,5 @@
-// A request block: one message buffer, bound to one channel, that is filled, sent, read and used again.
+// A request block: one message buffer, bound to one channel, that is filled, sent, read and used again. The channel
+// must outlive it.
 //
 // The header is held decoded beside the buffer and is put in front of the data when the request is sent, so
 // that a growing buffer cannot lose it. Of a reply only RowM, NRow and Resp are taken over; whatever else the
@@ -6,6 +7,7 @@
 // until its next request or SetupMsg.
 #pragma once
 
+#include "driver/channel.h"
 #include "driver/dai_api.h"
 
 #include <cstddef>
@@ -16,7 +18,7 @@
 class reqParam {
   public:
     // The buffer is made for header.Size bytes.
-    reqParam(int descriptor, const req_param_t& header);
+    reqParam(DriverChannel& channel, const req_param_t& header);
     virtual ~reqParam() = default;
     reqParam(const reqParam&) = delete;
     reqParam& operator=(const reqParam&) = delete;
@@ -41,27 +43,14 @@ class reqParam {
 
   protected:
     std::size_t headerLength() const { return headerLength_; }
+    DriverChannel& channel() const { return channel_; }
 
   private:
-    friend class VainWaits;
-
-    static inline unsigned long unanswered_ = 0;  // requests of all blocks
-
     std::unique_ptr<std::uint8_t[]> buffer_;
     std::size_t capacity_ = 0;
-    int descriptor_;
+    DriverChannel& channel_;
     int result_ = 0;
     bool timedOut_ = false;
     std::size_t headerLength_ = req_param_t::wireSize;
     req_param_t header_;
-};
-
-// Has a request of any block been waited for in vain since this object was made? Each takes many seconds: what has more
-// to ask stops then.
-class VainWaits {
-  public:
-    bool any() const { return reqParam::unanswered_ != before_; }
-
-  private:
-    unsigned long before_ = reqParam::unanswered_;
 };

@@ -1,11 +1,12 @@
 #include "app/apply.h"
 
-#include "driver/dai_api.h"
+#include "driver/channel.h"
 #include "model/settings.h"
 #include "model/tvdatbuf.h"
 #include "tests/support/scripteddriver.h"
 
 #include <cerrno>
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
@@ -20,7 +21,7 @@ class ApplyTest : public testing::Test {
 
     void SetUp() override {
         currentAdapter = 2;
-        ioctlDesc = 5;
+        ioctlDesc.open(O_RDONLY);
         atmDevices = AtmDevices();
         driver.otherwise([](auto, Answer&) {});
         for (AtmLEC& lec : atmDevices.lec[2]) lec.enabled = 1;
@@ -35,7 +36,7 @@ class ApplyTest : public testing::Test {
         MapDataToXferBuffer();
         log.take();
     }
-    void TearDown() override { ioctlDesc = 0; }
+    void TearDown() override { ioctlDesc.close(); }
 
     // Applies, and tells the requests as "prim.type.unit" and the warnings.
     std::string apply() {
@@ -151,7 +152,7 @@ TEST_F(ApplyTest, ADriverThatRefusesHangsOrIsNotThereChangesNothingElse) {
     } drivers[] = {
         {"refuses", [](ScriptedDriver& d) { d.otherwise([](auto, Answer& a) { a.resp(5); }); }, 12},
         {"hangs", [](ScriptedDriver& d) { d.otherwise([](auto, Answer& a) { a.error(ETIME); }); }, 4},
-        {"was not there at start-up", [](ScriptedDriver&) { ioctlDesc = 0; }, 0},
+        {"was not there at start-up", [](ScriptedDriver&) { ioctlDesc.close(); }, 0},
         {"cannot be opened now", [](ScriptedDriver& d) { d.failCall(1, EACCES); }, 0},
     };
     for (const auto& d : drivers) {

@@ -81,9 +81,9 @@ struct Case {
     const char* trace;
     const char* header;
     const char* data;
-    std::function<int(int)> send;
+    std::function<int(DriverChannel&)> send;
 };
-#define ON(Block, operation) [](int d) { return Block(d, 2).operation; }
+#define ON(Block, operation) [](DriverChannel& d) { return Block(d, 2).operation; }
 const Case cases[] = {
     {"LEC_INIT", "11 00 01 00 02 03 58 00 58 00 00 00 00 00 ad de", lecData,
      ON(LecControl, start(3, client()))},
@@ -114,7 +114,7 @@ const Case cases[] = {
     {"IPATM_PVCMODIFY", "41 00 06 00 02 00 18 00 18 00 00 00 00 00 ad de", routedData,
      ON(IpControl, changePvc(PvcChange::modify, routed()))},
     {"DaiSigDbgTrace", "22 00 03 00 00 00 4c 00 1b 00 00 00 00 00 ad de", "00 00 00 00 00 00 00 00  00 04 01",
-     [](int d) { return TraceControl(d).switchTrace(TraceControl::ilmi, true); }},
+     [](DriverChannel& d) { return TraceControl(d).switchTrace(TraceControl::ilmi, true); }},
 };
 #undef ON
 
@@ -128,9 +128,9 @@ TEST(ControlRequests, EachSendsItsBytesAndIsTraced) {
         request.insert(request.end(), data.begin(), data.end());
         driver.expect(request);
         driver.expectAny().resp(5);
-        EXPECT_EQ(c.send(driver.open()), 0);
+        EXPECT_EQ(c.send(driver.channel()), 0);
         EXPECT_NE(log.take().find(std::string("\n") + c.trace + "\n"), std::string::npos);
-        EXPECT_EQ(c.send(driver.open()), -1);
+        EXPECT_EQ(c.send(driver.channel()), -1);
         EXPECT_NE(log.take().find("Dai Request Failure"), std::string::npos);
     }
 }
@@ -138,7 +138,7 @@ TEST(ControlRequests, EachSendsItsBytesAndIsTraced) {
 // One block for request after request: what an earlier one left, in the buffer or by its reply, stays here.
 TEST(ControlRequests, NothingStaleLeaves) {
     ScriptedDriver driver;
-    LecControl block(driver.open(), 0);
+    LecControl block(driver.channel(), 0);
     ByteVector reply(200, 0xff);
     driver.expectAny().data(reply).rows(7).rowMarker(9);
     block.start(1, client());
@@ -151,7 +151,7 @@ TEST(ControlRequests, NothingStaleLeaves) {
     EXPECT_EQ(hexText(std::span(driver.requests().back()).subspan(16 + 28, 4)), "78 00 00 00");
     EXPECT_EQ(driver.requests().back().size(), 88U);
 
-    TraceControl trace(driver.open());
+    TraceControl trace(driver.channel());
     driver.expectAny().data(reply);
     trace.switchTrace(TraceControl::signalling, true);
     driver.expect("22 00 03 00 00 00 4c 00 1b 00 00 00 00 00 ad de 00 00 00 00 00 00 00 00 00 02 00");
@@ -169,7 +169,7 @@ TEST(ControlRequests, ALecsIsStoppedLoadedAndStartedUnlessLoadingFails) {
     } outcomes[] = {{0, 0, 0, 3, 0}, {5, 0, 0, 3, 0}, {0, 5, 0, 2, -1}, {0, 0, 5, 3, -1}};
     for (const auto& outcome : outcomes) {
         ScriptedDriver driver;
-        lecsRequest block(driver.open(), 0);
+        lecsRequest block(driver.channel(), 0);
         driver.expect(stop).resp(outcome.stopResp);
         driver.expect(load).resp(outcome.loadResp);
         if (outcome.requests == 3) driver.expect(go).resp(outcome.goResp);
@@ -182,7 +182,7 @@ TEST(ControlRequests, AMappingsBytesStandOnTheLogTenToALine) {
     ScriptedDriver driver;
     LogCapture log;
     driver.expectAny();
-    lecsRequest(driver.open(), 0).addClient(lecs_req::mapping(mapped(), 5));
+    lecsRequest(driver.channel(), 0).addClient(lecs_req::mapping(mapped(), 5));
     EXPECT_NE(log.take().find("LECS_SET_ADDR\n"
                               "  0  0  0  0  0  0  0  0  0  0\n"
                               "  0  0  0  0  0  0  0  0  0  0\n"

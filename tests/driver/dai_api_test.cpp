@@ -1,5 +1,6 @@
 #include "driver/dai_api.h"
 
+#include "driver/channel.h"
 #include "driver/reqparam.h"
 #include "tests/support/scripteddriver.h"
 
@@ -88,7 +89,7 @@ TEST(ReqParam, OutcomesAndTheirTrace) {
     for (const auto& c : cases) {
         ScriptedDriver driver;
         LogCapture log;
-        reqParam block(driver.open(), anyRequest);
+        reqParam block(driver.channel(), anyRequest);
         EXPECT_EQ(log.take(), "Realloc:Old Size-     0 NewSize-    22\n");
         driver.expect(anyRequestBytes) = c.answer;
         EXPECT_EQ(block.daiRequest(), c.result);
@@ -103,7 +104,7 @@ TEST(ReqParam, OutcomesAndTheirTrace) {
 TEST(ReqParam, TheDriverChangesRowMNRowAndRespOnly) {
     ScriptedDriver driver;
     LogCapture log;
-    reqParam block(driver.open(), anyRequest);
+    reqParam block(driver.channel(), anyRequest);
     Answer& answer = driver.expect(anyRequestBytes);
     for (const std::size_t field : {0, 2, 4, 6, 8}) answer.header(field, 65535);
     answer.rowMarker(9).rows(65535);
@@ -115,7 +116,8 @@ TEST(ReqParam, TheDriverChangesRowMNRowAndRespOnly) {
 
 TEST(ReqParam, TheBufferOnlyGrowsAndKeepsTheHeader) {
     LogCapture log;
-    reqParam block(0, {.Prim = 22, .Size = 16});
+    DriverChannel closed;
+    reqParam block(closed, {.Prim = 22, .Size = 16});
     EXPECT_EQ(log.take(), "Realloc:Old Size-     0 NewSize-    16\n");
     EXPECT_EQ(block.SetupMsg(16).size(), 0U);
     EXPECT_EQ(block.SetupMsg(3).size(), 0U);

@@ -9,9 +9,9 @@ namespace {
 
 // Every operation on one object per service, for adapter 1.
 struct Services {
-    explicit Services(int descriptor)
-        : vcc(descriptor, 1), lec(descriptor, 1), les(descriptor, 1), lecs(descriptor, 1), sig(descriptor, 1),
-          ip(descriptor, 1), aal(descriptor, 1) {}
+    explicit Services(DriverChannel& channel)
+        : vcc(channel, 1), lec(channel, 1), les(channel, 1), lecs(channel, 1), sig(channel, 1),
+          ip(channel, 1), aal(channel, 1) {}
 
     vccInfo vcc;
     lecInfo lec;
@@ -91,7 +91,7 @@ TEST(Queries, RequestsTraceAndFailure) {
         SCOPED_TRACE(c.plain());
         ScriptedDriver driver;
         LogCapture log;
-        Services services(driver.open());
+        Services services(driver.channel());
         log.take();
         driver.expect(c.plain());
         EXPECT_TRUE(c.ask(services));
@@ -104,7 +104,7 @@ TEST(Queries, RequestsTraceAndFailure) {
 
 TEST(Queries, ABoardIsNamedInTheData) {
     ScriptedDriver driver;
-    aalInfo info(driver.open(), 1);
+    aalInfo info(driver.channel(), 1);
     for (const int board : {3, 0x1204}) {  // its low byte
         driver.expect(fmt::format("81 00 02 00 01 00 17 00 10 00 01 00 00 00 ad de {:02x}", board & 255));
         EXPECT_TRUE(info.GetBoardMacAddress(static_cast<std::uint16_t>(board)));
@@ -113,7 +113,7 @@ TEST(Queries, ABoardIsNamedInTheData) {
 
 TEST(Queries, ShortRepliesReadAsZerosNotAsTheReplyBefore) {
     ScriptedDriver driver;
-    lecInfo info(driver.open(), 0);
+    lecInfo info(driver.channel(), 0);
     driver.expectAny().data(ByteVector(940, 0xee));
     EXPECT_EQ(info.GetStats().mtuClass(), 0xee);
     driver.expect("14 00 02 00 00 00 bc 03 10 00 01 00 00 00 ad de").data(ByteVector(21, 0x11));
@@ -127,7 +127,7 @@ TEST(Queries, ShortRepliesReadAsZerosNotAsTheReplyBefore) {
 TEST(Queries, SignallingKeepsTheBufferItWasMadeWith) {
     ScriptedDriver driver;
     LogCapture log;
-    sigInfo info(driver.open(), 0);
+    sigInfo info(driver.channel(), 0);
     EXPECT_EQ(log.take(), "Realloc:Old Size-     0 NewSize-    76\n");
     info.prepareMsg(10'000);
     EXPECT_EQ(info.header().Size, 76);

@@ -49,7 +49,7 @@ void expectTable(std::size_t rowSize, int rows, std::size_t requests, std::uint1
     ScriptedDriver driver;
     LogCapture log;
     driver.otherwise(tableOf(rows, rowSize));
-    Info info(driver.open(), 0);
+    Info info(driver.channel(), 0);
     for (int refresh = 0; refresh < 2; ++refresh) {
         const auto table = get(info);
         EXPECT_EQ(static_cast<bool>(table), rows != 0);
@@ -105,7 +105,7 @@ TEST(Tables, ChunkArithmetic) {
 
 TEST(Tables, ChunksGoOutAsTheReplyBeforeLeftTheHeader) {
     ScriptedDriver driver;
-    lecInfo info(driver.open(), 1);
+    lecInfo info(driver.channel(), 1);
     driver.expect("14 00 03 00 01 00 10 00 10 00 01 00 00 00 ad de").rows(30);
     driver.expect("14 00 04 00 01 00 b8 03 10 00 01 00 0d 00 ad de").rows(12).rowMarker(0x4321).data("07 07");
     driver.expect("14 00 04 00 01 00 b8 03 10 00 21 43 0c 00 ad de").rows(0).rowMarker(2).header(6, 65535);
@@ -123,7 +123,7 @@ TEST(Tables, ChunksGoOutAsTheReplyBeforeLeftTheHeader) {
 TEST(Tables, OnlyTheLastChunksFailureIsTheTables) {
     for (const int failing : {2, 3, 4, 5}) {  // call 1 is the row count
         ScriptedDriver driver;
-        lecInfo info(driver.open(), 0);
+        lecInfo info(driver.channel(), 0);
         driver.otherwise(tableOf(50, 72));
         driver.failCall(failing, EIO);
         const auto table = info.GetEntireTable();
@@ -135,7 +135,7 @@ TEST(Tables, OnlyTheLastChunksFailureIsTheTables) {
 
 TEST(Tables, ADriverThatHasGoneSilentIsNotAskedForTheRest) {
     ScriptedDriver driver;
-    lecInfo info(driver.open(), 0);
+    lecInfo info(driver.channel(), 0);
     driver.otherwise(tableOf(65535, 72));
     driver.failCall(3, ETIME);
     EXPECT_FALSE(info.GetEntireTable());
@@ -145,7 +145,7 @@ TEST(Tables, ADriverThatHasGoneSilentIsNotAskedForTheRest) {
 TEST(Tables, NoTableWithoutARowCount) {
     for (const bool written : {false, true}) {
         ScriptedDriver driver;
-        vccInfo info(driver.open(), 0);
+        vccInfo info(driver.channel(), 0);
         Answer& answer = driver.expectAny().resp(5);
         if (written) answer.rows(65535);
         EXPECT_FALSE(info.GetEntireTable());
@@ -156,7 +156,7 @@ TEST(Tables, NoTableWithoutARowCount) {
 
 TEST(Tables, NoMoreRowsThanWereAskedFor) {
     ScriptedDriver driver;
-    lecsInfo info(driver.open(), 0);
+    lecsInfo info(driver.channel(), 0);
     driver.expect("16 00 04 00 00 00 2b 00 10 00 01 00 03 00 ad de").rows(65535).data(ByteVector(18, 2));
     const auto table = info.GetTable(1, 3);
     EXPECT_EQ(table.size(), 3U);
@@ -173,7 +173,7 @@ TEST(Tables, NoMoreRowsThanWereAskedFor) {
 
 TEST(Tables, LooksUpTheFirstCircuitOfTheLastTable) {
     ScriptedDriver driver;
-    vccInfo info(driver.open(), 0);
+    vccInfo info(driver.channel(), 0);
     EXPECT_FALSE(info.GetVciEntry(0)) << "no table yet";
     ByteVector rows(60);
     rows[0] = 16, rows[20] = 5, rows[21] = 1, rows[40] = 16;

@@ -3,7 +3,7 @@
 #include "tests/e2e/programtest.h"
 
 #include "app/routine.h"
-#include "driver/dai_api.h"
+#include "driver/channel.h"
 #include "toolkit/controls/edit.h"
 
 #include <chrono>
@@ -18,7 +18,7 @@ class MainWindowTest : public ProgramTest {
         EXPECT_TRUE(application.ending());
         EXPECT_EQ(application.run(), 0);
         window.reset();
-        EXPECT_EQ(ioctlDesc, 0);
+        EXPECT_FALSE(ioctlDesc);
     }
 };
 
@@ -60,7 +60,7 @@ TEST_F(MainWindowTest, DerivedAddressesWrapWithinTheLastByte) {
 
 TEST_F(MainWindowTest, WithoutADriverSetupWarnsOncePerPressAndTheConfigurationIsThere) {
     openWindow();
-    EXPECT_EQ(ioctlDesc, 0);
+    EXPECT_FALSE(ioctlDesc);
     EXPECT_TRUE(lines().empty());
     EXPECT_EQ(dlgTitle, "");
     EXPECT_EQ(window->control<zEdit>(driverVersionED).text(), "");

@@ -8,7 +8,9 @@
 #include <concepts>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <iterator>
+#include <optional>
 
 namespace {
 
@@ -156,13 +158,16 @@ struct Reader {
 };
 
 struct Services {
-    vccInfo vcc{7, 0};
-    lecInfo lec{7, 0};
-    lesInfo les{7, 0};
-    lecsInfo lecs{7, 0};
-    sigInfo sig{7, 0};
-    ip1577Info ip{7, 0};
-    aalInfo aal{7, 0};
+    Services() { channel.open(O_RDONLY); }
+
+    DriverChannel channel;
+    vccInfo vcc{channel, 0};
+    lecInfo lec{channel, 0};
+    lesInfo les{channel, 0};
+    lecsInfo lecs{channel, 0};
+    sigInfo sig{channel, 0};
+    ip1577Info ip{channel, 0};
+    aalInfo aal{channel, 0};
 };
 
 constexpr void (*queries[])(Services&, Input&, Reader&) = {
@@ -203,12 +208,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t cou
     Input input({bytes, count});
     HostileDriver driver(input);
     platform::Device* const before = platform::setDevice(&driver);
-    Services services;
+    std::optional<Services> services(std::in_place);
     Reader reader;
     // At most 16 queries: a whole table can take thousands of requests.
     for (int i = 0; i < 16 && !input.empty(); ++i)
-        queries[input.byte() % std::size(queries)](services, input, reader);
+        queries[input.byte() % std::size(queries)](*services, input, reader);
     seen = reader.total;
+    services.reset();  // closes the channel
     platform::setDevice(before);
     return 0;
 }

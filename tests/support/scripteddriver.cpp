@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
@@ -37,6 +38,7 @@ int Answer::apply(std::span<std::uint8_t> message) const {
 ScriptedDriver::ScriptedDriver() : before_(platform::setDevice(this)) {}
 
 ScriptedDriver::~ScriptedDriver() {
+    channel_.close();
     platform::setDevice(before_);
     for (; next_ < script_.size(); ++next_)
         ADD_FAILURE() << "a request that was expected did not come: "
@@ -49,6 +51,11 @@ Answer& ScriptedDriver::expect(ByteVector request) {
 
 Answer& ScriptedDriver::expectAny() {
     return script_.emplace_back().answer;
+}
+
+DriverChannel& ScriptedDriver::channel() {
+    if (!channel_) channel_.open(O_RDWR);
+    return channel_;
 }
 
 int ScriptedDriver::open(std::string_view path, int oflag) {

@@ -2,7 +2,7 @@
 //
 //     ScriptedDriver driver;                                     // in the device's place while it lives
 //     driver.expect("81 00 01 00 00 00 16 00 10 00 01 00 00 00 ad de").data("02 00 05 00");
-//     aalInfo info(driver.open(), 0);
+//     aalInfo info(driver.channel(), 0);
 //     EXPECT_EQ(info.GetBoardState().mask(), 5);
 //
 // Requests are compared byte by byte, in order; a difference fails the test with both sides in hexadecimal.
@@ -11,6 +11,7 @@
 // are answered by `otherwise`, or fail the test.
 #pragma once
 
+#include "driver/channel.h"
 #include "platform/debuglog.h"
 #include "platform/device.h"
 #include "tests/support/bytes.h"
@@ -73,8 +74,8 @@ class ScriptedDriver : public platform::Device {
     // says.
     void failCall(int k, int error) { failures_[calls_ + k] = error; }
 
-    // A channel to this driver without a call.
-    int open() { return ++lastDescriptor_; }
+    // A channel to this driver; the first call opens it.
+    DriverChannel& channel();
 
     int open(std::string_view path, int oflag) override;
     int control(int descriptor, int request, platform::strioctl& block) override;
@@ -97,6 +98,7 @@ class ScriptedDriver : public platform::Device {
     std::map<int, int> failures_;
     int calls_ = 0;
     int lastDescriptor_ = 6;
+    DriverChannel channel_;
     std::vector<ByteVector> requests_;
     std::vector<std::string> opened_;
     std::vector<int> closed_;

@@ -1,6 +1,5 @@
 #include "ui/config/confdlg.h"
 
-#include "driver/dai_api.h"
 #include "model/settings.h"
 #include "resources/pictureids.h"
 #include "toolkit/controls/button.h"
@@ -36,9 +35,8 @@ constexpr zLayout frame{.id = 567,
 
 }  // namespace
 
-DConfigDlg::DConfigDlg(zWindow& parent) : zFormDialog(parent, frame) {
+DConfigDlg::DConfigDlg(zWindow& parent) : zFormDialog(parent, frame), channel_(SetupIoctlDesc, O_RDWR) {
     parent.setCursor(zWatchCursor);
-    if (dai_open(0, O_RDWR, SetupIoctlDesc) != 0) SetupIoctlDesc = 0;
 
     auto& notebook = control<zNotebook>(pagesNB);
     notebook.addPage(signalPageLayout,
@@ -58,11 +56,6 @@ DConfigDlg::DConfigDlg(zWindow& parent) : zFormDialog(parent, frame) {
     control<zBitmapButton>(cancelBTN).onClick = [this] { onCancel(); };
     onClose = [this] { onCancel(); };
     parent.setCursor(zArrowCursor);
-}
-
-DConfigDlg::~DConfigDlg() {
-    if (SetupIoctlDesc) dai_close(0, SetupIoctlDesc);
-    SetupIoctlDesc = 0;
 }
 
 int DConfigDlg::onOk() {

@@ -10,6 +10,7 @@
 //   ToggleControls greys what the state of the check boxes makes impossible
 #pragma once
 
+#include "driver/channel.h"
 #include "toolkit/controls/notebook.h"
 #include "toolkit/window/window.h"
 #include "ui/config/ip1577page.h"
@@ -25,7 +26,6 @@ class DConfigDlg : public zFormDialog {
     // Opens the dialog's driver channel, SetupIoctlDesc; without one the pages work on the buffers only. The
     // parent shows the watch meanwhile. Shown by runModal().
     explicit DConfigDlg(zWindow& parent);
-    ~DConfigDlg() override;  // closes the channel
 
     bool okFlag() const { return okFlag_; }  // closed with OK
 
@@ -33,6 +33,7 @@ class DConfigDlg : public zFormDialog {
     int onCancel();
 
   private:
+    OpenedChannel channel_;  // SetupIoctlDesc
     // Made when they are first on top; a page that was not seen has nothing to store.
     std::unique_ptr<DConfigDlgSignalPG> signalPage_;
     std::unique_ptr<DConfigDlgLECPG> lecPage_;

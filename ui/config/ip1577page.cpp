@@ -1,6 +1,6 @@
 #include "ui/config/ip1577page.h"
 
-#include "driver/dai_api.h"
+#include "driver/channel.h"
 #include "model/settings.h"
 #include "toolkit/controls/edit.h"
 #include "ui/config/iplayout.h"

@@ -1,6 +1,6 @@
 #include "ui/config/lecpage.h"
 
-#include "driver/dai_api.h"
+#include "driver/channel.h"
 #include "model/settings.h"
 #include "toolkit/controls/dropdown.h"
 #include "toolkit/controls/edit.h"

@@ -1,6 +1,6 @@
 #include "ui/config/lespage.h"
 
-#include "driver/dai_api.h"
+#include "driver/channel.h"
 #include "model/settings.h"
 #include "toolkit/controls/tabstrip.h"
 #include "toolkit/window/messagebox.h"
@@ -171,7 +171,7 @@ void DConfigDlgLESPG::clickedMoveBTN() {
 // Moves clients of other servers here.
 void DConfigDlgLESPG::insertClients(const std::vector<ElanClient>& clients) {
     if (clients.empty()) return;
-    const VainWaits waits;
+    const VainWaits waits(SetupIoctlDesc);
     for (const ElanClient& client : clients) {
         delClient(client.address, static_cast<short>(client.permanent ? client.les : -1), !waits.any());
         addClient(client.address, static_cast<short>(current()), !waits.any());

@@ -1,6 +1,6 @@
 #include "ui/global/globldlg.h"
 
-#include "driver/dai_api.h"
+#include "driver/channel.h"
 #include "model/settings.h"
 #include "platform/user.h"
 #include "resources/pictureids.h"

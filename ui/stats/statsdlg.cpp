@@ -1,6 +1,5 @@
 #include "ui/stats/statsdlg.h"
 
-#include "driver/dai_api.h"
 #include "model/settings.h"
 #include "resources/pictureids.h"
 #include "toolkit/controls/button.h"
@@ -60,10 +59,10 @@ constexpr struct {
 DStatsDlg::DStatsDlg(zWindow& parent) : zFormDialog(parent.application(), dialogLayout) {
     parent.setCursor(zWatchCursor);
     // A driver that gives no further channel has at least that of the main window, which stays open for longer.
-    ownChannel_ = ioctlDesc && dai_open(0, O_RDONLY, channel_) == 0;
-    if (!ownChannel_) channel_ = ioctlDesc;
+    if (ioctlDesc) channel_.open(O_RDONLY);
     auto& notebook = board().control<zNotebook>("pages");
-    StatsSource source{application(), notebook, channel_, static_cast<std::uint8_t>(currentAdapter)};
+    StatsSource source{application(), notebook, channel_ ? channel_ : ioctlDesc,
+                       static_cast<std::uint8_t>(currentAdapter)};
     for (const auto& page : pages)
         if (!page.advanced || advSettings) pages_.push_back(page.make(source));
     current_ = pages_.front().get();
@@ -75,11 +74,6 @@ DStatsDlg::DStatsDlg(zWindow& parent) : zFormDialog(parent.application(), dialog
     setTitle(("Statistics " + dlgTitle).substr(0, longestTitle));
     show();
     selChangeTB(0);
-}
-
-DStatsDlg::~DStatsDlg() {
-    pages_.clear();
-    if (ownChannel_) dai_close(0, channel_);
 }
 
 void DStatsDlg::selChangeTB(int position) {

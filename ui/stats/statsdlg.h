@@ -17,7 +17,6 @@ class DStatsDlg : public zFormDialog {
     // Builds the dialog, fills every page once and shows it. The parent shows the watch meanwhile. Without a driver
     // the pages keep the texts of their layouts.
     explicit DStatsDlg(zWindow& parent);
-    ~DStatsDlg() override;
 
     int onOk();      // "Clear": counters of the page on top start from 0; 1
     int onCancel();  // "Close"; 0
@@ -28,8 +27,7 @@ class DStatsDlg : public zFormDialog {
   private:
     void selChangeTB(int position);
 
-    int channel_ = 0;
-    bool ownChannel_ = false;
+    DriverChannel channel_;  // closed when the driver gives no further one
     std::vector<std::unique_ptr<StatsPage>> pages_;  // by tab
     StatsPage* current_ = nullptr;                   // whose timer runs
 };

@@ -1,7 +1,7 @@
 // What the pages of the statistics notebook have in common.
 #pragma once
 
-#include "driver/reqparam.h"
+#include "driver/channel.h"
 #include "toolkit/controls/notebook.h"
 #include "ui/mybitmapbutton.h"
 #include "ui/timerpage.h"
@@ -14,7 +14,7 @@
 struct StatsSource {
     zApplication& application;
     zNotebook& notebook;
-    int channel;  // 0: there is no driver
+    DriverChannel& channel;  // closed: there is no driver
     std::uint8_t adapter;
     bool silent = false;  // a page has waited in vain for an answer
 
@@ -40,8 +40,7 @@ class StatsPage : public TimerPage {
 
   protected:
     StatsPage(const StatsSource& source, const zLayout& layout)
-        : TimerPage(source.application), board_(source.notebook.addPage(layout)), open_(source.channel != 0) {
-    }
+        : TimerPage(source.application), board_(source.notebook.addPage(layout)), open_(source.channel), waits_(source.channel) {}
 
     virtual void refresh(bool clear) = 0;
 
@@ -62,7 +61,7 @@ class StatsPage : public TimerPage {
     void refreshIfOpen(bool clear) {
         if (!open_) return;
         filled_ = true;
-        waits_ = VainWaits();
+        waits_.restart();
         refresh(clear);
     }
 
