@@ -2,6 +2,7 @@
 
 #include "tests/toolkit/desk.h"
 #include "toolkit/controls/button.h"
+#include "toolkit/controls/dialogunits.h"
 #include "toolkit/controls/edit.h"
 #include "toolkit/controls/listbox.h"
 #include "toolkit/window/messagebox.h"

@@ -1,5 +1,6 @@
 #include "toolkit/controls/board.h"
 
+#include "toolkit/controls/factory.h"
 #include "toolkit/controls/rowwidget.h"
 #include "toolkit/display/displaycache.h"
 
@@ -22,7 +23,7 @@ zBoard::zBoard(Widget parent, const char* name, const zLayout& layout) {
     tooltips_ = std::make_unique<zTooltips>(widget_);
     std::shared_ptr<zRadioGroup> group;
     for (const zControlRow& row : layout.rows) {
-        controls_.push_back(zControl::create(widget_, units, row));
+        controls_.push_back(zCreateControl(widget_, units, row));
         zControl& control = *controls_.back();
         if (auto* button = dynamic_cast<zRadioButton*>(&control)) {
             if (row.style & zFirstOfGroup) group = std::make_shared<zRadioGroup>();

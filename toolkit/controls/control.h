@@ -6,7 +6,6 @@
 // cannot show survives.
 #pragma once
 
-#include "toolkit/controls/dialogunits.h"
 #include "toolkit/controls/layout.h"
 #include "toolkit/display/widget.h"
 
@@ -23,9 +22,6 @@ class zControl {
     virtual ~zControl();
     zControl(const zControl&) = delete;
     zControl& operator=(const zControl&) = delete;
-
-    // Makes the control that a row describes inside a board.
-    static std::unique_ptr<zControl> create(Widget board, const zDialogUnits& units, const zControlRow& row);
 
     int id() const { return id_; }
     Widget widget() const { return widget_; }

@@ -7,16 +7,6 @@
 #include <Xm/List.h>
 #include <Xm/TextF.h>
 
-namespace {
-
-constexpr int closedHeight = 14;  // a line of text with the field's shadows, as the fields beside it
-
-}  // namespace
-
-zRect zDropDown::closed(const zRect& place) {
-    return {place.x, place.y, place.width, closedHeight};
-}
-
 zDropDown::zDropDown(Widget board, const zRect& place, const zControlRow& row)
     : zControl(row), count_(static_cast<int>(row.items.size())) {
     std::vector<std::unique_ptr<zXmText>> texts;

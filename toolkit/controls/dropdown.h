@@ -7,11 +7,11 @@
 
 class zDropDown : public zControl {
   public:
+    // Dialog units: a line of text with the field's shadows. A row's height includes the open list.
+    static constexpr int closedHeight = 14;
+
     // `place` is that of the closed list.
     zDropDown(Widget board, const zRect& place, const zControlRow& row);
-
-    // What a row's place, which includes the open list, leaves of the closed one. In dialog units.
-    static zRect closed(const zRect& place);
 
     // Bound to the position of the item, from 0. A position that has no item shows nothing.
     void bind(zVariable variable) override { variable_ = std::get<int*>(variable); }
