@@ -40,7 +40,7 @@ std::string withoutClientTable() {
 
 }  // namespace
 
-DMainDlg::DMainDlg(zApplication& application, const zLayout& layout) 
+DMainDlg::DMainDlg(zApplication& application, const zLayout& layout)
     : zFormDialog(application, layout), channel_(ioctlDesc, O_RDONLY) {
     editor_ = std::make_unique<DriverPdfEdit>(
         [this](const std::string& text, const std::string& caption) {

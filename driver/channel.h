@@ -23,7 +23,7 @@ class DriverChannel {
     // Sends a message and waits for the reply: see dai_req. A closed channel fails it with 201.
     int request(std::span<std::uint8_t> message);
 
-    unsigned long timeouts() const { return timeouts_; }  // requests that got no answer in time
+    unsigned long timeouts() const { return timeouts_; }                // requests that got no answer in time
     unsigned long acceptedChanges() const { return acceptedChanges_; }  // control requests that succeeded
 
     // For the request blocks: the driver has accepted a control request.
@@ -35,9 +35,11 @@ class DriverChannel {
     unsigned long acceptedChanges_ = 0;
 };
 
-// The channels of the windows; each statistics dialog has one more of its own.
-extern DriverChannel ioctlDesc;       // read-only, of the main window: its queries and the trace switches
-extern DriverChannel SetupIoctlDesc;  // read-write, of the configuration dialog: what its pages ask and change
+// The channels of the windows; each statistics dialog has one more of its own. ioctlDesc is the main window's,
+// read-only: its queries and the trace switches. SetupIoctlDesc is the configuration dialog's, read-write: what its
+// pages ask and change.
+extern DriverChannel ioctlDesc;
+extern DriverChannel SetupIoctlDesc;
 
 // Keeps a channel that lives longer open for as long as this object lives. The channel stays closed when opening
 // fails.

@@ -26,8 +26,8 @@ TEST(Channel, OpensOnceAndClosesWithItsOwner) {
         EXPECT_TRUE(channel.open(O_RDWR));
     }
     EXPECT_EQ(driver.closed(), (std::vector{7, 8, 9, 10}));
-    EXPECT_EQ(driver.opened(), (std::vector<std::string>{"/dev/li 2", "/dev/li 0", "/dev/li 2", "/dev/li 2",
-                                                         "/dev/li 2"}));
+    EXPECT_EQ(driver.opened(),
+              (std::vector<std::string>{"/dev/li 2", "/dev/li 0", "/dev/li 2", "/dev/li 2", "/dev/li 2"}));
 }
 
 TEST(Channel, CountsItsOwnTimeoutsAndNoOtherFailure) {
@@ -40,8 +40,11 @@ TEST(Channel, CountsItsOwnTimeoutsAndNoOtherFailure) {
     const struct {
         Answer answer;
         bool timedOut;
-    } cases[] = {{Answer(), false}, {Answer().resp(5), false}, {Answer().error(EIO), false},
-                 {Answer().unanswered(), false}, {Answer().error(ETIME), true}};
+    } cases[] = {{Answer(), false},
+                 {Answer().resp(5), false},
+                 {Answer().error(EIO), false},
+                 {Answer().unanswered(), false},
+                 {Answer().error(ETIME), true}};
     for (const auto& c : cases) {
         driver.expectAny() = c.answer;
         query.GetPackageRev();

@@ -27,7 +27,7 @@ class DStatsDlg : public zFormDialog {
   private:
     void selChangeTB(int position);
 
-    DriverChannel channel_;  // closed when the driver gives no further one
+    DriverChannel channel_;                          // closed when the driver gives no further one
     std::vector<std::unique_ptr<StatsPage>> pages_;  // by tab
     StatsPage* current_ = nullptr;                   // whose timer runs
 };

@@ -40,7 +40,8 @@ class StatsPage : public TimerPage {
 
   protected:
     StatsPage(const StatsSource& source, const zLayout& layout)
-        : TimerPage(source.application), board_(source.notebook.addPage(layout)), open_(source.channel), waits_(source.channel) {}
+        : TimerPage(source.application), board_(source.notebook.addPage(layout)), open_(source.channel),
+          waits_(source.channel) {}
 
     virtual void refresh(bool clear) = 0;
 
