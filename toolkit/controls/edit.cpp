@@ -100,10 +100,8 @@ void zEdit::verify(void* callData) {
         return;
     }
     if (typed.empty()) {
-        // After a deletion the field would put the caret where the old text ended, and never free the new text.
+        // After a deletion the field would put the caret where the old text ended.
         change.doit = False;
-        XtFree(change.text->ptr);
-        change.text->ptr = nullptr;
         setText(edit->text);
         XmTextFieldSetInsertionPosition(widget(), static_cast<XmTextPosition>(edit->caret));
         return;

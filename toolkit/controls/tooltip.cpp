@@ -2,6 +2,7 @@
 
 #include "toolkit/display/displaycache.h"
 #include "toolkit/display/xmtext.h"
+#include "toolkit/library/motion.h"
 #include "toolkit/library/xftdraws.h"
 
 #include <X11/Shell.h>
@@ -33,19 +34,6 @@ Delays delaysOf(Widget widget) {
 }
 
 constexpr int belowPointer = 20;  // clear of the pointer's own shape
-
-// The library's controls keep motion to themselves, and so do the windows inside a table; the board has to see it.
-void letMotionThrough(Widget control) {
-    if (!XtIsWidget(control) || !XtIsRealized(control)) return;
-    XSetWindowAttributes attributes{};
-    attributes.do_not_propagate_mask = KeyPressMask | KeyReleaseMask | ButtonPressMask | ButtonReleaseMask;
-    XChangeWindowAttributes(XtDisplay(control), XtWindow(control), CWDontPropagate, &attributes);
-    if (!XtIsComposite(control)) return;
-    WidgetList children = nullptr;
-    Cardinal count = 0;
-    XtVaGetValues(control, XmNchildren, &children, XmNnumChildren, &count, nullptr);
-    std::for_each_n(children, count, letMotionThrough);
-}
 
 }  // namespace
 
@@ -88,7 +76,7 @@ void zTooltips::add(Widget control, std::string text) {
 }
 
 void zTooltips::realized() {
-    for (const Tip& tip : tips_) letMotionThrough(tip.control);
+    for (const Tip& tip : tips_) zPropagateMotion(tip.control);
 }
 
 void zTooltips::pointerAt(int x, int y) {

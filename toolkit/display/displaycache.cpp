@@ -1,6 +1,7 @@
 #include "toolkit/display/displaycache.h"
 
-#include <Xm/BulletinB.h>
+#include "toolkit/library/rendertable.h"
+
 #include <stdexcept>
 #include <vector>
 
@@ -38,14 +39,8 @@ Cursor zDisplayCache::cursor(int shape) {
 
 XmRenderTable zDisplayCache::renderTable(Widget widget, const std::string& name) {
     XmRenderTable& table = renderTables_[name];
-    if (table) return table;
     while (XtParent(widget)) widget = XtParent(widget);
-    // The library converts the name for each window anew and never frees what it makes of it: one widget asks for it,
-    // and goes with the application's root.
-    const Widget holder =
-        XtVaCreateWidget("fonts", xmBulletinBoardWidgetClass, widget, XtVaTypedArg, XmNlabelRenderTable,
-                         XmRString, name.c_str(), static_cast<int>(name.size() + 1), nullptr);
-    XtVaGetValues(holder, XmNlabelRenderTable, &table, nullptr);
+    if (!table) table = zConvertRenderTable(widget, name);
     return table;
 }
 

@@ -11,8 +11,8 @@ unsigned short field(Pixel pixel, unsigned long mask) {
 
 }  // namespace
 
-// In the place of the X library's function, also for the widget library, which asks the server for the colour of each
-// text that it draws and waits for the answer. Where a pixel is made of three bit fields the answer stands in it.
+// Replaces the function of libX11, for Motif, too, which calls it for each text that it draws. On a true colour
+// display a pixel value consists of the colour's components: no round trip is needed.
 extern "C" int XQueryColor(Display* display, Colormap colours, XColor* colour) {
     const Screen* screen = DefaultScreenOfDisplay(display);
     const Visual* visual = DefaultVisualOfScreen(screen);

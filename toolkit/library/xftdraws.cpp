@@ -6,7 +6,7 @@
 #include <X11/Xft/Xft.h>
 #include <Xm/Xm.h>
 
-// Exported by the library, but in no header of it: it keeps one XftDraw per window and never frees it.
+// Exported by libXm, but not declared in its headers.
 extern "C" {
 XftDraw* _XmXftDrawCreate(Display* display, Window window);
 void _XmXftDrawDestroy(Display* display, Window window, XftDraw* draw);

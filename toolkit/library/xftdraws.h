@@ -1,7 +1,10 @@
-// The Xft drawing contexts that the widget library creates, one per window, and never frees.
+// The XftDraw objects that Motif creates, one per window, and never frees. Inside the toolkit only.
+//
+// This and the other files of the folder make up for what the libraries do; doc/libraries.md lists them with the
+// symptom, and with what would make them unnecessary.
 #pragma once
 
-#include "toolkit/display/widget.h"
+#include <X11/Intrinsic.h>
 
-// Frees those of a widget and of everything below it. To be called before a shell is destroyed.
+// Frees those of a widget and of everything below it. Call it before a shell is destroyed.
 void zFreeXftDraws(Widget widget);
