@@ -56,6 +56,15 @@ struct Page {
 
     bool operator==(const Page&) const = default;
 };
+// What a transfer buffer looks like.
+struct Buffer {
+    std::int16_t number = 1500, item = 1, check = 1, choice = 26;
+
+    bool operator==(const Buffer&) const = default;
+};
+constexpr zBindingRow<Buffer> bufferBindings[] = {
+    {22, &Buffer::number}, {23, &Buffer::item}, {24, &Buffer::check}, {25, &Buffer::choice}};
+
 constexpr zBindingRow<Page> bindings[] = {{21, &Page::address}, {22, &Page::number}, {23, &Page::item},
                                           {24, &Page::check},   {25, &Page::choice}, {28, &Page::name}};
 
@@ -71,7 +80,7 @@ class ControlsTest : public testing::Test {
 
     void SetUp() override {
         ASSERT_TRUE(desk().open);
-        page.bind<Page>(variables, bindings);
+        page.bind(variables, bindings);
         page.load();
         window.control<zBitmapButton>(11).onClick = [this] { log += "ok "; };
         window.control<zBitmapButton>(12).onClick = [this] { log += "cancel "; };
@@ -112,6 +121,60 @@ TEST_F(ControlsTest, WhatTheUserChangesIsStoredAndNothingElse) {
     user.click(control<zRadioButton>(25).widget());
     page.store();
     EXPECT_EQ(variables, (Page{.address = "a234", .number = 12345, .check = 0, .choice = 25}));
+}
+
+TEST_F(ControlsTest, SixteenBitsAreShownAndStored) {
+    const struct {
+        Buffer before;
+        const char* number;
+        int item, checked;
+    } cases[] = {
+        {{0, 0, 0, 25}, "0", 0, 0}, {{-1, -1, -1, 0}, "65535", -1, 1}, {{-32768, 7, 5, 99}, "32768", -1, 1}};
+    for (const auto& [before, number, item, checked] : cases) {
+        Buffer buffer = before;
+        page.bind(buffer, bufferBindings);
+        page.load();
+        user.settle();
+        EXPECT_EQ(control<zNumberEdit>(22).text(), number);
+        EXPECT_EQ(control<zDropDown>(23).selected(), item);
+        EXPECT_EQ(control<zCheckBox>(24).checked(), checked);
+        page.store();
+        EXPECT_EQ(buffer, before) << number;
+
+        control<zNumberEdit>(22).setNumber(70000);
+        control<zDropDown>(23).select(2);
+        control<zCheckBox>(24).check(!checked);
+        page.group(25).choose(26);
+        page.store();
+        EXPECT_EQ(buffer, (Buffer{70000 - 65536, 2, static_cast<std::int16_t>(!checked), 26})) << number;
+    }
+    EXPECT_THROW(control<zCheckBox>(24).bind(&variables.name), std::bad_variant_access);
+}
+
+TEST_F(ControlsTest, ControlsTurnToAnotherObjectWithoutTouchingTheFirst) {
+    Buffer first{10, 0, 0, 25}, second{20, 1, 1, 26};
+    page.bind(first, bufferBindings);
+    page.load();
+    control<zNumberEdit>(22).setNumber(11);
+    page.store();
+    page.bind(second, bufferBindings);
+    EXPECT_EQ(control<zNumberEdit>(22).number(), 11U) << "before load()";
+    page.load();
+    EXPECT_EQ(control<zNumberEdit>(22).number(), 20U);
+    control<zCheckBox>(24).check(false);
+    page.store();
+    EXPECT_EQ(first, (Buffer{11, 0, 0, 25}));
+    EXPECT_EQ(second, (Buffer{20, 1, 0, 26}));
+}
+
+TEST_F(ControlsTest, RadioButtonsTellEveryClickAndStayChosen) {
+    page.group(25).onClick = [&](int id) { log += std::to_string(id) + ' '; };
+    page.group(25).choose(25);
+    EXPECT_EQ(log, "") << "by program";
+    for (const int id : {26, 26, 25}) user.click(control<zRadioButton>(id).widget());
+    EXPECT_EQ(log, "26 26 25 ");
+    page.store();
+    EXPECT_EQ(variables.choice, 25);
 }
 
 TEST_F(ControlsTest, AddressesAreCompletedOnLeavingAndEmptyFieldsKeepTheOldValue) {

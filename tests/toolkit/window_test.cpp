@@ -229,7 +229,18 @@ TEST_F(WindowTest, WhatHasEndedHearsNoLateRequestToClose) {
     EXPECT_EQ(seen, 2);
 }
 
-TEST_F(WindowTest, AMissingControlOrAnotherKindIsSaid) {
-    EXPECT_THROW(window.control<zEdit>(99), std::logic_error);
-    EXPECT_THROW(window.control<zEdit>(14), std::logic_error);
+TEST_F(WindowTest, AMissingControlOrAnotherKindIsNamed) {
+    const auto messageOf = [&](auto key) -> std::string {
+        try {
+            window.board().control<zEdit>(key);
+        } catch (const std::logic_error& error) {
+            return error.what();
+        }
+        return "found";
+    };
+    const std::string begin = "the layout \"probe\" has no control \"", end = "\" of the expected kind";
+    EXPECT_EQ(messageOf(99), begin + "id99" + end);
+    EXPECT_EQ(messageOf(14), begin + "id14" + end);
+    EXPECT_EQ(messageOf("line"), begin + "line" + end);
+    EXPECT_EQ(messageOf(13), "found");
 }

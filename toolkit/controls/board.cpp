@@ -7,8 +7,10 @@
 #include <Xm/BulletinB.h>
 #include <Xm/Xm.h>
 #include <algorithm>
+#include <fmt/format.h>
+#include <stdexcept>
 
-zBoard::zBoard(Widget parent, const char* name, const zLayout& layout) {
+zBoard::zBoard(Widget parent, const char* name, const zLayout& layout) : layout_(layout) {
     const char* font = layout.font.weight > zFontRow::normal ? "bold" : "plain";
     zResources resources;
     resources.set(XmNmarginWidth, 0).set(XmNmarginHeight, 0).set(XmNresizePolicy, XmRESIZE_NONE);
@@ -66,4 +68,9 @@ zControl* zBoard::find(std::string_view name) const {
         return control->id() < 0 && XtName(control->outermost()) == name;
     });
     return found == controls_.end() ? nullptr : found->get();
+}
+
+void zBoard::missing(std::string_view control) const {
+    throw std::logic_error(
+        fmt::format("the layout \"{}\" has no control \"{}\" of the expected kind", layout_.name, control));
 }

@@ -9,20 +9,20 @@
 
 #include <memory>
 #include <span>
-#include <stdexcept>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <variant>
 #include <vector>
 
-// A control and the page's variable that it is bound to.
-template <class Page> struct zBindingRow {
+// A control and the member of an object (a page, a transfer buffer) that it is bound to. A radio group is bound by the
+// id of any of its buttons.
+template <class Object> struct zBindingRow {
     int id;
-    std::variant<int Page::*, unsigned Page::*, std::string Page::*> variable;
+    std::variant<int Object::*, unsigned Object::*, std::int16_t Object::*, std::string Object::*> variable;
 };
 
-// A control that is enabled while all of the conditions in `needs` hold. The conditions are bits of the page's
-// own choice.
+// A control that is enabled while all of the conditions in `needs` hold. The meaning of the bits is up to the page.
 struct zEnableRow {
     int id;
     unsigned needs;
@@ -30,8 +30,8 @@ struct zEnableRow {
 
 class zBoard {
   public:
-    // Makes the board widget, not managed yet, and its controls in it. Everything goes with the object except
-    // the widgets, which go with their shell.
+    // Creates the board widget, not managed yet, and the controls of `layout`, which must outlive the board. The
+    // widgets are destroyed with their shell, everything else with this object.
     zBoard(Widget parent, const char* name, const zLayout& layout);
     ~zBoard();
     zBoard(const zBoard&) = delete;
@@ -40,17 +40,28 @@ class zBoard {
     Widget widget() const { return widget_; }
     const zRect& size() const { return size_; }  // pixels
 
-    // The control with this id, or of those without one with this name. The layout must have it, as this kind.
-    template <typename Kind> Kind& control(int id) const { return as<Kind>(find(id)); }
-    template <typename Kind> Kind& control(std::string_view name) const { return as<Kind>(find(name)); }
+    // The control with this id, or the one without an id that has this name. Throws std::logic_error if the layout has
+    // no such control of this kind.
+    template <typename Kind> Kind& control(int id) const {
+        auto* found = dynamic_cast<Kind*>(find(id));
+        if (!found) missing("id" + std::to_string(id));
+        return *found;
+    }
+    template <typename Kind> Kind& control(std::string_view name) const {
+        auto* found = dynamic_cast<Kind*>(find(name));
+        if (!found) missing(name);
+        return *found;
+    }
     // The group that a radio button belongs to.
     zRadioGroup& group(int id) const { return control<zRadioButton>(id).group(); }
 
-    template <class Page> void bind(Page& page, std::span<const zBindingRow<Page>> rows) {
+    // Binds controls to members of `object`; again with another object as often as needed (see control.h).
+    template <class Object>
+    void bind(Object& object, std::span<const zBindingRow<std::type_identity_t<Object>>> rows) {
         for (const auto& row : rows)
-            std::visit([&](auto member) { control<zControl>(row.id).bind(&(page.*member)); }, row.variable);
+            std::visit([&](auto member) { control<zControl>(row.id).bind(&(object.*member)); }, row.variable);
     }
-    // Every bound control.
+    // These act on every bound control.
     void load();
     void store();
 
@@ -62,12 +73,9 @@ class zBoard {
   private:
     zControl* find(int id) const;
     zControl* find(std::string_view name) const;
-    template <typename Kind> static Kind& as(zControl* control) {
-        auto* found = dynamic_cast<Kind*>(control);
-        if (!found) throw std::logic_error("no such control in the layout");
-        return *found;
-    }
+    [[noreturn]] void missing(std::string_view control) const;
 
+    const zLayout& layout_;
     Widget widget_;
     zRect size_;
     std::vector<std::unique_ptr<zControl>> controls_;

@@ -30,14 +30,14 @@ zCheckBox::zCheckBox(Widget board, const zRect& place, const zControlRow& row) :
 }
 
 void zCheckBox::load() {
-    if (variable_) check(*variable_ != 0);
+    if (variable_) check(variable_.get() != 0);
     shown_ = checked();
 }
 
 void zCheckBox::store() {
     if (!variable_ || checked() == shown_) return;
     shown_ = checked();
-    *variable_ = shown_;
+    variable_.set(shown_);
 }
 
 bool zCheckBox::checked() const {
@@ -49,13 +49,14 @@ void zCheckBox::check(bool on) {
 }
 
 void zRadioGroup::load() {
-    if (variable_) choose(*variable_);
+    if (variable_) choose(variable_.get());
     shown_ = chosen_;
 }
 
 void zRadioGroup::store() {
     if (!variable_ || chosen_ == shown_) return;
-    *variable_ = shown_ = chosen_;
+    shown_ = chosen_;
+    variable_.set(static_cast<unsigned>(chosen_));
 }
 
 void zRadioGroup::choose(int id) {
@@ -67,10 +68,8 @@ void zRadioGroup::choose(int id) {
 }
 
 void zRadioGroup::clicked(int id) {
-    const bool other = id != chosen_;
-    choose(id);  // a click on the chosen one takes its mark away; it comes back here
-    const auto handler = onChoose;
-    if (other && handler) handler(id);
+    choose(id);  // also on the chosen button, which the click has switched off
+    if (const auto handler = onClick) handler(id);
 }
 
 zRadioButton::zRadioButton(Widget board, const zRect& place, const zControlRow& row) : zControl(row) {

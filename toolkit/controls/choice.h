@@ -7,12 +7,12 @@
 #include <memory>
 #include <vector>
 
-// Bound to 0 and 1; a variable that is neither shows as checked, and stays as it is until the user clicks.
+// Bound to a number: 0 and 1. Any other value shows as checked and stays until the user clicks.
 class zCheckBox : public zControl {
   public:
     zCheckBox(Widget board, const zRect& place, const zControlRow& row);
 
-    void bind(zVariable variable) override { variable_ = std::get<int*>(variable); }
+    void bind(zVariable variable) override { variable_.bind(variable); }
     void load() override;
     void store() override;
 
@@ -22,22 +22,22 @@ class zCheckBox : public zControl {
     std::function<void()> onClick;
 
   private:
-    int* variable_ = nullptr;
+    zBoundNumber variable_;
     bool shown_ = false;
 };
 
 class zRadioButton;
 
-// Radio buttons of which at most one is chosen. Bound to the id of the chosen button; 0: none.
+// Radio buttons of which at most one is chosen. Bound to a number: the id of the chosen button; 0: none.
 class zRadioGroup {
   public:
-    void bind(int& variable) { variable_ = &variable; }
+    void bind(zVariable variable) { variable_.bind(variable); }
     void load();
     void store();
 
     void choose(int id);  // calls no handler
 
-    std::function<void(int id)> onChoose;  // the user has chosen another button than before
+    std::function<void(int id)> onClick;  // a click on one of the buttons, also on the chosen one
 
   private:
     friend zRadioButton;
@@ -45,7 +45,7 @@ class zRadioGroup {
     void clicked(int id);
 
     std::vector<zRadioButton*> buttons_;
-    int* variable_ = nullptr;
+    zBoundNumber variable_;
     int shown_ = 0;
     int chosen_ = 0;
 };
@@ -58,8 +58,8 @@ class zRadioButton : public zControl {
     void join(std::shared_ptr<zRadioGroup> group);
     zRadioGroup& group() const { return *group_; }
 
-    // Of the whole group, done once by its first button.
-    void bind(zVariable variable) override { group_->bind(*std::get<int*>(variable)); }
+    // These bind, load and store the whole group. load() and store() act on its first button only.
+    void bind(zVariable variable) override { group_->bind(variable); }
     void load() override;
     void store() override;
 

@@ -1,21 +1,22 @@
-// Controls: one object per row of a layout table. A control lives as long as its window, which makes and owns
-// it; its handlers are plain functions, called from the event loop and never after the control is gone.
+// Controls: one object per row of a layout table. A control is created and owned by its board and lives as long as
+// its window. Its handlers are called from the event loop, never after the control is destroyed.
 //
-// A control can be bound to a variable, which must outlive it. load() shows the variable; store() puts what the
-// user has changed since then into it. What was not changed is not stored, so that a value that the control
-// cannot show survives.
+// A control can be bound to a variable, which must outlive it or the next bind(). load() shows the variable; store()
+// writes it if the user has changed the control since. What was not changed is not written, so a value that the
+// control cannot show survives.
+//
+// bind() alone changes nothing on the screen. To turn to another variable, as when a page shows another instance:
+// store() into the old one, bind(), load(). Without the store() what the user has changed goes to the new variable.
+//
+// Which numbers a control takes (int, unsigned or 16 bits, see variable.h) and what they mean is said with its class.
 #pragma once
 
 #include "toolkit/controls/layout.h"
+#include "toolkit/controls/variable.h"
 #include "toolkit/display/widget.h"
 
 #include <memory>
-#include <string>
-#include <variant>
 #include <vector>
-
-// What a control can be bound to: a number (a flag, a position, the id of a choice), an unsigned number, a text.
-using zVariable = std::variant<int*, unsigned*, std::string*>;
 
 class zControl {
   public:

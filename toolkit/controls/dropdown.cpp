@@ -43,14 +43,15 @@ void zDropDown::changed() {
 }
 
 void zDropDown::load() {
-    if (variable_) select(*variable_);
+    if (variable_) select(variable_.get());
     shown_ = selected();
 }
 
 void zDropDown::store() {
     const int now = selected();
     if (!variable_ || now == shown_) return;
-    *variable_ = shown_ = now;
+    shown_ = now;
+    variable_.set(static_cast<unsigned>(now));
 }
 
 int zDropDown::selected() const {

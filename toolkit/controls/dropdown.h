@@ -13,8 +13,8 @@ class zDropDown : public zControl {
     // `place` is that of the closed list.
     zDropDown(Widget board, const zRect& place, const zControlRow& row);
 
-    // Bound to the position of the item, from 0. A position that has no item shows nothing.
-    void bind(zVariable variable) override { variable_ = std::get<int*>(variable); }
+    // Bound to a number: the position of the item, from 0. A position without an item shows an empty field.
+    void bind(zVariable variable) override { variable_.bind(variable); }
     void load() override;
     void store() override;
 
@@ -27,7 +27,7 @@ class zDropDown : public zControl {
     void changed();
 
     int count_;
-    int* variable_ = nullptr;
+    zBoundNumber variable_;
     int shown_ = -1;
     int told_ = 0;  // the position that the handler knows
     bool open_ = false;

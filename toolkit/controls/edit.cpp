@@ -116,12 +116,12 @@ void zEdit::verify(void* callData) {
 }
 
 void zNumberEdit::load() {
-    if (variable_) show(std::to_string(*variable_));
+    if (variable_) show(std::to_string(variable_.getUnsigned()));
 }
 
 void zNumberEdit::store() {
     if (!variable_ || !changed() || text().empty()) return;
-    *variable_ = number();
+    variable_.set(number());
     show(text());
 }
 

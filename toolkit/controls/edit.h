@@ -39,12 +39,13 @@ class zEdit : public zControl {
     bool byProgram_ = false;
 };
 
-// An unsigned number. Nothing in the field leaves the variable as it is.
+// An unsigned decimal number. Bound to a number, which is shown without a sign: a 16-bit -1 as 65535. Stored are as
+// many of the low bits as the variable has. An empty field is not stored.
 class zNumberEdit : public zEdit {
   public:
     zNumberEdit(Widget board, const zRect& place, const zControlRow& row) : zEdit(board, place, row) {}
 
-    void bind(zVariable variable) override { variable_ = std::get<unsigned*>(variable); }
+    void bind(zVariable variable) override { variable_.bind(variable); }
     void load() override;
     void store() override;
 
@@ -52,5 +53,5 @@ class zNumberEdit : public zEdit {
     void setNumber(unsigned value);
 
   private:
-    unsigned* variable_ = nullptr;
+    zBoundNumber variable_;
 };

@@ -8,6 +8,10 @@ AddressPair::AddressPair(const zBoard& board)
       esiSelector_(board.control<zEdit>(esiSelectorED)) {}
 
 void AddressPair::showWellKnown() {
+    // Shown already: the variables keep the address from before.
+    if (networkPrefix_.text() == wellKnownAddress.networkPrefix &&
+        esiSelector_.text() == wellKnownAddress.esiSelector)
+        return;
     networkPrefix_.store();
     esiSelector_.store();
     networkPrefix_.setText(wellKnownAddress.networkPrefix);

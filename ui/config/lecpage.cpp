@@ -47,7 +47,7 @@ DConfigDlgLECPG::DConfigDlgLECPG(zFormDialog& dialog, zBoard& board)
     onClick<zCheckBox>(enableCB, &DConfigDlgLECPG::ToggleControls);
     onClick<zCheckBox>(pvcOnlyCB, &DConfigDlgLECPG::ToggleControls);
     board_.control<zTabStrip>(lecTB).onSelect = [this](int lec) { selChangeLecTB(lec); };
-    board_.group(lecsRB).onChoose = [this](int id) { clickedLECSRBGroup(id); };
+    board_.group(lecsRB).onClick = [this](int id) { clickedLECSRBGroup(id); };
     board_.control<zDropDown>(elanMtuCBO).onSelect = [this] { selChangeElanMTUCBO(); };
 }
 

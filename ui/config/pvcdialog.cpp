@@ -5,7 +5,7 @@
 PvcDialog::PvcDialog(zWindow& parent, const zLayout& layout, int addressId) : SubDialog(parent, layout) {
     control<zEdit>(addressId).bind(&address_);
     control<zNumberEdit>(pvcVciED).bind(&vci_);
-    board().group(llcSnapRB).bind(encapsulation_);
+    board().group(llcSnapRB).bind(&encapsulation_);
 }
 
 void PvcDialog::show(const std::string& address, std::uint16_t vci, bool llcSnap) {
