@@ -1,7 +1,7 @@
 #include "app/apply.h"
 
 #include "driver/channel.h"
-#include "driver/control.h"
+#include "driver/requestblocks.h"
 #include "model/settings.h"
 #include "model/tvdatbuf.h"
 #include "platform/debuglog.h"
@@ -34,7 +34,7 @@ void applyLec(DriverChannel& channel, std::size_t m) {
     if (prevLecBuffer[m] == xferBuffer[m]) return;
     tvlog << "Lec" << m << " data changed" << std::endl;
     if (!channel) return;
-    LecControl request(channel, link());
+    LecRequest request(channel, link());
     const auto unit = static_cast<std::uint8_t>(m);
     if (!record.enabled) {
         request.stop(unit);
@@ -52,7 +52,7 @@ void applyLes(DriverChannel& channel, std::size_t m) {
     if (sameSettings(prevLesBuffer[m], lesXferBuffer[m])) return;
     tvlog << "Les" << m << " data changed" << std::endl;
     if (!channel) return;
-    LesControl request(channel, link());
+    LesRequest request(channel, link());
     const auto unit = static_cast<std::uint8_t>(m);
     if (!hangs(request, request.stop(unit)) && record.enabled) request.start(unit, record);
 }
@@ -85,7 +85,7 @@ void applyIp1577(DriverChannel& channel) {
     if (prevIP1577Buffer == ip1577XferBuffer) return;
     tvlog << "IP1577 data changed" << std::endl;
     if (!channel) return;
-    IpControl request(channel, link());
+    IpRequest request(channel, link());
     if (!record.enabled) {
         request.stop();
         return;

@@ -17,9 +17,9 @@ struct Message {
 class Recorder : public platform::Device {
   public:
     int open(std::string_view path, int oflag) override { return real_.open(path, oflag); }
-    int control(int descriptor, int request, platform::strioctl& block) override {
+    int streamsIoctl(int descriptor, int request, platform::strioctl& block) override {
         messages.push_back({block.ic_cmd, {block.ic_dp, block.ic_dp + block.ic_len}});
-        const int result = real_.control(descriptor, request, block);
+        const int result = real_.streamsIoctl(descriptor, request, block);
         received += block.ic_len;
         return result;
     }
@@ -38,7 +38,7 @@ inline void replay(int descriptor, std::vector<Message>& messages) {
                                  .ic_timout = 0,
                                  .ic_len = static_cast<int>(message.bytes.size()),
                                  .ic_dp = message.bytes.data()};
-        platform::device().control(descriptor, platform::I_STR, block);
+        platform::device().streamsIoctl(descriptor, platform::I_STR, block);
     }
 }
 

@@ -24,9 +24,9 @@ class DriverChannel {
     int request(std::span<std::uint8_t> message);
 
     unsigned long timeouts() const { return timeouts_; }                // requests that got no answer in time
-    unsigned long acceptedChanges() const { return acceptedChanges_; }  // control requests that succeeded
+    unsigned long acceptedChanges() const { return acceptedChanges_; }  // change requests that succeeded
 
-    // For the request blocks: the driver has accepted a control request.
+    // For the request blocks: the driver has accepted a change request.
     void countAcceptedChange() { ++acceptedChanges_; }
 
   private:

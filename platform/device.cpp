@@ -32,7 +32,7 @@ class SystemDevice : public Device {
         return notZero([&] { return ::open(place.c_str(), oflag | O_CLOEXEC); });
     }
 
-    int control(int descriptor, int request, strioctl& block) override {
+    int streamsIoctl(int descriptor, int request, strioctl& block) override {
         const auto channel = channels_.find(descriptor);
         if (channel == channels_.end())
             return ::ioctl(descriptor, static_cast<unsigned long>(request), &block);

@@ -13,7 +13,7 @@ namespace platform {
 
 constexpr int I_STR = 0x5308;  // the STREAMS ioctl "send a message and wait for its answer"
 
-// The control block of I_STR, in the System V layout.
+// The argument of I_STR, in the System V layout.
 struct strioctl {
     int ic_cmd = 0;
     int ic_timout = 0;  // seconds; 0: the stream's default, 15; -1: no limit
@@ -32,7 +32,7 @@ class Device {
     virtual int open(std::string_view path, int oflag) = 0;
 
     // ioctl: sends the block's message; the answer replaces its leading bytes, at most ic_len of them.
-    virtual int control(int descriptor, int request, strioctl& block) = 0;
+    virtual int streamsIoctl(int descriptor, int request, strioctl& block) = 0;
 
     virtual int close(int descriptor) = 0;
 };

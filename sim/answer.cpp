@@ -21,7 +21,7 @@ const Request* find(const Header& header) {
 }
 
 bool sizeFits(const Asked& asked, const Header& header) {
-    if (asked.control) return header.size == asked.control->size && header.szIO == asked.control->szIO;
+    if (asked.change) return header.size == asked.change->size && header.szIO == asked.change->szIO;
     const Request& request = *asked.request;
     if (header.szIO < headerSize || header.szIO > header.size) return false;
     const std::size_t data = header.size - headerSize;
@@ -32,7 +32,7 @@ bool sizeFits(const Asked& asked, const Header& header) {
         return data == 0;
     case Shape::Table:
         return data >= request.size;
-    case Shape::Control:
+    case Shape::Change:
         break;
     }
     return true;
@@ -87,8 +87,8 @@ Asked identify(ConstBytes message) {
     if (message.size() < headerSize) return asked;
     const Header header = readHeader(message);
     asked.request = find(header);
-    if (asked.request && asked.request->shape == Shape::Control)
-        asked.control = controlRequest(asked.request->id, header.type);
+    if (asked.request && asked.request->shape == Shape::Change)
+        asked.change = changeRequest(asked.request->id, header.type);
     return asked;
 }
 
@@ -110,15 +110,15 @@ Answer answer(State& state, const Caller& caller, const Asked& asked, ConstBytes
         result.error = EACCES;
         return result;
     }
-    if (request->shape == Shape::Control && !asked.control) return refuse(Resp::UnknownType);
+    if (request->shape == Shape::Change && !asked.change) return refuse(Resp::UnknownType);
     if (request->units > 0 && !state.present(header.link)) return refuse(Resp::NoAdapter);
     if (header.unit >= request->wireUnits) return refuse(Resp::NoUnit);
     if (!sizeFits(asked, header)) return refuse(Resp::WrongSize);
 
     switch (request->shape) {
-    case Shape::Control:
+    case Shape::Change:
         return refuse(
-            asked.control->run({state, header.link, header.unit, message.subspan(asked.control->header)}));
+            asked.change->run({state, header.link, header.unit, message.subspan(asked.change->header)}));
     case Shape::Table:
         result.message = tableReply(state, *request, header);
         return result;

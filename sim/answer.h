@@ -1,7 +1,7 @@
 // One message in, one reply out: the checks that a driver makes, and the packing of what it answers.
 #pragma once
 
-#include "sim/controlrequests.h"
+#include "sim/changerequests.h"
 #include "sim/resp.h"
 #include "sim/state.h"
 
@@ -18,10 +18,10 @@ struct Caller {
 // Which request a message is. Null where there is none such.
 struct Asked {
     const Request* request = nullptr;
-    const ControlRequest* control = nullptr;  // of a request that changes the driver
+    const ChangeRequest* change = nullptr;  // of a request that changes the driver
 
     // The most particular name; empty when there is no such request.
-    std::string_view name() const { return control ? control->name : request ? request->name : ""; }
+    std::string_view name() const { return change ? change->name : request ? request->name : ""; }
 };
 Asked identify(ConstBytes message);
 

@@ -12,7 +12,7 @@ namespace sim {
 // Of a service that does not run only that. Equal for two drivers that will behave alike.
 std::string dumpConfig(const State& state);
 
-// The clock, the traces, every field and row of every reply, and what control commands have forced.
+// The clock, the traces, every field and row of every reply, and what commands have forced.
 std::string dumpState(const State& state);
 
 }  // namespace sim

@@ -129,7 +129,7 @@ Outgoing Exchange::ioctl(Session& session, std::int32_t id, std::int32_t command
     const Asked asked = taken ? identify(message) : Asked{};
     std::vector<std::string_view> names;
     if (asked.request) names = {asked.request->name, asked.request->target};
-    if (asked.control) names.push_back(asked.control->name);
+    if (asked.change) names.push_back(asked.change->name);
     const std::vector<Fault> struck = faults_.strike(names);
     Answer answered;
     if (!taken)

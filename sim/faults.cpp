@@ -1,6 +1,6 @@
 #include "sim/faults.h"
 
-#include "sim/controlrequests.h"
+#include "sim/changerequests.h"
 
 #include <algorithm>
 #include <fmt/core.h>
@@ -69,8 +69,8 @@ bool Faults::knownKind(std::string_view kind) {
     return kind == "any" || kind == "open" ||
            std::any_of(requests().begin(), requests().end(),
                        [&](const Request& r) { return r.name == kind || r.target == kind; }) ||
-           std::any_of(controlRequests().begin(), controlRequests().end(),
-                       [&](const ControlRequest& r) { return r.name == kind; });
+           std::any_of(changeRequests().begin(), changeRequests().end(),
+                       [&](const ChangeRequest& r) { return r.name == kind; });
 }
 
 }  // namespace sim

@@ -1,4 +1,4 @@
-// Field values as control commands write and show them.
+// Field values as commands write and show them.
 #pragma once
 
 #include "sim/requests.h"

@@ -1,6 +1,6 @@
 // tvsim: stands at the driver's device and answers as the driver would.
 #include "config/driverpdf.h"
-#include "sim/controlclient.h"
+#include "sim/commandclient.h"
 #include "sim/server.h"
 
 #include <CLI/CLI.hpp>

@@ -1,4 +1,4 @@
-// The socket nodes that the simulator stands behind: the driver's device and the control socket beside it.
+// The socket nodes that the simulator stands behind: the driver's device and the socket for commands beside it.
 #pragma once
 
 #include "platform/root.h"
@@ -10,7 +10,7 @@
 namespace sim {
 
 constexpr char devicePath[] = "/dev/li";
-constexpr char controlPath[] = "/dev/li.ctl";
+constexpr char commandPath[] = "/dev/li.ctl";
 
 // An open descriptor, closed with its owner.
 class Handle {

@@ -1,6 +1,6 @@
 // What the driver's tables are about: remote clients, servers' clients, mappings and virtual circuits.
 //
-// A table's own rows follow from the configuration, the state codes and the time. When a control command asks
+// A table's own rows follow from the configuration, the state codes and the time. When a command asks
 // for more rows, further ones are made up from their number; none is stored, so that 65,535 cost nothing.
 #pragma once
 

@@ -1,4 +1,4 @@
-// How control commands name an instance, a table row and a field: TARGET [ADAPTER[.INSTANCE]] [row N]
+// How commands name an instance, a table row and a field: TARGET [ADAPTER[.INSTANCE]] [row N]
 // [FIELD]. Adapters, instances and rows count from 1, as the tool's windows show them.
 #pragma once
 

@@ -10,7 +10,7 @@ namespace sim {
 
 namespace {
 
-constexpr std::size_t keptInput = 128;  // the longest control request has 88
+constexpr std::size_t keptInput = 128;  // the longest change request has 88
 
 std::string outcome(int error, ConstBytes reply) {
     if (error) return fmt::format("errno {} ({})", error, std::strerror(error));

@@ -1,4 +1,4 @@
-// The requests seen, for the control command "log".
+// The requests seen, for the command "log".
 #pragma once
 
 #include "sim/state.h"

@@ -398,13 +398,11 @@ constexpr Request table[] = {
     {Rid::IpTable, "ip", "ip.table", 66, 4, Table, 56, 1, 1, ipRow},
     {Rid::IpPvcRows, "ip.pvc", "ip.pvc-rows", 66, 5, Count, 0, 1, 1, none},
     {Rid::IpPvcTable, "ip.pvc", "ip.pvc-table", 66, 6, Table, 16, 1, 1, ipPvcRow},
-    {Rid::LecControl, "lec", "lec.control", 17, anyType, Control, 0, lecCount, lecCount, none,
-     Access::Writer},
-    {Rid::LesControl, "les", "les.control", 18, anyType, Control, 0, lesCount, lesCount, none,
-     Access::Writer},
-    {Rid::LecsControl, "lecs", "lecs.control", 19, anyType, Control, 0, lesCount, 1, none, Access::Writer},
-    {Rid::IpControl, "ip", "ip.control", 65, anyType, Control, 0, 1, 1, none, Access::Writer},
-    {Rid::Trace, "trace", "trace.switch", 34, anyType, Control, 0, 1, 0, none, Access::Privileged},
+    {Rid::LecChanges, "lec", "lec.control", 17, anyType, Change, 0, lecCount, lecCount, none, Access::Writer},
+    {Rid::LesChanges, "les", "les.control", 18, anyType, Change, 0, lesCount, lesCount, none, Access::Writer},
+    {Rid::LecsChanges, "lecs", "lecs.control", 19, anyType, Change, 0, lesCount, 1, none, Access::Writer},
+    {Rid::IpChanges, "ip", "ip.control", 65, anyType, Change, 0, 1, 1, none, Access::Writer},
+    {Rid::Trace, "trace", "trace.switch", 34, anyType, Change, 0, 1, 0, none, Access::Privileged},
 };
 static_assert(std::size(table) == static_cast<std::size_t>(Rid::Count_));
 

@@ -1,5 +1,5 @@
 // Every request that the driver answers, as data: its name, codes, size and the fields of its reply. Packing,
-// control commands, the log and fault injection all walk this table.
+// commands, the log and fault injection all walk this table.
 #pragma once
 
 #include "sim/wire.h"
@@ -35,10 +35,10 @@ struct Field {
 };
 
 enum class Shape : std::uint8_t {
-    Single,   // one reply of `size` data bytes
-    Count,    // NRow carries the number of rows of the table that follows in this list
-    Table,    // rows of `size` bytes each
-    Control,  // changes the driver
+    Single,  // one reply of `size` data bytes
+    Count,   // NRow carries the number of rows of the table that follows in this list
+    Table,   // rows of `size` bytes each
+    Change,  // changes the driver
 };
 
 enum class Access : std::uint8_t { Anyone, Writer, Privileged };
@@ -70,10 +70,10 @@ enum class Rid : std::uint8_t {
     IpTable,
     IpPvcRows,
     IpPvcTable,
-    LecControl,
-    LesControl,
-    LecsControl,
-    IpControl,
+    LecChanges,
+    LesChanges,
+    LecsChanges,
+    IpChanges,
     Trace,
     Count_
 };
@@ -82,7 +82,7 @@ constexpr std::uint16_t anyType = 0xffff;
 
 struct Request {
     Rid id;
-    std::string_view target;  // the name under which control commands address it: "lec", "ip.pvc"
+    std::string_view target;  // the name under which commands address it: "lec", "ip.pvc"
     std::string_view name;    // of this request: "lec.state"
     std::uint16_t prim, type;
     Shape shape;

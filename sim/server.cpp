@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t mostLinks = 200;     // of each kind; well below the usual 1024 descriptors
 constexpr std::size_t mostPending = 1000;  // late answers on one connection, before it is closed
-constexpr std::size_t mostInput = 65536;   // bytes of a control command
+constexpr std::size_t mostInput = 65536;   // bytes of a command
 constexpr std::size_t turn = 64;           // packets of one connection before the others have theirs
 
 bool wouldBlock() {
@@ -32,13 +32,13 @@ Handle acceptFrom(const Node& node) {
 
 std::string Server::claim() {
     // Anybody may ask the driver; what they may do is decided by who they are. Commands are for the owner.
-    std::string reason = device_.claim(platform::hostPath(devicePath), SOCK_SEQPACKET, 0666);
-    if (reason.empty()) reason = commands_.claim(platform::hostPath(controlPath), SOCK_STREAM, 0600);
+    std::string reason = deviceNode_.claim(platform::hostPath(devicePath), SOCK_SEQPACKET, 0666);
+    if (reason.empty()) reason = commandNode_.claim(platform::hostPath(commandPath), SOCK_STREAM, 0600);
     return reason;
 }
 
 void Server::acceptDevice() {
-    Handle socket = acceptFrom(device_);
+    Handle socket = acceptFrom(deviceNode_);
     if (socket.get() < 0) return;
     ucred peer{};
     socklen_t length = sizeof peer;
@@ -47,15 +47,15 @@ void Server::acceptDevice() {
     link.socket = std::move(socket);
     link.session.number = ++lastNumber_;
     link.session.caller.privileged = peer.uid == 0 || peer.uid == ownUser();
-    devices_.push_back(std::move(link));
+    deviceLinks_.push_back(std::move(link));
 }
 
-void Server::acceptControl() {
-    Handle socket = acceptFrom(commands_);
+void Server::acceptCommand() {
+    Handle socket = acceptFrom(commandNode_);
     if (socket.get() < 0) return;
-    ControlLink link;
+    CommandLink link;
     link.socket = std::move(socket);
-    controls_.push_back(std::move(link));
+    commandLinks_.push_back(std::move(link));
 }
 
 void Server::readDevice(DeviceLink& link) {
@@ -99,7 +99,7 @@ void Server::sendDue(DeviceLink& link, Real::time_point now) {
 }
 
 // A command is its words, each followed by NUL, up to the end of what the peer sends.
-void Server::readControl(ControlLink& link) {
+void Server::readCommand(CommandLink& link) {
     char part[4096];
     for (;;) {
         const ssize_t length = ::recv(link.socket.get(), part, sizeof part, 0);
@@ -114,14 +114,14 @@ void Server::readControl(ControlLink& link) {
     std::vector<std::string> words;
     for (std::size_t at = 0, end; (end = link.input.find('\0', at)) != std::string::npos; at = end + 1)
         words.push_back(link.input.substr(at, end - at));
-    ControlReply reply = control_.run(words);
+    CommandReply reply = commands_.run(words);
     quitting_ = quitting_ || reply.quit;
     link.output = (reply.ok ? "0" : "1") + reply.text;
     link.answering = true;
-    writeControl(link);
+    writeCommand(link);
 }
 
-void Server::writeControl(ControlLink& link) {
+void Server::writeCommand(CommandLink& link) {
     while (!link.output.empty()) {
         const ssize_t length =
             ::send(link.socket.get(), link.output.data(), link.output.size(), MSG_NOSIGNAL);
@@ -135,7 +135,7 @@ void Server::writeControl(ControlLink& link) {
 // Milliseconds until the next late answer is due; -1: nothing to wait for.
 int Server::patience(Real::time_point now) const {
     int result = -1;
-    for (const DeviceLink& link : devices_) {
+    for (const DeviceLink& link : deviceLinks_) {
         if (link.blocked) continue;
         for (const Pending& one : link.pending) {
             const auto left = std::chrono::ceil<std::chrono::milliseconds>(one.due - now).count();
@@ -150,33 +150,33 @@ bool Server::run(int stopDescriptor) {
     while (!quitting_) {
         std::vector<pollfd> watched{{stopDescriptor, POLLIN, 0}};
         // A full house waits in the listening queue.
-        watched.push_back({devices_.size() < mostLinks ? device_.descriptor() : -1, POLLIN, 0});
-        watched.push_back({controls_.size() < mostLinks ? commands_.descriptor() : -1, POLLIN, 0});
-        for (const DeviceLink& link : devices_)
+        watched.push_back({deviceLinks_.size() < mostLinks ? deviceNode_.descriptor() : -1, POLLIN, 0});
+        watched.push_back({commandLinks_.size() < mostLinks ? commandNode_.descriptor() : -1, POLLIN, 0});
+        for (const DeviceLink& link : deviceLinks_)
             watched.push_back({link.socket.get(), short(link.blocked ? POLLOUT : POLLIN), 0});
-        for (const ControlLink& link : controls_)
+        for (const CommandLink& link : commandLinks_)
             watched.push_back({link.socket.get(), short(link.answering ? POLLOUT : POLLIN), 0});
         if (::poll(watched.data(), watched.size(), patience(Real::now())) < 0 && errno != EINTR) return false;
         if (watched[0].revents) return true;
 
         std::size_t index = 3;
         const Real::time_point now = Real::now();
-        for (DeviceLink& link : devices_) {
+        for (DeviceLink& link : deviceLinks_) {
             const short seen = watched[index++].revents;
             sendDue(link, now);
             if (!link.gone && seen && !link.blocked) readDevice(link);
         }
-        for (ControlLink& link : controls_) {
+        for (CommandLink& link : commandLinks_) {
             if (!watched[index++].revents) continue;
             if (link.answering)
-                writeControl(link);
+                writeCommand(link);
             else
-                readControl(link);
+                readCommand(link);
         }
-        devices_.remove_if([](const DeviceLink& link) { return link.gone; });
-        controls_.remove_if([](const ControlLink& link) { return link.gone; });
+        deviceLinks_.remove_if([](const DeviceLink& link) { return link.gone; });
+        commandLinks_.remove_if([](const CommandLink& link) { return link.gone; });
         if (watched[1].revents) acceptDevice();
-        if (watched[2].revents) acceptControl();
+        if (watched[2].revents) acceptCommand();
     }
     return true;
 }

@@ -1,7 +1,7 @@
 // The simulator's loop: both nodes, all connections, one poll().
 #pragma once
 
-#include "sim/control.h"
+#include "sim/commands.h"
 #include "sim/exchange.h"
 #include "sim/nodes.h"
 
@@ -34,7 +34,7 @@ class Server {
         bool blocked = false;  // the peer does not read: wait until it does, and read nothing from it
         bool gone = false;
     };
-    struct ControlLink {
+    struct CommandLink {
         Handle socket;
         std::string input, output;
         bool answering = false;
@@ -42,22 +42,22 @@ class Server {
     };
 
     void acceptDevice();
-    void acceptControl();
+    void acceptCommand();
     void readDevice(DeviceLink& link);
     void sendDue(DeviceLink& link, Real::time_point now);
-    void readControl(ControlLink& link);
-    void writeControl(ControlLink& link);
+    void readCommand(CommandLink& link);
+    void writeCommand(CommandLink& link);
     int patience(Real::time_point now) const;
 
     State& state_;
     Faults faults_;
     RequestLog log_;
     Exchange exchange_{state_, faults_, log_};
-    Control control_{state_, faults_, log_};
-    Node device_, commands_;
+    Commands commands_{state_, faults_, log_};
+    Node deviceNode_, commandNode_;
     std::vector<std::uint8_t> packet_ = std::vector<std::uint8_t>(maxPacket);  // the one being read
-    std::list<DeviceLink> devices_;
-    std::list<ControlLink> controls_;
+    std::list<DeviceLink> deviceLinks_;
+    std::list<CommandLink> commandLinks_;
     int lastNumber_ = 0;
     bool quitting_ = false;
 };

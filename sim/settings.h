@@ -1,4 +1,4 @@
-// What a control request can set, field by field: where a field stands in the request's data, and what it is
+// What a change request can set, field by field: where a field stands in the request's data, and what it is
 // called in a dump. Requests are read and dumps are written along these tables.
 #pragma once
 

@@ -1,5 +1,5 @@
 // What the simulated driver knows: its configuration as loaded and changed by requests, its clock, what runs
-// since when, and what control commands have forced.
+// since when, and what commands have forced.
 #pragma once
 
 #include "model/tvdatbuf.h"

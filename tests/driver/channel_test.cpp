@@ -1,7 +1,7 @@
 #include "driver/channel.h"
 
-#include "driver/control.h"
 #include "driver/dai_io.h"
+#include "driver/requestblocks.h"
 #include "tests/support/scripteddriver.h"
 
 #include <cerrno>
@@ -67,7 +67,7 @@ TEST(Channel, CountsTheChangesThatTheDriverAccepted) {
     lecs.enable(lecs_req());
     EXPECT_EQ(channel.acceptedChanges(), 2U);
     driver.expectAny();
-    TraceControl(channel).switchTrace(TraceControl::ilmi, true);
+    TraceRequest(channel).switchTrace(TraceRequest::ilmi, true);
     EXPECT_EQ(channel.acceptedChanges(), 3U);
     driver.expectAny().error(ETIME);
     lecs.go();

@@ -49,7 +49,7 @@ class HostileDriver : public platform::Device {
     int open(std::string_view, int) override { return 7; }
     int close(int) override { return 0; }
 
-    int control(int, int, platform::strioctl& block) override {
+    int streamsIoctl(int, int, platform::strioctl& block) override {
         const auto length = static_cast<std::size_t>(block.ic_len);
         // The message is the driver's to write: all of it must be there.
         char* const message = block.ic_dp;

@@ -111,7 +111,7 @@ Outcome call(int descriptor, int timeout = 15) {
     std::string message = "abcdefgh";
     platform::strioctl block{.ic_cmd = 0x4C00, .ic_timout = timeout, .ic_len = 8, .ic_dp = message.data()};
     errno = 0;
-    const int result = platform::device().control(descriptor, platform::I_STR, block);
+    const int result = platform::device().streamsIoctl(descriptor, platform::I_STR, block);
     return {result, result < 0 ? errno : 0, message, block.ic_len};
 }
 
@@ -190,12 +190,12 @@ TEST(SocketDevice, TheLargestMessageFitsBothWays) {
     const int descriptor = platform::device().open("/dev/li", 0);
     std::string message(65536, 'x');
     platform::strioctl block{.ic_cmd = 0x4C00, .ic_timout = 0, .ic_len = 65536, .ic_dp = message.data()};
-    EXPECT_EQ(platform::device().control(descriptor, platform::I_STR, block), -1);
+    EXPECT_EQ(platform::device().streamsIoctl(descriptor, platform::I_STR, block), -1);
     EXPECT_EQ(errno, EINVAL);
     block.ic_len = 65535;
-    EXPECT_EQ(platform::device().control(descriptor, platform::I_STR, block), 0) << std::strerror(errno);
+    EXPECT_EQ(platform::device().streamsIoctl(descriptor, platform::I_STR, block), 0) << std::strerror(errno);
     EXPECT_EQ(message, std::string(65535, 'y') + "x");
-    EXPECT_EQ(platform::device().control(descriptor, 0x5301, block), -1) << "no call but I_STR";
+    EXPECT_EQ(platform::device().streamsIoctl(descriptor, 0x5301, block), -1) << "no call but I_STR";
     EXPECT_EQ(errno, EINVAL);
     platform::device().close(descriptor);
     peer.finish();

@@ -12,7 +12,7 @@ namespace {
 constexpr char lecStateQuery[] = "1400 0100 00 01 2000 1000 0100 0000 adde";
 
 struct Layout {
-    const char* place;    // as control commands name it
+    const char* place;    // as the simulator's commands name it
     const char* request;  // header bytes
     std::size_t base;     // of the reply or of the row within the data
     std::size_t bytes;    // data bytes of the whole reply

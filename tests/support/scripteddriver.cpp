@@ -65,7 +65,7 @@ int ScriptedDriver::open(std::string_view path, int oflag) {
     return ++lastDescriptor_;
 }
 
-int ScriptedDriver::control(int descriptor, int request, platform::strioctl& block) {
+int ScriptedDriver::streamsIoctl(int descriptor, int request, platform::strioctl& block) {
     EXPECT_EQ(request, 0x5308);
     EXPECT_EQ(block.ic_cmd, 0x4C00);
     EXPECT_EQ(block.ic_timout, 0);

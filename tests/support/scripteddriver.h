@@ -78,7 +78,7 @@ class ScriptedDriver : public platform::Device {
     DriverChannel& channel();
 
     int open(std::string_view path, int oflag) override;
-    int control(int descriptor, int request, platform::strioctl& block) override;
+    int streamsIoctl(int descriptor, int request, platform::strioctl& block) override;
     int close(int descriptor) override;
 
     // What came in.

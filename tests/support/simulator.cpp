@@ -97,7 +97,7 @@ void writeSampleConfiguration(const TempRoot& root) {
 }
 
 Simulator::Simulator(const std::vector<std::string>& options)
-    : controlNode_(platform::hostPath("/dev/li.ctl").text) {
+    : commandNode_(platform::hostPath("/dev/li.ctl").text) {
     std::vector<std::string> words{program()};
     words.insert(words.end(), options.begin(), options.end());
     Pipe out;
@@ -147,7 +147,7 @@ std::string Simulator::ctl(std::string_view line) const {
 
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
-    controlNode_.copy(address.sun_path, sizeof address.sun_path - 1);
+    commandNode_.copy(address.sun_path, sizeof address.sun_path - 1);
     const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     std::string reply;
     if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {

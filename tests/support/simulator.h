@@ -30,9 +30,9 @@ class Simulator {
     Simulator(const Simulator&) = delete;
     Simulator& operator=(const Simulator&) = delete;
 
-    // A control command with the words of the line, split at blanks. What it shows, without the last line
+    // A simulator command with the words of the line, split at blanks. What it shows, without the last line
     // end. Throws std::runtime_error with its message when the command is refused. Goes straight to the
-    // control socket, so that a test can give hundreds without starting a program for each.
+    // command socket, so that a test can give hundreds without starting a program for each.
     std::string ctl(std::string_view line) const;
 
     // Waits for the end, after a signal or "ctl quit". Its exit status.
@@ -44,5 +44,5 @@ class Simulator {
 
   private:
     pid_t pid_ = -1;
-    std::string controlNode_;
+    std::string commandNode_;
 };

@@ -39,9 +39,9 @@ PvcEditor<AtmRoutedPvc>::Page DConfigDlgI1577PG::pvcList(zFormDialog& dialog) {
     page.edit = [&dialog] { return confirmed<DIpPvcDLG>(dialog); };
     page.update = [this] { table_.Update(); };
     if (!SetupIoctlDesc) return page;
-    control_.emplace(SetupIoctlDesc, static_cast<std::uint8_t>(currentAdapter));
+    request_.emplace(SetupIoctlDesc, static_cast<std::uint8_t>(currentAdapter));
     page.request = [this](const AtmRoutedPvc& pvc, PvcChange change) {
-        return control_->changePvc(change, pvc);
+        return request_->changePvc(change, pvc);
     };
     return page;
 }

@@ -1,7 +1,7 @@
 // The "1577" page: the Classical IP client with its ATMARP server and its routed PVCs.
 #pragma once
 
-#include "driver/control.h"
+#include "driver/requestblocks.h"
 #include "model/tvdatbuf.h"
 #include "toolkit/window/window.h"
 #include "ui/config/page.h"
@@ -38,7 +38,7 @@ class DConfigDlgI1577PG : public ConfigPage<DConfigDlgI1577PG, IP1577XferBuffer>
     void clickedEnableServerCB();
 
     I1577PGPvcTBL table_;
-    std::optional<IpControl> control_;  // none without a driver channel
+    std::optional<IpRequest> request_;  // none without a driver channel
     PvcEditor<AtmRoutedPvc> editor_;
 
     std::string ip_, subnetMask_, serverIp_, networkPrefix_, esiSelector_;

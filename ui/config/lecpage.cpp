@@ -59,9 +59,9 @@ PvcEditor<AtmBridgedPvc>::Page DConfigDlgLECPG::pvcList(zFormDialog& dialog) {
     page.edit = [&dialog] { return confirmed<DLecPvcDLG>(dialog); };
     page.update = [this] { table_.Update(current()); };
     if (!SetupIoctlDesc) return page;
-    control_.emplace(SetupIoctlDesc, static_cast<std::uint8_t>(currentAdapter));
+    request_.emplace(SetupIoctlDesc, static_cast<std::uint8_t>(currentAdapter));
     page.request = [this](const AtmBridgedPvc& pvc, PvcChange change) {
-        return control_->changePvc(static_cast<std::uint8_t>(current()), change, pvc);
+        return request_->changePvc(static_cast<std::uint8_t>(current()), change, pvc);
     };
     return page;
 }

@@ -1,7 +1,7 @@
 // The "LEC..." page: the four LAN Emulation Clients, one at a time, with their bridged PVCs.
 #pragma once
 
-#include "driver/control.h"
+#include "driver/requestblocks.h"
 #include "model/tvdatbuf.h"
 #include "toolkit/window/window.h"
 #include "ui/config/addresspair.h"
@@ -43,7 +43,7 @@ class DConfigDlgLECPG : public ConfigPage<DConfigDlgLECPG, LECXferBuffer> {
 
     AddressPair address_;
     LECPGPvcTBL table_;
-    std::optional<LecControl> control_;  // none without a driver channel
+    std::optional<LecRequest> request_;  // none without a driver channel
     PvcEditor<AtmBridgedPvc> editor_;
 
     std::string macText_, elanName_, networkPrefix_, esiSelector_;

@@ -2,8 +2,8 @@
 // server directs to them.
 #pragma once
 
-#include "driver/control.h"
 #include "driver/dai_io.h"
+#include "driver/requestblocks.h"
 #include "model/tvdatbuf.h"
 #include "toolkit/controls/listbox.h"
 #include "toolkit/window/window.h"

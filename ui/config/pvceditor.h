@@ -2,7 +2,7 @@
 // static configuration on consent.
 #pragma once
 
-#include "driver/control.h"
+#include "driver/requestblocks.h"
 #include "toolkit/controls/button.h"
 #include "ui/config/confids.h"
 #include "ui/config/listedit.h"

@@ -60,11 +60,11 @@ void DGlobalDlg::switchTraces() {
         return;
     }
     const struct {
-        TraceControl::Component component;
+        TraceRequest::Component component;
         int on;
-    } traces[] = {{TraceControl::accessInterface, ApiDbgCB},
-                  {TraceControl::signalling, SignalingDbgCB},
-                  {TraceControl::ilmi, IlmiDbgCB}};
+    } traces[] = {{TraceRequest::accessInterface, ApiDbgCB},
+                  {TraceRequest::signalling, SignalingDbgCB},
+                  {TraceRequest::ilmi, IlmiDbgCB}};
     setCursor(zWatchCursor);
     for (const auto& trace : traces) {
         traces_->switchTrace(trace.component, trace.on != 0);

@@ -1,7 +1,7 @@
 // The global settings: what is not tied to an adapter. They last until the program ends.
 #pragma once
 
-#include "driver/control.h"
+#include "driver/requestblocks.h"
 #include "toolkit/window/window.h"
 #include "ui/global/globlpages.h"
 
@@ -23,5 +23,5 @@ class DGlobalDlg : public zFormDialog {
     std::unique_ptr<DGlobalDlgAppPG> applicationPage_;
     std::unique_ptr<DGlobalDlgConnectPG> connectionsPage_;
     std::unique_ptr<DGlobalDlgDebugPG> debuggingPage_;
-    std::optional<TraceControl> traces_;  // none without a driver
+    std::optional<TraceRequest> traces_;  // none without a driver
 };

@@ -1,4 +1,4 @@
-// The sending side of a control command.
+// The sending side of a command.
 #pragma once
 
 #include <string>

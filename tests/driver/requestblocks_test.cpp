@@ -1,4 +1,4 @@
-#include "driver/control.h"
+#include "driver/requestblocks.h"
 #include "tests/support/scripteddriver.h"
 
 #include <functional>
@@ -86,17 +86,17 @@ struct Case {
 #define ON(Block, operation) [](DriverChannel& d) { return Block(d, 2).operation; }
 const Case cases[] = {
     {"LEC_INIT", "11 00 01 00 02 03 58 00 58 00 00 00 00 00 ad de", lecData,
-     ON(LecControl, start(3, client()))},
-    {"LEC_DISABLE", "11 00 02 00 02 03 10 00 10 00 00 00 00 00 ad de", "", ON(LecControl, stop(3))},
+     ON(LecRequest, start(3, client()))},
+    {"LEC_DISABLE", "11 00 02 00 02 03 10 00 10 00 00 00 00 00 ad de", "", ON(LecRequest, stop(3))},
     {"BRDG_PVCADD", "11 00 03 00 02 03 1c 00 1c 00 00 00 00 00 ad de", bridgedData,
-     ON(LecControl, changePvc(3, PvcChange::add, bridged()))},
+     ON(LecRequest, changePvc(3, PvcChange::add, bridged()))},
     {"BRDG_PVCDEL", "11 00 04 00 02 03 1c 00 1c 00 00 00 00 00 ad de", bridgedData,
-     ON(LecControl, changePvc(3, PvcChange::remove, bridged()))},
+     ON(LecRequest, changePvc(3, PvcChange::remove, bridged()))},
     {"BRDG_PVCMODIFY", "11 00 05 00 02 03 1c 00 1c 00 00 00 00 00 ad de", bridgedData,
-     ON(LecControl, changePvc(3, PvcChange::modify, bridged()))},
+     ON(LecRequest, changePvc(3, PvcChange::modify, bridged()))},
     {"LES_ENABLE", "12 00 01 00 02 07 44 00 44 00 00 00 00 00 ad de", lesData,
-     ON(LesControl, start(7, server()))},
-    {"LES_DISABLE", "12 00 02 00 02 07 10 00 10 00 00 00 00 00 ad de", "", ON(LesControl, stop(7))},
+     ON(LesRequest, start(7, server()))},
+    {"LES_DISABLE", "12 00 02 00 02 07 10 00 10 00 00 00 00 00 ad de", "", ON(LesRequest, stop(7))},
     {"LECS_DISABLE", "13 00 02 00 02 00 10 00 10 00 00 00 00 00 ad de", "", ON(lecsRequest, disable())},
     {"LECS_GO", "13 00 05 00 02 00 10 00 10 00 00 00 00 00 ad de", "", ON(lecsRequest, go())},
     {"LECS_GO", "13 00 05 00 01 04 10 00 10 00 00 00 00 00 ad de", "", ON(lecsRequest, restart(1, 4))},
@@ -105,20 +105,20 @@ const Case cases[] = {
     {"LECS_DEL_ADDR", "13 00 04 00 01 04 3c 00 3c 00 00 00 00 00 ad de", mappingData,
      ON(lecsRequest, delClient(1, 4, lecs_req::mapping(mapped(), 5)))},
     {"IPATM_INIT", "41 00 01 00 02 00 38 00 38 00 00 00 00 00 ad de", ipData,
-     ON(IpControl, start(ipClient()))},
-    {"IPATM_DISABLE", "41 00 02 00 02 00 10 00 10 00 00 00 00 00 ad de", "", ON(IpControl, stop())},
+     ON(IpRequest, start(ipClient()))},
+    {"IPATM_DISABLE", "41 00 02 00 02 00 10 00 10 00 00 00 00 00 ad de", "", ON(IpRequest, stop())},
     {"IPATM_PVCADD", "41 00 04 00 02 00 18 00 18 00 00 00 00 00 ad de", routedData,
-     ON(IpControl, changePvc(PvcChange::add, routed()))},
+     ON(IpRequest, changePvc(PvcChange::add, routed()))},
     {"IPATM_PVCDEL", "41 00 05 00 02 00 18 00 18 00 00 00 00 00 ad de", routedData,
-     ON(IpControl, changePvc(PvcChange::remove, routed()))},
+     ON(IpRequest, changePvc(PvcChange::remove, routed()))},
     {"IPATM_PVCMODIFY", "41 00 06 00 02 00 18 00 18 00 00 00 00 00 ad de", routedData,
-     ON(IpControl, changePvc(PvcChange::modify, routed()))},
+     ON(IpRequest, changePvc(PvcChange::modify, routed()))},
     {"DaiSigDbgTrace", "22 00 03 00 00 00 4c 00 1b 00 00 00 00 00 ad de", "00 00 00 00 00 00 00 00  00 04 01",
-     [](DriverChannel& d) { return TraceControl(d).switchTrace(TraceControl::ilmi, true); }},
+     [](DriverChannel& d) { return TraceRequest(d).switchTrace(TraceRequest::ilmi, true); }},
 };
 #undef ON
 
-TEST(ControlRequests, EachSendsItsBytesAndIsTraced) {
+TEST(ChangeRequests, EachSendsItsBytesAndIsTraced) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.trace);
         ScriptedDriver driver;
@@ -136,9 +136,9 @@ TEST(ControlRequests, EachSendsItsBytesAndIsTraced) {
 }
 
 // One block for request after request: what an earlier one left, in the buffer or by its reply, stays here.
-TEST(ControlRequests, NothingStaleLeaves) {
+TEST(ChangeRequests, NothingStaleLeaves) {
     ScriptedDriver driver;
-    LecControl block(driver.channel(), 0);
+    LecRequest block(driver.channel(), 0);
     ByteVector reply(200, 0xff);
     driver.expectAny().data(reply).rows(7).rowMarker(9);
     block.start(1, client());
@@ -151,14 +151,14 @@ TEST(ControlRequests, NothingStaleLeaves) {
     EXPECT_EQ(hexText(std::span(driver.requests().back()).subspan(16 + 28, 4)), "78 00 00 00");
     EXPECT_EQ(driver.requests().back().size(), 88U);
 
-    TraceControl trace(driver.channel());
+    TraceRequest trace(driver.channel());
     driver.expectAny().data(reply);
-    trace.switchTrace(TraceControl::signalling, true);
+    trace.switchTrace(TraceRequest::signalling, true);
     driver.expect("22 00 03 00 00 00 4c 00 1b 00 00 00 00 00 ad de 00 00 00 00 00 00 00 00 00 02 00");
-    trace.switchTrace(TraceControl::signalling, false);
+    trace.switchTrace(TraceRequest::signalling, false);
 }
 
-TEST(ControlRequests, ALecsIsStoppedLoadedAndStartedUnlessLoadingFails) {
+TEST(ChangeRequests, ALecsIsStoppedLoadedAndStartedUnlessLoadingFails) {
     const std::string stop = "13 00 02 00 00 00 10 00 10 00 00 00 00 00 ad de";
     const std::string load = std::string("13 00 01 00 00 00 3c 00 3c 00 00 00 00 00 ad de ") + lecsData;
     const std::string go = "13 00 05 00 00 00 10 00 10 00 00 00 00 00 ad de";
@@ -178,7 +178,7 @@ TEST(ControlRequests, ALecsIsStoppedLoadedAndStartedUnlessLoadingFails) {
     }
 }
 
-TEST(ControlRequests, AMappingsBytesStandOnTheLogTenToALine) {
+TEST(ChangeRequests, AMappingsBytesStandOnTheLogTenToALine) {
     ScriptedDriver driver;
     LogCapture log;
     driver.expectAny();

@@ -1,4 +1,4 @@
-#include "sim/controlrequests.h"
+#include "sim/changerequests.h"
 
 #include "sim/services.h"
 
@@ -62,35 +62,35 @@ Resp traceSwitch(const Order& o) {
 using Bridged = AtmBridgedPvc;
 using Routed = AtmRoutedPvc;
 
-constexpr ControlRequest table[] = {
-    {Rid::LecControl, "lec.start", 1, 88, 88, 16, with<AtmLEC, lecStart>},
-    {Rid::LecControl, "lec.stop", 2, 16, 16, 16, stopped<Service::Lec>},
-    {Rid::LecControl, "lec.pvc-add", 3, 28, 28, 16, with<Bridged, pvcAdd<Bridged>>},
-    {Rid::LecControl, "lec.pvc-delete", 4, 28, 28, 16, with<Bridged, pvcDelete<Bridged>>},
-    {Rid::LecControl, "lec.pvc-change", 5, 28, 28, 16, with<Bridged, pvcChange<Bridged>>},
-    {Rid::LesControl, "les.start", 1, 68, 68, 16, with<AtmLES, lesStart>},
-    {Rid::LesControl, "les.stop", 2, 16, 16, 16, stopped<Service::Les>},
-    {Rid::LecsControl, "lecs.load", 1, 60, 60, 16, with<AtmLECS, lecsLoad>},
-    {Rid::LecsControl, "lecs.stop", 2, 16, 16, 16, lecsStop},
-    {Rid::LecsControl, "lecs.map", 3, 60, 60, 16, with<Mapping, lecsMap>},
-    {Rid::LecsControl, "lecs.unmap", 4, 60, 60, 16, with<Mapping, lecsUnmap>},
-    {Rid::LecsControl, "lecs.go", 5, 16, 16, 16, lecsGo},
-    {Rid::IpControl, "ip.start", 1, 56, 56, 16, with<AtmIP1577, ipStart>},
-    {Rid::IpControl, "ip.stop", 2, 16, 16, 16, stopped<Service::Ip>},
-    {Rid::IpControl, "ip.pvc-add", 4, 24, 24, 16, with<Routed, pvcAdd<Routed>>},
-    {Rid::IpControl, "ip.pvc-delete", 5, 24, 24, 16, with<Routed, pvcDelete<Routed>>},
-    {Rid::IpControl, "ip.pvc-change", 6, 24, 24, 16, with<Routed, pvcChange<Routed>>},
+constexpr ChangeRequest table[] = {
+    {Rid::LecChanges, "lec.start", 1, 88, 88, 16, with<AtmLEC, lecStart>},
+    {Rid::LecChanges, "lec.stop", 2, 16, 16, 16, stopped<Service::Lec>},
+    {Rid::LecChanges, "lec.pvc-add", 3, 28, 28, 16, with<Bridged, pvcAdd<Bridged>>},
+    {Rid::LecChanges, "lec.pvc-delete", 4, 28, 28, 16, with<Bridged, pvcDelete<Bridged>>},
+    {Rid::LecChanges, "lec.pvc-change", 5, 28, 28, 16, with<Bridged, pvcChange<Bridged>>},
+    {Rid::LesChanges, "les.start", 1, 68, 68, 16, with<AtmLES, lesStart>},
+    {Rid::LesChanges, "les.stop", 2, 16, 16, 16, stopped<Service::Les>},
+    {Rid::LecsChanges, "lecs.load", 1, 60, 60, 16, with<AtmLECS, lecsLoad>},
+    {Rid::LecsChanges, "lecs.stop", 2, 16, 16, 16, lecsStop},
+    {Rid::LecsChanges, "lecs.map", 3, 60, 60, 16, with<Mapping, lecsMap>},
+    {Rid::LecsChanges, "lecs.unmap", 4, 60, 60, 16, with<Mapping, lecsUnmap>},
+    {Rid::LecsChanges, "lecs.go", 5, 16, 16, 16, lecsGo},
+    {Rid::IpChanges, "ip.start", 1, 56, 56, 16, with<AtmIP1577, ipStart>},
+    {Rid::IpChanges, "ip.stop", 2, 16, 16, 16, stopped<Service::Ip>},
+    {Rid::IpChanges, "ip.pvc-add", 4, 24, 24, 16, with<Routed, pvcAdd<Routed>>},
+    {Rid::IpChanges, "ip.pvc-delete", 5, 24, 24, 16, with<Routed, pvcDelete<Routed>>},
+    {Rid::IpChanges, "ip.pvc-change", 6, 24, 24, 16, with<Routed, pvcChange<Routed>>},
     {Rid::Trace, "trace.set", 3, 76, 27, 24, traceSwitch},
 };
 
 }  // namespace
 
-std::span<const ControlRequest> controlRequests() {
+std::span<const ChangeRequest> changeRequests() {
     return table;
 }
 
-const ControlRequest* controlRequest(Rid service, std::uint16_t type) {
-    const auto* found = std::find_if(std::begin(table), std::end(table), [&](const ControlRequest& r) {
+const ChangeRequest* changeRequest(Rid service, std::uint16_t type) {
+    const auto* found = std::find_if(std::begin(table), std::end(table), [&](const ChangeRequest& r) {
         return r.service == service && r.type == type;
     });
     return found == std::end(table) ? nullptr : found;

@@ -1,6 +1,6 @@
-#include "sim/control.h"
+#include "sim/commands.h"
 
-#include "sim/controlrequests.h"
+#include "sim/changerequests.h"
 #include "sim/dump.h"
 #include "sim/fieldtext.h"
 #include "sim/place.h"
@@ -18,17 +18,17 @@ namespace {
 
 using Words = std::span<const std::string>;
 
-ControlReply refuse(std::string reason) {
+CommandReply refuse(std::string reason) {
     return {false, false, std::move(reason)};
 }
 
-ControlReply showTime(Control& c) {
+CommandReply showTime(Commands& c) {
     return {true, false,
             fmt::format("{:.3f} s, {}\n", static_cast<double>(c.state.now()) / 1000,
                         c.state.clock().running() ? "running" : "frozen")};
 }
 
-ControlReply clock(Control& c, Words words) {
+CommandReply clock(Commands& c, Words words) {
     Clock& clock = c.state.clock();
     if (words.empty()) return showTime(c);
     if (words[0] == "freeze" && words.size() == 1)
@@ -49,7 +49,7 @@ ControlReply clock(Control& c, Words words) {
     return showTime(c);
 }
 
-ControlReply set(Control& c, Words words) {
+CommandReply set(Commands& c, Words words) {
     PlaceReader reader(c.state, words);
     if (!reader.target() || !reader.instance() || !reader.row() || !reader.field())
         return refuse(reader.error);
@@ -63,7 +63,7 @@ ControlReply set(Control& c, Words words) {
     return {};
 }
 
-ControlReply get(Control& c, Words words) {
+CommandReply get(Commands& c, Words words) {
     PlaceReader reader(c.state, words);
     if (!reader.target() || !reader.instance() || !reader.row() || !reader.field())
         return refuse(reader.error);
@@ -71,7 +71,7 @@ ControlReply get(Control& c, Words words) {
     return {true, false, fieldText(reader.chosen(), currentBytes(c.state, reader.place())) + "\n"};
 }
 
-ControlReply unset(Control& c, Words words) {
+CommandReply unset(Commands& c, Words words) {
     if (words.empty()) {
         c.state.forced.clear();
         c.state.forcedRows.clear();
@@ -86,13 +86,13 @@ ControlReply unset(Control& c, Words words) {
 }
 
 // Shorthands for fields of the physical layer.
-ControlReply setField(Control& c, const std::string& adapter, const std::string& field,
+CommandReply setField(Commands& c, const std::string& adapter, const std::string& field,
                       const std::string& value) {
     const std::vector<std::string> words{"adapter", adapter, field, value};
     return set(c, words);
 }
 
-ControlReply alarm(Control& c, Words words) {
+CommandReply alarm(Commands& c, Words words) {
     static constexpr std::string_view names[] = {"los", "lof", "oof", "ferf", "ais", "lop", "link"};
     if (words.size() != 3 || (words[2] != "on" && words[2] != "off") ||
         std::find(std::begin(names), std::end(names), words[1]) == std::end(names))
@@ -100,7 +100,7 @@ ControlReply alarm(Control& c, Words words) {
     return setField(c, words[0], words[1] == "link" ? "linkAlarm" : words[1], words[2] == "on" ? "1" : "0");
 }
 
-ControlReply link(Control& c, Words words) {
+CommandReply link(Commands& c, Words words) {
     static constexpr std::string_view kinds[] = {"25", "mm", "sm",
                                                  "utp"};  // in the order of the codes, from 1
     const auto kind =
@@ -109,11 +109,11 @@ ControlReply link(Control& c, Words words) {
         return refuse(fmt::format("link takes ADAPTER and one of {}", fmt::join(kinds, ", ")));
     const auto code = kind - std::begin(kinds) + 1;
     // A 25 Mbit/s link has no SONET framer and so no valid SONET statistics.
-    ControlReply reply = setField(c, words[0], "valid", code == 1 ? "0" : "1");
+    CommandReply reply = setField(c, words[0], "valid", code == 1 ? "0" : "1");
     return reply.ok ? setField(c, words[0], "link", fmt::format("{}", code)) : reply;
 }
 
-ControlReply rows(Control& c, Words words) {
+CommandReply rows(Commands& c, Words words) {
     PlaceReader reader(c.state, words);
     if (!reader.target() || !reader.instance()) return refuse(reader.error);
     const auto table = std::find_if(requests().begin(), requests().end(), [&](const Request& r) {
@@ -152,16 +152,16 @@ std::optional<std::int64_t> damageArg(Damage damage, const std::string& word) {
     return number && *number >= 0 && *number <= most ? number : std::nullopt;
 }
 
-ControlReply fault(Control& c, Words words) {
+CommandReply fault(Commands& c, Words words) {
     if (!words.empty() && words[0] == "clear" && words.size() <= 2) {
-        if (words.size() == 1) return c.faults.clear(), ControlReply{};
+        if (words.size() == 1) return c.faults.clear(), CommandReply{};
         const auto id = wholeNumber(words[1]);
         if (!id || !c.faults.remove(static_cast<int>(*id)))
             return refuse(fmt::format("no fault {}", words[1]));
         return {};
     }
     if (words.empty()) {
-        ControlReply reply;
+        CommandReply reply;
         for (const Fault& one : c.faults.all()) reply.text += one.text() + "\n";
         return reply;
     }
@@ -196,9 +196,9 @@ ControlReply fault(Control& c, Words words) {
     return {true, false, fmt::format("{}\n", c.faults.add(added))};
 }
 
-ControlReply log(Control& c, Words words) {
+CommandReply log(Commands& c, Words words) {
     constexpr std::size_t usual = 20;  // a screenful
-    if (words.size() == 1 && words[0] == "clear") return c.log.clear(), ControlReply{};
+    if (words.size() == 1 && words[0] == "clear") return c.log.clear(), CommandReply{};
     const bool hex = !words.empty() && words[0] == "hex";
     if (hex) words = words.subspan(1);
     if (words.empty()) return {true, false, c.log.text(usual, hex)};
@@ -209,7 +209,7 @@ ControlReply log(Control& c, Words words) {
     return {true, false, c.log.text(static_cast<std::size_t>(*count), hex)};
 }
 
-ControlReply show(Control& c, Words words) {
+CommandReply show(Commands& c, Words words) {
     if (words.empty()) return {true, false, showAll(c.state)};
     PlaceReader reader(c.state, words);
     if (!reader.target() || !reader.instance()) return refuse(reader.error);
@@ -217,32 +217,32 @@ ControlReply show(Control& c, Words words) {
     return {true, false, showInstance(c.state, reader.targetName, reader.where)};
 }
 
-ControlReply dump(Control& c, Words words) {
+CommandReply dump(Commands& c, Words words) {
     if (words.empty()) return {true, false, dumpConfig(c.state) + dumpState(c.state)};
     if (words[0] != "config") return refuse("dump takes nothing or config");
     return {true, false, dumpConfig(c.state)};
 }
 
-ControlReply listRequests(Control&, Words) {
-    ControlReply reply;
+CommandReply listRequests(Commands&, Words) {
+    CommandReply reply;
     for (const Request& r : requests())
         reply.text += fmt::format("{:<16} Prim {:>3} Type {}\n", r.name, r.prim,
                                   r.type == anyType ? "any" : fmt::format("{}", r.type));
-    for (const ControlRequest& r : controlRequests())
+    for (const ChangeRequest& r : changeRequests())
         reply.text += fmt::format("{:<16} Prim {:>3} Type {}\n", r.name, request(r.service).prim, r.type);
     return reply;
 }
 
-ControlReply fields(Control&, Words) {
+CommandReply fields(Commands&, Words) {
     return {true, false, showFields()};
 }
-ControlReply quit(Control&, Words) {
+CommandReply quit(Commands&, Words) {
     return {true, true, {}};
 }
-ControlReply help(Control&, Words words) {
-    std::string text = controlHelp(words.empty() ? std::string_view{} : words[0]);
+CommandReply help(Commands&, Words words) {
+    std::string text = commandHelp(words.empty() ? std::string_view{} : words[0]);
     return text.empty() ? refuse(fmt::format("no command \"{}\"", words[0]))
-                        : ControlReply{true, false, std::move(text)};
+                        : CommandReply{true, false, std::move(text)};
 }
 
 struct Command {
@@ -250,7 +250,7 @@ struct Command {
     std::string_view usage;
     std::string_view what;
     std::size_t most;  // words it takes
-    ControlReply (*run)(Control&, Words);
+    CommandReply (*run)(Commands&, Words);
 };
 
 constexpr Command commands[] = {
@@ -280,7 +280,7 @@ constexpr Command commands[] = {
 
 }  // namespace
 
-std::string controlHelp(std::string_view name) {
+std::string commandHelp(std::string_view name) {
     std::string text;
     for (const Command& command : commands) {
         if (!name.empty() && name != command.name) continue;
@@ -302,7 +302,7 @@ std::string controlHelp(std::string_view name) {
     return text;
 }
 
-ControlReply Control::run(const std::vector<std::string>& words) {
+CommandReply Commands::run(const std::vector<std::string>& words) {
     state.tick();
     if (words.empty() || words[0].empty()) return refuse("a command is missing; see \"ctl help\"");
     for (const Command& command : commands) {

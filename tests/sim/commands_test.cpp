@@ -1,4 +1,4 @@
-// The life of the simulator, and its control commands.
+// The life of the simulator, and its the simulator's commands.
 #include "rawclient.h"
 #include "tests/support/simulator.h"
 

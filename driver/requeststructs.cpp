@@ -1,4 +1,4 @@
-#include "driver/controlstructs.h"
+#include "driver/requeststructs.h"
 
 #include <algorithm>
 #include <span>

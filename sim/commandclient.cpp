@@ -1,6 +1,6 @@
-#include "sim/controlclient.h"
+#include "sim/commandclient.h"
 
-#include "sim/control.h"
+#include "sim/commands.h"
 #include "sim/nodes.h"
 
 #include <cerrno>
@@ -25,12 +25,12 @@ int complain(const std::string& reason) {
 
 int sendCommand(const std::vector<std::string>& words) {
     if (words.empty() || words[0] == "help" || words[0] == "--help" || words[0] == "-h") {
-        const std::string text = controlHelp(words.size() > 1 ? words[1] : "");
+        const std::string text = commandHelp(words.size() > 1 ? words[1] : "");
         if (text.empty()) return complain(fmt::format("no command \"{}\"; see \"tvsim ctl help\"", words[1]));
         fmt::print("{}", text);
         return 0;
     }
-    const platform::HostPath path = platform::hostPath(controlPath);
+    const platform::HostPath path = platform::hostPath(commandPath);
     const Handle socket = connectTo(path, SOCK_STREAM);
     if (socket.get() < 0)
         return complain(fmt::format("no simulator answers at {} ({})", path.text, std::strerror(errno)));

@@ -6,9 +6,9 @@
 // nothing is shown to the user here.
 #pragma once
 
-#include "driver/controls.h"
-#include "driver/controlstructs.h"
 #include "driver/reqparam.h"
+#include "driver/requests.h"
+#include "driver/requeststructs.h"
 
 #include <cstdint>
 #include <span>
@@ -21,10 +21,10 @@ class Enabler : public reqParam {
     virtual int Disable();
 
   protected:
-    Enabler(DriverChannel& channel, std::uint8_t link, ControlId enable, ControlId disable);
+    Enabler(DriverChannel& channel, std::uint8_t link, RequestId enable, RequestId disable);
 
     // Traces the request and sends it with this data.
-    int send(ControlId id, std::span<const std::uint8_t> data = {});
+    int send(RequestId id, std::span<const std::uint8_t> data = {});
 
     // Sends what the data area holds: `size` bytes, header included, of which the driver reads `input`.
     int sendArea(std::uint16_t type, std::uint16_t size, std::uint16_t input);
@@ -38,9 +38,9 @@ class Enabler : public reqParam {
 enum class PvcChange { add, modify, remove };
 
 // LAN Emulation Clients. `unit`: 0 to 3.
-class LecControl : public Enabler {
+class LecRequest : public Enabler {
   public:
-    LecControl(DriverChannel& channel, std::uint8_t link);
+    LecRequest(DriverChannel& channel, std::uint8_t link);
 
     // Starts the client, or starts it again; it has no PVCs then.
     int start(std::uint8_t unit, const AtmLEC& settings);
@@ -49,18 +49,18 @@ class LecControl : public Enabler {
 };
 
 // LAN Emulation Servers. `unit`: 0 to 7. A running server refuses to be started: stop it before.
-class LesControl : public Enabler {
+class LesRequest : public Enabler {
   public:
-    LesControl(DriverChannel& channel, std::uint8_t link);
+    LesRequest(DriverChannel& channel, std::uint8_t link);
 
     int start(std::uint8_t unit, const AtmLES& settings);
     int stop(std::uint8_t unit);
 };
 
 // The Classical IP client.
-class IpControl : public Enabler {
+class IpRequest : public Enabler {
   public:
-    IpControl(DriverChannel& channel, std::uint8_t link);
+    IpRequest(DriverChannel& channel, std::uint8_t link);
 
     int start(const AtmIP1577& settings);
     int stop();
@@ -103,11 +103,11 @@ class lecsRequest : public Enabler {
 };
 
 // The driver's traces of itself. The channel may be a read-only one.
-class TraceControl : public Enabler {
+class TraceRequest : public Enabler {
   public:
     enum Component : std::uint8_t { accessInterface = 1, signalling = 2, ilmi = 4 };
 
-    explicit TraceControl(DriverChannel& channel);
+    explicit TraceRequest(DriverChannel& channel);
 
     int switchTrace(Component component, bool on);
 };

@@ -1,9 +1,9 @@
-// Every control request, one row each: what changes the running driver.
+// Every change request, one row each: what changes the running driver.
 #pragma once
 
 #include <cstdint>
 
-enum class ControlId {
+enum class RequestId {
     lecStart,
     lecStop,
     bridgedPvcAdd,
@@ -25,8 +25,8 @@ enum class ControlId {
     count  // of the requests
 };
 
-struct Control {
-    ControlId id;
+struct Request {
+    RequestId id;
     std::uint16_t prim;  // header fields that select the request
     std::uint16_t type;
     std::uint16_t size;        // bytes of the message, header included
@@ -35,4 +35,4 @@ struct Control {
     bool bytesTraced = false;  // the data follows it, in hexadecimal
 };
 
-const Control& controlOf(ControlId id);
+const Request& requestOf(RequestId id);

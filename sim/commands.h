@@ -1,4 +1,4 @@
-// The control commands: what "tvsim ctl" sends to the running simulator.
+// The commands: what "tvsim ctl" sends to the running simulator.
 #pragma once
 
 #include "sim/faults.h"
@@ -10,22 +10,22 @@
 
 namespace sim {
 
-struct ControlReply {
+struct CommandReply {
     bool ok = true;
     bool quit = false;  // the simulator is to end after this reply
     std::string text;   // what the command shows, or why it was refused
 };
 
 // What the commands reach; none of it is owned.
-struct Control {
+struct Commands {
     State& state;
     Faults& faults;
     RequestLog& log;
 
-    ControlReply run(const std::vector<std::string>& words);
+    CommandReply run(const std::vector<std::string>& words);
 };
 
 // All commands, or one of them. Empty for a command that does not exist.
-std::string controlHelp(std::string_view command = {});
+std::string commandHelp(std::string_view command = {});
 
 }  // namespace sim

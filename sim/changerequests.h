@@ -16,8 +16,8 @@ struct Order {
     ConstBytes data;
 };
 
-struct ControlRequest {
-    Rid service;            // LecControl, LesControl, LecsControl, IpControl or Trace
+struct ChangeRequest {
+    Rid service;            // LecChanges, LesChanges, LecsChanges, IpChanges or Trace
     std::string_view name;  // "lec.start"
     std::uint16_t type;
     std::uint16_t size;    // of the whole message
@@ -26,9 +26,9 @@ struct ControlRequest {
     Resp (*run)(const Order&);
 };
 
-std::span<const ControlRequest> controlRequests();
+std::span<const ChangeRequest> changeRequests();
 
 // Null for a type that the service does not have.
-const ControlRequest* controlRequest(Rid service, std::uint16_t type);
+const ChangeRequest* changeRequest(Rid service, std::uint16_t type);
 
 }  // namespace sim
