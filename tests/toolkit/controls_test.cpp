@@ -56,7 +56,7 @@ struct Page {
 
     bool operator==(const Page&) const = default;
 };
-// What a transfer buffer looks like.
+// Numbers as in a transfer buffer.
 struct Buffer {
     std::int16_t number = 1500, item = 1, check = 1, choice = 26;
 
@@ -151,7 +151,7 @@ TEST_F(ControlsTest, SixteenBitsAreShownAndStored) {
     EXPECT_THROW(control<zCheckBox>(24).bind(&variables.name), std::bad_variant_access);
 }
 
-TEST_F(ControlsTest, ControlsTurnToAnotherObjectWithoutTouchingTheFirst) {
+TEST_F(ControlsTest, ControlsCanBeBoundToAnotherObject) {
     Buffer first{10, 0, 0, 25}, second{20, 1, 1, 26};
     page.bind(first, bufferBindings);
     page.load();
@@ -167,7 +167,7 @@ TEST_F(ControlsTest, ControlsTurnToAnotherObjectWithoutTouchingTheFirst) {
     EXPECT_EQ(second, (Buffer{20, 1, 0, 26}));
 }
 
-TEST_F(ControlsTest, RadioButtonsTellEveryClickAndStayChosen) {
+TEST_F(ControlsTest, RadioButtonsReportEveryClickAndStayChosen) {
     page.group(25).onClick = [&](int id) { log += std::to_string(id) + ' '; };
     page.group(25).choose(25);
     EXPECT_EQ(log, "") << "by program";

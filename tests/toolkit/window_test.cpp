@@ -202,7 +202,7 @@ TEST_F(WindowTest, AWindowUnderAModalOneIsNotClosed) {
     EXPECT_EQ(closings, 1);
 }
 
-// Inside a handler what has ended is destroyed only after it, and a second request to close can be on its way.
+// Within a callback, shells are destroyed at its end only; a second request to close can arrive before that.
 TEST_F(WindowTest, WhatHasEndedHearsNoLateRequestToClose) {
     const auto closeTwice = [&](const char* title) {
         const auto shown = [&, title] { return user.shellTitled(title) != nullptr; };

@@ -1,4 +1,4 @@
-// The controls of one layout on one board: a window's, or a notebook page's.
+// A board: the widget that holds the controls of one layout, in a window or on a notebook page.
 #pragma once
 
 #include "toolkit/controls/choice.h"
@@ -15,14 +15,14 @@
 #include <variant>
 #include <vector>
 
-// A control and the member of an object (a page, a transfer buffer) that it is bound to. A radio group is bound by the
-// id of any of its buttons.
+// A control and the member of an object (a page, a transfer buffer) that it is bound to. A radio group is
+// bound by the id of any of its buttons.
 template <class Object> struct zBindingRow {
     int id;
     std::variant<int Object::*, unsigned Object::*, std::int16_t Object::*, std::string Object::*> variable;
 };
 
-// A control that is enabled while all of the conditions in `needs` hold. The meaning of the bits is up to the page.
+// A control that is enabled while all conditions in `needs` hold. The page decides what the bits mean.
 struct zEnableRow {
     int id;
     unsigned needs;
@@ -30,18 +30,18 @@ struct zEnableRow {
 
 class zBoard {
   public:
-    // Creates the board widget, not managed yet, and the controls of `layout`, which must outlive the board. The
-    // widgets are destroyed with their shell, everything else with this object.
+    // Creates the board widget, not managed yet, and the controls of `layout`, which must outlive the board.
+    // The widgets are destroyed with their shell, everything else with this object.
     zBoard(Widget parent, const char* name, const zLayout& layout);
     ~zBoard();
     zBoard(const zBoard&) = delete;
     zBoard& operator=(const zBoard&) = delete;
 
     Widget widget() const { return widget_; }
-    const zRect& size() const { return size_; }  // pixels
+    const zRect& size() const { return size_; }  // in pixels
 
-    // The control with this id, or the one without an id that has this name. Throws std::logic_error if the layout has
-    // no such control of this kind.
+    // The control with this id, or the one without an id that has this name. Throws std::logic_error if the
+    // layout has no such control of this kind.
     template <typename Kind> Kind& control(int id) const {
         auto* found = dynamic_cast<Kind*>(find(id));
         if (!found) missing("id" + std::to_string(id));
@@ -67,7 +67,7 @@ class zBoard {
 
     void enable(std::span<const zEnableRow> rows, unsigned conditions);
 
-    // To be called once, when the controls have their windows.
+    // Call it once, when the controls are realized.
     void realized() const;
 
   private:

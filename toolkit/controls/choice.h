@@ -17,7 +17,7 @@ class zCheckBox : public zControl {
     void store() override;
 
     bool checked() const;
-    void check(bool on);  // calls no handler
+    void check(bool on);  // does not call onClick
 
     std::function<void()> onClick;
 
@@ -35,7 +35,7 @@ class zRadioGroup {
     void load();
     void store();
 
-    void choose(int id);  // calls no handler
+    void choose(int id);  // does not call onClick
 
     std::function<void(int id)> onClick;  // a click on one of the buttons, also on the chosen one
 
@@ -54,7 +54,7 @@ class zRadioButton : public zControl {
   public:
     zRadioButton(Widget board, const zRect& place, const zControlRow& row);
 
-    // The first button of a group makes the group, the others join it.
+    // Called once, by the board.
     void join(std::shared_ptr<zRadioGroup> group);
     zRadioGroup& group() const { return *group_; }
 

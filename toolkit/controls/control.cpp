@@ -2,7 +2,7 @@
 
 #include <Xm/Xm.h>
 
-// Joins one callback list of a widget to a control; leaves the list with the control.
+// Connects a control to one callback list of a widget, for as long as the control lives.
 struct zControl::Listener {
     zControl& control;
     Widget widget;

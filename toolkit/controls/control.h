@@ -1,14 +1,15 @@
-// Controls: one object per row of a layout table. A control is created and owned by its board and lives as long as
-// its window. Its handlers are called from the event loop, never after the control is destroyed.
+// Controls: one object per row of a layout table. A control is created and owned by its board and lives as
+// long as its window. Its handlers are called from the event loop, never after the control is destroyed.
 //
-// A control can be bound to a variable, which must outlive it or the next bind(). load() shows the variable; store()
-// writes it if the user has changed the control since. What was not changed is not written, so a value that the
-// control cannot show survives.
+// A control can be bound to a variable, which must outlive it or the next bind(). load() shows the variable;
+// store() writes it if the user has changed the control since. What was not changed is not written, so a
+// value that the control cannot show survives.
 //
-// bind() alone changes nothing on the screen. To turn to another variable, as when a page shows another instance:
-// store() into the old one, bind(), load(). Without the store() what the user has changed goes to the new variable.
+// bind() alone changes nothing on the screen. To change to another variable, for example when a page shows
+// another instance: store() into the old one, bind(), load(). Without that store(), a later one writes the
+// user's changes to the new variable.
 //
-// Which numbers a control takes (int, unsigned or 16 bits, see variable.h) and what they mean is said with its class.
+// A number may be an int, an unsigned or a std::int16_t. Each class says what it is bound to.
 #pragma once
 
 #include "toolkit/controls/layout.h"
@@ -26,7 +27,7 @@ class zControl {
 
     int id() const { return id_; }
     Widget widget() const { return widget_; }
-    virtual Widget outermost() const { return widget_; }  // what stands on the board: a list's is its window
+    virtual Widget outermost() const { return widget_; }  // the board's child: of a list its scrolled window
 
     virtual void enable(bool on);
 
@@ -34,14 +35,16 @@ class zControl {
     virtual void load() {}
     virtual void store() {}
 
-    // The board has its window now.
+    // Called when the board has been realized.
     virtual void realized() {}
 
   protected:
     explicit zControl(const zControlRow& row);
 
-    // Takes over the widget and calls `handler` from its callback list.
+    // To be called first in the constructor of a control.
     void attach(Widget widget) { widget_ = widget; }
+
+    // Calls `handler` from a callback list of the widget, until the control is destroyed.
     using Handler = void (*)(zControl& self, void* callData);
     void listen(const char* callback, Handler handler) { listen(widget_, callback, handler); }
     void listen(Widget widget, const char* callback, Handler handler);

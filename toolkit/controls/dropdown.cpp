@@ -35,10 +35,10 @@ zDropDown::zDropDown(Widget board, const zRect& place, const zControlRow& row)
     });
 }
 
-// The keys that go through an open list select each entry on the way; what counts is where they end.
+// Arrow keys in an open list select each item that they pass: only the one on closing is reported.
 void zDropDown::changed() {
-    if (byProgram_ || open_ || selected() == told_) return;
-    told_ = selected();
+    if (byProgram_ || open_ || selected() == reported_) return;
+    reported_ = selected();
     if (const auto handler = onSelect) handler();
 }
 
@@ -74,5 +74,5 @@ void zDropDown::select(int position) {
         XmTextFieldSetString(XtNameToWidget(widget(), "*Text"), nothing);
     }
     byProgram_ = false;
-    told_ = selected();
+    reported_ = selected();
 }

@@ -19,9 +19,9 @@ class zDropDown : public zControl {
     void store() override;
 
     int selected() const;       // -1: none
-    void select(int position);  // calls no handler
+    void select(int position);  // does not call onSelect
 
-    std::function<void()> onSelect;
+    std::function<void()> onSelect;  // the user has selected another item
 
   private:
     void changed();
@@ -29,7 +29,7 @@ class zDropDown : public zControl {
     int count_;
     zBoundNumber variable_;
     int shown_ = -1;
-    int told_ = 0;  // the position that the handler knows
+    int reported_ = 0;  // the position at the last call of onSelect or select()
     bool open_ = false;
     bool byProgram_ = false;
 };

@@ -1,5 +1,6 @@
 #include "toolkit/controls/edit.h"
 
+#include "platform/index.h"
 #include "toolkit/controls/rowwidget.h"
 
 #include <Xm/TextF.h>
@@ -9,8 +10,8 @@
 
 namespace {
 
-// The background that the resources give to this name or to the class ReadOnlyField: what is said about text
-// fields is meant for those in which one can type.
+// The background from the X resources for this name or the class ReadOnlyField. The resources of XmTextField
+// apply to editable fields only.
 Pixel readOnlyBackground(Widget board, const std::string& name) {
     static char fallback[] = "#c0c0c0";
     static XtResource resources[] = {
@@ -34,13 +35,13 @@ zEdit::zEdit(Widget board, const zRect& place, const zControlRow& row) : zContro
     attach(zMakeWidget(xmTextFieldWidgetClass, board, row, resources));
     shown_ = row.text;
 
-    // The text field puts its line at the top margin; centre it in the height that the layout gives.
+    // XmTextField draws its line below the top margin: centre it in the height from the layout.
     XtVaSetValues(widget(), XmNmarginHeight, zCentredMargin(widget(), place.height), nullptr);
     zSetGeometry(widget(), place);
 
     if (!row.mask) return;
     picture_.emplace(row.mask);
-    XtVaSetValues(widget(), XmNverifyBell, False, nullptr);  // verify() knows better what was refused
+    XtVaSetValues(widget(), XmNverifyBell, False, nullptr);  // verify() rings itself
     listen(XmNmodifyVerifyCallback,
            [](zControl& self, void* data) { static_cast<zEdit&>(self).verify(data); });
     listen(XmNlosingFocusCallback, [](zControl& self, void*) { static_cast<zEdit&>(self).complete(); });
@@ -78,7 +79,7 @@ void zEdit::store() {
     shown_ = text();
 }
 
-// What leaves an address field is what is seen in it.
+// Completes the address when the field is left.
 void zEdit::complete() {
     if (!picture_ || !picture_->isAddress() || !changed()) return;
     const std::string now = text();
@@ -89,24 +90,23 @@ void zEdit::verify(void* callData) {
     if (byProgram_) return;
     auto& change = *static_cast<XmTextVerifyCallbackStruct*>(callData);
     const std::string typed(change.text->ptr ? change.text->ptr : "",
-                            change.text->ptr ? static_cast<std::size_t>(change.text->length) : 0);
+                            change.text->ptr ? asIndex(change.text->length) : 0);
     const std::string before = text();
-    const auto edit = picture_->edit(before, static_cast<std::size_t>(change.startPos),
-                                     static_cast<std::size_t>(change.endPos), typed,
-                                     static_cast<std::size_t>(change.currInsert));
+    const auto edit = picture_->edit(before, asIndex(change.startPos), asIndex(change.endPos), typed,
+                                     asIndex(change.currInsert));
     if (!edit) {
         change.doit = False;
         XBell(XtDisplay(widget()), 0);
         return;
     }
     if (typed.empty()) {
-        // After a deletion the field would put the caret where the old text ended.
+        // XmTextField would put the caret where the old text ended: refuse the deletion, set the text here.
         change.doit = False;
         setText(edit->text);
         XmTextFieldSetInsertionPosition(widget(), static_cast<XmTextPosition>(edit->caret));
         return;
     }
-    // The whole text is replaced: one step, with every fixed character where it belongs.
+    // Replace the whole text, since fixed characters may move.
     change.startPos = 0;
     change.endPos = static_cast<XmTextPosition>(before.size());
     XtFree(change.text->ptr);

@@ -1,4 +1,4 @@
-// Fields of one line.
+// Text fields of one line.
 #pragma once
 
 #include "toolkit/controls/control.h"
@@ -11,21 +11,21 @@ class zEdit : public zControl {
   public:
     zEdit(Widget board, const zRect& place, const zControlRow& row);
 
-    // Of a masked field the variable holds the value without the picture's fixed characters.
+    // Bound to a text. For an address picture the variable has no fixed characters (see mask.h).
     void bind(zVariable variable) override { variable_ = std::get<std::string*>(variable); }
     void load() override;
 
-    // An address that lacks digits gets zeros for them, in the field, too; an empty one leaves the variable as it
-    // is. Empty groups of numbers are stored as zeros.
+    // Fills missing digits of an address with zeros, also in the field. An empty address is not stored. Empty
+    // runs of digits are stored as 0.
     void store() override;
 
-    // The text as shown. Characters other than printable ASCII are shown as '?'. Setting calls no handler, is
-    // not held to the picture, and touches nothing when the text stands already.
+    // The text as shown. setText() replaces characters other than printable ASCII by '?', does not apply the
+    // picture, and does nothing if the text is shown already.
     void setText(const std::string& text);
     std::string text() const;
 
   protected:
-    // Shows what the variable holds; what store() compares with.
+    // Shows a loaded value and remembers it: changed() compares with it.
     void show(const std::string& text);
     bool changed() const { return text() != shown_; }
 
@@ -39,8 +39,8 @@ class zEdit : public zControl {
     bool byProgram_ = false;
 };
 
-// An unsigned decimal number. Bound to a number, which is shown without a sign: a 16-bit -1 as 65535. Stored are as
-// many of the low bits as the variable has. An empty field is not stored.
+// An unsigned decimal number. Bound to a number, whose bits are shown as unsigned: a 16-bit -1 as 65535.
+// store() writes the low bits that fit the variable. An empty field is not stored.
 class zNumberEdit : public zEdit {
   public:
     zNumberEdit(Widget board, const zRect& place, const zControlRow& row) : zEdit(board, place, row) {}

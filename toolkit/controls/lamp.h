@@ -1,6 +1,6 @@
-// Lamps: pictures that look like buttons and show a state. They cannot be pressed. The parts of the picture that have
-// its background colour show the X resource selectColor when the lamp is lit, unselectColor when it is not, and nothing
-// when it is greyed.
+// Lamps: pictures that look like buttons and show a state. They cannot be pressed. The XPM colour
+// "background" of the picture becomes the X resource selectColor when the lamp is lit, unselectColor when it
+// is not, and the background of the control when it is greyed.
 #pragma once
 
 #include "toolkit/controls/control.h"
@@ -10,7 +10,7 @@ class zLamp : public zControl {
   public:
     zLamp(Widget board, const zRect& place, const zControlRow& row);
 
-    // On: lit and pressed in. Touches nothing when it looks so already.
+    // Lit lamps look pressed. Sends no request if the state is the same.
     void check(bool on);
     bool checked() const;
 };

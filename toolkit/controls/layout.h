@@ -1,9 +1,9 @@
-// Layout tables: what a window is built from. One row per control; the toolkit makes the widgets.
+// Layout tables: the controls of a window as data, one row each.
 //
 // Positions and sizes are in dialog units of the window's font: a horizontal unit is a quarter of the font's
 // average character width, a vertical unit an eighth of its height. A control's widget is named "id" and its
-// control id ("id581"); a control without an id (-1) has a short name of its own. The keyboard goes through
-// the controls in the order of the rows.
+// control id ("id581"); a control without an id (-1) has a short name. Tab goes through the controls in the
+// order of the rows.
 #pragma once
 
 #include <span>
@@ -14,19 +14,19 @@ struct zRect {
 
 enum class zKind {
     staticText,
-    edit,        // one line; with a mask only what its picture allows can be typed
+    edit,        // one line of text; a mask restricts what can be typed
     numberEdit,  // an unsigned decimal number, at most as many digits as the mask has '#'
-    listBox,     // unsorted; one line can be selected, or with zSeveral any number
-    dropDown,    // one of its items; the height is that of the list dropped down
+    listBox,     // one line can be selected, with zSeveral any number of lines
+    dropDown,    // one of its items is selected; the height includes the open list
     checkBox,
-    radioButton,   // one of the group that begins at the last row with zFirstOfGroup
-    bitmapButton,  // picture and text
+    radioButton,   // belongs to the group that the last row with zFirstOfGroup began
+    bitmapButton,  // with a picture and a text
     lamp,          // a picture that looks like a button and shows a state
-    groupBox,      // a frame with a title around what stands inside it
+    groupBox,      // a frame with a title around other controls
     tabStrip,      // tabs without pages: one of its items is selected
-    notebook,      // tabs with pages, which are layouts of their own
+    notebook,      // tabs with pages, each with its own layout
     table,
-    frame,  // a line when one side is at most 1 unit
+    frame,  // a separator line, vertical if the width is at most 1 unit
 };
 
 enum zStyle : unsigned {
@@ -46,15 +46,15 @@ struct zControlRow {
     const char* text = "";
     const char* name = nullptr;  // required when id is -1
     const char* tooltip = nullptr;
-    int picture = 0;  // of the picture table (picture.h); 0: none
+    int picture = 0;  // its number in the picture table (picture.h); 0: none
     unsigned style = zPlain;
     const char* mask = nullptr;               // a picture in the notation of mask.h
-    std::span<const char* const> items = {};  // of a drop-down list or a tab strip
+    std::span<const char* const> items = {};  // for drop-down lists and tab strips
 };
 
 struct zFontRow {
     enum Weight { normal = 400, bold = 700 };
-    int weight = bold;  // "Helv", 12 point, in the weights that the resources `plain` and `bold` describe
+    int weight = bold;  // of the 12 point font that the X resources describe as "plain" and "bold"
 };
 
 struct zLayout {
@@ -63,6 +63,6 @@ struct zLayout {
     const char* caption = "";
     int width = 0, height = 0;  // dialog units
     zFontRow font = {};
-    int icon = 0;  // of the picture table
+    int icon = 0;  // its number in the picture table; 0: none
     std::span<const zControlRow> rows;
 };

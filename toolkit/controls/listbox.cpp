@@ -1,5 +1,6 @@
 #include "toolkit/controls/listbox.h"
 
+#include "platform/index.h"
 #include "toolkit/controls/rowwidget.h"
 #include "toolkit/display/displaycache.h"
 
@@ -29,17 +30,17 @@ zListBox::zListBox(Widget board, const zRect& place, const zControlRow& row) : z
 void zListBox::setLines(std::vector<std::string> lines) {
     lines_ = std::move(lines);
     XmListDeleteAllItems(widget());
-    // Line by line the list would compute its size as often as it has lines.
+    // Added all at once: the list computes its size after each call.
     std::vector<zXmText> texts(lines_.begin(), lines_.end());
     std::vector<XmString> items;
     for (const zXmText& text : texts) items.push_back(text.get());
     if (!items.empty()) XmListAddItemsUnselected(widget(), items.data(), count(), 0);
-    // The list asks for the height of whole lines, anew with each change.
+    // After each change the list requests a height of whole lines.
     zSetGeometry(outermost(), place_);
 }
 
 std::string zListBox::line(int position) const {
-    return position >= 0 && position < count() ? lines_[static_cast<std::size_t>(position)] : std::string();
+    return position >= 0 && position < count() ? lines_[asIndex(position)] : std::string();
 }
 
 void zListBox::select(int position) {

@@ -11,18 +11,18 @@ class zListBox : public zControl {
   public:
     zListBox(Widget board, const zRect& place, const zControlRow& row);
 
-    // Instead of the lines that stand. Nothing is selected then.
+    // Replaces all lines. Nothing is selected then.
     void setLines(std::vector<std::string> lines);
     int count() const { return static_cast<int>(lines_.size()); }
     std::string line(int position) const;  // empty when there is none
 
-    // Positions count from 0; -1 means that nothing is selected. Selecting by program calls no handler.
+    // Positions count from 0; -1: nothing is selected. select() does not call onSelect.
     void select(int position);
     int selected() const;                  // the first one
-    std::vector<int> allSelected() const;  // from the top
+    std::vector<int> allSelected() const;  // in ascending order
     Widget outermost() const override;
 
-    std::function<void()> onSelect;    // the user has chosen a line
+    std::function<void()> onSelect;    // the user has selected a line
     std::function<void()> onActivate;  // double-click, or Return on a line
 
   private:

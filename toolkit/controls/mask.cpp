@@ -1,5 +1,7 @@
 #include "toolkit/controls/mask.h"
 
+#include "platform/index.h"
+
 #include <algorithm>
 #include <charconv>
 
@@ -22,7 +24,7 @@ bool has(const std::bitset<256>& set, char c) {
     return set[static_cast<unsigned char>(c)];
 }
 
-// The characters of a bracket expression; `at` stands behind '[' and is moved behind ']'.
+// The characters of a bracket expression. `at` is the position after '[' and is moved to the one after ']'.
 std::bitset<256> characters(std::string_view notation, std::size_t& at) {
     const auto next = [&] { return static_cast<unsigned char>(notation[notation[at] == '\\' ? ++at : at]); };
     std::bitset<256> set;
@@ -76,17 +78,16 @@ std::optional<zPicture::Edit> zPicture::edit(const std::string& text, std::size_
                                              std::string_view typed, std::size_t caret) const {
     end = std::min(end, text.size());
     start = std::min(start, end);
-    // Backspace leaves the caret before a fixed character that it meets, Delete behind it.
+    // At a fixed character, Backspace moves the caret before it, Delete after it.
     const bool forwards = typed.empty() && caret == start;
     return address_ ? editAddress(text, start, end, withoutBlanks(typed), forwards)
                     : editRuns(text, start, end, withoutBlanks(typed), forwards);
 }
 
-// Addresses. The element at a position of the text is the element with that number.
+// Addresses. Element i is at position i of the text.
 
 std::size_t zPicture::placesBefore(std::size_t position) const {
-    return static_cast<std::size_t>(std::lower_bound(places_.begin(), places_.end(), position) -
-                                    places_.begin());
+    return asIndex(std::lower_bound(places_.begin(), places_.end(), position) - places_.begin());
 }
 
 std::size_t zPicture::positionOf(std::size_t place) const {
@@ -117,7 +118,7 @@ std::optional<zPicture::Edit> zPicture::editAddress(const std::string& text, std
                                                     bool forwards) const {
     struct Digit {
         char c;
-        bool misfit;  // stood at a place that does not take it
+        bool misfit;  // was at a place that does not allow it
     };
     const std::string standing = bare(text);
     std::vector<Digit> digits;
@@ -149,7 +150,7 @@ std::optional<zPicture::Edit> zPicture::editAddress(const std::string& text, std
     if (!typed.empty() && taken == 0) {
         if (start != end) return {};
         const bool before = start < elements_.size() && elements_[start].fixed && start < text.size();
-        return Edit{text, start + before};  // a fixed character, which stands already
+        return Edit{text, start + before};  // a fixed character, which is there already
     }
     if (digits.size() > places_.size()) digits.resize(places_.size());
 
@@ -161,8 +162,8 @@ std::optional<zPicture::Edit> zPicture::editAddress(const std::string& text, std
     return Edit{format(value), value.empty() ? 0 : positionOf(at)};
 }
 
-// Pictures of runs. A text is held as its runs; a run that is there, even empty, has its fixed character before
-// it.
+// Pictures with runs. A text is represented by its runs; each but the first, even an empty one, has its fixed
+// character before it.
 
 zPicture::Runs zPicture::split(std::string_view text) const {
     Runs runs(1);
@@ -210,7 +211,7 @@ std::optional<zPicture::Edit> zPicture::editRuns(const std::string& text, std::s
         const Element* element = &elements_[places_[at.run]];
         const bool last = at.run + 1 == places_.size();
         if (isFixed(c) && !has(element->set, c)) {
-            if (runs[at.run].empty()) continue;  // stands already
+            if (runs[at.run].empty()) continue;  // there already
             if (last) continue;
             ++at.run;
             at.offset = 0;
@@ -234,7 +235,7 @@ std::optional<zPicture::Edit> zPicture::editRuns(const std::string& text, std::s
     }
     if (!typed.empty() && !taken && start != end) return {};
 
-    // A run that has just become full is followed by the next one's fixed character.
+    // When a run has just become full, the fixed character after it is inserted.
     const bool typedToEnd = taken && at.run + 1 == runs.size() && at.offset == runs[at.run].size();
     if (typedToEnd && runs.size() < places_.size() && at.offset >= elements_[places_[at.run]].most) {
         runs.emplace_back();

@@ -1,13 +1,12 @@
 // Pictures: what can be typed into a masked field.
 //
-// Notation: a bracket expression stands for one character from the listed ranges (a backslash takes the next
-// character as it is), '#' for a digit, a character in single quotes is a fixed character that the field
-// supplies, and "(3)" after an element stands for up to that many of it. Neighbouring '#' are one such run:
-// "####" takes up to four digits.
+// Notation: a bracket expression stands for one character from the listed ranges (a backslash quotes the next
+// character); followed by "(3)" it is a run of up to three such characters. "####" is a run of up to four
+// digits. A character in single quotes is a fixed character, which the field inserts by itself.
 //
-// A picture whose places all take exactly one character describes an address: it has always the same length,
-// and characters move up when one before them goes. In a picture with runs what was typed stays in its run.
-// Every edit that is accepted turns a prefix of the picture into a prefix of the picture.
+// A picture without runs describes an address. It has a fixed length; when a character is deleted, the ones
+// after it move up. In a picture with runs characters stay in their run. A text that matches the beginning of
+// the picture still does so after any accepted edit.
 #pragma once
 
 #include <bitset>
@@ -19,7 +18,7 @@
 
 class zPicture {
   public:
-    // The notation must be right: it is a constant of the program.
+    // The notation is not checked: it is a constant of the program.
     explicit zPicture(std::string_view notation);
 
     struct Edit {
@@ -27,22 +26,22 @@ class zPicture {
         std::size_t caret;  // position in the text
     };
 
-    // What becomes of a field when `typed` replaces the characters from `start` to before `end`; none when
-    // the picture does not allow it. `caret` is where the caret was. Positions are within the text. Blanks
-    // around a pasted text and fixed characters in it are skipped; of one that is too long the beginning is
-    // taken. Characters of the text that never fitted are left in peace.
+    // The field after `typed` has replaced the characters from `start` up to, but not including, `end`; none
+    // if the picture does not allow it. `caret` is the caret's position before. Leading and trailing blanks
+    // of a pasted text and fixed characters in it are skipped; if it is too long, the rest is dropped. Old
+    // characters that do not match are kept.
     std::optional<Edit> edit(const std::string& text, std::size_t start, std::size_t end,
                              std::string_view typed, std::size_t caret) const;
 
-    // An address picture: the value between its fixed characters, at most the picture's length. Other
-    // pictures: the value as it is.
+    // Inserts the fixed characters of an address picture into a bare value and cuts it to the picture's
+    // length. Other pictures return the value unchanged.
     std::string format(std::string_view bare) const;
 
-    // The value without the fixed characters of an address picture; other pictures keep them.
+    // Removes the fixed characters of an address picture. Other pictures return the text unchanged.
     std::string bare(std::string_view shown) const;
 
-    // With zeros for what lacks: missing digits of an address that was begun, empty runs between fixed
-    // characters. A picture of a single run lacks nothing.
+    // Fills missing digits of an address that is not empty, and empty runs, with zeros. A picture with a
+    // single run is returned unchanged.
     std::string completed(const std::string& text) const;
 
     bool isAddress() const { return address_; }
@@ -50,7 +49,7 @@ class zPicture {
   private:
     using Set = std::bitset<256>;
     struct Element {
-        char fixed = 0;  // 0: a place for characters of the set
+        char fixed = 0;  // 0: a place for up to `most` characters of the set
         Set set = {};
         std::size_t most = 1;
     };
@@ -70,7 +69,7 @@ class zPicture {
     std::size_t placesBefore(std::size_t position) const;
 
     std::vector<Element> elements_;
-    std::vector<std::size_t> places_;  // of the elements those that are not fixed
+    std::vector<std::size_t> places_;  // indices of the elements that are not fixed
     Set fixed_;
     bool address_ = true;
 };

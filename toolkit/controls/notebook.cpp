@@ -1,5 +1,6 @@
 #include "toolkit/controls/notebook.h"
 
+#include "platform/index.h"
 #include "toolkit/controls/tabs.h"
 
 #include <Xm/DrawingA.h>
@@ -12,7 +13,7 @@ zNotebook::zNotebook(Widget board, const zRect& place, const zControlRow& row)
     attach(zMakeTabs(board, row, resources));
     listen(XmNtabSelectedCallback, [](zControl& self, void* data) {
         auto& notebook = static_cast<zNotebook&>(self);
-        // The first callback comes when the window is made, and nobody has chosen anything.
+        // Realizing calls this, too, with a null event.
         const auto* call = static_cast<XmTabStackCallbackStruct*>(data);
         if (XtIsRealized(notebook.widget())) notebook.raise();
         if (const auto handler = notebook.onSelect; handler && call->event) handler(notebook.selected());
@@ -46,15 +47,14 @@ int zNotebook::selected() const {
 }
 
 void zNotebook::select(int position) {
-    if (position >= 0 && position < count())
-        XmTabStackSelectTab(pages_[static_cast<std::size_t>(position)].sheet, False);
+    if (position >= 0 && position < count()) XmTabStackSelectTab(pages_[asIndex(position)].sheet, False);
     if (XtIsRealized(widget())) raise();
 }
 
 void zNotebook::raise() {
     const int position = selected();
     if (position < 0) return;
-    Page& page = pages_[static_cast<std::size_t>(position)];
+    Page& page = pages_[asIndex(position)];
     if (!page.board) make(page);
     if (XtIsManaged(page.board->widget())) return;
     XtManageChild(page.board->widget());

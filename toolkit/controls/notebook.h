@@ -1,5 +1,5 @@
-// A notebook: tabs, each with a page made from a layout of its own. The pages belong to the notebook. A page has
-// its windows when it is first on top: a dialog that opens pays for one page.
+// A notebook: tabs, each with a page that has its own layout. The notebook owns the pages. A page is realized
+// when it is first on top, so that opening a dialog costs one page only.
 #pragma once
 
 #include "toolkit/controls/board.h"
@@ -10,23 +10,23 @@ class zNotebook : public zControl {
   public:
     zNotebook(Widget board, const zRect& place, const zControlRow& row);
 
-    // Adds a page behind the others; its tab shows the layout's caption.
+    // Appends a page. Its tab shows the layout's caption.
     zBoard& addPage(const zLayout& layout);
 
-    // The same, but also the controls are made when the page is first on top; `made` is called then.
+    // The same, but its controls, too, are created when the page is first on top. `made` is called then.
     void addPage(const zLayout& layout, std::function<void(zBoard&)> made);
 
     int count() const { return static_cast<int>(pages_.size()); }
     int selected() const;       // position of the page on top, from 0; -1: there is none
-    void select(int position);  // calls no handler
+    void select(int position);  // does not call onSelect
 
-    std::function<void(int position)> onSelect;  // another page is on top
+    std::function<void(int position)> onSelect;  // the user has turned to another page
 
     void realized() override;
 
   private:
     struct Page {
-        Widget sheet;  // what the tab shows: the board's parent
+        Widget sheet;  // the child of the tab stack, parent of the board
         const zLayout& layout;
         std::unique_ptr<zBoard> board;
         std::function<void(zBoard&)> made;

@@ -34,7 +34,6 @@ Widget zMakeWidget(WidgetClass kind, Widget board, const zControlRow& row, zReso
 // Sets the geometry from the layout again on a widget that has computed a size of its own.
 void zSetGeometry(Widget widget, const zRect& place);
 
-// The colour behind a board's controls.
 Pixel zBackground(Widget widget);
 
 // The top margin that centres a line of text in a field of this height.

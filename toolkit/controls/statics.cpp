@@ -29,7 +29,7 @@ void zStatic::setText(const char* text) {
 zFrame::zFrame(Widget board, const zRect& place, const zControlRow& row) : zControl(row) {
     zResources resources(place);
     const bool vertical = row.place.width <= 1;
-    // The line is two pixels of shadow; one unit may be one more.
+    // The line is two pixels wide; one dialog unit can be three.
     resources.set(XmNorientation, vertical ? XmVERTICAL : XmHORIZONTAL).set(XmNmargin, 0);
     attach(zMakeWidget(xmSeparatorWidgetClass, board, row, resources));
 }
@@ -48,7 +48,7 @@ void zGroupBox::setTitle(const char* text) {
     setLabel(title_, text);
 }
 
-// What stands inside is a sibling, and must not be covered.
+// The controls inside are siblings and must not be covered.
 void zGroupBox::realized() {
     XLowerWindow(XtDisplay(widget()), XtWindow(widget()));
 }

@@ -1,4 +1,4 @@
-// Controls without a value: texts, lines and group boxes.
+// Static controls: texts, separator lines and group boxes.
 #pragma once
 
 #include "toolkit/controls/control.h"
@@ -15,7 +15,7 @@ class zFrame : public zControl {
     zFrame(Widget board, const zRect& place, const zControlRow& row);
 };
 
-// A frame with a title. Lies below the controls that stand inside it.
+// A frame with a title, stacked below the controls inside it.
 class zGroupBox : public zControl {
   public:
     zGroupBox(Widget board, const zRect& place, const zControlRow& row);

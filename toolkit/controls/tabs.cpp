@@ -21,7 +21,7 @@ Widget zMakeTabs(Widget board, const zControlRow& row, zResources& resources) {
     resources.set(XmNnavigationType, XmEXCLUSIVE_TAB_GROUP);
     const Widget tabs = zMakeWidget(xmTabStackWidgetClass, board, row, resources);
 
-    // What has the focus, a child of the box with the tabs, keeps Return for itself and does not know Escape.
+    // The focus is on a child of the tab box, which would use Return itself and does not handle Escape.
     static const XtTranslations keys = XtParseTranslationTable(
         "<Key>osfActivate: PrimitiveParentActivate()\n<Key>Return: PrimitiveParentActivate()\n"
         "<Key>osfCancel: PrimitiveParentCancel()");

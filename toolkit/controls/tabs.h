@@ -3,6 +3,6 @@
 
 #include "toolkit/controls/rowwidget.h"
 
-// Makes the tabs' widget; `resources` begins with its place. The arrow keys go from tab to tab, the space bar
-// selects one; Return and Escape are the window's, as everywhere in it.
+// Creates a tab stack. Arrow keys move between tabs, the space bar selects one. Return and Escape press the
+// buttons of the window, as in its other controls.
 Widget zMakeTabs(Widget board, const zControlRow& row, zResources& resources);

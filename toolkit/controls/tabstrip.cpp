@@ -1,5 +1,6 @@
 #include "toolkit/controls/tabstrip.h"
 
+#include "platform/index.h"
 #include "toolkit/controls/tabs.h"
 
 #include <Xm/DrawingA.h>
@@ -13,7 +14,7 @@ zTabStrip::zTabStrip(Widget board, const zRect& place, const zControlRow& row)
     attach(zMakeTabs(board, row, resources));
     for (const char* item : row.items) {
         const zXmText text(item);
-        // What is shown is the label alone; the page below it is a line.
+        // Only the tab is visible: its page is one pixel high.
         tabs_.push_back(XtVaCreateManagedWidget("tab", xmDrawingAreaWidgetClass, widget(), XmNtabLabelString,
                                                 text.get(), XmNheight, 1, XmNwidth, 1, nullptr));
     }
@@ -31,10 +32,10 @@ zTabStrip::zTabStrip(Widget board, const zRect& place, const zControlRow& row)
 void zTabStrip::select(int position) {
     if (position < 0 || position >= count()) return;
     selected_ = position;
-    XmTabStackSelectTab(tabs_[static_cast<std::size_t>(position)], True);
+    XmTabStackSelectTab(tabs_[asIndex(position)], True);
 }
 
 void zTabStrip::realized() {
-    // The strip asked for a size of its own when its tabs came.
+    // The tab stack computed a size of its own when the tabs were added.
     zSetGeometry(widget(), place_);
 }

@@ -1,4 +1,4 @@
-// A row of tabs without pages of their own.
+// A row of tabs without pages.
 #pragma once
 
 #include "toolkit/controls/control.h"
@@ -11,7 +11,7 @@ class zTabStrip : public zControl {
 
     // Positions count from 0.
     int selected() const { return selected_; }
-    void select(int position);  // calls no handler
+    void select(int position);  // does not call onSelect
     int count() const { return static_cast<int>(tabs_.size()); }
 
     std::function<void(int position)> onSelect;  // the user has selected another tab

@@ -16,7 +16,7 @@ struct Delays {
     int post, duration;
 };
 
-// Long enough not to get in the way, short enough to be found; long enough to read a line twice.
+// A delay long enough not to disturb; a duration long enough to read a line twice.
 constexpr int defaultDelay = 600, defaultDuration = 8000;
 
 Delays delaysOf(Widget widget) {
@@ -33,7 +33,7 @@ Delays delaysOf(Widget widget) {
     return delays;
 }
 
-constexpr int belowPointer = 20;  // clear of the pointer's own shape
+constexpr int belowPointer = 20;  // clears the pointer's shape
 
 }  // namespace
 
@@ -71,7 +71,7 @@ zTooltips::~zTooltips() {
 
 void zTooltips::add(Widget control, std::string text) {
     XtAddEventHandler(control, ButtonPressMask, False, Handlers::press, this);
-    under_ = nullptr;  // the rows move
+    under_ = nullptr;  // the vector may move its elements
     tips_.push_back({control, std::move(text)});
 }
 

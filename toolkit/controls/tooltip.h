@@ -1,8 +1,7 @@
-// Help texts that appear when the pointer rests on a control, greyed ones included.
+// Tooltips: texts that appear when the pointer rests on a control, even a greyed one.
 //
-// The widget library's own tooltips take the keyboard away from their window for as long as they are shown;
-// these do not. Delay and duration are the application resources toolTipPostDelay and toolTipPostDuration, in
-// milliseconds.
+// Motif's own tooltips take the keyboard focus while they are shown; these do not. Delay and duration are the
+// application resources toolTipPostDelay and toolTipPostDuration, in milliseconds.
 #pragma once
 
 #include "toolkit/display/widget.h"
@@ -12,14 +11,14 @@
 
 class zTooltips {
   public:
-    // For the controls that stand on this board. Goes before the board does.
+    // For the controls on this board, whose widget must outlive the object.
     explicit zTooltips(Widget board);
     ~zTooltips();
     zTooltips(const zTooltips&) = delete;
     zTooltips& operator=(const zTooltips&) = delete;
 
     void add(Widget control, std::string text);
-    void realized();  // to be called once, when the controls have their windows
+    void realized();  // call it once, when the controls are realized
     void hide();
 
   private:
@@ -36,8 +35,8 @@ class zTooltips {
 
     Widget board_;
     std::vector<Tip> tips_;
-    const Tip* under_ = nullptr;  // the pointer is on this control, or was when a button was pressed there
-    Widget shell_ = nullptr;      // while a text is shown
+    const Tip* under_ = nullptr;  // of the control under the pointer
+    Widget shell_ = nullptr;      // null: no text is shown
     unsigned long timer_ = 0;
     void (zTooltips::*timed_)() = nullptr;
     int delay_ = 0, duration_ = 0;

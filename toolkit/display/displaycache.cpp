@@ -7,17 +7,17 @@
 
 namespace {
 
-// A process has one display; a test may have one after the other.
-std::vector<std::pair<Display*, zDisplayCache*>> stores;
+// A process has one display, tests may have several in succession.
+std::vector<std::pair<Display*, zDisplayCache*>> caches;
 
 }  // namespace
 
 zDisplayCache::zDisplayCache(Display* display) : display_(display) {
-    stores.emplace_back(display, this);
+    caches.emplace_back(display, this);
 }
 
 zDisplayCache::~zDisplayCache() {
-    std::erase(stores, std::pair(display_, this));
+    std::erase(caches, std::pair(display_, this));
     for (const auto& [name, font] : fonts_)
         if (font) XftFontClose(display_, font);
     for (const auto& [key, pixmap] : pixmaps_)
@@ -26,7 +26,7 @@ zDisplayCache::~zDisplayCache() {
 }
 
 zDisplayCache& zDisplayCache::of(Display* display) {
-    for (const auto& [of, store] : stores)
+    for (const auto& [of, store] : caches)
         if (of == display) return *store;
     throw std::logic_error("this display is not open");
 }

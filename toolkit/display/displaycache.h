@@ -22,7 +22,7 @@ class zDisplayCache {
     Cursor cursor(int shape);                            // of the cursor font
     XftFont* font(int screen, const std::string& name);  // null: there is none
 
-    // The render table "plain", "bold" or "small". The X resources describe them (Tarvolin*bold*fontName etc.).
+    // The render table "plain", "bold" or "small", from X resources such as Tarvolin*bold*fontName.
     XmRenderTable renderTable(Widget widget, const std::string& name);
 
     // By number in the picture table and background colour. None until the caller stores the pixmap here.

@@ -21,7 +21,7 @@ std::vector<std::string> zFontFamilies() {
     return {families.begin(), families.end()};
 }
 
-// Characters with a meaning in patterns have a backslash before them.
+// Characters with a meaning in Fontconfig patterns are escaped with a backslash.
 std::string zFont::pattern() const {
     std::string text;
     for (const char c : family) {

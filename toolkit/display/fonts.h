@@ -4,12 +4,12 @@
 #include <string>
 #include <vector>
 
-// The families that can be scaled, sorted, each once.
+// The names of all scalable font families, sorted, without duplicates.
 std::vector<std::string> zFontFamilies();
 
 struct zFont {
     std::string family;
     double size = 0;  // points
 
-    std::string pattern() const;  // as zTable::setFont takes it
+    std::string pattern() const;  // for zTable::setFont
 };

@@ -16,12 +16,12 @@ namespace {
 
 std::span<const zPictureRow> pictures;
 
-// The library takes char**, but reads only.
+// libXpm takes char**, but does not write.
 char** xpmData(const zPictureRow& row) {
     return const_cast<char**>(row.xpm);
 }
 
-// Where a pixel is made of three bit fields it can be computed: asking the server costs a round trip a colour.
+// Computes a pixel value of a true colour visual. libXpm would need a round trip per colour.
 unsigned long scaled(unsigned long value, unsigned long mask) {
     const int shift = std::countr_zero(mask);
     const int bits = std::popcount(mask);
@@ -37,7 +37,7 @@ int trueColour(Display* display, Colormap, char* name, XColor* colour, void*) {
     return 1;
 }
 
-// Computed pixels have nothing to give back.
+// Computed pixels are not allocated: nothing to free.
 int keepColours(Display*, Colormap, Pixel*, int, void*) {
     return 1;
 }
@@ -51,7 +51,7 @@ Pixmap make(Widget widget, const zPictureRow& row, Pixel background) {
     attributes.valuemask = XpmColorSymbols | XpmCloseness;
     attributes.colorsymbols = &colour;
     attributes.numsymbols = 1;
-    attributes.closeness = 40000;  // on a full colour map any near colour is better than none
+    attributes.closeness = 40000;  // in a full colour map any close colour is better than none
     if (DefaultVisualOfScreen(XtScreen(widget))->c_class == TrueColor) {
         attributes.valuemask |= XpmAllocColor | XpmFreeColors;
         attributes.alloc_color = trueColour;

@@ -1,4 +1,4 @@
-// The picture table: XPM pictures by resource number, given by the program once.
+// The picture table: XPM pictures by number. The program sets it once.
 #pragma once
 
 #include "toolkit/display/widget.h"
@@ -11,7 +11,7 @@ struct zPictureRow {
     const char* const* xpm;
 };
 
-// Pictures that the toolkit itself looks for. The library's own symbols are drawn where they are missing.
+// Pictures of the message boxes. Where one is missing, Motif's own symbol is shown.
 constexpr int zWarningPicture = 1;
 constexpr int zInformationPicture = 2;
 constexpr int zQuestionPicture = 3;
@@ -19,13 +19,13 @@ constexpr int zQuestionPicture = 3;
 // The rows must outlive every window.
 void zSetPictures(std::span<const zPictureRow> rows);
 
-// Rows of the table, or null.
+// A row of the table, or null.
 const zPictureRow* zFindPicture(int id);
 
-// A picture on the display; 0: there is no such picture. Colours with the symbol "background" take `background`. It is
-// made once and belongs to the toolkit.
+// The Pixmap of a picture, or 0 if there is no such picture. XPM colours with the symbol "background" become
+// `background`. The pixmap is created once per display and owned by the toolkit.
 unsigned long zPixmapOf(Widget widget, int id, unsigned long background);
 
-// The picture as _NET_WM_ICON has it: width, height, then rows of ARGB values. Empty when there is no such
-// picture.
+// The picture in the format of _NET_WM_ICON: width, height, then rows of ARGB values. Empty if there is no
+// such picture.
 std::vector<unsigned long> zIconData(int id);

@@ -1,5 +1,5 @@
-// The widget handle, for headers that must not pull in the window system's.
+// The type Widget, for headers that must not include those of X.
 #pragma once
 
 struct _WidgetRec;
-typedef struct _WidgetRec* Widget;  // as the Intrinsics declare it
+typedef struct _WidgetRec* Widget;  // as Xt declares it

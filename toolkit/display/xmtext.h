@@ -1,4 +1,4 @@
-// A compound string, freed with the object. Inside the toolkit only.
+// A Motif compound string, freed with the object. Inside the toolkit only.
 #pragma once
 
 #include <Xm/Xm.h>

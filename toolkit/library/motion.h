@@ -3,6 +3,6 @@
 
 #include <X11/Intrinsic.h>
 
-// Lets the motion events of a realized control and its children reach the board below. Motif's controls do not
-// propagate them.
+// Lets the motion events of a realized control and its children reach the board below. Motif's controls do
+// not propagate them.
 void zPropagateMotion(Widget control);

@@ -11,8 +11,8 @@ unsigned short field(Pixel pixel, unsigned long mask) {
 
 }  // namespace
 
-// Replaces the function of libX11, for Motif, too, which calls it for each text that it draws. On a true colour
-// display a pixel value consists of the colour's components: no round trip is needed.
+// Replaces the function of libX11, for Motif, too, which calls it for each text that it draws. On a true
+// colour display a pixel value consists of the colour's components: no round trip is needed.
 extern "C" int XQueryColor(Display* display, Colormap colours, XColor* colour) {
     const Screen* screen = DefaultScreenOfDisplay(display);
     const Visual* visual = DefaultVisualOfScreen(screen);

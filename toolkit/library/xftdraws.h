@@ -1,7 +1,7 @@
 // The XftDraw objects that Motif creates, one per window, and never frees. Inside the toolkit only.
 //
-// This and the other files of the folder make up for what the libraries do; doc/libraries.md lists them with the
-// symptom, and with what would make them unnecessary.
+// This and the other files of the folder make up for what the libraries do; doc/libraries.md lists them with
+// the symptom, and with what would make them unnecessary.
 #pragma once
 
 #include <X11/Intrinsic.h>

@@ -1,5 +1,6 @@
 #include "toolkit/table/table.h"
 
+#include "platform/index.h"
 #include "toolkit/controls/rowwidget.h"
 
 #include <X11/Xatom.h>
@@ -13,14 +14,14 @@
 
 namespace {
 
-constexpr int barThickness = 15;  // as those of lists
+constexpr int barThickness = 15;  // as in Motif's lists
 constexpr int barGap = 2;
 constexpr int shadow = 2;
-constexpr int rowMargin = 4;    // above and below a text, together
-constexpr int labelMargin = 6;  // the same of a label, with its edges
+constexpr int rowMargin = 4;    // above and below a text, in total
+constexpr int labelMargin = 6;  // the same for a label, including its edges
 constexpr int wheelRows = 3, wheelPixels = 40;
-constexpr int widthMargin = 8;              // left and right of a text, together
-constexpr char usualText[] = "0000000000";  // columns that nobody gives a width have room for it
+constexpr int widthMargin = 8;              // left and right of a text, in total
+constexpr char usualText[] = "0000000000";  // determines the default column width
 
 Widget makeBar(Widget parent, const char* name, unsigned char orientation) {
     return XtVaCreateWidget(name, xmScrollBarWidgetClass, parent, XmNorientation, orientation, XmNtraversalOn,
@@ -31,7 +32,7 @@ Widget makeBar(Widget parent, const char* name, unsigned char orientation) {
 struct Move {
     KeySym key;
     bool control;
-    int rows, columns;  // steps; `far` is to the end, `page` as many rows as are seen
+    int rows, columns;  // steps; `far`: to the end, `page`: as many rows as are visible
 };
 constexpr int far = 1 << 20, page = 1 << 19;
 constexpr Move moves[] = {
@@ -45,7 +46,7 @@ constexpr Move moves[] = {
 
 }  // namespace
 
-// What the window system calls. The canvas's user data is the table.
+// Event handlers and callbacks. The user data of the canvas is the table.
 struct zTable::Handlers {
     static void event(Widget, XtPointer self, XEvent* event, Boolean*) {
         auto& table = *static_cast<zTable*>(self);
@@ -104,12 +105,11 @@ struct zTable::Handlers {
         }
     }
 
-    static void bar(zControl& self, void* data) {
+    static void bar(zControl& self, void*) {
         auto& table = static_cast<zTable&>(self);
         int row = 0, left = 0;
         XtVaGetValues(table.vertical_, XmNvalue, &row, nullptr);
         XtVaGetValues(table.horizontal_, XmNvalue, &left, nullptr);
-        static_cast<void>(data);
         table.scrollTo(row, left);
     }
 
@@ -207,7 +207,7 @@ void zTable::resize(int columns, int rows) {
     model_.resize(columns, rows);
     grid_.rows = model_.rows();
     const auto before = grid_.widths.size();
-    grid_.widths.resize(static_cast<std::size_t>(model_.columns()) + 1);
+    grid_.widths.resize(asIndex(model_.columns()) + 1);
     for (auto i = before; i < grid_.widths.size(); ++i) grid_.widths[i] = textWidth(usualText) + widthMargin;
     if (grid_.rows == 0 && active_.row > 0) awaited_ = active_;
     if (grid_.rows > 0 && awaited_.row > 0) active_ = std::exchange(awaited_, {});
@@ -222,23 +222,23 @@ bool zTable::setText(zTableLoc location, std::string_view text) {
 }
 
 void zTable::rowsChanged() {
-    stale_.assign(static_cast<std::size_t>(model_.rows()) + 1, true);
+    stale_.assign(asIndex(model_.rows()) + 1, true);
     if (realized_) writeRows(grid_.firstRow(), grid_.lastRow());
 }
 
 void zTable::writeRows(int first, int last) {
     if (!write_) return;
-    for (auto row = static_cast<std::size_t>(std::max(first, 1)); static_cast<int>(row) <= last; ++row) {
-        if (row >= stale_.size() || !stale_[row]) continue;
-        stale_[row] = false;
-        write_(static_cast<int>(row));
+    last = std::min(last, static_cast<int>(stale_.size()) - 1);
+    for (int row = std::max(first, 1); row <= last; ++row) {
+        if (!stale_[asIndex(row)]) continue;
+        stale_[asIndex(row)] = false;
+        write_(row);
     }
 }
 
 void zTable::setColumnWidth(int column, int width) {
-    if (column < 0 || column > grid_.columns() || grid_.widths[static_cast<std::size_t>(column)] == width)
-        return;
-    grid_.widths[static_cast<std::size_t>(column)] = width;
+    if (column < 0 || column > grid_.columns() || grid_.widths[asIndex(column)] == width) return;
+    grid_.widths[asIndex(column)] = width;
     arrange();
 }
 
@@ -275,7 +275,7 @@ void zTable::setActiveCell(zTableLoc location) {
     }
 }
 
-// By the user: to the nearest cell there is.
+// Moves the active cell for the user, to the nearest existing cell.
 void zTable::moveTo(zTableLoc location) {
     if (grid_.rows == 0 || grid_.columns() == 0) return;
     location = {std::clamp(location.column, 1, grid_.columns()), std::clamp(location.row, 1, grid_.rows)};
@@ -297,10 +297,10 @@ void zTable::scrollTo(int firstRow, int left) {
     changedAll();
 }
 
-// Bars are there when not everything fits; they take room themselves.
+// Shows the scroll bars that are needed; they take space themselves.
 void zTable::arrange() {
     if (!realized_) return;
-    // Rows that come and go do not bring a user back who has scrolled elsewhere.
+    // If the user has scrolled the active cell out of sight, it stays so when rows come and go.
     const zRect cell = grid_.cell(active_), seen = grid_.visible(active_);
     const bool follow =
         active_.row > 0 && (grid_.width() == 0 || (seen.width == cell.width && seen.height == cell.height));
@@ -313,7 +313,7 @@ void zTable::arrange() {
     const int width = place_.width - (down ? room : 0), height = place_.height - (across ? room : 0);
 
     if (grid_.width() != width - 2 * shadow || grid_.height() != height - 2 * shadow) {
-        zSetGeometry(frame_, {0, 0, width, height});  // the canvas fills it
+        zSetGeometry(frame_, {0, 0, width, height});  // resizes the canvas, too
         paint_->resize(width - 2 * shadow, height - 2 * shadow);
     }
     grid_.setView(width - 2 * shadow, height - 2 * shadow);

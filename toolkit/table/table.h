@@ -1,10 +1,11 @@
-// Tables: text cells to be read, with labels, scroll bars, and one active cell whose row is marked.
+// Tables: read-only text cells with labels, scroll bars, and one active cell whose row is highlighted.
 //
-// Writing a text that stands there already costs nothing. What changed is painted when the current handler has
-// ended, each visible cell once, and nothing else. The active cell follows mouse and keyboard; Ctrl+C puts labels and
-// rows on the clipboard as text separated by tabs.
+// Setting the text that a cell has already costs nothing. Visible cells that changed are painted once, when
+// the event loop runs again. The active cell follows mouse and keyboard; Ctrl+C copies labels and rows to the
+// clipboard as tab-separated text.
 #pragma once
 
+#include "platform/index.h"
 #include "toolkit/controls/control.h"
 #include "toolkit/table/tablegrid.h"
 #include "toolkit/table/tablemodel.h"
@@ -24,36 +25,37 @@ class zTable : public zControl {
     void enable(bool on) override;
     void realized() override;
 
-    // See zTableModel. New columns have room for a number of ten digits.
+    // See zTableModel. New columns are wide enough for ten digits.
     const zTableModel& model() const { return model_; }
     void resize(int columns, int rows);
     bool setText(zTableLoc location, std::string_view text);
 
-    // Rows that are written when somebody looks: rowsChanged() says that the texts of all rows may have become others,
-    // and `write` is called once with each row that is in sight, comes into sight or is asked for after that. It writes
-    // the row with setText, does nothing else to the table, and is called until there is another or none.
+    // Rows that are written on demand: after rowsChanged(), which says that the texts of all rows may have
+    // changed, `write` is called once for each row when it is visible, becomes visible, or is read by text()
+    // or Ctrl+C. It writes the row with setText() and does nothing else to the table. It stays in use until
+    // it is replaced, also by an empty function.
     void writeOnDemand(std::function<void(int row)> write) { write_ = std::move(write); }
     void rowsChanged();
-    std::string text(zTableLoc location);  // as it is shown
+    std::string text(zTableLoc location);  // as shown
 
-    // Pixels. Column 0 is that of the row labels; it is not there at width 0.
+    // In pixels. Column 0 has the row labels; it is hidden at width 0.
     void setColumnWidth(int column, int width);
-    void fitColumn(int column, std::initializer_list<std::string_view> texts);  // to the widest of them
-    int columnWidth(int column) const { return grid_.widths[static_cast<std::size_t>(column)]; }
-    void numberRows(bool on);  // the row labels are the numbers of the rows
+    void fitColumn(int column, std::initializer_list<std::string_view> texts);  // to the widest text
+    int columnWidth(int column) const { return grid_.widths[asIndex(column)]; }
+    void numberRows(bool on);  // the row labels show the row numbers
 
-    void setFont(const std::string& pattern);  // see zTablePaint; widths stay as they are
+    void setFont(const std::string& pattern);  // see zTablePaint; does not change column widths
     zFont font() const { return paint_->font(); }
     int textWidth(std::string_view text) const { return paint_->textWidth(text); }
     int textHeight() const { return paint_->textHeight(); }
 
-    // {0, 0}: none. Scrolls to it and calls no handler.
+    // {0, 0}: none. Scrolls to the cell; does not call onActiveChange.
     void setActiveCell(zTableLoc location);
     zTableLoc activeCell() const { return active_; }
 
-    std::function<void()> onActiveChange;  // by the user
+    std::function<void()> onActiveChange;  // the user has moved the active cell
 
-    // What Ctrl+C copies: the column labels, if there are any, and the rows.
+    // The text that Ctrl+C copies: the column labels, if there are any, and the rows.
     std::string tabSeparated();
 
   private:
@@ -79,14 +81,14 @@ class zTable : public zControl {
     zTableModel model_;
     zTableGrid grid_;
     zTableLoc active_;
-    zTableLoc awaited_;  // the active cell of a table that has lost all its rows
+    zTableLoc awaited_;  // the active cell before the table lost all its rows
     bool numbered_ = false;
     bool focused_ = false;
     bool realized_ = false;
     bool allDirty_ = false;
     std::vector<zTableLoc> dirty_;
     std::function<void(int)> write_;
-    std::vector<bool> stale_;  // rows that `write_` has not seen since rowsChanged()
+    std::vector<bool> stale_;  // rows not written since rowsChanged()
     unsigned long timer_ = 0;
     std::string clipboard_;
     bool ownsClipboard_ = false;

@@ -1,5 +1,7 @@
 #include "toolkit/table/tablegrid.h"
 
+#include "platform/index.h"
+
 #include <algorithm>
 #include <numeric>
 
@@ -39,7 +41,7 @@ int zTableGrid::columnLeft(int column) const {
 zRect zTableGrid::cell(zTableLoc l) const {
     if (l.column < 0 || l.column > columns() || l.row < 0 || l.row > rows) return {};
     return {columnLeft(l.column), l.row == 0 ? 0 : labelHeight + (l.row - firstRow_) * rowHeight,
-            widths[static_cast<std::size_t>(l.column)], l.row == 0 ? labelHeight : rowHeight};
+            widths[asIndex(l.column)], l.row == 0 ? labelHeight : rowHeight};
 }
 
 zRect zTableGrid::visible(zTableLoc l) const {
@@ -69,7 +71,7 @@ bool zTableGrid::reveal(zTableLoc l) {
     if (l.row > 0) row = std::clamp(row, l.row - wholeRows() + 1, l.row);
     if (l.column > 0 && l.column <= columns()) {
         const int begin = columnLeft(l.column) + left_ - widths[0];
-        const int end = begin + widths[static_cast<std::size_t>(l.column)];
+        const int end = begin + widths[asIndex(l.column)];
         left = std::min(std::max(left, end - columnsView()), begin);
     }
     scrollTo(row, left);

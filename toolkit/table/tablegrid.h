@@ -1,5 +1,4 @@
-// Where the cells of a table stand: sizes, scrolling, and what is visible. In pixels of the table's canvas, without a
-// window.
+// The geometry of a table: sizes, scrolling, visible cells. In pixels of the table's canvas; needs no window.
 #pragma once
 
 #include "toolkit/controls/layout.h"
@@ -9,7 +8,7 @@
 
 class zTableGrid {
   public:
-    // widths[0] is that of the row labels, 0 for none.
+    // widths[0] is the width of the row labels; 0: none.
     std::vector<int> widths{0};
     int rows = 0;
     int rowHeight = 1, labelHeight = 1;
@@ -18,23 +17,24 @@ class zTableGrid {
     int height() const { return viewHeight_; }
     int columns() const { return static_cast<int>(widths.size()) - 1; }
 
-    // The canvas. Scrolling stays within what there is; a table without rows keeps the place for those that come back.
+    // The size of the canvas. Scrolling is limited to the existing rows and columns, except that a table that
+    // has lost all its rows keeps its position for the next ones.
     void setView(int width, int height);
     void scrollTo(int firstRow, int left);
-    int firstRow() const { return firstRow_; }  // the row below the labels, from 1
-    int left() const { return left_; }          // pixels of the columns that are scrolled out
-    int wholeRows() const;                      // rows that fit, at least 1
+    int firstRow() const { return firstRow_; }  // the first visible row, from 1
+    int left() const { return left_; }          // pixels scrolled horizontally
+    int wholeRows() const;                      // completely visible rows, at least 1
     int columnsWidth() const;                   // of all columns, without the row labels
-    int columnsView() const;                    // what of that can be seen at a time
-    int lastRow() const;                        // the last one of which something is seen
+    int columnsView() const;                    // visible part of columnsWidth()
+    int lastRow() const;                        // the last row that is at least partly visible
 
-    // A cell's rectangle, and the part of it that can be seen; no width or height: nothing.
+    // The rectangle of a cell, and the visible part of it; without width or height if there is none.
     zRect cell(zTableLoc location) const;
     zRect visible(zTableLoc location) const;
 
     zTableLoc at(int x, int y) const;  // {0, 0}: no cell
 
-    // Scrolls as little as needed. False when nothing moved.
+    // Scrolls as little as needed to show the cell. False if nothing moved.
     bool reveal(zTableLoc location);
 
   private:

@@ -1,5 +1,7 @@
 #include "toolkit/table/tablemodel.h"
 
+#include "platform/index.h"
+
 #include <algorithm>
 
 namespace {
@@ -8,7 +10,8 @@ struct Span {
     std::size_t begin, end;
 };
 
-// Where a cell stands in the text of its row. Cells that were never written are not there: both ends are the row's.
+// The position of a cell in the string of its row. A cell that was never set is an empty span at the end of
+// the row.
 Span find(const std::string& row, int column) {
     std::size_t begin = 0;
     for (; column > 0 && begin != row.npos; --column) {
@@ -26,7 +29,7 @@ void zTableModel::resize(int columns, int rows) {
     if (columns < columns_)
         for (std::string& row : rows_) row.resize(find(row, columns).end);
     columns_ = columns;
-    rows_.resize(static_cast<std::size_t>(std::clamp(rows, 0, mostRows)) + 1);
+    rows_.resize(asIndex(std::clamp(rows, 0, mostRows)) + 1);
 }
 
 bool zTableModel::has(zTableLoc l) const {
@@ -37,9 +40,9 @@ bool zTableModel::set(zTableLoc location, std::string_view text) {
     if (!has(location)) return false;
     text = text.substr(0, text.find('\0'));
     if (this->text(location) == text) return false;
-    std::string& row = rows_[static_cast<std::size_t>(location.row)];
+    std::string& row = rows_[asIndex(location.row)];
     const auto cells = std::count(row.begin(), row.end(), '\0');
-    if (cells < location.column) row.append(static_cast<std::size_t>(location.column - cells), '\0');
+    if (cells < location.column) row.append(asIndex(location.column - cells), '\0');
     const Span place = find(row, location.column);
     row.replace(place.begin, place.end - place.begin, text);
     return true;
@@ -47,7 +50,7 @@ bool zTableModel::set(zTableLoc location, std::string_view text) {
 
 std::string_view zTableModel::text(zTableLoc location) const {
     if (!has(location)) return {};
-    const std::string& row = rows_[static_cast<std::size_t>(location.row)];
+    const std::string& row = rows_[asIndex(location.row)];
     const Span place = find(row, location.column);
     return std::string_view(row).substr(place.begin, place.end - place.begin);
 }

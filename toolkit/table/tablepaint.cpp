@@ -95,10 +95,10 @@ void zTablePaint::setFont(const std::string& pattern) {
     Tools& t = *tools_;
     if (t.font && pattern == t.pattern) return;
     t.pattern = pattern;
-    zDisplayCache& kept = zDisplayCache::of(t.display);
-    t.font = pattern.empty() ? nullptr : kept.font(t.screen, pattern);
-    if (!t.font) t.font = kept.font(t.screen, t.resources.font);
-    if (!t.font) t.font = kept.font(t.screen, "sans");  // always matches something
+    zDisplayCache& cache = zDisplayCache::of(t.display);
+    t.font = pattern.empty() ? nullptr : cache.font(t.screen, pattern);
+    if (!t.font) t.font = cache.font(t.screen, t.resources.font);
+    if (!t.font) t.font = cache.font(t.screen, "sans");  // always matches a font
 }
 
 zFont zTablePaint::font() const {
@@ -124,7 +124,7 @@ void zTablePaint::resize(int width, int height) {
     t.forget();
     const Window window = XtWindow(t.canvas);
     if (!t.gc) {
-        // Copies from the pixmap always succeed: no event shall say so.
+        // No NoExpose event for each copy from the pixmap.
         XGCValues values{};
         values.graphics_exposures = False;
         t.gc = XCreateGC(t.display, window, GCGraphicsExposures, &values);
@@ -154,7 +154,7 @@ void zTablePaint::cell(const zRect& whole, const zRect& visible, std::string_vie
     t.fill(look.label ? t.labels : look.selected ? t.resources.select : t.cells, visible);
     text(whole, visible, value, look);
 
-    // Edges, as far as they can be seen.
+    // The visible edges.
     const int right = whole.x + whole.width - 1, bottom = whole.y + whole.height - 1;
     const bool rightSeen = right < visible.x + visible.width,
                bottomSeen = bottom < visible.y + visible.height;
@@ -166,7 +166,7 @@ void zTablePaint::cell(const zRect& whole, const zRect& visible, std::string_vie
     if (rightSeen) t.fill(dark, {right, visible.y, 1, visible.height});
     if (bottomSeen) t.fill(dark, {visible.x, bottom, visible.width, 1});
     if (look.active) {
-        // The frame of the keyboard's cell.
+        // The frame of the cell with the keyboard focus.
         t.fill(t.ink.pixel, {visible.x, visible.y, visible.width, 1});
         if (bottomSeen) t.fill(t.ink.pixel, {visible.x, bottom - 1, visible.width, 1});
         if (whole.x == visible.x) t.fill(t.ink.pixel, {visible.x, visible.y, 1, visible.height});

@@ -1,5 +1,5 @@
-// Paints the cells of a table: into a pixmap of the canvas's size, from which the window is copied. Inside the
-// toolkit only.
+// Paints the cells of a table into a pixmap of the canvas's size, which is then copied to the window. Inside
+// the toolkit only.
 #pragma once
 
 #include "toolkit/controls/layout.h"
@@ -12,29 +12,30 @@
 
 class zTablePaint {
   public:
-    // Colours and the default font come from the resources selectColor, gridColor and tableFont of the canvas, which
-    // must outlive this object.
+    // Colours and the default font come from the resources selectColor, gridColor and tableFont of the
+    // canvas, which must outlive this object.
     explicit zTablePaint(Widget canvas);
     ~zTablePaint();
     zTablePaint(const zTablePaint&) = delete;
     zTablePaint& operator=(const zTablePaint&) = delete;
 
-    // In the notation of font patterns, "Liberation Sans:size=12"; empty, or one that cannot be opened: the default.
+    // A Fontconfig pattern, as "Liberation Sans:size=12". The default if it is empty or cannot be opened.
     void setFont(const std::string& pattern);
-    zFont font() const;  // the one that was opened, which can be another than was asked for
+    zFont font() const;  // the font that was opened, which can differ from the pattern
     int textWidth(std::string_view text) const;
     int textHeight() const;
 
-    // A pixmap of this size, all background. The canvas has its window now.
+    // Creates a pixmap of this size, filled with the background. The canvas must be realized.
     void resize(int width, int height);
 
     struct Look {
         bool label, selected, active, greyed;
     };
-    // Paints the visible part of a cell. Labels are centred, other texts end at the right, so that numbers line up. One that is too wide ends in dots.
+    // Paints the visible part of a cell into the pixmap. Labels are centred, other texts are right-aligned; a
+    // text that is too wide is shortened and ends in "...".
     void cell(const zRect& whole, const zRect& visible, std::string_view text, const Look& look);
     void clear(const zRect& area);
-    void show(const zRect& area);  // on the window
+    void show(const zRect& area);  // copies it to the window
 
   private:
     struct Tools;

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP};
 
-// What signal and error handlers can reach.
+// For the signal and error handlers.
 zApplication* running = nullptr;
 std::string runningName;
 int signalPipe[2] = {-1, -1};
@@ -30,7 +30,7 @@ extern "C" void noteSignal(int number) {
     errno = error;
 }
 
-// The library ends the process when this returns; every X call is forbidden by now.
+// Xlib ends the process when this returns. No X call is allowed here.
 int connectionLost(Display*) {
     fmt::print(stderr, "{}: the connection to the X server is lost\n", runningName);
     if (running && running->onAbort) running->onAbort();
@@ -38,7 +38,7 @@ int connectionLost(Display*) {
     ::_exit(1);
 }
 
-// A request that the server refuses is noted; it does not end a tool that may be in the middle of a save.
+// X errors are logged and not fatal: the program may be in the middle of a save.
 int requestRefused(Display* display, XErrorEvent* event) {
     std::array<char, 128> text{};
     XGetErrorText(display, event->error_code, text.data(), text.size());
@@ -52,9 +52,10 @@ int requestRefused(Display* display, XErrorEvent* event) {
 struct zApplication::Connection {
     XtAppContext context = nullptr;
     Display* display = nullptr;
-    std::unique_ptr<zDisplayCache> kept;
-    Widget root = nullptr;  // parent of every window; never shown, so that the library's display object,
-                            // which goes with the last shell, lives as long as the connection
+    std::unique_ptr<zDisplayCache> cache;
+    // Parent of every shell, never mapped: Motif's display object, destroyed with the last shell, then lives
+    // as long as the connection.
+    Widget root = nullptr;
 };
 
 zApplication::zApplication(std::string programName, std::string className, std::vector<std::string> arguments,
@@ -79,13 +80,13 @@ zApplication::zApplication(std::string programName, std::string className, std::
     struct sigaction action {};
     action.sa_handler = noteSignal;
     for (const int number : endingSignals) ::sigaction(number, &action, nullptr);
-    std::signal(SIGPIPE, SIG_IGN);  // a log or driver that goes away is an error of a call, not the end
+    std::signal(SIGPIPE, SIG_IGN);  // a lost log or driver is reported by the call that writes to it
 }
 
 zApplication::~zApplication() {
     for (const int number : endingSignals) std::signal(number, SIG_DFL);
     if (connection_->root) XtDestroyWidget(connection_->root);
-    connection_->kept.reset();
+    connection_->cache.reset();
     XtDestroyApplicationContext(connection_->context);  // closes the display, too
     for (int& end : signalPipe) {
         ::close(end);
@@ -102,7 +103,7 @@ bool zApplication::openDisplay() {
     connection_->display = XtOpenDisplay(connection_->context, nullptr, programName_.c_str(),
                                          className_.c_str(), nullptr, 0, &count, words.data());
     if (connection_->display) {
-        connection_->kept = std::make_unique<zDisplayCache>(connection_->display);
+        connection_->cache = std::make_unique<zDisplayCache>(connection_->display);
         connection_->root =
             XtVaAppCreateShell(programName_.c_str(), className_.c_str(), applicationShellWidgetClass,
                                connection_->display, XmNmappedWhenManaged, False, nullptr);
@@ -120,7 +121,8 @@ int zApplication::run() {
 
 void zApplication::runUntil(const bool& done) {
     while (!done && !ending_) {
-        // The library takes timers first, and where ticks take as long as their periods one of them is always due.
+        // Xt serves timers first: where ticks take as long as their periods, one is always due and no event
+        // would be handled.
         const XtInputMask others = ticked_ ? XtAppPending(connection_->context) & ~XtIMTimer : 0;
         ticked_ = others != 0;
         XtAppProcessEvent(connection_->context, others ? others : XtIMAll);
@@ -139,7 +141,7 @@ void zApplication::quit() {
 void zApplication::stoppedBySignal(int number) {
     if (ending_) return;
     fmt::print(stderr, "{}: stopped by signal {} ({})\n", programName_, number, ::strsignal(number));
-    status_ = 128 + number;  // as a shell reports it
+    status_ = 128 + number;  // as the shell reports it
     if (onAbort) onAbort();
     quit();
 }

@@ -1,4 +1,4 @@
-// The GUI application: display connection, event loop, and the ways in which a run ends.
+// The GUI application: connection to the display, event loop, and how a run ends.
 #pragma once
 
 #include "toolkit/display/widget.h"
@@ -10,8 +10,8 @@
 
 class zApplication {
   public:
-    // `arguments` are those after the program name; what the window system understands of them (-display,
-    // -xrm) it takes. `fallbacks` are resource lines, ended by null, for when no app-defaults file is found;
+    // `arguments` are those after the program name; Xt takes its own options (-display, -xrm) from them.
+    // `fallbacks` are resource lines, terminated by null, that are used if no app-defaults file is found;
     // they must outlive the application. The display is not opened yet.
     zApplication(std::string programName, std::string className, std::vector<std::string> arguments,
                  const char* const* fallbacks);
@@ -19,11 +19,12 @@ class zApplication {
     zApplication(const zApplication&) = delete;
     zApplication& operator=(const zApplication&) = delete;
 
-    // Connects to the X server. False, and one line on standard error, when there is none.
+    // Connects to the X server. False after one line on standard error if that fails.
     bool openDisplay();
 
-    // Runs until quit(), SIGINT, SIGTERM or SIGHUP, or until the X server is gone. Returns the exit status: 0
-    // after quit(), otherwise not 0, with one line on standard error.
+    // Runs until quit() or until SIGINT, SIGTERM or SIGHUP. Returns the exit status: 0 after quit(), 128 plus
+    // the signal's number after a signal, with one line on standard error. When the connection to the X
+    // server is lost, the process exits with status 1.
     int run();
 
     // Ends the loop, and every modal loop inside it.
@@ -33,18 +34,18 @@ class zApplication {
     // Runs a nested loop until `done` is set or the application ends.
     void runUntil(const bool& done);
 
-    // Handles what is waiting, without waiting for more.
+    // Handles pending events, timers and input without blocking.
     void handlePending();
 
-    // A timer has ticked: what has come meanwhile goes before the next one.
+    // Called by a timer that has expired: pending events are handled before the next timer.
     void ticked() { ticked_ = true; }
 
-    // What has to be tidied up when the run ends without quit(). Called once, with no X call allowed.
+    // Cleans up when the run ends without quit(). Called once; must not call Xlib.
     std::function<void()> onAbort;
 
     void* display() const;
 
-    // A shell widget for a window of its own, not shown yet. The caller destroys it.
+    // A shell widget for a top-level window, not mapped yet. The caller destroys it.
     Widget createShell(const char* name);
 
   private:

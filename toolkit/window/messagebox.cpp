@@ -21,7 +21,7 @@ bool showBox(zApplication& application, Widget parent, const Kind& kind, const s
              const std::string& title) {
     const zXmText message(text), ok("OK"), cancel(kind.asks ? "Cancel" : "OK"), caption(title);
     const Widget shell = zCreateModalShell("message", parent);
-    // A single button is the box's cancel button, so that Escape presses it as Return does.
+    // A single button is the box's cancel button: then both Return and Escape press it.
     const unsigned char usual = kind.asks ? XmDIALOG_OK_BUTTON : XmDIALOG_CANCEL_BUTTON;
     zResources resources;
     resources.set(XmNdialogType, kind.dialogType).set(XmNmessageString, message);

@@ -7,11 +7,11 @@
 
 enum class zMessageStyle { warning, information };
 
-// Shows a box with an OK button in the middle of the screen and returns when it is dismissed (OK, Return, Escape, closing) or
-// the application ends. `text` may have several lines, separated by '\n'.
+// Shows a box with an OK button in the middle of the screen. Returns when it is dismissed (by OK, Return,
+// Escape or the window manager) or the application ends. `text` may have several lines, separated by '\n'.
 void zMessageBox(zApplication& application, Widget parent, zMessageStyle style, const std::string& text,
                  const std::string& title);
 
-// Asks a question with the buttons OK and Cancel: true for OK (also Return), false for anything else.
+// Asks a question with the buttons OK and Cancel. True for OK or Return, otherwise false.
 bool zQuestionBox(zApplication& application, Widget parent, const std::string& text,
                   const std::string& title);

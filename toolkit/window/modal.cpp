@@ -8,7 +8,7 @@
 
 namespace {
 
-Widget topmost = nullptr;  // of the modal dialogs that are running
+Widget topmost = nullptr;  // the innermost modal dialog that is running
 
 }  // namespace
 
@@ -21,17 +21,17 @@ void zRunModal(zApplication& application, Widget shell, Widget board, const bool
     XtManageChild(board);
     zCentreShell(shell);
     XtMapWidget(shell);
-    XtAddGrab(shell, True, False);  // the library's own grab does not hold back clicks into other windows
+    XtAddGrab(shell, True, False);  // Motif's own grab lets clicks through to other windows
     const Widget below = std::exchange(topmost, shell);
     application.runUntil(done);
     topmost = below;
     XtRemoveGrab(shell);
-    // Inside a handler the destruction waits for the handler's end; the dialog must not be seen so long.
+    // Within a callback, destruction is deferred to the callback's end: hide the dialog now.
     XtUnmanageChild(board);
     XtUnmapWidget(shell);
 }
 
-bool zHeldBack(Widget shell) {
+bool zBlockedByModal(Widget shell) {
     if (!topmost || topmost == shell) return false;
     XRaiseWindow(XtDisplay(topmost), XtWindow(topmost));
     return true;

@@ -3,13 +3,13 @@
 
 #include "toolkit/window/application.h"
 
-// A dialog shell below `parent`, not shown yet.
+// Creates a dialog shell, child of `parent`, not mapped yet.
 Widget zCreateModalShell(const char* name, Widget parent);
 
-// Shows the realized shell with the board in it, in the middle of the screen, until `done` is set or the
-// application ends; takes it off the screen then. Windows that were there before take no input meanwhile.
+// Shows a realized shell and its board in the middle of the screen until `done` is set or the application
+// ends, then unmaps it. Meanwhile the other windows take no input.
 void zRunModal(zApplication& application, Widget shell, Widget board, const bool& done);
 
-// A modal dialog over this window holds back what the window manager asks of it, too. The dialog is raised then: it can
-// be behind the window.
-bool zHeldBack(Widget shell);
+// True while another modal dialog is open, which is then raised: requests of the window manager for `shell`
+// are to be ignored.
+bool zBlockedByModal(Widget shell);

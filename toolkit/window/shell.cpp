@@ -30,7 +30,7 @@ void zOnCloseRequest(Widget shell, void (*asked)(Widget, void*, void*), void* da
 
 void zDestroyShell(Widget shell) {
     zFreeXftDraws(shell);
-    // Inside a handler the destruction waits for the handler's end, and a nested loop may run before.
+    // Within a callback, destruction is deferred to its end, and a nested loop may handle events before that.
     if (XmIsVendorShell(shell)) {
         Atom request = closeRequest(shell);
         XmRemoveWMProtocols(shell, &request, 1);

@@ -8,9 +8,9 @@
 
 class zTimer {
   public:
-    // Calls `tick` every `period` milliseconds, the first time one period from now. The next period begins
-    // when the tick has ended: one that takes long delays the following. Windows and signals come before ticks. A
-    // tick may destroy its timer.
+    // Calls `tick` every `period` milliseconds, the first time after one period. Each period begins when the
+    // previous tick has returned. Pending X events and signals are handled before a tick. A tick may destroy
+    // its timer.
     zTimer(zApplication& application, int period, std::function<void()> tick);
     ~zTimer();
     zTimer(const zTimer&) = delete;

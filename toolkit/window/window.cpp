@@ -58,7 +58,7 @@ void zFormDialog::build(const zLayout& layout) {
                   XmNmaxHeight, size.height, nullptr);
     const auto closing = [](Widget, XtPointer self, XtPointer) {
         auto* dialog = static_cast<zFormDialog*>(self);
-        if (zHeldBack(dialog->shell())) return;
+        if (zBlockedByModal(dialog->shell())) return;
         if (const auto handler = dialog->onClose) handler();
     };
     zOnCloseRequest(shell_, closing, this);
@@ -73,7 +73,7 @@ void zFormDialog::realize() {
     if (realized_) return;
     realized_ = true;
     XtRealizeWidget(shell_);
-    XtRealizeWidget(board_->widget());  // a dialog's board is managed only while it is shown
+    XtRealizeWidget(board_->widget());  // not managed in a dialog before it is shown
     board_->realized();
     setIcon(layout_.icon);
 }

@@ -1,4 +1,4 @@
-// Windows: built from a layout table, centred and shown.
+// Windows that are built from layout tables.
 #pragma once
 
 #include "toolkit/controls/board.h"
@@ -22,7 +22,7 @@ class zWindow {
     Widget shell() const { return shell_; }
     zApplication& application() const { return application_; }
 
-    // Takes effect at once, without a turn of the event loop.
+    // Takes effect at once, not only when the event loop runs.
     void setCursor(int shape);
     int cursor() const { return cursor_; }
 
@@ -31,7 +31,7 @@ class zWindow {
   protected:
     explicit zWindow(zApplication& application) : application_(application) {}
 
-    // The icon for window managers of both kinds: the hint's pixmap and _NET_WM_ICON.
+    // Sets the icon both as WM_HINTS pixmap and as _NET_WM_ICON.
     void setIcon(int picture);
 
     Widget shell_ = nullptr;
@@ -41,7 +41,7 @@ class zWindow {
     int cursor_ = zArrowCursor;
 };
 
-// A window made from a layout: of its own, or a modal dialog above another window.
+// A window built from a layout: a top-level window, or a modal dialog with a parent window.
 class zFormDialog : public zWindow {
   public:
     zFormDialog(zApplication& application, const zLayout& layout);
@@ -51,19 +51,19 @@ class zFormDialog : public zWindow {
     // Centres the window on the screen and shows it.
     void show();
 
-    // Shows a dialog and returns when endModal was called or the application ends. The other windows take no
-    // input meanwhile and are not closed. The dialog is then off the screen.
+    // Shows the dialog until endModal() is called or the application ends, then unmaps it. Meanwhile the
+    // other windows take no input and ignore requests to close them.
     void runModal();
     void endModal() { done_ = true; }
 
     zBoard& board() const { return *board_; }
     template <typename Kind> Kind& control(int id) const { return board_->control<Kind>(id); }
 
-    // The window manager asks to close the window. Without a handler, or under a modal dialog, nothing happens.
+    // The window manager asks to close the window. Not called while a modal dialog is open above it.
     std::function<void()> onClose;
 
   protected:
-    // To be called when everything is on the board, before the window is shown for the first time.
+    // Creates the windows. Call it when the board is complete, before the window is shown for the first time.
     void realize();
 
   private:
