@@ -43,15 +43,9 @@ class zBoard {
     // The control with this id, or the one without an id that has this name. Throws std::logic_error if the
     // layout has no such control of this kind.
     template <typename Kind> Kind& control(int id) const {
-        auto* found = dynamic_cast<Kind*>(find(id));
-        if (!found) missing("id" + std::to_string(id));
-        return *found;
+        return as<Kind>(find(id), "id" + std::to_string(id));
     }
-    template <typename Kind> Kind& control(std::string_view name) const {
-        auto* found = dynamic_cast<Kind*>(find(name));
-        if (!found) missing(name);
-        return *found;
-    }
+    template <typename Kind> Kind& control(std::string_view name) const { return as<Kind>(find(name), name); }
     // The group that a radio button belongs to.
     zRadioGroup& group(int id) const { return control<zRadioButton>(id).group(); }
 
@@ -73,6 +67,10 @@ class zBoard {
   private:
     zControl* find(int id) const;
     zControl* find(std::string_view name) const;
+    template <typename Kind> Kind& as(zControl* control, std::string_view name) const {
+        if (auto* found = dynamic_cast<Kind*>(control)) return *found;
+        missing(name);
+    }
     [[noreturn]] void missing(std::string_view control) const;
 
     const zLayout& layout_;

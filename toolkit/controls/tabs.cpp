@@ -1,19 +1,9 @@
 #include "toolkit/controls/tabs.h"
 
+#include "toolkit/library/children.h"
+
 #include <Xm/TabBox.h>
 #include <Xm/TabStack.h>
-#include <span>
-
-namespace {
-
-std::span<const Widget> childrenOf(Widget widget) {
-    WidgetList children = nullptr;
-    Cardinal count = 0;
-    XtVaGetValues(widget, XmNchildren, &children, XmNnumChildren, &count, nullptr);
-    return {children, count};
-}
-
-}  // namespace
 
 Widget zMakeTabs(Widget board, const zControlRow& row, zResources& resources) {
     resources.set(XmNuniformTabSize, False).set(XmNtabStyle, XmTABS_BEVELED);
@@ -25,8 +15,8 @@ Widget zMakeTabs(Widget board, const zControlRow& row, zResources& resources) {
     static const XtTranslations keys = XtParseTranslationTable(
         "<Key>osfActivate: PrimitiveParentActivate()\n<Key>Return: PrimitiveParentActivate()\n"
         "<Key>osfCancel: PrimitiveParentCancel()");
-    for (const Widget box : childrenOf(tabs))
+    for (const Widget box : zChildren(tabs))
         if (XtIsSubclass(box, xmTabBoxWidgetClass))
-            for (const Widget focused : childrenOf(box)) XtOverrideTranslations(focused, keys);
+            for (const Widget focused : zChildren(box)) XtOverrideTranslations(focused, keys);
     return tabs;
 }

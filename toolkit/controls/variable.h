@@ -13,35 +13,29 @@ class zBoundNumber {
   public:
     // Throws std::bad_variant_access for a text.
     void bind(const zVariable& variable) {
-        std::visit(
-            [this](auto* bound) {
-                if constexpr (std::is_same_v<decltype(bound), std::string*>)
-                    throw std::bad_variant_access();
-                else
-                    number_ = bound;
-            },
-            variable);
+        const auto take = [this]<class T>(T* bound) {
+            if constexpr (std::is_integral_v<T>)
+                number_ = bound;
+            else
+                throw std::bad_variant_access();
+        };
+        std::visit(take, variable);
     }
     explicit operator bool() const {
-        return std::visit([](auto* number) { return number != nullptr; }, number_);
+        return std::visit([](auto* n) { return n != nullptr; }, number_);
     }
 
     int get() const {
-        return std::visit([](auto* number) { return static_cast<int>(*number); }, number_);
+        return std::visit([](auto* n) { return static_cast<int>(*n); }, number_);
     }
     // The same bits as an unsigned number: 65535 for a 16-bit -1.
     unsigned getUnsigned() const {
-        return std::visit(
-            [](auto* number) -> unsigned {
-                return static_cast<std::make_unsigned_t<std::remove_pointer_t<decltype(number)>>>(*number);
-            },
-            number_);
+        const auto bits = []<class T>(T* n) -> unsigned { return static_cast<std::make_unsigned_t<T>>(*n); };
+        return std::visit(bits, number_);
     }
     // Stores as many of the low bits as the variable has.
     void set(unsigned value) {
-        std::visit(
-            [value](auto* number) { *number = static_cast<std::remove_pointer_t<decltype(number)>>(value); },
-            number_);
+        std::visit([value]<class T>(T* n) { *n = static_cast<T>(value); }, number_);
     }
 
   private:

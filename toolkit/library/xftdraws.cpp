@@ -1,10 +1,11 @@
 #include "toolkit/library/xftdraws.h"
 
+#include "toolkit/library/children.h"
+
 #include <X11/IntrinsicP.h>
 // after it:
 #include <X11/CoreP.h>
 #include <X11/Xft/Xft.h>
-#include <Xm/Xm.h>
 
 // Exported by libXm, but not declared in its headers.
 extern "C" {
@@ -19,9 +20,5 @@ void zFreeXftDraws(Widget widget) {
         _XmXftDrawDestroy(display, XtWindow(widget), _XmXftDrawCreate(display, XtWindow(widget)));
     }
     for (Cardinal i = 0; i < widget->core.num_popups; ++i) zFreeXftDraws(widget->core.popup_list[i]);
-    if (!XtIsComposite(widget)) return;
-    WidgetList children = nullptr;
-    Cardinal count = 0;
-    XtVaGetValues(widget, XmNchildren, &children, XmNnumChildren, &count, nullptr);
-    for (Cardinal i = 0; i < count; ++i) zFreeXftDraws(children[i]);
+    for (const Widget child : zChildren(widget)) zFreeXftDraws(child);
 }
