@@ -4,6 +4,7 @@
 #include "config/pvcfile.h"
 #include "config/recordrows.h"
 #include "platform/debuglog.h"
+#include "platform/index.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -15,10 +16,6 @@ namespace {
 
 bool isAdapter(int adapter) {
     return adapter >= 0 && adapter < adapterCount;
-}
-
-std::size_t at(int index) {
-    return static_cast<std::size_t>(index);
 }
 
 std::string sectionPath(int adapter, std::string_view name) {
@@ -75,13 +72,12 @@ bool DriverPdfEdit::mayWrite() {
 template <class Record> bool DriverPdfEdit::setField(const KeyRow<Record>& row, const Record& record) {
     const auto setText = [&](std::string_view value) {
         std::string text(value);
-        if (row.writeLength > 0) text.resize(at(row.writeLength) - 1);
-        return SetValue(row.key, text.data(), row.writeType, static_cast<int>(text.size()) + 1, true);
+        return SetValue(row.key, text.data(), keyString, static_cast<int>(text.size()) + 1, true);
     };
     const auto set = Overloaded{
         [&](std::int32_t Record::*field) {
             std::int32_t number = record.*field;
-            return SetValue(row.key, &number, row.writeType, row.writeLength, true);
+            return SetValue(row.key, &number, keyLong, sizeof number, true);
         },
         [&](const AddressField<Record>& field) {
             const std::string_view digits = (record.*field.address).digits();
@@ -98,10 +94,11 @@ template <class Record>
 bool DriverPdfEdit::writeRecord(const std::string& path, Record& record, const std::string& listFile) {
     if (!mayWrite()) return false;
     if (!OpenKey(path, sectionForWriting, false) || section_->dataError) {
-        addFailure(parameterFile, reasonFor(section_ ? section_->dataError : errno, path));
+        const int error = section_ ? section_->dataError : errno;
+        addFailure(parameterFile, reasonFor(error, path), error == ESRCH);
         return false;
     }
-    tvlog << "Writing Values on - " << path << '\n';
+    tvlog << "Writing Values on - " << path << std::endl;
     Record before{};
     const auto present = readRows(*section_, before, [&](const KeyRow<Record>& row, void* destination) {
         return ReadKey(section_, row.key, destination, row.readType, row.readLength) == 0;
@@ -118,9 +115,9 @@ bool DriverPdfEdit::writeRecord(const std::string& path, Record& record, const s
     bool good = true;
     for (std::size_t i = 0; i < keyRows<Record>().size(); ++i) {
         const KeyRow<Record>& row = keyRows<Record>()[i];
-        if (row.writeLength == notWritten) continue;
+        if (!row.written) continue;
         if (stands(present, i, before, record)) {
-            ++section_->wflg;  // its spelling stays; the section is committed all the same
+            keepValue();
             continue;
         }
         if (setField(row, record) || errno == ENODATA || errno == ENOENT) continue;
@@ -136,7 +133,8 @@ bool DriverPdfEdit::ReadPdf() {
     for (int adapter = 0; adapter < adapterCount && readError_ == 0; ++adapter) {
         const std::string path = fmt::format("/Adapter{}", adapter);
         if (OpenKey(path, 0, false))
-            QueryValue("InterruptNumber", &devices_.interruptNumber[at(adapter)], 4, 4, true);
+            QueryValue("InterruptNumber", &devices_.interruptNumber[asIndex(adapter)], keyLong,
+                       sizeof(std::int32_t), true);
         else if (errno != ESRCH)
             readError_ = errno;
         for (const Read read : {&DriverPdfEdit::ReadSig, &DriverPdfEdit::ReadLECs, &DriverPdfEdit::ReadLESs,
@@ -148,13 +146,14 @@ bool DriverPdfEdit::ReadPdf() {
 }
 
 bool DriverPdfEdit::ReadSig(int adapter) {
-    return isAdapter(adapter) && readRecord(sectionPath(adapter, "Signalling0"), devices_.sig[at(adapter)]);
+    return isAdapter(adapter) &&
+           readRecord(sectionPath(adapter, "Signalling0"), devices_.sig[asIndex(adapter)]);
 }
 
 bool DriverPdfEdit::ReadLECs(int adapter) {
     bool good = isAdapter(adapter);
     for (int m = 0; isAdapter(adapter) && m < lecCount; ++m) {
-        AtmLEC& lec = devices_.lec[at(adapter)][at(m)];
+        AtmLEC& lec = devices_.lec[asIndex(adapter)][asIndex(m)];
         if (readRecord(sectionPath(adapter, "LEC", m), lec))
             readList(lec.pvcFile.str(), lec.pvcs);
         else
@@ -166,7 +165,7 @@ bool DriverPdfEdit::ReadLECs(int adapter) {
 bool DriverPdfEdit::ReadLESs(int adapter) {
     bool good = isAdapter(adapter);
     for (int m = 0; isAdapter(adapter) && m < lesCount; ++m) {
-        AtmLES& les = devices_.les[at(adapter)][at(m)];
+        AtmLES& les = devices_.les[asIndex(adapter)][asIndex(m)];
         if (readRecord(sectionPath(adapter, "LES", m), les))
             readList(les.clientFile.str(), les.clients);
         else
@@ -176,19 +175,19 @@ bool DriverPdfEdit::ReadLESs(int adapter) {
 }
 
 bool DriverPdfEdit::ReadLECS(int adapter) {
-    return isAdapter(adapter) && readRecord(sectionPath(adapter, "LECS0"), devices_.lecs[at(adapter)]);
+    return isAdapter(adapter) && readRecord(sectionPath(adapter, "LECS0"), devices_.lecs[asIndex(adapter)]);
 }
 
 bool DriverPdfEdit::ReadIP1577(int adapter) {
     if (!isAdapter(adapter)) return false;
-    AtmIP1577& ip = devices_.ip1577[at(adapter)];
+    AtmIP1577& ip = devices_.ip1577[asIndex(adapter)];
     if (!readRecord(sectionPath(adapter, "IP15770"), ip)) return false;
     readList(ip.pvcFile.str(), ip.pvcs);
     return true;
 }
 
 bool DriverPdfEdit::WriteLink(int adapter) {
-    clearFailures();
+    clearOutcome();
     WriteSig(adapter);
     WriteLECs(adapter);
     WriteLESs(adapter);
@@ -200,7 +199,7 @@ bool DriverPdfEdit::WriteLink(int adapter) {
 }
 
 bool DriverPdfEdit::WriteLists(int adapter) {
-    clearFailures();
+    clearOutcome();
     writeLists(adapter);
     return failures().empty();
 }
@@ -214,13 +213,13 @@ void DriverPdfEdit::writeLists(int adapter) {
 
 bool DriverPdfEdit::WriteSig(int adapter) {
     return isAdapter(adapter) &&
-           writeRecord(sectionPath(adapter, "Signalling0"), devices_.sig[at(adapter)], "");
+           writeRecord(sectionPath(adapter, "Signalling0"), devices_.sig[asIndex(adapter)], "");
 }
 
 bool DriverPdfEdit::WriteLECs(int adapter) {
     bool good = isAdapter(adapter);
     for (int m = 0; isAdapter(adapter) && m < lecCount; ++m)
-        good &= writeRecord(sectionPath(adapter, "LEC", m), devices_.lec[at(adapter)][at(m)],
+        good &= writeRecord(sectionPath(adapter, "LEC", m), devices_.lec[asIndex(adapter)][asIndex(m)],
                             lecPvcFile(adapter, m));
     return good;
 }
@@ -228,28 +227,29 @@ bool DriverPdfEdit::WriteLECs(int adapter) {
 bool DriverPdfEdit::WriteLESs(int adapter) {
     bool good = isAdapter(adapter);
     for (int m = 0; isAdapter(adapter) && m < lesCount; ++m)
-        good &= writeRecord(sectionPath(adapter, "LES", m), devices_.les[at(adapter)][at(m)], "");
+        good &= writeRecord(sectionPath(adapter, "LES", m), devices_.les[asIndex(adapter)][asIndex(m)], "");
     return good;
 }
 
 bool DriverPdfEdit::WriteLECS(int adapter) {
-    return isAdapter(adapter) && writeRecord(sectionPath(adapter, "LECS0"), devices_.lecs[at(adapter)], "");
+    return isAdapter(adapter) &&
+           writeRecord(sectionPath(adapter, "LECS0"), devices_.lecs[asIndex(adapter)], "");
 }
 
 bool DriverPdfEdit::WriteIP1577(int adapter) {
-    return isAdapter(adapter) &&
-           writeRecord(sectionPath(adapter, "IP15770"), devices_.ip1577[at(adapter)], ipPvcFile(adapter));
+    return isAdapter(adapter) && writeRecord(sectionPath(adapter, "IP15770"),
+                                             devices_.ip1577[asIndex(adapter)], ipPvcFile(adapter));
 }
 
 bool DriverPdfEdit::WriteRoutedPVCs(int adapter) {
     return isAdapter(adapter) &&
-           writePvcs(sectionPath(adapter, "IP15770"), devices_.ip1577[at(adapter)], ipPvcFile(adapter));
+           writePvcs(sectionPath(adapter, "IP15770"), devices_.ip1577[asIndex(adapter)], ipPvcFile(adapter));
 }
 
 bool DriverPdfEdit::WriteBridgedPVCs(int adapter) {
     bool good = isAdapter(adapter);
     for (int m = 0; isAdapter(adapter) && m < lecCount; ++m)
-        good &= writePvcs(sectionPath(adapter, "LEC", m), devices_.lec[at(adapter)][at(m)],
+        good &= writePvcs(sectionPath(adapter, "LEC", m), devices_.lec[asIndex(adapter)][asIndex(m)],
                           lecPvcFile(adapter, m));
     return good;
 }
@@ -257,11 +257,11 @@ bool DriverPdfEdit::WriteBridgedPVCs(int adapter) {
 bool DriverPdfEdit::WriteMappedClients(int adapter) {
     bool good = isAdapter(adapter);
     for (int m = 0; isAdapter(adapter) && m < lesCount; ++m) {
-        const AtmLES& les = devices_.les[at(adapter)][at(m)];
+        const AtmLES& les = devices_.les[asIndex(adapter)][asIndex(m)];
         if (!les.clientFile.empty())
             good &= writeList(les.clientFile.str(), les.clients);
         else if (!les.clients.empty())
-            tvlog << "No ElanTbl For The Clients Of - " << sectionPath(adapter, "LES", m) << '\n';
+            tvlog << "No ElanTbl For The Clients Of - " << sectionPath(adapter, "LES", m) << std::endl;
     }
     return good;
 }
@@ -303,7 +303,10 @@ template <class List> bool DriverPdfEdit::writeList(const std::string& name, con
     const auto unread = unread_.find(name);
     List standing;
     int error = unread != unread_.end() ? unread->second : readListFile(name, standing);
-    if (error == 0 && standing != list) error = writeListFile(name, list);
+    if (error == 0 && standing != list) {
+        error = writeListFile(name, list);
+        if (error == 0) noteWritten();
+    }
     if (error) addFailure(name, std::strerror(error));
     return error == 0;
 }

@@ -1,67 +1,96 @@
 #include "config/keytable.h"
 
+namespace {
+
+constexpr int prefixBytes = atmAddress::prefixDigits / 2;
+constexpr int esiSelectorBytes = atmAddress::byteCount - prefixBytes;
+
+// Makers of rows.
+template <class Record> constexpr KeyRow<Record> number(const char* key, std::int32_t Record::*field) {
+    return {key, field, keyLong, sizeof(std::int32_t)};
+}
+
+// The last character that the field has room for is never read.
+template <class Record, std::size_t size>
+constexpr KeyRow<Record> text(const char* key, FixedText<size> Record::*field) {
+    return {key, field, keyString, static_cast<int>(size) - 1};
+}
+
+template <class Record> constexpr KeyRow<Record> prefix(const char* key, atmAddress Record::*address) {
+    return {key, AddressField<Record>{address, addressPrefix}, keyBytes, prefixBytes};
+}
+template <class Record> constexpr KeyRow<Record> esi(const char* key, atmAddress Record::*address) {
+    return {key, AddressField<Record>{address, addressEsiSelector}, keyBytes, esiSelectorBytes};
+}
+
+// The prefix of an address of which the file has no other half.
+template <class Record> constexpr KeyRow<Record> prefixAlone(const char* key, atmAddress Record::*address) {
+    return {key, AddressField<Record>{address, addressPrefix}, keyString, atmAddress::prefixDigits + 1};
+}
+
+template <class Record> constexpr KeyRow<Record> file(const char* key, FileName Record::*name) {
+    return {key, FileField<Record>{name}, keyString, static_cast<int>(FileName::size) - 1};
+}
+template <class Record> constexpr KeyRow<Record> fileReadOnly(const char* key, FileName Record::*name) {
+    KeyRow<Record> row = file(key, name);
+    row.written = false;
+    return row;
+}
+
+constexpr KeyRow<AtmSig> sigRows[] = {
+    prefixAlone("NetPrefix", &AtmSig::address),
+    number("UniRev", &AtmSig::uniRevision),
+    number("AddressRegistration", &AtmSig::addressRegistration),
+    number("PortChangeDetect", &AtmSig::portChangeDetect),
+    number("RegDiffNetPrefix", &AtmSig::registerOtherPrefixes),
+};
+
+constexpr KeyRow<AtmLEC> lecRows[] = {
+    number("Enabled", &AtmLEC::enabled),   number("Config", &AtmLEC::pvcOnly),
+    number("Mfs", &AtmLEC::mtuClass),      number("L3Mtu", &AtmLEC::l3Mtu),
+    number("ElanType", &AtmLEC::elanType), number("Lecs", &AtmLEC::useLecs),
+    text("ElanName", &AtmLEC::elanName),   prefix("AtmPrefix", &AtmLEC::address),
+    esi("AtmEsiSel", &AtmLEC::address),    file("PvcConfFile", &AtmLEC::pvcFile),
+};
+
+constexpr KeyRow<AtmLES> lesRows[] = {
+    number("Enabled", &AtmLES::enabled),          number("Mfs", &AtmLES::mtuClass),
+    number("MfsStrict", &AtmLES::strictMtu),      number("ElanNameStrict", &AtmLES::strictName),
+    text("ElanName", &AtmLES::elanName),          number("ElanType", &AtmLES::elanType),
+    fileReadOnly("ElanTbl", &AtmLES::clientFile),
+};
+
+constexpr KeyRow<AtmLECS> lecsRows[] = {
+    prefix("AtmPrefix", &AtmLECS::address),       esi("AtmEsiSel", &AtmLECS::address),
+    number("Enabled", &AtmLECS::enabled),         number("EtherMfs", &AtmLECS::etherMtuClass),
+    number("TRMfs", &AtmLECS::tokenRingMtuClass), number("ElanType", &AtmLECS::elanType),
+};
+
+constexpr KeyRow<AtmIP1577> ipRows[] = {
+    prefix("AtmPrefix", &AtmIP1577::address),
+    esi("AtmEsiSel", &AtmIP1577::address),
+    number("Enabled", &AtmIP1577::enabled),
+    number("Config", &AtmIP1577::pvcOnly),
+    text("ServerIPAddress", &AtmIP1577::serverIp),
+    text("ServerIPMask", &AtmIP1577::subnetMask),
+    text("IPAddress", &AtmIP1577::ip),
+    file("PvcConfFile", &AtmIP1577::pvcFile),
+};
+
+}  // namespace
+
 template <> std::span<const KeyRow<AtmSig>> keyRows() {
-    static const KeyRow<AtmSig> rows[] = {
-        {"NetPrefix", 6, 27, 6, textLength, AddressField<AtmSig>{&AtmSig::address, addressPrefix}},
-        {"UniRev", 4, 4, 4, 4, &AtmSig::uniRevision},
-        {"AddressRegistration", 4, 4, 4, 4, &AtmSig::addressRegistration},
-        {"PortChangeDetect", 4, 4, 4, 4, &AtmSig::portChangeDetect},
-        {"RegDiffNetPrefix", 4, 4, 4, 4, &AtmSig::registerOtherPrefixes},
-    };
-    return rows;
+    return sigRows;
 }
-
 template <> std::span<const KeyRow<AtmLEC>> keyRows() {
-    static const KeyRow<AtmLEC> rows[] = {
-        {"Enabled", 4, 4, 4, 4, &AtmLEC::enabled},
-        {"Config", 4, 4, 4, 4, &AtmLEC::pvcOnly},
-        {"Mfs", 4, 4, 4, 4, &AtmLEC::mtuClass},
-        {"L3Mtu", 4, 4, 4, 4, &AtmLEC::l3Mtu},
-        {"ElanType", 4, 4, 4, 4, &AtmLEC::elanType},
-        {"Lecs", 4, 4, 4, 4, &AtmLEC::useLecs},
-        {"ElanName", 6, 31, 6, 32, &AtmLEC::elanName},
-        {"AtmPrefix", 5, 13, 6, textLength, AddressField<AtmLEC>{&AtmLEC::address, addressPrefix}},
-        {"AtmEsiSel", 5, 7, 6, textLength, AddressField<AtmLEC>{&AtmLEC::address, addressEsiSelector}},
-        {"PvcConfFile", 6, 255, 6, onlyOverEmpty, FileField<AtmLEC>{&AtmLEC::pvcFile}},
-    };
-    return rows;
+    return lecRows;
 }
-
 template <> std::span<const KeyRow<AtmLES>> keyRows() {
-    static const KeyRow<AtmLES> rows[] = {
-        {"Enabled", 4, 4, 4, 4, &AtmLES::enabled},
-        {"Mfs", 4, 4, 4, 4, &AtmLES::mtuClass},
-        {"MfsStrict", 4, 4, 4, 4, &AtmLES::strictMtu},
-        {"ElanNameStrict", 4, 4, 4, 4, &AtmLES::strictName},
-        {"ElanName", 6, 31, 6, 32, &AtmLES::elanName},
-        {"ElanType", 4, 4, 4, 4, &AtmLES::elanType},
-        {"ElanTbl", 6, 255, 6, notWritten, FileField<AtmLES>{&AtmLES::clientFile}},
-    };
-    return rows;
+    return lesRows;
 }
-
 template <> std::span<const KeyRow<AtmLECS>> keyRows() {
-    static const KeyRow<AtmLECS> rows[] = {
-        {"AtmPrefix", 5, 13, 6, textLength, AddressField<AtmLECS>{&AtmLECS::address, addressPrefix}},
-        {"AtmEsiSel", 5, 7, 6, textLength, AddressField<AtmLECS>{&AtmLECS::address, addressEsiSelector}},
-        {"Enabled", 4, 4, 4, 4, &AtmLECS::enabled},
-        {"EtherMfs", 4, 4, 4, 4, &AtmLECS::etherMtuClass},
-        {"TRMfs", 4, 4, 4, 4, &AtmLECS::tokenRingMtuClass},
-        {"ElanType", 4, 4, 4, 4, &AtmLECS::elanType},
-    };
-    return rows;
+    return lecsRows;
 }
-
 template <> std::span<const KeyRow<AtmIP1577>> keyRows() {
-    static const KeyRow<AtmIP1577> rows[] = {
-        {"AtmPrefix", 5, 13, 6, textLength, AddressField<AtmIP1577>{&AtmIP1577::address, addressPrefix}},
-        {"AtmEsiSel", 5, 7, 6, textLength, AddressField<AtmIP1577>{&AtmIP1577::address, addressEsiSelector}},
-        {"Enabled", 4, 4, 4, 4, &AtmIP1577::enabled},
-        {"Config", 4, 4, 4, 4, &AtmIP1577::pvcOnly},
-        {"ServerIPAddress", 6, 17, 6, 18, &AtmIP1577::serverIp},
-        {"ServerIPMask", 6, 17, 6, 18, &AtmIP1577::subnetMask},
-        {"IPAddress", 6, 17, 6, 18, &AtmIP1577::ip},
-        {"PvcConfFile", 6, 255, 6, onlyOverEmpty, FileField<AtmIP1577>{&AtmIP1577::pvcFile}},
-    };
-    return rows;
+    return ipRows;
 }

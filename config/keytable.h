@@ -1,4 +1,4 @@
-// Which key of the parameter file holds which field of a record, and with what type and length.
+// The keys of the parameter file as rows: which key holds which field of a record, and how it is read.
 #pragma once
 
 #include "config/pdf_io.h"
@@ -9,35 +9,30 @@
 
 enum AddressHalf { addressPrefix, addressEsiSelector };
 
-// One half of an ATM address. Written as its digits; read as text digits (type 6) or as bytes (type 5), and
-// then the address is only set when both halves were read.
+// One half of an ATM address. It is written as its digits. A half that is read as digits is set at once; halves that
+// are read as bytes set the address only when both were read.
 template <class Record> struct AddressField {
     atmAddress Record::*address;
     AddressHalf half;
 };
 
-// The name of a list file. One that cannot be read whole is not used: a part of it would name another file.
+// The name of a list file. A name that cannot be read whole is not used, since a part of it would name another file.
 template <class Record> struct FileField { FileName Record::*name; };
 
 template <class Record>
 using KeyField = std::variant<std::int32_t Record::*, ElanName Record::*, AddressText Record::*,
                               AddressField<Record>, FileField<Record>>;
 
-// How a key is written.
-constexpr int notWritten = -1;
-constexpr int textLength = 0;      // a string of the text's length
-constexpr int onlyOverEmpty = -2;  // likewise, but a file name that stands there stays
-
+// Numbers are written as keyLong, everything else as text.
 template <class Record> struct KeyRow {
     const char* key;
-    int readType;
-    int readLength;
-    int writeType;
-    int writeLength;  // or one of the above
     KeyField<Record> field;
+    KeyType readType;
+    int readLength;  // bytes, with the terminating zero of a text
+    bool written = true;
 };
 
-// The rows of one record kind, in the order in which they are read and written.
+// The rows of one record type, in the order in which they are read and written.
 template <class Record> std::span<const KeyRow<Record>> keyRows();
 template <> std::span<const KeyRow<AtmSig>> keyRows();
 template <> std::span<const KeyRow<AtmLEC>> keyRows();
@@ -45,4 +40,4 @@ template <> std::span<const KeyRow<AtmLES>> keyRows();
 template <> std::span<const KeyRow<AtmLECS>> keyRows();
 template <> std::span<const KeyRow<AtmIP1577>> keyRows();
 
-constexpr std::size_t mostKeys = 16;  // rows of a record at the most; the largest has 10
+constexpr std::size_t mostKeys = 16;  // upper limit of a record's rows; the largest has 10

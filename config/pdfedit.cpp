@@ -23,12 +23,23 @@ bool PdfEdit::QueryValue(std::string_view key, void* destination, int type, int 
 }
 
 bool PdfEdit::SetValue(std::string_view key, void* source, int type, int len, bool showError) {
-    return finish(section_ && WriteKey(section_, key, source, type, len) == 0, key, showError);
+    const bool good = section_ && WriteKey(section_, key, source, type, len) == 0;
+    edited_ = section_ && section_->wflg > 0;
+    return finish(good, key, showError);
+}
+
+void PdfEdit::keepValue() {
+    ++section_->wflg;
+    edited_ = true;
 }
 
 bool PdfEdit::CloseKey() {
     SectionHandle* closing = std::exchange(section_, nullptr);
-    if (CloseSection(closing) == 0) return true;
+    const bool edited = std::exchange(edited_, false);
+    if (CloseSection(closing) == 0) {
+        if (edited) noteWritten();
+        return true;
+    }
     addFailure(parameterFile, std::strerror(errno));
     return false;
 }
@@ -48,8 +59,17 @@ bool PdfEdit::finish(bool success, std::string_view text, bool showError) {
     return success;
 }
 
-void PdfEdit::addFailure(std::string_view file, std::string_view reason) {
-    SaveFailure failure{std::string(file), std::string(reason)};
+bool PdfEdit::onlySectionsMissing() const {
+    return std::ranges::all_of(failures_, &SaveFailure::sectionMissing);
+}
+
+void PdfEdit::clearOutcome() {
+    failures_.clear();
+    wroteAnything_ = false;
+}
+
+void PdfEdit::addFailure(std::string_view file, std::string_view reason, bool sectionMissing) {
+    SaveFailure failure{std::string(file), std::string(reason), sectionMissing};
     if (std::find(failures_.begin(), failures_.end(), failure) == failures_.end())
         failures_.push_back(std::move(failure));
 }

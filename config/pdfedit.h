@@ -14,6 +14,7 @@ using ErrorReporter = std::function<void(const std::string& text, const std::str
 struct SaveFailure {
     std::string file;    // as the configuration names it
     std::string reason;  // for the user, without a full stop
+    bool sectionMissing = false;
 
     bool operator==(const SaveFailure&) const = default;
 };
@@ -45,12 +46,19 @@ class PdfEdit {
     // Of the last OpenKey, QueryValue or SetValue: 0 success, 2 failure.
     int status() const { return status_; }
 
-    // What could not be saved since the list was cleared, each reason once.
+    // What could not be saved since clearOutcome(), each reason once.
     const std::vector<SaveFailure>& failures() const { return failures_; }
-    void clearFailures() { failures_.clear(); }
+    // Whether there is no failure but missing sections.
+    bool onlySectionsMissing() const;
+    // Whether anything was written since then: a section was committed, or a list file changed.
+    bool wroteAnything() const { return wroteAnything_; }
+    void clearOutcome();
 
   protected:
-    void addFailure(std::string_view file, std::string_view reason);
+    void addFailure(std::string_view file, std::string_view reason, bool sectionMissing = false);
+    void noteWritten() { wroteAnything_ = true; }
+    // The value of a key stays as it is spelled in the open section, which is committed all the same.
+    void keepValue();
     bool finish(bool success, std::string_view text, bool showError);
 
     SectionHandle* section_ = nullptr;
@@ -60,4 +68,6 @@ class PdfEdit {
     bool showErrors_;
     int status_ = 0;
     std::vector<SaveFailure> failures_;
+    bool edited_ = false;  // there is something to commit in the open section
+    bool wroteAnything_ = false;
 };

@@ -92,7 +92,7 @@ class TextLines {
 };
 
 // A number beyond 32 bits becomes the nearest; without digits the field stays as it was.
-template <class Number> void readNumber(std::string_view text, Number& number) {
+void readNumber(std::string_view text, std::int32_t& number) {
     constexpr long long least = std::numeric_limits<std::int32_t>::min(),
                         most = std::numeric_limits<std::int32_t>::max();
     text = trimmed(text);
@@ -103,7 +103,17 @@ template <class Number> void readNumber(std::string_view text, Number& number) {
         value = text.starts_with('-') ? least : most;
     else if (error != std::errc())
         return;
-    number = static_cast<Number>(std::clamp(value, least, most));
+    number = static_cast<std::int32_t>(std::clamp(value, least, most));
+}
+
+// The low 16 bits of the number count. False when it has more: it is neither from 0 to 65535 nor, as VCIs are written,
+// from -32768 to -1.
+bool readVci(std::string_view text, std::uint16_t& vci) {
+    std::int32_t number = vci;
+    readNumber(text, number);
+    vci = static_cast<std::uint16_t>(number);
+    return number >= std::numeric_limits<std::int16_t>::min() &&
+           number <= std::numeric_limits<std::uint16_t>::max();
 }
 
 // What an address of the right form says.
@@ -128,8 +138,13 @@ template <class Address> bool readAddress(std::string_view text, Address& addres
     return false;
 }
 
-// False when an address does not have the form of one.
-template <class Pvc> bool readField(std::string_view line, Pvc& pvc) {
+// What of a record is taken as something else than the file says.
+struct Doubts {
+    bool address = false;  // it does not have the form of one
+    std::string vci;       // it has more than 16 bits
+};
+
+template <class Pvc> void readField(std::string_view line, Pvc& pvc, Doubts& doubts) {
     line = line.substr(0, line.find('#'));
     const std::size_t equals = line.find('=');
     const std::string_view value = equals == std::string_view::npos ? "" : line.substr(equals + 1);
@@ -140,26 +155,23 @@ template <class Pvc> bool readField(std::string_view line, Pvc& pvc) {
     const auto has = [&](std::string_view key) {
         return (capitals >> (key[0] - 'A') & 1) && line.find(key) != std::string_view::npos;
     };
-    bool good = true;
-    if (has("VC")) readNumber(value, pvc.vci);
-    if (has("Addr")) good = readAddress(value, addressOf(pvc));
+    if (has("VC")) doubts.vci = readVci(value, pvc.vci) ? "" : trimmed(value);
+    if (has("Addr")) doubts.address |= !readAddress(value, addressOf(pvc));
     if (has("Encap")) readNumber(value, pvc.encapsulation);
     if (has("Bcast")) readNumber(value, pvc.broadcast);
     if (has("Rate")) readNumber(value, pvc.rate);
-    return good;
 }
 
-// Reads the next record. False when the lines end before it does; `good` says whether its address has the form of
-// one.
-template <class Lines, class Pvc> bool readPvc(Lines& lines, Pvc& pvc, bool& good) {
-    good = true;
+// Reads the next record. False when the lines end before it does.
+template <class Lines, class Pvc> bool readPvc(Lines& lines, Pvc& pvc, Doubts& doubts) {
+    doubts = {};
     std::string_view line;
     do {
         if (!lines.next(line)) return false;
     } while (!line.starts_with("[PVC"));
     for (int i = 0; i < recordLines; ++i) {
         const bool whole = lines.next(line);
-        good &= readField(line, pvc);
+        readField(line, pvc, doubts);
         if (!whole) return false;
     }
     return true;
@@ -167,8 +179,8 @@ template <class Lines, class Pvc> bool readPvc(Lines& lines, Pvc& pvc, bool& goo
 
 template <class Pvc> std::istream& readPvc(std::istream& in, Pvc& pvc) {
     StreamLines lines(in);
-    bool good = true;
-    if (in.good()) readPvc(lines, pvc, good);
+    Doubts doubts;
+    if (in.good()) readPvc(lines, pvc, doubts);
     return in;
 }
 
@@ -186,16 +198,20 @@ template <class Pvc> std::ostream& writePvc(std::ostream& out, const Pvc& pvc, c
 }
 
 void noteMalformed(std::string_view name, std::size_t record) {
-    tvlog << fmt::format("Malformed Address In - {} Record {}\n", name, record);
+    tvlog << fmt::format("Malformed Address In - {} Record {}", name, record) << std::endl;
 }
 
 template <class Pvc> void parsePvcs(std::string_view text, std::string_view name, std::vector<Pvc>& list) {
     list.clear();
     TextLines lines(text);
     Pvc scratch{};
-    for (bool good = true; readPvc(lines, scratch, good);) {
+    for (Doubts doubts; readPvc(lines, scratch, doubts);) {
         list.push_back(scratch);
-        if (!good) noteMalformed(name, list.size());
+        if (doubts.address) noteMalformed(name, list.size());
+        if (!doubts.vci.empty())
+            tvlog << fmt::format("VCI Beyond 16 Bits In - {} Record {} Value {}", name, list.size(),
+                                 doubts.vci)
+                  << std::endl;
     }
 }
 

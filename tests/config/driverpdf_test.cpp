@@ -1,15 +1,19 @@
 // The parameter file and its list files as records.
 #include "config/driverpdf.h"
 
+#include "config/pvcfile.h"
 #include "fixture.h"
 #include "platform/debuglog.h"
 #include "tests/support/failingfiles.h"
 #include "tests/support/temproot.h"
 
+#include <array>
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sstream>
+#include <unistd.h>
 
 using testing::ElementsAre;
 
@@ -130,12 +134,17 @@ TEST_F(DriverPdf, WhatIsNotSavedIsSaid) {
     load(adapterText(0));
     const std::string before = root.read(file);
     EXPECT_FALSE(editor.WriteLink(1));
-    EXPECT_EQ(editor.failures(), (std::vector<SaveFailure>{{file, "the section /Adapter1 is missing"}}));
+    EXPECT_EQ(editor.failures(),
+              (std::vector<SaveFailure>{{file, "the section /Adapter1 is missing", true}}));
+    EXPECT_TRUE(editor.onlySectionsMissing());
+    EXPECT_FALSE(editor.wroteAnything());
 
     devices.lec[0][0].elanName = "two words";
     EXPECT_FALSE(editor.WriteLink(0));
     EXPECT_EQ(editor.failures(),
               (std::vector<SaveFailure>{{file, "the value of ElanName in /Adapter0/LEC0 cannot be stored"}}));
+    EXPECT_FALSE(editor.onlySectionsMissing());
+    EXPECT_TRUE(editor.wroteAnything()) << "the other sections";
     devices.lec[0][0].elanName = "";
 
     devices.lec[0][0].enabled = 0;
@@ -144,7 +153,10 @@ TEST_F(DriverPdf, WhatIsNotSavedIsSaid) {
     files.failAt(1, EROFS, FileCall::rename, true);
     EXPECT_FALSE(editor.WriteLink(0));
     EXPECT_EQ(editor.failures(), (std::vector<SaveFailure>{{file, std::strerror(EROFS)}}));
+    EXPECT_TRUE(editor.wroteAnything()) << "the list that is empty now";
     EXPECT_FALSE(root.exists("/etc/atm/routed0"));
+    EXPECT_FALSE(editor.WriteLink(0));
+    EXPECT_FALSE(editor.wroteAnything()) << "no section was committed, and the lists stand";
     devices.les[0][0].clients.clear();
     files.failAt(1, EACCES, FileCall::remove, true);
     EXPECT_FALSE(editor.WriteLists(0));
@@ -197,6 +209,31 @@ TEST_F(DriverPdf, ListsAfterCancel) {
     EXPECT_THAT(again.lec[0][1].pvcs, ElementsAre(pvc));
     EXPECT_THAT(again.lec[0][2].pvcs, ElementsAre(pvc, pvc));
     EXPECT_TRUE(again.lec[0][2].pvcFile.view() == "/etc/atm/pvcconf0.2" && again.lec[0][0].pvcs.empty());
+}
+
+// Each line of the log is there when it is written: whoever follows a save that takes long, or hangs, sees where it is.
+TEST_F(DriverPdf, LogLinesReachTheirDescriptorAtOnce) {
+    load(adapterText(0));
+    int ends[2];
+    ASSERT_EQ(::pipe2(ends, O_NONBLOCK), 0);
+    const auto arrived = [&] {
+        std::array<char, 1024> text{};
+        const ssize_t length = ::read(ends[0], text.data(), text.size());
+        return std::string(text.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
+    };
+    tvlog.attach(ends[1]);
+    EXPECT_TRUE(editor.WriteSig(0));  // the section is still open
+    EXPECT_EQ(arrived(), "Writing Values on - /Adapter0/Signalling0\n");
+    devices.les[0][1].clients.resize(1);
+    EXPECT_TRUE(editor.WriteMappedClients(0));
+    EXPECT_EQ(arrived(), "No ElanTbl For The Clients Of - /Adapter0/LES1\n");
+    std::vector<AtmRoutedPvc> list;
+    parseList("[PVC\nAddr=x\nVC=70000\n\n\n\n", "f", list);
+    EXPECT_EQ(arrived(),
+              "Malformed Address In - f Record 1\nVCI Beyond 16 Bits In - f Record 1 Value 70000\n");
+    tvlog.divert(nullptr);
+    ::close(ends[0]);
+    ::close(ends[1]);
 }
 
 TEST_F(DriverPdf, ErrorsAreShownOnRequest) {

@@ -39,10 +39,13 @@ TEST(PvcFile, RecordsAreWrittenAsTheyAreRead) {
 TEST(PvcFile, WhatIsTakenFromOddText) {
     const std::string rest = "\tEncap =1\n\tBcast =0\n\tRate  =9\n]\n",
                       first = "[PVC\nVC=1\nAddr=10.0.0.1\n" + rest;
+    const std::string malformed = "Malformed Address In - list Record 1\n",
+                      beyond = "VCI Beyond 16 Bits In - list Record 1 Value ";
+    const auto vci = [](std::string text) { return "[PVC\nVC=" + text + "\nAddr=1.2.3.4\n\n\n\n"; };
     const struct {
         std::string text;
         std::vector<int> vcis, rates;
-        bool noted = false;
+        std::string logged = "";
     } cases[] = {
         {"", {}, {}},
         {"# [PVC\n\n" + first, {1}, {9}},
@@ -52,10 +55,17 @@ TEST(PvcFile, WhatIsTakenFromOddText) {
         {first.substr(0, first.size() - 4), {}, {}},  // ends in the fifth line
         {first.substr(0, first.size() - 2), {1}, {9}},
         {"[PVC\nRate=3\nVC 5\nVC=junk\nEncap=\n#VC=4\n" + first, {0, 1}, {3, 9}},
-        {"[PVC\nVC=99999999999\nRate=-99999999999\nAddr=1.2.3.4\n\n\n", {65535}, {-2147483647 - 1}},
+        {"[PVC\nVC=99999999999\nRate=-99999999999\nAddr=1.2.3.4\n\n\n",
+         {65535},
+         {-2147483647 - 1},
+         beyond + "99999999999\n"},
         {"[PVC\nVC=7" + std::string(90, ' ') + "Rate=1\n\n\n\n\n", {7}, {0}},  // beyond 79 characters
-        {"[PVC\nAddr=1.2.3.400\n\n\n\n\n", {0}, {0}, true},
-        {"[PVC\nAddr=1.2.3\n\n\n\n\n", {0}, {0}, true},
+        {"[PVC\nAddr=1.2.3.400\n\n\n\n\n", {0}, {0}, malformed},
+        {"[PVC\nAddr=1.2.3\n\n\n\n\n", {0}, {0}, malformed},
+        {vci("65535") + vci("-32768"), {65535, 32768}, {0, 0}},
+        {vci("70000 #x"), {4464}, {0}, beyond + "70000\n"},
+        {vci("4294967396"), {65535}, {0}, beyond + "4294967396\n"},
+        {vci("-32769"), {32767}, {0}, beyond + "-32769\n"},
     };
     for (const auto& c : cases) {
         std::ostringstream log;
@@ -66,7 +76,7 @@ TEST(PvcFile, WhatIsTakenFromOddText) {
         for (const AtmRoutedPvc& pvc : list) vcis.push_back(pvc.vci), rates.push_back(pvc.rate);
         EXPECT_EQ(vcis, c.vcis) << c.text;
         EXPECT_EQ(rates, c.rates) << c.text;
-        EXPECT_EQ(log.str(), c.noted ? "Malformed Address In - list Record 1\n" : "");
+        EXPECT_EQ(log.str(), c.logged);
     }
     std::ostringstream log;
     tvlog.divert(log.rdbuf());

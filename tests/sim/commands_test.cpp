@@ -1,4 +1,4 @@
-// The life of the simulator, and its the simulator's commands.
+// The life of the simulator, and the commands that it takes.
 #include "rawclient.h"
 #include "tests/support/simulator.h"
 
