@@ -5,6 +5,7 @@
 #include "model/settings.h"
 #include "model/tvdatbuf.h"
 #include "platform/debuglog.h"
+#include "platform/index.h"
 
 #include <cerrno>
 #include <cstring>
@@ -13,7 +14,7 @@
 namespace {
 
 std::size_t adapter() {
-    return static_cast<std::size_t>(currentAdapter);
+    return asIndex(currentAdapter);
 }
 
 std::uint8_t link() {
@@ -116,7 +117,18 @@ void MapDataToXferBuffer() {
     prevSigBuffer = sigXferBuffer = atmDevices.sig[a];
 }
 
-void MapXferBufferToData(const Warner& warn) {
+bool buffersChanged() {
+    for (std::size_t m = 0; m < xferBuffer.size(); ++m)
+        if (!(prevLecBuffer[m] == xferBuffer[m]) || prevLecBuffer[m].pvcs != xferBuffer[m].pvcs) return true;
+    for (std::size_t m = 0; m < lesXferBuffer.size(); ++m)
+        if (!sameSettings(prevLesBuffer[m], lesXferBuffer[m]) ||
+            prevLesBuffer[m].clients != lesXferBuffer[m].clients)
+            return true;
+    return !(prevLecsBuffer == lecsXferBuffer) || !(prevIP1577Buffer == ip1577XferBuffer) ||
+           prevIP1577Buffer.pvcs != ip1577XferBuffer.pvcs || !sameSettings(prevSigBuffer, sigXferBuffer);
+}
+
+bool MapXferBufferToData(const Warner& warn) {
     DriverChannel channel;
     if (!channel.open(O_RDWR) && ioctlDesc)
         tvlog << "Cannot open the driver to apply changes: " << std::strerror(errno) << std::endl;
@@ -126,6 +138,7 @@ void MapXferBufferToData(const Warner& warn) {
     applyLecs(channel);
     applyIp1577(channel);
     applySignalling(warn);
+    return channel.acceptedChanges() > 0;
 }
 
 void MapXferBufferPVCsToData() {

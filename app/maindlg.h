@@ -9,6 +9,7 @@
 #include "ui/stats/statsdlg.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 extern const zLayout mainLayout;
@@ -30,20 +31,22 @@ class DMainDlg : public zFormDialog {
     DMainDlg(zApplication& application, const zLayout& layout);
 
   private:
-    void setup();
+    // The steps of the construction, in this order.
+    void connect();  // controls to handlers
+    void setup();    // reads the configuration, asks the driver and fills the list
     void SetDlgTitle();
+
     void selChangeInterfaceLB();
     void doubleClickInterfaceLB();
     void clickedSetupBTN();
     void clickedGlobalBTN();
-    void configure();  // the current adapter: dialog, driver, files
     void clickedStatsBTN();
     void clickedCloseBTN();
     void warn(const std::string& text, const char* title);
 
     OpenedChannel channel_;  // ioctlDesc
-    std::unique_ptr<DriverPdfEdit> editor_;
-    std::unique_ptr<aalInfo> adapterQuery_;               // none without a driver channel
+    DriverPdfEdit editor_;
+    std::optional<aalInfo> adapterQuery_;                 // none without a driver channel
     std::vector<FoundAdapter> adapters_;                  // by list position
-    std::vector<std::unique_ptr<DStatsDlg>> statistics_;  // that are open
+    std::vector<std::unique_ptr<DStatsDlg>> statistics_;  // the open ones
 };

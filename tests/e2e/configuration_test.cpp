@@ -338,8 +338,7 @@ TEST_F(ConfigurationTest, WhatCannotBeSavedIsSaidOnceWithFileAndReason) {
     };
     EXPECT_EQ(boxesOf(edit), Names{"Configuration Error"});
     EXPECT_NE(boxText.find("/etc/atm/tvconf: Is a directory"), std::string::npos) << boxText;
-    EXPECT_NE(boxText.find("The running driver has what it took of the change, the file has not."),
-              std::string::npos)
+    EXPECT_NE(boxText.find("The driver keeps what it accepted; the file was not updated."), std::string::npos)
         << boxText;
     EXPECT_NE(dump().find("config lec 1.1 elanName \"other\""), std::string::npos);
     EXPECT_EQ(window->cursor(), zArrowCursor);

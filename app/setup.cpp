@@ -1,0 +1,68 @@
+#include "app/setup.h"
+
+#include "app/apply.h"
+#include "driver/channel.h"
+#include "model/settings.h"
+#include "model/tvdatbuf.h"
+#include "platform/index.h"
+#include "toolkit/window/messagebox.h"
+#include "ui/config/confdlg.h"
+
+#include <fmt/format.h>
+
+namespace {
+
+// What the user has to know when a save failed. Driver and files have come apart when the driver accepted something.
+std::string notSaved(const DriverPdfEdit& editor, bool accepted) {
+    std::string text = "Unable to save the configuration:\n\n";
+    for (const SaveFailure& failure : editor.failures()) text += failure.file + ": " + failure.reason + "\n";
+    if (editor.wroteAnything()) return text;
+    return text + (accepted ? "\nThe driver keeps what it accepted; the file was not updated."
+                            : "\nThe change is not in the file.");
+}
+
+// The servers of the current adapter whose clients have no file to go to; empty when there are none.
+std::string withoutClientTable() {
+    std::string servers;
+    int number = 0;
+    for (const AtmLES& les : atmDevices.les[asIndex(currentAdapter)]) {
+        ++number;
+        if (!les.clients.empty() && les.clientFile.empty()) servers += fmt::format("LES {}\n", number);
+    }
+    return servers;
+}
+
+}  // namespace
+
+void setUpAdapter(zWindow& window, DriverPdfEdit& editor) {
+    const auto warn = [&window](const std::string& text, const char* title) {
+        zMessageBox(window.application(), window.shell(), zMessageStyle::warning, text, title);
+    };
+    bool saved = true, changed = false, accepted = false;
+    {
+        MapDataToXferBuffer();
+        const unsigned long before = SetupIoctlDesc.acceptedChanges();
+        DConfigDlg dialog(window);
+        dialog.runModal();
+        window.setCursor(zWatchCursor);
+        changed = buffersChanged();
+        accepted = SetupIoctlDesc.acceptedChanges() != before;
+        if (dialog.okFlag()) {
+            accepted |= MapXferBufferToData(warn);
+            saved = editor.WriteLink(currentAdapter);
+        } else {
+            MapXferBufferPVCsToData();
+            MapXferBufferELANsToData();
+            saved = editor.WriteLists(currentAdapter);
+        }
+        window.setCursor(zArrowCursor);
+    }
+    // An adapter that the file does not know has nowhere to put its settings, which is no matter while they are as
+    // they were.
+    const bool asBefore = !changed && editor.onlySectionsMissing();
+    if (!saved && !asBefore) warn(notSaved(editor, accepted), "Configuration Error");
+    if (const std::string servers = withoutClientTable(); !servers.empty())
+        warn("Unable to save the ELAN clients of:\n\n" + servers +
+                 "\nThe parameter file names no client table (ElanTbl) for them.",
+             "ELAN Client Error");
+}
