@@ -16,13 +16,13 @@ inline constexpr AddressHalves wellKnownAddress{"47:00:79:00:00:00:00:00:00:00:0
 
 class AddressPair {
   public:
-    // The fields networkPrefixED and esiSelectorED of a board, which are bound to variables.
+    // The fields networkPrefixED and esiSelectorED of a board, which are bound to the transfer buffer.
     explicit AddressPair(const zBoard& board);
 
-    // Remembers in the variables what was typed so far, and shows the well-known address.
+    // Stores what was typed so far, and shows the well-known address.
     void showWellKnown();
 
-    // Shows what the variables remember.
+    // Shows what is stored.
     void showOwn();
 
   private:

@@ -5,11 +5,16 @@
 #include "toolkit/controls/button.h"
 #include "toolkit/controls/notebook.h"
 #include "ui/config/confids.h"
+#include "ui/config/ip1577page.h"
 #include "ui/config/iplayout.h"
 #include "ui/config/leclayout.h"
+#include "ui/config/lecpage.h"
 #include "ui/config/lecslayout.h"
+#include "ui/config/lecspage.h"
 #include "ui/config/leslayout.h"
+#include "ui/config/lespage.h"
 #include "ui/config/siglayout.h"
+#include "ui/config/signalpage.h"
 #include "ui/subdialog.h"
 
 #include <fcntl.h>
@@ -33,24 +38,32 @@ constexpr zLayout frame{.id = 567,
                         .icon = programIcon,
                         .rows = rows};
 
+template <class Page> std::unique_ptr<ConfigPage> make(zFormDialog& dialog) {
+    return std::make_unique<Page>(dialog);
+}
+
+const struct {
+    const zLayout& layout;
+    std::unique_ptr<ConfigPage> (*make)(zFormDialog& dialog);
+    bool advanced = false;  // only with advanced settings
+} pages[] = {
+    {signalPageLayout, make<DConfigDlgSignalPG>}, {lecPageLayout, make<DConfigDlgLECPG>},
+    {lesPageLayout, make<DConfigDlgLESPG>, true}, {lecsPageLayout, make<DConfigDlgLECSPG>, true},
+    {ip1577PageLayout, make<DConfigDlgI1577PG>},
+};
+
 }  // namespace
 
-DConfigDlg::DConfigDlg(zWindow& parent) : zFormDialog(parent, frame), channel_(SetupIoctlDesc, O_RDWR) {
+DConfigDlg::DConfigDlg(zWindow& parent) : zFormDialog(parent, frame) {
     parent.setCursor(zWatchCursor);
+    channel_.emplace(SetupIoctlDesc, O_RDWR);
 
     auto& notebook = control<zNotebook>(pagesNB);
-    notebook.addPage(signalPageLayout,
-                     [this](zBoard& b) { signalPage_ = std::make_unique<DConfigDlgSignalPG>(b); });
-    notebook.addPage(lecPageLayout,
-                     [this](zBoard& b) { lecPage_ = std::make_unique<DConfigDlgLECPG>(*this, b); });
-    if (advSettings) {
-        notebook.addPage(lesPageLayout,
-                         [this](zBoard& b) { lesPage_ = std::make_unique<DConfigDlgLESPG>(*this, b); });
-        notebook.addPage(lecsPageLayout,
-                         [this](zBoard& b) { lecsPage_ = std::make_unique<DConfigDlgLECSPG>(b); });
+    for (const auto& page : pages) {
+        if (page.advanced && !advSettings) continue;
+        pages_.push_back(page.make(*this));
+        notebook.addPage(page.layout, [made = pages_.back().get()](zBoard& board) { made->attach(board); });
     }
-    notebook.addPage(ip1577PageLayout,
-                     [this](zBoard& b) { ip1577Page_ = std::make_unique<DConfigDlgI1577PG>(*this, b); });
     setTitle(("Setup " + dlgTitle).substr(0, longestTitle));
     control<zBitmapButton>(okBTN).onClick = [this] { onOk(); };
     control<zBitmapButton>(cancelBTN).onClick = [this] { onCancel(); };
@@ -60,11 +73,7 @@ DConfigDlg::DConfigDlg(zWindow& parent) : zFormDialog(parent, frame), channel_(S
 
 int DConfigDlg::onOk() {
     okFlag_ = true;
-    if (signalPage_) signalPage_->storeDefaults();
-    if (lecPage_) lecPage_->storeDefaults(lecPage_->current());
-    if (ip1577Page_) ip1577Page_->storeDefaults();
-    if (lesPage_) lesPage_->storeDefaults(lesPage_->current());
-    if (lecsPage_) lecsPage_->storeDefaults();
+    for (const auto& page : pages_) page->storeDefaults();
     endModal();
     return 1;
 }

@@ -4,22 +4,20 @@
 // ELAN clients) go to the running driver and into the buffers at once and survive Cancel.
 //
 // Every page follows one protocol; pages that show one of several instances take its index, from 0:
-//   Setup          the transfer buffer into the variables to which the page's controls are bound
-//   setDefaults    the same, and onto the controls
+//   attach         binds the page's controls, which have just been made, to the transfer buffer
+//   Setup          the instance's record becomes the one that the page works on
+//   setDefaults    the same, and shows it on the controls
 //   storeDefaults  what was changed on the controls into the buffer
 //   ToggleControls greys what the state of the check boxes makes impossible
 #pragma once
 
 #include "driver/channel.h"
-#include "toolkit/controls/notebook.h"
 #include "toolkit/window/window.h"
-#include "ui/config/ip1577page.h"
-#include "ui/config/lecpage.h"
-#include "ui/config/lecspage.h"
-#include "ui/config/lespage.h"
-#include "ui/config/signalpage.h"
+#include "ui/config/page.h"
 
 #include <memory>
+#include <optional>
+#include <vector>
 
 class DConfigDlg : public zFormDialog {
   public:
@@ -33,12 +31,7 @@ class DConfigDlg : public zFormDialog {
     int onCancel();
 
   private:
-    OpenedChannel channel_;  // SetupIoctlDesc
-    // Made when they are first on top; a page that was not seen has nothing to store.
-    std::unique_ptr<DConfigDlgSignalPG> signalPage_;
-    std::unique_ptr<DConfigDlgLECPG> lecPage_;
-    std::unique_ptr<DConfigDlgLESPG> lesPage_;    // in advanced mode only
-    std::unique_ptr<DConfigDlgLECSPG> lecsPage_;  // likewise
-    std::unique_ptr<DConfigDlgI1577PG> ip1577Page_;
+    std::optional<OpenedChannel> channel_;            // SetupIoctlDesc
+    std::vector<std::unique_ptr<ConfigPage>> pages_;  // by tab
     bool okFlag_ = false;
 };

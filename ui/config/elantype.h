@@ -1,9 +1,11 @@
-// The choice of an ELAN type with two radio buttons. What is not Ethernet counts as Token Ring.
+// The choice of an ELAN type with two radio buttons. A type that is neither Ethernet nor Token Ring shows as Token Ring.
 #pragma once
 
+#include "platform/debuglog.h"
 #include "ui/config/confids.h"
 
 #include <cstdint>
+#include <string_view>
 
 constexpr std::int16_t ethernetElan = 1, tokenRingElan = 2;
 
@@ -11,6 +13,10 @@ inline int elanTypeButton(std::int16_t type) {
     return type == ethernetElan ? ethernetRB : tokenRingRB;
 }
 
-inline std::int16_t elanTypeOf(int button) {
-    return button == ethernetRB ? ethernetElan : tokenRingElan;
+// Stores the type of the chosen button. The log names a type that was neither of the two and is replaced.
+inline void storeElanType(std::int16_t& type, int button, std::string_view service) {
+    const std::int16_t chosen = button == ethernetRB ? ethernetElan : tokenRingElan;
+    if (type != ethernetElan && type != tokenRingElan)
+        tvlog << service << " ELAN type " << type << " becomes " << chosen << std::endl;
+    type = chosen;
 }

@@ -9,7 +9,6 @@
 #include "ui/config/pvctable.h"
 
 #include <optional>
-#include <string>
 
 // The routed PVCs.
 class I1577PGPvcTBL : public PvcTable {
@@ -20,28 +19,23 @@ class I1577PGPvcTBL : public PvcTable {
     void Update();
 };
 
-class DConfigDlgI1577PG : public ConfigPage<DConfigDlgI1577PG, IP1577XferBuffer> {
+class DConfigDlgI1577PG final : public ConfigPage {
   public:
-    // On its board in `dialog`, which must outlive it.
-    DConfigDlgI1577PG(zFormDialog& dialog, zBoard& board);
+    // In `dialog`, which must outlive it.
+    explicit DConfigDlgI1577PG(zFormDialog& dialog);
 
-    void Setup();
-    void setDefaults();
-    void storeDefaults();
-    void ToggleControls();
+    void storeDefaults() override;
+    void ToggleControls() override;
 
   private:
-    friend class ConfigPage<DConfigDlgI1577PG, IP1577XferBuffer>;
-    static const FieldRow<DConfigDlgI1577PG, IP1577XferBuffer> fields[];
-
-    PvcEditor<AtmRoutedPvc>::Page pvcList(zFormDialog& dialog);
+    void connect() override;
+    PvcEditor<AtmRoutedPvc>::Page pvcList();
     void clickedEnableServerCB();
 
-    I1577PGPvcTBL table_;
+    zFormDialog& dialog_;
     std::optional<IpRequest> request_;  // none without a driver channel
-    PvcEditor<AtmRoutedPvc> editor_;
 
-    std::string ip_, subnetMask_, serverIp_, networkPrefix_, esiSelector_;
-    int enabled_ = 0, pvcOnly_ = 0;
-    int server_ = 0;  // this adapter is the ARP server: shown only, it follows from the addresses
+    // Made with the controls.
+    std::optional<I1577PGPvcTBL> table_;
+    std::optional<PvcEditor<AtmRoutedPvc>> editor_;
 };

@@ -2,6 +2,7 @@
 
 #include "driver/channel.h"
 #include "model/settings.h"
+#include "platform/index.h"
 #include "toolkit/controls/dropdown.h"
 #include "toolkit/controls/edit.h"
 #include "toolkit/controls/tabstrip.h"
@@ -15,96 +16,92 @@ namespace {
 
 constexpr std::array<unsigned, 3> elanMtuSizes{1516, 4544, 9234};  // by list position
 
+constexpr zBindingRow<LECXferBuffer> fields[] = {
+    {macAddressED, &LECXferBuffer::macText},
+    {networkPrefixED, &LECXferBuffer::networkPrefix},
+    {esiSelectorED, &LECXferBuffer::esiSelector},
+    {elanNameED, &LECXferBuffer::elanName},
+    {l3MtuED, &LECXferBuffer::l3Mtu},
+    {elanTypeCBO, &LECXferBuffer::elanType},
+    {elanMtuCBO, &LECXferBuffer::mtuPosition},
+    {enableCB, &LECXferBuffer::enabled},
+    {pvcOnlyCB, &LECXferBuffer::pvcOnly},
+};
+
 LECXferBuffer& bufferOf(int lec) {
-    return xferBuffer[static_cast<std::size_t>(lec)];
+    return xferBuffer[asIndex(lec)];
 }
 
 }  // namespace
 
-const FieldRow<DConfigDlgLECPG, LECXferBuffer> DConfigDlgLECPG::fields[] = {
-    {{macAddressED, &DConfigDlgLECPG::macText_}, &LECXferBuffer::macText},
-    {{networkPrefixED, &DConfigDlgLECPG::networkPrefix_}, &LECXferBuffer::networkPrefix},
-    {{esiSelectorED, &DConfigDlgLECPG::esiSelector_}, &LECXferBuffer::esiSelector},
-    {{elanNameED, &DConfigDlgLECPG::elanName_}, &LECXferBuffer::elanName},
-    {{l3MtuED, &DConfigDlgLECPG::l3Mtu_}, &LECXferBuffer::l3Mtu},
-    {{lecsRB, &DConfigDlgLECPG::choice_}},
-    {{elanTypeCBO, &DConfigDlgLECPG::elanType_}, &LECXferBuffer::elanType},
-    {{elanMtuCBO, &DConfigDlgLECPG::elanMtu_}, &LECXferBuffer::mtuPosition},
-    {{enableCB, &DConfigDlgLECPG::enabled_}, &LECXferBuffer::enabled},
-    {{pvcOnlyCB, &DConfigDlgLECPG::pvcOnly_}, &LECXferBuffer::pvcOnly},
-};
-
-DConfigDlgLECPG::DConfigDlgLECPG(zFormDialog& dialog, zBoard& board)
-    : ConfigPage(board), address_(board_), table_(board_.control<zTable>(pvcTBL)),
-      editor_(dialog, board_, table_, bridgedPvcXferBuffer, pvcList(dialog)) {
+DConfigDlgLECPG::DConfigDlgLECPG(zFormDialog& dialog) : dialog_(dialog) {
     tvlog << "creating LEC Page" << std::endl;
     Setup(0);
-    bind();
-    table_.Update(0);
-    table_.setActiveCell({0, 0});
-    ToggleControls();
-
-    onClick<zCheckBox>(enableCB, &DConfigDlgLECPG::ToggleControls);
-    onClick<zCheckBox>(pvcOnlyCB, &DConfigDlgLECPG::ToggleControls);
-    board_.control<zTabStrip>(lecTB).onSelect = [this](int lec) { selChangeLecTB(lec); };
-    board_.group(lecsRB).onClick = [this](int id) { clickedLECSRBGroup(id); };
-    board_.control<zDropDown>(elanMtuCBO).onSelect = [this] { selChangeElanMTUCBO(); };
+    if (SetupIoctlDesc) request_.emplace(SetupIoctlDesc, static_cast<std::uint8_t>(currentAdapter));
 }
 
-PvcEditor<AtmBridgedPvc>::Page DConfigDlgLECPG::pvcList(zFormDialog& dialog) {
+void DConfigDlgLECPG::connect() {
+    address_.emplace(board());
+    table_.emplace(control<zTable>(pvcTBL));
+    editor_.emplace(dialog_, board(), *table_, bridgedPvcXferBuffer, pvcList());
+    board().group(lecsRB).bind(&choice_);
+    Setup(0);
+    board().load();
+    table_->Update(0);
+    table_->setActiveCell({0, 0});
+    ToggleControls();
+
+    togglesControls(enableCB);
+    togglesControls(pvcOnlyCB);
+    control<zTabStrip>(lecTB).onSelect = [this](int lec) { turnTo(lec); };
+    board().group(lecsRB).onClick = [this](int id) { clickedLECSRBGroup(id); };
+    control<zDropDown>(elanMtuCBO).onSelect = [this] { selChangeElanMTUCBO(); };
+}
+
+PvcEditor<AtmBridgedPvc>::Page DConfigDlgLECPG::pvcList() {
     PvcEditor<AtmBridgedPvc>::Page page;
     page.list = [this]() -> auto& {
         return bufferOf(current()).pvcs;
     };
-    page.edit = [&dialog] { return confirmed<DLecPvcDLG>(dialog); };
-    page.update = [this] { table_.Update(current()); };
-    if (!SetupIoctlDesc) return page;
-    request_.emplace(SetupIoctlDesc, static_cast<std::uint8_t>(currentAdapter));
-    page.request = [this](const AtmBridgedPvc& pvc, PvcChange change) {
-        return request_->changePvc(static_cast<std::uint8_t>(current()), change, pvc);
-    };
+    page.edit = [this] { return confirmed<DLecPvcDLG>(dialog_); };
+    page.update = [this] { table_->Update(current()); };
+    if (request_)
+        page.request = [this](const AtmBridgedPvc& pvc, PvcChange change) {
+            return request_->changePvc(static_cast<std::uint8_t>(current()), change, pvc);
+        };
     return page;
 }
 
 void DConfigDlgLECPG::Setup(int i) {
-    take(bufferOf(i));
     choice_ = bufferOf(i).useLecs ? lecsRB : lesRB;
-}
-
-void DConfigDlgLECPG::setDefaults(int i) {
-    showDefaults(i);
-    table_.Update(i);
+    if (attached()) board().bind(bufferOf(i), fields);
 }
 
 void DConfigDlgLECPG::storeDefaults(int i) {
+    storeControls();
     LECXferBuffer& buffer = bufferOf(i);
-    give(buffer);
     const bool lecs = choice_ == lecsRB;
     if (lecs != (buffer.useLecs != 0)) buffer.useLecs = lecs;
 }
 
 void DConfigDlgLECPG::ToggleControls() {
-    board_.enable(lecPageRules,
-                  (checked(enableCB) ? clientEnabled : 0U) | (checked(pvcOnlyCB) ? 0U : serversUsed));
+    board().enable(lecPageRules,
+                   (checked(enableCB) ? clientEnabled : 0U) | (checked(pvcOnlyCB) ? 0U : serversUsed));
 }
 
 void DConfigDlgLECPG::clickedLECSRBGroup(int id) {
     if (id == lecsRB)
-        address_.showWellKnown();
+        address_->showWellKnown();
     else
-        address_.showOwn();
+        address_->showOwn();
 }
 
 void DConfigDlgLECPG::selChangeElanMTUCBO() {
-    auto& field = board_.control<zNumberEdit>(l3MtuED);
-    const int position = board_.control<zDropDown>(elanMtuCBO).selected();
-    const bool known = position >= 0 && static_cast<std::size_t>(position) < elanMtuSizes.size();
-    const unsigned size = known ? elanMtuSizes[static_cast<std::size_t>(position)] : 0;
+    auto& field = control<zNumberEdit>(l3MtuED);
+    const int position = control<zDropDown>(elanMtuCBO).selected();
+    const bool known = position >= 0 && asIndex(position) < elanMtuSizes.size();
+    const unsigned size = known ? elanMtuSizes[asIndex(position)] : 0;
     if (field.number() < size) field.setNumber(size);
-}
-
-void DConfigDlgLECPG::selChangeLecTB(int next) {
-    turnTo(next);
 }
 
 namespace {

@@ -10,7 +10,6 @@
 #include "ui/config/pvctable.h"
 
 #include <optional>
-#include <string>
 
 // The bridged PVCs of one client.
 class LECPGPvcTBL : public PvcTable {
@@ -21,33 +20,28 @@ class LECPGPvcTBL : public PvcTable {
     void Update(int lec);
 };
 
-class DConfigDlgLECPG : public ConfigPage<DConfigDlgLECPG, LECXferBuffer> {
+class DConfigDlgLECPG final : public InstancePage {
   public:
-    // On its board in `dialog`, which must outlive it.
-    DConfigDlgLECPG(zFormDialog& dialog, zBoard& board);
+    // In `dialog`, which must outlive it.
+    explicit DConfigDlgLECPG(zFormDialog& dialog);
 
-    // `i`: a client, from 0.
-    void Setup(int i);
-    void setDefaults(int i);
-    void storeDefaults(int i);
-    void ToggleControls();
+    void Setup(int i) override;
+    void storeDefaults(int i) override;
+    void ToggleControls() override;
 
   private:
-    friend class ConfigPage<DConfigDlgLECPG, LECXferBuffer>;
-    static const FieldRow<DConfigDlgLECPG, LECXferBuffer> fields[];
-
-    PvcEditor<AtmBridgedPvc>::Page pvcList(zFormDialog& dialog);
+    void connect() override;
+    void refill(int i) override { table_->Update(i); }
+    PvcEditor<AtmBridgedPvc>::Page pvcList();
     void clickedLECSRBGroup(int id);
     void selChangeElanMTUCBO();
-    void selChangeLecTB(int next);
 
-    AddressPair address_;
-    LECPGPvcTBL table_;
+    zFormDialog& dialog_;
     std::optional<LecRequest> request_;  // none without a driver channel
-    PvcEditor<AtmBridgedPvc> editor_;
+    int choice_ = 0;                     // id of the chosen button, LECS or LES
 
-    std::string macText_, elanName_, networkPrefix_, esiSelector_;
-    unsigned l3Mtu_ = 0;
-    int choice_ = 0;  // id of the chosen button, LECS or LES
-    int enabled_ = 0, pvcOnly_ = 0, elanMtu_ = 0, elanType_ = 0;
+    // Made with the controls.
+    std::optional<AddressPair> address_;
+    std::optional<LECPGPvcTBL> table_;
+    std::optional<PvcEditor<AtmBridgedPvc>> editor_;
 };

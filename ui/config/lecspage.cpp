@@ -1,49 +1,49 @@
 #include "ui/config/lecspage.h"
 
+#include "model/tvdatbuf.h"
 #include "ui/config/confids.h"
 #include "ui/config/elantype.h"
 #include "ui/config/lecslayout.h"
 
-const FieldRow<DConfigDlgLECSPG, LECSXferBuffer> DConfigDlgLECSPG::fields[] = {
-    {{networkPrefixED, &DConfigDlgLECSPG::networkPrefix_}, &LECSXferBuffer::networkPrefix},
-    {{esiSelectorED, &DConfigDlgLECSPG::esiSelector_}, &LECSXferBuffer::esiSelector},
-    {{ethernetRB, &DConfigDlgLECSPG::choice_}},
-    {{etherMtuCBO, &DConfigDlgLECSPG::etherMtu_}, &LECSXferBuffer::etherMtuPosition},
-    {{tokenRingMtuCBO, &DConfigDlgLECSPG::tokenRingMtu_}, &LECSXferBuffer::tokenRingMtuPosition},
-    {{enableCB, &DConfigDlgLECSPG::enabled_}, &LECSXferBuffer::enabled},
-    {{wellKnownAddressCB, &DConfigDlgLECSPG::useWellKnown_}},
+namespace {
+
+// "Use 'Well Known Address'" is never stored.
+constexpr zBindingRow<LECSXferBuffer> fields[] = {
+    {networkPrefixED, &LECSXferBuffer::networkPrefix},
+    {esiSelectorED, &LECSXferBuffer::esiSelector},
+    {etherMtuCBO, &LECSXferBuffer::etherMtuPosition},
+    {tokenRingMtuCBO, &LECSXferBuffer::tokenRingMtuPosition},
+    {enableCB, &LECSXferBuffer::enabled},
 };
 
-DConfigDlgLECSPG::DConfigDlgLECSPG(zBoard& board) : ConfigPage(board), address_(board_) {
+}  // namespace
+
+DConfigDlgLECSPG::DConfigDlgLECSPG(zFormDialog&) : choice_(elanTypeButton(lecsXferBuffer.elanType)) {
     tvlog << "creating LECS page" << std::endl;
-    Setup();
-    bind();
+}
+
+void DConfigDlgLECSPG::connect() {
+    address_.emplace(board());
+    board().bind(lecsXferBuffer, fields);
+    board().group(ethernetRB).bind(&choice_);
+    board().load();
     ToggleControls();
-    onClick<zCheckBox>(enableCB, &DConfigDlgLECSPG::ToggleControls);
-    onClick<zCheckBox>(wellKnownAddressCB, &DConfigDlgLECSPG::clickedWellKnownAddressCB);
-}
-
-void DConfigDlgLECSPG::Setup() {
-    take(lecsXferBuffer);
-    choice_ = elanTypeButton(lecsXferBuffer.elanType);
-}
-
-void DConfigDlgLECSPG::setDefaults() {
-    showDefaults();
+    togglesControls(enableCB);
+    control<zCheckBox>(wellKnownAddressCB).onClick = [this] { clickedWellKnownAddressCB(); };
 }
 
 void DConfigDlgLECSPG::storeDefaults() {
-    give(lecsXferBuffer);
-    lecsXferBuffer.elanType = elanTypeOf(choice_);
+    storeControls();
+    storeElanType(lecsXferBuffer.elanType, choice_, "Lecs");
 }
 
 void DConfigDlgLECSPG::ToggleControls() {
-    board_.enable(lecsPageRules, checked(enableCB) ? lecsEnabled : 0U);
+    board().enable(lecsPageRules, checked(enableCB) ? lecsEnabled : 0U);
 }
 
 void DConfigDlgLECSPG::clickedWellKnownAddressCB() {
     if (checked(wellKnownAddressCB))
-        address_.showWellKnown();
+        address_->showWellKnown();
     else
-        address_.showOwn();
+        address_->showOwn();
 }

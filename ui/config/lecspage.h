@@ -1,31 +1,23 @@
 // The "LECS" page: the LAN Emulation Configuration Server, its address and what it tells new ELANs.
 #pragma once
 
-#include "model/tvdatbuf.h"
+#include "toolkit/window/window.h"
 #include "ui/config/addresspair.h"
 #include "ui/config/page.h"
 
-#include <string>
+#include <optional>
 
-class DConfigDlgLECSPG : public ConfigPage<DConfigDlgLECSPG, LECSXferBuffer> {
+class DConfigDlgLECSPG final : public ConfigPage {
   public:
-    explicit DConfigDlgLECSPG(zBoard& board);
+    explicit DConfigDlgLECSPG(zFormDialog& dialog);
 
-    void Setup();
-    void setDefaults();
-    void storeDefaults();
-    void ToggleControls();
+    void storeDefaults() override;
+    void ToggleControls() override;
 
   private:
-    friend class ConfigPage<DConfigDlgLECSPG, LECSXferBuffer>;
-    static const FieldRow<DConfigDlgLECSPG, LECSXferBuffer> fields[];
-
+    void connect() override;
     void clickedWellKnownAddressCB();
 
-    AddressPair address_;
-
-    std::string networkPrefix_, esiSelector_;
     int choice_ = 0;  // id of the chosen button, Ethernet or Token Ring
-    int enabled_ = 0, etherMtu_ = 0, tokenRingMtu_ = 0;
-    int useWellKnown_ = 0;  // never stored
+    std::optional<AddressPair> address_;
 };

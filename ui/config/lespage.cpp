@@ -2,22 +2,29 @@
 
 #include "driver/channel.h"
 #include "model/settings.h"
+#include "platform/index.h"
 #include "toolkit/controls/tabstrip.h"
 #include "toolkit/window/messagebox.h"
-#include "ui/config/confids.h"
 #include "ui/config/elandlg.h"
 #include "ui/config/elantype.h"
 #include "ui/config/leslayout.h"
 #include "ui/config/listedit.h"
 
 #include <algorithm>
+#include <fmt/format.h>
 
 namespace {
 
 constexpr const char* errorTitle = "ELAN Client Error";
 
+constexpr zBindingRow<LESXferBuffer> fields[] = {
+    {elanNameED, &LESXferBuffer::elanName},   {strictNameCB, &LESXferBuffer::strictName},
+    {strictMtuCB, &LESXferBuffer::strictMtu}, {elanMtuCBO, &LESXferBuffer::mtuPosition},
+    {enableCB, &LESXferBuffer::enabled},
+};
+
 LESXferBuffer& bufferOf(int les) {
-    return lesXferBuffer[static_cast<std::size_t>(les)];
+    return lesXferBuffer[asIndex(les)];
 }
 
 std::string mappingLine(const esiSelector& client, bool permanent) {
@@ -26,56 +33,41 @@ std::string mappingLine(const esiSelector& client, bool permanent) {
 
 }  // namespace
 
-const FieldRow<DConfigDlgLESPG, LESXferBuffer> DConfigDlgLESPG::fields[] = {
-    {{elanNameED, &DConfigDlgLESPG::elanName_}, &LESXferBuffer::elanName},
-    {{strictNameCB, &DConfigDlgLESPG::strictName_}, &LESXferBuffer::strictName},
-    {{strictMtuCB, &DConfigDlgLESPG::strictMtu_}, &LESXferBuffer::strictMtu},
-    {{elanMtuCBO, &DConfigDlgLESPG::elanMtu_}, &LESXferBuffer::mtuPosition},
-    {{enableCB, &DConfigDlgLESPG::enabled_}, &LESXferBuffer::enabled},
-    {{ethernetRB, &DConfigDlgLESPG::choice_}},
-};
-
-DConfigDlgLESPG::DConfigDlgLESPG(zFormDialog& dialog, zBoard& board)
-    : ConfigPage(board), dialog_(dialog), list_(board_.control<zListBox>(clientLB)) {
+DConfigDlgLESPG::DConfigDlgLESPG(zFormDialog& dialog) : dialog_(dialog) {
     tvlog << "creating LES page" << std::endl;
     Setup(0);
-    if (SetupIoctlDesc) {
-        const auto link = static_cast<std::uint8_t>(currentAdapter);
-        query_.emplace(SetupIoctlDesc, link);
-        request_.emplace(SetupIoctlDesc, link);
-    }
-    bind();
+    if (!SetupIoctlDesc) return;
+    const auto link = static_cast<std::uint8_t>(currentAdapter);
+    query_.emplace(SetupIoctlDesc, link);
+    request_.emplace(SetupIoctlDesc, link);
+}
+
+void DConfigDlgLESPG::connect() {
+    board().group(ethernetRB).bind(&choice_);
+    Setup(0);
+    board().load();
     UpdateClientLB(0);
     ToggleControls();
 
-    onClick<zCheckBox>(enableCB, &DConfigDlgLESPG::ToggleControls);
-    board_.control<zTabStrip>(lesTB).onSelect = [this](int les) { selChangeLesTB(les); };
-    onClick<zBitmapButton>(addBTN, &DConfigDlgLESPG::clickedAddBTN);
-    onClick<zBitmapButton>(insertBTN, &DConfigDlgLESPG::clickedMoveBTN);
-    onClick<zBitmapButton>(deleteBTN, &DConfigDlgLESPG::clickedDeleteBTN);
+    togglesControls(enableCB);
+    control<zTabStrip>(lesTB).onSelect = [this](int les) { turnTo(les); };
+    control<zBitmapButton>(addBTN).onClick = [this] { clickedAddBTN(); };
+    control<zBitmapButton>(insertBTN).onClick = [this] { clickedMoveBTN(); };
+    control<zBitmapButton>(deleteBTN).onClick = [this] { clickedDeleteBTN(); };
 }
 
 void DConfigDlgLESPG::Setup(int i) {
-    take(bufferOf(i));
     choice_ = elanTypeButton(bufferOf(i).elanType);
-}
-
-void DConfigDlgLESPG::setDefaults(int i) {
-    showDefaults(i);
-    UpdateClientLB(i);
+    if (attached()) board().bind(bufferOf(i), fields);
 }
 
 void DConfigDlgLESPG::storeDefaults(int i) {
-    give(bufferOf(i));
-    bufferOf(i).elanType = elanTypeOf(choice_);
+    storeControls();
+    storeElanType(bufferOf(i).elanType, choice_, fmt::format("Les{}", i));
 }
 
 void DConfigDlgLESPG::ToggleControls() {
-    board_.enable(lesPageRules, checked(enableCB) ? serverEnabled : 0U);
-}
-
-void DConfigDlgLESPG::selChangeLesTB(int next) {
-    turnTo(next);
+    board().enable(lesPageRules, checked(enableCB) ? serverEnabled : 0U);
 }
 
 void DConfigDlgLESPG::UpdateClientLB(int i) {
@@ -85,23 +77,23 @@ void DConfigDlgLESPG::UpdateClientLB(int i) {
         for (const LecsRowView row : query_->GetEntireTable())
             if (row.kind() == LecsRowView::temporary && row.les() == i)
                 lines.push_back(mappingLine(row.client(), false));
-    list_.setLines(std::move(lines));
-    list_.select(position_);
+    list().setLines(std::move(lines));
+    list().select(position_);
 }
 
 esiSelector DConfigDlgLESPG::selectedClient() const {
     esiSelector client;
-    client = list_.line(list_.selected());
+    client = list().line(list().selected());
     return client;
 }
 
 void DConfigDlgLESPG::stepUp() {
     position_ = std::max(0, position_ - 1);
-    list_.select(position_);
+    list().select(position_);
 }
 
 void DConfigDlgLESPG::clickedAddBTN() {
-    position_ = list_.selected();
+    position_ = list().selected();
     if (position_ >= 0) esiSelectorXferBuffer = selectedClient();
     if (!confirmed<DElandlg>(dialog_)) return;
     addClient(esiSelectorXferBuffer, static_cast<short>(current()));
@@ -109,7 +101,7 @@ void DConfigDlgLESPG::clickedAddBTN() {
 }
 
 void DConfigDlgLESPG::clickedDeleteBTN() {
-    position_ = list_.selected();
+    position_ = list().selected();
     if (position_ < 0) return;
     const esiSelector client = selectedClient();
     const auto& permanent = bufferOf(current()).clients;
@@ -119,30 +111,26 @@ void DConfigDlgLESPG::clickedDeleteBTN() {
 }
 
 void DConfigDlgLESPG::addClient(const esiSelector& client, short les, bool ask) {
-    std::function<int()> request;
     const auto unit = static_cast<std::uint8_t>(les);
-    if (request_ && ask)
-        request = [&] {
-            return request_->addClient(static_cast<std::uint8_t>(currentAdapter), unit,
-                                       lecs_req::mapping(client, unit));
-        };
-    if (dynamicOrStatic(dialog_, request, {unableTo("Add", client.GetF2EsiSelector()), errorTitle}))
+    const bool taken = request_ && ask &&
+                       request_->addClient(static_cast<std::uint8_t>(currentAdapter), unit,
+                                           lecs_req::mapping(client, unit)) == 0;
+    if (taken || agreesToStatic(dialog_, "Add", client.GetF2EsiSelector(), errorTitle))
         bufferOf(les).clients.push_back(client);
 }
 
 void DConfigDlgLESPG::delClient(const esiSelector& client, short les, bool ask) {
-    std::function<int()> request;
-    if (request_ && ask) request = [&] { return request_->delClient(lecs_req::mapping(client, 0)); };
+    const bool taken = request_ && ask && request_->delClient(lecs_req::mapping(client, 0)) == 0;
     if (les < 0) {
-        // It is in the running server only: there is nothing else to change.
-        if (request && request() == 0)
+        // A temporary mapping is in the running server only: there is nothing else to change.
+        if (taken)
             stepUp();
         else
             zMessageBox(dialog_.application(), dialog_.shell(), zMessageStyle::warning,
                         std::string("Unable to Dynamically Delete ") + client.GetF2EsiSelector(), errorTitle);
         return;
     }
-    if (dynamicOrStatic(dialog_, request, {unableTo("Delete", client.GetF2EsiSelector()), errorTitle})) {
+    if (taken || agreesToStatic(dialog_, "Delete", client.GetF2EsiSelector(), errorTitle)) {
         auto& permanent = bufferOf(les).clients;
         const auto found = std::find(permanent.begin(), permanent.end(), client);
         if (found != permanent.end()) permanent.erase(found);

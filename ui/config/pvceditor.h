@@ -3,6 +3,7 @@
 #pragma once
 
 #include "driver/requestblocks.h"
+#include "platform/index.h"
 #include "toolkit/controls/button.h"
 #include "ui/config/confids.h"
 #include "ui/config/listedit.h"
@@ -55,15 +56,13 @@ template <class Pvc> class PvcEditor {
     Pvc* selected() const {
         std::vector<Pvc>& list = page_.list();
         const int row = table_.activeCell().row;
-        return row >= 1 && static_cast<std::size_t>(row) <= list.size()
-                   ? &list[static_cast<std::size_t>(row - 1)]
-                   : nullptr;
+        return row >= 1 && asIndex(row) <= list.size() ? &list[asIndex(row - 1)] : nullptr;
     }
 
+    // In the driver, or in the static configuration only.
     bool change(const Pvc& pvc, PvcChange change, const char* verb) {
-        std::function<int()> request;
-        if (page_.request) request = [&] { return page_.request(pvc, change); };
-        return dynamicOrStatic(window_, request, {unableTo(verb, "PVC"), "PVC Error"});
+        const bool taken = page_.request && page_.request(pvc, change) == 0;
+        return taken || agreesToStatic(window_, verb, "PVC", "PVC Error");
     }
 
     zWindow& window_;

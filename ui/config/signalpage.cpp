@@ -1,36 +1,36 @@
 #include "ui/config/signalpage.h"
 
+#include "model/tvdatbuf.h"
 #include "ui/config/confids.h"
 #include "ui/config/siglayout.h"
 
-const FieldRow<DConfigDlgSignalPG, SigXferBuffer> DConfigDlgSignalPG::fields[] = {
-    {{uniRevisionCBO, &DConfigDlgSignalPG::uniRevision_}, &SigXferBuffer::uniPosition},
-    {{addrRegCB, &DConfigDlgSignalPG::addressRegistration_}, &SigXferBuffer::addressRegistration},
-    {{portChangeCB, &DConfigDlgSignalPG::portChangeDetect_}, &SigXferBuffer::portChangeDetect},
-    {{otherPrefixesCB, &DConfigDlgSignalPG::otherPrefixes_}, &SigXferBuffer::registerOtherPrefixes},
-    {{registeredPrefixED, &DConfigDlgSignalPG::networkPrefix_}, &SigXferBuffer::networkPrefix},
+namespace {
+
+constexpr zBindingRow<SigXferBuffer> fields[] = {
+    {uniRevisionCBO, &SigXferBuffer::uniPosition},
+    {addrRegCB, &SigXferBuffer::addressRegistration},
+    {portChangeCB, &SigXferBuffer::portChangeDetect},
+    {otherPrefixesCB, &SigXferBuffer::registerOtherPrefixes},
+    {registeredPrefixED, &SigXferBuffer::networkPrefix},
 };
 
-DConfigDlgSignalPG::DConfigDlgSignalPG(zBoard& board) : ConfigPage(board) {
+}  // namespace
+
+DConfigDlgSignalPG::DConfigDlgSignalPG(zFormDialog&) {
     tvlog << "creating Signalling page" << std::endl;
-    Setup();
-    bind();
+}
+
+void DConfigDlgSignalPG::connect() {
+    board().bind(sigXferBuffer, fields);
+    board().load();
     ToggleControls();
-    onClick<zCheckBox>(addrRegCB, &DConfigDlgSignalPG::ToggleControls);
-}
-
-void DConfigDlgSignalPG::Setup() {
-    take(sigXferBuffer);
-}
-
-void DConfigDlgSignalPG::setDefaults() {
-    showDefaults();
+    togglesControls(addrRegCB);
 }
 
 void DConfigDlgSignalPG::storeDefaults() {
-    give(sigXferBuffer);
+    storeControls();
 }
 
 void DConfigDlgSignalPG::ToggleControls() {
-    board_.enable(signalPageRules, checked(addrRegCB) ? registered : unregistered);
+    board().enable(signalPageRules, checked(addrRegCB) ? registered : unregistered);
 }

@@ -1,24 +1,16 @@
 // The "Signalling" page: the UNI revision and the ILMI address registration.
 #pragma once
 
-#include "model/tvdatbuf.h"
+#include "toolkit/window/window.h"
 #include "ui/config/page.h"
 
-#include <string>
-
-class DConfigDlgSignalPG : public ConfigPage<DConfigDlgSignalPG, SigXferBuffer> {
+class DConfigDlgSignalPG final : public ConfigPage {
   public:
-    explicit DConfigDlgSignalPG(zBoard& board);
+    explicit DConfigDlgSignalPG(zFormDialog& dialog);
 
-    void Setup();
-    void setDefaults();
-    void storeDefaults();
-    void ToggleControls();
+    void storeDefaults() override;
+    void ToggleControls() override;
 
   private:
-    friend class ConfigPage<DConfigDlgSignalPG, SigXferBuffer>;
-    static const FieldRow<DConfigDlgSignalPG, SigXferBuffer> fields[];
-
-    std::string networkPrefix_;
-    int uniRevision_ = 0, addressRegistration_ = 0, portChangeDetect_ = 0, otherPrefixes_ = 0;
+    void connect() override;
 };
