@@ -21,7 +21,7 @@ std::uint8_t link() {
     return static_cast<std::uint8_t>(currentAdapter);
 }
 
-// A driver that has let one request of a service time out gets no more of them: each would hold the window up for
+// After a timeout nothing more is sent for the same service: each further request would block the window for
 // as long again.
 bool hangs(const reqParam& request, int result) {
     if (result == 0 || !request.timedOut()) return false;
@@ -41,7 +41,7 @@ void applyLec(DriverChannel& channel, std::size_t m) {
         request.stop(unit);
         return;
     }
-    // The restart takes the client's PVCs away.
+    // A restarted client has no PVCs.
     if (hangs(request, request.start(unit, record))) return;
     for (const AtmBridgedPvc& pvc : record.pvcs)
         if (hangs(request, request.changePvc(unit, PvcChange::add, pvc))) return;
@@ -132,7 +132,7 @@ bool MapXferBufferToData(const Warner& warn) {
     DriverChannel channel;
     if (!channel.open(O_RDWR) && ioctlDesc)
         tvlog << "Cannot open the driver to apply changes: " << std::strerror(errno) << std::endl;
-    if (!ioctlDesc) channel.close();  // the driver was not there at start-up: it takes no part
+    if (!ioctlDesc) channel.close();  // no driver at start-up: nothing is sent
     for (std::size_t m = 0; m < xferBuffer.size(); ++m) applyLec(channel, m);
     for (std::size_t m = 0; m < lesXferBuffer.size(); ++m) applyLes(channel, m);
     applyLecs(channel);

@@ -1,5 +1,5 @@
-// Taking over what the configuration dialog edited: transfer buffers to records, and changed services restarted in
-// the running driver. Works on the adapter currentAdapter.
+// Moves the configuration of the adapter currentAdapter between its records and the transfer buffers, and
+// restarts changed services in the running driver.
 #pragma once
 
 #include <functional>
@@ -7,17 +7,19 @@
 // Shows a warning to the user.
 using Warner = std::function<void(const char* text, const char* title)>;
 
-// Before the dialog: fills the buffers and their previous-value copies from the records.
+// Before the dialog: fills the transfer buffers, and the copies that they are compared with later, from the
+// records.
 void MapDataToXferBuffer();
 
-// Whether a buffer is no longer as MapDataToXferBuffer filled it, lists included.
+// True if a buffer, lists included, differs from what MapDataToXferBuffer put into it.
 bool buffersChanged();
 
-// After OK: every buffer into its record; each service whose settings changed is restarted or stopped in the
-// driver, if there was one at start-up (ioctlDesc). Failed requests are logged and change nothing else; when
-// no read-write channel can be opened no request is sent. True: the driver has accepted at least one request.
+// After OK: copies every buffer to its record. Each service whose settings changed is restarted or stopped in
+// the driver, if there was one at start-up (ioctlDesc). Failed requests are logged and have no other effect;
+// if no read-write channel can be opened, no request is sent. Returns true if the driver accepted at least
+// one request.
 bool MapXferBufferToData(const Warner& warn);
 
-// After Cancel: only the lists, which the driver has already.
+// After Cancel: copies only the lists; the driver already has them.
 void MapXferBufferPVCsToData();
 void MapXferBufferELANsToData();

@@ -25,7 +25,7 @@ std::vector<FoundAdapter> discoverAdapters(aalInfo& query) {
     std::vector<FoundAdapter> found;
     const BoardStateView boards = query.GetBoardState();
     if (!boards) return found;
-    const unsigned mask = boards.mask();  // the next request overwrites the reply
+    const unsigned mask = boards.mask();  // copied, since the next request overwrites the reply
     tvlog << "NumBoards - " << boards.count() << std::endl;
     tvlog << fmt::format("Boards    - {:x}", mask) << std::endl;
 

@@ -1,4 +1,4 @@
-// Which adapters the driver reports, and the MAC addresses that follow from theirs.
+// Finds the adapters that the driver reports, and derives the MAC addresses of their services.
 #pragma once
 
 #include "driver/dai_io.h"
@@ -8,14 +8,14 @@
 #include <vector>
 
 struct FoundAdapter {
-    int index;         // 0 to 3: its place in atmDevices and in every request
-    std::string line;  // of the adapter list; empty when the driver would not tell its MAC address
+    int index;         // 0 to 3: index in atmDevices, and Link in requests
+    std::string line;  // line of the adapter list; empty if the driver did not report the MAC address
 };
 
-// Asks the driver for its adapters, in ascending number; the addresses of each adapter's LAN Emulation
-// Clients and Classical IP client are put into atmDevices. Empty when the driver does not answer.
+// Asks the driver for its adapters and returns them in ascending order; stores the MAC addresses of their LAN
+// Emulation Clients and Classical IP clients in atmDevices. Returns nothing if the driver does not answer.
 std::vector<FoundAdapter> discoverAdapters(aalInfo& query);
 
-// The LAN Emulation Clients take the adapter's address with 0 to 3 added to its last byte, the Classical IP
-// client with 4 added. The addition wraps within the byte.
+// A LAN Emulation Client's address is the adapter's with 0 to 3 added to the last byte; for the Classical IP
+// client 4 is added. The addition wraps within the byte.
 void deriveMacAddresses(int adapter, const macAddress& address);

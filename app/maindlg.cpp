@@ -68,7 +68,7 @@ void DMainDlg::SetDlgTitle() {
 void DMainDlg::selChangeInterfaceLB() {
     const int position = std::max(0, control<zListBox>(interfaceLB).selected());
     const bool known = asIndex(position) < adapters_.size();
-    // Where the mask of adapters has gaps, the position in the list is not the adapter's number.
+    // With a gap in the mask of adapters, list position and adapter index differ.
     currentAdapter = known ? adapters_[asIndex(position)].index : std::min(position, lastAdapter);
     SetDlgTitle();
 }

@@ -1,4 +1,4 @@
-// The main window: the adapters that the driver reports, and the ways to set them up and watch them.
+// The main window: lists the adapters and opens the configuration, statistics and global settings dialogs.
 #pragma once
 
 #include "app/discovery.h"
@@ -26,14 +26,14 @@ enum MainControl {
 
 class DMainDlg : public zFormDialog {
   public:
-    // Opens the driver channel (without one the tool works on the static configuration only), reads the whole
-    // configuration, lists the adapters and shows itself.
+    // Opens the driver channel, reads the configuration of all adapters, lists the adapters and shows the
+    // window. Without a driver the tool works on the static configuration only.
     DMainDlg(zApplication& application, const zLayout& layout);
 
   private:
-    // The steps of the construction, in this order.
-    void connect();  // controls to handlers
-    void setup();    // reads the configuration, asks the driver and fills the list
+    // Steps of the construction, in this order.
+    void connect();  // registers the handlers
+    void setup();    // reads the configuration, asks the driver, fills the list
     void SetDlgTitle();
 
     void selChangeInterfaceLB();
@@ -46,7 +46,7 @@ class DMainDlg : public zFormDialog {
 
     OpenedChannel channel_;  // ioctlDesc
     DriverPdfEdit editor_;
-    std::optional<aalInfo> adapterQuery_;                 // none without a driver channel
+    std::optional<aalInfo> adapterQuery_;                 // empty without a driver
     std::vector<FoundAdapter> adapters_;                  // by list position
-    std::vector<std::unique_ptr<DStatsDlg>> statistics_;  // the open ones
+    std::vector<std::unique_ptr<DStatsDlg>> statistics_;  // those that are open
 };

@@ -1,4 +1,4 @@
-// The application's main routine.
+// The main routine of the application.
 #pragma once
 
 #include <string>
@@ -7,8 +7,8 @@
 // `commandLine`: the arguments after the program name. Returns the exit status.
 int runApplication(const std::string& programName, const std::vector<std::string>& commandLine);
 
-// Does what the tool's own options in the command line say.
+// Evaluates the tool's own options, -debug and -adv.
 void takeOptions(const std::string& commandLine);
 
-// The text stands anywhere in the whole, letters of either case alike. `text` is in upper case.
+// True if the command line contains `text` anywhere, ignoring case. `text` must be in upper case.
 bool holdsOption(const std::string& commandLine, const std::string& text);

@@ -12,7 +12,7 @@
 
 namespace {
 
-// What the user has to know when a save failed. Driver and files have come apart when the driver accepted something.
+// The text for a failed save. The last sentence is left out when part of the files was written.
 std::string notSaved(const DriverPdfEdit& editor, bool accepted) {
     std::string text = "Unable to save the configuration:\n\n";
     for (const SaveFailure& failure : editor.failures()) text += failure.file + ": " + failure.reason + "\n";
@@ -21,7 +21,7 @@ std::string notSaved(const DriverPdfEdit& editor, bool accepted) {
                             : "\nThe change is not in the file.");
 }
 
-// The servers of the current adapter whose clients have no file to go to; empty when there are none.
+// The servers of the current adapter that have clients but no client table, one a line.
 std::string withoutClientTable() {
     std::string servers;
     int number = 0;
@@ -57,8 +57,7 @@ void setUpAdapter(zWindow& window, DriverPdfEdit& editor) {
         }
         window.setCursor(zArrowCursor);
     }
-    // An adapter that the file does not know has nowhere to put its settings, which is no matter while they are as
-    // they were.
+    // An adapter without a section has nowhere to save its settings. That matters only if they were changed.
     const bool asBefore = !changed && editor.onlySectionsMissing();
     if (!saved && !asBefore) warn(notSaved(editor, accepted), "Configuration Error");
     if (const std::string servers = withoutClientTable(); !servers.empty())

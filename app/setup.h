@@ -1,10 +1,11 @@
-// Setting up an adapter, from the configuration dialog to the files.
+// The configuration sequence of one adapter: dialog, driver, files.
 #pragma once
 
 #include "config/driverpdf.h"
 #include "toolkit/window/window.h"
 
-// Runs the configuration dialog on the adapter currentAdapter, above `window`, which shows the watch while the outcome
-// is applied: after OK the changes go to the running driver and the adapter into the files; after Cancel the files get
-// the lists only, which the driver has already. The user is told what could not be saved.
+// Runs the configuration dialog of the adapter currentAdapter above `window`. After OK the changes are sent
+// to the running driver and the whole adapter is saved; after Cancel only the lists are saved, which the
+// driver already has. Message boxes say what could not be saved. `window` shows the watch cursor while
+// changes are applied.
 void setUpAdapter(zWindow& window, DriverPdfEdit& editor);

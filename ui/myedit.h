@@ -1,4 +1,4 @@
-// Display-only fields of live values.
+// Read-only fields that show live values.
 #pragma once
 
 #include "toolkit/controls/edit.h"
@@ -8,10 +8,10 @@
 
 class myEdit {
   public:
-    // Dresses a read-only field of a layout, which must outlive this object.
+    // Wraps a read-only field of a layout, which must outlive this object.
     explicit myEdit(zEdit& field) : field_(field) {}
 
-    // The first text always reaches the field; after that one that stands already costs nothing.
+    // The first text is always set. After that, setting the same text again costs nothing.
     void write(std::string_view text);
 
   private:

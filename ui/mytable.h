@@ -1,4 +1,4 @@
-// Read-only tables of status values: text cells.
+// Read-only tables of text cells.
 #pragma once
 
 #include "toolkit/table/table.h"
@@ -8,12 +8,12 @@
 
 class myTable {
   public:
-    // Dresses a table of a layout; it must outlive this object.
+    // Wraps a table of a layout, which must outlive this object.
     explicit myTable(zTable& table);
     virtual ~myTable() = default;
 
-    // The only way to write a cell. The text that stands already costs nothing; a cell that is not there yet is
-    // made.
+    // The only way to write a cell. The table grows if it has no such cell. Setting the same text again costs
+    // nothing.
     void SetCellText(zTableLoc location, std::string_view text);
 
     void resize(int columns, int rows);
@@ -22,10 +22,10 @@ class myTable {
     zTable& table() const { return table_; }
 
   protected:
-    // Labels of the columns. Each column is as wide as its sample or its label, whichever is wider.
+    // Sets the column labels. A column is as wide as its label or its sample, whichever is wider.
     void setColumns(std::span<const char* const> labels, std::span<const char* const> samples);
 
-    // Numbers beside the rows, as wide as the sample.
+    // Shows row numbers in a column as wide as the sample.
     void setRowNumbers(const char* sample);
 
   private:

@@ -1,5 +1,5 @@
-// Dialogs that end with OK or Cancel: the rows of the two buttons, and sub-dialogs, which edit an exchange record of what
-// opens them.
+// Dialogs that end with OK or Cancel: the layout rows of the two buttons, and sub-dialogs, which edit a
+// record that they exchange with the page that opens them.
 #pragma once
 
 #include "resources/pictureids.h"
@@ -26,13 +26,13 @@ constexpr zControlRow cancelRow(const zRect& place, int id = subCancelBTN) {
 
 class SubDialog : public zFormDialog {
   public:
-    bool okFlag() const { return okFlag_; }  // after runModal(): the record holds what was confirmed
+    bool okFlag() const { return okFlag_; }  // valid after runModal(): closed with OK
 
   protected:
-    // The layout has okRow and cancelRow.
+    // The layout must contain okRow and cancelRow.
     SubDialog(zWindow& parent, const zLayout& layout);
 
-    // Controls to record.
+    // Copies the controls to the record.
     virtual void StoreDefaults() = 0;
 
   private:
@@ -42,7 +42,7 @@ class SubDialog : public zFormDialog {
     bool okFlag_ = false;
 };
 
-// Runs a sub-dialog. True: it ended with OK.
+// Runs a sub-dialog; true if it was closed with OK.
 template <class Dialog> bool confirmed(zWindow& parent) {
     Dialog dialog(parent);
     dialog.runModal();

@@ -1,4 +1,4 @@
-// A page that shows live values: it is refreshed by a timer while it is on top.
+// A page of live values, which a timer refreshes while the page is on top.
 #pragma once
 
 #include "toolkit/window/timer.h"
@@ -13,14 +13,14 @@ class TimerPage {
     TimerPage(const TimerPage&) = delete;
     TimerPage& operator=(const TimerPage&) = delete;
 
-    // Starts refreshing; nothing when it has started. The page itself says what: see refreshWith.
+    // Starts refreshing unless it is running. Derived pages call refreshWith.
     virtual void enableTimer() {}
     int disableTimer();  // 0
 
     virtual void ClearStats() {}
 
   protected:
-    // Calls `update` every timerTime milliseconds, as that is now, until disableTimer.
+    // Calls `update` every timerTime milliseconds (its present value) until disableTimer().
     void refreshWith(std::function<void()> update);
 
     zApplication& application() const { return application_; }

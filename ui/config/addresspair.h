@@ -1,4 +1,5 @@
-// The two fields of an ATM address on a page, and the well-known address of the LAN Emulation standard's LECS.
+// The two fields of an ATM address on a page, and the well-known address of the LAN Emulation standard's
+// LECS.
 #pragma once
 
 #include "toolkit/controls/edit.h"

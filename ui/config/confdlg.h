@@ -1,14 +1,14 @@
-// The configuration notebook: every service of the current adapter, a page each.
+// The configuration notebook: one page for each service of the current adapter.
 //
-// It edits the transfer buffers, which the caller has filled; scalar settings reach them at OK. List edits (PVCs,
-// ELAN clients) go to the running driver and into the buffers at once and survive Cancel.
+// It edits the transfer buffers, which the caller has filled. Settings reach the buffers at OK. List edits
+// (PVCs, ELAN clients) go to the running driver and into the buffers at once and survive Cancel.
 //
-// Every page follows one protocol; pages that show one of several instances take its index, from 0:
-//   attach         binds the page's controls, which have just been made, to the transfer buffer
-//   Setup          the instance's record becomes the one that the page works on
-//   setDefaults    the same, and shows it on the controls
-//   storeDefaults  what was changed on the controls into the buffer
-//   ToggleControls greys what the state of the check boxes makes impossible
+// Every page has these operations; pages that show one of several instances take its index, from 0:
+//   attach          binds the page's controls, which have just been created, to the transfer buffer
+//   Setup           makes an instance's record the one that the page works on
+//   setDefaults     does the same and shows the record on the controls
+//   storeDefaults   stores what was changed on the controls in the buffer
+//   ToggleControls  greys the controls that the check boxes make unusable
 #pragma once
 
 #include "driver/channel.h"
@@ -21,8 +21,8 @@
 
 class DConfigDlg : public zFormDialog {
   public:
-    // Opens the dialog's driver channel, SetupIoctlDesc; without one the pages work on the buffers only. The
-    // parent shows the watch meanwhile. Shown by runModal().
+    // Opens the dialog's driver channel, SetupIoctlDesc; without a driver the pages work on the buffers only.
+    // The parent shows the watch cursor meanwhile. runModal() shows the dialog.
     explicit DConfigDlg(zWindow& parent);
 
     bool okFlag() const { return okFlag_; }  // closed with OK

@@ -1,5 +1,5 @@
-// Control ids of the configuration notebook, its pages and their sub-dialogs. A control that several pages have
-// bears the same id on each.
+// Control ids of the configuration notebook, its pages and their sub-dialogs. Controls that several pages
+// have in common have the same id on each.
 #pragma once
 
 enum ConfigControl {
@@ -44,7 +44,7 @@ enum ConfigControl {
     etherMtuCBO = 625,
     tokenRingMtuLBL = 626,
     tokenRingMtuCBO = 627,
-    firstGB = 628,  // of the page
+    firstGB = 628,  // the page's first and second group box
     ipLBL = 629,
     ipED = 630,
     subnetMaskLBL = 631,

@@ -1,4 +1,4 @@
-// One ELAN client: the sub-dialog behind Add of the LES page.
+// The sub-dialog behind Add of the LES page: one ELAN client.
 #pragma once
 
 #include "model/ui_types.h"
@@ -6,7 +6,7 @@
 
 #include <string>
 
-// The client that the page and the sub-dialog exchange.
+// The client that page and sub-dialog exchange.
 extern esiSelector esiSelectorXferBuffer;
 
 class DElandlg : public SubDialog {
@@ -17,5 +17,5 @@ class DElandlg : public SubDialog {
   private:
     void StoreDefaults() override;
 
-    std::string digits_;  // 14
+    std::string digits_;  // 14 hexadecimal digits
 };

@@ -1,4 +1,5 @@
-// The choice of an ELAN type with two radio buttons. A type that is neither Ethernet nor Token Ring shows as Token Ring.
+// The choice of an ELAN type with two radio buttons. A type that is neither Ethernet nor Token Ring shows as
+// Token Ring.
 #pragma once
 
 #include "platform/debuglog.h"
@@ -13,7 +14,7 @@ inline int elanTypeButton(std::int16_t type) {
     return type == ethernetElan ? ethernetRB : tokenRingRB;
 }
 
-// Stores the type of the chosen button. The log names a type that was neither of the two and is replaced.
+// Stores the type of the chosen button. Logs the replacement of a type that was neither of the two.
 inline void storeElanType(std::int16_t& type, int button, std::string_view service) {
     const std::int16_t chosen = button == ethernetRB ? ethernetElan : tokenRingElan;
     if (type != ethernetElan && type != tokenRingElan)

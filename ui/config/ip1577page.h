@@ -33,9 +33,9 @@ class DConfigDlgI1577PG final : public ConfigPage {
     void clickedEnableServerCB();
 
     zFormDialog& dialog_;
-    std::optional<IpRequest> request_;  // none without a driver channel
+    std::optional<IpRequest> request_;  // empty without a driver
 
-    // Made with the controls.
+    // Created with the controls.
     std::optional<I1577PGPvcTBL> table_;
     std::optional<PvcEditor<AtmRoutedPvc>> editor_;
 };

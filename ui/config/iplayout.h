@@ -1,11 +1,11 @@
-// What stands on the "1577" page, and when it is enabled.
+// Layout and enabling rules of the "1577" page.
 #pragma once
 
 #include "toolkit/controls/board.h"
 
 extern const zLayout ip1577PageLayout;
 
-// Conditions of the rules.
+// Conditions that the rules need.
 enum IpCondition : unsigned {
     ipEnabled = 1,      // "Enable" of the client is on
     serverUsed = 2,     // "PVC Only" is off

@@ -1,10 +1,10 @@
-// One routed PVC: the sub-dialog behind Add and Modify of the 1577 page.
+// The sub-dialog behind Add and Modify of the 1577 page: one routed PVC.
 #pragma once
 
 #include "model/tvdatbuf.h"
 #include "ui/config/pvcdialog.h"
 
-// The PVC that the page and the sub-dialog exchange; what was confirmed last stays for the next one.
+// The PVC that page and sub-dialog exchange. It keeps its last values for the next Add.
 extern AtmRoutedPvc pvcXferBuffer;
 
 class DIpPvcDLG : public PvcDialog {

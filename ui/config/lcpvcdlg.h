@@ -1,10 +1,10 @@
-// One bridged PVC: the sub-dialog behind Add and Modify of the LEC page.
+// The sub-dialog behind Add and Modify of the LEC page: one bridged PVC.
 #pragma once
 
 #include "model/tvdatbuf.h"
 #include "ui/config/pvcdialog.h"
 
-// The PVC that the page and the sub-dialog exchange; what was confirmed last stays for the next one.
+// The PVC that page and sub-dialog exchange. It keeps its last values for the next Add.
 extern AtmBridgedPvc bridgedPvcXferBuffer;
 
 class DLecPvcDLG : public PvcDialog {

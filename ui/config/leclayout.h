@@ -1,11 +1,11 @@
-// What stands on the "LEC..." page, and when it is enabled.
+// Layout and enabling rules of the "LEC..." page.
 #pragma once
 
 #include "toolkit/controls/board.h"
 
 extern const zLayout lecPageLayout;
 
-// Conditions of the rules.
+// Conditions that the rules need.
 enum LecCondition : unsigned {
     clientEnabled = 1,  // "Enable" is on
     serversUsed = 2,    // "PVC Only" is off

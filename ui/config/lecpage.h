@@ -37,10 +37,10 @@ class DConfigDlgLECPG final : public InstancePage {
     void selChangeElanMTUCBO();
 
     zFormDialog& dialog_;
-    std::optional<LecRequest> request_;  // none without a driver channel
-    int choice_ = 0;                     // id of the chosen button, LECS or LES
+    std::optional<LecRequest> request_;  // empty without a driver
+    int choice_ = 0;                     // id of the chosen button: lecsRB or lesRB
 
-    // Made with the controls.
+    // Created with the controls.
     std::optional<AddressPair> address_;
     std::optional<LECPGPvcTBL> table_;
     std::optional<PvcEditor<AtmBridgedPvc>> editor_;

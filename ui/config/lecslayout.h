@@ -1,11 +1,11 @@
-// What stands on the "LECS" page, and when it is enabled.
+// Layout and enabling rules of the "LECS" page.
 #pragma once
 
 #include "toolkit/controls/board.h"
 
 extern const zLayout lecsPageLayout;
 
-// Conditions of the rules.
+// Conditions that the rules need.
 enum LecsCondition : unsigned {
     lecsEnabled = 1,  // "Enable" is on
 };

@@ -1,11 +1,11 @@
-// What stands on the "LES..." page, and when it is enabled.
+// Layout and enabling rules of the "LES..." page.
 #pragma once
 
 #include "toolkit/controls/board.h"
 
 extern const zLayout lesPageLayout;
 
-// Conditions of the rules.
+// Conditions that the rules need.
 enum LesCondition : unsigned {
     serverEnabled = 1,  // "Enable" is on
 };

@@ -1,5 +1,5 @@
-// The "LES..." page: the eight LAN Emulation Servers, one at a time, with the ELAN clients that the configuration
-// server directs to them.
+// The "LES..." page: the eight LAN Emulation Servers, one at a time, with the ELAN clients that the
+// configuration server directs to them.
 #pragma once
 
 #include "driver/dai_io.h"
@@ -30,12 +30,12 @@ class DConfigDlgLESPG final : public InstancePage {
     void clickedMoveBTN();
     void clickedDeleteBTN();
 
-    // Shows the permanent mappings of a server and, if it is enabled, the temporary ones that the running configuration
-    // server has for it.
+    // Shows the permanent mappings of a server and, if it is enabled, the temporary ones that the running
+    // configuration server has for it.
     void UpdateClientLB(int i);
 
-    // Changes one mapping, in the driver first, unless `ask` is false; the list box is not refilled. `les` is the
-    // server that the client is mapped to; -1: the mapping is a temporary one.
+    // Changes one mapping, in the driver first, unless `ask` is false; the list box is not refilled. `les` is
+    // the server that the client is mapped to; -1: the mapping is a temporary one.
     void addClient(const esiSelector& client, short les, bool ask = true);
     void delClient(const esiSelector& client, short les, bool ask = true);
 
@@ -45,7 +45,7 @@ class DConfigDlgLESPG final : public InstancePage {
     zListBox& list() const { return control<zListBox>(clientLB); }
 
     zFormDialog& dialog_;
-    std::optional<lecsInfo> query_;  // none without a driver channel
+    std::optional<lecsInfo> query_;  // empty without a driver
     std::optional<lecsRequest> request_;
     int position_ = -1;  // the selected position of the list, as remembered
     int choice_ = 0;     // id of the chosen button, Ethernet or Token Ring

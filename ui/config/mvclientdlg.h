@@ -1,4 +1,4 @@
-// The ELAN clients of the other servers to choose from: the sub-dialog behind Insert of the LES page.
+// The sub-dialog behind Insert of the LES page: chooses ELAN clients of the other servers.
 #pragma once
 
 #include "model/ui_types.h"
@@ -6,12 +6,13 @@
 
 #include <vector>
 
-// Three lists that the page and the sub-dialog exchange; the entries at one position describe the same client.
+// Three lists that the page and the sub-dialog exchange; entries at the same position describe the same
+// client.
 extern std::vector<esiSelector> esiXferBuffer;
-extern std::vector<int> indexXferBuffer;  // of the server it belongs to, from 0
+extern std::vector<int> indexXferBuffer;  // index of the server, from 0
 extern std::vector<char> permXferBuffer;  // 1: permanent mapping, 0: temporary
 
-// The same as one list.
+// One entry of the three lists.
 struct ElanClient {
     esiSelector address;
     int les = 0;
@@ -22,7 +23,7 @@ std::vector<ElanClient> exchangedClients();
 
 class DMvClientDLG : public SubDialog {
   public:
-    // Shows the exchange lists. After OK they hold what was selected.
+    // Shows the exchange lists. After OK they hold the selected clients only.
     explicit DMvClientDLG(zWindow& parent);
 
   private:

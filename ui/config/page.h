@@ -1,7 +1,7 @@
-// What the pages of the configuration notebook have in common.
+// The base of the configuration notebook's pages; confdlg.h lists their operations.
 //
-// A page exists, with its state, from the moment its dialog is built. Its controls are made when it is first on top;
-// they are bound to the fields of the transfer buffer that they show. A page follows the protocol of confdlg.h.
+// A page and its state are created with the dialog. Its controls are created when it is first on top, and are
+// bound to the fields of the transfer buffer that they show.
 #pragma once
 
 #include "platform/debuglog.h"
@@ -14,7 +14,7 @@ class ConfigPage {
     ConfigPage(const ConfigPage&) = delete;
     ConfigPage& operator=(const ConfigPage&) = delete;
 
-    // Called once, when the controls have been made: shows the buffer on them. The board must outlive the page.
+    // Called once, when the controls have been created. The board must outlive the page.
     void attach(zBoard& board) {
         board_ = &board;
         connect();
@@ -26,7 +26,7 @@ class ConfigPage {
   protected:
     ConfigPage() = default;
 
-    // Binds and loads the controls, fills tables and lists, registers the handlers.
+    // Binds and loads the controls, fills tables and lists, registers handlers.
     virtual void connect() = 0;
 
     bool attached() const { return board_ != nullptr; }
@@ -34,12 +34,12 @@ class ConfigPage {
     template <class Control> Control& control(int id) const { return board_->control<Control>(id); }
     bool checked(int id) const { return control<zCheckBox>(id).checked(); }
 
-    // Most check boxes decide only what else can be used.
+    // A click on the check box only changes which controls are usable.
     void togglesControls(int checkBox) {
         control<zCheckBox>(checkBox).onClick = [this] { ToggleControls(); };
     }
 
-    // What the user changed goes into the buffer. Nothing was changed on controls that were never made.
+    // Stores what the user changed in the buffer: nothing, if the page was never on top.
     void storeControls() const {
         if (board_) board_->store();
     }
@@ -65,10 +65,10 @@ class InstancePage : public ConfigPage {
     }
 
   protected:
-    // Shows the list of an instance.
+    // Refills the page's table or list from an instance.
     virtual void refill(int i) = 0;
 
-    // Another tab was selected: the instance that is shown goes into its buffer, the other one onto the page.
+    // Stores this instance and shows the next one.
     void turnTo(int next) {
         storeDefaults(current_);
         setDefaults(next);

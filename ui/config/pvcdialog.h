@@ -1,4 +1,4 @@
-// What the sub-dialogs for one PVC have in common: an address, a VCI and an encapsulation.
+// The common part of the sub-dialogs for one PVC: an address, a VCI and an encapsulation.
 #pragma once
 
 #include "ui/config/confids.h"
@@ -9,13 +9,13 @@
 
 class PvcDialog : public SubDialog {
   protected:
-    // `addressId`: the address field of the layout.
+    // `addressId`: id of the layout's address field.
     PvcDialog(zWindow& parent, const zLayout& layout, int addressId);
 
-    // Loads the controls. `address` as the field's variable has it.
+    // Loads the controls. `address` is the value that the address field is bound to.
     void show(const std::string& address, std::uint16_t vci, bool llcSnap);
 
-    // The VCI and, if it was changed, the encapsulation; gives the address.
+    // Stores the VCI and, if it was changed, the encapsulation; returns the address.
     template <class Pvc> const std::string& store(Pvc& pvc) {
         board().store();
         pvc.vci = static_cast<std::uint16_t>(vci_);
@@ -26,5 +26,5 @@ class PvcDialog : public SubDialog {
   private:
     std::string address_;
     unsigned vci_ = 0;
-    int encapsulation_ = 0, shown_ = 0;  // ids of the button
+    int encapsulation_ = 0, shown_ = 0;  // button ids
 };

@@ -1,5 +1,5 @@
-// Add, modify and delete on a page's list of PVCs, with the page's three buttons: the running driver first, the
-// static configuration on consent.
+// Connects the Add, Modify and Delete buttons of a page with its list of PVCs. A change is sent to the
+// running driver first; if that fails, the static configuration is changed if the user agrees.
 #pragma once
 
 #include "driver/requestblocks.h"
@@ -14,15 +14,15 @@
 
 template <class Pvc> class PvcEditor {
   public:
-    // What differs from page to page.
+    // What a page provides.
     struct Page {
-        std::function<std::vector<Pvc>&()> list;            // of the transfer buffer that is shown
-        std::function<int(const Pvc&, PvcChange)> request;  // empty: there is no driver
+        std::function<std::vector<Pvc>&()> list;            // the list of the shown transfer buffer
+        std::function<int(const Pvc&, PvcChange)> request;  // sends a change; empty without a driver
         std::function<bool()> edit;    // runs the sub-dialog on the exchange record; false: cancelled
-        std::function<void()> update;  // the list has changed
+        std::function<void()> update;  // called after each change of the list
     };
 
-    // `exchange`: the record that page and sub-dialog share. Everything must outlive the editor.
+    // `exchange` is the record that page and sub-dialog share. All references must outlive the editor.
     PvcEditor(zWindow& window, const zBoard& board, const myTable& table, Pvc& exchange, Page page)
         : window_(window), table_(table), exchange_(exchange), page_(std::move(page)) {
         board.control<zBitmapButton>(addBTN).onClick = [this] { clickedAddBTN(); };
@@ -59,7 +59,7 @@ template <class Pvc> class PvcEditor {
         return row >= 1 && asIndex(row) <= list.size() ? &list[asIndex(row - 1)] : nullptr;
     }
 
-    // In the driver, or in the static configuration only.
+    // True if the driver accepted the change or the user agrees to change the static configuration only.
     bool change(const Pvc& pvc, PvcChange change, const char* verb) {
         const bool taken = page_.request && page_.request(pvc, change) == 0;
         return taken || agreesToStatic(window_, verb, "PVC", "PVC Error");

@@ -1,4 +1,4 @@
-// Tables of configured PVCs: a row per PVC, numbered.
+// Tables of configured PVCs with numbered rows.
 #pragma once
 
 #include "ui/mytable.h"
@@ -12,7 +12,7 @@ class PvcTable : public myTable {
   protected:
     PvcTable(zTable& table, std::span<const char* const> labels, std::span<const char* const> samples);
 
-    // What a column shows of a PVC.
+    // Makes the text of a column.
     template <class Pvc> using Cell = std::string (*)(const Pvc&);
 
     // Shows the list; its last row becomes the active one.
@@ -27,6 +27,6 @@ class PvcTable : public myTable {
         setActiveCell({1, row});
     }
 
-    static std::string vciText(std::uint16_t vci);  // with the VPI, which is always 0
+    static std::string vciText(std::uint16_t vci);  // "0 / VCI": the VPI is always 0
     static std::string encapsulationText(std::int32_t encapsulation);
 };

@@ -1,11 +1,11 @@
-// What stands on the "Signalling" page, and when it is enabled.
+// Layout and enabling rules of the "Signalling" page.
 #pragma once
 
 #include "toolkit/controls/board.h"
 
 extern const zLayout signalPageLayout;
 
-// Conditions of the rules.
+// Conditions that the rules need.
 enum SignalCondition : unsigned {
     registered = 1,    // "Enable Address Registration" is on: the prefix is learned from the switch
     unregistered = 2,  // it is off: the prefix is typed

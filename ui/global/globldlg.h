@@ -13,7 +13,8 @@ class DGlobalDlg : public zFormDialog {
     // Shown by runModal().
     explicit DGlobalDlg(zWindow& parent);
 
-    // Stores every page; sends the trace switches when one of their boxes was clicked on and there is a driver.
+    // Stores every page; sends the trace switches when one of their boxes was clicked on and there is a
+    // driver.
     int onOk();
     int onCancel();
 
