@@ -22,7 +22,8 @@ class DriverPdfEdit : public PdfEdit {
     bool ReadPdf();
 
     // Writes everything of one adapter (0 to 3) except its interrupt number, and commits it. False when
-    // something could not be saved. failures(), onlySectionsMissing() and wroteAnything() then tell of this call.
+    // something could not be saved. failures(), onlySectionsMissing() and wroteAnything() then tell of this
+    // call.
     bool WriteLink(int adapter);
 
     // Only the list files, after a cancelled dialog. Otherwise as WriteLink.

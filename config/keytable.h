@@ -9,14 +9,15 @@
 
 enum AddressHalf { addressPrefix, addressEsiSelector };
 
-// One half of an ATM address. It is written as its digits. A half that is read as digits is set at once; halves that
-// are read as bytes set the address only when both were read.
+// One half of an ATM address. It is written as its digits. A half that is read as digits is set at once;
+// halves that are read as bytes set the address only when both were read.
 template <class Record> struct AddressField {
     atmAddress Record::*address;
     AddressHalf half;
 };
 
-// The name of a list file. A name that cannot be read whole is not used, since a part of it would name another file.
+// The name of a list file. A name that cannot be read whole is not used, since a part of it would name
+// another file.
 template <class Record> struct FileField { FileName Record::*name; };
 
 template <class Record>

@@ -1,5 +1,6 @@
 // The copy that replaces the file: where it stands, what goes into it, and how it takes the file's place.
 #include "config/pdf_internal.h"
+#include "platform/index.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -38,7 +39,7 @@ bool takeOwner(const SectionHandle& handle, int copy) {
 bool writeRest(SectionHandle& handle) {
     if (!put(handle, handle.data.view())) return false;
     if (handle.rflg & sectionCreated) {
-        const std::string tabs(static_cast<std::size_t>(handle.nest), '\t');
+        const std::string tabs(asIndex(handle.nest), '\t');
         if (!put(handle, tabs + "]\n") || !put(handle, handle.lineText())) return false;
     }
     while (ReadSectLine(&handle))

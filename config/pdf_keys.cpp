@@ -1,6 +1,7 @@
 // Keys in a section's data: finding, reading and writing them.
 #include "config/pdf_internal.h"
 #include "model/ui_types.h"
+#include "platform/index.h"
 
 #include <algorithm>
 #include <arpa/inet.h>
@@ -124,7 +125,7 @@ int replaceValue(SectionHandle& handle, const char* value, std::string_view text
 // The new line of a created section: one tab more than the section, '=' at column 40 where the key allows.
 std::string newLine(std::string_view key, std::string_view text, int nest) {
     constexpr std::size_t tab = 8, valueColumn = 40;
-    std::string line(static_cast<std::size_t>(nest) + 1, '\t');
+    std::string line(asIndex(nest) + 1, '\t');
     std::size_t column = line.size() * tab + key.size();
     line += key;
     do {
@@ -136,7 +137,7 @@ std::string newLine(std::string_view key, std::string_view text, int nest) {
 
 int addLine(SectionHandle& handle, std::string_view key, std::string_view text) {
     const std::string line = newLine(key, text, handle.nest);
-    const std::size_t closing = static_cast<std::size_t>(handle.nest) + 2;  // it is loaded with the keys
+    const std::size_t closing = asIndex(handle.nest) + 2;  // it is loaded with the keys
     if (key.empty() || !readsBack(key) || key.find('=') != std::string_view::npos) return EINVAL;
     if (line.size() > sectionLineLimit) return EMSGSIZE;
     if (handle.data.view().size() + line.size() + closing >= sectionDataSize) return EFBIG;
@@ -177,7 +178,7 @@ int ReadKey(SectionHandle* handle, std::string_view key, void* destination, int 
     std::string text;
     while (*at >= '!' && *at <= 'z' && text.size() < keyValueLimit) text += *at++;
     handle->valueCut = !endsValue(*at);
-    const auto room = static_cast<std::size_t>(std::max(len, 0));
+    const auto room = asIndex(std::max(len, 0));
     switch (type) {
     case keyInt8:
         store(destination, static_cast<std::int8_t>(decimal(text.c_str())));

@@ -1,5 +1,6 @@
 // Opening and creating sections; the handles that are open.
 #include "config/pdf_internal.h"
+#include "platform/index.h"
 
 #include <algorithm>
 #include <cstring>
@@ -147,14 +148,14 @@ SectionHandle* CreateSection(SectionHandle* handle, std::string_view sectionPath
         return cannotCreate(*handle);
     }
     const bool fits = copyParent(*handle, parent, behind) && isSectionName(name) &&
-                      static_cast<std::size_t>(handle->nest) + name.size() + 2 <= sectionLineLimit;
+                      asIndex(handle->nest) + name.size() + 2 <= sectionLineLimit;
     if (!fits && !handle->ioError) {
         say("CreateSection: No Room In Section {}\n", parent);
         errno = EINVAL;
         return nullptr;
     }
     handle->section = sectionPath;
-    const std::string tabs(static_cast<std::size_t>(handle->nest), '\t');
+    const std::string tabs(asIndex(handle->nest), '\t');
     if (!fits || !put(*handle, fmt::format("{}[{}\n", tabs, name))) return cannotCreate(*handle);
     handle->rflg |= sectionCreated;
     handle->data = "";

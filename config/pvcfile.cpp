@@ -59,8 +59,8 @@ bool wellFormed(const macAddress&, std::string_view text) {
     return hasForm(text, "xxxxxxxxxxxx");
 }
 
-// Where lines come from: a stream, or a text that is in memory, without a copy of it. next() gives the line without
-// its end, as far as it counts; false when the source ended before the line did.
+// Where lines come from: a stream, or a text that is in memory, without a copy of it. next() gives the line
+// without its end, as far as it counts; false when the source ended before the line did.
 class StreamLines {
   public:
     explicit StreamLines(std::istream& in) : in_(in) {}
@@ -106,8 +106,8 @@ void readNumber(std::string_view text, std::int32_t& number) {
     number = static_cast<std::int32_t>(std::clamp(value, least, most));
 }
 
-// The low 16 bits of the number count. False when it has more: it is neither from 0 to 65535 nor, as VCIs are written,
-// from -32768 to -1.
+// The low 16 bits of the number count. False when it has more: it is neither from 0 to 65535 nor, as VCIs are
+// written, from -32768 to -1.
 bool readVci(std::string_view text, std::uint16_t& vci) {
     std::int32_t number = vci;
     readNumber(text, number);

@@ -8,7 +8,8 @@
 DriverChannel ioctlDesc;
 DriverChannel SetupIoctlDesc;
 
-// The device is made before the channel, so that a channel that is still open at the end of the program can be closed.
+// The device is made before the channel, so that a channel that is still open at the end of the program can
+// be closed.
 DriverChannel::DriverChannel() {
     platform::device();
 }

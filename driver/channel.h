@@ -1,7 +1,7 @@
 // An open connection to the driver, which closes with its owner.
 //
-// Request blocks (reqparam.h) are bound to a channel, send their messages over it, and must not outlive it. The
-// channel counts what has happened on it since it was made, over every closing and opening.
+// Request blocks (reqparam.h) are bound to a channel, send their messages over it, and must not outlive it.
+// The channel counts what has happened on it since it was made, over every closing and opening.
 #pragma once
 
 #include <cstdint>
@@ -14,8 +14,8 @@ class DriverChannel {
     DriverChannel(const DriverChannel&) = delete;
     DriverChannel& operator=(const DriverChannel&) = delete;
 
-    // Opens the access device; oflag is O_RDONLY or O_RDWR. Closes first what was open. False when there is no
-    // driver or it refuses (errno says why); the channel is closed then.
+    // Opens the access device; oflag is O_RDONLY or O_RDWR. Closes first what was open. False when there is
+    // no driver or it refuses (errno says why); the channel is closed then.
     bool open(int oflag);
     void close();
     explicit operator bool() const { return descriptor_ > 0; }
@@ -35,14 +35,14 @@ class DriverChannel {
     unsigned long acceptedChanges_ = 0;
 };
 
-// The channels of the windows; each statistics dialog has one more of its own. ioctlDesc is the main window's,
-// read-only: its queries and the trace switches. SetupIoctlDesc is the configuration dialog's, read-write: what its
-// pages ask and change.
+// The channels of the windows; each statistics dialog has one more of its own. ioctlDesc is the main
+// window's, read-only: its queries and the trace switches. SetupIoctlDesc is the configuration dialog's,
+// read-write: what its pages ask and change.
 extern DriverChannel ioctlDesc;
 extern DriverChannel SetupIoctlDesc;
 
-// Keeps a channel that lives longer open for as long as this object lives. The channel stays closed when opening
-// fails.
+// Keeps a channel that lives longer open for as long as this object lives. The channel stays closed when
+// opening fails.
 class OpenedChannel {
   public:
     OpenedChannel(DriverChannel& channel, int oflag) : channel_(channel) { channel_.open(oflag); }
@@ -54,8 +54,8 @@ class OpenedChannel {
     DriverChannel& channel_;
 };
 
-// Whether a request on a channel has timed out since this object was made. Each timeout takes many seconds: who has
-// more to ask stops then. The channel must outlive the object.
+// Whether a request on a channel has timed out since this object was made. Each timeout takes many seconds:
+// who has more to ask stops then. The channel must outlive the object.
 class VainWaits {
   public:
     explicit VainWaits(const DriverChannel& channel) : channel_(channel), before_(channel.timeouts()) {}

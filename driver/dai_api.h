@@ -1,5 +1,6 @@
 // The calls to the ATM driver: open the access device, hand over a request message and get it back answered,
-// close. channel.h keeps a descriptor open and closes it. Every message begins with a 16-byte header, little-endian on the wire.
+// close. channel.h keeps a descriptor open and closes it. Every message begins with a 16-byte header,
+// little-endian on the wire.
 //
 // The driver is outside: what it writes into a message is checked before it is used.
 #pragma once

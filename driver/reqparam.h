@@ -1,5 +1,5 @@
-// A request block: one message buffer, bound to one channel, that is filled, sent, read and used again. The channel
-// must outlive it.
+// A request block: one message buffer, bound to one channel, that is filled, sent, read and used again. The
+// channel must outlive it.
 //
 // The header is held decoded beside the buffer and is put in front of the data when the request is sent, so
 // that a growing buffer cannot lose it. Of a reply only RowM, NRow and Resp are taken over; whatever else the

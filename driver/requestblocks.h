@@ -1,9 +1,9 @@
 // Request blocks that change the running driver: one class per service.
 //
-// A block is made on an open channel for one adapter (Link) and is used for request after request; each request
-// carries exactly the bytes of its structure and nothing that an earlier one left. Every operation sends its
-// requests, waits, and returns 0, or -1 with the reason in header().Resp. What is sent is traced on the debug log;
-// nothing is shown to the user here.
+// A block is made on an open channel for one adapter (Link) and is used for request after request; each
+// request carries exactly the bytes of its structure and nothing that an earlier one left. Every operation
+// sends its requests, waits, and returns 0, or -1 with the reason in header().Resp. What is sent is traced on
+// the debug log; nothing is shown to the user here.
 #pragma once
 
 #include "driver/reqparam.h"

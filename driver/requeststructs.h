@@ -1,5 +1,5 @@
-// What change requests carry: the driver's structures, filled from the configuration records. They are held as
-// their bytes on the wire: numbers little-endian, bytes without a meaning zero.
+// What change requests carry: the driver's structures, filled from the configuration records. They are held
+// as their bytes on the wire: numbers little-endian, bytes without a meaning zero.
 #pragma once
 
 #include "model/tvdatbuf.h"
@@ -38,8 +38,8 @@ struct ip1577ReqStruct : RequestStruct<40> {
     ip1577ReqStruct& operator=(const AtmIP1577& record);
 };
 
-// PVCs. The VCI and the low byte of each flag are sent, the rate is not. A routed PVC's IP address is in network
-// byte order.
+// PVCs. The VCI and the low byte of each flag are sent, the rate is not. A routed PVC's IP address is in
+// network byte order.
 struct rtdPvcReqStruct : RequestStruct<8> {
     rtdPvcReqStruct& operator=(const AtmRoutedPvc& record);
 };

@@ -3,7 +3,8 @@
 // A view is what a query gives back: false when the request failed, else open to be read. It looks into the
 // query object's buffer and is valid until the next request on that object; the values that it hands out are
 // copies. Counters are unsigned 32-bit and wrap, sums of counters too. Small codes (types, classes, states of
-// table entries) come as the signed 16-bit numbers that the text tables of tvtypes.h take.
+// table entries) come as the signed 16-bit numbers that the text tables of tvtypes.h take; the codes of
+// states stand in model/statecodes.h.
 #pragma once
 
 #include "driver/layout.h"
@@ -109,8 +110,7 @@ class AalStatsView : public ReplyView {
 class SuniStatsView : public ReplyView {
   public:
     using ReplyView::ReplyView;
-    // 1 = 25 Mbit/s, 2 = OC3c multimode, 3 = OC3c single-mode, 4 = 155 Mbit/s UTP
-    std::uint32_t linkKind() const { return get(layout::suniStats::linkKind); }
+    std::uint32_t linkKind() const { return get(layout::suniStats::linkKind); }  // LinkKind
     std::uint32_t valid() const { return get(layout::suniStats::valid); }
     std::uint32_t linkAlarm() const { return get(layout::suniStats::linkAlarm); }  // of a 25 Mbit/s link
     std::uint32_t outOfFrame() const { return get(layout::suniStats::outOfFrame); }
@@ -145,9 +145,10 @@ class VcRowView : public ReplyView {
 class LecStateView : public ReplyView {
   public:
     using ReplyView::ReplyView;
-    // 0 absent, 1 starting or on PVCs only, up to 6 joined
-    std::uint32_t state() const { return get(layout::lecState::state); }
-    std::uint32_t flag() const { return get(layout::lecState::flag); }  // not 0: lights the lamp in state 1
+    std::uint32_t state() const { return get(layout::lecState::state); }  // LecState
+    std::uint32_t flag() const {
+        return get(layout::lecState::flag);
+    }  // not 0 in lecOnPvcs: the client is up
 };
 
 // The client's connections to its LES and BUS.
@@ -188,9 +189,10 @@ class LecRowView : public ReplyView {
 class LesStateView : public ReplyView {
   public:
     using ReplyView::ReplyView;
-    // 0 absent, 1 running
-    std::uint32_t state() const { return get(layout::lesState::state); }
-    std::uint32_t flag() const { return get(layout::lesState::flag); }  // not 0: lights the lamp in state 1
+    std::uint32_t state() const { return get(layout::lesState::state); }  // LesState
+    std::uint32_t flag() const {
+        return get(layout::lesState::flag);
+    }  // not 0 in lesServing: the server is up
 };
 
 class LesStatsView : public ReplyView {
@@ -222,8 +224,7 @@ class LesRowView : public ReplyView {
 class LecsStateView : public ReplyView {
   public:
     using ReplyView::ReplyView;
-    // 0 absent, up to 4 running
-    std::uint32_t state() const { return get(layout::lecsState::state); }
+    std::uint32_t state() const { return get(layout::lecsState::state); }  // LecsState
 };
 
 class LecsStatsView : public ReplyView {
@@ -256,8 +257,7 @@ class LecsRowView : public ReplyView {
 class IpStateView : public ReplyView {
   public:
     using ReplyView::ReplyView;
-    // 0 absent, up to 5 running
-    std::uint32_t state() const { return get(layout::ipState::state); }
+    std::uint32_t state() const { return get(layout::ipState::state); }  // IpState
 };
 
 class IpStatsView : public ReplyView {

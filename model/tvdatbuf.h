@@ -21,8 +21,8 @@ constexpr int adapterCount = 4;
 constexpr int lecCount = 4;  // per adapter
 constexpr int lesCount = 8;  // per adapter
 
-// The records of the configuration. A flag is 0 or 1, as far as nothing else stands beside it; other numbers from a file
-// stay what they are.
+// The records of the configuration. A flag is 0 or 1, as far as nothing else stands beside it; other numbers
+// from a file stay what they are.
 
 // A PVC of a LAN Emulation Client. The VPI of every circuit is 0.
 struct AtmBridgedPvc {

@@ -1,5 +1,7 @@
 #include "model/tvtypes.h"
 
+#include "model/statecodes.h"
+
 #include <span>
 
 namespace {
@@ -13,41 +15,45 @@ constexpr CodeText mtuTexts[] = {{1, "1516"}, {2, "4544"}, {3, "9234"}, {4, "181
 
 constexpr CodeText elanTexts[] = {{1, "Ethernet"}, {2, "Token Ring"}};
 
-constexpr CodeText busTexts[] = {{0, "Idle"}, {1, "Signalling A"}, {2, "Signalling B"}, {3, "Active"}};
+constexpr CodeText busTexts[] = {{busIdle, "Idle"},
+                                 {busSignallingA, "Signalling A"},
+                                 {busSignallingB, "Signalling B"},
+                                 {busActive, "Active"}};
 
-constexpr CodeText saalTexts[] = {{0, "SSCOP Idle"},
-                                  {1, "Outgoing Connection Pending"},
-                                  {2, "Incoming Connection Pending"},
-                                  {3, "Outgoing disconnection pending"},
-                                  {4, "Outgoing resync pending"},
-                                  {5, "Incoming resync pending"},
-                                  {6, "Outgoing recovery pending"},
-                                  {7, "Incoming recovery pending"},
-                                  {8, "Recovery response pending"},
-                                  {9, "Data transfer ready"},
-                                  {255, "SSCOP Not configured"}};
+constexpr CodeText saalTexts[] = {{saalIdle, "SSCOP Idle"},
+                                  {saalOutgoingConnection, "Outgoing Connection Pending"},
+                                  {saalIncomingConnection, "Incoming Connection Pending"},
+                                  {saalOutgoingDisconnection, "Outgoing disconnection pending"},
+                                  {saalOutgoingResync, "Outgoing resync pending"},
+                                  {saalIncomingResync, "Incoming resync pending"},
+                                  {saalOutgoingRecovery, "Outgoing recovery pending"},
+                                  {saalIncomingRecovery, "Incoming recovery pending"},
+                                  {saalRecoveryResponse, "Recovery response pending"},
+                                  {saalDataTransfer, "Data transfer ready"},
+                                  {saalNotConfigured, "SSCOP Not configured"}};
 
-constexpr CodeText sigTexts[] = {
-    {0, "Signalling Disconnected"}, {1, "Signalling Ready"}, {255, "Signalling Not configured"}};
+constexpr CodeText sigTexts[] = {{sigDisconnected, "Signalling Disconnected"},
+                                 {sigReady, "Signalling Ready"},
+                                 {sigNotConfigured, "Signalling Not configured"}};
 
-constexpr CodeText ilmiTexts[] = {{0, "ILMI Disabled"},
-                                  {1, "ILMI Registering"},
-                                  {2, "ILMI Registered"},
-                                  {3, "ILMI Static Registration"},
-                                  {255, "ILMI Not configured"}};
+constexpr CodeText ilmiTexts[] = {{ilmiDisabled, "ILMI Disabled"},
+                                  {ilmiRegistering, "ILMI Registering"},
+                                  {ilmiRegistered, "ILMI Registered"},
+                                  {ilmiStatic, "ILMI Static Registration"},
+                                  {ilmiNotConfigured, "ILMI Not configured"}};
 
-constexpr CodeText lmacTexts[] = {
-    {0, "Unused MAC entry"},         {1, "Waiting for VCC connection"}, {2, "Active"},
-    {3, "Waiting for ARP response"}, {4, "Waiting for InARP response"}, {5, "Reverifying connection"}};
+constexpr CodeText lmacTexts[] = {{lmacUnused, "Unused MAC entry"},
+                                  {lmacVcc, "Waiting for VCC connection"},
+                                  {lmacActive, "Active"},
+                                  {lmacArp, "Waiting for ARP response"},
+                                  {lmacInArp, "Waiting for InARP response"},
+                                  {lmacReverifying, "Reverifying connection"}};
 
 const char* textOf(std::span<const CodeText> table, std::int16_t code) {
     for (const CodeText& row : table)
         if (row.code == code) return row.text;
     return "XXXX";
 }
-
-constexpr int lampOff = 0, lampTransition = 1, lampUp = 2;
-constexpr std::int16_t notConfigured = 255;
 
 }  // namespace
 
@@ -74,16 +80,16 @@ const char* LmacStateToString(std::int16_t code) {
 }
 
 int IlmiStateToColor(std::int16_t code) {
-    if (code == 2 || code == 3) return lampUp;
-    return code == 0 || code == notConfigured ? lampOff : lampTransition;
+    if (code == ilmiRegistered || code == ilmiStatic) return lampUp;
+    return code == ilmiDisabled || code == ilmiNotConfigured ? lampOff : lampTransition;
 }
 
 int SaalStateToColor(std::int16_t code) {
-    if (code == 9) return lampUp;
-    return code == notConfigured ? lampOff : lampTransition;
+    if (code == saalDataTransfer) return lampUp;
+    return code == saalNotConfigured ? lampOff : lampTransition;
 }
 
 int SigStateToColor(std::int16_t code) {
-    if (code == 1) return lampUp;
-    return code == notConfigured ? lampOff : lampTransition;
+    if (code == sigReady) return lampUp;
+    return code == sigNotConfigured ? lampOff : lampTransition;
 }

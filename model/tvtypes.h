@@ -12,7 +12,9 @@ const char* SigStateToString(std::int16_t code);   // UNI signalling
 const char* IlmiStateToString(std::int16_t code);  // ILMI address registration
 const char* LmacStateToString(std::int16_t code);  // entry of the Classical IP connection table
 
-// Lamp codes: 0 off (not configured or disabled), 1 in transition, 2 up.
+// Codes of lamps. Off: not configured or disabled.
+enum LampCode { lampOff = 0, lampTransition = 1, lampUp = 2 };
+
 int IlmiStateToColor(std::int16_t code);
 int SaalStateToColor(std::int16_t code);
 int SigStateToColor(std::int16_t code);

@@ -1,5 +1,6 @@
 #include "sim/commandclient.h"
 
+#include "platform/index.h"
 #include "sim/commands.h"
 #include "sim/nodes.h"
 
@@ -42,15 +43,14 @@ int sendCommand(const std::vector<std::string>& words) {
     for (std::string_view left = command; !left.empty();) {
         const ssize_t length = ::send(socket.get(), left.data(), left.size(), MSG_NOSIGNAL);
         if (length < 0) return complain(fmt::format("{}: {}", path.text, std::strerror(errno)));
-        left.remove_prefix(static_cast<std::size_t>(length));
+        left.remove_prefix(asIndex(length));
     }
     ::shutdown(socket.get(), SHUT_WR);
 
     std::string reply;
     char part[4096];
     ssize_t length = 0;
-    while ((length = ::recv(socket.get(), part, sizeof part, 0)) > 0)
-        reply.append(part, static_cast<std::size_t>(length));
+    while ((length = ::recv(socket.get(), part, sizeof part, 0)) > 0) reply.append(part, asIndex(length));
     if (length < 0 || reply.empty())
         return complain(fmt::format("{}: {}", path.text, length < 0 ? std::strerror(errno) : "no answer"));
     if (reply[0] != '0') return complain(reply.substr(1));

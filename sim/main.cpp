@@ -1,5 +1,6 @@
 // tvsim: stands at the driver's device and answers as the driver would.
 #include "config/driverpdf.h"
+#include "platform/index.h"
 #include "sim/commandclient.h"
 #include "sim/server.h"
 
@@ -27,8 +28,7 @@ std::string parseAdapters(const std::string& text, std::array<bool, adapterCount
         const int from = part.empty() ? 0 : part.front() - '0', to = part.empty() ? 0 : part.back() - '0';
         if ((part.size() != 1 && !range) || from < 1 || to > adapterCount || from > to)
             return fmt::format("\"{}\" is no list of adapters from 1 to {}", text, adapterCount);
-        for (int adapter = from; adapter <= to; ++adapter)
-            present[static_cast<std::size_t>(adapter - 1)] = true;
+        for (int adapter = from; adapter <= to; ++adapter) present[asIndex(adapter - 1)] = true;
         at = end + 1;
     }
     return {};

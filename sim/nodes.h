@@ -1,4 +1,5 @@
-// The socket nodes that the simulator stands behind: the driver's device and the socket for commands beside it.
+// The socket nodes that the simulator stands behind: the driver's device and the socket for commands beside
+// it.
 #pragma once
 
 #include "platform/root.h"

@@ -1,5 +1,6 @@
 #include "sim/place.h"
 
+#include "platform/index.h"
 #include "sim/answer.h"
 #include "sim/fieldtext.h"
 #include "sim/peers.h"
@@ -107,8 +108,7 @@ std::vector<std::uint8_t> currentBytes(const State& state, const Place& place) {
     std::vector<std::uint8_t> reply(r.size);
     Peer peer;
     if (place.row > 0)
-        peer = Rows(state, place.request, place.adapter, place.unit)
-                   .row(static_cast<std::size_t>(place.row - 1));
+        peer = Rows(state, place.request, place.adapter, place.unit).row(asIndex(place.row - 1));
     packFields(r, {state, place.adapter, place.unit, &peer}, place.row, reply);
     const Field& field = r.fields[place.field];
     const auto from = reply.begin() + field.offset;

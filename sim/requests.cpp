@@ -1,5 +1,6 @@
 #include "sim/requests.h"
 
+#include "platform/index.h"
 #include "sim/peers.h"
 #include "sim/state.h"
 
@@ -13,18 +14,14 @@ namespace {
 constexpr std::string_view revision = "2.0 simulated";
 constexpr std::uint32_t defaultLinkKind = 2;  // OC3c multimode, a kind with every alarm
 
-template <class Array> const auto& at(const Array& array, int index) {
-    return array[static_cast<std::size_t>(index)];
-}
-
 const AtmLEC& lec(const Subject& s) {
-    return at(at(s.state.config().lec, s.adapter), s.unit);
+    return s.state.config().lec[asIndex(s.adapter)][asIndex(s.unit)];
 }
 const AtmLES& les(const Subject& s) {
-    return at(at(s.state.config().les, s.adapter), s.unit);
+    return s.state.config().les[asIndex(s.adapter)][asIndex(s.unit)];
 }
 const AtmLECS& lecs(const Subject& s) {
-    return at(s.state.config().lecs, s.adapter);
+    return s.state.config().lecs[asIndex(s.adapter)];
 }
 
 Bytes textBytes(std::string_view text, std::array<std::uint8_t, 64>& room) {
@@ -172,7 +169,7 @@ void ipState(const Subject& s, std::uint32_t, Bytes out) {
 void sigState(const Subject& s, std::uint32_t arg, Bytes out) {
     constexpr std::uint32_t notConfigured = 255, saalIdle = 0, saalPending = 1, saalReady = 9;
     constexpr std::uint32_t ilmiDisabled = 0, ilmiRegistering = 1, ilmiRegistered = 2, ilmiStatic = 3;
-    const AtmSig& sig = at(s.state.config().sig, s.adapter);
+    const AtmSig& sig = s.state.config().sig[asIndex(s.adapter)];
     const std::uint32_t stage = s.state.code(Service::Sig, s.adapter, 0);
     const bool prefix = sig.address.digits().find_first_not_of('0', 1) < atmAddress::prefixDigits;
     const std::uint32_t ilmi = !sig.addressRegistration ? (prefix ? ilmiStatic : ilmiDisabled)

@@ -1,5 +1,7 @@
 #include "sim/server.h"
 
+#include "platform/index.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <poll.h>
@@ -64,12 +66,11 @@ void Server::readDevice(DeviceLink& link) {
         const ssize_t length = ::recv(link.socket.get(), packet.data(), packet.size(), MSG_TRUNC);
         if (length < 0 && wouldBlock()) return;
         // The end of the connection, an empty packet, or one larger than any message.
-        if (length <= 0 || static_cast<std::size_t>(length) > packet.size()) {
+        if (length <= 0 || asIndex(length) > packet.size()) {
             link.gone = true;
             return;
         }
-        Outgoing out =
-            exchange_.handle(link.session, ConstBytes(packet).first(static_cast<std::size_t>(length)));
+        Outgoing out = exchange_.handle(link.session, ConstBytes(packet).first(asIndex(length)));
         if (out.hangUp || link.pending.size() >= mostPending) {
             link.gone = true;
             return;
@@ -109,7 +110,7 @@ void Server::readCommand(CommandLink& link) {
             return;
         }
         if (length == 0) break;
-        link.input.append(part, static_cast<std::size_t>(length));
+        link.input.append(part, asIndex(length));
     }
     std::vector<std::string> words;
     for (std::size_t at = 0, end; (end = link.input.find('\0', at)) != std::string::npos; at = end + 1)
@@ -127,7 +128,7 @@ void Server::writeCommand(CommandLink& link) {
             ::send(link.socket.get(), link.output.data(), link.output.size(), MSG_NOSIGNAL);
         if (length < 0 && wouldBlock()) return;
         if (length < 0) break;
-        link.output.erase(0, static_cast<std::size_t>(length));
+        link.output.erase(0, asIndex(length));
     }
     link.gone = true;
 }

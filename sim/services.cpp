@@ -1,4 +1,5 @@
 #include "sim/services.h"
+#include "platform/index.h"
 
 #include <algorithm>
 #include <fmt/core.h>
@@ -7,10 +8,6 @@ namespace sim {
 
 namespace {
 
-template <class Array> auto& at(Array& array, int index) {
-    return array[static_cast<std::size_t>(index)];
-}
-
 // What differs between the two kinds of PVCs: their client and their key.
 template <class Pvc> struct Kin;
 
@@ -18,14 +15,14 @@ template <> struct Kin<AtmBridgedPvc> {
     static constexpr Service service = Service::Lec;
     static constexpr auto address = &AtmBridgedPvc::mac;
     static auto& list(State& state, int adapter, int lec) {
-        return at(at(state.config().lec, adapter), lec).pvcs;
+        return state.config().lec[asIndex(adapter)][asIndex(lec)].pvcs;
     }
 };
 
 template <> struct Kin<AtmRoutedPvc> {
     static constexpr Service service = Service::Ip;
     static constexpr auto address = &AtmRoutedPvc::ip;
-    static auto& list(State& state, int adapter, int) { return at(state.config().ip1577, adapter).pvcs; }
+    static auto& list(State& state, int adapter, int) { return state.config().ip1577[asIndex(adapter)].pvcs; }
 };
 
 template <class Pvc> auto findVci(std::vector<Pvc>& list, std::uint16_t vci) {
@@ -46,13 +43,13 @@ std::int32_t& enabledFlag(State& state, Service service, int adapter, int unit) 
     AtmDevices& config = state.config();
     switch (service) {
     case Service::Lec:
-        return at(at(config.lec, adapter), unit).enabled;
+        return config.lec[asIndex(adapter)][asIndex(unit)].enabled;
     case Service::Les:
-        return at(at(config.les, adapter), unit).enabled;
+        return config.les[asIndex(adapter)][asIndex(unit)].enabled;
     case Service::Lecs:
-        return at(config.lecs, adapter).enabled;
+        return config.lecs[asIndex(adapter)].enabled;
     default:
-        return at(config.ip1577, adapter).enabled;
+        return config.ip1577[asIndex(adapter)].enabled;
     }
 }
 
@@ -63,7 +60,7 @@ void begin(State& state, Service service, int adapter, int unit) {
 
 template <class Pvc> void dropPvcs(State& state, int adapter, int unit) {
     std::vector<Pvc>& list = Kin<Pvc>::list(state, adapter, unit);
-    for (const Pvc& pvc : list) at(state.pvcs, adapter).erase(pvc.vci);
+    for (const Pvc& pvc : list) state.pvcs[asIndex(adapter)].erase(pvc.vci);
     list.clear();
 }
 
@@ -71,21 +68,21 @@ template <class Pvc> void dropPvcs(State& state, int adapter, int unit) {
 
 Resp startLec(State& state, int adapter, int lec, const AtmLEC& config) {
     dropPvcs<AtmBridgedPvc>(state, adapter, lec);
-    at(at(state.config().lec, adapter), lec) = config;
+    state.config().lec[asIndex(adapter)][asIndex(lec)] = config;
     begin(state, Service::Lec, adapter, lec);
     return Resp::Ok;
 }
 
 Resp startIp(State& state, int adapter, const AtmIP1577& config) {
     dropPvcs<AtmRoutedPvc>(state, adapter, 0);
-    at(state.config().ip1577, adapter) = config;
+    state.config().ip1577[asIndex(adapter)] = config;
     begin(state, Service::Ip, adapter, 0);
     return Resp::Ok;
 }
 
 Resp startLes(State& state, int adapter, int les, const AtmLES& config) {
     if (state.life(Service::Les, adapter, les).enabled) return Resp::Running;
-    at(at(state.config().les, adapter), les) = config;
+    state.config().les[asIndex(adapter)][asIndex(les)] = config;
     begin(state, Service::Les, adapter, les);
     return Resp::Ok;
 }
@@ -101,8 +98,8 @@ Resp stop(State& state, Service service, int adapter, int unit) {
 Resp loadLecs(State& state, int adapter, const AtmLECS& config) {
     Life& life = state.life(Service::Lecs, adapter, 0);
     if (life.enabled) return Resp::Running;
-    at(state.config().lecs, adapter) = config;
-    at(state.mappings, adapter).clear();
+    state.config().lecs[asIndex(adapter)] = config;
+    state.mappings[asIndex(adapter)].clear();
     life.loaded = true;
     return Resp::Ok;
 }
@@ -117,7 +114,7 @@ Resp goLecs(State& state, int adapter) {
 Resp addMapping(State& state, int adapter, const Mapping& mapping) {
     if (!state.life(Service::Lecs, adapter, 0).loaded) return Resp::NotLoaded;
     if (mapping.les < 0 || mapping.les >= lesCount) return Resp::NoUnit;
-    std::vector<Mapping>& all = at(state.mappings, adapter);
+    std::vector<Mapping>& all = state.mappings[asIndex(adapter)];
     if (std::any_of(all.begin(), all.end(), [&](const Mapping& m) { return m.client == mapping.client; }))
         return Resp::DuplicateMapping;
     all.push_back(mapping);
@@ -126,8 +123,8 @@ Resp addMapping(State& state, int adapter, const Mapping& mapping) {
 
 Resp deleteMapping(State& state, int adapter, const esiSelector& client) {
     if (!state.life(Service::Lecs, adapter, 0).loaded) return Resp::NotLoaded;
-    bool found =
-        std::erase_if(at(state.mappings, adapter), [&](const Mapping& m) { return m.client == client; }) > 0;
+    bool found = std::erase_if(state.mappings[asIndex(adapter)],
+                               [&](const Mapping& m) { return m.client == client; }) > 0;
     for (int lec = 0; lec < lecCount; ++lec)
         if (state.learned(adapter, lec) && state.lecEsi(adapter, lec) == client) {
             state.forgotten[{adapter, lec}] = state.now();
@@ -141,7 +138,7 @@ template <class Pvc> Resp addPvc(State& state, int adapter, int unit, const Pvc&
     if (!inRange(pvc.vci)) return Resp::VciRange;
     std::vector<Pvc>& list = Kin<Pvc>::list(state, adapter, unit);
     if (findAddress(list, pvc) != list.end()) return Resp::DuplicatePvc;
-    if (!at(state.pvcs, adapter).emplace(pvc.vci, state.now()).second) return Resp::VciInUse;
+    if (!state.pvcs[asIndex(adapter)].emplace(pvc.vci, state.now()).second) return Resp::VciInUse;
     list.push_back(pvc);
     return Resp::Ok;
 }
@@ -155,7 +152,7 @@ template <class Pvc> Resp changePvc(State& state, int adapter, int unit, const P
     if (found == list.end()) {
         if (same == list.end()) return Resp::NoPvc;
         found = same;
-        auto& circuits = at(state.pvcs, adapter);
+        auto& circuits = state.pvcs[asIndex(adapter)];
         if (!circuits.emplace(pvc.vci, state.now()).second) return Resp::VciInUse;
         circuits.erase(found->vci);
     } else if (same != list.end() && same != found)
@@ -170,7 +167,7 @@ template <class Pvc> Resp deletePvc(State& state, int adapter, int unit, const P
     std::vector<Pvc>& list = Kin<Pvc>::list(state, adapter, unit);
     const auto found = findVci(list, pvc.vci);
     if (found == list.end() || found != findAddress(list, pvc)) return Resp::NoPvc;
-    at(state.pvcs, adapter).erase(found->vci);
+    state.pvcs[asIndex(adapter)].erase(found->vci);
     list.erase(found);
     return Resp::Ok;
 }
@@ -220,7 +217,7 @@ void load(State& state) {
         }
         enable(Service::Ip, 0);
         loadPvcs<AtmRoutedPvc>(state, a, 0);
-        state.life(Service::Sig, a, 0).enabled = at(state.config().sig, a).uniRevision != 0;
+        state.life(Service::Sig, a, 0).enabled = state.config().sig[asIndex(a)].uniRevision != 0;
 
         // The clients of the files also are those who joined without an LECS.
         Life& lecs = state.life(Service::Lecs, a, 0);
@@ -228,7 +225,7 @@ void load(State& state) {
         for (int les = 0; les < lesCount; ++les) {
             enable(Service::Les, les);
             std::vector<esiSelector> clients;
-            clients.swap(at(at(state.config().les, a), les).clients);
+            clients.swap(state.config().les[asIndex(a)][asIndex(les)].clients);
             for (const esiSelector& client : clients)
                 note(state, addMapping(state, a, {client, les}), a,
                      fmt::format("client {}", client.GetF2EsiSelector()));

@@ -1,5 +1,6 @@
 #include "sim/state.h"
 
+#include "platform/index.h"
 #include "sim/services.h"
 
 #include <algorithm>
@@ -28,10 +29,6 @@ constexpr std::string_view noPrefix = "40000000000000000000000000";
 constexpr std::uint8_t lesSelector = 0x10, busSelector = 0x20;
 
 constexpr Rid stateRequest[] = {Rid::LecState, Rid::LesState, Rid::LecsState, Rid::IpState};
-
-template <class Array> auto& at(Array& array, int index) {
-    return array[static_cast<std::size_t>(index)];
-}
 
 }  // namespace
 
@@ -76,8 +73,9 @@ std::uint32_t State::code(Service service, int adapter, int unit) const {
     if (!one.enabled || !present(adapter)) return 0;
     const std::span<const Stage> path = stages(service);
     // A client on PVCs only has no server to register with: it stays in its first state and works there.
-    if (service == Service::Lec && at(at(config_.lec, adapter), unit).pvcOnly) return path.front().code;
-    if (service == Service::Ip && at(config_.ip1577, adapter).pvcOnly) return path.back().code;
+    if (service == Service::Lec && config_.lec[asIndex(adapter)][asIndex(unit)].pvcOnly)
+        return path.front().code;
+    if (service == Service::Ip && config_.ip1577[asIndex(adapter)].pvcOnly) return path.back().code;
     std::uint32_t code = path.front().code;
     for (const Stage& stage : path)
         if (now_ - one.startedAt >= stage.from) code = stage.code;
@@ -137,7 +135,7 @@ MacBytes State::lecMac(int adapter, int lec) const {
 }
 
 AtmBytes State::address(int adapter, const MacBytes& esi, std::uint8_t selector) const {
-    atmAddress whole = at(config_.sig, adapter).address;
+    atmAddress whole = config_.sig[asIndex(adapter)].address;
     if (whole.digits().substr(0, noPrefix.size()) == noPrefix) whole = defaultPrefix;
     AtmBytes result{};
     whole.toHex(result);
@@ -156,15 +154,15 @@ AtmBytes State::busAddress(int adapter, int les) const {
 
 AtmBytes State::lecsAddress(int adapter) const {
     AtmBytes result{};
-    at(config_.lecs, adapter).address.toHex(result);
+    config_.lecs[asIndex(adapter)].address.toHex(result);
     return result;
 }
 
 State::Home State::home(int adapter, int lec) const {
-    const AtmLEC& client = at(at(config_.lec, adapter), lec);
+    const AtmLEC& client = config_.lec[asIndex(adapter)][asIndex(lec)];
     for (int a = 0; a < adapterCount; ++a)
         for (int l = 0; l < lesCount; ++l) {
-            const AtmLES& server = at(at(config_.les, a), l);
+            const AtmLES& server = config_.les[asIndex(a)][asIndex(l)];
             if (present(a) && server.enabled && !client.elanName.empty() &&
                 server.elanName == client.elanName)
                 return {lesAddress(a, l), busAddress(a, l), std::pair(a, l)};
@@ -184,7 +182,7 @@ State::Home State::home(int adapter, int lec) const {
 
 bool State::learned(int adapter, int lec) const {
     if (!up(Service::Lecs, adapter, 0) || !up(Service::Lec, adapter, lec) ||
-        !at(at(config_.lec, adapter), lec).useLecs)
+        !config_.lec[asIndex(adapter)][asIndex(lec)].useLecs)
         return false;
     const auto dropped = forgotten.find({adapter, lec});
     if (dropped != forgotten.end() && dropped->second >= upSince(Service::Lec, adapter, lec)) return false;

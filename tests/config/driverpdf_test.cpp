@@ -211,7 +211,8 @@ TEST_F(DriverPdf, ListsAfterCancel) {
     EXPECT_TRUE(again.lec[0][2].pvcFile.view() == "/etc/atm/pvcconf0.2" && again.lec[0][0].pvcs.empty());
 }
 
-// Each line of the log is there when it is written: whoever follows a save that takes long, or hangs, sees where it is.
+// Each line of the log is there when it is written: whoever follows a save that takes long, or hangs, sees
+// where it is.
 TEST_F(DriverPdf, LogLinesReachTheirDescriptorAtOnce) {
     load(adapterText(0));
     int ends[2];

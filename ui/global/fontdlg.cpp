@@ -43,7 +43,7 @@ DFontDlg::DFontDlg(zWindow& parent, const std::string& font) : SubDialog(parent,
     }
     showSample();
 
-    // What the tables have now is chosen, as far as the lists have it.
+    // The current font of the tables is selected, if the lists have it.
     auto &family = control<zListBox>(familyLB), &size = control<zListBox>(sizeLB);
     shown_ = sample.font();
     const std::vector<std::string> families = zFontFamilies();

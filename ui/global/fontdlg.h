@@ -8,10 +8,10 @@
 
 class DFontDlg : public SubDialog {
   public:
-    // `font`: a font pattern as tables take it, "Liberation Sans:size=12"; empty: their default.
+    // `font`: a font pattern, "Liberation Sans:size=12"; empty for the default font of tables.
     DFontDlg(zWindow& parent, const std::string& font);
 
-    // The chosen one, in the same notation; as it was given as long as nothing has been chosen.
+    // The chosen font, in the same notation; the one given to the constructor until another is chosen.
     const std::string& font() const { return font_; }
 
   private:

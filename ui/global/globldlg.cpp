@@ -52,7 +52,7 @@ int DGlobalDlg::onCancel() {
     return 0;
 }
 
-// All three, whichever box was clicked on: the driver may have been told otherwise by somebody else.
+// Sends all three switches: another program may have changed those that were not clicked.
 void DGlobalDlg::switchTraces() {
     if (!platform::superUser()) {
         zMessageBox(application(), shell(), zMessageStyle::warning,
@@ -68,7 +68,7 @@ void DGlobalDlg::switchTraces() {
     setCursor(zWatchCursor);
     for (const auto& trace : traces) {
         traces_->switchTrace(trace.component, trace.on != 0);
-        if (traces_->timedOut()) break;  // each vain wait takes many seconds
+        if (traces_->timedOut()) break;  // each timeout takes many seconds
     }
     setCursor(zArrowCursor);
 }

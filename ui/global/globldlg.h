@@ -1,4 +1,4 @@
-// The global settings: what is not tied to an adapter. They last until the program ends.
+// The global settings, which belong to no adapter. They last until the program ends.
 #pragma once
 
 #include "driver/requestblocks.h"
@@ -13,8 +13,7 @@ class DGlobalDlg : public zFormDialog {
     // Shown by runModal().
     explicit DGlobalDlg(zWindow& parent);
 
-    // Stores every page; sends the trace switches when one of their boxes was clicked on and there is a
-    // driver.
+    // Stores all pages. Sends the trace switches if one of their boxes was clicked and there is a driver.
     int onOk();
     int onCancel();
 

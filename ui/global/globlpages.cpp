@@ -70,7 +70,7 @@ constexpr zLayout application = page(580, "applicationPage", "Application", appl
 constexpr zLayout connections = page(578, "connectionsPage", "Connections", connectionRows);
 constexpr zLayout debugging = page(579, "debuggingPage", "Debugging", debuggingRows);
 
-// The first entry when the period is none of the list.
+// The first position if the period is not in the list.
 int positionOf(int milliseconds) {
     const auto* const found =
         std::find(std::begin(refreshRates), std::end(refreshRates), std::to_string(milliseconds));

@@ -30,7 +30,7 @@ class DGlobalDlgDebugPG {
   public:
     explicit DGlobalDlgDebugPG(zNotebook& notebook);
 
-    // A box was clicked, whatever it shows now.
+    // A box has been clicked, even if it shows its old state again.
     bool changed() const { return changed_; }
     void StoreDefaults();
 

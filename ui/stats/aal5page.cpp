@@ -1,5 +1,6 @@
 #include "ui/stats/aal5page.h"
 
+#include "model/statecodes.h"
 #include "toolkit/controls/statics.h"
 #include "ui/stats/statslayouts.h"
 
@@ -18,14 +19,13 @@ constexpr StatsField<AalStatsView> counters[] = {
     {"rxCellErrors", {.counter = counted<&AalStatsView::rxCellErrors>}},
 };
 
-constexpr std::uint32_t link25 = 1;
-
 constexpr struct {
     std::uint32_t kind;
     const char* caption;
-} linkKinds[] = {{link25, "25 Mb/s"}, {2, "OC3c MM"}, {3, "OC3c SM"}, {4, "155 UTP"}};
+} linkKinds[] = {
+    {link25, "25 Mb/s"}, {linkMultimode, "OC3c MM"}, {linkSingleMode, "OC3c SM"}, {link155Utp, "155 UTP"}};
 
-// A lamp is lit while its alarm is not there.
+// A lamp is lit while there is no such alarm.
 using Alarms = SuniStatsView;
 constexpr struct {
     const char* name;
@@ -35,7 +35,7 @@ constexpr struct {
      [](const Alarms& a) { return (a.linkKind() == link25 ? a.linkAlarm() : a.lossOfSignal()) == 0; }},
     {"lofLamp", [](const Alarms& a) { return a.lossOfFrame() == 0; }},
     {"oofLamp", [](const Alarms& a) { return a.outOfFrame() == 0; }},
-    // Without frames nothing is known about these two.
+    // This one and lopLamp mean nothing without frames.
     {"ferfLamp", [](const Alarms& a) { return a.farEndFailure() == 0 && a.lossOfFrame() == 0; }},
     {"aisLamp", [](const Alarms& a) { return a.alarmIndication() == 0; }},
     {"lopLamp", [](const Alarms& a) { return a.lossOfPointer() == 0 && a.lossOfFrame() == 0; }},

@@ -11,7 +11,7 @@ class DStatsDlgAAL5PG final : public StatsPage {
   public:
     explicit DStatsDlgAAL5PG(StatsSource& source);
 
-    // What is not answered leaves what stands.
+    // What a query without an answer would show stays as it is.
     void UpdateDisplay(int index, bool clear);
 
   private:
@@ -22,6 +22,6 @@ class DStatsDlgAAL5PG final : public StatsPage {
     std::unique_ptr<aalInfo> query_;
     FieldMap<AalStatsView> counters_;
     std::vector<myBitmapButton> lamps_;
-    bool alarms_ = true;  // false once the driver has said that the link has none
+    bool alarms_ = true;  // false once the driver has reported that the link has no alarms
     bool linkKindShown_ = false;
 };

@@ -4,7 +4,7 @@
 #include "toolkit/controls/board.h"
 #include "toolkit/controls/edit.h"
 #include "ui/myedit.h"
-#include "ui/stats/standing.h"
+#include "ui/stats/shownbytes.h"
 #include "ui/stats/statstext.h"
 
 #include <span>
@@ -18,23 +18,23 @@ template <class View> struct StatsField {
 // Shows one kind of reply. Only texts that change reach the screen.
 template <class View> class FieldMap {
   public:
-    // Board and rows must outlive it.
+    // The board must outlive this object.
     FieldMap(const zBoard& board, std::span<const StatsField<View>> rows) {
         fields_.reserve(rows.size());
         for (const StatsField<View>& row : rows)
             fields_.push_back({row.value, myEdit(board.control<zEdit>(row.control))});
     }
 
-    // Without a reply there is nothing to show. With `clear` the counters begin at 0 again.
+    // Shows a reply, or blanks the fields if it is false. With `clear` the counters begin at 0 again.
     void show(const View& reply, bool clear = false) {
         if (!reply) return blank();
-        if (standing_.shows(0, reply.bytes()) && !clear) return;
+        if (!shown_.update(0, reply.bytes()) && !clear) return;
         for (Field& field : fields_) field.edit.write(textOf(field.value, reply, field.baseline, clear));
     }
 
-    // There is nothing to show.
+    // Empties all fields.
     void blank() {
-        standing_.forget();
+        shown_.forget();
         for (Field& field : fields_) field.edit.write("");
     }
 
@@ -46,5 +46,5 @@ template <class View> class FieldMap {
     };
 
     std::vector<Field> fields_;
-    Standing standing_;
+    ShownBytes shown_;
 };

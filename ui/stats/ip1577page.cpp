@@ -1,11 +1,10 @@
 #include "ui/stats/ip1577page.h"
 
+#include "model/statecodes.h"
 #include "model/tvtypes.h"
 #include "ui/stats/statslayouts.h"
 
 namespace {
-
-constexpr std::uint32_t stateAbsent = 0, stateUp = 5;
 
 constexpr StatsField<IpStatsView> fields[] = {
     {"rxPackets", {.counter = counted<&IpStatsView::rxPackets>, .withSign = true}},
@@ -54,8 +53,8 @@ void DStatsDlgIP1577PG::refresh(bool clear) {
 bool DStatsDlgIP1577PG::UpdateDisplay(int index, bool clear) {
     query_->setUnit(static_cast<std::uint8_t>(index));
     const std::uint32_t state = query_->GetState().state();
-    lamp_.show(serviceLook(state != stateAbsent, state == stateUp));
-    const IpStatsView stats = state != stateAbsent ? query_->GetStats() : IpStatsView();
+    lamp_.show(serviceLook(state != ipAbsent, state == ipRunning));
+    const IpStatsView stats = state != ipAbsent ? query_->GetStats() : IpStatsView();
     fields_.show(stats, clear);
     return static_cast<bool>(stats);
 }

@@ -10,7 +10,7 @@ class IP1577PGConnectionTBL : public KeyedTable<IpRowView, std::int16_t> {
   public:
     IP1577PGConnectionTBL(zTable& table, const StatsSource& source);
 
-    bool UpdateDisplay(int index, bool clear);  // false: no rows, or no answer
+    bool UpdateDisplay(int index, bool clear);  // false without rows or without an answer
 
   private:
     std::unique_ptr<ip1577Info> query_;
@@ -20,7 +20,7 @@ class DStatsDlgIP1577PG final : public StatsPage {
   public:
     explicit DStatsDlgIP1577PG(StatsSource& source);
 
-    bool UpdateDisplay(int index, bool clear);  // false: there is nothing to show
+    bool UpdateDisplay(int index, bool clear);  // false if the client is absent or does not answer
 
   private:
     void refresh(bool clear) override;

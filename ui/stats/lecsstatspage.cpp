@@ -1,11 +1,10 @@
 #include "ui/stats/lecsstatspage.h"
 
+#include "model/statecodes.h"
 #include "model/tvtypes.h"
 #include "ui/stats/statslayouts.h"
 
 namespace {
-
-constexpr std::uint32_t stateAbsent = 0, stateUp = 4;
 
 using Stats = LecsStatsView;
 constexpr StatsField<Stats> fields[] = {
@@ -32,8 +31,8 @@ DStatsDlgLECSPG::DStatsDlgLECSPG(StatsSource& source)
 bool DStatsDlgLECSPG::UpdateDisplay(int index, bool clear) {
     query_->setUnit(static_cast<std::uint8_t>(index));
     const std::uint32_t state = query_->GetState().state();
-    lamp_.show(serviceLook(state != stateAbsent, state == stateUp));
-    const LecsStatsView stats = state != stateAbsent ? query_->GetStats() : LecsStatsView();
+    lamp_.show(serviceLook(state != lecsAbsent, state == lecsRunning));
+    const LecsStatsView stats = state != lecsAbsent ? query_->GetStats() : LecsStatsView();
     registered_.show(!stats ? LampLook::greyed : stats.registered() ? LampLook::lit : LampLook::unlit);
     fields_.show(stats, clear);
     return static_cast<bool>(stats);

@@ -9,7 +9,7 @@ class DStatsDlgLECSPG final : public StatsPage {
   public:
     explicit DStatsDlgLECSPG(StatsSource& source);
 
-    bool UpdateDisplay(int index, bool clear);  // false: there is nothing to show
+    bool UpdateDisplay(int index, bool clear);  // false if the server is absent or does not answer
 
   private:
     void refresh(bool clear) override { UpdateDisplay(0, clear); }

@@ -1,12 +1,12 @@
 #include "ui/stats/lecstatspage.h"
 
+#include "model/statecodes.h"
 #include "model/tvtypes.h"
+#include "platform/index.h"
 #include "toolkit/controls/tabstrip.h"
 #include "ui/stats/statslayouts.h"
 
 namespace {
-
-constexpr std::uint32_t stateAbsent = 0, statePvcs = 1, stateUp = 6;
 
 constexpr StatsField<LecStatsView> fields[] = {
     {"elanName", {.text = shown<&LecStatsView::elanName>}},
@@ -58,7 +58,7 @@ bool LECPGLES_BUSTBL::UpdateDisplay(int lec, bool clear) {
         const std::uint16_t vci = stats.vci(connections[i]);
         if (vci == 0) continue;
         const LesBusRow row{vci, stats.address(connections[i]), circuits_->GetVciEntry(vci)};
-        writeRow(static_cast<int>(i) + 1, row, baselines_[static_cast<std::size_t>(lec)][i], clear,
+        writeRow(static_cast<int>(i) + 1, row, baselines_[asIndex(lec)][i], clear,
                  static_cast<bool>(row.circuit));
     }
     return true;
@@ -95,7 +95,7 @@ int DStatsDlgLECPG::UpdateDisplay(int lec) {
     const LecStateView reply = query_->GetState();
     const std::uint32_t state = reply.state();
     lamp_.show(
-        serviceLook(state != stateAbsent, state == stateUp || (state == statePvcs && reply.flag() != 0)));
-    fields_.show(state != stateAbsent ? query_->GetStats() : LecStatsView());
-    return state == stateAbsent ? 0 : state == stateUp ? 2 : 1;
+        serviceLook(state != lecAbsent, state == lecJoined || (state == lecOnPvcs && reply.flag() != 0)));
+    fields_.show(state != lecAbsent ? query_->GetStats() : LecStatsView());
+    return state == lecAbsent ? 0 : state == lecJoined ? 2 : 1;
 }

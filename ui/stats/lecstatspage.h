@@ -1,4 +1,5 @@
-// The "LEC ..." page: one LAN Emulation Client at a time, with its connections to LES and BUS and to other clients.
+// The "LEC ..." page: one LAN Emulation Client at a time, with its connections to LES and BUS and to other
+// clients.
 #pragma once
 
 #include "driver/dai_io.h"
@@ -21,23 +22,23 @@ class LECPGLES_BUSTBL : public NamedRowsTable<LesBusRow> {
   public:
     LECPGLES_BUSTBL(zTable& table, const StatsSource& source);
 
-    // False: there was no answer. A connection that is not there leaves its row as it stands, unless that is
-    // another client's.
+    // False without an answer. The row of a connection that does not exist stays as it is while the same
+    // client is shown.
     bool UpdateDisplay(int lec, bool clear);
 
   private:
     std::unique_ptr<lecInfo> query_;
     std::unique_ptr<vccInfo> circuits_;
     std::array<std::array<Baselines, 4>, 4> baselines_{};  // by client and row
-    int shown_ = -1;                                       // the client that the rows are of
+    int shown_ = -1;                                       // the client in the rows
 };
 
-// The baselines belong to VCIs, whichever client has them.
+// Baselines are kept by VCI, the same for all clients.
 class LECPGLECTBL : public KeyedTable<LecRowView, std::uint16_t> {
   public:
     LECPGLECTBL(zTable& table, const StatsSource& source);
 
-    bool UpdateDisplay(int lec, bool clear);  // false: no rows, or no answer
+    bool UpdateDisplay(int lec, bool clear);  // false without rows or without an answer
 
   private:
     std::unique_ptr<lecInfo> query_;
@@ -47,7 +48,7 @@ class DStatsDlgLECPG final : public StatsPage {
   public:
     explicit DStatsDlgLECPG(StatsSource& source);
 
-    // 0: there is nothing to show; 2: the client is up; 1: it is in another state.
+    // 0: the client is absent; 2: it is up; 1: any other state.
     int UpdateDisplay(int lec);
 
   private:

@@ -1,12 +1,11 @@
 #include "ui/stats/lesstatspage.h"
 
+#include "model/statecodes.h"
 #include "model/tvtypes.h"
 #include "toolkit/controls/tabstrip.h"
 #include "ui/stats/statslayouts.h"
 
 namespace {
-
-constexpr std::uint32_t stateAbsent = 0, stateServing = 1;
 
 using Stats = LesStatsView;
 constexpr StatsField<Stats> fields[] = {
@@ -60,8 +59,8 @@ void DStatsDlgLESPG::refresh(bool clear) {
 bool DStatsDlgLESPG::UpdateDisplay(int les) {
     query_->setUnit(static_cast<std::uint8_t>(les));
     const LesStateView reply = query_->GetState();
-    const bool present = reply.state() != stateAbsent;
-    lamp_.show(serviceLook(present, reply.state() == stateServing && reply.flag() != 0));
+    const bool present = reply.state() != lesAbsent;
+    lamp_.show(serviceLook(present, reply.state() == lesServing && reply.flag() != 0));
     const LesStatsView stats = present ? query_->GetStats() : LesStatsView();
     fields_.show(stats);
     return static_cast<bool>(stats);

@@ -10,12 +10,12 @@ struct MacHash {
     std::size_t operator()(const macAddress& key) const { return myMacHashFunction(key); }
 };
 
-// The baselines belong to clients, whichever server they have joined.
+// Baselines are kept by client, the same for all servers.
 class LESPGClientTBL : public KeyedTable<LesRowView, macAddress, MacHash> {
   public:
     LESPGClientTBL(zTable& table, const StatsSource& source);
 
-    bool UpdateDisplay(int les, bool clear);  // false: no rows, or no answer
+    bool UpdateDisplay(int les, bool clear);  // false without rows or without an answer
 
   private:
     std::unique_ptr<lesInfo> query_;
@@ -25,7 +25,7 @@ class DStatsDlgLESPG final : public StatsPage {
   public:
     explicit DStatsDlgLESPG(StatsSource& source);
 
-    bool UpdateDisplay(int les);  // false: there is nothing to show
+    bool UpdateDisplay(int les);  // false if the server is absent or does not answer
 
   private:
     void refresh(bool clear) override;

@@ -1,5 +1,6 @@
 #include "ui/stats/signallingpage.h"
 
+#include "model/statecodes.h"
 #include "model/tvtypes.h"
 #include "ui/stats/statslayouts.h"
 
@@ -27,14 +28,14 @@ constexpr struct {
 };
 
 LampLook lookOf(int colour) {
-    return colour == 1 ? LampLook::greyed : colour == 2 ? LampLook::lit : LampLook::unlit;
+    return colour == lampTransition ? LampLook::greyed : colour == lampUp ? LampLook::lit : LampLook::unlit;
 }
 
 bool registered(const LinkStateView& reply) {
-    return reply.ilmi() == 2 || reply.ilmi() == 3;
+    return reply.ilmi() == ilmiRegistered || reply.ilmi() == ilmiStatic;
 }
 
-// The circuits of the table, row by row.
+// The circuits of the table, in the order of its rows.
 constexpr const char* circuits[] = {"ILMI", "Signalling"};
 constexpr std::uint16_t circuitVcis[] = {16, 5};
 
@@ -57,7 +58,7 @@ void SignallingPGSigStatsTBL::UpdateDisplay(int index, bool clear) {
     if (circuitTable.size() <= 1) return;
     for (std::size_t i = 0; i < std::size(circuitVcis); ++i) {
         const VcRowView row = query_->GetVciEntry(circuitVcis[i]);
-        if (!row || (standing_.shows(i, row.bytes()) && !clear)) continue;
+        if (!row || (!shown_.update(i, row.bytes()) && !clear)) continue;
         writeRow(static_cast<int>(i) + 1, row, baselines_[i], clear);
     }
 }

@@ -1,5 +1,5 @@
-// The "Signalling" page: ILMI, QSAAL and UNI signalling of the adapter, the address registered through ILMI, and the
-// frames on the two signalling circuits.
+// The "Signalling" page: ILMI, QSAAL and UNI signalling of the adapter, the address registered through ILMI,
+// and the frames on the two signalling circuits.
 #pragma once
 
 #include "driver/dai_io.h"
@@ -14,20 +14,20 @@ class SignallingPGSigStatsTBL : public NamedRowsTable<VcRowView> {
   public:
     SignallingPGSigStatsTBL(zTable& table, const StatsSource& source);
 
-    // A circuit that is not there, or no answer, leaves what stands.
+    // Rows of circuits that the driver does not report, and all rows without an answer, stay as they are.
     void UpdateDisplay(int index, bool clear);
 
   private:
     std::unique_ptr<vccInfo> query_;
     std::array<Baselines, 2> baselines_{};
-    Standing standing_;
+    ShownBytes shown_;
 };
 
 class DStatsDlgSignallingPG final : public StatsPage {
   public:
     explicit DStatsDlgSignallingPG(StatsSource& source);
 
-    // No answer leaves what stands.
+    // Without an answer the page stays as it is.
     void UpdateDisplay(int index);
 
   private:

@@ -1,6 +1,7 @@
 #include "ui/stats/statsdlg.h"
 
 #include "model/settings.h"
+#include "platform/index.h"
 #include "resources/pictureids.h"
 #include "toolkit/controls/button.h"
 #include "ui/stats/aal5page.h"
@@ -58,7 +59,7 @@ constexpr struct {
 
 DStatsDlg::DStatsDlg(zWindow& parent) : zFormDialog(parent.application(), dialogLayout) {
     parent.setCursor(zWatchCursor);
-    // A driver that gives no further channel has at least that of the main window, which stays open for longer.
+    // A driver that accepts no further channel is asked over the main window's, which outlives this dialog.
     if (ioctlDesc) channel_.open(O_RDONLY);
     auto& notebook = board().control<zNotebook>("pages");
     StatsSource source{application(), notebook, channel_ ? channel_ : ioctlDesc,
@@ -78,7 +79,7 @@ DStatsDlg::DStatsDlg(zWindow& parent) : zFormDialog(parent.application(), dialog
 
 void DStatsDlg::selChangeTB(int position) {
     current_->disableTimer();
-    current_ = pages_[static_cast<std::size_t>(position)].get();
+    current_ = pages_[asIndex(position)].get();
     current_->enableTimer();
 }
 

@@ -1,11 +1,11 @@
-// The layouts of the statistics pages. Their controls have names, which the pages' tables use.
+// The layouts of the statistics pages. The pages find their controls by name.
 #pragma once
 
 #include "toolkit/controls/layout.h"
 
-constexpr int statsPageWidth = 290, statsPageHeight = 220;  // dialog units: what the notebook has room for
+constexpr int statsPageWidth = 290, statsPageHeight = 220;  // dialog units; the room that the notebook has
 
-// What stands in address fields before anything is known.
+// Shown in address fields until an address is known.
 constexpr const char* noPrefix = "47:00:00:00:00:00:00:00:00:00:00:00:00";
 constexpr const char* noEsi = "00:00:00:00:00:00-00";
 

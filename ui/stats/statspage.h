@@ -1,4 +1,4 @@
-// What the pages of the statistics notebook have in common.
+// Base of the pages of the statistics notebook.
 #pragma once
 
 #include "driver/channel.h"
@@ -9,14 +9,14 @@
 #include <cstdint>
 #include <memory>
 
-// Where a page stands and what it shows: the adapter that was the current one when its dialog was opened, over the
-// dialog's channel, which outlives the page.
+// Where a page is placed, and what it asks: the dialog's adapter over the dialog's channel, which outlives
+// the page.
 struct StatsSource {
     zApplication& application;
     zNotebook& notebook;
     DriverChannel& channel;  // closed: there is no driver
     std::uint8_t adapter;
-    bool silent = false;  // a page has waited in vain for an answer
+    bool silent = false;  // a request of one of the dialog's pages has timed out
 
     // A query object, or none without a driver.
     template <class Info> std::unique_ptr<Info> query() const {
@@ -26,16 +26,16 @@ struct StatsSource {
 
 class StatsPage : public TimerPage {
   public:
-    // A page that could not be filled when its dialog was made is filled first.
+    // Starts refreshing. A page that was not filled when its dialog was made is filled now.
     void enableTimer() override {
         if (!filled_) Update();
         refreshWith([this] { Update(); });
     }
 
-    // Asks the driver and shows what is new. Nothing without a driver.
+    // Asks the driver and shows its answers. Does nothing without a driver.
     void Update() { refreshIfOpen(false); }
 
-    // The same, with the counters from 0 again.
+    // The same; the counters begin at 0 again.
     void ClearStats() override { refreshIfOpen(true); }
 
   protected:
@@ -45,11 +45,11 @@ class StatsPage : public TimerPage {
 
     virtual void refresh(bool clear) = 0;
 
-    // A request of this refresh has been waited for in vain: the others are not made then.
+    // A request of this refresh timed out; the remaining ones are skipped.
     bool waited() const { return waits_.any(); }
 
-    // To be called at the end of the constructor: fills the page for the first time. Where the driver has been
-    // silent for another page this one waits until it is on top.
+    // Call last in the constructor: fills the page for the first time. After a timeout on another page of the
+    // dialog this page is filled only when it is turned to.
     void fillOnce(StatsSource& source) {
         if (source.silent) return;
         Update();

@@ -1,9 +1,10 @@
-// Statistics tables as data: a column is a label, a sample that says how wide it is, and what it shows of a row. Rows come
-// as views.
+// Statistics tables, described by data: a column has a label, a sample text that sets its width, and a value
+// (statstext.h) that it shows of each row. Rows are reply views.
 #pragma once
 
+#include "platform/index.h"
 #include "ui/mytable.h"
-#include "ui/stats/standing.h"
+#include "ui/stats/shownbytes.h"
 #include "ui/stats/statstext.h"
 
 #include <algorithm>
@@ -24,12 +25,12 @@ template <class Row> struct StatsColumn {
     const char* label;
     const char* sample;
     StatsValue<Row> value;
-    const char* otherSample = "";  // which of two texts is the wider one is up to the font
+    const char* otherSample = "";  // a second candidate for the widest text
 };
 
 template <class Row> class StatsTable : public myTable {
   public:
-    // There is nothing to show.
+    // Removes all rows.
     void empty() { setRows(0); }
 
   protected:
@@ -49,7 +50,7 @@ template <class Row> class StatsTable : public myTable {
 
     void setRows(int rows) { resize(static_cast<int>(columns_.size()), rows); }
 
-    // One cell of every column, those of the counters only when the reply is there that has them.
+    // Writes one row; the cells of counters only when their reply is there.
     void writeRow(int number, const Row& row, Baselines& baselines, bool clear, bool withCounters = true) {
         std::size_t counter = 0;
         std::uint32_t none = 0;
@@ -62,7 +63,7 @@ template <class Row> class StatsTable : public myTable {
         }
     }
 
-    // What the row's counters are now becomes their baselines.
+    // Makes the current values of the row's counters their baselines.
     void countFrom(const Row& row, Baselines& baselines) const {
         std::size_t counter = 0;
         for (const StatsColumn<Row>& c : columns_)
@@ -73,7 +74,7 @@ template <class Row> class StatsTable : public myTable {
     std::span<const StatsColumn<Row>> columns_;
 };
 
-// A table with a name of its own for each of its few rows.
+// A table with a fixed number of rows, each with a name.
 template <class Row> class NamedRowsTable : public StatsTable<Row> {
   protected:
     NamedRowsTable(zTable& table, std::span<const StatsColumn<Row>> columns,
@@ -83,7 +84,7 @@ template <class Row> class NamedRowsTable : public StatsTable<Row> {
         nameRows();
     }
 
-    // Brings the rows back after empty().
+    // Shows the named rows; call again after empty().
     void nameRows() {
         this->setRows(static_cast<int>(names_.size()));
         int row = 0;
@@ -94,16 +95,15 @@ template <class Row> class NamedRowsTable : public StatsTable<Row> {
     std::span<const char* const> names_;
 };
 
-// A table with as many rows as the driver has, numbered. The baselines of their counters belong to a key that a row
-// carries, so that they follow a connection when rows come and go. Only rows in sight are made into texts; the others
-// stay what the driver sent.
+// A table with as many rows as the driver reports, numbered. The baselines of the counters belong to a key in
+// the row, so that they follow a connection when rows come and go. Only visible rows are turned into text.
 template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : public StatsTable<Row> {
   public:
     ~KeyedTable() override { this->table().writeOnDemand({}); }
 
     void empty() {
         rows_ = {};
-        standing_.forget();
+        shown_.forget();
         StatsTable<Row>::empty();
     }
 
@@ -116,14 +116,14 @@ template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : 
         table.writeOnDemand([this](int number) { write(number); });
     }
 
-    // Shows these rows until the next ones, or empty(), come: that long the reply that they are in must stay. False, and
-    // the texts stay, when there are none.
+    // Shows these rows. The reply that holds them must stay valid until the next call of fill() or empty().
+    // False when there are none; the table then stays as it is.
     bool fill(const TableView<Row>& rows, bool clear) {
         rows_ = rows;
         if (rows.size() == 0) return false;
         if (clear)
             for (const Row row : rows) this->countFrom(row, baselines_[key_(row)]);
-        standing_.forget(clear || cleared_ ? 0 : rows.size());
+        shown_.forget(clear || cleared_ ? 0 : rows.size());
         cleared_ = clear;
         numberRows(static_cast<int>(rows.size()));
         this->setRows(static_cast<int>(rows.size()));
@@ -133,15 +133,15 @@ template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : 
 
   private:
     void write(int number) {
-        const Row row = rows_[static_cast<std::size_t>(number) - 1];
-        if (!row || standing_.shows(static_cast<std::size_t>(number) - 1, row.bytes())) return;
+        const Row row = rows_[asIndex(number) - 1];
+        if (!row || !shown_.update(asIndex(number) - 1, row.bytes())) return;
         typename StatsTable<Row>::Baselines baselines{};
         if (const auto found = baselines_.find(key_(row)); found != baselines_.end())
             baselines = found->second;
         this->writeRow(number, row, baselines, cleared_);
     }
 
-    // Two digits have room, and as many more as the last number has.
+    // Makes room for the largest row number, at least two digits.
     void numberRows(int rows) {
         const std::string last = std::to_string(std::max(rows, 10));
         if (last.size() == digits_) return;
@@ -151,8 +151,8 @@ template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : 
 
     KeyOf key_;
     std::unordered_map<Key, typename StatsTable<Row>::Baselines, Hash> baselines_;
-    bool cleared_ = false;  // every row counts from itself, until the next ones: several can have one key
+    bool cleared_ = false;  // all counters show 0 until the next fill(), also those of rows that share a key
     std::size_t digits_ = 0;
     TableView<Row> rows_;  // that are shown
-    Standing standing_;    // those of them that are texts
+    ShownBytes shown_;     // those of them that are texts
 };

@@ -1,5 +1,5 @@
-// What statistics fields and cells show, and how it is said in tables: a value is a text made of a field of a reply, or a
-// counter, which is shown as its growth since the last Clear.
+// How values of replies become the texts of statistics fields and cells. A value is a row of a table: either
+// a text made from a field of the reply, or a counter, which is shown as its growth since the last Clear.
 //
 //     {.text = shown<&LecStatsView::mtuClass, MtuTypeToString>}
 //     {.counter = counted<&LecRowView::tx>}
@@ -14,7 +14,8 @@
 #include <functional>
 #include <string_view>
 
-// A short text without an allocation: a refresh makes one for every cell of a table. What is longer is cut.
+// A short text without an allocation, since a refresh makes one for every cell of a table. Longer text is
+// cut.
 class StatsText {
   public:
     StatsText(std::string_view text) : length_(std::min(text.size(), chars_.size())) {
@@ -42,7 +43,8 @@ template <class View> struct StatsValue {
     bool withSign = false;  // of a counter: as a signed number
 };
 
-// A field of a view, given as member or function, as the formatter says it.
+// The text of a view's field. `field` is a member or a function of the view, `format` turns its value into
+// text.
 template <auto field, auto format = std::identity{}, class View> StatsText shown(const View& reply) {
     return StatsText(std::invoke(format, std::invoke(field, reply)));
 }
@@ -51,7 +53,7 @@ template <auto field, class View> std::uint32_t counted(const View& reply) {
     return std::invoke(field, reply);
 }
 
-// The text of a value. With `clear` a counter's present value becomes its baseline first.
+// The text of a value. With `clear` the counter's current value becomes its baseline first.
 template <class View>
 StatsText textOf(const StatsValue<View>& value, const View& reply, std::uint32_t& baseline, bool clear) {
     if (!value.counter) return value.text(reply);
@@ -69,7 +71,7 @@ inline StatsText vciText(int vci) {
     return StatsText::of("  0/{:4}", vci);
 }
 
-// Halves of the address that a view has, or of the remote one of a connection, where a PVC has none.
+// The halves of a view's address. Of a connection it is the remote address, which PVCs do not have.
 template <class View> StatsText prefixText(const View& reply) {
     return StatsText(reply.address().GetFNetworkPrefix());
 }
