@@ -123,7 +123,7 @@ void zApplication::runUntil(const bool& done) {
     while (!done && !ending_) {
         // Xt serves timers first: where ticks take as long as their periods, one is always due and no event
         // would be handled.
-        const XtInputMask others = ticked_ ? XtAppPending(connection_->context) & ~XtIMTimer : 0;
+        const XtInputMask others = ticked_ ? XtAppPending(connection_->context) & ~XtInputMask{XtIMTimer} : 0;
         ticked_ = others != 0;
         XtAppProcessEvent(connection_->context, others ? others : XtIMAll);
     }
