@@ -1,7 +1,7 @@
-// bench_dialog PAIRS: the configuration dialog, pair by pair with its floors: opening it beside opening a notebook
-// with one empty page, and OK on an unchanged adapter beside the file work alone. Needs a display, and in
-// TARVOLIN_ROOT a simulator and the sample configuration, whose clients get 1,000 PVCs each. Prints figure, floor
-// (medians, milliseconds) and the median of the ratios.
+// bench_dialog PAIRS: the configuration dialog, pair by pair with its floors: opening it beside opening a
+// notebook with one empty page, and OK on an unchanged adapter beside the file work alone. Needs a display,
+// and in TARVOLIN_ROOT a simulator and the sample configuration, whose clients get 1,000 PVCs each. Prints
+// figure, floor (medians, milliseconds) and the median of the ratios.
 #include "app/maindlg.h"
 #include "config/driverpdf.h"
 #include "model/settings.h"

@@ -1,5 +1,5 @@
-// Loading and saving the configuration beside the bare file work on the same bytes. Runs on the root directory in
-// TARVOLIN_ROOT, which it fills.
+// Loading and saving the configuration beside the bare file work on the same bytes. Runs on the root
+// directory in TARVOLIN_ROOT, which it fills.
 #include "config/driverpdf.h"
 #include "model/tvdatbuf.h"
 #include "platform/root.h"

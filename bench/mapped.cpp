@@ -1,6 +1,6 @@
-// bench_mapped PAIRS PROGRAM FLOOR: starts the two programs in turn and waits for the first window of each. Prints
-// the milliseconds from exec to the window and the resident memory of each, as medians, with the median of the
-// ratios pair by pair.
+// bench_mapped PAIRS PROGRAM FLOOR: starts the two programs in turn and waits for the first window of each.
+// Prints the milliseconds from exec to the window and the resident memory of each, as medians, with the
+// median of the ratios pair by pair.
 #include <X11/Xlib.h>
 #include <algorithm>
 #include <chrono>

@@ -1,6 +1,6 @@
-// bench_mappings PAIRS: a configuration server that is restarted with 8 servers of 500 clients each, from the changed
-// settings to the last answer, beside the same messages sent without the layers above the device. Needs a simulator
-// in TARVOLIN_ROOT. Prints microseconds per mapping (medians) and the median of the ratios.
+// bench_mappings PAIRS: a configuration server that is restarted with 8 servers of 500 clients each, from the
+// changed settings to the last answer, beside the same messages sent without the layers above the device.
+// Needs a simulator in TARVOLIN_ROOT. Prints microseconds per mapping (medians) and the median of the ratios.
 #include "app/apply.h"
 #include "bench/recorder.h"
 #include "driver/channel.h"

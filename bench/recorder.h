@@ -1,5 +1,5 @@
-// What a benchmark does with the messages of the tool: keeps them, and sends them again without the layers above the
-// device.
+// What a benchmark does with the messages of the tool: keeps them, and sends them again without the layers
+// above the device.
 #pragma once
 
 #include "platform/device.h"

@@ -1,13 +1,14 @@
-// bench_refresh [LES_ROWS | soak TICKS COMMAND]: a tick of each statistics page on top beside the bare driver exchanges
-// of the same tick, pair by pair, in processor time of this process. Needs a display and, in TARVOLIN_ROOT, a simulator
-// whose clock runs or is frozen. Prints per page microseconds and the median of the ratios.
+// bench_refresh [LES_ROWS | soak TICKS COMMAND]: a tick of each statistics page on top beside the bare driver
+// exchanges of the same tick, pair by pair, in processor time of this process. Needs a display and, in
+// TARVOLIN_ROOT, a simulator whose clock runs or is frozen. Prints per page microseconds and the median of
+// the ratios.
 //
-// With a number: only the page of the servers, which shows as many rows; also prints the bytes of resident memory per row
-// beyond the reply's, and after that a step of the active cell to a far row beside the same in the table of the second
-// adapter.
+// With a number: only the page of the servers, which shows as many rows; also prints the bytes of resident
+// memory per row beyond the reply's, and after that a step of the active cell to a far row beside the same in
+// the table of the second adapter.
 //
-// With "soak": that many ticks of every page, with the shell command (which moves the simulator's clock) before each
-// thousandth; prints what the process holds after a tenth of them and at the end.
+// With "soak": that many ticks of every page, with the shell command (which moves the simulator's clock)
+// before each thousandth; prints what the process holds after a tenth of them and at the end.
 #include "bench/recorder.h"
 #include "driver/channel.h"
 #include "driver/dai_api.h"
