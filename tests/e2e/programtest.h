@@ -78,7 +78,7 @@ class ProgramTest : public testing::Test {
     std::vector<std::string> boxesOf(const std::function<void()>& action, const char* key = "Return") {
         const auto titles = std::make_shared<std::vector<std::string>>();
         boxText.clear();
-        dismissNext(titles, nullptr, key);
+        dismissNext(titles, None, key);
         action();
         user->settle();
         return *titles;
@@ -109,10 +109,11 @@ class ProgramTest : public testing::Test {
   private:
     using Titles = std::vector<std::string>;
 
-    void dismissNext(std::weak_ptr<Titles> titles, Widget last, const char* key) {
+    // `last` is a window of the server: a new box may have the address of the one that has just been destroyed.
+    void dismissNext(std::weak_ptr<Titles> titles, Window last, const char* key) {
         const auto box = [this, last] {
             const Widget found = user->widget("messageBox");
-            return found && XtParent(found) != last ? XtParent(found) : nullptr;
+            return found && XtWindow(XtParent(found)) != last ? XtParent(found) : nullptr;
         };
         user->when([titles, box] { return titles.expired() || box(); },
                    [this, titles, box, key] {
@@ -121,7 +122,7 @@ class ProgramTest : public testing::Test {
                        const Widget shell = box();
                        held->push_back(XUser::titleOf(shell));
                        boxText = user->messageOf(shell);
-                       dismissNext(titles, shell, key);
+                       dismissNext(titles, XtWindow(shell), key);
                        user->focus(shell);
                        user->key(key);
                    });
