@@ -9,15 +9,15 @@
 
 TEST(Damaged, FilesAreReadAndSaved) {
     const struct {
-        const char* name;
-        std::string content;
+        std::string name, content;
     } all[] = {{"/etc/atm/tvconf", adapterText(0)},
                {"/etc/atm/routed0", routedText},
                {"/etc/atm/bridged0", bridgedText},
                {"/etc/atm/clients0", clientText}};
     std::string unstable;
     testing::internal::CaptureStdout();
-    for (const auto& [name, content] : all) {
+    for (const auto& damagedFile : all) {
+        const std::string &name = damagedFile.name, &content = damagedFile.content;
         for (std::size_t at = 0; at < content.size(); ++at) {
             for (const int flip : {-1, 0x01, 0x20, 0x80}) {
                 MemoryFiles files;

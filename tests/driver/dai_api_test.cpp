@@ -106,7 +106,7 @@ TEST(ReqParam, TheDriverChangesRowMNRowAndRespOnly) {
     LogCapture log;
     reqParam block(driver.channel(), anyRequest);
     Answer& answer = driver.expect(anyRequestBytes);
-    for (const std::size_t field : {0, 2, 4, 6, 8}) answer.header(field, 65535);
+    for (const std::size_t field : {0U, 2U, 4U, 6U, 8U}) answer.header(field, 65535);
     answer.rowMarker(9).rows(65535);
     EXPECT_EQ(block.daiRequest(), 0);
     EXPECT_NE(log.take().find("Size:65535"), std::string::npos) << "the log shows what came";

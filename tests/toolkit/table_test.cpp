@@ -183,9 +183,9 @@ TEST_F(TableTest, RowsThatComeAndGoLeaveTheViewWhereItWasScrolled) {
     user.clickAt(user.widget("vertical"), 7, height() / 2);
     const int scrolled = firstRow();
     EXPECT_GT(scrolled, 2);
-    for (const int rows : {51, 60, 0, 50}) {
-        table.resize(3, rows);
-        EXPECT_EQ(firstRow(), rows ? scrolled : 1) << rows;
+    for (const int count : {51, 60, 0, 50}) {
+        table.resize(3, count);
+        EXPECT_EQ(firstRow(), count ? scrolled : 1) << count;
     }
     EXPECT_EQ(table.activeCell(), (zTableLoc{1, 2}));
     table.setActiveCell({1, 50});
