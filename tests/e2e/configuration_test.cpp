@@ -25,10 +25,10 @@ TEST_F(ConfigurationTest, OneChangedClientIsRestartedWithItsPvcsAndSaved) {
     configure([&] {
         EXPECT_EQ(user->shellLike("Setup ") ? XUser::titleOf(user->shellLike("Setup ")) : "",
                   "Setup ATM Adapter 1  -  00:a0:3e:00:00:01");
-        EXPECT_EQ(shownItem(600), "1516");
-        choose(600, "Down");
-        EXPECT_EQ(shownItem(600), "4544");
-        EXPECT_EQ(text(602), "4544") << "follows the larger ELAN MTU";
+        EXPECT_EQ(shownItem(elanMtuCBO), "1516");
+        choose(elanMtuCBO, "Down");
+        EXPECT_EQ(shownItem(elanMtuCBO), "4544");
+        EXPECT_EQ(text(l3MtuED), "4544") << "follows the larger ELAN MTU";
         EXPECT_FALSE(user->widget("lesPage") || user->widget("lecsPage")) << "those are advanced";
         cursorInside = window->cursor();
         press(okBTN);
@@ -86,8 +86,8 @@ TEST_F(ConfigurationTest, OkWithoutAChangeAndCancelTouchNothing) {
                 {"Return", [this] { user->key("Return"); }},
                 {"Cancel after edits",
                  [this] {
-                     enter(596, "other");
-                     press(591);
+                     enter(elanNameED, "other");
+                     press(enableCB);
                      press(cancelBTN);
                  }},
                 {"Escape", [this] { user->key("Escape"); }}};
@@ -107,15 +107,15 @@ TEST_F(ConfigurationTest, EveryClientKeepsTheEditsMadeOnItsTab) {
     configure([&] {
         for (const int lec : {1, 2, 3}) {
             tab(lec);
-            enter(596, fmt::format("elan-{}", lec));
+            enter(elanNameED, fmt::format("elan-{}", lec));
         }
         tab(1);
-        EXPECT_EQ(text(596), "elan-1");
+        EXPECT_EQ(text(elanNameED), "elan-1");
         tab(4);
-        EXPECT_EQ(text(594), "00:a0:3e:00:00:04");
-        EXPECT_EQ(text(596), "laboratory");
-        press(591);  // Enable
-        enter(602, "2000");
+        EXPECT_EQ(text(macAddressED), "00:a0:3e:00:00:04");
+        EXPECT_EQ(text(elanNameED), "laboratory");
+        press(enableCB);
+        enter(l3MtuED, "2000");
         press(okBTN);
     });
     EXPECT_EQ(told(), (Names{"lec.start 0", "lec.pvc-add 0", "lec.pvc-add 0", "lec.start 1", "lec.start 2",
@@ -130,16 +130,16 @@ TEST_F(ConfigurationTest, LecsShowsTheWellKnownAddressAndLesBringsBackTheTypedOn
     start({"--frozen", "--adapters", "1,2"});
     configure([&] {
         tab(3);
-        enter(607, "47123456");
-        EXPECT_EQ(text(607), "47:12:34:56:");
-        press(603);  // LECS
-        EXPECT_EQ(text(607), "47:00:79:00:00:00:00:00:00:00:00:00:00");
-        EXPECT_EQ(text(608), "00:A0:3E:00:00:01-00");
-        press(603);  // and again
-        press(604);  // LES
-        EXPECT_EQ(text(607), "47:12:34:56:00:00:00:00:00:00:00:00:00");
-        EXPECT_EQ(text(608), "00:a0:3e:00:00:11-12") << "the end system's address";
-        press(603);
+        enter(networkPrefixED, "47123456");
+        EXPECT_EQ(text(networkPrefixED), "47:12:34:56:");
+        press(lecsRB);
+        EXPECT_EQ(text(networkPrefixED), "47:00:79:00:00:00:00:00:00:00:00:00:00");
+        EXPECT_EQ(text(esiSelectorED), "00:A0:3E:00:00:01-00");
+        press(lecsRB);  // and again
+        press(lesRB);
+        EXPECT_EQ(text(networkPrefixED), "47:12:34:56:00:00:00:00:00:00:00:00:00");
+        EXPECT_EQ(text(esiSelectorED), "00:a0:3e:00:00:11-12") << "the end system's address";
+        press(lecsRB);
         press(okBTN);
     });
     EXPECT_EQ(atmDevices.lec[0][2].useLecs, 1);
@@ -149,8 +149,11 @@ TEST_F(ConfigurationTest, LecsShowsTheWellKnownAddressAndLesBringsBackTheTypedOn
 
 TEST_F(ConfigurationTest, CheckBoxesGreyWhatIsImpossible) {
     start({"--frozen", "--adapters", "1,2"});
-    const int always[] = {593, 594, 610, 614, 591}, client[] = {592, 609, 611, 612, 613, 602, 601},
-              servers[] = {596, 595, 598, 597, 600, 599, 603, 604, 607, 605, 608, 606};
+    const int always[] = {macAddressLBL, macAddressED, pvcTBL, lecTB, enableCB},
+              client[] = {pvcOnlyCB, pvcTableLBL, addBTN, modifyBTN, deleteBTN, l3MtuED, l3MtuLBL},
+              servers[] = {elanNameED,      elanNameLBL,      elanTypeCBO,   elanTypeLBL,
+                           elanMtuCBO,      elanMtuLBL,       lecsRB,        lesRB,
+                           networkPrefixED, networkPrefixLBL, esiSelectorED, esiSelectorLBL};
     const auto expectUsable = [&](bool enabled, bool serversUsed) {
         for (const int id : always) EXPECT_TRUE(usable(id)) << id;
         for (const int id : client) EXPECT_EQ(usable(id), enabled) << id;
@@ -159,19 +162,19 @@ TEST_F(ConfigurationTest, CheckBoxesGreyWhatIsImpossible) {
     told();
     configure([&] {
         expectUsable(true, true);
-        press(592);
+        press(pvcOnlyCB);
         expectUsable(true, false);
-        press(591);
+        press(enableCB);
         expectUsable(false, false);
-        press(592);
-        press(592);  // greyed: nothing happens
-        press(591);
+        press(pvcOnlyCB);
+        press(pvcOnlyCB);  // greyed: nothing happens
+        press(enableCB);
         expectUsable(true, false);
         tab(4);
         expectUsable(false, false);
         tab(2);
         expectUsable(true, true);
-        press(591);
+        press(enableCB);
         tab(1);
         press(okBTN);
     });
@@ -211,34 +214,34 @@ TEST_F(ConfigurationTest, PvcListsFollowTheDriverOrTheUsersConsent) {
             configure([&] {
                 EXPECT_EQ(pvcRows(), initial);
                 // Nothing is selected yet: these do nothing, without a word.
-                press(612);
-                press(613);
+                press(modifyBTN);
+                press(deleteBTN);
                 EXPECT_EQ(user->shellTitled("PVC Settings"), nullptr);
 
                 selectRow(1);
                 inDialog("PVC Settings", [&] {
-                    EXPECT_EQ(text(671), "00:20:40:00:a1:01");
-                    EXPECT_EQ(text(703), "100");
-                    EXPECT_TRUE(XmToggleButtonGetState(named(704)));
-                    EXPECT_TRUE(XmToggleButtonGetState(named(708)));
-                    enter(671, "aabbcc000001");
-                    press(706);
+                    EXPECT_EQ(text(pvcMacED), "00:20:40:00:a1:01");
+                    EXPECT_EQ(text(pvcVciED), "100");
+                    EXPECT_TRUE(XmToggleButtonGetState(named(llcSnapRB)));
+                    EXPECT_TRUE(XmToggleButtonGetState(named(broadcastCB)));
+                    enter(pvcMacED, "aabbcc000001");
+                    press(subOkBTN);
                 });
                 if (c.answer) answer(c.answer);
-                press(612);
+                press(modifyBTN);
 
                 inDialog("PVC Settings", [&] {
-                    EXPECT_EQ(text(671), "aa:bb:cc:00:00:01") << "what was confirmed last";
-                    enter(671, "aabbcc000002");
-                    enter(703, "300");
-                    press(706);
+                    EXPECT_EQ(text(pvcMacED), "aa:bb:cc:00:00:01") << "what was confirmed last";
+                    enter(pvcMacED, "aabbcc000002");
+                    enter(pvcVciED, "300");
+                    press(subOkBTN);
                 });
                 if (c.answer) answer(c.answer);
-                press(611);
+                press(addBTN);
 
                 selectRow(1);
                 if (c.answer) answer(c.answer);
-                press(613);
+                press(deleteBTN);
                 EXPECT_EQ(pvcRows(), c.result);
                 EXPECT_EQ(table().activeCell().row, c.answer && *c.answer == 'E' ? 1 : 2);
                 press(cancelBTN);
@@ -264,9 +267,9 @@ TEST_F(ConfigurationTest, CancelInTheSubDialogChangesNothing) {
     told();
     configure([&] {
         selectRow(2);
-        for (const int id : {611, 612}) {
+        for (const int id : {addBTN, modifyBTN}) {
             inDialog("PVC Settings", [&] {
-                enter(703, "777");
+                enter(pvcVciED, "777");
                 user->key("Escape");
             });
             press(id);
@@ -296,18 +299,18 @@ TEST_F(ConfigurationTest, ValuesThatNoControlCanShowSurviveOk) {
     start({"--frozen", "--adapters", "1,2"});
     told();
     configure([&] {
-        EXPECT_EQ(shownItem(600), "");
-        EXPECT_EQ(shownItem(598), "");
-        EXPECT_EQ(text(602), "18190");
+        EXPECT_EQ(shownItem(elanMtuCBO), "");
+        EXPECT_EQ(shownItem(elanTypeCBO), "");
+        EXPECT_EQ(text(l3MtuED), "18190");
         tab(2);
         tab(1);
         selectRow(1);
         inDialog("PVC Settings", [&] {
-            EXPECT_EQ(text(703), "41000");
+            EXPECT_EQ(text(pvcVciED), "41000");
             user->key("Return");
         });
         answer("Return");  // the driver does not know such a PVC
-        press(612);
+        press(modifyBTN);
         EXPECT_EQ(pvcRows().front(), "00:20:40:00:a1:01 | 0 / 41000 | LLC_SNAP | TRUE");
         EXPECT_EQ(XUser::cutTexts(table()), Names{});
         press(okBTN);
@@ -332,7 +335,7 @@ TEST_F(ConfigurationTest, WhatCannotBeSavedIsSaidOnceWithFileAndReason) {
     std::filesystem::create_directory(root.at(parameterFile));
     const auto edit = [&] {
         configure([&] {
-            enter(596, "other");
+            enter(elanNameED, "other");
             press(okBTN);
         });
     };
@@ -353,7 +356,7 @@ TEST_F(ConfigurationTest, ADriverThatHangsOrGoesAwayCostsNeitherFileNorWindow) {
         start({"--frozen", "--adapters", "1,2"}, {std::string("fault ") + c.fault});
         const auto begin = std::chrono::steady_clock::now();
         configure([&] {
-            enter(596, "other");
+            enter(elanNameED, "other");
             press(okBTN);
         });
         EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(c.seconds)) << c.fault;

@@ -7,11 +7,13 @@
 #include "ui/config/elandlg.h"
 #include "ui/config/ippvcdlg.h"
 #include "ui/config/lcpvcdlg.h"
+#include "ui/subdialog.h"
 
 #include <Xm/List.h>
 #include <Xm/TabBox.h>
 #include <Xm/TabStack.h>
 #include <chrono>
+#include <fmt/format.h>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -74,15 +76,14 @@ class ConfigurationTest : public ProgramTest {
 
     // A control of the page that is on top, or of the dialog above it: pages share ids.
     Widget named(int id) {
-        const std::string name = "id" + std::to_string(id);
-        Widget found = user->widget(page_ + '*' + name);
-        if (!found) found = user->widget(name);
+        Widget found = user->widget(fmt::format("{}*id{}", page_, id));
+        if (!found) found = user->widget(id);
         EXPECT_TRUE(found) << id;
         return found;
     }
     // Clicks on the tab of the page with this board name.
     void turnTo(const std::string& page) {
-        const Widget book = user->widget("id100"), board = user->widget(page);
+        const Widget book = user->widget(pagesNB), board = user->widget(page);
         ASSERT_TRUE(book && board) << page;
         const Widget tabs = XtNameToWidget(book, "tabBox");
         constexpr int row = 15;
@@ -136,7 +137,7 @@ class ConfigurationTest : public ProgramTest {
     }
     zTable& table() {
         XtPointer self = nullptr;
-        XtVaGetValues(XtNameToWidget(named(610), "*cells"), XmNuserData, &self, nullptr);
+        XtVaGetValues(XtNameToWidget(named(pvcTBL), "*cells"), XmNuserData, &self, nullptr);
         return *static_cast<zTable*>(self);
     }
     Names pvcRows() {
@@ -150,7 +151,7 @@ class ConfigurationTest : public ProgramTest {
         return rows;
     }
     void selectRow(int row) {
-        user->clickAt(XtNameToWidget(named(610), "*cells"), 60, 22 + 20 * row - 10);
+        user->clickAt(XtNameToWidget(named(pvcTBL), "*cells"), 60, 22 + 20 * row - 10);
         EXPECT_EQ(table().activeCell().row, row);
     }
 

@@ -40,7 +40,11 @@ class FullRound : public ConfigurationTest {
 
     void changeSignalling() {
         turnTo("signalPage");
-        edit({{637, "Up"}, {643}, {644}, {641}, {642, "390123456789abcdef0123456789"}});
+        edit({{uniRevisionCBO, "Up"},
+              {portChangeCB},
+              {otherPrefixesCB},
+              {addrRegCB},
+              {registeredPrefixED, "390123456789abcdef0123456789"}});
     }
     void changeClients() {
         turnTo("lecPage");
@@ -48,14 +52,18 @@ class FullRound : public ConfigurationTest {
         for (int i = 0; i < lecCount; ++i) {
             tab(i + 1);
             if (i == 3) press(enableCB);
-            edit({{596, fmt::format("lan-{}", i).c_str()}, {598, type[i]}, {600, "Down"}, {602, "9999"}});
+            edit({{elanNameED, fmt::format("lan-{}", i).c_str()},
+                  {elanTypeCBO, type[i]},
+                  {elanMtuCBO, "Down"},
+                  {l3MtuED, "9999"}});
             press(i == 2 ? lecsRB : lesRB);
-            edit({{607, fmt::format("4{}", i).c_str()}, {608, fmt::format("0{}ff", i).c_str()}});
+            edit({{networkPrefixED, fmt::format("4{}", i).c_str()},
+                  {esiSelectorED, fmt::format("0{}ff", i).c_str()}});
             inSubDialog("PVC Settings", "lecPvc", [&] {
-                edit({{671, fmt::format("aabbcc0000{:02x}", i).c_str()},
-                      {703, fmt::format("{}", 2000 + i).c_str()},
-                      {i % 2 ? 704 : 705}});
-                press(706);
+                edit({{pvcMacED, fmt::format("aabbcc0000{:02x}", i).c_str()},
+                      {pvcVciED, fmt::format("{}", 2000 + i).c_str()},
+                      {i % 2 ? llcSnapRB : nullRB}});
+                press(subOkBTN);
             });
             press(addBTN);
             press(pvcOnlyCB);  // greys the rest, which is stored all the same
@@ -67,28 +75,38 @@ class FullRound : public ConfigurationTest {
             tab(i + 1, lesTB);
             if (!XmToggleButtonGetState(named(enableCB))) press(enableCB);
             press(i == 1 ? ethernetRB : tokenRingRB);
-            edit({{596, fmt::format("elan-{}", i).c_str()}, {600, "Down"}, {617}, {618}});
+            edit({{elanNameED, fmt::format("elan-{}", i).c_str()},
+                  {elanMtuCBO, "Down"},
+                  {strictNameCB},
+                  {strictMtuCB}});
             inSubDialog("Add ELAN Client", "elanClient", [&] {
-                edit({{608, fmt::format("00aa{:02x}", i).c_str()}});
-                press(706);
+                edit({{esiSelectorED, fmt::format("00aa{:02x}", i).c_str()}});
+                press(subOkBTN);
             });
             press(addBTN);
         }
     }
     void changeLecs() {
         turnTo("lecsPage");
-        edit({{591}, {607, "4712"}, {608, "0034"}, {625, "Down"}, {627, "Down"}, {616}});
+        edit({{enableCB},
+              {networkPrefixED, "4712"},
+              {esiSelectorED, "0034"},
+              {etherMtuCBO, "Down"},
+              {tokenRingMtuCBO, "Down"},
+              {tokenRingRB}});
     }
     void changeIp() {
         turnTo("ip1577Page");
-        edit({{591},
-              {630, "10.20.30.40"},
-              {632, "255.255.0.0"},
-              {634},
-              {636, "10.20.30.1"},
-              {607, "4856"},
-              {608, "0078"}});
-        inSubDialog("PVC Settings", "ipPvc", [&] { edit({{636, "10.20.30.50"}, {703, "3000"}, {706}}); });
+        edit({{enableCB},
+              {ipED, "10.20.30.40"},
+              {subnetMaskED, "255.255.0.0"},
+              {serverCB},
+              {serverIpED, "10.20.30.1"},
+              {networkPrefixED, "4856"},
+              {esiSelectorED, "0078"}});
+        inSubDialog("PVC Settings", "ipPvc", [&] {
+            edit({{pvcIpED, "10.20.30.50"}, {pvcVciED, "3000"}, {subOkBTN}});
+        });
         press(addBTN);
         selectRow(1);
         press(deleteBTN);
@@ -134,7 +152,7 @@ class FullRound : public ConfigurationTest {
             while (at && std::strncmp(XtName(at), "id", 2) != 0) at = XtParent(at);
             return at ? std::atoi(XtName(at) + 2) : 0;
         };
-        XmProcessTraversal(user->widget("id100"), XmTRAVERSE_CURRENT);
+        XmProcessTraversal(user->widget(pagesNB), XmTRAVERSE_CURRENT);
         std::vector<int> ids{focused()};
         for (user->key("Tab"); focused() != ids.front() && ids.size() < 40; user->key("Tab"))
             ids.push_back(focused());
@@ -154,8 +172,8 @@ class FullRound : public ConfigurationTest {
     }
 };
 
-// Every field of every page of one adapter, changed through the windows, is in the files byte by byte, in the driver,
-// and after a restart of both back on the pages.
+// Every field of every page of one adapter, changed through the windows, is in the files byte by byte, in the
+// driver, and after a restart of both back on the pages.
 TEST_F(FullRound, WhatIsChangedIsInTheFilesTheDriverAndBackAgain) {
     std::string file = root.read(parameterFile);
     for (const char* section : {"[LECS0", "[IP15770"}) {  // to be switched on
@@ -196,7 +214,8 @@ TEST_F(FullRound, WhatIsChangedIsInTheFilesTheDriverAndBackAgain) {
     told();
     configure([&] {
         for (const char* page : {"signalPage", "lecPage", "lesPage", "lecsPage", "ip1577Page"}) turnTo(page);
-        EXPECT_EQ(text(630) + ' ' + text(632) + ' ' + text(636), "10.20.30.40 255.255.0.0 10.20.30.1");
+        EXPECT_EQ(text(ipED) + ' ' + text(subnetMaskED) + ' ' + text(serverIpED),
+                  "10.20.30.40 255.255.0.0 10.20.30.1");
         EXPECT_EQ(pvcRows(), Names{"10.20.30.50 | 0 / 3000 | NULL"});
         press(okBTN);
     });
@@ -231,7 +250,7 @@ TEST_F(FullRound, TheNotebookByKeyboardAlone) {
                 XmProcessTraversal(named(enableCB), XmTRAVERSE_CURRENT);
                 user->key("space");
             }
-            XmProcessTraversal(user->widget("id100"), XmTRAVERSE_CURRENT);
+            XmProcessTraversal(user->widget(pagesNB), XmTRAVERSE_CURRENT);
             user->key("Right");
             user->key("space");
         }

@@ -10,6 +10,8 @@
 // The global settings through their windows.
 class GlobalTest : public ConfigurationTest {
   protected:
+    enum FontControl { familyLB = 800, sizeLB = 801 };
+
     void SetUp() override {
         ConfigurationTest::SetUp();
         timerTime = 1000;
@@ -167,7 +169,7 @@ TEST_F(GlobalTest, ChosenFontsReachTheTablesMadeLater) {
         global([&] {
             inDialog("Table Font", [&] {
                 lookAt("fonts");
-                pickLine(801, 8);  // 18 point
+                pickLine(sizeLB, 8);  // 18 point
                 user->key("Tab", "Shift_L");
                 user->key("Down");
                 user->key(way);
@@ -195,8 +197,8 @@ TEST_F(GlobalTest, ChosenFontsReachTheTablesMadeLater) {
         global([&] {
             inDialog("Table Font", [&] {
                 lookAt("fonts");
-                EXPECT_EQ(selectedLine(801), c.size) << c.font;
-                EXPECT_GT(selectedLine(800), 0) << c.font;
+                EXPECT_EQ(selectedLine(sizeLB), c.size) << c.font;
+                EXPECT_GT(selectedLine(familyLB), 0) << c.font;
                 user->key("Return");
                 lookAt("applicationPage");
             });

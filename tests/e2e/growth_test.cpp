@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>  // before the window system's macros
 
 #include "tests/e2e/configurationtest.h"
+#include "ui/global/globlids.h"
 
 #include <filesystem>
 #include <malloc.h>
@@ -32,9 +33,9 @@ long openDescriptors() {
 
 }  // namespace
 
-// What the process holds does not grow with what is opened and closed. Memory that was given back must be given out
-// again at once: the widget library keeps 32 bytes for each address at which a widget has ever been. The tests run
-// without the address sanitizer's quarantine therefore (tests/CMakeLists.txt).
+// What the process holds does not grow with what is opened and closed. Memory that was given back must be
+// given out again at once: the widget library keeps 32 bytes for each address at which a widget has ever
+// been. The tests run without the address sanitizer's quarantine therefore (tests/CMakeLists.txt).
 class Growth : public ConfigurationTest {
   protected:
     static constexpr int caches = 20;  // times that fill them
@@ -59,7 +60,7 @@ TEST_F(Growth, TwoHundredOpenedNotebooksLeaveNothingBehind) {
                 ++opened;
                 user->key("Escape");
             });
-            press(611);
+            press(addBTN);
             user->key("Escape");
         });
     });
@@ -87,7 +88,7 @@ TEST_F(Growth, OpenedStatisticsAndSettingsLeaveNothingBehind) {
                 ++opened;
                 user->key("Escape");
             });
-            press(702);
+            press(fontBTN);
             user->key("Escape");
         });
         user->click(window->control<zBitmapButton>(globalBTN).widget());

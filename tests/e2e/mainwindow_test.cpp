@@ -76,7 +76,7 @@ TEST_F(MainWindowTest, OtherUsersGetOnlyThePrivilegeMessageFromSetupAndDoubleCli
     start({"--frozen", "--adapters", "1"});
     const std::string before = root.read("/etc/atm/tvconf");
     const std::vector<std::string> refused{"Privilege Error"};
-    EXPECT_EQ(boxesOf([&] { user->click(user->widget("id585")); }), refused);
+    EXPECT_EQ(boxesOf([&] { user->click(user->widget(setupBTN)); }), refused);
     EXPECT_EQ(boxesOf([&] { user->clickAt(list().widget(), 20, 10, 2); }), refused);
     EXPECT_EQ(boxesOf([&] { user->key("Return"); }), refused);
     EXPECT_EQ(root.read("/etc/atm/tvconf"), before);
@@ -131,7 +131,7 @@ TEST_F(MainWindowTest, OptionsAreFoundAnywhereInTheCommandLineInEitherCase) {
 
 // In two tests: a run that is at its end stays so.
 TEST_F(MainWindowTest, CloseEndsTheRun) {
-    expectTheEndBy([&] { user->click(user->widget("id584")); });
+    expectTheEndBy([&] { user->click(user->widget(closeBTN)); });
 }
 
 TEST_F(MainWindowTest, TheWindowManagersCloseEndsTheRun) {

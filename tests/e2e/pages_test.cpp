@@ -26,11 +26,11 @@ class PagesTest : public ConfigurationTest {
     // Moves two clients, by their lines, to the server that is shown.
     void insertClients(int line, int other) {
         inSubDialog("Insert ELAN Client(s)", "moveClients", [=, this] {
-            pickLine(711, line);
-            pickLine(711, other);
-            press(706);
+            pickLine(availableLB, line);
+            pickLine(availableLB, other);
+            press(subOkBTN);
         });
-        press(621);
+        press(insertBTN);
     }
 };
 
@@ -38,22 +38,22 @@ TEST_F(PagesTest, RegistrationGreysThePrefixWhichSurvives) {
     startAdvanced();
     const std::string before = root.read(parameterFile);
     const auto expectRegistered = [&](bool registered) {
-        for (const int id : {643, 644}) EXPECT_EQ(usable(id), registered) << id;
-        for (const int id : {605, 642}) EXPECT_EQ(usable(id), !registered) << id;
-        for (const int id : {637, 641}) EXPECT_TRUE(usable(id)) << id;
+        for (const int id : {portChangeCB, otherPrefixesCB}) EXPECT_EQ(usable(id), registered) << id;
+        for (const int id : {networkPrefixLBL, registeredPrefixED}) EXPECT_EQ(usable(id), !registered) << id;
+        for (const int id : {uniRevisionCBO, addrRegCB}) EXPECT_TRUE(usable(id)) << id;
     };
     const auto session = [&] {
         configure(
             [&] {
-                EXPECT_EQ(text(638) + ' ' + text(639) + ' ' + text(640), "0 32 1023");
+                EXPECT_EQ(text(vpiED) + ' ' + text(firstVciED) + ' ' + text(lastVciED), "0 32 1023");
                 expectRegistered(true);
-                press(644);
-                press(641);
+                press(otherPrefixesCB);
+                press(addrRegCB);
                 expectRegistered(false);
-                enter(642, "39");
-                press(641);
+                enter(registeredPrefixED, "39");
+                press(addrRegCB);
                 expectRegistered(true);
-                choose(637, "Up");
+                choose(uniRevisionCBO, "Up");
                 press(okBTN);
             },
             "signalPage");
@@ -75,19 +75,21 @@ TEST_F(PagesTest, TheWellKnownAddressOfTheLecsComesAndGoes) {
     const std::string own = "47:00:79:00:00:00:00:00:00:00:00:00:00";
     configure(
         [&] {
-            EXPECT_FALSE(on(623)) << "also when the address is the well-known one";
-            EXPECT_EQ(text(607), own);
-            enter(607, "39");
-            press(623);
-            EXPECT_EQ(text(607), own);
-            EXPECT_EQ(text(608), "00:A0:3E:00:00:01-00");
-            press(623);
-            EXPECT_EQ(text(607), "39:00:00:00:00:00:00:00:00:00:00:00:00");
-            EXPECT_EQ(text(608), "00:a0:3e:00:00:01-00");
-            press(623);
-            press(616);  // Token Ring
-            press(591);  // Enable off
-            for (const int id : {623, 607, 605, 608, 606, 625, 624, 627, 626, 615, 616})
+            EXPECT_FALSE(on(wellKnownAddressCB)) << "also when the address is the well-known one";
+            EXPECT_EQ(text(networkPrefixED), own);
+            enter(networkPrefixED, "39");
+            press(wellKnownAddressCB);
+            EXPECT_EQ(text(networkPrefixED), own);
+            EXPECT_EQ(text(esiSelectorED), "00:A0:3E:00:00:01-00");
+            press(wellKnownAddressCB);
+            EXPECT_EQ(text(networkPrefixED), "39:00:00:00:00:00:00:00:00:00:00:00:00");
+            EXPECT_EQ(text(esiSelectorED), "00:a0:3e:00:00:01-00");
+            press(wellKnownAddressCB);
+            press(tokenRingRB);
+            press(enableCB);
+            for (const int id :
+                 {wellKnownAddressCB, networkPrefixED, networkPrefixLBL, esiSelectorED, esiSelectorLBL,
+                  etherMtuCBO, etherMtuLBL, tokenRingMtuCBO, tokenRingMtuLBL, ethernetRB, tokenRingRB})
                 EXPECT_FALSE(usable(id)) << id;
             press(okBTN);
         },
@@ -104,7 +106,7 @@ TEST_F(PagesTest, ALoadedLecsGetsEveryMappingOnceAndInOrder) {
     startAdvanced();
     configure(
         [&] {
-            choose(627, "Down");  // default MTU of Token Ring ELANs
+            choose(tokenRingMtuCBO, "Down");  // default MTU of Token Ring ELANs
             press(okBTN);
         },
         "lecsPage");
@@ -158,39 +160,39 @@ TEST_F(PagesTest, ElanClientsFollowTheDriverOrTheUsersConsent) {
                 [&] {
                     Names shown = initial;
                     if (there) shown.push_back(learned);
-                    EXPECT_EQ(lines(620), shown);
-                    press(613);  // nothing is selected: nothing happens
+                    EXPECT_EQ(lines(clientLB), shown);
+                    press(deleteBTN);  // nothing is selected: nothing happens
 
-                    pickLine(620, 1);
+                    pickLine(clientLB, 1);
                     inSubDialog("Add ELAN Client", "elanClient", [&] {
-                        EXPECT_EQ(text(608), "00:a0:3e:00:00:11-00") << "the selected client";
-                        enter(608, "0020400000ff");
-                        press(706);
+                        EXPECT_EQ(text(esiSelectorED), "00:a0:3e:00:00:11-00") << "the selected client";
+                        enter(esiSelectorED, "0020400000ff");
+                        press(subOkBTN);
                     });
-                    consent([&] { press(611); });
+                    consent([&] { press(addBTN); });
                     if (c.answer) {
                         EXPECT_EQ(boxText, "Unable to Dynamically Add 00:20:40:00:00:ff-00"
                                            "Do you still want to modify Static Configuration?");
                     }
                     if (changed) shown.insert(shown.begin() + 2, "00:20:40:00:00:ff-00  PERM");
-                    EXPECT_EQ(lines(620), shown);
+                    EXPECT_EQ(lines(clientLB), shown);
 
-                    pickLine(620, 2);
-                    consent([&] { press(613); });
+                    pickLine(clientLB, 2);
+                    consent([&] { press(deleteBTN); });
                     if (changed) shown.erase(shown.begin() + 1);
-                    EXPECT_EQ(lines(620), shown);
+                    EXPECT_EQ(lines(clientLB), shown);
 
                     if (there) {
-                        pickLine(620, 3);
-                        consent([&] { press(613); });
+                        pickLine(clientLB, 3);
+                        consent([&] { press(deleteBTN); });
                         if (refuses) {
                             EXPECT_EQ(boxText, "Unable to Dynamically Delete 00:a0:3e:00:00:01-00");
                         }
-                        EXPECT_EQ(lines(620), shown) << "not read again";
-                        tab(2, 622);
-                        tab(1, 622);
+                        EXPECT_EQ(lines(clientLB), shown) << "not read again";
+                        tab(2, lesTB);
+                        tab(1, lesTB);
                         if (!refuses) shown.pop_back();
-                        EXPECT_EQ(lines(620), shown);
+                        EXPECT_EQ(lines(clientLB), shown);
                     }
                     press(cancelBTN);
                 },
@@ -215,34 +217,35 @@ TEST_F(PagesTest, ClientsOfOtherServersAreMovedHere) {
     LogCapture log;
     configure(
         [&] {
-            tab(2, 622);
+            tab(2, lesTB);
             const Names here{"00:a0:3e:00:00:02-00  PERM", "00:20:40:00:c2:01-00  PERM",
                              "00:a0:3e:00:00:02-00  TEMP"};
-            EXPECT_EQ(lines(620), here);
+            EXPECT_EQ(lines(clientLB), here);
             const Names others{"00:a0:3e:00:00:01-00 - LES 1", "00:a0:3e:00:00:11-00 - LES 1",
                                "00:20:40:00:c1:01-00 - LES 1", "00:20:40:00:c1:02-00 - LES 1",
                                "00:20:40:00:c1:03-00 - LES 1", "00:a0:3e:00:00:01-00 - LES 1"};
-            for (const char* close : {"id706", "Escape"}) {  // OK with nothing selected, and Cancel
+            for (const char* close : {"OK", "Escape"}) {  // OK with nothing selected, and Cancel
                 inSubDialog("Insert ELAN Client(s)", "moveClients", [&] {
-                    EXPECT_EQ(lines(711), others);
-                    if (*close == 'i') return press(706);
-                    pickLine(711, 1);
+                    EXPECT_EQ(lines(availableLB), others);
+                    if (*close == 'O') return press(subOkBTN);
+                    pickLine(availableLB, 1);
                     user->key(close);
                 });
-                press(621);
-                EXPECT_EQ(lines(620), here) << close;
+                press(insertBTN);
+                EXPECT_EQ(lines(clientLB), here) << close;
             }
             insertClients(2, 4);
-            EXPECT_EQ(lines(620).size(), 5U);
-            EXPECT_EQ(lines(620)[2], "00:a0:3e:00:00:11-00  PERM");
-            tab(1, 622);
-            EXPECT_EQ(lines(620), (Names{"00:a0:3e:00:00:01-00  PERM", "00:20:40:00:c1:01-00  PERM",
-                                         "00:20:40:00:c1:03-00  PERM", "00:a0:3e:00:00:01-00  TEMP"}));
-            press(591);  // Enable off
-            tab(2, 622);
-            tab(1, 622);
-            EXPECT_EQ(lines(620).size(), 3U) << "a server that is off has no temporary clients";
-            for (const int id : {595, 596, 599, 600, 615, 616, 617, 618, 620, 611, 621, 613})
+            EXPECT_EQ(lines(clientLB).size(), 5U);
+            EXPECT_EQ(lines(clientLB)[2], "00:a0:3e:00:00:11-00  PERM");
+            tab(1, lesTB);
+            EXPECT_EQ(lines(clientLB), (Names{"00:a0:3e:00:00:01-00  PERM", "00:20:40:00:c1:01-00  PERM",
+                                              "00:20:40:00:c1:03-00  PERM", "00:a0:3e:00:00:01-00  TEMP"}));
+            press(enableCB);
+            tab(2, lesTB);
+            tab(1, lesTB);
+            EXPECT_EQ(lines(clientLB).size(), 3U) << "a server that is off has no temporary clients";
+            for (const int id : {elanNameLBL, elanNameED, elanMtuLBL, elanMtuCBO, ethernetRB, tokenRingRB,
+                                 strictNameCB, strictMtuCB, clientLB, addBTN, insertBTN, deleteBTN})
                 EXPECT_FALSE(usable(id)) << id;
             press(cancelBTN);
         },
@@ -260,9 +263,9 @@ TEST_F(PagesTest, ADriverThatDoesNotAnswerIsNotAskedForEachClientThatMoves) {
     const auto session = [&] {
         configure(
             [&] {
-                tab(2, 622);
+                tab(2, lesTB);
                 insertClients(2, 3);
-                EXPECT_EQ(lines(620).size(), 5U);
+                EXPECT_EQ(lines(clientLB).size(), 5U);
                 press(cancelBTN);
             },
             "lesPage");
@@ -283,10 +286,10 @@ TEST_F(PagesTest, ClientsWithoutAClientTableAreNotLostInSilence) {
             configure(
                 [&] {
                     inSubDialog("Add ELAN Client", "elanClient", [&] {
-                        enter(608, way == cancelBTN ? "0020400000ee" : "0020400000ff");
-                        press(706);
+                        enter(esiSelectorED, way == cancelBTN ? "0020400000ee" : "0020400000ff");
+                        press(subOkBTN);
                     });
-                    press(611);
+                    press(addBTN);
                     press(way);
                 },
                 "lesPage");
@@ -318,23 +321,23 @@ TEST_F(PagesTest, RoutedPvcsFollowTheDriverOrTheUsersConsent) {
                 EXPECT_EQ(pvcRows(), Names{initial});
                 EXPECT_EQ(table().activeCell().row, 0) << "nobody has selected one";
                 inSubDialog("PVC Settings", "ipPvc", [&] {
-                    enter(636, "192.168.10.9");
-                    enter(703, "77");
-                    press(706);
+                    enter(pvcIpED, "192.168.10.9");
+                    enter(pvcVciED, "77");
+                    press(subOkBTN);
                 });
                 if (c.answer) answer(c.answer);
-                press(611);
+                press(addBTN);
                 inSubDialog("PVC Settings", "ipPvc", [&] {
-                    EXPECT_EQ(text(636), c.result.front() == initial ? "192.168.10.200" : "192.168.10.9");
-                    press(705);
-                    press(706);
+                    EXPECT_EQ(text(pvcIpED), c.result.front() == initial ? "192.168.10.200" : "192.168.10.9");
+                    press(nullRB);
+                    press(subOkBTN);
                 });
                 if (c.answer) answer(c.answer);
                 if (c.result.front() == initial) selectRow(1);
-                press(612);
+                press(modifyBTN);
                 selectRow(1);
                 if (c.answer) answer(c.answer);
-                press(613);
+                press(deleteBTN);
                 EXPECT_EQ(pvcRows(), c.result);
                 press(cancelBTN);
             },
@@ -349,34 +352,36 @@ TEST_F(PagesTest, RoutedPvcsFollowTheDriverOrTheUsersConsent) {
 // The adapter is its own ATMARP server exactly when the server's address is its own.
 TEST_F(PagesTest, TheArpServersAddressFollowsItsBox) {
     startAdvanced();
-    const int own[] = {592, 630, 629, 632, 631, 609, 610, 611, 612, 613},
-              foreign[] = {636, 635, 607, 605, 608, 606};
+    const int own[] = {pvcOnlyCB,   ipED,   ipLBL,  subnetMaskED, subnetMaskLBL,
+                       pvcTableLBL, pvcTBL, addBTN, modifyBTN,    deleteBTN},
+              foreign[] = {serverIpED,       serverIpLBL,   networkPrefixED,
+                           networkPrefixLBL, esiSelectorED, esiSelectorLBL};
     const auto expectUsable = [&](bool enabled, bool server, bool address) {
         for (const int id : own) EXPECT_EQ(usable(id), enabled) << id;
-        EXPECT_EQ(usable(634), server);
+        EXPECT_EQ(usable(serverCB), server);
         for (const int id : foreign) EXPECT_EQ(usable(id), address) << id;
     };
     configure(
         [&] {
-            EXPECT_TRUE(on(634));
-            EXPECT_EQ(text(636), "192.168.10.1");
+            EXPECT_TRUE(on(serverCB));
+            EXPECT_EQ(text(serverIpED), "192.168.10.1");
             expectUsable(true, true, false);
-            press(634);
+            press(serverCB);
             expectUsable(true, true, true);
-            enter(636, "192.168.10.99");
-            enter(630, "10.0.0.1");
-            press(634);
-            EXPECT_EQ(text(636), "192.168.10.1") << "the address that was loaded";
+            enter(serverIpED, "192.168.10.99");
+            enter(ipED, "10.0.0.1");
+            press(serverCB);
+            EXPECT_EQ(text(serverIpED), "192.168.10.1") << "the address that was loaded";
             expectUsable(true, true, false);
-            press(592);
+            press(pvcOnlyCB);
             expectUsable(true, false, false);
-            press(591);
+            press(enableCB);
             expectUsable(false, false, false);
-            press(591);
-            press(592);
-            press(634);
-            EXPECT_EQ(text(636), "192.168.10.99") << "what was typed";
-            press(634);
+            press(enableCB);
+            press(pvcOnlyCB);
+            press(serverCB);
+            EXPECT_EQ(text(serverIpED), "192.168.10.99") << "what was typed";
+            press(serverCB);
             press(okBTN);
         },
         "ip1577Page");

@@ -1,5 +1,5 @@
-// The whole program on a display of its own, with a simulated driver and a configuration below a root of its own.
-// Include it after gtest: it brings the window system's macros.
+// The whole program on a display of its own, with a simulated driver and a configuration below a root of its
+// own. Include it after gtest: it brings the window system's macros.
 #pragma once
 
 #include "app/maindlg.h"
@@ -109,7 +109,8 @@ class ProgramTest : public testing::Test {
   private:
     using Titles = std::vector<std::string>;
 
-    // `last` is a window of the server: a new box may have the address of the one that has just been destroyed.
+    // `last` is a window of the server: a new box may have the address of the one that has just been
+    // destroyed.
     void dismissNext(std::weak_ptr<Titles> titles, Window last, const char* key) {
         const auto box = [this, last] {
             const Widget found = user->widget("messageBox");

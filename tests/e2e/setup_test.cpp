@@ -1,4 +1,5 @@
-// What happens around the configuration dialog: pages that nobody looked at, and saves that fail or have nothing to do.
+// What happens around the configuration dialog: pages that nobody looked at, and saves that fail or have
+// nothing to do.
 #include <gtest/gtest.h>  // before the window system's macros
 
 #include "tests/e2e/configurationtest.h"

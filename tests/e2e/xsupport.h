@@ -37,6 +37,7 @@ class XUser {
 
     // The widget with this name anywhere in the application's windows, or null.
     Widget widget(const std::string& name) const;
+    Widget widget(int id) const { return widget("id" + std::to_string(id)); }
 
     void click(Widget target, int times = 1);  // the middle
     void clickAt(Widget target, int x, int y, int times = 1);
