@@ -33,6 +33,7 @@ void zListBox::setLines(std::vector<std::string> lines) {
     // Added all at once: the list computes its size after each call.
     std::vector<zXmText> texts(lines_.begin(), lines_.end());
     std::vector<XmString> items;
+    items.reserve(texts.size());
     for (const zXmText& text : texts) items.push_back(text.get());
     if (!items.empty()) XmListAddItemsUnselected(widget(), items.data(), count(), 0);
     // After each change the list requests a height of whole lines.
