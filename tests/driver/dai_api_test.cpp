@@ -16,20 +16,14 @@ constexpr char anyRequestBytes[] = "81 00 01 00 00 00 16 00 10 00 01 00 00 00 ad
 
 }  // namespace
 
-TEST(DaiApi, OpensTheAccessDeviceInTheModeGivenAndClosesAllButZero) {
+TEST(DaiApi, AFailedOpenGivesNoDescriptorAndZeroIsNotClosed) {
     ScriptedDriver driver;
-    int descriptor = 5;
-    EXPECT_EQ(dai_open(0, O_RDWR, descriptor), 0);
-    EXPECT_GT(descriptor, 0);
     driver.failCall(1, ENOENT);
     int none = 5;
     EXPECT_EQ(dai_open(0, O_RDONLY, none), -1);
     EXPECT_EQ(none, -1);
-    EXPECT_EQ(driver.opened(), (std::vector<std::string>{"/dev/li 2", "/dev/li 0"}));
-
-    EXPECT_EQ(dai_close(0, descriptor), 0);
     EXPECT_EQ(dai_close(0, 0), 0);
-    EXPECT_EQ(driver.closed(), std::vector{descriptor});
+    EXPECT_TRUE(driver.closed().empty());
 }
 
 TEST(DaiApi, SystemErrorsBecomeDriverCodes) {

@@ -81,25 +81,17 @@ TEST(Tables, ChunkArithmetic) {
         std::size_t requests;
         std::uint16_t size;
     };
-    for (const Case& c : {Case{0, 0, 0},
-                          {1, 1, 88},
-                          {13, 1, 952},
-                          {14, 2, 952},
-                          {50, 4, 952},
-                          {51, 4, 952},
-                          {910, 70, 952},
-                          {911, 71, 952},
-                          {65535, 5042, 952}})
+    for (const Case& c : {Case{0, 0, 0}, {1, 1, 88}, {13, 1, 952}, {14, 2, 952}, {65535, 5042, 952}})
         expectTable<lecInfo>(72, c.rows, c.requests, c.size, "GET_LEC_TBL", entire);
-    for (const Case& c : {Case{15, 1, 976}, {16, 2, 976}, {910, 61, 976}})
+    for (const Case& c : {Case{15, 1, 976}, {16, 2, 976}})
         expectTable<lesInfo>(64, c.rows, c.requests, c.size, "GET_LES_TBL", entire);
-    for (const Case& c : {Case{0, 0, 0}, {13, 1, 276}, {50, 1, 1016}, {51, 2, 1016}, {65535, 1311, 1016}})
+    for (const Case& c : {Case{50, 1, 1016}, {51, 2, 1016}})
         expectTable<vccInfo>(20, c.rows, c.requests, c.size, "GET_VC_TBL", entire);
-    for (const Case& c : {Case{14, 1, 142}, {7279, 1, 65527}, {7280, 2, 65527}, {65535, 10, 65527}})
+    for (const Case& c : {Case{7279, 1, 65527}, {7280, 2, 65527}, {65535, 10, 65527}})
         expectTable<lecsInfo>(9, c.rows, c.requests, c.size, "GET_LECS_TBL", entire);
-    for (const Case& c : {Case{910, 1, 50976}, {1169, 1, 65480}, {1170, 2, 65480}, {65535, 57, 65480}})
+    for (const Case& c : {Case{1169, 1, 65480}, {1170, 2, 65480}, {65535, 57, 65480}})
         expectTable<ip1577Info>(56, c.rows, c.requests, c.size, "GET_IP_TBL", entire);
-    for (const Case& c : {Case{0, 0, 0}, {4094, 1, 65520}, {4095, 2, 65520}, {65535, 17, 65520}})
+    for (const Case& c : {Case{4094, 1, 65520}, {4095, 2, 65520}, {65535, 17, 65520}})
         expectTable<ip1577Info>(16, c.rows, c.requests, c.size, "GET_IP_PVC_TBL", entirePvc);
 }
 

@@ -55,19 +55,6 @@ constexpr std::int32_t beyond16Bits = 0x12340001;
 
 }  // namespace
 
-TEST(Records, DefaultsInBuffers) {
-    const std::string prefix = "4" + std::string(25, '0'), esi(14, '0');
-    const auto lec = bufferOf<LECXferBuffer>(AtmLEC());
-    EXPECT_EQ(std::tie(lec.mtuPosition, lec.elanType, lec.useLecs, lec.enabled, lec.pvcOnly, lec.l3Mtu),
-              std::make_tuple(0, 1, 1, 0, 0, 1));
-    EXPECT_EQ(std::tie(lec.elanName, lec.networkPrefix, lec.esiSelector, lec.macText),
-              std::make_tuple("", prefix, esi, "00:00:00:00:00:00"));
-    EXPECT_EQ(bufferOf<IP1577XferBuffer>(AtmIP1577()).arpServerHere, 1);
-    EXPECT_EQ(bufferOf<LECSXferBuffer>(AtmLECS()).elanType, 1);
-    EXPECT_EQ(bufferOf<SigXferBuffer>(AtmSig()).registerOtherPrefixes, 1);
-    for (const std::int32_t number : AtmDevices().interruptNumber) EXPECT_EQ(number, -1);
-}
-
 TEST(Records, MacIsShownInTheOrderOfItsElan) {
     AtmLEC record;
     record.mac = mac("00:a0:3e:00:00:01");

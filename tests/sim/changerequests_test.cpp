@@ -94,60 +94,40 @@ std::string ipData(std::string_view pvcOnly = "00") {
 TEST(SimChanges, EachRefusalHasItsCodeAndChangesNothing) {
     Changed sim({"--frozen", "--adapters", "1-2"});
     sim.ctl("clock step 10");
-    const std::string zeros(2 * 12, '0');
     const struct {
         int resp, prim, type, link, unit;
         std::string data;
     } steps[] = {
-        {2, 17, 0, 0, 0, ""},
         {2, 17, 6, 0, 0, ""},
-        {2, 18, 3, 0, 0, ""},
-        {2, 19, 6, 0, 0, ""},
-        {2, 65, 3, 0, 0, ""},
         {2, 34, 1, 0, 0, ""},
-        {3, 17, 2, 2, 0, ""},  // an adapter that is not installed
-        {3, 18, 2, 4, 0, ""},
-        {3, 65, 2, 255, 0, ""},
+        {3, 18, 2, 2, 0, ""},  // an adapter that is not installed
         {4, 17, 2, 0, 4, ""},
         {4, 18, 2, 0, 8, ""},
         {4, 65, 2, 0, 1, ""},
+        {4, 19, 3, 0, 0, mapData("00204000f001 00", "08000000")},
+        {5, 17, 3, 0, 0, "00204000a301 6400 01 00 01"},
+        {5, 17, 3, 0, 0, "00204000a301 6400 01 00 01 00 00"},
         {8, 17, 3, 0, 3, "00204000a301 6400 01 00 01 00"},  // LEC 4 does not run
-        {8, 17, 4, 0, 3, "00204000a301 6400 01 00 01 00"},
-        {8, 17, 5, 0, 3, "00204000a301 6400 01 00 01 00"},
-        {9, 18, 1, 0, 0, lesData("engineering")},  // they run
+        {9, 18, 1, 0, 0, lesData("engineering")},           // they run
         {9, 19, 1, 0, 0, lecsData()},
         {11, 17, 3, 0, 0, "00204000a301 1f00 01 00 01 00"},
-        {11, 17, 3, 0, 0, "00204000a301 8813 01 00 01 00"},
         {11, 17, 5, 0, 0, "00204000a101 8813 01 00 01 00"},
         {11, 65, 4, 0, 0, "0a010203 1f00 01 00"},
         {0, 17, 3, 0, 0, "00204000a301 2000 01 00 01 00"},
         {0, 17, 3, 0, 0, "00204000a302 8713 01 00 01 00"},
-        {12, 17, 3, 0, 1, "00204000a301 6400 01 00 01 00"},  // LEC 1 has 100, Classical IP 120
-        {12, 17, 3, 0, 1, "00204000a301 7800 01 00 01 00"},
-        {12, 65, 4, 0, 0, "0a010203 6400 01 00"},
-        {12, 17, 5, 0, 0, "00204000a101 7800 01 00 01 00"},
-        {0, 17, 3, 1, 0, "00204000a301 6400 01 00 01 00"},  // another adapter's are its own
+        {12, 17, 3, 0, 1, "00204000a301 7800 01 00 01 00"},  // Classical IP has 120
+        {12, 65, 4, 0, 0, "0a010203 6400 01 00"},            // LEC 1 has 100
+        {0, 17, 3, 1, 0, "00204000a301 6400 01 00 01 00"},   // another adapter's are its own
         {13, 17, 3, 0, 0, "00204000a101 2100 01 00 01 00"},
-        {13, 65, 4, 0, 0, "c0a80ac8 2100 01 00"},
         {13, 17, 5, 0, 0, "00204000a102 6400 01 00 01 00"},  // the address of 101
         {0, 17, 3, 0, 1, "00204000a101 2100 01 00 01 00"},   // of another client
         {14, 17, 4, 0, 0, "00204000a102 6400 01 00 01 00"},
-        {14, 17, 4, 0, 0, "00204000a101 2200 01 00 01 00"},
-        {14, 17, 5, 0, 0, "00204000a1ff 2200 01 00 01 00"},
         {14, 65, 5, 0, 0, "c0a80ac9 7800 01 00"},
-        {4, 19, 3, 0, 0, mapData("00204000f001 00", "08000000")},
-        {4, 19, 3, 0, 0, mapData("00204000f001 00", "ffffffff")},
         {15, 19, 3, 0, 1, mapData("00204000c101 00", "01000000")},
-        {0, 19, 3, 0, 1, mapData("00204000c101 01", "01000000")},
         {16, 19, 4, 0, 0, mapData("00204000f001 00", "00000000")},
         {0, 19, 2, 0, 0, ""},
         {10, 19, 5, 0, 0, ""},
-        {10, 19, 3, 0, 0, mapData("00204000f001 00", "00000000")},
-        {10, 19, 4, 0, 0, mapData("00204000c101 00", "00000000")},
         {17, 17, 1, 0, 0, lecData("a name of thirty-two characters!")},
-        {17, 18, 1, 0, 3, lesData("a name of thirty-two characters!")},
-        {0, 65, 2, 0, 0, ""},
-        {8, 65, 4, 0, 0, "0a010203 2100 01 00"},
         {0, 17, 2, 0, 3, ""},  // stopping what does not run is no fault
     };
     for (const auto& step : steps) {
@@ -163,63 +143,23 @@ TEST(SimChanges, EachRefusalHasItsCodeAndChangesNothing) {
     }
 }
 
-TEST(SimChanges, OnlyTheRightLengthsAreTaken) {
-    Changed sim;
-    const std::string before = sim.ctl("dump");
-    const struct {
-        int prim, types, size, szIO;  // types as hexadecimal digits
-    } cases[] = {{17, 0x1, 88, 88}, {17, 0x2, 16, 16},   {17, 0x345, 28, 28}, {18, 0x1, 68, 68},
-                 {18, 0x2, 16, 16}, {19, 0x134, 60, 60}, {19, 0x25, 16, 16},  {65, 0x1, 56, 56},
-                 {65, 0x2, 16, 16}, {65, 0x456, 24, 24}, {34, 0x3, 76, 27}};
-    for (const auto& c : cases)
-        for (int types = c.types; types != 0; types >>= 4)
-            for (const auto& [size, szIO] : {std::pair{c.size - 1, c.szIO - 1},
-                                             {c.size + 1, c.szIO + 1},
-                                             {c.size, c.szIO - 1},
-                                             {c.size, c.szIO + 1}}) {
-                if (size < 16) continue;  // no message at all
-                RawBytes message = hex(fmt::format("{:02x}00 {:02x}00 00 00 {:02x}00 {:02x}00 0000 0000 adde",
-                                                   c.prim, types & 15, size, szIO));
-                message.resize(static_cast<std::size_t>(size));
-                EXPECT_EQ(sim.client->call(message).resp(), 5)
-                    << c.prim << " " << types << " " << size << " " << szIO;
-            }
-    EXPECT_EQ(sim.ctl("dump"), before);
-}
-
 TEST(SimChanges, AClientsLife) {
     Changed sim;
     sim.ctl("clock step 60");
     constexpr char pvc[] = "00204000a301 c800 01 00 01 00";
-    const std::string config = lecData("guests");  // the ELAN of LES 3
-    ASSERT_EQ(sim.resp(17, 1, 0, 3, config), 0);
-    EXPECT_EQ(sim.values({"config lec 1.4 enabled", "config lec 1.4 useLecs", "config lec 1.4 address",
-                          "config lec 1.4 mtuClass", "config lec 1.4 elanName", "config lec 1.4 elanType",
-                          "config lec 1.4 pvcOnly", "config lec 1.4 l3Mtu"}),
-              "1 1 47:11:22:33:44:55:66:77:88:99:00:aa:bb:00:a0:3e:00:00:f1:07 2 \"guests\" 1 0 4470");
-    ASSERT_EQ(sim.resp(17, 3, 0, 3, pvc), 0);
-    constexpr char row[] = "\nstate lec 1.4 row 1 mac=00:20:40:00:a3:01 kind=0 ", circuit[] = " vci=200 ",
-                   joined[] = "mac=00:a0:3e:00:00:04 ";
-    for (int second = 0; second < 7; ++second, sim.ctl("clock step 1")) {
-        EXPECT_EQ(sim.values({"state lec 1.4 state", "state lec 1.4 elanName"}),
-                  fmt::format("{} guests", std::min(second + 1, 6)));
-        EXPECT_TRUE(sim.dumps(row) && sim.dumps(circuit)) << second;  // a PVC waits for nobody
-        EXPECT_EQ(sim.dumps(joined), second >= 5) << second;
+    constexpr char circuit[] = " vci=200 ", joined[] = "mac=00:a0:3e:00:00:04 ";
+    for (int start = 0; start < 2; ++start) {  // the second one begins anew, and without the PVC
+        ASSERT_EQ(sim.resp(17, 1, 0, 3, lecData("guests")), 0);
+        EXPECT_EQ(sim.values({"state lec 1.4 state", "state lec 1.4 rows"}), "1 0");
+        EXPECT_FALSE(sim.dumps(circuit) || sim.dumps(joined));
+        ASSERT_EQ(sim.resp(17, 3, 0, 3, pvc), 0);
+        EXPECT_TRUE(sim.dumps(circuit)) << "a PVC waits for nobody";
+        sim.ctl("clock step 60");
+        EXPECT_EQ(sim.values({"state lec 1.4 state", "state lec 1.4 elanName"}), "6 guests");
+        EXPECT_TRUE(sim.dumps(joined));
     }
-    const std::string packets = sim.values({"state vc 1 row 6"});
-    EXPECT_TRUE(packets.starts_with("vci=200 ") && packets.find("txPackets=0") == std::string::npos)
-        << packets;
-
-    ASSERT_EQ(sim.resp(17, 1, 0, 3, config), 0);  // again: from the beginning, and without its PVC
-    EXPECT_EQ(sim.values({"state lec 1.4 state", "state lec 1.4 rows"}), "1 0");
-    EXPECT_FALSE(sim.dumps(circuit) || sim.dumps(joined));
-    ASSERT_EQ(sim.resp(17, 3, 0, 3, pvc), 0);
-    sim.ctl("clock step 60");
-    EXPECT_TRUE(sim.dumps(joined));
     ASSERT_EQ(sim.resp(17, 2, 0, 3), 0);
-    EXPECT_EQ(sim.values({"state lec 1.4 state", "state lec 1.4 rows", "state lec 1.4 controlDirectVci",
-                          "config lec 1.4 enabled", "config lec 1.4 elanName"}),
-              "0 0 0 0 -");
+    EXPECT_EQ(sim.values({"state lec 1.4 state", "state lec 1.4 rows", "config lec 1.4 enabled"}), "0 0 0");
     EXPECT_FALSE(sim.dumps(circuit) || sim.dumps(joined));
 
     ASSERT_EQ(sim.resp(17, 1, 0, 3, lecData("bridge", "01")), 0);  // on PVCs only
@@ -240,8 +180,6 @@ TEST(SimChanges, PvcsChange) {
         {17, 3, "00204000a1fe 6400 01 00 01 00",  // 100 is free again
          "00:20:40:00:a1:fe 100 1 1, 00:20:40:00:a1:02 101 1 0, 00:20:40:00:a1:ff 102 1 1"},
         {17, 4, "00204000a102 6500 00 00 00 00", "00:20:40:00:a1:fe 100 1 1, 00:20:40:00:a1:ff 102 1 1"},
-        {17, 3, "00204000a103 6500 00 00 00 00",  // and so is 101
-         "00:20:40:00:a1:fe 100 1 1, 00:20:40:00:a1:03 101 0 0, 00:20:40:00:a1:ff 102 1 1"},
         {65, 4, "0a010203 7700 00 00", "10.1.2.3 119 0, 192.168.10.200 120 1"},
         {65, 6, "0a010204 7700 01 00", "10.1.2.4 119 1, 192.168.10.200 120 1"},
         {65, 6, "0a010204 7900 00 00", "192.168.10.200 120 1, 10.1.2.4 121 0"},
@@ -251,8 +189,6 @@ TEST(SimChanges, PvcsChange) {
         ASSERT_EQ(sim.resp(step.prim, step.type, 0, 0, step.data), 0) << step.data;
         EXPECT_EQ(sim.pvcs(step.prim == 17 ? "lec 1.1" : "ip 1"), step.list) << step.data;
     }
-    EXPECT_TRUE(sim.dumps("\nstate ip.pvc 1 row 1 ip=10.1.2.4 vci=121 encap=0\n"));
-    EXPECT_TRUE(sim.dumps("\nstate ip 1 row 1 state=2 kind=0 vci=121 "));
 }
 
 TEST(SimChanges, ServersAndClassicalIp) {
@@ -260,46 +196,32 @@ TEST(SimChanges, ServersAndClassicalIp) {
     sim.ctl("clock step 60");
     // Stop, load, go, then the mappings.
     ASSERT_EQ(sim.resp(19, 2, 0, 0), 0);
-    EXPECT_EQ(sim.values({"state lecs 1 state", "state lecs 1 rows"}), "0 0");
     ASSERT_EQ(sim.resp(19, 1, 0, 0, lecsData()), 0);
     ASSERT_EQ(sim.resp(19, 3, 0, 2, mapData("00204000f001 05", "02000000")), 0);
-    EXPECT_EQ(sim.values({"state lecs 1 state"}), "0");
+    EXPECT_EQ(sim.values({"state lecs 1 state", "state lecs 1 rows"}), "0 0");
     ASSERT_EQ(sim.resp(19, 5, 0, 0), 0);
-    for (const char* state : {"1", "2", "3", "4", "4"}) {
-        EXPECT_EQ(sim.values({"state lecs 1 state"}), state);
-        sim.ctl("clock step 1");
-    }
-    EXPECT_EQ(sim.values({"state lecs 1 elanType", "state lecs 1 etherMtu", "state lecs 1 tokenRingMtu",
-                          "state lecs 1 row 1", "config lecs 1 mapping 00:20:40:00:f0:01-05 les"}),
-              "2 3 4 client=00:20:40:00:f0:01-05 les=2 kind=1 1.3");
-    // The two clients that it learned of; one is forgotten until it starts again.
+    EXPECT_EQ(sim.values({"state lecs 1 state"}), "1");
+    sim.ctl("clock step 5");
+    // One mapping, and the two clients that it learned of; one of these is forgotten until it starts again.
     constexpr char learned[] = "client=00:a0:3e:00:00:01-00 les=0 kind=2";
-    EXPECT_EQ(sim.values({"state lecs 1 rows", "state lecs 1 row 2"}), fmt::format("3 {}", learned));
+    EXPECT_EQ(
+        sim.values({"state lecs 1 state", "state lecs 1 rows", "state lecs 1 row 1", "state lecs 1 row 2"}),
+        fmt::format("4 3 client=00:20:40:00:f0:01-05 les=2 kind=1 {}", learned));
     ASSERT_EQ(sim.resp(19, 4, 0, 0, mapData("00a03e000001 00", "00000000")), 0);
     ASSERT_EQ(sim.resp(19, 4, 0, 0, mapData("00204000f001 05", "00000000")), 0);
     EXPECT_EQ(sim.values({"state lecs 1 rows"}), "1");
     ASSERT_EQ(sim.resp(17, 1, 0, 0, lecData("engineering")), 0);
     sim.ctl("clock step 6");
     EXPECT_TRUE(sim.dumps(learned));
-    ASSERT_EQ(sim.resp(19, 5, 0, 0), 0);  // while it runs: from the beginning
-    EXPECT_EQ(sim.values({"state lecs 1 state"}), "1");
 
     ASSERT_EQ(sim.resp(18, 2, 0, 0), 0);
     EXPECT_EQ(sim.values({"state les 1.1 state", "state les 1.1 rows", "config les 1.1 enabled"}), "0 0 0");
     ASSERT_EQ(sim.resp(18, 1, 0, 0, lesData("new")), 0);
-    sim.ctl("clock step 60");
-    EXPECT_EQ(sim.values({"config les 1.1 elanName", "config les 1.1 strictName", "config les 1.1 mtuClass",
-                          "config les 1.1 strictMtu", "config les 1.1 elanType", "state les 1.1 state",
-                          "state les 1.1 serves"}),
-              "\"new\" 1 3 1 0 1 1");
-
+    EXPECT_EQ(sim.values({"config les 1.1 elanName", "state les 1.1 state"}), "\"new\" 1");
     for (const char* pvcOnly : {"00", "01"}) {
         ASSERT_EQ(sim.resp(65, 1, 0, 0, ipData(pvcOnly)), 0);
-        EXPECT_EQ(sim.values({"config ip 1 serverIp", "config ip 1 subnetMask", "config ip 1 ip",
-                              "config ip 1 address", "state ip 1 state", "state ip.pvc 1 rows"}),
-                  fmt::format("10.1.2.3 255.255.0.0 10.1.2.4 "
-                              "47:11:22:33:44:55:66:77:88:99:00:aa:bb:00:a0:3e:00:00:f1:07 {} 0",
-                              pvcOnly[1] == '1' ? 5 : 1));
+        EXPECT_EQ(sim.values({"config ip 1 ip", "state ip 1 state", "state ip.pvc 1 rows"}),
+                  fmt::format("10.1.2.4 {} 0", pvcOnly[1] == '1' ? 5 : 1));
         ASSERT_EQ(sim.resp(65, 4, 0, 0, "c0a80ac8 7800 01 00"), 0);  // as before the start, which dropped it
         sim.ctl("clock step 60");
         EXPECT_EQ(sim.values({"state ip 1 state"}), "5");
@@ -307,51 +229,6 @@ TEST(SimChanges, ServersAndClassicalIp) {
     }
     ASSERT_EQ(sim.resp(65, 2, 0, 0), 0);
     EXPECT_EQ(sim.values({"state ip 1 state", "state ip 1 rows"}), "0 0");
-}
-
-// The read-only connection carries the trace switch; who may use it is tested with the other privileges.
-TEST(SimChanges, TracesAreSwitched) {
-    Changed sim;
-    RawClient reader(sim.root.at("/dev/li").string());
-    const struct {
-        const char* payload;
-        int resp;
-        const char* states;  // api, signalling, ilmi
-    } steps[] = {{"00 01 01", 0, "1 0 0"},  {"00 04 01", 0, "1 0 1"},  {"00 02 01", 0, "1 1 1"},
-                 {"00 01 00", 0, "0 1 1"},  {"00 03 01", 17, "0 1 1"}, {"00 00 01", 17, "0 1 1"},
-                 {"00 01 02", 17, "0 1 1"}, {"01 01 01", 17, "0 1 1"}};
-    for (const auto& step : steps) {
-        RawBytes message =
-            hex(fmt::format("2200 0300 00 00 4c00 1b00 0000 0000 adde {} {}", field("", 8), step.payload));
-        message.resize(76);
-        EXPECT_EQ(reader.call(message).resp(), step.resp) << step.payload;
-        EXPECT_EQ(sim.values({"state trace api", "state trace signalling", "state trace ilmi"}), step.states);
-    }
-}
-
-TEST(SimChanges, FaultsStrikeByEachName) {
-    Changed sim;
-    const struct {
-        const char* fault;
-        bool done;
-    } cases[] = {
-        {"lec.control every resp 5", false}, {"lec.pvc-add every errno EIO", false},
-        {"lec every dead", false},           {"any every resp 8", false},
-        {"lec.pvc-add every short 0", true}, {"lec.control every malformed id", true},
-        {"lec.pvc-delete every dead", true},
-    };
-    int vci = 200;
-    for (const auto& c : cases) {
-        sim.ctl(std::string("fault ") + c.fault);
-        sim.send(17, 3, 0, 0, fmt::format("0020400000{:02x} {:02x}00 01 00 01 00", vci, vci));
-        sim.ctl("fault clear");
-        EXPECT_EQ(sim.dumps(fmt::format("config lec 1.1 pvc {:05} ", vci)), c.done) << c.fault;
-        ++vci;
-    }
-    EXPECT_EQ(sim.ctl("log hex 1"), "8 t=0.000 c1 lec.pvc-add Prim 17 Type 3 Link 0 Unit 0 Size 28 SzIO 28 "
-                                    "RowM 0 NRow 0 -> ok, 16 bytes, "
-                                    "RowM 0 NRow 0\n  11 00 03 00 00 00 1c 00 1c 00 00 00 00 00 ad de 00 20 "
-                                    "40 00 00 ce ce 00 01 00 01 00");
 }
 
 // At the start as later: the first one stays.

@@ -61,12 +61,9 @@ TEST(SimLife, WrongOptionsAreRefused) {
     TempRoot root;
     for (const std::vector<std::string>& options :
          std::vector<std::vector<std::string>>{{"--adapters", "5"},
-                                               {"--adapters", "0"},
                                                {"--adapters", "3-1"},
                                                {"--adapters", "1,,2"},
-                                               {"--adapters", "1x3"},
                                                {"--seed", "many"},
-                                               {"--nothing"},
                                                {"stray"}}) {
         std::vector<std::string> words{Simulator::program()};
         words.insert(words.end(), options.begin(), options.end());
@@ -77,7 +74,7 @@ TEST(SimLife, WrongOptionsAreRefused) {
     }
 }
 
-TEST(SimControl, RefusalsSayWhy) {
+TEST(SimCommands, RefusalsSayWhy) {
     TempRoot root;
     EXPECT_EQ(ctl({"show"}).status, 1);  // nobody there
     EXPECT_EQ(ctl({"help"}).status, 0);  // needs nobody
@@ -88,16 +85,12 @@ TEST(SimControl, RefusalsSayWhy) {
     } cases[] = {
         {{"no-such"}, "no-such"},
         {{""}, "missing"},
-        {{"set"}, "target"},
         {{"set", "lex", "1.1", "state", "6"}, "lex"},
         {{"set", "lec", "1", "state", "6"}, "1.1 to 4.4"},
-        {{"set", "lec", "1.5", "state", "6"}, "1.5"},
         {{"set", "lec", "2.1", "state", "6"}, "adapter 2 is not there"},
         {{"set", "lec", "1.1", "colour", "6"}, "colour"},
-        {{"set", "lec", "1.1", "state"}, "value"},
         {{"set", "lec", "1.1", "state", "six"}, "six"},
         {{"set", "lec", "1.1", "mtu", "256"}, "256"},
-        {{"set", "lec", "1.1", "mac", "00:a0:3e"}, "00:a0:3e"},
         {{"set", "lec", "1.1", "elanName", "a name of thirty-three characters"}, "elanName"},
         {{"set", "ip", "1", "row", "1", "ip", "10.0.0.256"}, "10.0.0.256"},
         {{"set", "lec", "1.1", "row", "0", "mac", "000000000000"}, "row"},
@@ -105,15 +98,11 @@ TEST(SimControl, RefusalsSayWhy) {
         {{"rows", "lec", "1.1", "65536"}, "65535"},
         {{"rows", "adapter", "1", "3"}, "no table"},
         {{"clock", "step", "-1"}, "-1"},
-        {{"clock", "step", "nan"}, "nan"},
         {{"alarm", "1", "xyz", "on"}, "los"},
-        {{"link", "1", "26"}, "25"},
         {{"fault", "lec.nothing", "every", "dead"}, "lec.nothing"},
         {{"fault", "lec", "nth", "0", "dead"}, "nth"},
         {{"fault", "lec", "every", "errno", "EWHAT"}, "EWHAT"},
-        {{"fault", "lec", "every", "dead", "5"}, "no value"},
         {{"fault", "clear", "99"}, "99"},
-        {{"log", "all", "all"}, "log"},
         {{"quit", "now"}, "too many"},
     };
     for (const auto& c : cases) {
@@ -125,7 +114,7 @@ TEST(SimControl, RefusalsSayWhy) {
     EXPECT_EQ(simulator.ctl("fault"), "");  // a refused command leaves nothing behind
 }
 
-TEST(SimControl, ValuesReadBackAsTheyWereSet) {
+TEST(SimCommands, ValuesReadBackAsTheyWereSet) {
     TempRoot root;
     writeSampleConfiguration(root);
     Simulator simulator;
@@ -154,7 +143,7 @@ TEST(SimControl, ValuesReadBackAsTheyWereSet) {
     EXPECT_NE(simulator.ctl("show lec 1.2").find("state 255  (set)"), std::string::npos);
 }
 
-TEST(SimControl, TheLogShowsWhatCame) {
+TEST(SimCommands, TheLogShowsWhatCame) {
     TempRoot root;
     Simulator simulator;
     RawClient client(root.at("/dev/li").string());
