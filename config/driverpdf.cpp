@@ -1,4 +1,4 @@
-// The sections of the parameter file as records, both ways along the key tables, and the list files.
+// Reads and writes records along the key tables, and the list files.
 #include "config/driverpdf.h"
 
 #include "config/pvcfile.h"
@@ -193,7 +193,7 @@ bool DriverPdfEdit::WriteLink(int adapter) {
     WriteLESs(adapter);
     WriteLECS(adapter);
     WriteIP1577(adapter);
-    CloseKey();  // what names the list files comes before them
+    CloseKey();  // the file names must be on the disk before the lists
     writeLists(adapter);
     return failures().empty();
 }
@@ -275,7 +275,8 @@ template <class List> void DriverPdfEdit::readList(const std::string& name, List
         unread_.erase(name);
 }
 
-// The name of a PVC file counts only when the parameter file has it; a name that is not ours came from there.
+// Makes sure that the parameter file has the name of the PVC file. Only the default name may be missing
+// there.
 template <class Record>
 bool DriverPdfEdit::pvcFileIsNamed(const std::string& path, Record& record, const std::string& listFile) {
     const auto stands = [&] {

@@ -1,9 +1,9 @@
 // The driver's parameter file and its list files as the configuration records.
 //
-// Reading: a missing section leaves a record at its defaults, a missing or empty key its field. Writing: an
-// existing section only gets its existing keys rewritten; a missing section is made when its adapter's
-// section is there. A value that stands in the file as it was read from there is left as it is, so that its
-// spelling, or what could not be read of it, survives; a list file that already holds the list likewise.
+// Reading: records of missing sections and fields of missing or empty keys keep their defaults. Writing: in
+// an existing section only existing keys are written; a missing section is created if its adapter's section
+// exists. Unchanged values keep their spelling, including what could not be read of them; a list file that
+// already holds the list is not written.
 #pragma once
 
 #include "config/pdfedit.h"
@@ -17,8 +17,8 @@ class DriverPdfEdit : public PdfEdit {
   public:
     DriverPdfEdit(ErrorReporter reporter, bool showErrors, AtmDevices& devices = atmDevices);
 
-    // Reads everything of all adapters, once at start-up. False when the file could not be read; the records
-    // that were not reached keep what they had, and nothing is written until reading succeeds.
+    // Reads everything of all adapters, once at start-up. False when the file could not be read; the
+    // remaining records keep their values, and nothing is written until reading succeeds.
     bool ReadPdf();
 
     // Writes everything of one adapter (0 to 3) except its interrupt number, and commits it. False when
@@ -42,9 +42,9 @@ class DriverPdfEdit : public PdfEdit {
     bool WriteLECS(int adapter);
     bool WriteIP1577(int adapter);
 
-    // The list files of one adapter. An empty list removes its file. A client with PVCs and without a file
-    // name gets the default name, also in the parameter file; a server without one has no place for its ELAN
-    // clients. False when something could not be saved.
+    // The list files of one adapter. An empty list removes its file. A client with PVCs but no file name gets
+    // the default name, also in the parameter file; the ELAN clients of a server without a file name are not
+    // saved. False when something could not be saved.
     bool WriteRoutedPVCs(int adapter);
     bool WriteBridgedPVCs(int adapter);
     bool WriteMappedClients(int adapter);
@@ -64,6 +64,6 @@ class DriverPdfEdit : public PdfEdit {
     bool mayWrite();
 
     AtmDevices& devices_;
-    int readError_ = 0;  // errno with which ReadPdf failed: what was not read is not written over
+    int readError_ = 0;                  // errno of a failed ReadPdf, after which nothing is written
     std::map<std::string, int> unread_;  // list files that exist but could not be read, and the errno
 };

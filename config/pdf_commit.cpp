@@ -1,4 +1,4 @@
-// The copy that replaces the file: where it stands, what goes into it, and how it takes the file's place.
+// The copy that replaces the file: its place, its content, and the rename.
 #include "config/pdf_internal.h"
 #include "platform/index.h"
 
@@ -11,8 +11,8 @@ using platform::HostPath;
 
 namespace {
 
-// A rename works within one file system only. Where the usual place of the copy lies on another one than the
-// file, the copy stands beside the file.
+// A rename works within one file system only. If the usual place of the copy is on another file system than
+// the file, the copy is made beside the file.
 void nameCopy(SectionHandle& handle, dev_t fileSystem, HostPath& path) {
     const std::string name = fmt::format("TV{:x}", static_cast<unsigned>(::getpid()));
     const std::string usual = "/etc/atm" + name;

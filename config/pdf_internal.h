@@ -41,7 +41,7 @@ template <class... Args> void say(fmt::format_string<Args...> text, Args&&... ar
     errno = error;
 }
 
-// Returns null or -1 style failures with their reason.
+// Sets errno and returns -1.
 inline int fail(int error) {
     errno = error;
     return -1;

@@ -9,7 +9,7 @@
 //
 // A section is addressed by its path ("/Adapter0/LEC0"). OpenSection loads its key lines into the handle,
 // ReadKey and WriteKey work on them there, CloseSection writes a complete new copy of the file and renames it
-// over the file: whatever fails, the file is the old one or the new one. The engine knows nothing of what
+// over the file: after any failure the file is either the old or the new one. The engine does not know what
 // keys mean.
 //
 // Every complaint is one line on standard output; none stops the program. Functions that fail leave a reason
@@ -57,13 +57,13 @@ struct SectionHandle {
     std::array<char, sectionLineLimit + 1> linebuf{};  // the last line read; it may hold NUL bytes
     FixedText<sectionDataSize> data;                   // the key lines and the line that ended them
 
-    std::array<char, 8192> block;  // of the file, as it was read: a third of the usual file
-    std::string_view ahead;        // what of the block is still to come
+    std::array<char, 8192> block;  // read from the file, about a third of it at a time
+    std::string_view ahead;        // unread rest of the block
 
     std::size_t lineLength = 0;    // of linebuf
     int ioError = 0;               // errno of the first read or copy that failed; nothing is committed then
-    int dataError = 0;             // why there is no data: EFBIG too long, EILSEQ a NUL byte
-    bool valueCut = false;         // the value read last is longer than what ReadKey could give
+    int dataError = 0;             // why the data was not loaded: EFBIG too long, EILSEQ a NUL byte
+    bool valueCut = false;         // the last value read was longer than ReadKey could return
     platform::HostPath target;     // the file with symbolic links followed; when writing
     platform::HostPath temporary;  // the copy, from the moment that it exists
 
@@ -78,7 +78,7 @@ SectionHandle* OpenSection(std::string_view fileName, std::string_view sectionPa
 
 // 0: value stored. 1: the value is empty, destination untouched. -1: no such key (ENOENT) or no such type
 // (EINVAL). Numbers go to 1, 2, 4 and 4 bytes, whatever `len`; bytes and strings to at most `len`, strings
-// padded with zeros. A value that does not arrive whole gets a printed line and sets valueCut.
+// padded with zeros. For a value that is cut a line is printed, and valueCut is set.
 int ReadKey(SectionHandle* handle, std::string_view key, void* destination, int type, int len);
 
 // Replaces the value in the section's data, or adds a line in a section that was created by this handle. 0,

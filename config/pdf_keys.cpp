@@ -151,6 +151,14 @@ bool startsLine(const SectionHandle& handle, const char* word) {
     return word == handle.data.c_str() || word[-1] == '\n';
 }
 
+// 0, or the errno of the refusal.
+int writeText(SectionHandle& handle, const KeyPlace& place, std::string_view key, std::string_view text) {
+    if (!place.value) return addLine(handle, key, text);
+    const bool created = handle.rflg & sectionCreated;
+    if (created && !startsLine(handle, place.word)) return EINVAL;
+    return replaceValue(handle, place.value, text);
+}
+
 std::int32_t decimal(const char* text) {
     return static_cast<std::int32_t>(std::clamp<long>(std::strtol(text, nullptr, 10),
                                                       std::numeric_limits<std::int32_t>::min(),
@@ -216,17 +224,8 @@ int WriteKey(SectionHandle* handle, std::string_view key, void* source, int type
     if (!place.value && !created) return fail(ENOENT);
 
     const std::optional<std::string> text = textOf(source, type, len);
-    int error = 0;
-    if (!text)
-        error = EINVAL;
-    else if (text->empty() && type != keyString)
-        return fail(ENODATA);
-    else if (!place.value)
-        error = addLine(*handle, key, *text);
-    else if (created && !startsLine(*handle, place.word))
-        error = EINVAL;
-    else
-        error = replaceValue(*handle, place.value, *text);
+    if (text && text->empty() && type != keyString) return fail(ENODATA);
+    const int error = text ? writeText(*handle, place, key, *text) : EINVAL;
     if (error == 0) return 0;
     if (error != ENODATA) say("WriteKey: Value Of {} Not Written: {}\n", key, std::strerror(error));
     return fail(error);

@@ -33,7 +33,7 @@ int openFile(SectionHandle& handle, std::string_view fileName) {
     return handle.rfd ? 0 : cannotOpen(fileName);
 }
 
-// Reading errors have had their line.
+// A line about the read error has been printed already.
 bool copyFailed(const SectionHandle& handle) {
     return handle.ioError && !std::ferror(handle.rfd.get());
 }

@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr std::size_t lineLimit = 79;  // of a list file's line as it is looked at
+constexpr std::size_t lineLimit = 79;  // characters of a line that are read
 constexpr int recordLines = 5;
 
 std::string_view trimmed(std::string_view text) {
@@ -59,8 +59,8 @@ bool wellFormed(const macAddress&, std::string_view text) {
     return hasForm(text, "xxxxxxxxxxxx");
 }
 
-// Where lines come from: a stream, or a text that is in memory, without a copy of it. next() gives the line
-// without its end, as far as it counts; false when the source ended before the line did.
+// Sources of lines: a stream, or a text in memory, which is not copied. next() gives the first 79 characters
+// of a line without its end; false when the source ended before the line did.
 class StreamLines {
   public:
     explicit StreamLines(std::istream& in) : in_(in) {}
@@ -116,7 +116,7 @@ bool readVci(std::string_view text, std::uint16_t& vci) {
            number <= std::numeric_limits<std::uint16_t>::max();
 }
 
-// What an address of the right form says.
+// Reads an address that is well-formed.
 void take(ipAddress& address, std::string_view text) {
     address = text;
 }
@@ -138,7 +138,7 @@ template <class Address> bool readAddress(std::string_view text, Address& addres
     return false;
 }
 
-// What of a record is taken as something else than the file says.
+// The values of a record that differ from what the file says.
 struct Doubts {
     bool address = false;  // it does not have the form of one
     std::string vci;       // it has more than 16 bits
@@ -148,7 +148,7 @@ template <class Pvc> void readField(std::string_view line, Pvc& pvc, Doubts& dou
     line = line.substr(0, line.find('#'));
     const std::size_t equals = line.find('=');
     const std::string_view value = equals == std::string_view::npos ? "" : line.substr(equals + 1);
-    // Most lines hold one capital letter, the key's first.
+    // A quick test before searching for a key: most lines contain only one capital letter, the key's first.
     std::uint32_t capitals = 0;
     for (const char c : line)
         if (c >= 'A' && c <= 'Z') capitals |= 1U << (c - 'A');
@@ -225,11 +225,10 @@ int openEmpty(const platform::HostPath& path, bool& created) {
     if (descriptor < 0) return -1;
     struct stat status {};
     int error = 0;
-    if (files.status(descriptor, status) != 0)
-        error = errno;
-    else if (!S_ISREG(status.st_mode))
+    const bool known = files.status(descriptor, status) == 0;
+    if (known && !S_ISREG(status.st_mode))
         error = EINVAL;
-    else if (files.truncate(descriptor, 0) != 0)
+    else if (!known || files.truncate(descriptor, 0) != 0)
         error = errno;
     if (error == 0) return descriptor;
     files.close(descriptor);

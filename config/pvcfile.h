@@ -23,8 +23,8 @@ std::ostream& operator<<(std::ostream& out, const AtmRoutedPvc& pvc);
 std::ostream& operator<<(std::ostream& out, const AtmBridgedPvc& pvc);
 
 // The next record: everything up to a line that begins with "[PVC" is skipped, the five lines behind it may
-// come in any order. A value that is not there stays as it was. When the stream ends before or within the
-// record, it is no longer good afterwards. Of a line only the first 79 characters count.
+// come in any order. A value that is not there stays as it was. A stream that ends before the end of the
+// record is no longer good afterwards. Of a line only the first 79 characters count.
 std::istream& operator>>(std::istream& in, AtmRoutedPvc& pvc);
 std::istream& operator>>(std::istream& in, AtmBridgedPvc& pvc);
 

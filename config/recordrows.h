@@ -23,7 +23,7 @@ inline std::string_view leadingDigits(std::string_view text) {
     return text.substr(0, text.find_first_not_of("0123456789abcdefABCDEF"));
 }
 
-// Reads all rows of a record; query(row, destination) reads one. Says which keys have a value.
+// Reads all rows of a record with query(row, destination). Returns which keys have a value.
 template <class Record, class Query>
 std::bitset<mostKeys> readRows(const SectionHandle& section, Record& record, Query query) {
     std::array<std::uint8_t, atmAddress::byteCount> bytes{};
@@ -62,7 +62,7 @@ std::bitset<mostKeys> readRows(const SectionHandle& section, Record& record, Que
     return present;
 }
 
-// Whether two records agree in a field as far as the file shows it.
+// Whether two records have the same value in the part of a field that the file holds.
 template <class Record> bool sameField(const KeyField<Record>& field, const Record& a, const Record& b) {
     return std::visit(Overloaded{
                           [&](const AddressField<Record>& address) {
@@ -72,15 +72,15 @@ template <class Record> bool sameField(const KeyField<Record>& field, const Reco
                               return std::ranges::equal(halfOf(left, address.half),
                                                         halfOf(right, address.half));
                           },
-                          [&](const FileField<Record>&) { return true; },  // a name that stands there stays
+                          [&](const FileField<Record>&) { return true; },  // an existing name is kept
                           [&](auto member) { return a.*member == b.*member; },
                       },
                       field);
 }
 
-// Whether the record's value of a row stands in the file: nothing to write then. Of an address with only one
-// half in the file nothing was read; while it keeps its value both halves stay, or they would become another
-// address.
+// Whether the file already has the record's value of a row, which is not written then. If the file has only
+// one half of an address, neither half was read; unless the address was changed, that half must stay as it
+// is.
 template <class Record>
 bool stands(const std::bitset<mostKeys>& present, std::size_t index, const Record& before,
             const Record& record) {

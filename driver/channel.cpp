@@ -8,8 +8,8 @@
 DriverChannel ioctlDesc;
 DriverChannel SetupIoctlDesc;
 
-// The device is made before the channel, so that a channel that is still open at the end of the program can
-// be closed.
+// Creates the device before the channel, so that it still exists when the channel is closed at the end of the
+// program.
 DriverChannel::DriverChannel() {
     platform::device();
 }

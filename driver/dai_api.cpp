@@ -10,7 +10,7 @@ char devbase[] = "/dev/li";
 
 namespace {
 
-constexpr int daiCommand = 0x4C00;  // what the driver's stream calls a message of this interface
+constexpr int daiCommand = 0x4C00;  // the ioctl command of this interface's messages
 constexpr std::size_t sizeAt = 6, respAt = 14;
 
 struct ErrorCode {

@@ -2,7 +2,7 @@
 // close. channel.h keeps a descriptor open and closes it. Every message begins with a 16-byte header,
 // little-endian on the wire.
 //
-// The driver is outside: what it writes into a message is checked before it is used.
+// What the driver writes into a message is checked before it is used.
 #pragma once
 
 #include <cstddef>
@@ -12,7 +12,7 @@
 
 extern char devbase[];  // system path of the access device
 
-// What stands in Resp before every request. A driver that leaves it there has failed the request.
+// The value of Resp in every request. A driver that does not change it has failed the request.
 constexpr std::uint16_t respUnanswered = 0xDEAD;
 
 // The message header.
@@ -38,7 +38,7 @@ struct req_param_t {
 std::ostream& operator<<(std::ostream& out, const req_param_t& header);
 
 // Opens the access device; oflag is O_RDONLY or O_RDWR. Returns 0 and the descriptor, or -1 and a descriptor
-// of -1 (errno says why); the caller then keeps 0. The context is ignored.
+// of -1 (errno says why). The context is ignored.
 int dai_open(int context, int oflag, int& descriptorOut);
 
 // Sends the message, as many bytes as its header's Size says, and waits for the reply, which comes back in

@@ -79,9 +79,9 @@ InfoMsgHandler::Bytes InfoMsgHandler::rows(const Query& query) {
     return fetched_ = bytes.first(std::size_t{header().NRow} * query.size);
 }
 
-// Each chunk goes out with RowM and NRow as the chunk before left them: the driver advances them. How many go
-// out is settled beforehand, whatever the driver delivers; a chunk that fails leaves its rows out, but the
-// last one's failure is the table's.
+// Each chunk is requested with RowM and NRow as the previous reply left them, since the driver advances them.
+// The number of requests depends on the row count alone, not on what the driver delivers. The rows of a
+// failed chunk are missing; if the last chunk fails, the table fails.
 InfoMsgHandler::Bytes InfoMsgHandler::chunks(const Query& query, std::uint16_t wanted) {
     const std::size_t size = std::size_t{wanted} * query.size;
     assembly_.clear();
@@ -91,7 +91,8 @@ InfoMsgHandler::Bytes InfoMsgHandler::chunks(const Query& query, std::uint16_t w
     for (int remaining = wanted; remaining > 0; remaining -= query.chunkRows) {
         std::ranges::fill(area(), std::uint8_t{0});
         const Bytes chunk = send("Incr ", query);
-        if (timedOut()) return {};  // thousands of such waits would stop the window for hours
+        if (timedOut())
+            return {};  // waiting for each of thousands of chunks would block the window for hours
         if (!chunk.data()) continue;
         const std::size_t delivered = std::min(std::size_t{header().NRow} * query.size, chunk.size());
         const Bytes kept = chunk.first(std::min(delivered, size - assembly_.size()));
@@ -137,7 +138,7 @@ namespace {
 
 req_param_t signallingHeader(req_param_t header) {
     header.Size = req_param_t::wireSize + layout::linkState::size;
-    header.SzIO = 24;  // as the driver's signalling service has its messages; every query sets its own
+    header.SzIO = 24;  // as in the driver's signalling messages; every query sets its own
     return header;
 }
 

@@ -6,8 +6,8 @@
 // false when the request failed and otherwise valid until the next request on the same object. Nothing is
 // shown to the user here; requests and failures are traced on the debug log.
 //
-// Nothing that the driver reports is believed: a reply is never read beyond what was asked for, bytes that
-// the driver did not write read as zero, and a table has at most the rows that were asked for.
+// Replies are not trusted: a reply is never read beyond what was asked for, bytes that the driver did not
+// write read as zero, and a table has at most as many rows as were asked for.
 #pragma once
 
 #include "driver/queries.h"
@@ -25,8 +25,8 @@ class InfoMsgHandler : public reqParam {
     // alone.
     virtual void prepareMsg(std::size_t dataSize);
 
-    // Asks for the number of rows of a table (Type 3 or 5). A failed request gives what NRow then holds: 0,
-    // unless the driver wrote it; result() tells.
+    // Asks for the number of rows of a table (Type 3 or 5). After a failed request (see result()) this is 0
+    // unless the driver wrote NRow.
     virtual std::uint16_t GetNumRows(int tableType);
 
     void setUnit(std::uint8_t unit) { header().Unit = unit; }
@@ -73,7 +73,7 @@ class InfoMsgHandler : public reqParam {
 
     std::size_t areaSize_ = 0;
     Bytes fetched_;
-    std::vector<std::uint8_t> assembly_;  // of a table that comes in chunks; kept for the next refresh
+    std::vector<std::uint8_t> assembly_;  // a table that came in chunks; the memory is kept for the next one
 };
 
 // The operations of a service's connection table.

@@ -1,4 +1,4 @@
-// Where the fields of the driver's replies stand, and the one reader for them. Offsets count from the first
+// The places of the fields in the driver's replies, and the reader for them. Offsets count from the first
 // data byte of a reply, or from the first byte of a table row. Numbers are little-endian. Only the views
 // (views.h) need this; pages read views.
 #pragma once
@@ -13,7 +13,7 @@
 
 namespace layout {
 
-// A field's place, by kind.
+// Places of fields, by type.
 struct U8 {
     std::size_t offset;
 };

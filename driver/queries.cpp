@@ -7,13 +7,12 @@
 
 namespace {
 
-// A message to one of these three tables stays within 1023 bytes, its header included: 1007 bytes of whole
-// rows.
+// Messages for these three tables have at most 1023 bytes with their header: 1007 bytes of whole rows.
 constexpr std::uint16_t lecChunk = 1007 / layout::lecRow::size;
 constexpr std::uint16_t lesChunk = 1007 / layout::lesRow::size;
 constexpr std::uint16_t vcChunk = 1007 / layout::vcRow::size;
 
-// The other tables are asked for whole, as far as the header's 16-bit Size can say.
+// The other tables are requested whole, as far as the 16-bit Size of the header allows.
 template <std::size_t rowSize> constexpr std::uint16_t wholeTable = (65535 - 16) / rowSize;
 
 constexpr std::array queries{

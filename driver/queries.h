@@ -1,4 +1,4 @@
-// Every query of the driver's state, one row each.
+// The table of queries of the driver's state. One row per query.
 #pragma once
 
 #include <cstdint>

@@ -1,10 +1,9 @@
 // A request block: one message buffer, bound to one channel, that is filled, sent, read and used again. The
 // channel must outlive it.
 //
-// The header is held decoded beside the buffer and is put in front of the data when the request is sent, so
-// that a growing buffer cannot lose it. Of a reply only RowM, NRow and Resp are taken over; whatever else the
-// driver writes into the header is logged and dropped. Errors: see daiRequest. The data of a block is valid
-// until its next request or SetupMsg.
+// The header is kept decoded beside the buffer and is written in front of the data when the request is sent.
+// Of a reply's header only RowM, NRow and Resp are taken; other changes by the driver are logged and dropped.
+// The data of a block stays valid until its next request or SetupMsg.
 #pragma once
 
 #include "driver/channel.h"
@@ -24,8 +23,8 @@ class reqParam {
     reqParam& operator=(const reqParam&) = delete;
 
     // Makes the buffer at least `size` bytes long and puts the data area behind a header of the usual length.
-    // A buffer that has to grow comes back zeroed; one that need not keeps its bytes. No header field
-    // changes. Returns the data area.
+    // A buffer that grows is zeroed; one that is large enough keeps its bytes. The header stays as it is.
+    // Returns the data area.
     std::span<std::uint8_t> SetupMsg(std::size_t size);
 
     // Sends the message. 0, or -1 with the reason in header().Resp. Both headers, as sent and as they came
@@ -35,10 +34,10 @@ class reqParam {
     req_param_t& header() { return header_; }
     const req_param_t& header() const { return header_; }
     int result() const { return result_; }       // of the last daiRequest
-    bool timedOut() const { return timedOut_; }  // it failed since no answer came
+    bool timedOut() const { return timedOut_; }  // no answer came in time
     std::size_t capacity() const { return capacity_; }
 
-    // The buffer behind the header: what the request carries, then what the reply brought.
+    // The buffer behind the header: the data of the request, and after it the data of the reply.
     std::span<std::uint8_t> data() { return {buffer_.get() + headerLength_, capacity_ - headerLength_}; }
 
   protected:

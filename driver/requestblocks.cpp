@@ -124,7 +124,7 @@ lecsRequest::lecsRequest(DriverChannel& channel, std::uint8_t link)
     : Enabler(channel, link, RequestId::lecsLoad, RequestId::lecsStop) {}
 
 int lecsRequest::enable(const lecs_req& settings) {
-    // That a server which is not running cannot be stopped is no matter; that the driver hangs is.
+    // A failed stop is harmless (the server may not be running); a timeout is not.
     if (disable() != 0 && timedOut()) return -1;
     if (send(RequestId::lecsLoad, settings.bytes) != 0) return -1;
     return go();

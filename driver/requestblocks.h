@@ -1,9 +1,9 @@
 // Request blocks that change the running driver: one class per service.
 //
 // A block is made on an open channel for one adapter (Link) and is used for request after request; each
-// request carries exactly the bytes of its structure and nothing that an earlier one left. Every operation
-// sends its requests, waits, and returns 0, or -1 with the reason in header().Resp. What is sent is traced on
-// the debug log; nothing is shown to the user here.
+// request carries exactly the bytes of its structure, and nothing left over from an earlier one. Every
+// operation sends its requests, waits, and returns 0, or -1 with the reason in header().Resp. What is sent is
+// traced on the debug log; nothing is shown to the user here.
 #pragma once
 
 #include "driver/reqparam.h"
@@ -48,7 +48,7 @@ class LecRequest : public Enabler {
     int changePvc(std::uint8_t unit, PvcChange change, const AtmBridgedPvc& pvc);
 };
 
-// LAN Emulation Servers. `unit`: 0 to 7. A running server refuses to be started: stop it before.
+// LAN Emulation Servers. `unit`: 0 to 7. The driver refuses to start a running server; stop it first.
 class LesRequest : public Enabler {
   public:
     LesRequest(DriverChannel& channel, std::uint8_t link);
@@ -67,7 +67,8 @@ class IpRequest : public Enabler {
     int changePvc(PvcChange change, const AtmRoutedPvc& pvc);
 };
 
-// The LAN Emulation Configuration Server. The overloads address another adapter or unit from then on.
+// The LAN Emulation Configuration Server. The overloads with `link` and `unit` also set the adapter and unit
+// of all later requests.
 class lecsRequest : public Enabler {
   public:
     lecsRequest(DriverChannel& channel, std::uint8_t link);
@@ -77,7 +78,7 @@ class lecsRequest : public Enabler {
     int enable(const lecs_req& settings);
     int disable();
     int go();
-    int restart();  // the same
+    int restart();  // the same as go()
     int addClient(const lecs_req& mapping);
     int delClient(const lecs_req& mapping);
 
@@ -102,7 +103,7 @@ class lecsRequest : public Enabler {
     }
 };
 
-// The driver's traces of itself. The channel may be a read-only one.
+// The switches of the driver's own traces. A read-only channel is sufficient.
 class TraceRequest : public Enabler {
   public:
     enum Component : std::uint8_t { accessInterface = 1, signalling = 2, ilmi = 4 };

@@ -1,4 +1,4 @@
-// Every change request, one row each: what changes the running driver.
+// The table of change requests, which change the running driver. One row per request.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-// What change requests carry: the driver's structures, filled from the configuration records. They are held
-// as their bytes on the wire: numbers little-endian, bytes without a meaning zero.
+// The data of change requests: the driver's structures, filled from the configuration records. They are
+// stored as the bytes that are sent: numbers little-endian, unused bytes zero.
 #pragma once
 
 #include "model/tvdatbuf.h"

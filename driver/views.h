@@ -1,10 +1,10 @@
 // What the driver's replies say, field by field, in host numbers and the model's address types.
 //
-// A view is what a query gives back: false when the request failed, else open to be read. It looks into the
-// query object's buffer and is valid until the next request on that object; the values that it hands out are
-// copies. Counters are unsigned 32-bit and wrap, sums of counters too. Small codes (types, classes, states of
-// table entries) come as the signed 16-bit numbers that the text tables of tvtypes.h take; the codes of
-// states stand in model/statecodes.h.
+// A query returns a view, which is false when the request failed. A view refers to the query object's buffer
+// and is valid until the next request on that object; the values that it returns are copies. Counters are
+// unsigned 32-bit and wrap, sums of counters too. Small codes (types, classes, states of table entries) come
+// as the signed 16-bit numbers that the text tables of tvtypes.h take; the codes of states stand in
+// model/statecodes.h.
 #pragma once
 
 #include "driver/layout.h"
@@ -281,7 +281,7 @@ class IpRowView : public ReplyView {
     atmAddress address() const { return get(layout::ipRow::address); }
 };
 
-// A PVC of the Classical IP client. Nothing reads its fields; the bytes are there.
+// A PVC of the Classical IP client. Its fields are not used.
 class PvcRowView : public ReplyView {
   public:
     using ReplyView::ReplyView;

@@ -27,7 +27,7 @@ template <std::size_t N> class FixedText {
     bool empty() const { return bytes_[0] == '\0'; }
     bool operator==(const FixedText&) const = default;
 
-    // The field itself. Whoever writes here leaves the last byte zero.
+    // The field itself. Writers must leave the last byte zero.
     char* data() { return bytes_.data(); }
 
   private:

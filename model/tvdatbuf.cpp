@@ -20,8 +20,8 @@ std::int16_t narrow(std::int64_t value) {
     return static_cast<std::int16_t>(value);
 }
 
-// What a record field becomes when the buffer holds `value`: the field itself when it is what the buffer was
-// made from, so that a number beyond 16 bits is not lost by a dialog that did not touch it.
+// The new value of a record field whose buffer holds `value`. If the buffer still has the low 16 bits of the
+// field, the field keeps its value, so that a dialog which did not change it does not lose larger numbers.
 std::int32_t widen(std::int32_t field, std::int16_t value, int offset = 0) {
     if (narrow(std::int64_t{field} - offset) == value) return field;
     return value + offset;

@@ -4,8 +4,8 @@
 // Records hold what the parameter file holds: 32-bit numbers, addresses as value types. Transfer buffers hold
 // what the dialog's controls hold: signed 16-bit numbers, 0-based list positions, addresses as digit strings
 // without separators (network prefix 26 digits, ESI and selector 14). A buffer is assigned from its record
-// and a record from its buffer. A number that does not fit into 16 bits, and that the dialog did not change,
-// survives the way there and back.
+// and a record from its buffer. A number that does not fit into 16 bits is preserved unless the dialog
+// changes it.
 #pragma once
 
 #include "model/fixedtext.h"
@@ -21,13 +21,12 @@ constexpr int adapterCount = 4;
 constexpr int lecCount = 4;  // per adapter
 constexpr int lesCount = 8;  // per adapter
 
-// The records of the configuration. A flag is 0 or 1, as far as nothing else stands beside it; other numbers
-// from a file stay what they are.
+// The records of the configuration. Flags are 0 or 1 unless noted; other values from a file are preserved.
 
 // A PVC of a LAN Emulation Client. The VPI of every circuit is 0.
 struct AtmBridgedPvc {
     macAddress mac;
-    std::uint16_t vci = 0;           // its range is the driver's affair
+    std::uint16_t vci = 0;           // the driver checks its range
     std::int32_t encapsulation = 0;  // 0 Null, 1 LLC/SNAP
     std::int32_t broadcast = 0;      // 1 broadcast, 0 non-broadcast
     std::int32_t rate = 0;           // MB/s
@@ -52,7 +51,7 @@ struct LECSXferBuffer;
 struct IP1577XferBuffer;
 struct SigXferBuffer;
 
-// A text and its NUL.
+// Texts, sizes with the terminating NUL.
 using ElanName = FixedText<32>;
 using FileName = FixedText<256>;
 using AddressText = FixedText<18>;  // dotted decimal
@@ -198,7 +197,8 @@ struct SigXferBuffer {
     SigXferBuffer& operator=(const AtmSig& record);
 };
 
-// Change detection. The lists and the MAC text do not count: list edits reach the driver when they are made.
+// Change detection. The lists and the MAC text are not compared, since list edits are sent to the driver at
+// once.
 bool operator==(const LECXferBuffer& a, const LECXferBuffer& b);
 bool operator==(const LECSXferBuffer& a, const LECSXferBuffer& b);
 bool operator==(const IP1577XferBuffer& a, const IP1577XferBuffer& b);
@@ -210,8 +210,8 @@ std::ostream& operator<<(std::ostream& out, const SigXferBuffer& buffer);
 
 extern AtmDevices atmDevices;
 
-// The buffers of one adapter, the one that was current when the configuration dialog was opened, and how they
-// were then.
+// The buffers of the adapter that the configuration dialog edits, and copies of their values when it was
+// opened.
 extern std::array<LECXferBuffer, lecCount> xferBuffer, prevLecBuffer;
 extern std::array<LESXferBuffer, lesCount> lesXferBuffer, prevLesBuffer;
 extern LECSXferBuffer lecsXferBuffer, prevLecsBuffer;

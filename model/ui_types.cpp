@@ -20,7 +20,7 @@ std::uint8_t byteOf(char high, char low) {
     return static_cast<std::uint8_t>((atox(high) << 4) + atox(low));
 }
 
-// Writes into getBuffer; the callers' texts all fit.
+// Writes into getBuffer, which is large enough for all callers.
 class BufferWriter {
   public:
     void put(char c) { *at_++ = c; }

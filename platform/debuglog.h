@@ -14,7 +14,7 @@ class DebugLog : public std::ostream {
     void attach(int descriptor);
     bool attached() const { return buffer_ != nullptr; }
 
-    // For tests: from now on everything goes to the given buffer, or nowhere again when it is null.
+    // For tests: from now on everything goes to the given buffer; null discards it again.
     void divert(std::streambuf* buffer);
 
   private:

@@ -50,8 +50,8 @@ class SystemDevice : public Device {
     }
 
   private:
-    // Runs `open` so that descriptor 0, free when the program was started without standard input, is not
-    // taken.
+    // Runs `open` so that it does not get descriptor 0, which is free if the program was started without
+    // standard input.
     template <typename Open> static int notZero(Open open) {
         const int probe = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
         const int descriptor = open();

@@ -1,4 +1,4 @@
-// The driver access device: the three calls that the tool makes on it.
+// The three calls that the tool makes on the driver access device.
 //
 // On a System V host the calls go to the kernel. Elsewhere a Unix-domain socket may stand at the device's
 // path, and each call is carried over it as one exchange (see socketdevice.h). The layer above cannot tell
@@ -39,8 +39,7 @@ class Device {
 
 Device& device();
 
-// Puts another device in the place of the system's (null: the system's again). Returns the one before;
-// neither is owned.
+// Replaces the device; null restores the system's. Returns the previous one. Neither is owned.
 Device* setDevice(Device* other);
 
 }  // namespace platform

@@ -36,14 +36,13 @@ class Files {
 
 Files& files();
 
-// Puts other files in the place of the system's (null: the system's again). Returns those before; neither is
-// owned.
+// Replaces the file operations; null restores the system's. Returns the previous ones. Neither is owned.
 Files* setFiles(Files* other);
 
 // The directory that holds the file: "/etc/atm" for "/etc/atm/tvconf".
 HostPath directoryOf(const HostPath& file);
 
-// Brings a directory's entries to the disk. 0, or -1 and errno.
+// Syncs a directory to the disk. 0, or -1 and errno.
 int syncDirectory(const HostPath& directory);
 
 }  // namespace platform

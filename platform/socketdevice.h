@@ -25,7 +25,7 @@ constexpr std::size_t maxSocketMessage = 65535;  // what a 16-bit message size c
 // call), EPROTO (an answer that breaks the rules; the message is left as it was).
 class SocketChannel {
   public:
-    // How long a call waits when it names no time of its own: the default of a stream.
+    // The timeout of calls that do not give one: the default of a stream.
     static constexpr std::chrono::seconds defaultTimeout{15};
 
     // Connects and makes the open exchange. Returns the descriptor or -1.

@@ -25,7 +25,7 @@ Stream streamForWriting(int descriptor);
 // The descriptor under a stream of this header.
 int streamDescriptor(std::FILE* stream);
 
-// Closes a stream whose writing counts. 0, or -1 and errno when anything written did not arrive.
+// Closes a stream that was written. 0, or -1 and errno when not everything could be written.
 int closeWritten(Stream stream);
 
 // The whole content of a regular file. False and errno on failure or when it holds more than `limit` bytes

@@ -8,7 +8,7 @@ namespace platform {
 // The real user id is 0: configuration and driver traces may be changed.
 bool superUser();
 
-// For tests: the answer of superUser() from now on; nothing: the system's.
+// For tests: what superUser() returns from now on; without a value the truth again.
 void pretendSuperUser(std::optional<bool> answer);
 
 }  // namespace platform

@@ -15,7 +15,7 @@ struct Caller {
     bool writer = false;  // opened for reading and writing
 };
 
-// Which request a message is. Null where there is none such.
+// The request that a message is; null if there is no such request.
 struct Asked {
     const Request* request = nullptr;
     const ChangeRequest* change = nullptr;  // of a request that changes the driver
@@ -30,7 +30,7 @@ struct Answer {
     std::vector<std::uint8_t> message;
 };
 
-// Does what the message asks. Never trusts it: any bytes of any length are answered or refused.
+// Does what the message asks, and returns the reply. The message may be any bytes of any length.
 Answer answer(State& state, const Caller& caller, const Asked& asked, ConstBytes message);
 
 // The fields of one reply or row, forced values included; everything else of `out` is left alone.

@@ -7,7 +7,7 @@
 namespace sim {
 
 // Sends the words to the running simulator and prints what it shows on standard output, or its refusal on
-// standard error. The exit status: 0, or 1 when it was refused or no simulator runs.
+// standard error. Returns the exit status: 0, or 1 if the command was refused or no simulator runs.
 int sendCommand(const std::vector<std::string>& words);
 
 }  // namespace sim

@@ -16,7 +16,7 @@ struct CommandReply {
     std::string text;   // what the command shows, or why it was refused
 };
 
-// What the commands reach; none of it is owned.
+// Runs commands on these parts of the simulator, which it does not own.
 struct Commands {
     State& state;
     Faults& faults;

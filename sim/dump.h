@@ -8,8 +8,9 @@
 
 namespace sim {
 
-// What the files can hold and the driver was told, in lines that begin with "config": no times, no counters.
-// Of a service that does not run only that. Equal for two drivers that will behave alike.
+// The configuration of the driver, in lines that begin with "config": what the files can hold, without times
+// and counters. Of a service that does not run only this fact. The text is equal for two drivers that behave
+// alike.
 std::string dumpConfig(const State& state);
 
 // The clock, the traces, every field and row of every reply, and what commands have forced.

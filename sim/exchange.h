@@ -17,7 +17,7 @@ namespace sim {
 
 constexpr std::size_t maxPacket = 5 * sizeof(std::int32_t) + 65535;  // a message size has 16 bits
 
-// One connection as the exchange sees it.
+// The state of one connection.
 struct Session {
     int number = 0;
     bool opened = false;

@@ -56,7 +56,7 @@ class Faults {
     // Counts one request and returns the faults that strike it, by any of its names.
     std::vector<Fault> strike(std::span<const std::string_view> names);
 
-    // Whether the driver does not even do what was asked.
+    // Whether a fault of this kind keeps the driver from doing what was asked.
     static bool prevents(Damage damage) {
         return damage == Damage::Resp || damage == Damage::Errno || damage == Damage::Dead;
     }

@@ -6,6 +6,7 @@
 
 #include <CLI/CLI.hpp>
 #include <csignal>
+#include <exception>
 #include <fmt/core.h>
 #include <sys/signalfd.h>
 
@@ -68,9 +69,7 @@ int serve(const Options& options) {
     return 0;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
     Options options;
     CLI::App app(
         "Simulates the ATM driver of up to four adapters: binds the device /dev/li and answers every\n"
@@ -97,4 +96,15 @@ int main(int argc, char** argv) {
     CLI11_PARSE(app, argc, argv);
     if (ctl->parsed()) return sim::sendCommand(ctl->remaining());
     return serve(options);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return run(argc, argv);
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "tvsim: %s\n", failure.what());
+        return 1;
+    }
 }

@@ -33,7 +33,7 @@ class Handle {
     int descriptor_ = -1;
 };
 
-// A listening socket with its node, which goes when the object goes.
+// A listening socket with its node, which is removed with the object.
 class Node {
   public:
     Node() = default;
@@ -41,15 +41,15 @@ class Node {
     Node& operator=(const Node&) = delete;
     ~Node();
 
-    // Binds and listens. A node that nobody answers on is replaced; one that lives, and anything that is no
-    // socket, is left alone. Empty on success, else the reason.
+    // Binds and listens. A node without a listener is replaced; a node in use and anything that is not a
+    // socket stay. Returns an empty text on success, else the reason.
     std::string claim(const platform::HostPath& path, int type, mode_t mode);
 
     int descriptor() const { return socket_.get(); }
 
   private:
     platform::HostPath path_;
-    struct stat identity_ {};  // so that a node of somebody else's, put there later, is never removed
+    struct stat identity_ {};  // so that a node that another process creates later is not removed
     Handle socket_;
 };
 

@@ -1,7 +1,7 @@
-// What the driver's tables are about: remote clients, servers' clients, mappings and virtual circuits.
+// The contents of the driver's tables: remote clients, clients of servers, mappings and virtual circuits.
 //
-// A table's own rows follow from the configuration, the state codes and the time. When a command asks
-// for more rows, further ones are made up from their number; none is stored, so that 65,535 cost nothing.
+// A table's own rows follow from the configuration, the state codes and the time. Further rows that a command
+// asks for are computed from their numbers and not stored, so that 65,535 rows cost nothing.
 #pragma once
 
 #include "sim/state.h"
@@ -48,7 +48,7 @@ class Rows {
     std::size_t count_;
 };
 
-// Packets on a circuit since it was made. The same in every table that shows the circuit.
+// Packets on a circuit since it was set up; the same in every table that shows the circuit.
 std::uint64_t circuitPackets(const State& state, int adapter, const Peer& peer, std::uint16_t vci, bool sent);
 
 }  // namespace sim

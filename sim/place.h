@@ -14,7 +14,7 @@ struct Instance {
     int adapter = 0, unit = 0;  // from 0
 };
 
-// Words that are consumed from the front. A failed step leaves its reason in `error` and returns false.
+// Reads words one after the other. A step that fails sets `error` and returns false.
 class PlaceReader {
   public:
     PlaceReader(const State& state, std::span<const std::string> words) : state_(state), words_(words) {}

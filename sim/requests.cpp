@@ -100,7 +100,7 @@ void lecAddress(const Subject& s, std::uint32_t, Bytes out) {
     putBytes(out, s.state.address(s.adapter, s.state.lecMac(s.adapter, s.unit), 0));
 }
 void lecElanType(const Subject& s, std::uint32_t, Bytes out) {
-    putNumber(out, static_cast<std::uint64_t>(lec(s).elanType + 1));
+    putNumber(out, static_cast<std::uint64_t>(lec(s).elanType) + 1);
 }
 void lecMtu(const Subject& s, std::uint32_t, Bytes out) {
     putNumber(out, static_cast<std::uint64_t>(lec(s).mtuClass));

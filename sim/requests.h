@@ -86,9 +86,10 @@ struct Request {
     std::string_view name;    // of this request: "lec.state"
     std::uint16_t prim, type;
     Shape shape;
-    std::uint16_t size;      // data bytes of a single reply, bytes of a table row
-    std::uint8_t wireUnits;  // values of Unit that are accepted, from 0; what has no instances ignores them
-    std::uint8_t units;      // instances per adapter; 0: one for the whole driver, whatever Link says
+    std::uint16_t size;  // data bytes of a single reply, bytes of a table row
+    std::uint8_t
+        wireUnits;       // values of Unit that are accepted, from 0; requests without instances ignore Unit
+    std::uint8_t units;  // instances per adapter; 0: one for the whole driver, whatever Link says
     std::span<const Field> fields;
     Access access = Access::Anyone;
 };

@@ -1,5 +1,5 @@
-// The response codes of refused requests. Small, and apart from the 201 to 207 that the caller's side makes
-// of system errors.
+// The response codes of refused requests. They are small, to be distinct from the codes 201 to 207 that the
+// caller's side uses for system errors.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@ namespace sim {
 
 constexpr std::uint16_t unansweredResp = 0xdead;  // what the caller puts into Resp before it asks
 
-// 7 is not given.
+// 7 is not used.
 enum class Resp : std::uint16_t {
     Ok = 0,
     UnknownPrim = 1,
@@ -30,7 +30,7 @@ enum class Resp : std::uint16_t {
     BadValue = 17,  // a text without its end, a trace or switch that does not exist
 };
 
-// For the log. Codes that no refusal has were forced.
+// Text for the log. A code that no refusal has was forced by a fault.
 std::string_view respText(std::uint16_t resp);
 
 }  // namespace sim

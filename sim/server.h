@@ -1,4 +1,4 @@
-// The simulator's loop: both nodes, all connections, one poll().
+// The simulator's main loop: one poll() for both nodes and all connections.
 #pragma once
 
 #include "sim/commands.h"

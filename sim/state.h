@@ -38,8 +38,8 @@ struct TraceSwitch {
 struct Place {
     Rid request;
     int adapter, unit, row;
-    std::size_t field;  // index into the request's fields
-    auto operator<=>(const Place&) const = default;
+    std::size_t field;                               // index into the request's fields
+    auto operator<=>(const Place&) const = default;  // NOLINT(modernize-use-nullptr): the generated 0
 };
 
 class State {
