@@ -30,12 +30,16 @@ function(tv_folder folder)
     target_link_libraries(${target} PUBLIC tv_flags ${ARG_USES})
 endfunction()
 
-# tv_program(name SOURCES ... USES ...): an executable, with the sanitizers' options where they are on.
+# tv_program(name SOURCES ... USES ...): an executable, with what the sanitizers and the coverage build add to it.
 function(tv_program name)
     cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     if(TARVOLIN_SANITIZE)
         target_sources(${name} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/sanitizers.cpp)
+    endif()
+    if(TARVOLIN_COVERAGE)
+        target_sources(${name} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/coverage.cpp)
+        target_link_options(${name} PRIVATE -Wl,--wrap=_exit)
     endif()
     target_link_libraries(${name} PRIVATE ${ARG_USES})
 endfunction()
