@@ -1,5 +1,6 @@
-// Compiled into every program of the coverage build, which is linked with --wrap=_exit: a program that ends by
-// _exit, as the tool does when the X server is lost, writes its counters first, as it does at a normal exit.
+// Compiled into every program of the coverage build, which is linked with --wrap=_exit: a program that ends
+// by _exit, as the tool does when the X server is lost, writes its counters first, as it does at a normal
+// exit.
 extern "C" {
 
 void __gcov_dump();

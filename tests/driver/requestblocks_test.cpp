@@ -76,8 +76,8 @@ const char ipData[] = "00 00 00 00  03 02 01 0a  00 00 ff ff  c8 01 a8 c0"
 const char bridgedData[] = "00 a0 3e 12 34 56  64 00  01 00  01 00";
 const char routedData[] = "0a 01 02 03  34 12  01 00";
 
-// Requests for adapter 2: what goes out, and what the debug log says. The others differ from one of these in their type
-// alone, and the windows' tests send them to the simulator.
+// Requests for adapter 2: what goes out, and what the debug log says. The others differ from one of these in
+// their type alone, and the windows' tests send them to the simulator.
 struct Case {
     const char* trace;
     const char* header;

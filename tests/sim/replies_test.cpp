@@ -1,5 +1,5 @@
-// Replies of the simulator to literal request bytes. That each field stands at its place is shown by the windows' tests,
-// which read what the simulator's commands have set.
+// Replies of the simulator to literal request bytes. That each field stands at its place is shown by the
+// windows' tests, which read what the simulator's commands have set.
 #include "running.h"
 
 #include <fmt/format.h>
