@@ -3,17 +3,12 @@
 
 #include "config/pvcfile.h"
 #include "fixture.h"
-#include "platform/debuglog.h"
 #include "tests/support/failingfiles.h"
 #include "tests/support/temproot.h"
 
-#include <array>
 #include <cerrno>
 #include <cstring>
-#include <fcntl.h>
 #include <gmock/gmock.h>
-#include <sstream>
-#include <unistd.h>
 
 using testing::ElementsAre;
 
@@ -25,10 +20,7 @@ struct DriverPdf : testing::Test {
     TempRoot root;
     AtmDevices devices;
     DriverPdfEdit editor{nullptr, false, devices};
-    std::ostringstream log;
-
-    DriverPdf() { tvlog.divert(log.rdbuf()); }
-    ~DriverPdf() override { tvlog.divert(nullptr); }
+    FlushedLog log;
 
     void load(const std::string& content) {
         root.write(file, content);
@@ -61,45 +53,24 @@ std::string replaced(std::string text, std::string_view from, std::string_view t
 
 }  // namespace
 
-TEST_F(DriverPdf, EveryFieldIsRead) {
+TEST_F(DriverPdf, OddValuesAreReadAsFarAsTheyGo) {
     load("[Adapter0\nInterruptNumber = 3\n]\n" + adapterText(1));
     EXPECT_THAT(devices.interruptNumber, ElementsAre(3, -1, -1, -1));
-    const AtmSig& sig = devices.sig[1];
-    EXPECT_STREQ(sig.address.GetNetworkPrefix(), "47000580FFe100000000000000");
-    EXPECT_THAT((std::array{sig.uniRevision, sig.addressRegistration, sig.portChangeDetect,
-                            sig.registerOtherPrefixes}),
-                ElementsAre(31, 1, 0, 1));
-    const AtmLEC& lec = devices.lec[1][0];
-    EXPECT_THAT((std::array{lec.enabled, lec.pvcOnly, lec.mtuClass, lec.l3Mtu, lec.useLecs, lec.elanType}),
-                ElementsAre(1, 1, 2, 1, 1, 0));
-    EXPECT_EQ(lec.address.digits(), "4700790000000000000000000000a03e00000100");
-    ASSERT_EQ(lec.pvcs.size(), 1U);
-    EXPECT_STREQ(lec.pvcs[0].mac.GetFMacAddress(), "00:a0:3e:00:00:01");
-    EXPECT_EQ(lec.pvcs[0].vci, 65535);
+    EXPECT_EQ(devices.lec[1][0].pvcs.at(0).vci, 65535);
     EXPECT_EQ(devices.lec[1][1].elanName.view(), "caf");
-    EXPECT_EQ(devices.les[1][0].elanName.view(), "engineering");
-    EXPECT_EQ(devices.les[1][0].clients.size(), 2U);
-    EXPECT_EQ(devices.lecs[1].address.digits(), "4700000000000000000000000000a03e00000200");
-    const AtmIP1577& ip = devices.ip1577[1];
-    EXPECT_EQ(ip.ip.str() + ip.serverIp.str() + ip.subnetMask.str(), "192.168.1.2192.168.1.1255.255.255.0");
-    ASSERT_EQ(ip.pvcs.size(), 1U);
-    EXPECT_EQ(ip.pvcs[0].rate, 7);
-    EXPECT_EQ(devices.lec[0][0].mtuClass, 1);
-    EXPECT_TRUE(devices.lec[0][0].pvcs.empty());
 }
 
 TEST_F(DriverPdf, SavingChangesOnlyWhatChanged) {
     const std::string whole = allAdapters();
     load(whole);
     for (int a = 0; a < adapterCount; ++a) {
-        AtmDevices before = devices;
         EXPECT_TRUE(editor.WriteLink(a));
         EXPECT_EQ(devices.lec[static_cast<std::size_t>(a)][1].pvcFile.str(),
                   "/etc/atm/pvcconf" + std::to_string(a) + ".1");
     }
     // Missing sections were made; of what was there only the empty values got one.
     std::string saved = root.read(file);
-    EXPECT_THAT(log.str(), testing::HasSubstr("Writing Values on - /Adapter3/LES7\n"));
+    EXPECT_THAT(log.text, testing::HasSubstr("Writing Values on - /Adapter3/LES7\n"));
     EXPECT_EQ(line("\t\tPvcConfFile", "\t[LEC3"), "\t\tPvcConfFile\t\t= /etc/atm/pvcconf0.3");
     EXPECT_EQ(line("\tPvcConfFile", "LEC = 1"), "\tPvcConfFile = /etc/atm/pvcconf0.1");
     EXPECT_EQ(line("\tConfig =", "[IP15770"), "\tConfig = 0");
@@ -111,17 +82,11 @@ TEST_F(DriverPdf, SavingChangesOnlyWhatChanged) {
 
     AtmDevices again;
     DriverPdfEdit reader(nullptr, false, again);
-    EXPECT_TRUE(reader.ReadPdf());
-    EXPECT_EQ(again.lec[2][3].address.digits(), atmAddress().digits());
-    again = AtmDevices{};
-
     devices.lec[1][0].mtuClass = 3;
-    devices.les[1][0].elanName = "sales";
     devices.lec[1][0].elanName = std::string(31, 'n');
     devices.sig[2].address.setNetworkPrefix("39");
     EXPECT_TRUE(editor.WriteLink(1) && editor.WriteLink(2));
     saved = replaced(saved, "Mfs = 2", "Mfs = 3", "not a section ]\n[Adapter = 1");
-    saved = replaced(saved, "ElanName = engineering", "ElanName = sales", "Adapter = 1");
     saved = replaced(saved, "ElanName =\n", "ElanName = " + std::string(31, 'n') + "\n", "Adapter = 1");
     saved = replaced(saved, "47000580FFe1", "39000580FFe1", "Adapter = 2");
     EXPECT_EQ(root.read(file), saved);
@@ -132,18 +97,10 @@ TEST_F(DriverPdf, SavingChangesOnlyWhatChanged) {
 
 TEST_F(DriverPdf, WhatIsNotSavedIsSaid) {
     load(adapterText(0));
-    const std::string before = root.read(file);
-    EXPECT_FALSE(editor.WriteLink(1));
-    EXPECT_EQ(editor.failures(),
-              (std::vector<SaveFailure>{{file, "the section /Adapter1 is missing", true}}));
-    EXPECT_TRUE(editor.onlySectionsMissing());
-    EXPECT_FALSE(editor.wroteAnything());
-
     devices.lec[0][0].elanName = "two words";
     EXPECT_FALSE(editor.WriteLink(0));
-    EXPECT_EQ(editor.failures(),
-              (std::vector<SaveFailure>{{file, "the value of ElanName in /Adapter0/LEC0 cannot be stored"}}));
-    EXPECT_FALSE(editor.onlySectionsMissing());
+    EXPECT_THAT(editor.failures(),
+                ElementsAre(SaveFailure{file, "the value of ElanName in /Adapter0/LEC0 cannot be stored"}));
     EXPECT_TRUE(editor.wroteAnything()) << "the other sections";
     devices.lec[0][0].elanName = "";
 
@@ -152,7 +109,7 @@ TEST_F(DriverPdf, WhatIsNotSavedIsSaid) {
     FailingFiles files;
     files.failAt(1, EROFS, FileCall::rename, true);
     EXPECT_FALSE(editor.WriteLink(0));
-    EXPECT_EQ(editor.failures(), (std::vector<SaveFailure>{{file, std::strerror(EROFS)}}));
+    EXPECT_THAT(editor.failures(), ElementsAre(SaveFailure{file, std::strerror(EROFS)}));
     EXPECT_TRUE(editor.wroteAnything()) << "the list that is empty now";
     EXPECT_FALSE(root.exists("/etc/atm/routed0"));
     EXPECT_FALSE(editor.WriteLink(0));
@@ -160,7 +117,7 @@ TEST_F(DriverPdf, WhatIsNotSavedIsSaid) {
     devices.les[0][0].clients.clear();
     files.failAt(1, EACCES, FileCall::remove, true);
     EXPECT_FALSE(editor.WriteLists(0));
-    EXPECT_EQ(editor.failures(), (std::vector<SaveFailure>{{"/etc/atm/clients0", std::strerror(EACCES)}}));
+    EXPECT_THAT(editor.failures(), ElementsAre(SaveFailure{"/etc/atm/clients0", std::strerror(EACCES)}));
 }
 
 TEST_F(DriverPdf, WhatWasNotReadIsNotWrittenOver) {
@@ -181,7 +138,7 @@ TEST_F(DriverPdf, WhatWasNotReadIsNotWrittenOver) {
     std::filesystem::create_directory(root.at("/etc/atm/clients0"));
     EXPECT_TRUE(editor.ReadPdf());
     EXPECT_FALSE(editor.WriteLists(0));
-    EXPECT_EQ(editor.failures(), (std::vector<SaveFailure>{{"/etc/atm/clients0", std::strerror(EISDIR)}}));
+    EXPECT_THAT(editor.failures(), ElementsAre(SaveFailure{"/etc/atm/clients0", std::strerror(EISDIR)}));
     EXPECT_TRUE(root.exists("/etc/atm/clients0"));
 }
 
@@ -195,7 +152,7 @@ TEST_F(DriverPdf, ListsAfterCancel) {
     devices.les[0][1].clients.resize(1);  // no name for these
     EXPECT_TRUE(editor.WriteLists(0));
     EXPECT_FALSE(root.exists("/etc/atm/bridged0"));
-    EXPECT_THAT(log.str(), testing::HasSubstr("/Adapter0/LES1\n"));
+    EXPECT_THAT(log.text, testing::HasSubstr("No ElanTbl For The Clients Of - /Adapter0/LES1\n"));
 
     devices.lec[1][0].pvcs = {pvc};  // the key is missing: written or not, it could not be found again
     devices.lec[1][1].pvcs = {pvc};  // the name that stands there cannot be read
@@ -211,47 +168,19 @@ TEST_F(DriverPdf, ListsAfterCancel) {
     EXPECT_TRUE(again.lec[0][2].pvcFile.view() == "/etc/atm/pvcconf0.2" && again.lec[0][0].pvcs.empty());
 }
 
-// Each line of the log is there when it is written: whoever follows a save that takes long, or hangs, sees
-// where it is.
-TEST_F(DriverPdf, LogLinesReachTheirDescriptorAtOnce) {
-    load(adapterText(0));
-    int ends[2];
-    ASSERT_EQ(::pipe2(ends, O_NONBLOCK), 0);
-    const auto arrived = [&] {
-        std::array<char, 1024> text{};
-        const ssize_t length = ::read(ends[0], text.data(), text.size());
-        return std::string(text.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
-    };
-    tvlog.attach(ends[1]);
-    EXPECT_TRUE(editor.WriteSig(0));  // the section is still open
-    EXPECT_EQ(arrived(), "Writing Values on - /Adapter0/Signalling0\n");
-    devices.les[0][1].clients.resize(1);
-    EXPECT_TRUE(editor.WriteMappedClients(0));
-    EXPECT_EQ(arrived(), "No ElanTbl For The Clients Of - /Adapter0/LES1\n");
-    std::vector<AtmRoutedPvc> list;
-    parseList("[PVC\nAddr=x\nVC=70000\n\n\n\n", "f", list);
-    EXPECT_EQ(arrived(),
-              "Malformed Address In - f Record 1\nVCI Beyond 16 Bits In - f Record 1 Value 70000\n");
-    tvlog.divert(nullptr);
-    ::close(ends[0]);
-    ::close(ends[1]);
-}
-
 TEST_F(DriverPdf, ErrorsAreShownOnRequest) {
     std::vector<std::string> shown;
-    PdfEdit noisy(
-        [&](const std::string& text, const std::string& caption) { shown.push_back(caption + ": " + text); },
-        true);
-    root.write(file, "[Adapter0\nk =\n]\n");
+    const auto show = [&](const std::string& text, const std::string&) { shown.push_back(text); };
+    PdfEdit noisy(show, true);
+    root.write(file, "[Adapter0\n]\n");
     int number = 5;
     EXPECT_FALSE(noisy.QueryValue("k", &number, keyLong, 4, true));
     EXPECT_FALSE(noisy.OpenKey("/None", 0, true));
     EXPECT_FALSE(noisy.OpenKey("/None", 0, false));
     EXPECT_TRUE(noisy.OpenKey("/Adapter0", sectionForWriting, true));
     EXPECT_EQ(noisy.status(), 0);
-    EXPECT_FALSE(noisy.QueryValue("k", &number, keyLong, 4, false));
     EXPECT_FALSE(noisy.SetValue(std::string(300, 'x'), &number, keyLong, 4, true));
     EXPECT_EQ(noisy.status(), 2);
-    EXPECT_THAT(shown, ElementsAre("Pdf Error: Pdf Error On - k", "Pdf Error: Pdf Error On - /None",
-                                   "Pdf Error: Pdf Error On - " + std::string(256 - 15, 'x')));
+    EXPECT_THAT(shown, ElementsAre("Pdf Error On - k", "Pdf Error On - /None",
+                                   "Pdf Error On - " + std::string(256 - 15, 'x')));
 }

@@ -80,26 +80,23 @@ TEST_F(Sections, ValuesOfEveryType) {
         "[A\nn = -300\nlarge = 99999999999\nhex = 0020480axy\nname = engineering\nip = 192.168.1.2\n]\n");
     SectionHandle* handle = OpenSection(file, "/A", 0);
     ASSERT_TRUE(handle);
-    std::int8_t n8 = 0;
-    std::int16_t n16 = 0;
-    std::int32_t n32 = 0, large = 0;
-    std::array<std::uint8_t, 6> bytes{0xee, 0xee, 0xee, 0xee, 0xee, 0xee};
+    const auto value = [handle]<class Value>(std::string_view key, int type, Value read) {
+        EXPECT_EQ(ReadKey(handle, key, &read, type, sizeof read), 0) << key;
+        return read;
+    };
+    EXPECT_EQ(value("n", keyInt8, std::int8_t{}), static_cast<std::int8_t>(-300));
+    EXPECT_EQ(value("n", keyInt16, std::int16_t{}), -300);
+    EXPECT_EQ(value("n", keyInt32, std::int32_t{}), -300);
+    EXPECT_EQ(value("large", keyLong, std::int32_t{}), 0x7fffffff);
+    std::int32_t number = 0;
+    EXPECT_EQ(ReadKey(handle, "n", &number, 8, 4), readFailed) << "no such type";
+
+    auto bytes = value("hex", keyBytes, std::array<std::uint8_t, 6>{1, 2, 3, 4, 5, 6});
+    EXPECT_THAT(bytes, testing::ElementsAre(0, 0x20, 0x48, 0x0a, 5, 6));
+    auto ip = value("ip", keyIp, std::array<std::uint8_t, 4>{});
     std::array<char, 8> name{};
-    std::array<std::uint8_t, 4> ip{};
-    EXPECT_EQ(ReadKey(handle, "n", &n8, keyInt8, 1) | ReadKey(handle, "n", &n16, keyInt16, 2) |
-                  ReadKey(handle, "n", &n32, keyInt32, 4) | ReadKey(handle, "large", &large, keyLong, 4) |
-                  ReadKey(handle, "hex", bytes.data(), keyBytes, 6) |
-                  ReadKey(handle, "ip", ip.data(), keyIp, 4),
-              0);
-    EXPECT_THAT(printed([&] { ReadKey(handle, "name", name.data(), keyString, 8); }),
-                testing::HasSubstr("name"));
-    EXPECT_EQ(n8, static_cast<std::int8_t>(-300));
-    EXPECT_EQ(n16, -300);
-    EXPECT_EQ(n32, -300);
-    EXPECT_EQ(large, 0x7fffffff);
-    EXPECT_THAT(bytes, testing::ElementsAre(0, 0x20, 0x48, 0x0a, 0xee, 0xee));
+    EXPECT_THAT(printed([&] { name = value("name", keyString, name); }), testing::HasSubstr("name"));
     EXPECT_STREQ(name.data(), "enginee");
-    EXPECT_EQ(ReadKey(handle, "n", &n32, 8, 4), readFailed);
     std::array<char, 16> text{};
     EXPECT_STREQ((WriteConvert(ip.data(), text.data(), keyIp, 4), text.data()), "192.168.1.2");
     text.fill('\0');

@@ -32,8 +32,6 @@ class FailingFiles : public platform::Files {
     struct Call {
         FileCall kind;
         std::string path;  // of the first path named, empty for descriptors
-
-        bool operator==(const Call&) const = default;
     };
 
     FailingFiles() : real_(platform::files()), before_(platform::setFiles(this)) {}
