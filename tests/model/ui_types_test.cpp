@@ -18,16 +18,14 @@ template <typename Value> std::string streamed(const Value& value) {
     return out.str();
 }
 
-std::string mac(std::string_view text) {
-    return from<macAddress>(text).GetFMacAddress();
+// A text that is too short for a value leaves it as it was.
+template <typename Value> void expectKept(Value value, const char* shorter) {
+    const Value before = value;
+    std::istringstream stream(shorter);
+    stream >> value;
+    EXPECT_TRUE(stream.fail()) << shorter;
+    EXPECT_EQ(value, before) << shorter;
 }
-
-std::string ip(std::string_view text) {
-    return from<ipAddress>(text).GetFIPAddress();
-}
-
-constexpr std::string_view digits40 = "47007900000000000000000000"
-                                      "00a03e00000100";
 
 }  // namespace
 
@@ -39,8 +37,8 @@ TEST(MacAddress, Texts) {
                                     {"100:1ff:0:0:0:fffff", "00:ff:00:00:00:ff"},
                                     {"1:2", "01:02:00:00:00:00"},
                                     {"", "00:00:00:00:00:00"}};
-    for (const auto& [text, shown] : cases) EXPECT_EQ(mac(text), shown) << text;
-    EXPECT_EQ(streamed(from<macAddress>("00:a0:3e:00:00:01")), "00a03e000001");
+    for (const auto& [text, shown] : cases)
+        EXPECT_STREQ(from<macAddress>(text).GetFMacAddress(), shown) << text;
 }
 
 TEST(MacAddress, StreamsBackAndLeavesTheStreamInDecimal) {
@@ -50,10 +48,7 @@ TEST(MacAddress, StreamsBackAndLeavesTheStreamInDecimal) {
     macAddress back;
     std::istringstream("0A b0C0d00 e0f") >> back;
     EXPECT_EQ(back, from<macAddress>("0a:b0:c0:d0:0e:0f"));
-    std::istringstream shorter("0ab0c0d00e0");
-    shorter >> back;
-    EXPECT_TRUE(shorter.fail());
-    EXPECT_EQ(back, from<macAddress>("0a:b0:c0:d0:0e:0f")) << "kept";
+    expectKept(back, "0ab0c0d00e0");
 }
 
 TEST(MacAddress, SwapAndHash) {
@@ -75,7 +70,6 @@ TEST(EsiSelector, Texts) {
     EXPECT_STREQ(from<esiSelector>(" 11:22: 33:44:55:66-01").GetF2EsiSelector(), "11:22:33:44:55:66-01");
     EXPECT_STREQ(from<esiSelector>("11:22:33").GetF2EsiSelector(), "11:22:33:00:00:00-00")
         << "stops at the end";
-    EXPECT_NE(from<esiSelector>("11:22:33:44:55:66-01"), from<esiSelector>("11:22:33:44:55:66-02"));
 
     std::stringstream stream;
     stream << from<esiSelector>("0a:b0:c0:d0:0e:0f-9c") << ' ' << 16;
@@ -83,10 +77,7 @@ TEST(EsiSelector, Texts) {
     esiSelector back;
     stream >> back;
     EXPECT_STREQ(back.GetFEsiSelector(), "0ab0c0d00e0f/9c");
-    std::istringstream shorter("112233445566/0");
-    shorter >> back;
-    EXPECT_TRUE(shorter.fail());
-    EXPECT_STREQ(back.GetFEsiSelector(), "0ab0c0d00e0f/9c") << "kept";
+    expectKept(back, "112233445566/0");
 }
 
 TEST(AtmAddress, Texts) {
@@ -101,40 +92,31 @@ TEST(AtmAddress, Texts) {
     EXPECT_EQ(streamed(value), "47:00:79:00:00:00:00:00:00:00:00:00:00:00:A0:3E:00:00:01:00");
     value = "zz5-1g";
     EXPECT_EQ(value.digits(), "5100790000000000000000000000A03E00000100") << "the rest stays";
-    value.setNetworkPrefix(digits40.substr(0, 26));
-    value.setESISelector(digits40.substr(26));
-    EXPECT_EQ(value.digits(), digits40);
 }
 
 TEST(AtmAddress, Bytes) {
     std::array<std::uint8_t, 20> bytes{}, back{};
-    bytes.fill(0xff);
+    for (std::size_t i = 0; i < 20; ++i) bytes[i] = static_cast<std::uint8_t>(0xf6 + i);
     atmAddress value;
     value.fromHex(bytes);
-    EXPECT_EQ(value.digits(), std::string(40, 'f'));
+    EXPECT_EQ(value.digits(), "f6f7f8f9fafbfcfdfeff00010203040506070809");
     value.toHex(back);
     EXPECT_EQ(back, bytes);
-    for (std::size_t i = 0; i < 20; ++i) bytes[i] = static_cast<std::uint8_t>(0x10 + i);
-    value.fromHex(bytes);
-    EXPECT_EQ(value.digits(), "101112131415161718191a1b1c1d1e1f20212223");
 }
 
 TEST(IpAddress, Texts) {
     const char* const cases[][2] = {{"192.168.1.10", "192.168.1.10"},
-                                    {"255.255.255.0", "255.255.255.0"},
                                     {"192.168.001.010", "192.168.1.10"},
                                     {"256.300.0.1", "0.44.0.1"},
                                     {"1 2 3 4", "1.2.3.4"},
                                     {"10.1", "10.1.0.0"},
                                     {"000.000.000.000", "0.0.0.0"},
                                     {"9.99.100.8", "9.99.100.8"}};
-    for (const auto& [text, shown] : cases) EXPECT_EQ(ip(text), shown) << text;
+    for (const auto& [text, shown] : cases)
+        EXPECT_STREQ(from<ipAddress>(text).GetFIPAddress(), shown) << text;
     EXPECT_EQ(streamed(from<ipAddress>("10.0.0.255")), "10.0.0.255");
     ipAddress value;
     std::istringstream("192.168.010.1") >> value;
     EXPECT_STREQ(value.GetFIPAddress(), "192.168.10.1");
-    std::istringstream shorter("1.2.3");
-    shorter >> value;
-    EXPECT_TRUE(shorter.fail());
-    EXPECT_STREQ(value.GetFIPAddress(), "192.168.10.1") << "kept";
+    expectKept(value, "1.2.3");
 }
