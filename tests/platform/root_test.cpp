@@ -4,17 +4,11 @@
 #include <gtest/gtest.h>
 
 TEST(Root, PrefixIsPutInFrontOnlyWhenSetAndNotEmpty) {
-    const struct {
-        const char* root;
-        const char* expected;
-    } cases[] = {
-        {nullptr, "/dev/li"}, {"", "/dev/li"}, {"/tmp/r", "/tmp/r/dev/li"}, {"/tmp/r//", "/tmp/r/dev/li"}};
-    for (const auto& c : cases) {
-        if (c.root)
-            ::setenv("TARVOLIN_ROOT", c.root, 1);
-        else
-            ::unsetenv("TARVOLIN_ROOT");
-        EXPECT_EQ(platform::hostPath("/dev/li").text, c.expected);
+    for (const auto& [root, expected] :
+         {std::pair("", "/dev/li"), {"/tmp/r", "/tmp/r/dev/li"}, {"/tmp/r//", "/tmp/r/dev/li"}}) {
+        ::setenv("TARVOLIN_ROOT", root, 1);
+        EXPECT_EQ(platform::hostPath("/dev/li").text, expected);
     }
     ::unsetenv("TARVOLIN_ROOT");
+    EXPECT_EQ(platform::hostPath("/dev/li").text, "/dev/li");
 }
