@@ -4,31 +4,47 @@
 #include "tests/e2e/xsupport.h"
 #include "toolkit/window/window.h"
 
+#include <functional>
+
+// Fonts as the program has them.
+inline const char* const deskResources[] = {"Tarvolin*bold*fontType: FONT_IS_XFT",
+                                            "Tarvolin*bold*fontName: Liberation Sans",
+                                            "Tarvolin*bold*fontStyle: Bold",
+                                            "Tarvolin*bold*fontSize: 12",
+                                            "Tarvolin*toolTipEnable: True",
+                                            "Tarvolin*toolTipPostDelay: 50",
+                                            nullptr};
+
 // The widget library remembers its first display for good: one for all tests of the process.
 struct Desk {
     XServer server;
-    zApplication application;
-    bool open;
-
-    Desk();
+    zApplication application{
+        "tarvolin", "Tarvolin", {"-xrm", "Tarvolin*id13.background: #ff0000"}, deskResources};
+    bool open = application.openDisplay();
 };
-
-inline Desk::Desk()
-    : application("tarvolin", "Tarvolin", {"-xrm", "Tarvolin*id13.background: #ff0000"},
-                  [] {
-                      // Fonts as the program has them.
-                      static const char* const lines[] = {"Tarvolin*bold*fontType: FONT_IS_XFT",
-                                                          "Tarvolin*bold*fontName: Liberation Sans",
-                                                          "Tarvolin*bold*fontStyle: Bold",
-                                                          "Tarvolin*bold*fontSize: 12",
-                                                          "Tarvolin*toolTipEnable: True",
-                                                          "Tarvolin*toolTipPostDelay: 50",
-                                                          nullptr};
-                      return lines;
-                  }()),
-      open(application.openDisplay()) {}
 
 inline Desk& desk() {
     static Desk instance;
     return instance;
 }
+
+// A window of this layout, shown, with a user.
+class DeskTest : public testing::Test {
+  protected:
+    explicit DeskTest(const zLayout& layout) : window(application, layout) {}
+
+    zApplication& application = desk().application;
+    zFormDialog window;
+    XUser user{application};
+
+    void SetUp() override {
+        ASSERT_TRUE(desk().open);
+        window.show();
+        ASSERT_TRUE(user.until([this] { return user.shellTitled(XUser::titleOf(window.shell())); }));
+        user.focus(window.shell());
+        user.settle();
+    }
+    std::function<bool()> shown(const char* title) const {
+        return [this, title] { return user.shellTitled(title) != nullptr; };
+    }
+};

@@ -6,24 +6,22 @@
 #include <X11/Xatom.h>
 #include <Xm/Xm.h>
 #include <fmt/format.h>
+#include <optional>
 
 namespace {
 
-constexpr zControlRow rows[] = {{.id = 30, .kind = zKind::table, .place = {4, 4, 120, 60}},
-                                {.id = 31, .kind = zKind::edit, .place = {4, 70, 60, 12}}};
+constexpr zControlRow rows[] = {{.id = 30, .kind = zKind::table, .place = {4, 4, 120, 60}}};
 constexpr zLayout layout{
     .id = 1, .name = "tables", .caption = "Tables", .width = 130, .height = 90, .rows = rows};
 
-class TableTest : public testing::Test {
+class TableTest : public DeskTest {
   protected:
-    zApplication& application = desk().application;
-    zFormDialog window{application, layout};
     zTable& table = window.control<zTable>(30);
-    XUser user{application};
     Display* display = XtDisplay(window.shell());
 
+    TableTest() : DeskTest(layout) {}
+
     void SetUp() override {
-        ASSERT_TRUE(desk().open);
         table.resize(3, 50);
         for (int column = 1; column <= 3; ++column) {
             table.setText({column, 0}, fmt::format("Label {}", column));
@@ -33,10 +31,7 @@ class TableTest : public testing::Test {
         }
         table.numberRows(true);
         table.setColumnWidth(0, 30);
-        window.show();
-        ASSERT_TRUE(user.until([&] { return user.shellTitled("Tables") != nullptr; }));
-        user.focus(window.shell());
-        user.settle();
+        DeskTest::SetUp();
     }
 
     int rowHeight() const { return table.textHeight() + 4; }
@@ -141,7 +136,7 @@ TEST_F(TableTest, RowsOnDemandAreWrittenWhenTheyAreSeenOrAskedFor) {
     EXPECT_EQ(table.text({2, 5}), "round 1 row 5");
 }
 
-TEST_F(TableTest, KeyboardMouseAndWheelMoveTheActiveCell) {
+TEST_F(TableTest, KeyboardAndMouseMoveTheActiveCell) {
     int changes = 0;
     table.onActiveChange = [&] { ++changes; };
     user.clickAt(table.widget(), 30 + 75, labelHeight() + rowHeight() + 5);
@@ -166,10 +161,6 @@ TEST_F(TableTest, KeyboardMouseAndWheelMoveTheActiveCell) {
     EXPECT_EQ(table.activeCell(), (zTableLoc{0, 0}));
     user.clickAt(table.widget(), 40, 5);  // a label
     EXPECT_EQ(table.activeCell(), (zTableLoc{0, 0}));
-
-    user.key("Tab");
-    user.type("x");
-    EXPECT_EQ(XmGetFocusWidget(window.shell()), user.widget("id31"));
 }
 
 TEST_F(TableTest, RowsThatComeAndGoLeaveTheViewWhereItWasScrolled) {
@@ -199,25 +190,22 @@ TEST_F(TableTest, ControlCPutsLabelsAndRowsOnTheClipboard) {
     table.resize(2, 2);
     user.clickAt(table.widget(), 60, labelHeight() + 5);
     user.key("c", "Control_L");
-    struct Got {
-        std::string text;
-        bool done = false;
-    } got;
+    std::optional<std::string> got;
     const auto receive = [](Widget, XtPointer place, Atom*, Atom*, XtPointer value, unsigned long* length,
                             int*) {
-        auto& result = *static_cast<Got*>(place);
-        if (value) result.text.assign(static_cast<char*>(value), *length);
-        result.done = true;
+        const char* text = static_cast<char*>(value);
+        *static_cast<std::optional<std::string>*>(place) = std::string(text, text ? *length : 0);
         XtFree(static_cast<char*>(value));
     };
     XtGetSelectionValue(window.shell(), XInternAtom(display, "CLIPBOARD", False),
                         XInternAtom(display, "UTF8_STRING", False), receive, &got, CurrentTime);
-    EXPECT_TRUE(user.until([&] { return got.done; }));
-    EXPECT_EQ(got.text, "\tLabel 1\tLabel 2\n1\t1/1\t2/1\n2\t1/2\t2/2\n");
+    EXPECT_TRUE(user.until([&] { return got.has_value(); }));
+    EXPECT_EQ(got, "\tLabel 1\tLabel 2\n1\t1/1\t2/1\n2\t1/2\t2/2\n");
 }
 
 TEST_F(TableTest, TablesMayGrowToTheirLimitShrinkToNothingAndGoWhileDrawingIsDue) {
-    table.resize(3, 100000);
+    table.resize(1000, 100000);
+    EXPECT_EQ(table.model().columns(), zTableModel::mostColumns);
     EXPECT_EQ(table.model().rows(), 65535);
     table.setText({1, 65535}, "last");
     table.setActiveCell({1, 65535});
