@@ -84,10 +84,21 @@ TEST(PvcFile, FilesAreWrittenToTheDiskAndEmptyListsRemoveThem) {
     EXPECT_EQ(files.count(FileCall::sync), 2);  // the file and, being new, its directory
     EXPECT_EQ(writeListFile("/etc/atm/c", routed(routedText)), 0);
     EXPECT_EQ(root.read("/etc/atm/c"), std::string(routedText).substr(9) + "\n");
-    for (const FileCall kind :
-         {FileCall::open, FileCall::truncate, FileCall::write, FileCall::sync, FileCall::close}) {
-        files.failAt(1, ENOSPC, kind);
-        EXPECT_EQ(writeListFile("/etc/atm/c", clients), ENOSPC) << static_cast<int>(kind);
+    // A failure is reported. The file is written in place: from the truncation on the old list is lost.
+    const std::string before = root.read("/etc/atm/c"), after = "00a03e000001/00\n00a03e000001/00\n";
+    const struct {
+        FileCall kind;
+        std::string content;
+    } failures[] = {{FileCall::open, before},
+                    {FileCall::truncate, before},
+                    {FileCall::write, ""},
+                    {FileCall::sync, after},
+                    {FileCall::close, after}};
+    for (const auto& failure : failures) {
+        root.write("/etc/atm/c", before);
+        files.failAt(1, ENOSPC, failure.kind);
+        EXPECT_EQ(writeListFile("/etc/atm/c", clients), ENOSPC) << static_cast<int>(failure.kind);
+        EXPECT_EQ(root.read("/etc/atm/c"), failure.content) << static_cast<int>(failure.kind);
     }
     EXPECT_EQ(writeListFile("/etc/atm", clients), EISDIR);
     EXPECT_EQ(writeListFile("/etc/atm/c", std::vector<esiSelector>{}), 0);

@@ -1,4 +1,5 @@
 // The program as a process: its command line, and the ways in which it ends.
+#include "tests/e2e/tool.h"
 #include "tests/e2e/xsupport.h"
 #include "tests/support/simulator.h"
 #include "tests/support/temproot.h"
@@ -6,69 +7,10 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
-#include <fcntl.h>
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 
 namespace {
-
-// The tool, running, with what it prints going to a file.
-class Tool {
-  public:
-    Tool(const TempRoot& root, std::vector<std::string> arguments) : output_(root.path() / "output") {
-        arguments.insert(arguments.begin(), TARVOLIN_PROGRAM);
-        process_ = ::fork();
-        if (process_ != 0) return;
-        const int file = ::open(output_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-        ::dup2(file, 1);
-        ::dup2(file, 2);
-        std::vector<char*> words;
-        for (std::string& argument : arguments) words.push_back(argument.data());
-        words.push_back(nullptr);
-        ::execv(words[0], words.data());
-        ::_exit(127);
-    }
-    ~Tool() {
-        if (process_ > 0) {
-            ::kill(process_, SIGKILL);
-            ::waitpid(process_, nullptr, 0);
-        }
-    }
-    Tool(const Tool&) = delete;
-    Tool& operator=(const Tool&) = delete;
-
-    // The text that it has printed so far.
-    std::string output() const {
-        std::ifstream file(output_);
-        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    }
-
-    // Waits until the output holds the text.
-    bool prints(std::string_view text) const {
-        for (int i = 0; i < 1000; ++i) {
-            if (output().find(text) != std::string::npos) return true;
-            std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        }
-        return false;
-    }
-
-    void signal(int number) const { ::kill(process_, number); }
-
-    int exitStatus() {
-        int status = 0;
-        ::waitpid(process_, &status, 0);
-        process_ = -1;
-        return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    }
-
-  private:
-    std::filesystem::path output_;
-    pid_t process_ = -1;
-};
 
 // The last line of the log once the window is there: nothing is asked of the driver after it.
 constexpr char lastAnswer[] = "GET_BRDS_MACADDR\nPrim:129 Type:2 Link:0 Unit:0 Size:23 SzIO:16";

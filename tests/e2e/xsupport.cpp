@@ -17,7 +17,7 @@
 #include <thread>
 #include <unistd.h>
 
-XServer::XServer() {
+XServer::XServer(const std::string& screen, const char* visualClass) {
     int channel[2];
     if (::pipe(channel) != 0) throw std::runtime_error("no pipe");
     process_ = ::fork();
@@ -27,8 +27,8 @@ XServer::XServer() {
         const int nowhere = ::open("/dev/null", O_WRONLY);
         ::dup2(nowhere, 1);
         ::dup2(nowhere, 2);
-        ::execlp("Xvfb", "Xvfb", "-displayfd", number.c_str(), "-screen", "0", "1280x1024x24", "-dpi", "96",
-                 "-nolisten", "tcp", "-noreset", nullptr);
+        ::execlp("Xvfb", "Xvfb", "-displayfd", number.c_str(), "-screen", "0", screen.c_str(), "-cc",
+                 visualClass, "-dpi", "96", "-nolisten", "tcp", "-noreset", nullptr);
         ::_exit(127);
     }
     ::close(channel[1]);

@@ -12,10 +12,11 @@
 
 struct _XDisplay;
 
-// Xvfb for as long as the object lives; DISPLAY names it.
+// Xvfb for as long as the object lives; DISPLAY names it. Visual classes as in X.h: 3 is PseudoColor, 4
+// TrueColor.
 class XServer {
   public:
-    XServer();
+    explicit XServer(const std::string& screen = "1280x1024x24", const char* visualClass = "4");
     ~XServer();
     XServer(const XServer&) = delete;
     XServer& operator=(const XServer&) = delete;

@@ -21,6 +21,11 @@ std::vector<std::string> zFontFamilies() {
     return {families.begin(), families.end()};
 }
 
+bool zAnyFont() {
+    const FcFontSet* fonts = FcInit() ? FcConfigGetFonts(nullptr, FcSetSystem) : nullptr;
+    return fonts && fonts->nfont > 0;
+}
+
 // Characters with a meaning in Fontconfig patterns are escaped with a backslash.
 std::string zFont::pattern() const {
     std::string text;

@@ -2,6 +2,7 @@
 
 #include "platform/debuglog.h"
 #include "toolkit/display/displaycache.h"
+#include "toolkit/display/fonts.h"
 
 #include <X11/Intrinsic.h>
 #include <X11/Shell.h>
@@ -96,6 +97,10 @@ zApplication::~zApplication() {
 }
 
 bool zApplication::openDisplay() {
+    if (!zAnyFont()) {
+        fmt::print(stderr, "{}: Fontconfig finds no fonts\n", programName_);
+        return false;
+    }
     std::vector<char*> words{programName_.data()};
     for (std::string& argument : arguments_) words.push_back(argument.data());
     words.push_back(nullptr);
