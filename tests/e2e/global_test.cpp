@@ -208,12 +208,3 @@ TEST_F(GlobalTest, ChosenFontsReachTheTablesMadeLater) {
         EXPECT_EQ(tblFontSpec, c.font);
     }
 }
-
-TEST_F(GlobalTest, TheApplicationPageHasTooltips) {
-    start({"--frozen", "--adapters", "1"});
-    global([&] {
-        EXPECT_EQ(user->tooltipOf(named(refreshRateCBO)), "Sets data refresh rate in milliseconds");
-        EXPECT_EQ(user->tooltipOf(named(advancedCB)), "Enables LES/LECS tabs");
-        press(globalCancelBTN);
-    });
-}
