@@ -117,15 +117,21 @@ void MapDataToXferBuffer() {
     prevSigBuffer = sigXferBuffer = atmDevices.sig[a];
 }
 
-bool buffersChanged() {
+bool settingsChanged() {
     for (std::size_t m = 0; m < xferBuffer.size(); ++m)
-        if (!(prevLecBuffer[m] == xferBuffer[m]) || prevLecBuffer[m].pvcs != xferBuffer[m].pvcs) return true;
+        if (!(prevLecBuffer[m] == xferBuffer[m])) return true;
     for (std::size_t m = 0; m < lesXferBuffer.size(); ++m)
-        if (!sameSettings(prevLesBuffer[m], lesXferBuffer[m]) ||
-            prevLesBuffer[m].clients != lesXferBuffer[m].clients)
-            return true;
+        if (!sameSettings(prevLesBuffer[m], lesXferBuffer[m])) return true;
     return !(prevLecsBuffer == lecsXferBuffer) || !(prevIP1577Buffer == ip1577XferBuffer) ||
-           prevIP1577Buffer.pvcs != ip1577XferBuffer.pvcs || !sameSettings(prevSigBuffer, sigXferBuffer);
+           !sameSettings(prevSigBuffer, sigXferBuffer);
+}
+
+bool listsChanged() {
+    for (std::size_t m = 0; m < xferBuffer.size(); ++m)
+        if (prevLecBuffer[m].pvcs != xferBuffer[m].pvcs) return true;
+    for (std::size_t m = 0; m < lesXferBuffer.size(); ++m)
+        if (prevLesBuffer[m].clients != lesXferBuffer[m].clients) return true;
+    return prevIP1577Buffer.pvcs != ip1577XferBuffer.pvcs;
 }
 
 bool MapXferBufferToData(const Warner& warn) {

@@ -11,8 +11,9 @@ using Warner = std::function<void(const char* text, const char* title)>;
 // records.
 void MapDataToXferBuffer();
 
-// True if a buffer, lists included, differs from what MapDataToXferBuffer put into it.
-bool buffersChanged();
+// True if the settings, or the lists, in a buffer differ from what MapDataToXferBuffer put there.
+bool settingsChanged();
+bool listsChanged();
 
 // After OK: copies every buffer to its record. Each service whose settings changed is restarted or stopped in
 // the driver, if there was one at start-up (ioctlDesc). Failed requests are logged and have no other effect;

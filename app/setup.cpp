@@ -12,11 +12,12 @@
 
 namespace {
 
-// The text for a failed save. The last sentence is left out when part of the files was written.
-std::string notSaved(const DriverPdfEdit& editor, bool accepted) {
+// The text for a failed save. The last sentence is there only if something was changed and no change is in
+// the files.
+std::string notSaved(const DriverPdfEdit& editor, bool changed, bool accepted) {
     std::string text = "Unable to save the configuration:\n\n";
     for (const SaveFailure& failure : editor.failures()) text += failure.file + ": " + failure.reason + "\n";
-    if (editor.wroteAnything()) return text;
+    if (!changed || editor.wroteAnything()) return text;
     return text + (accepted ? "\nThe driver keeps what it accepted; the file was not updated."
                             : "\nThe change is not in the file.");
 }
@@ -45,7 +46,7 @@ void setUpAdapter(zWindow& window, DriverPdfEdit& editor) {
         DConfigDlg dialog(window);
         dialog.runModal();
         window.setCursor(zWatchCursor);
-        changed = buffersChanged();
+        changed = listsChanged() || (dialog.okFlag() && settingsChanged());
         accepted = SetupIoctlDesc.acceptedChanges() != before;
         if (dialog.okFlag()) {
             accepted |= MapXferBufferToData(warn);
@@ -59,7 +60,7 @@ void setUpAdapter(zWindow& window, DriverPdfEdit& editor) {
     }
     // An adapter without a section has nowhere to save its settings. That matters only if they were changed.
     const bool asBefore = !changed && editor.onlySectionsMissing();
-    if (!saved && !asBefore) warn(notSaved(editor, accepted), "Configuration Error");
+    if (!saved && !asBefore) warn(notSaved(editor, changed, accepted), "Configuration Error");
     if (const std::string servers = withoutClientTable(); !servers.empty())
         warn("Unable to save the ELAN clients of:\n\n" + servers +
                  "\nThe parameter file names no client table (ElanTbl) for them.",

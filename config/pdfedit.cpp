@@ -23,14 +23,14 @@ bool PdfEdit::QueryValue(std::string_view key, void* destination, int type, int 
 }
 
 bool PdfEdit::SetValue(std::string_view key, void* source, int type, int len, bool showError) {
+    const int before = section_ ? section_->wflg : 0;
     const bool good = section_ && WriteKey(section_, key, source, type, len) == 0;
-    edited_ = section_ && section_->wflg > 0;
+    edited_ = edited_ || (section_ && section_->wflg != before);
     return finish(good, key, showError);
 }
 
 void PdfEdit::keepValue() {
     ++section_->wflg;
-    edited_ = true;
 }
 
 bool PdfEdit::CloseKey() {

@@ -50,7 +50,7 @@ class PdfEdit {
     const std::vector<SaveFailure>& failures() const { return failures_; }
     // Whether there is no failure but missing sections.
     bool onlySectionsMissing() const;
-    // Whether anything was written since then: a section was committed, or a list file changed.
+    // Whether a change was written since then: a section with another value, or a list file.
     bool wroteAnything() const { return wroteAnything_; }
     void clearOutcome();
 
@@ -68,6 +68,6 @@ class PdfEdit {
     bool showErrors_;
     int status_ = 0;
     std::vector<SaveFailure> failures_;
-    bool edited_ = false;  // there is something to commit in the open section
+    bool edited_ = false;  // a value of the open section was changed
     bool wroteAnything_ = false;
 };

@@ -106,8 +106,8 @@ void readNumber(std::string_view text, std::int32_t& number) {
     number = static_cast<std::int32_t>(std::clamp(value, least, most));
 }
 
-// The low 16 bits of the number count. False when it has more: it is neither from 0 to 65535 nor, as VCIs are
-// written, from -32768 to -1.
+// Of the nearest 32-bit number the low 16 bits count. False if it has more: it is neither from 0 to 65535
+// nor, as VCIs are written, from -32768 to -1.
 bool readVci(std::string_view text, std::uint16_t& vci) {
     std::int32_t number = vci;
     readNumber(text, number);

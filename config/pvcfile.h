@@ -29,8 +29,8 @@ std::istream& operator>>(std::istream& in, AtmRoutedPvc& pvc);
 std::istream& operator>>(std::istream& in, AtmBridgedPvc& pvc);
 
 // Reads a text of records. A value missing from a record is that of the record before it. An address that
-// does not have the form of one is kept as it converts, of a VCI the low 16 bits; lines on tvlog say so and
-// name the list `name`.
+// does not have the form of one is kept as it converts; of a VCI, read as the nearest 32-bit number, the low
+// 16 bits are kept; lines on tvlog say so and name the list `name`.
 void parseList(std::string_view text, std::string_view name, std::vector<AtmRoutedPvc>& list);
 void parseList(std::string_view text, std::string_view name, std::vector<AtmBridgedPvc>& list);
 void parseList(std::string_view text, std::string_view name, std::vector<esiSelector>& list);

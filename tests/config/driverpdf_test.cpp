@@ -79,6 +79,7 @@ TEST_F(DriverPdf, SavingChangesOnlyWhatChanged) {
     EXPECT_EQ(line("L3Mtu =", "[LEC0"), "");  // a missing key stays missing
     for (int a = 0; a < adapterCount; ++a) EXPECT_TRUE(editor.WriteLink(a));
     EXPECT_EQ(root.read(file), saved);
+    EXPECT_FALSE(editor.wroteAnything()) << "no value was changed";
 
     AtmDevices again;
     DriverPdfEdit reader(nullptr, false, again);
@@ -101,7 +102,7 @@ TEST_F(DriverPdf, WhatIsNotSavedIsSaid) {
     EXPECT_FALSE(editor.WriteLink(0));
     EXPECT_THAT(editor.failures(),
                 ElementsAre(SaveFailure{file, "the value of ElanName in /Adapter0/LEC0 cannot be stored"}));
-    EXPECT_TRUE(editor.wroteAnything()) << "the other sections";
+    EXPECT_TRUE(editor.wroteAnything()) << "sections that were missing";
     devices.lec[0][0].elanName = "";
 
     devices.lec[0][0].enabled = 0;

@@ -5,6 +5,8 @@
 #include "tests/e2e/configurationtest.h"
 #include "tests/support/scripteddriver.h"
 
+#include <filesystem>
+
 class SetupTest : public ConfigurationTest {
   protected:
     // What the debug log got during the action.
@@ -40,6 +42,27 @@ TEST_F(SetupTest, PagesThatNobodyLookedAtAreCreatedInOrderAndStored) {
     EXPECT_EQ(atmDevices.lecs[0].elanType, 2);
 }
 
+TEST_F(SetupTest, ClicksOnLecsAndLesKeepTheAddressThatWasTyped) {
+    start({"--frozen", "--adapters", "1"});
+    configure([&] {  // the first client uses the LECS
+        enter(networkPrefixED, "39");
+        const std::string own = text(esiSelectorED);
+        for (const char* typed : {"", "41"}) {
+            if (*typed) enter(networkPrefixED, typed);
+            press(lecsRB);
+            EXPECT_EQ(text(networkPrefixED), "47:00:79:00:00:00:00:00:00:00:00:00:00") << typed;
+            EXPECT_EQ(text(esiSelectorED), "00:A0:3E:00:00:01-00") << typed;
+        }
+        press(lesRB);
+        EXPECT_EQ(text(networkPrefixED), "39:00:00:00:00:00:00:00:00:00:00:00:00");
+        EXPECT_EQ(text(esiSelectorED), own);
+        enter(networkPrefixED, "43");
+        press(lesRB);
+        EXPECT_EQ(text(networkPrefixED), "43:00:00:00:00:00:00:00:00:00:00:00:00");
+        user->key("Escape");
+    });
+}
+
 TEST_F(SetupTest, NoRoutedPvcIsSelectedBeforeSomebodySelectsOne) {
     start({"--frozen", "--adapters", "1"});
     told();
@@ -58,6 +81,14 @@ TEST_F(SetupTest, NoRoutedPvcIsSelectedBeforeSomebodySelectsOne) {
             user->key("Escape");
         },
         "ip1577Page");
+}
+
+TEST_F(SetupTest, AFailedSaveWithoutAChangeSpeaksOfNone) {
+    start({"--frozen", "--adapters", "1,2"});
+    std::filesystem::remove(root.at(parameterFile));
+    std::filesystem::create_directory(root.at(parameterFile));
+    EXPECT_EQ(boxesOf([&] { configure([&] { press(okBTN); }); }), Names{"Configuration Error"});
+    EXPECT_EQ(boxText, "Unable to save the configuration:/etc/atm/tvconf: Is a directory");
 }
 
 // The last sentence of the box says only what is so.

@@ -2,7 +2,7 @@
 // long as its window. Its handlers are called from the event loop, never after the control is destroyed.
 //
 // A control can be bound to a variable, which must outlive it or the next bind(). load() shows the variable;
-// store() writes it if the user has changed the control since. What was not changed is not written, so a
+// store() writes it if what the control shows has changed since. What was not changed is not written, so a
 // value that the control cannot show survives.
 //
 // bind() alone changes nothing on the screen. To change to another variable, for example when a page shows

@@ -8,17 +8,17 @@ AddressPair::AddressPair(const zBoard& board)
       esiSelector_(board.control<zEdit>(esiSelectorED)) {}
 
 void AddressPair::showWellKnown() {
-    // Shown already: the variables keep the address from before.
-    if (networkPrefix_.text() == wellKnownAddress.networkPrefix &&
-        esiSelector_.text() == wellKnownAddress.esiSelector)
-        return;
-    networkPrefix_.store();
-    esiSelector_.store();
+    if (!wellKnownShown_) {
+        networkPrefix_.store();
+        esiSelector_.store();
+    }
+    wellKnownShown_ = true;
     networkPrefix_.setText(wellKnownAddress.networkPrefix);
     esiSelector_.setText(wellKnownAddress.esiSelector);
 }
 
 void AddressPair::showOwn() {
+    wellKnownShown_ = false;
     networkPrefix_.load();
     esiSelector_.load();
 }

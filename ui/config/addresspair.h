@@ -20,13 +20,18 @@ class AddressPair {
     // The fields networkPrefixED and esiSelectorED of a board, which are bound to the transfer buffer.
     explicit AddressPair(const zBoard& board);
 
-    // Stores what was typed so far, and shows the well-known address.
+    // Stores what was typed so far, and shows the well-known address. When that was shown before, edited or
+    // not, nothing is stored: the address that was typed first stays.
     void showWellKnown();
 
     // Shows what is stored.
     void showOwn();
 
+    // The fields show another address now, which came from the transfer buffer.
+    void reloaded() { wellKnownShown_ = false; }
+
   private:
     zEdit& networkPrefix_;
     zEdit& esiSelector_;
+    bool wellKnownShown_ = false;
 };

@@ -3,12 +3,13 @@
 // It edits the transfer buffers, which the caller has filled. Settings reach the buffers at OK. List edits
 // (PVCs, ELAN clients) go to the running driver and into the buffers at once and survive Cancel.
 //
-// Every page has these operations; pages that show one of several instances take its index, from 0:
+// Operations of every page:
 //   attach          binds the page's controls, which have just been created, to the transfer buffer
-//   Setup           makes an instance's record the one that the page works on
-//   setDefaults     does the same and shows the record on the controls
 //   storeDefaults   stores what was changed on the controls in the buffer
 //   ToggleControls  greys the controls that the check boxes make unusable
+// Of pages that show one of several instances, by its index from 0, also:
+//   Setup           makes the instance's record the one that the page works on
+//   setDefaults     does the same and shows the record on the controls
 #pragma once
 
 #include "driver/channel.h"

@@ -56,10 +56,6 @@ PvcEditor<AtmRoutedPvc>::Page DConfigDlgI1577PG::pvcList() {
     return page;
 }
 
-void DConfigDlgI1577PG::storeDefaults() {
-    storeControls();
-}
-
 void DConfigDlgI1577PG::ToggleControls() {
     board().enable(ip1577PageRules, (checked(enableCB) ? ipEnabled : 0U) |
                                         (checked(pvcOnlyCB) ? 0U : serverUsed) |

@@ -24,7 +24,6 @@ class DConfigDlgI1577PG final : public ConfigPage {
     // In `dialog`, which must outlive it.
     explicit DConfigDlgI1577PG(zFormDialog& dialog);
 
-    void storeDefaults() override;
     void ToggleControls() override;
 
   private:

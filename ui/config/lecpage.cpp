@@ -11,6 +11,7 @@
 #include "ui/config/leclayout.h"
 
 #include <array>
+#include <utility>
 
 namespace {
 
@@ -73,8 +74,10 @@ PvcEditor<AtmBridgedPvc>::Page DConfigDlgLECPG::pvcList() {
 }
 
 void DConfigDlgLECPG::Setup(int i) {
-    choice_ = bufferOf(i).useLecs ? lecsRB : lesRB;
-    if (attached()) board().bind(bufferOf(i), fields);
+    choice_ = clicked_ = bufferOf(i).useLecs ? lecsRB : lesRB;
+    if (!attached()) return;
+    board().bind(bufferOf(i), fields);
+    address_->reloaded();
 }
 
 void DConfigDlgLECPG::storeDefaults(int i) {
@@ -90,9 +93,10 @@ void DConfigDlgLECPG::ToggleControls() {
 }
 
 void DConfigDlgLECPG::clickedLECSRBGroup(int id) {
+    const bool again = std::exchange(clicked_, id) == id;
     if (id == lecsRB)
         address_->showWellKnown();
-    else
+    else if (!again)
         address_->showOwn();
 }
 

@@ -38,7 +38,8 @@ class DConfigDlgLECPG final : public InstancePage {
 
     zFormDialog& dialog_;
     std::optional<LecRequest> request_;  // empty without a driver
-    int choice_ = 0;                     // id of the chosen button: lecsRB or lesRB
+    int choice_ = 0;                     // id of the chosen button, lecsRB or lesRB, as stored
+    int clicked_ = 0;                    // the same, as shown
 
     // Created with the controls.
     std::optional<AddressPair> address_;

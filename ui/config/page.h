@@ -20,7 +20,7 @@ class ConfigPage {
         connect();
     }
 
-    virtual void storeDefaults() = 0;
+    virtual void storeDefaults() { storeControls(); }
     virtual void ToggleControls() = 0;
 
   protected:

@@ -27,10 +27,6 @@ void DConfigDlgSignalPG::connect() {
     togglesControls(addrRegCB);
 }
 
-void DConfigDlgSignalPG::storeDefaults() {
-    storeControls();
-}
-
 void DConfigDlgSignalPG::ToggleControls() {
     board().enable(signalPageRules, checked(addrRegCB) ? registered : unregistered);
 }

@@ -8,7 +8,6 @@ class DConfigDlgSignalPG final : public ConfigPage {
   public:
     explicit DConfigDlgSignalPG(zFormDialog& dialog);
 
-    void storeDefaults() override;
     void ToggleControls() override;
 
   private:
