@@ -48,6 +48,14 @@ int requestRefused(Display* display, XErrorEvent* event) {
     return 0;
 }
 
+// Where pixel values index a colour map, the server's Render extension may draw texts as black boxes (Xvfb's
+// does): Xft does without the extension there. To be called before a font is opened.
+void avoidRenderOnColourMaps(Display* display) {
+    if (DefaultVisual(display, DefaultScreen(display))->c_class == TrueColor) return;
+    XrmDatabase resources = XtDatabase(display);
+    XrmPutStringResource(&resources, "Xft.render", "false");
+}
+
 }  // namespace
 
 struct zApplication::Connection {
@@ -108,6 +116,7 @@ bool zApplication::openDisplay() {
     connection_->display = XtOpenDisplay(connection_->context, nullptr, programName_.c_str(),
                                          className_.c_str(), nullptr, 0, &count, words.data());
     if (connection_->display) {
+        avoidRenderOnColourMaps(connection_->display);
         connection_->cache = std::make_unique<zDisplayCache>(connection_->display);
         connection_->root =
             XtVaAppCreateShell(programName_.c_str(), className_.c_str(), applicationShellWidgetClass,
