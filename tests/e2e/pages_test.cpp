@@ -125,89 +125,57 @@ TEST_F(PagesTest, ALoadedLecsGetsEveryMappingOnceAndInOrder) {
 
 // A LAN Emulation Server's clients, in the words of the list.
 TEST_F(PagesTest, ElanClientsFollowTheDriverOrTheUsersConsent) {
-    root.write("/etc/atm/elan0.0", "00a03e000011/00\n00204000c101/00\n");
-    const Names initial{"00:a0:3e:00:00:11-00  PERM", "00:20:40:00:c1:01-00  PERM"};
-    const std::string learned = "00:a0:3e:00:00:01-00  TEMP";
-    const struct {
-        const char* driver;
-        const char* answer;
-    } cases[] = {
-        {"follows", nullptr}, {"refuses", "Return"}, {"refuses", "Escape"}, {"is not there", "Return"}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(std::string(c.driver) + ' ' + (c.answer ? c.answer : ""));
-        root.write("/etc/atm/elan0.0", "00a03e000011/00\n00204000c101/00\n");
+    const char* list = "/etc/atm/elan0.0";
+    const std::string initial = "00a03e000011/00\n00204000c101/00\n";
+    for (const char* key : {"", "Return", "Escape"}) {  // the answer where the driver refuses
+        SCOPED_TRACE(key);
+        const bool refuses = *key, changed = *key != 'E';
+        root.write(list, initial);
         atmDevices = AtmDevices();
         esiSelectorXferBuffer = esiSelector();
-        const bool there = c.driver != std::string("is not there");
-        const bool refuses = c.driver == std::string("refuses");
-        if (there) {
-            startAdvanced();
-            if (refuses) simulator->ctl("fault lecs.control every resp 9");
-        } else {
-            simulator.reset();
-            openWindow();
-            advSettings = 1;
-        }
-        const bool changed = !c.answer || *c.answer == 'R';
-        Names titles;
-        const auto consent = [&](const std::function<void()>& action) {
-            if (!c.answer) return action();
-            const Names boxes = boxesOf(action, c.answer);
-            titles.insert(titles.end(), boxes.begin(), boxes.end());
+        startAdvanced();
+        if (refuses) simulator->ctl("fault lecs.control every resp 9");
+        const auto pressAndAgree = [&](int button, const std::string& question) {
+            const auto action = [&] { press(button); };
+            if (!refuses) return action();
+            EXPECT_EQ(boxesOf(action, key), Names{"ELAN Client Error"});
+            EXPECT_TRUE(boxText.starts_with("Unable to Dynamically " + question)) << boxText;
         };
-        const auto session = [&] {
-            configure(
-                [&] {
-                    Names shown = initial;
-                    if (there) shown.push_back(learned);
-                    EXPECT_EQ(lines(clientLB), shown);
-                    press(deleteBTN);  // nothing is selected: nothing happens
+        configure(
+            [&] {
+                Names shown{"00:a0:3e:00:00:11-00  PERM", "00:20:40:00:c1:01-00  PERM",
+                            "00:a0:3e:00:00:01-00  TEMP"};
+                EXPECT_EQ(lines(clientLB), shown);
+                press(deleteBTN);  // nothing is selected: nothing happens
 
-                    pickLine(clientLB, 1);
-                    inSubDialog("Add ELAN Client", "elanClient", [&] {
-                        EXPECT_EQ(text(esiSelectorED), "00:a0:3e:00:00:11-00") << "the selected client";
-                        enter(esiSelectorED, "0020400000ff");
-                        press(subOkBTN);
-                    });
-                    consent([&] { press(addBTN); });
-                    if (c.answer) {
-                        EXPECT_EQ(boxText, "Unable to Dynamically Add 00:20:40:00:00:ff-00"
-                                           "Do you still want to modify Static Configuration?");
-                    }
-                    if (changed) shown.insert(shown.begin() + 2, "00:20:40:00:00:ff-00  PERM");
-                    EXPECT_EQ(lines(clientLB), shown);
+                pickLine(clientLB, 1);
+                inSubDialog("Add ELAN Client", "elanClient", [&] {
+                    EXPECT_EQ(text(esiSelectorED), "00:a0:3e:00:00:11-00") << "the selected client";
+                    enter(esiSelectorED, "0020400000ff");
+                    press(subOkBTN);
+                });
+                pressAndAgree(addBTN,
+                              "Add 00:20:40:00:00:ff-00Do you still want to modify Static Configuration?");
+                if (changed) shown.insert(shown.begin() + 2, "00:20:40:00:00:ff-00  PERM");
+                EXPECT_EQ(lines(clientLB), shown);
 
-                    pickLine(clientLB, 2);
-                    consent([&] { press(deleteBTN); });
-                    if (changed) shown.erase(shown.begin() + 1);
-                    EXPECT_EQ(lines(clientLB), shown);
+                pickLine(clientLB, 2);
+                pressAndAgree(deleteBTN, "Delete 00:20:40:00:c1:01-00");
+                if (changed) shown.erase(shown.begin() + 1);
+                EXPECT_EQ(lines(clientLB), shown);
 
-                    if (there) {
-                        pickLine(clientLB, 3);
-                        consent([&] { press(deleteBTN); });
-                        if (refuses) {
-                            EXPECT_EQ(boxText, "Unable to Dynamically Delete 00:a0:3e:00:00:01-00");
-                        }
-                        EXPECT_EQ(lines(clientLB), shown) << "not read again";
-                        tab(2, lesTB);
-                        tab(1, lesTB);
-                        if (!refuses) shown.pop_back();
-                        EXPECT_EQ(lines(clientLB), shown);
-                    }
-                    press(cancelBTN);
-                },
-                "lesPage");
-        };
-        if (there)
-            session();
-        else
-            EXPECT_EQ(boxesOf(session, "Return").front(), "Driver Error");
-        for (const std::string& title : titles) EXPECT_EQ(title, "ELAN Client Error");
-        if (there) {
-            EXPECT_EQ(told(), (Names{"lecs.map 0", "lecs.unmap 0", "lecs.unmap 0"}));
-        }
-        EXPECT_EQ(root.read("/etc/atm/elan0.0"),
-                  changed ? "00a03e000011/00\n0020400000ff/00\n" : "00a03e000011/00\n00204000c101/00\n");
+                pickLine(clientLB, 3);
+                pressAndAgree(deleteBTN, "Delete 00:a0:3e:00:00:01-00");
+                EXPECT_EQ(lines(clientLB), shown) << "not read again";
+                tab(2, lesTB);
+                tab(1, lesTB);
+                if (!refuses) shown.pop_back();
+                EXPECT_EQ(lines(clientLB), shown);
+                press(cancelBTN);
+            },
+            "lesPage");
+        EXPECT_EQ(told(), (Names{"lecs.map 0", "lecs.unmap 0", "lecs.unmap 0"}));
+        EXPECT_EQ(root.read(list), changed ? "00a03e000011/00\n0020400000ff/00\n" : initial);
         window.reset();
     }
 }
@@ -301,52 +269,31 @@ TEST_F(PagesTest, ClientsWithoutAClientTableAreNotLostInSilence) {
     EXPECT_EQ(atmDevices.les[0][0].clients.size(), 2U) << "they stay in the program";
 }
 
-TEST_F(PagesTest, RoutedPvcsFollowTheDriverOrTheUsersConsent) {
-    const std::string initial = "192.168.10.200 | 0 / 120 | LLC_SNAP";
-    const struct {
-        const char* fault;
-        const char* answer;
-        Names result;
-    } cases[] = {{nullptr, nullptr, {"192.168.10.9 | 0 / 77 | NULL"}},
-                 {"fault ip.control every resp 12", "Return", {"192.168.10.9 | 0 / 77 | NULL"}},
-                 {"fault ip.control every resp 12", "Escape", {initial}}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.answer ? c.answer : "the driver follows");
-        writeSampleConfiguration(root);
-        atmDevices = AtmDevices();
-        startAdvanced();
-        if (c.fault) simulator->ctl(c.fault);
-        configure(
-            [&] {
-                EXPECT_EQ(pvcRows(), Names{initial});
-                EXPECT_EQ(table().activeCell().row, 0) << "nobody has selected one";
-                inSubDialog("PVC Settings", "ipPvc", [&] {
-                    enter(pvcIpED, "192.168.10.9");
-                    enter(pvcVciED, "77");
-                    press(subOkBTN);
-                });
-                if (c.answer) answer(c.answer);
-                press(addBTN);
-                inSubDialog("PVC Settings", "ipPvc", [&] {
-                    EXPECT_EQ(text(pvcIpED), c.result.front() == initial ? "192.168.10.200" : "192.168.10.9");
-                    press(nullRB);
-                    press(subOkBTN);
-                });
-                if (c.answer) answer(c.answer);
-                if (c.result.front() == initial) selectRow(1);
-                press(modifyBTN);
-                selectRow(1);
-                if (c.answer) answer(c.answer);
-                press(deleteBTN);
-                EXPECT_EQ(pvcRows(), c.result);
-                press(cancelBTN);
-            },
-            "ip1577Page");
-        EXPECT_EQ(told(), (Names{"ip.pvc-add 0", "ip.pvc-change 0", "ip.pvc-delete 0"}));
-        EXPECT_EQ(root.read("/etc/atm/pvcconf0.32").find("192.168.10.9") != std::string::npos,
-                  c.result.front() != initial);
-        window.reset();
-    }
+TEST_F(PagesTest, RoutedPvcsAreAddedModifiedAndDeleted) {
+    startAdvanced();
+    configure(
+        [&] {
+            EXPECT_EQ(pvcRows(), Names{"192.168.10.200 | 0 / 120 | LLC_SNAP"});
+            inSubDialog("PVC Settings", "ipPvc", [&] {
+                enter(pvcIpED, "192.168.10.9");
+                enter(pvcVciED, "77");
+                press(subOkBTN);
+            });
+            press(addBTN);
+            inSubDialog("PVC Settings", "ipPvc", [&] {
+                EXPECT_EQ(text(pvcIpED), "192.168.10.9");
+                press(nullRB);
+                press(subOkBTN);
+            });
+            press(modifyBTN);
+            selectRow(1);
+            press(deleteBTN);
+            EXPECT_EQ(pvcRows(), Names{"192.168.10.9 | 0 / 77 | NULL"});
+            press(cancelBTN);
+        },
+        "ip1577Page");
+    EXPECT_EQ(told(), (Names{"ip.pvc-add 0", "ip.pvc-change 0", "ip.pvc-delete 0"}));
+    EXPECT_NE(root.read("/etc/atm/pvcconf0.32").find("192.168.10.9"), std::string::npos);
 }
 
 // The adapter is its own ATMARP server exactly when the server's address is its own.

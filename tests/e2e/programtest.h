@@ -22,7 +22,8 @@
 
 // The widget library remembers its first display for good: one for all tests of the process.
 struct ProgramDesk {
-    XServer server;
+    static inline const char *screen = "1280x1024x24", *visualClass = "4";  // as XServer takes them
+    XServer server{screen, visualClass};
     zApplication application{"tarvolin", "Tarvolin", {}, fallbackResources};
     bool open = application.openDisplay();
 
@@ -62,7 +63,7 @@ class ProgramTest : public testing::Test {
 
     void openWindow() {
         window.emplace(application, mainLayout);
-        ASSERT_TRUE(user->until([&] { return user->shellTitled(programTitle) != nullptr; }));
+        ASSERT_TRUE(user->until([&] { return user->shellLike(programTitle) != nullptr; }));
         user->focus(window->shell());
     }
 

@@ -7,15 +7,7 @@
 
 #include <filesystem>
 
-class SetupTest : public ConfigurationTest {
-  protected:
-    // What the debug log got during the action.
-    std::string logOf(const std::function<void()>& action) {
-        LogCapture log;
-        action();
-        return log.take();
-    }
-};
+using SetupTest = ConfigurationTest;
 
 TEST_F(SetupTest, PagesThatNobodyLookedAtAreCreatedInOrderAndStored) {
     const std::string file = root.read(parameterFile);
@@ -28,7 +20,9 @@ TEST_F(SetupTest, PagesThatNobodyLookedAtAreCreatedInOrderAndStored) {
     root.write(parameterFile, edited);
     start({"--frozen", "--adapters", "1"});
     advSettings = 1;
-    const std::string log = logOf([&] { configure([&] { press(okBTN); }, "signalPage"); });
+    LogCapture capture;
+    configure([&] { press(okBTN); }, "signalPage");
+    const std::string log = capture.take();
     std::size_t at = 0;
     for (const char* line :
          {"creating Signalling page\n", "creating LEC Page\n", "creating LES page\n", "creating LECS page\n",
@@ -44,23 +38,37 @@ TEST_F(SetupTest, PagesThatNobodyLookedAtAreCreatedInOrderAndStored) {
 
 TEST_F(SetupTest, ClicksOnLecsAndLesKeepTheAddressThatWasTyped) {
     start({"--frozen", "--adapters", "1"});
-    configure([&] {  // the first client uses the LECS
-        enter(networkPrefixED, "39");
-        const std::string own = text(esiSelectorED);
+    const std::string digits = "4700790000000000000000000000A03E00000100", zeros(24, '0');
+    const auto expectAddress = [&](const std::string& prefix, const std::string& esi) {
+        std::string shown = text(networkPrefixED) + text(esiSelectorED);
+        std::erase_if(shown, [](char c) { return c == ':' || c == '-'; });
+        EXPECT_EQ(shown, prefix + esi);
+    };
+    configure([&] {
+        enter(networkPrefixED, "39");  // the first client uses the LECS
+        const char* own = "00a03e00000100";
         for (const char* typed : {"", "41"}) {
             if (*typed) enter(networkPrefixED, typed);
             press(lecsRB);
-            EXPECT_EQ(text(networkPrefixED), "47:00:79:00:00:00:00:00:00:00:00:00:00") << typed;
-            EXPECT_EQ(text(esiSelectorED), "00:A0:3E:00:00:01-00") << typed;
+            expectAddress(digits, "");
         }
         press(lesRB);
-        EXPECT_EQ(text(networkPrefixED), "39:00:00:00:00:00:00:00:00:00:00:00:00");
-        EXPECT_EQ(text(esiSelectorED), own);
+        expectAddress("39" + zeros, own);
         enter(networkPrefixED, "43");
         press(lesRB);
-        EXPECT_EQ(text(networkPrefixED), "43:00:00:00:00:00:00:00:00:00:00:00:00");
-        user->key("Escape");
+        expectAddress("43" + zeros, own);
+        tab(3);
+        enter(networkPrefixED, "47123456");
+        press(lecsRB);
+        press(lecsRB);
+        expectAddress(digits, "");
+        press(lesRB);
+        expectAddress("47123456" + zeros.substr(6), "00a03e00001112");
+        press(lecsRB);
+        press(okBTN);
     });
+    EXPECT_EQ(atmDevices.lec[0][2].useLecs, 1);
+    EXPECT_EQ(atmDevices.lec[0][2].address.digits(), digits);
 }
 
 TEST_F(SetupTest, NoRoutedPvcIsSelectedBeforeSomebodySelectsOne) {
@@ -83,12 +91,24 @@ TEST_F(SetupTest, NoRoutedPvcIsSelectedBeforeSomebodySelectsOne) {
         "ip1577Page");
 }
 
-TEST_F(SetupTest, AFailedSaveWithoutAChangeSpeaksOfNone) {
+TEST_F(SetupTest, AFailedSaveIsSaidOnceAndOfAChangeOnlyWhenThereIsOne) {
     start({"--frozen", "--adapters", "1,2"});
     std::filesystem::remove(root.at(parameterFile));
     std::filesystem::create_directory(root.at(parameterFile));
-    EXPECT_EQ(boxesOf([&] { configure([&] { press(okBTN); }); }), Names{"Configuration Error"});
-    EXPECT_EQ(boxText, "Unable to save the configuration:/etc/atm/tvconf: Is a directory");
+    const std::string failed = "Unable to save the configuration:/etc/atm/tvconf: Is a directory";
+    for (const bool changed : {false, true}) {
+        const auto session = [&] {
+            configure([&] {
+                if (changed) enter(elanNameED, "other");
+                press(okBTN);
+            });
+        };
+        EXPECT_EQ(boxesOf(session), Names{"Configuration Error"});
+        EXPECT_EQ(boxText,
+                  failed + (changed ? "The driver keeps what it accepted; the file was not updated." : ""));
+        EXPECT_EQ(window->cursor(), zArrowCursor);
+    }
+    EXPECT_NE(dump().find("config lec 1.1 elanName \"other\""), std::string::npos);
 }
 
 // The last sentence of the box says only what is so.

@@ -38,13 +38,6 @@ TEST_F(StatisticsTest, OnlyThePageOnTopAsksTheDriver) {
 
 TEST_F(StatisticsTest, TheServersPagesBelongToTheAdvancedSettings) {
     start({"--frozen", "--adapters", "1"});
-    const auto pages = [this] {
-        Lines names;
-        for (const char* page :
-             {"signallingStats", "aal5Stats", "lecStats", "lesStats", "lecsStats", "ip1577Stats"})
-            if (XtNameToWidget(dialog, (std::string("*") + page).c_str())) names.push_back(page);
-        return names;
-    };
     const auto captions = [this] {
         Lines all;
         for (int i = 0; const Widget sheet = XmTabStackIndexToWidget(named("pages"), i); ++i)
@@ -53,10 +46,7 @@ TEST_F(StatisticsTest, TheServersPagesBelongToTheAdvancedSettings) {
     };
     advSettings = 0;
     openDialog();
-    const Lines few{"signallingStats", "aal5Stats", "lecStats", "ip1577Stats"};
-    EXPECT_EQ(pages(), few);
-    advSettings = 1;
-    EXPECT_EQ(pages(), few) << "an open dialog stays as it is";
+    advSettings = 1;  // an open dialog stays as it is
     EXPECT_EQ(captions(), (Lines{"Signalling", "AAL5", "LEC ...", "1577"}));
     press("close");
     openDialog();

@@ -304,17 +304,6 @@ TEST_F(StatisticsTest, WhatHasNoCaptionHasATooltip) {
     }
 }
 
-TEST_F(StatisticsTest, TablesGrowShrinkAndEmptyWithTheDriver) {
-    startOn("lecStats", "set lec 1.1 state 6");
-    for (const int rows : {0, 13, 14, 1, 0, 1500, 27, 0}) {
-        ctl(fmt::format("rows lec 1.1 {}", rows));
-        if (rows) ctl(fmt::format("set lec 1.1 row {0} txPackets 1{0}", rows));
-        expectRows("lecTable", rows);
-        if (rows) expectCell("lecTable", 3, rows, fmt::format("1{}", rows));
-        EXPECT_EQ(tableLines("lecTable").size(), static_cast<std::size_t>(rows) + 1);
-    }
-}
-
 // A service that fails and comes back in the state that it had, on every page that has one.
 TEST_F(StatisticsTest, AFailureEmptiesThePageUntilTheDriverAnswersAgain) {
     const struct {

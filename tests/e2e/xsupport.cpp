@@ -202,12 +202,6 @@ std::string XUser::titleOf(Widget shell) {
     return title;
 }
 
-Widget XUser::shellTitled(const std::string& title) const {
-    for (const Widget shell : mappedShells(application_))
-        if (titleOf(shell) == title) return shell;
-    return nullptr;
-}
-
 Widget XUser::shellLike(const std::string& beginning) const {
     for (const Widget shell : mappedShells(application_))
         if (titleOf(shell).starts_with(beginning)) return shell;

@@ -56,9 +56,8 @@ class XUser {
     // Calls `action` from the event loop, also from a modal one, as soon as the condition holds.
     void when(std::function<bool()> condition, std::function<void()> action);
 
-    // The mapped shell with this title, or null.
-    Widget shellTitled(const std::string& title) const;
-    Widget shellLike(const std::string& beginning) const;  // whose title begins so
+    // The mapped shell whose title begins so, or null.
+    Widget shellLike(const std::string& beginning) const;
     static std::string titleOf(Widget shell);
     static std::string messageOf(Widget shell);  // the text of a message box
     static std::string labelOf(Widget control, const char* resource = "labelString");

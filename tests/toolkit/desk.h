@@ -40,11 +40,11 @@ class DeskTest : public testing::Test {
     void SetUp() override {
         ASSERT_TRUE(desk().open);
         window.show();
-        ASSERT_TRUE(user.until([this] { return user.shellTitled(XUser::titleOf(window.shell())); }));
+        ASSERT_TRUE(user.until([this] { return user.shellLike(XUser::titleOf(window.shell())); }));
         user.focus(window.shell());
         user.settle();
     }
     std::function<bool()> shown(const char* title) const {
-        return [this, title] { return user.shellTitled(title) != nullptr; };
+        return [this, title] { return user.shellLike(title) != nullptr; };
     }
 };

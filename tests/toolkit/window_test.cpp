@@ -101,7 +101,7 @@ TEST_F(WindowTest, AMessageBoxKeepsClicksFromTheWindowBehind) {
     });
     zMessageBox(application, window.shell(), zMessageStyle::warning, "Two\nlines", "A title");
     user.settle();
-    EXPECT_FALSE(user.shellTitled("A title"));
+    EXPECT_FALSE(user.shellLike("A title"));
     EXPECT_EQ(clicksBehind, 0);
 }
 
@@ -119,11 +119,11 @@ TEST_F(WindowTest, AWindowUnderAModalOneIsNotClosed) {
         user.when(shown("A title"), [&] {
             ask(window.shell());
             ask(dialog.shell());
-            EXPECT_TRUE(user.shellTitled("A title"));
-            ask(user.shellTitled("A title"));
+            EXPECT_TRUE(user.shellLike("A title"));
+            ask(user.shellLike("A title"));
         });
         zMessageBox(application, dialog.shell(), zMessageStyle::warning, "Text", "A title");
-        EXPECT_TRUE(user.shellTitled("Above"));
+        EXPECT_TRUE(user.shellLike("Above"));
         ask(dialog.shell());
     });
     dialog.runModal();
@@ -136,7 +136,7 @@ TEST_F(WindowTest, AWindowUnderAModalOneIsNotClosed) {
 TEST_F(WindowTest, WhatHasEndedHearsNoLateRequestToClose) {
     const auto closeTwice = [&](const char* title) {
         user.when(shown(title), [&, title] {
-            const Widget shell = user.shellTitled(title);
+            const Widget shell = user.shellLike(title);
             user.askToClose(shell);
             user.askToClose(shell);
         });
