@@ -4,6 +4,7 @@
 #include "config/pvcfile.h"
 #include "fixture.h"
 #include "tests/support/failingfiles.h"
+#include "tests/support/logcapture.h"
 #include "tests/support/temproot.h"
 
 #include <cerrno>
@@ -20,7 +21,7 @@ struct DriverPdf : testing::Test {
     TempRoot root;
     AtmDevices devices;
     DriverPdfEdit editor{nullptr, false, devices};
-    FlushedLog log;
+    LogCapture log;
 
     void load(const std::string& content) {
         root.write(file, content);

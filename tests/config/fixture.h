@@ -1,9 +1,6 @@
 // A parameter file of one adapter with comments and odd layout, and its list files.
 #pragma once
 
-#include "platform/debuglog.h"
-
-#include <sstream>
 #include <string>
 
 inline std::string adapterText(int adapter) {
@@ -68,20 +65,3 @@ constexpr const char* routedText = R"(# routed
 )";
 constexpr const char* bridgedText = "[PVC\nRate=5\nAddr=00a03e000001\nVC=-1\nBcast=1\nEncap=1\n]\n";
 constexpr const char* clientText = "00a03e000001/00\n00a03e000002/01\n";
-
-// What reaches the debug log while it lives: only what is flushed, as whoever follows a save that takes long,
-// or hangs, has to see where it is.
-class FlushedLog : public std::stringbuf {
-  public:
-    FlushedLog() { tvlog.divert(this); }
-    ~FlushedLog() override { tvlog.divert(nullptr); }
-
-    std::string text;
-
-  protected:
-    int sync() override {
-        text += str();
-        str("");
-        return 0;
-    }
-};

@@ -3,6 +3,7 @@
 
 #include "fixture.h"
 #include "tests/support/failingfiles.h"
+#include "tests/support/logcapture.h"
 #include "tests/support/temproot.h"
 
 #include <cerrno>
@@ -60,7 +61,7 @@ TEST(PvcFile, WhatIsTakenFromOddText) {
         {vci("-32769"), {32767}, {0}, beyond + "-32769\n"},
     };
     for (const auto& c : cases) {
-        const FlushedLog log;
+        const LogCapture log;
         const auto list = routed(c.text);
         std::vector<int> vcis, rates;
         for (const AtmRoutedPvc& pvc : list) vcis.push_back(pvc.vci), rates.push_back(pvc.rate);
@@ -68,7 +69,7 @@ TEST(PvcFile, WhatIsTakenFromOddText) {
         EXPECT_EQ(rates, c.rates) << c.text;
         EXPECT_EQ(log.text, c.logged);
     }
-    const FlushedLog log;
+    const LogCapture log;
     std::vector<esiSelector> clients;
     parseList("00a03e000001/00\n\n 00a03e00000\n2x01 00a03e000003", "list", clients);
     EXPECT_EQ(clients.size(), 2U);

@@ -26,29 +26,6 @@ TEST(DaiApi, AFailedOpenGivesNoDescriptorAndZeroIsNotClosed) {
     EXPECT_TRUE(driver.closed().empty());
 }
 
-TEST(DaiApi, SystemErrorsBecomeDriverCodes) {
-    const int codes[][2] = {{ENOENT, 201}, {ENXIO, 201}, {ENODEV, 201}, {EACCES, 203},
-                            {EINVAL, 206}, {132, 205},   {EBUSY, 202},  {ENOBUFS, 205},
-                            {EIO, 207},    {ETIME, 207}, {0, 207},      {-1, 207}};
-    for (const auto& [error, code] : codes) EXPECT_EQ(dai_syserr(error), code) << error;
-}
-
-TEST(DaiApi, EveryHeaderFieldHasItsPlace) {
-    const req_param_t header{.Prim = 0x0201,
-                             .Type = 0x0403,
-                             .Link = 0x05,
-                             .Unit = 0x06,
-                             .Size = 0x0807,
-                             .SzIO = 0x0a09,
-                             .RowM = 0x0c0b,
-                             .NRow = 0x0e0d,
-                             .Resp = 0x100f};
-    std::array<std::uint8_t, 16> wire{};
-    header.pack(wire);
-    EXPECT_EQ(hexText(wire), "01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10");
-    EXPECT_EQ(req_param_t::unpack(wire), header);
-}
-
 TEST(DaiApi, RefusesWhatIsNoMessageOrNoChannelWithoutACall) {
     ScriptedDriver driver;
     const struct {
@@ -76,9 +53,11 @@ TEST(ReqParam, OutcomesAndTheirTrace) {
         {Answer(), 0, 0},
         {Answer().resp(42), -1, 42},
         {Answer().unanswered(), -1, 57005},
-        {Answer().raw({}), -1, 57005},
         {Answer().error(EACCES), -1, 203},
         {Answer().error(EIO), -1, 207},
+        {Answer().error(ENODEV), -1, 201},
+        {Answer().error(EBUSY), -1, 202},
+        {Answer().error(132), -1, 205},
     };
     for (const auto& c : cases) {
         ScriptedDriver driver;

@@ -26,13 +26,15 @@ AtmLES server() {
     les.elanType = 0;
     return les;
 }
-AtmLECS configurationServer() {
+lecs_req settings() {
     AtmLECS lecs;
     lecs.address = "47007900000000000000000000112233445566ff";
     lecs.elanType = 2;
     lecs.etherMtuClass = 3;
     lecs.tokenRingMtuClass = 4;
-    return lecs;
+    lecs_req request;
+    request = lecs;
+    return request;
 }
 AtmIP1577 ipClient() {
     AtmIP1577 ip;
@@ -43,20 +45,9 @@ AtmIP1577 ipClient() {
     ip.pvcOnly = 1;
     return ip;
 }
-AtmBridgedPvc bridged() {
-    return {macAddress({0x00, 0xa0, 0x3e, 0x12, 0x34, 0x56}), 100, 1, 1, 155};
-}
-AtmRoutedPvc routed() {
-    return {ipAddress({10, 1, 2, 3}), 0x1234, 1, 1, 155};
-}
-esiSelector mapped() {
-    return esiSelector({1, 2, 3, 4, 5, 6, 7});
-}
-lecs_req settings() {
-    lecs_req request;
-    request = configurationServer();
-    return request;
-}
+const AtmBridgedPvc bridged{macAddress({0x00, 0xa0, 0x3e, 0x12, 0x34, 0x56}), 100, 1, 1, 155};
+const AtmRoutedPvc routed{ipAddress({10, 1, 2, 3}), 0x1234, 1, 1, 155};
+const lecs_req mapping = lecs_req::mapping(esiSelector({1, 2, 3, 4, 5, 6, 7}), 5);
 
 const char lecData[] =
     "00 00 00 00  47 00 79 00 00 00 00 00 00 00 00 00 00 00 a0 3e 00 00 01 07  02 00 00 00"
@@ -90,20 +81,20 @@ const Case cases[] = {
      ON(LecRequest, start(3, client()))},
     {"LEC_DISABLE", "11 00 02 00 02 03 10 00 10 00 00 00 00 00 ad de", "", ON(LecRequest, stop(3))},
     {"BRDG_PVCADD", "11 00 03 00 02 03 1c 00 1c 00 00 00 00 00 ad de", bridgedData,
-     ON(LecRequest, changePvc(3, PvcChange::add, bridged()))},
+     ON(LecRequest, changePvc(3, PvcChange::add, bridged))},
     {"LES_ENABLE", "12 00 01 00 02 07 44 00 44 00 00 00 00 00 ad de", lesData,
      ON(LesRequest, start(7, server()))},
     {"LECS_GO", "13 00 05 00 02 00 10 00 10 00 00 00 00 00 ad de", "", ON(lecsRequest, go())},
     {"LECS_SET_ADDR", "13 00 03 00 02 00 3c 00 3c 00 00 00 00 00 ad de", mappingData,
-     ON(lecsRequest, addClient(lecs_req::mapping(mapped(), 5)))},
+     ON(lecsRequest, addClient(mapping))},
     {"LECS_DEL_ADDR", "13 00 04 00 01 04 3c 00 3c 00 00 00 00 00 ad de", mappingData,
-     ON(lecsRequest, delClient(1, 4, lecs_req::mapping(mapped(), 5)))},
+     ON(lecsRequest, delClient(1, 4, mapping))},
     {"IPATM_INIT", "41 00 01 00 02 00 38 00 38 00 00 00 00 00 ad de", ipData,
      ON(IpRequest, start(ipClient()))},
     {"IPATM_PVCADD", "41 00 04 00 02 00 18 00 18 00 00 00 00 00 ad de", routedData,
-     ON(IpRequest, changePvc(PvcChange::add, routed()))},
+     ON(IpRequest, changePvc(PvcChange::add, routed))},
     {"IPATM_PVCMODIFY", "41 00 06 00 02 00 18 00 18 00 00 00 00 00 ad de", routedData,
-     ON(IpRequest, changePvc(PvcChange::modify, routed()))},
+     ON(IpRequest, changePvc(PvcChange::modify, routed))},
     {"DaiSigDbgTrace", "22 00 03 00 00 00 4c 00 1b 00 00 00 00 00 ad de", "00 00 00 00 00 00 00 00  00 04 01",
      [](DriverChannel& d) { return TraceRequest(d).switchTrace(TraceRequest::ilmi, true); }},
 };
@@ -134,7 +125,7 @@ TEST(ChangeRequests, NothingStaleLeaves) {
     driver.expectAny().data(reply).rows(7).rowMarker(9);
     block.start(1, client());
     driver.expect(std::string("11 00 03 00 00 02 1c 00 1c 00 00 00 00 00 ad de ") + bridgedData).data(reply);
-    block.changePvc(2, PvcChange::add, bridged());
+    block.changePvc(2, PvcChange::add, bridged);
     AtmLEC other = client();
     other.elanName = "x";
     driver.expectAny();
@@ -173,7 +164,7 @@ TEST(ChangeRequests, AMappingsBytesStandOnTheLogTenToALine) {
     ScriptedDriver driver;
     LogCapture log;
     driver.expectAny();
-    lecsRequest(driver.channel(), 0).addClient(lecs_req::mapping(mapped(), 5));
+    lecsRequest(driver.channel(), 0).addClient(mapping);
     EXPECT_NE(log.take().find("LECS_SET_ADDR\n"
                               "  0  0  0  0  0  0  0  0  0  0\n"
                               "  0  0  0  0  0  0  0  0  0  0\n"

@@ -7,12 +7,6 @@
 
 namespace {
 
-Finished ctl(const std::vector<std::string>& words) {
-    std::vector<std::string> all{Simulator::program(), "ctl"};
-    all.insert(all.end(), words.begin(), words.end());
-    return runProgram(all);
-}
-
 bool nodesStand(const TempRoot& root) {
     return root.exists("/dev/li") || root.exists("/dev/li.ctl");
 }
@@ -38,7 +32,7 @@ TEST(SimLife, OnlyOneLivesOnANodeAndAStaleNodeIsReplaced) {
     TempRoot root;
     {
         Simulator first;
-        const Finished second = runProgram({Simulator::program()});
+        const Finished second = runSimulator("");
         EXPECT_EQ(second.status, 1);
         EXPECT_EQ(second.out.find("ready"), std::string::npos);
         EXPECT_NE(second.err.find("already answers"), std::string::npos) << second.err;
@@ -53,57 +47,42 @@ TEST(SimLife, OnlyOneLivesOnANodeAndAStaleNodeIsReplaced) {
     }
     EXPECT_FALSE(nodesStand(root));
     root.write("/dev/li", "a file");
-    EXPECT_EQ(runProgram({Simulator::program()}).status, 1);
+    EXPECT_EQ(runSimulator("").status, 1);
     EXPECT_EQ(root.read("/dev/li"), "a file");
-}
-
-TEST(SimLife, WrongOptionsAreRefused) {
-    TempRoot root;
-    for (const std::vector<std::string>& options :
-         std::vector<std::vector<std::string>>{{"--adapters", "5"},
-                                               {"--adapters", "3-1"},
-                                               {"--adapters", "1,,2"},
-                                               {"--seed", "many"},
-                                               {"stray"}}) {
-        std::vector<std::string> words{Simulator::program()};
-        words.insert(words.end(), options.begin(), options.end());
-        const Finished ended = runProgram(words);
-        EXPECT_NE(ended.status, 0) << options[0];
-        EXPECT_FALSE(ended.err.empty()) << options[0];
-        EXPECT_FALSE(nodesStand(root)) << options[0];
-    }
 }
 
 TEST(SimCommands, RefusalsSayWhy) {
     TempRoot root;
-    EXPECT_EQ(ctl({"show"}).status, 1);  // nobody there
-    EXPECT_EQ(ctl({"help"}).status, 0);  // needs nobody
+    EXPECT_EQ(runSimulator("ctl show").status, 1);  // nobody there
+    EXPECT_EQ(runSimulator("ctl help").status, 0);  // needs nobody
     Simulator simulator({"--frozen", "--adapters", "1,3"});
-    const struct {
-        std::vector<std::string> words;
-        const char* says;
-    } cases[] = {
-        {{"no-such"}, "no-such"},
-        {{""}, "missing"},
-        {{"set", "lex", "1.1", "state", "6"}, "lex"},
-        {{"set", "lec", "2.1", "state", "6"}, "adapter 2 is not there"},
-        {{"set", "lec", "1.1", "colour", "6"}, "colour"},
-        {{"set", "lec", "1.1", "state", "six"}, "six"},
-        {{"set", "lec", "1.1", "mtu", "256"}, "256"},
-        {{"set", "ip", "1", "row", "1", "ip", "10.0.0.256"}, "10.0.0.256"},
-        {{"set", "lec", "1.1", "row", "0", "mac", "000000000000"}, "row"},
-        {{"unset", "lec", "1.1", "state"}, "not set"},
-        {{"rows", "lec", "1.1", "65536"}, "65535"},
-        {{"clock", "step", "-1"}, "-1"},
-        {{"fault", "lec.nothing", "every", "dead"}, "lec.nothing"},
-        {{"fault", "lec", "every", "errno", "EWHAT"}, "EWHAT"},
-        {{"quit", "now"}, "too many"},
+    const char* const cases[][2] = {
+        {"--adapters 5", "\"5\" is no list"},
+        {"--adapters 3-1", "\"3-1\" is no list"},
+        {"--adapters 1,,2", "\"1,,2\" is no list"},
+        {"--seed many", "many"},
+        {"stray", "stray"},
+        {"ctl no-such", "no-such"},
+        {"ctl set", "missing"},
+        {"ctl set lex 1.1 state 6", "lex"},
+        {"ctl set lec 2.1 state 6", "adapter 2 is not there"},
+        {"ctl set lec 1.1 colour 6", "colour"},
+        {"ctl set lec 1.1 state six", "six"},
+        {"ctl set lec 1.1 mtu 256", "256"},
+        {"ctl set ip 1 row 1 ip 10.0.0.256", "10.0.0.256"},
+        {"ctl set lec 1.1 row 0 mac 000000000000", "row"},
+        {"ctl unset lec 1.1 state", "not set"},
+        {"ctl rows lec 1.1 65536", "65535"},
+        {"ctl clock step -1", "-1"},
+        {"ctl fault lec.nothing every dead", "lec.nothing"},
+        {"ctl fault lec every errno EWHAT", "EWHAT"},
+        {"ctl quit now", "too many"},
     };
-    for (const auto& c : cases) {
-        const Finished ended = ctl(c.words);
-        EXPECT_EQ(ended.status, 1) << c.says;
-        EXPECT_EQ(ended.out, "") << c.says;
-        EXPECT_NE(ended.err.find(c.says), std::string::npos) << ended.err;
+    for (const auto& [words, says] : cases) {
+        const Finished ended = runSimulator(words);
+        EXPECT_NE(ended.status, 0) << words;
+        EXPECT_EQ(ended.out, "") << words;
+        EXPECT_NE(ended.err.find(says), std::string::npos) << words << ended.err;
     }
     EXPECT_EQ(simulator.ctl("fault"), "");  // a refused command leaves nothing behind
 }
@@ -141,15 +120,14 @@ TEST(SimCommands, TheLogShowsWhatCame) {
     client.call("1400 0100 00 01 2000 1000 0100 0000 adde");
     simulator.ctl("fault sig.link nth 1 resp 5");
     client.call("2100 0100 00 00 4c00 1000 0100 0000 adde");
-    EXPECT_EQ(simulator.ctl("log hex 3"), "1 t=0.000 c1 open read-only -> ok\n"
-                                          "2 t=0.000 c1 lec.state Prim 20 Type 1 Link 0 Unit 1 Size 32 SzIO "
-                                          "16 RowM 1 NRow 0 -> ok, 32 bytes, RowM 1 "
-                                          "NRow 0\n"
-                                          "  14 00 01 00 00 01 20 00 10 00 01 00 00 00 ad de\n"
-                                          "3 t=0.000 c1 sig.link Prim 33 Type 1 Link 0 Unit 0 Size 76 SzIO "
-                                          "16 RowM 1 NRow 0 -> Resp 5 (wrong size) "
-                                          "[fault 1 sig.link nth 1 (seen 1) resp 5]\n"
-                                          "  21 00 01 00 00 00 4c 00 10 00 01 00 00 00 ad de");
+    EXPECT_EQ(simulator.ctl("log hex 3"),
+              "1 t=0.000 c1 open read-only -> ok\n"
+              "2 t=0.000 c1 lec.state Prim 20 Type 1 Link 0 Unit 1 Size 32 SzIO 16 RowM 1 NRow 0 -> ok, "
+              "32 bytes, RowM 1 NRow 0\n"
+              "  14 00 01 00 00 01 20 00 10 00 01 00 00 00 ad de\n"
+              "3 t=0.000 c1 sig.link Prim 33 Type 1 Link 0 Unit 0 Size 76 SzIO 16 RowM 1 NRow 0 -> Resp 5 "
+              "(wrong size) [fault 1 sig.link nth 1 (seen 1) resp 5]\n"
+              "  21 00 01 00 00 00 4c 00 10 00 01 00 00 00 ad de");
     client.send(hex("02 00"));
     EXPECT_TRUE(client.receive().value().empty());
     EXPECT_EQ(simulator.ctl("log 1"), "4 t=0.000 c1 malformed packet of 2 bytes -> hung up");

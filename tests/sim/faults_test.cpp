@@ -16,9 +16,7 @@ constexpr char lecTable[] = "1400 0400 00 00 a000 1000 0100 0200 adde";
 RawBytes ioctlPacket(std::int32_t id, std::string_view header) {
     RawBytes message = hex(header);
     message.resize(little(message, 6, 2));
-    RawBytes packet = ints({2, id, 0x4c00, 0, static_cast<std::int32_t>(message.size())});
-    packet.insert(packet.end(), message.begin(), message.end());
-    return packet;
+    return packet({2, id, 0x4c00, 0, static_cast<std::int32_t>(message.size())}, message);
 }
 
 }  // namespace
@@ -30,9 +28,7 @@ TEST(SimFaults, EachKindStrikesAsToldAndOnlyThen) {
     const auto good = client.call(lecTable);
     ASSERT_EQ(good.nRow(), 2);
     const auto reply = [](std::int32_t id, const RawBytes& message, std::int32_t error = 0) {
-        RawBytes packet = ints({id, error, 0, static_cast<std::int32_t>(message.size())});
-        packet.insert(packet.end(), message.begin(), message.end());
-        return packet;
+        return packet({id, error, 0, static_cast<std::int32_t>(message.size())}, message);
     };
     const auto with = [&](std::size_t offset, std::string_view word, RawBytes message) {
         const RawBytes value = hex(word);
@@ -95,14 +91,12 @@ TEST(SimFaults, LateSilentAndHangUp) {
 TEST(SimFaults, PrivilegeDecidesWhatMayBeChanged) {
     Running sim;
     constexpr char lecStop[] = "1100 0200 00 00 1000 1000 0000 0000 adde";
-    constexpr char lesStop[] = "1200 0200 00 00 1000 1000 0000 0000 adde";
-    constexpr char lecsStop[] = "1300 0200 00 00 1000 1000 0000 0000 adde";
-    constexpr char ipStop[] = "4100 0200 00 00 1000 1000 0000 0000 adde";
     constexpr char trace[] = "2200 0300 00 00 4c00 1b00 0000 0000 adde";
     RawClient reader(sim.node()), writer(sim.node(), 2);
     ASSERT_EQ(writer.openError, 0);
     EXPECT_EQ(RawClient(sim.node(), 1).openError, EINVAL);
-    for (const char* request : {lecStop, lesStop, lecsStop, ipStop}) {
+    for (const std::string service : {"11", "12", "13", "41"}) {
+        const std::string request = service + std::string(lecStop).substr(2);
         EXPECT_EQ(reader.call(request).error, EACCES) << request;
         EXPECT_EQ(writer.call(request).resp(), 0) << request;
     }
@@ -151,19 +145,19 @@ TEST(SimFaults, GarbageDoesNoHarm) {
     std::optional<RawClient> client(std::in_place, sim.node(), 2);
     unsigned hangUps = 0, answers = 0;
     for (int i = 0; i < 20000; ++i) {
-        RawBytes packet;
+        RawBytes bytes;
         if (i % 4 == 0) {
-            packet.resize(below(i % 64 == 0 ? 70000 : 80));
-            for (auto& byte : packet) byte = static_cast<std::uint8_t>(random());
-            if (i % 8 == 0 && packet.size() >= 4) packet[0] = 2, packet[1] = packet[2] = packet[3] = 0;
+            bytes.resize(below(i % 64 == 0 ? 70000 : 80));
+            for (auto& byte : bytes) byte = static_cast<std::uint8_t>(random());
+            if (i % 8 == 0 && bytes.size() >= 4) bytes[0] = 2, bytes[1] = bytes[2] = bytes[3] = 0;
         } else {
-            packet = ioctlPacket(i, seeds[below(std::size(seeds))]);
+            bytes = ioctlPacket(i, seeds[below(std::size(seeds))]);
             for (unsigned changes = below(4); changes-- > 0;)
-                packet[i % 3 ? 20 + below(16) : below(static_cast<std::uint32_t>(packet.size()))] =
+                bytes[i % 3 ? 20 + below(16) : below(static_cast<std::uint32_t>(bytes.size()))] =
                     static_cast<std::uint8_t>(random());
-            if (below(16) == 0) packet.resize(below(static_cast<std::uint32_t>(packet.size()) + 40));
+            if (below(16) == 0) bytes.resize(below(static_cast<std::uint32_t>(bytes.size()) + 40));
         }
-        const bool sent = client->send(packet);
+        const bool sent = client->send(bytes);
         const auto reply = sent ? client->receive() : RawBytes{};
         ASSERT_TRUE(reply.has_value()) << "no answer to packet " << i;
         if (!reply->empty())
@@ -187,6 +181,6 @@ TEST(SimFaults, AClientThatNeverReadsStopsNobody) {
     ASSERT_TRUE(deaf.send(query));
     // As many as the socket takes; a blocking send would wait for ever once the simulator stops reading.
     for (int i = 0; i < 20000; ++i)
-        if (!deaf.sendNow(query)) break;
+        if (!deaf.send(query, MSG_DONTWAIT)) break;
     for (int i = 0; i < 50; ++i) EXPECT_EQ(other.call(lecState).resp(), 0);
 }

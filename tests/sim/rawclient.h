@@ -5,7 +5,6 @@
 
 #include <cerrno>
 #include <cstdint>
-#include <cstring>
 #include <optional>
 #include <poll.h>
 #include <string>
@@ -17,24 +16,12 @@
 
 using RawBytes = ByteVector;
 
-inline RawBytes hex(std::string_view text) {
-    return hexBytes(text);
-}
+inline constexpr auto& hex = hexBytes;
 
 inline RawBytes slice(const RawBytes& bytes, std::size_t offset, std::size_t width) {
     RawBytes part;
     for (std::size_t i = 0; i < width; ++i) part.push_back(bytes.at(offset + i));
     return part;
-}
-
-inline RawBytes ints(std::initializer_list<std::int32_t> values) {
-    RawBytes bytes(values.size() * 4);
-    std::size_t at = 0;
-    for (const std::int32_t value : values) {
-        std::memcpy(bytes.data() + at, &value, 4);
-        at += 4;
-    }
-    return bytes;
 }
 
 class RawClient {
@@ -47,7 +34,7 @@ class RawClient {
         if (::connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
             openError = errno;
         else if (flags) {
-            send(ints({1, ++id, *flags}));
+            send(packet({1, ++id, *flags}));
             const auto reply = receive();
             openError = reply && reply->size() == 8 ? static_cast<int>(little(*reply, 4, 4)) : -1;
         }
@@ -56,30 +43,23 @@ class RawClient {
     RawClient(const RawClient&) = delete;
     RawClient& operator=(const RawClient&) = delete;
 
-    // False when the peer has gone.
-    bool send(const RawBytes& packet) const {
-        return ::send(socket_, packet.data(), packet.size(), MSG_NOSIGNAL) >= 0;
-    }
-
-    // False when it cannot be sent without waiting.
-    bool sendNow(const RawBytes& packet) const {
-        return ::send(socket_, packet.data(), packet.size(), MSG_NOSIGNAL | MSG_DONTWAIT) >= 0;
+    // False when the peer has gone, or, with MSG_DONTWAIT, when it would have to wait.
+    bool send(const RawBytes& bytes, int flags = 0) const {
+        return ::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL | flags) >= 0;
     }
 
     // The next packet; empty when the peer has closed, nothing when none comes in time.
     std::optional<RawBytes> receive(int milliseconds = 20000) const {
         pollfd watched{socket_, POLLIN, 0};
         if (::poll(&watched, 1, milliseconds) <= 0) return std::nullopt;
-        RawBytes packet(70000);
-        const ssize_t length = ::recv(socket_, packet.data(), packet.size(), 0);
-        packet.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
-        return packet;
+        RawBytes bytes(70000);
+        const ssize_t length = ::recv(socket_, bytes.data(), bytes.size(), 0);
+        bytes.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
+        return bytes;
     }
 
     void ask(const RawBytes& message) {
-        RawBytes packet = ints({2, ++id, 0x4c00, 0, static_cast<std::int32_t>(message.size())});
-        packet.insert(packet.end(), message.begin(), message.end());
-        send(packet);
+        send(packet({2, ++id, 0x4c00, 0, static_cast<std::int32_t>(message.size())}, message));
     }
 
     struct Reply {
@@ -95,11 +75,11 @@ class RawClient {
 
     Reply call(const RawBytes& message) {
         ask(message);
-        const auto packet = receive();
-        if (!packet || packet->size() < 16 || little(*packet, 0, 4) != static_cast<std::uint64_t>(id) ||
-            little(*packet, 8, 4) != 0 || little(*packet, 12, 4) != packet->size() - 16)
+        const auto reply = receive();
+        if (!reply || reply->size() < 16 || little(*reply, 0, 4) != static_cast<std::uint64_t>(id) ||
+            little(*reply, 8, 4) != 0 || little(*reply, 12, 4) != reply->size() - 16)
             return {};
-        return {static_cast<int>(little(*packet, 4, 4)), slice(*packet, 16, packet->size() - 16)};
+        return {static_cast<int>(little(*reply, 4, 4)), slice(*reply, 16, reply->size() - 16)};
     }
     // A request of 16 header bytes in hexadecimal, with as much room behind as its Size says.
     Reply call(std::string_view header) {

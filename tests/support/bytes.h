@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
+#include <initializer_list>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -18,6 +20,14 @@ inline ByteVector hexBytes(std::string_view text) {
     ByteVector bytes;
     for (std::size_t i = 0; i + 1 < digits.size(); i += 2)
         bytes.push_back(static_cast<std::uint8_t>(std::stoi(digits.substr(i, 2), nullptr, 16)));
+    return bytes;
+}
+
+// A packet of the device's socket: words of 32 bits, and bytes behind them.
+inline ByteVector packet(std::initializer_list<std::int32_t> words, std::span<const std::uint8_t> rest = {}) {
+    ByteVector bytes(words.size() * sizeof(std::int32_t));
+    std::memcpy(bytes.data(), words.begin(), bytes.size());
+    bytes.insert(bytes.end(), rest.begin(), rest.end());
     return bytes;
 }
 

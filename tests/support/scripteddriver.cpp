@@ -28,8 +28,7 @@ int Answer::apply(std::span<std::uint8_t> message) const {
             std::ranges::copy(bytes.first(std::min(bytes.size(), message.size() - at)),
                               message.begin() + static_cast<std::ptrdiff_t>(at));
     };
-    put(raw_ ? 0 : headerSize, data_);
-    if (raw_) return 0;
+    put(headerSize, data_);
     for (const auto& [offset, value] : header_)
         put(offset, ByteVector{static_cast<std::uint8_t>(value), static_cast<std::uint8_t>(value >> 8)});
     return 0;

@@ -12,9 +12,9 @@
 #pragma once
 
 #include "driver/channel.h"
-#include "platform/debuglog.h"
 #include "platform/device.h"
 #include "tests/support/bytes.h"
+#include "tests/support/logcapture.h"
 
 #include <cstdint>
 #include <deque>
@@ -22,7 +22,6 @@
 #include <map>
 #include <optional>
 #include <span>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -43,16 +42,12 @@ class Answer {
     Answer& unanswered() { return resp(0xDEAD); }  // Resp is left as it was sent
     Answer& header(std::size_t offset, std::uint16_t value) { return header_[offset] = value, *this; }
     Answer& error(int number) { return error_ = number, *this; }  // the call fails with this errno
-    // Exactly these leading bytes of the message and nothing else.
-    Answer& raw(ByteVector bytes) { return data_ = std::move(bytes), raw_ = true, *this; }
-
     // Carries it out on a message. Returns what the call returns.
     int apply(std::span<std::uint8_t> message) const;
 
   private:
     std::map<std::size_t, std::uint16_t> header_{{14, 0}};
     ByteVector data_;
-    bool raw_ = false;
     int error_ = 0;
 };
 
@@ -103,23 +98,4 @@ class ScriptedDriver : public platform::Device {
     std::vector<std::string> opened_;
     std::vector<int> closed_;
     platform::Device* before_;
-};
-
-// What is written to the debug log while it lives.
-class LogCapture {
-  public:
-    LogCapture() { tvlog.divert(&buffer_); }
-    ~LogCapture() { tvlog.divert(nullptr); }
-    LogCapture(const LogCapture&) = delete;
-    LogCapture& operator=(const LogCapture&) = delete;
-
-    // The text since the last call.
-    std::string take() {
-        const std::string text = buffer_.str();
-        buffer_.str({});
-        return text;
-    }
-
-  private:
-    std::stringbuf buffer_;
 };

@@ -2,12 +2,11 @@
 
 #include "platform/root.h"
 
-#include <array>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <poll.h>
+#include <iterator>
 #include <spawn.h>
 #include <sstream>
 #include <stdexcept>
@@ -21,7 +20,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A sanitized build on a busy machine needs a while to start; a healthy one never gets near this.
+// A sanitized build on a busy machine needs a while to end; a healthy one never gets near this.
 constexpr std::chrono::seconds patience{30};
 
 struct Pipe {
@@ -39,19 +38,34 @@ struct Pipe {
     }
 };
 
-pid_t spawn(const std::vector<std::string>& words, Pipe* out, Pipe* err) {
-    std::vector<char*> argv;
+std::string readAll(int from) {
+    std::string text;
+    char part[4096];
+    for (ssize_t length; (length = ::read(from, part, sizeof part)) > 0;)
+        text.append(part, static_cast<std::size_t>(length));
+    return text;
+}
+
+std::vector<std::string> wordsOf(std::string_view line) {
+    std::istringstream in{std::string(line)};
+    return {std::istream_iterator<std::string>(in), {}};
+}
+
+// Starts the simulator.
+pid_t spawn(const std::vector<std::string>& words, Pipe& out, Pipe* err) {
+    std::string program = TVSIM_PROGRAM;
+    std::vector<char*> argv{program.data()};
     for (const std::string& word : words) argv.push_back(const_cast<char*>(word.c_str()));
     argv.push_back(nullptr);
     posix_spawn_file_actions_t actions;
     ::posix_spawn_file_actions_init(&actions);
-    if (out) ::posix_spawn_file_actions_adddup2(&actions, out->ends[1], STDOUT_FILENO);
+    ::posix_spawn_file_actions_adddup2(&actions, out.ends[1], STDOUT_FILENO);
     if (err) ::posix_spawn_file_actions_adddup2(&actions, err->ends[1], STDERR_FILENO);
     pid_t pid = -1;
     const int error = ::posix_spawn(&pid, argv[0], &actions, nullptr, argv.data(), environ);
     ::posix_spawn_file_actions_destroy(&actions);
-    if (error) throw std::runtime_error(words[0] + " cannot be started");
-    if (out) out->closeEnd(1);
+    if (error) throw std::runtime_error(program + " cannot be started");
+    out.closeEnd(1);
     if (err) err->closeEnd(1);
     return pid;
 }
@@ -65,28 +79,12 @@ int waitFor(pid_t pid) {
 
 }  // namespace
 
-std::string Simulator::program() {
-    return TVSIM_PROGRAM;
-}
-
-Finished runProgram(const std::vector<std::string>& words) {
+Finished runSimulator(std::string_view line) {
     Pipe out, err;
-    const pid_t pid = spawn(words, &out, &err);
+    const pid_t pid = spawn(wordsOf(line), out, &err);
     Finished result;
-    std::array<pollfd, 2> watched{{{out.ends[0], POLLIN, 0}, {err.ends[0], POLLIN, 0}}};
-    std::array<std::string*, 2> texts{&result.out, &result.err};
-    while (watched[0].fd >= 0 || watched[1].fd >= 0) {
-        if (::poll(watched.data(), watched.size(), -1) < 0) continue;
-        for (std::size_t i = 0; i < watched.size(); ++i) {
-            if (!watched[i].revents) continue;
-            char part[4096];
-            const ssize_t length = ::read(watched[i].fd, part, sizeof part);
-            if (length > 0)
-                texts[i]->append(part, static_cast<std::size_t>(length));
-            else
-                watched[i].fd = -1;
-        }
-    }
+    result.out = readAll(out.ends[0]);
+    result.err = readAll(err.ends[0]);
     result.status = waitFor(pid);
     return result;
 }
@@ -98,21 +96,14 @@ void writeSampleConfiguration(const TempRoot& root) {
 
 Simulator::Simulator(const std::vector<std::string>& options)
     : commandNode_(platform::hostPath("/dev/li.ctl").text) {
-    std::vector<std::string> words{program()};
-    words.insert(words.end(), options.begin(), options.end());
     Pipe out;
-    pid_ = spawn(words, &out, nullptr);
-    std::string line;
-    const auto deadline = std::chrono::steady_clock::now() + patience;
-    // Lines of other origin (the parameter file's reader prints some) may come first.
-    while (!line.starts_with("ready ") || !line.ends_with('\n')) {
+    pid_ = spawn(options, out, nullptr);
+    // Lines of other origin (the parameter file's reader prints some) may come first. One that hangs here
+    // is waited for until the test's time limit.
+    for (std::string line; !line.starts_with("ready ") || !line.ends_with('\n');) {
         if (line.ends_with('\n')) line.clear();
-        const auto left =
-            std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-        pollfd watched{out.ends[0], POLLIN, 0};
         char c = 0;
-        if (left.count() <= 0 || ::poll(&watched, 1, static_cast<int>(left.count())) <= 0 ||
-            ::read(out.ends[0], &c, 1) != 1) {
+        if (::read(out.ends[0], &c, 1) != 1) {
             ::kill(pid_, SIGKILL);
             waitFor(pid_);
             throw std::runtime_error("the simulator did not get ready");
@@ -142,8 +133,7 @@ int Simulator::wait() {
 
 std::string Simulator::ctl(std::string_view line) const {
     std::string command;
-    std::istringstream in{std::string(line)};
-    for (std::string word; in >> word;) command.append(word).push_back('\0');
+    for (const std::string& word : wordsOf(line)) command.append(word).push_back('\0');
 
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
@@ -153,9 +143,7 @@ std::string Simulator::ctl(std::string_view line) const {
     if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
         ::send(socket, command.data(), command.size(), MSG_NOSIGNAL);
         ::shutdown(socket, SHUT_WR);
-        char part[4096];
-        for (ssize_t length; (length = ::recv(socket, part, sizeof part, 0)) > 0;)
-            reply.append(part, static_cast<std::size_t>(length));
+        reply = readAll(socket);
     }
     ::close(socket);
     if (reply.empty()) throw std::runtime_error(std::string(line) + ": the simulator does not answer");

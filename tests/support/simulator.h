@@ -16,8 +16,8 @@ struct Finished {
     std::string out, err;
 };
 
-// Runs the program to its end and collects what it prints.
-Finished runProgram(const std::vector<std::string>& words);
+// Runs "tvsim" with the words of the line, split at blanks, to its end and collects what it prints.
+Finished runSimulator(std::string_view line);
 
 // Copies the sample configuration below the root.
 void writeSampleConfiguration(const TempRoot& root);
@@ -39,8 +39,6 @@ class Simulator {
     int wait();
 
     pid_t pid() const { return pid_; }
-
-    static std::string program();
 
   private:
     pid_t pid_ = -1;
