@@ -1,5 +1,6 @@
 // The device calls over a socket, against a peer that answers each request with the packets of a script.
 #include "platform/device.h"
+#include "tests/support/bytes.h"
 #include "tests/support/temproot.h"
 
 #include <cerrno>
@@ -16,31 +17,23 @@
 
 namespace {
 
-using Packet = std::vector<char>;
-
-Packet packet(std::initializer_list<std::int32_t> words, std::string_view bytes = {}) {
-    const auto* from = reinterpret_cast<const char*>(words.begin());
-    Packet all(from, from + words.size() * sizeof(std::int32_t));
-    all.insert(all.end(), bytes.begin(), bytes.end());
-    return all;
+ByteVector bytes(std::string_view text) {
+    return {text.begin(), text.end()};
 }
 
-std::int32_t wordAt(const Packet& bytes, std::size_t index) {
-    std::int32_t word = -1;
-    if (bytes.size() >= (index + 1) * sizeof word)
-        std::memcpy(&word, bytes.data() + index * sizeof word, sizeof word);
-    return word;
+std::int32_t idOf(const ByteVector& request) {
+    return request.size() < 8 ? -1 : static_cast<std::int32_t>(little(request, 4, 4));
 }
 
 // One packet of an answer: the request's id and `later`, or no id at all, then the bytes.
 struct Reply {
     std::optional<std::int32_t> later;
-    Packet rest;
+    ByteVector rest;
 };
 using Step = std::vector<Reply>;  // what the peer sends for one request; after the last step it hangs up
 
-Step answer(std::initializer_list<std::int32_t> words, std::string_view bytes = {}) {
-    return {{0, packet(words, bytes)}};
+Step answer(std::initializer_list<std::int32_t> words, std::string_view text = {}) {
+    return {{0, packet(words, bytes(text))}};
 }
 
 class Peer {
@@ -56,15 +49,14 @@ class Peer {
         thread_ = std::thread([this, steps = std::move(steps), openError] {
             const int connection = ::accept(listener_, nullptr, nullptr);
             requests.push_back(receive(connection));
-            send(connection, packet({wordAt(requests[0], 1), openError}));
+            send(connection, packet({idOf(requests[0]), openError}));
             for (const Step& step : steps) {
                 requests.push_back(receive(connection));
                 if (requests.back().empty()) break;
                 for (const Reply& reply : step) {
-                    Packet bytes =
-                        reply.later ? packet({wordAt(requests.back(), 1) + *reply.later}) : Packet();
-                    bytes.insert(bytes.end(), reply.rest.begin(), reply.rest.end());
-                    send(connection, bytes);
+                    const ByteVector& rest = reply.rest;
+                    send(connection,
+                         reply.later ? packet({idOf(requests.back()) + *reply.later}, rest) : rest);
                 }
             }
             ::close(connection);
@@ -79,17 +71,17 @@ class Peer {
         ::close(listener_);
     }
 
-    std::vector<Packet> requests;  // to be read after finish()
+    std::vector<ByteVector> requests;  // to be read after finish()
 
   private:
-    static Packet receive(int connection) {
-        Packet bytes(70000);
-        const ssize_t length = ::recv(connection, bytes.data(), bytes.size(), 0);
-        bytes.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
-        return bytes;
+    static ByteVector receive(int connection) {
+        ByteVector request(70000);
+        const ssize_t length = ::recv(connection, request.data(), request.size(), 0);
+        request.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
+        return request;
     }
-    static void send(int connection, const Packet& bytes) {
-        ::send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+    static void send(int connection, const ByteVector& reply) {
+        ::send(connection, reply.data(), reply.size(), MSG_NOSIGNAL);
     }
 
     int listener_ = -1;
@@ -110,7 +102,7 @@ std::string failure(int error) {
     return fmt::format("{} abcdefgh 8", std::strerror(error));
 }
 
-const Reply goodReply{0, packet({0, 0, 8}, "ABCDEFGH")};
+const Reply goodReply{0, packet({0, 0, 8}, bytes("ABCDEFGH"))};
 
 }  // namespace
 
@@ -125,8 +117,8 @@ TEST(SocketDevice, AnswersGoodAndBad) {
         {"empty", answer({0, 0, 0}), "0 abcdefgh 0"},
         {"rval", answer({0, 5, 0}), "5 abcdefgh 0"},
         {"error", answer({EACCES, 0, 8}, "ABCDEFGH"), failure(EACCES)},
-        {"late first", {{-1, packet({0, 0, 8}, "XXXXXXXX")}, goodReply}, good},
-        {"too long but not ours first", {{1, packet({0, 0, 9}, "XXXXXXXXX")}, goodReply}, good},
+        {"late first", {{-1, packet({0, 0, 8}, bytes("XXXXXXXX"))}, goodReply}, good},
+        {"too long but not ours first", {{1, packet({0, 0, 9}, bytes("XXXXXXXXX"))}, goodReply}, good},
         {"without a message", answer({0, 0}), failure(EPROTO)},
         {"without a whole id", {{std::nullopt, {'x', 'y'}}}, failure(EPROTO)},
         {"no byte", {{std::nullopt, {}}}, failure(EPROTO)},
@@ -148,14 +140,14 @@ TEST(SocketDevice, AnswersGoodAndBad) {
         EXPECT_EQ(platform::device().close(descriptor), 0);
         peer.finish();
         EXPECT_EQ(peer.requests[0], packet({1, 1, 2}));
-        EXPECT_EQ(peer.requests[1], packet({2, 2, 0x4C00, 15, 8}, "abcdefgh"));
-        EXPECT_EQ(peer.requests[2], packet({2, 3, 0x4C00, 15, 8}, "abcdefgh"));
+        EXPECT_EQ(peer.requests[1], packet({2, 2, 0x4C00, 15, 8}, bytes("abcdefgh")));
+        EXPECT_EQ(peer.requests[2], packet({2, 3, 0x4C00, 15, 8}, bytes("abcdefgh")));
     }
 }
 
 TEST(SocketDevice, NoAnswerInTimeLeavesTheConnectionUsable) {
     const TempRoot root;
-    Peer peer(root, {{}, {{-1, goodReply.rest}, {0, packet({0, 0, 1}, "Z")}}});
+    Peer peer(root, {{}, {{-1, goodReply.rest}, {0, packet({0, 0, 1}, bytes("Z"))}}});
     const int descriptor = platform::device().open("/dev/li", 0);
     const auto before = std::chrono::steady_clock::now();
     EXPECT_EQ(call(descriptor, 1), failure(ETIME));
