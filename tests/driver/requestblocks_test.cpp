@@ -84,7 +84,6 @@ const Case cases[] = {
      ON(LecRequest, changePvc(3, PvcChange::add, bridged))},
     {"LES_ENABLE", "12 00 01 00 02 07 44 00 44 00 00 00 00 00 ad de", lesData,
      ON(LesRequest, start(7, server()))},
-    {"LECS_GO", "13 00 05 00 02 00 10 00 10 00 00 00 00 00 ad de", "", ON(lecsRequest, go())},
     {"LECS_SET_ADDR", "13 00 03 00 02 00 3c 00 3c 00 00 00 00 00 ad de", mappingData,
      ON(lecsRequest, addClient(mapping))},
     {"LECS_DEL_ADDR", "13 00 04 00 01 04 3c 00 3c 00 00 00 00 00 ad de", mappingData,
@@ -93,8 +92,6 @@ const Case cases[] = {
      ON(IpRequest, start(ipClient()))},
     {"IPATM_PVCADD", "41 00 04 00 02 00 18 00 18 00 00 00 00 00 ad de", routedData,
      ON(IpRequest, changePvc(PvcChange::add, routed))},
-    {"IPATM_PVCMODIFY", "41 00 06 00 02 00 18 00 18 00 00 00 00 00 ad de", routedData,
-     ON(IpRequest, changePvc(PvcChange::modify, routed))},
     {"DaiSigDbgTrace", "22 00 03 00 00 00 4c 00 1b 00 00 00 00 00 ad de", "00 00 00 00 00 00 00 00  00 04 01",
      [](DriverChannel& d) { return TraceRequest(d).switchTrace(TraceRequest::ilmi, true); }},
 };

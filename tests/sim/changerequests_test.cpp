@@ -12,11 +12,6 @@ struct Changed : Running {
     std::optional<RawClient> client;
     explicit Changed(const std::vector<std::string>& options = {"--frozen"})
         : Running(options), client(std::in_place, node(), 2) {}
-    void startAgain() {
-        simulator.reset();
-        simulator.emplace();
-    }
-
     // What stands behind "state" or "config" and a place.
     std::string value(std::string_view place) const {
         const std::string all = "\n" + ctl("dump") + "\n";
@@ -220,7 +215,8 @@ TEST(SimChanges, WhatFilesHoldTwiceIsLeftOut) {
     sim.root.write("/etc/atm/pvcconf0.1", pvcs);
     sim.root.write("/etc/atm/pvcconf0.3", pvcs);  // of a client that is not enabled
     sim.root.write("/etc/atm/elan0.2", "00204000c101/00\n00204000f001/00\n");
-    sim.startAgain();
+    sim.simulator.reset();
+    sim.simulator.emplace();
     EXPECT_EQ(sim.pvcs("lec 1.1"), "00:20:40:00:a1:01 100 1 1;00:20:40:00:a1:02 101 1 0;");
     EXPECT_EQ(sim.pvcs("lec 1.2"), "00:20:40:00:a3:03 200 1 0;");
     EXPECT_EQ(sim.pvcs("lec 1.4"), "");

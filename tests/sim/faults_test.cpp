@@ -64,22 +64,23 @@ TEST(SimFaults, EachKindStrikesAsToldAndOnlyThen) {
 TEST(SimFaults, LateSilentAndHangUp) {
     Running sim;
     RawClient client(sim.node()), other(sim.node());
-    const RawBytes query = ioctlPacket(0, lecState);
+    RawBytes query = hex(lecState);
+    query.resize(32);
     sim.ctl("fault any nth 1 late 400");
     const auto asked = std::chrono::steady_clock::now();
-    client.ask(slice(query, 20, 32));
+    client.ask(query);
     EXPECT_EQ(other.call(lecState).resp(), 0);  // the others are not kept waiting
     EXPECT_LT(std::chrono::steady_clock::now() - asked, std::chrono::milliseconds(400));
     EXPECT_EQ(little(client.receive().value(), 0, 4), static_cast<std::uint64_t>(client.id));
     EXPECT_GE(std::chrono::steady_clock::now() - asked, std::chrono::milliseconds(400));
 
     sim.ctl("fault any nth 1 silent");
-    client.ask(slice(query, 20, 32));
+    client.ask(query);
     EXPECT_FALSE(client.receive(300).has_value());
     EXPECT_EQ(client.call(lecState).resp(), 0);
 
     sim.ctl("fault any nth 1 hangup");
-    client.ask(slice(query, 20, 32));
+    client.ask(query);
     EXPECT_TRUE(client.receive().value().empty());
     EXPECT_EQ(other.call(lecState).resp(), 0);
 

@@ -4,9 +4,9 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <spawn.h>
 #include <sstream>
 #include <stdexcept>
@@ -23,51 +23,12 @@ namespace {
 // A sanitized build on a busy machine needs a while to end; a healthy one never gets near this.
 constexpr std::chrono::seconds patience{30};
 
-struct Pipe {
-    int ends[2] = {-1, -1};
-    Pipe() {
-        if (::pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
-    }
-    ~Pipe() {
-        closeEnd(0);
-        closeEnd(1);
-    }
-    void closeEnd(int end) {
-        if (ends[end] >= 0) ::close(ends[end]);
-        ends[end] = -1;
-    }
-};
-
 std::string readAll(int from) {
     std::string text;
     char part[4096];
     for (ssize_t length; (length = ::read(from, part, sizeof part)) > 0;)
         text.append(part, static_cast<std::size_t>(length));
     return text;
-}
-
-std::vector<std::string> wordsOf(std::string_view line) {
-    std::istringstream in{std::string(line)};
-    return {std::istream_iterator<std::string>(in), {}};
-}
-
-// Starts the simulator.
-pid_t spawn(const std::vector<std::string>& words, Pipe& out, Pipe* err) {
-    std::string program = TVSIM_PROGRAM;
-    std::vector<char*> argv{program.data()};
-    for (const std::string& word : words) argv.push_back(const_cast<char*>(word.c_str()));
-    argv.push_back(nullptr);
-    posix_spawn_file_actions_t actions;
-    ::posix_spawn_file_actions_init(&actions);
-    ::posix_spawn_file_actions_adddup2(&actions, out.ends[1], STDOUT_FILENO);
-    if (err) ::posix_spawn_file_actions_adddup2(&actions, err->ends[1], STDERR_FILENO);
-    pid_t pid = -1;
-    const int error = ::posix_spawn(&pid, argv[0], &actions, nullptr, argv.data(), environ);
-    ::posix_spawn_file_actions_destroy(&actions);
-    if (error) throw std::runtime_error(program + " cannot be started");
-    out.closeEnd(1);
-    if (err) err->closeEnd(1);
-    return pid;
 }
 
 int waitFor(pid_t pid) {
@@ -79,14 +40,11 @@ int waitFor(pid_t pid) {
 
 }  // namespace
 
-Finished runSimulator(std::string_view line) {
-    Pipe out, err;
-    const pid_t pid = spawn(wordsOf(line), out, &err);
-    Finished result;
-    result.out = readAll(out.ends[0]);
-    result.err = readAll(err.ends[0]);
-    result.status = waitFor(pid);
-    return result;
+Finished runSimulator(const std::string& line) {
+    std::FILE* const errors = ::popen((TVSIM_PROGRAM " " + line + " 2>&1 >/dev/null").c_str(), "r");
+    if (!errors) throw std::runtime_error("no pipe");
+    std::string text = readAll(::fileno(errors));
+    return {WEXITSTATUS(::pclose(errors)), std::move(text)};
 }
 
 void writeSampleConfiguration(const TempRoot& root) {
@@ -96,19 +54,29 @@ void writeSampleConfiguration(const TempRoot& root) {
 
 Simulator::Simulator(const std::vector<std::string>& options)
     : commandNode_(platform::hostPath("/dev/li.ctl").text) {
-    Pipe out;
-    pid_ = spawn(options, out, nullptr);
-    // Lines of other origin (the parameter file's reader prints some) may come first. One that hangs here
-    // is waited for until the test's time limit.
-    for (std::string line; !line.starts_with("ready ") || !line.ends_with('\n');) {
-        if (line.ends_with('\n')) line.clear();
-        char c = 0;
-        if (::read(out.ends[0], &c, 1) != 1) {
-            ::kill(pid_, SIGKILL);
-            waitFor(pid_);
-            throw std::runtime_error("the simulator did not get ready");
-        }
-        line += c;
+    std::string program = TVSIM_PROGRAM;
+    std::vector<char*> argv{program.data()};
+    for (const std::string& option : options) argv.push_back(const_cast<char*>(option.c_str()));
+    argv.push_back(nullptr);
+    int ends[2];
+    if (::pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+    posix_spawn_file_actions_t actions;
+    ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
+    const int error = ::posix_spawn(&pid_, argv[0], &actions, nullptr, argv.data(), environ);
+    ::posix_spawn_file_actions_destroy(&actions);
+    ::close(ends[1]);
+    // Lines of other origin (the parameter file's reader prints some) may come first. One that hangs here is
+    // waited for until the test's time limit.
+    std::FILE* const out = ::fdopen(ends[0], "r");
+    char line[300] = "";
+    while (std::fgets(line, sizeof line, out) && !std::string_view(line).starts_with("ready ")) {
+    }
+    const bool ready = !std::feof(out);
+    std::fclose(out);
+    if (error || !ready) {
+        if (!error) ::kill(pid_, SIGKILL), waitFor(pid_);
+        throw std::runtime_error("the simulator did not get ready");
     }
 }
 
@@ -133,7 +101,8 @@ int Simulator::wait() {
 
 std::string Simulator::ctl(std::string_view line) const {
     std::string command;
-    for (const std::string& word : wordsOf(line)) command.append(word).push_back('\0');
+    std::istringstream words{std::string(line)};
+    for (std::string word; words >> word;) command.append(word).push_back('\0');
 
     sockaddr_un address{};
     address.sun_family = AF_UNIX;

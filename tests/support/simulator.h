@@ -10,14 +10,12 @@
 #include <sys/types.h>
 #include <vector>
 
-// A finished program: its exit status (128 and the signal when one ended it) and what it printed.
+// Runs "tvsim" with the words of the line to its end: its exit status, and what it said on its error output.
 struct Finished {
-    int status = -1;
-    std::string out, err;
+    int status;
+    std::string err;
 };
-
-// Runs "tvsim" with the words of the line, split at blanks, to its end and collects what it prints.
-Finished runSimulator(std::string_view line);
+Finished runSimulator(const std::string& line);
 
 // Copies the sample configuration below the root.
 void writeSampleConfiguration(const TempRoot& root);
