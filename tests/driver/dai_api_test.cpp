@@ -65,19 +65,6 @@ TEST(ReqParam, OutcomesAndTheirTrace) {
     }
 }
 
-TEST(ReqParam, TheDriverChangesRowMNRowAndRespOnly) {
-    ScriptedDriver driver;
-    LogCapture log;
-    reqParam block(driver.channel(), anyRequest);
-    Answer& answer = driver.expect(anyRequestBytes);
-    for (const std::size_t field : {0U, 2U, 4U, 6U, 8U}) answer.header(field, 65535);
-    answer.rowMarker(9).rows(65535);
-    EXPECT_EQ(block.daiRequest(), 0);
-    EXPECT_NE(log.take().find("Size:65535"), std::string::npos) << "the log shows what came";
-    driver.expect("81 00 01 00 00 00 16 00 10 00 09 00 ff ff ad de");
-    EXPECT_EQ(block.daiRequest(), 0);
-}
-
 TEST(ReqParam, TheBufferOnlyGrowsAndKeepsTheHeader) {
     LogCapture log;
     DriverChannel closed;

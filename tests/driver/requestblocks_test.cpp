@@ -102,10 +102,7 @@ TEST(ChangeRequests, EachSendsItsBytesAndIsTraced) {
         SCOPED_TRACE(c.trace);
         ScriptedDriver driver;
         LogCapture log;
-        ByteVector request = hexBytes(c.header);
-        const ByteVector data = hexBytes(c.data);
-        request.insert(request.end(), data.begin(), data.end());
-        driver.expect(request);
+        driver.expect(std::string(c.header) + c.data);
         driver.expectAny().resp(5);
         EXPECT_EQ(c.send(driver.channel()), 0);
         EXPECT_NE(log.take().find(std::string("\n") + c.trace + "\n"), std::string::npos);

@@ -57,15 +57,8 @@ class HostileDriver : public platform::Device {
         volatile char last = message[length - 1];
         message[length - 1] = last;
 
-        enum {
-            fail = 1,
-            unanswered = 2,
-            tellRows = 4,
-            tellMarker = 8,
-            spoilHeader = 16,
-            longData = 32,
-            fill = 64,
-        };
+        constexpr int fail = 1, unanswered = 2, tellRows = 4, tellMarker = 8, spoilHeader = 16, longData = 32,
+                      fill = 64;
         const std::uint8_t control = input_.byte();
         if (control & fail) {
             errno = input_.byte();

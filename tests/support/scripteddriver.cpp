@@ -44,8 +44,8 @@ ScriptedDriver::~ScriptedDriver() {
                       << (script_[next_].request ? hexText(*script_[next_].request) : "any");
 }
 
-Answer& ScriptedDriver::expect(ByteVector request) {
-    return script_.emplace_back(Step{std::move(request), {}}).answer;
+Answer& ScriptedDriver::expect(std::string_view requestHex) {
+    return script_.emplace_back(Step{hexBytes(requestHex), {}}).answer;
 }
 
 Answer& ScriptedDriver::expectAny() {

@@ -5,10 +5,9 @@
 //     aalInfo info(driver.channel(), 0);
 //     EXPECT_EQ(info.GetBoardState().mask(), 5);
 //
-// Requests are compared byte by byte, in order; a difference fails the test with both sides in hexadecimal.
-// Bytes of a request behind those that were given must be zero, so that nothing stale can leave. A request
-// that was expected and did not come fails the test when the driver is destroyed. Requests beyond the script
-// are answered by `otherwise`, or fail the test.
+// Requests are compared byte by byte, in order, and must all come. Bytes of a request behind those that were
+// given must be zero, so that nothing stale can leave. Requests beyond the script are answered by
+// `otherwise`, or fail the test.
 #pragma once
 
 #include "driver/channel.h"
@@ -57,8 +56,7 @@ class ScriptedDriver : public platform::Device {
     ~ScriptedDriver() override;
 
     // The next request must begin with these bytes. The answer can be told more about.
-    Answer& expect(std::string_view requestHex) { return expect(hexBytes(requestHex)); }
-    Answer& expect(ByteVector request);
+    Answer& expect(std::string_view requestHex);
     Answer& expectAny();  // ... may be anything
 
     // Answers every request beyond the script.
