@@ -8,14 +8,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
-namespace {
-
-constexpr req_param_t anyRequest{
-    .Prim = 129, .Type = 1, .Size = 22, .SzIO = 16, .RowM = 1, .Resp = respUnanswered};
-constexpr char anyRequestBytes[] = "81 00 01 00 00 00 16 00 10 00 01 00 00 00 ad de";
-
-}  // namespace
-
 TEST(DaiApi, RefusesWhatIsNoMessageOrNoChannelWithoutACall) {
     ScriptedDriver driver;
     const struct {
@@ -53,9 +45,9 @@ TEST(ReqParam, OutcomesAndTheirTrace) {
     for (const auto& c : cases) {
         ScriptedDriver driver;
         LogCapture log;
-        reqParam block(driver.channel(), anyRequest);
+        reqParam block(driver.channel(), {.Prim = 129, .Type = 1, .Size = 22, .SzIO = 16, .RowM = 1});
         EXPECT_EQ(log.take(), "Realloc:Old Size-     0 NewSize-    22\n");
-        driver.expect(anyRequestBytes) = c.answer;
+        driver.expect("81 00 01 00 00 00 16 00 10 00 01 00 00 00 ad de") = c.answer;
         EXPECT_EQ(block.daiRequest(), c.result);
         EXPECT_EQ(block.result(), c.result);
         EXPECT_EQ(block.header().Resp, c.resp);

@@ -21,10 +21,9 @@ ScriptedDriver::Responder tableOf(int rows, std::size_t rowSize) {
         ByteVector data(static_cast<std::size_t>(count) * rowSize);
         for (int i = 0; i < count; ++i) {
             const int row = marker - 1 + i;
-            const auto at = data.begin() + static_cast<std::ptrdiff_t>(static_cast<std::size_t>(i) * rowSize);
-            at[0] = static_cast<std::uint8_t>(row);
-            at[1] = static_cast<std::uint8_t>(row >> 8);
-            at[static_cast<std::ptrdiff_t>(rowSize) - 1] = static_cast<std::uint8_t>(row);
+            const std::size_t at = static_cast<std::size_t>(i) * rowSize;
+            data[at] = data[at + rowSize - 1] = static_cast<std::uint8_t>(row);
+            data[at + 1] = static_cast<std::uint8_t>(row >> 8);
         }
         answer.data(std::move(data)).rows(static_cast<std::uint16_t>(count));
         answer.rowMarker(static_cast<std::uint16_t>(marker + count));

@@ -49,9 +49,9 @@ class RawClient {
     }
 
     // The next packet; empty when the peer has closed, nothing when none comes in time.
-    std::optional<RawBytes> receive(int milliseconds = 20000) const {
+    std::optional<RawBytes> receive() const {
         pollfd watched{socket_, POLLIN, 0};
-        if (::poll(&watched, 1, milliseconds) <= 0) return std::nullopt;
+        if (::poll(&watched, 1, 20000) <= 0) return std::nullopt;
         RawBytes bytes(70000);
         const ssize_t length = ::recv(socket_, bytes.data(), bytes.size(), 0);
         bytes.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
