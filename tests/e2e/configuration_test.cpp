@@ -5,7 +5,6 @@
 #include "driver/dai_api.h"
 #include "tests/support/scripteddriver.h"
 
-#include <Xm/ToggleB.h>
 #include <chrono>
 #include <fmt/format.h>
 
@@ -165,8 +164,8 @@ TEST_F(ConfigurationTest, PvcListsFollowTheDriverOrTheUsersConsent) {
                 inDialog("PVC Settings", [&] {
                     EXPECT_EQ(text(pvcMacED), "00:20:40:00:a1:01");
                     EXPECT_EQ(text(pvcVciED), "100");
-                    EXPECT_TRUE(XmToggleButtonGetState(named(llcSnapRB)));
-                    EXPECT_TRUE(XmToggleButtonGetState(named(broadcastCB)));
+                    EXPECT_TRUE(on(llcSnapRB));
+                    EXPECT_TRUE(on(broadcastCB));
                     enter(pvcMacED, "aabbcc000001");
                     press(subOkBTN);
                 });

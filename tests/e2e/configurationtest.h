@@ -12,6 +12,7 @@
 #include <Xm/List.h>
 #include <Xm/TabBox.h>
 #include <Xm/TabStack.h>
+#include <Xm/ToggleB.h>
 #include <chrono>
 #include <fmt/format.h>
 #include <sstream>
@@ -38,31 +39,13 @@ inline std::vector<std::string> differences(const std::string& before, const std
 
 class ConfigurationTest : public ProgramTest {
   protected:
-    void SetUp() override {
-        ProgramTest::SetUp();
-        bridgedPvcXferBuffer = {};
-        pvcXferBuffer = {};
-        esiSelectorXferBuffer = esiSelector();
-    }
-    void TearDown() override {
-        advSettings = 0;
-        ProgramTest::TearDown();
-    }
-
     // What the driver was told to do since the last call: the names of the requests and their instance.
     Names told() {
-        std::istringstream log(simulator->ctl("log all"));
-        simulator->ctl("log clear");
         Names names;
-        for (std::string line; std::getline(log, line);) {
-            std::istringstream words(line);
-            std::string number, time, client, name, unit;
-            words >> number >> time >> client >> name;
-            for (std::string word; words >> word && word != "Size";) unit = word;
+        for (const auto& [name, unit] : loggedRequests())
             for (const char* part :
                  {".start", ".stop", ".pvc-", ".load", ".map", ".unmap", ".go", "trace.set"})
                 if (name.find(part) != name.npos) names.push_back(name + ' ' + unit);
-        }
         return names;
     }
 
@@ -96,6 +79,7 @@ class ConfigurationTest : public ProgramTest {
     // From here on controls are those of this page.
     void lookAt(const std::string& page) { page_ = page; }
     void press(int id) { user->click(named(id)); }
+    bool on(int id) { return XmToggleButtonGetState(named(id)); }
     bool usable(int id) { return XtIsSensitive(named(id)); }
 
     std::string text(int id) { return XUser::textOf(named(id)); }
@@ -135,11 +119,7 @@ class ConfigurationTest : public ProgramTest {
         std::this_thread::sleep_for(std::chrono::milliseconds(clicks + 20));
         user->clickAt(named(id), x + 20, y + height / 2);
     }
-    zTable& table() {
-        XtPointer self = nullptr;
-        XtVaGetValues(XtNameToWidget(named(pvcTBL), "*cells"), XmNuserData, &self, nullptr);
-        return *static_cast<zTable*>(self);
-    }
+    zTable& table() { return XUser::tableIn(named(pvcTBL)); }
     Names pvcRows() {
         Names rows;
         for (int row = 1; row <= table().model().rows(); ++row) {

@@ -9,7 +9,6 @@
 
 #include <Xm/ComboBox.h>
 #include <Xm/TextF.h>
-#include <Xm/ToggleB.h>
 #include <fmt/format.h>
 #include <fstream>
 #include <map>
@@ -73,7 +72,7 @@ class FullRound : public ConfigurationTest {
         turnTo("lesPage");
         for (int i = 0; i < lesCount; ++i) {
             tab(i + 1, lesTB);
-            if (!XmToggleButtonGetState(named(enableCB))) press(enableCB);
+            if (!on(enableCB)) press(enableCB);
             press(i == 1 ? ethernetRB : tokenRingRB);
             edit({{elanNameED, fmt::format("elan-{}", i).c_str()},
                   {elanMtuCBO, "Down"},

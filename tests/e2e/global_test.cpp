@@ -5,8 +5,6 @@
 #include "toolkit/display/fonts.h"
 #include "ui/global/globlids.h"
 
-#include <Xm/ToggleB.h>
-
 // The global settings through their windows.
 class GlobalTest : public ConfigurationTest {
   protected:
@@ -14,14 +12,7 @@ class GlobalTest : public ConfigurationTest {
 
     void SetUp() override {
         ConfigurationTest::SetUp();
-        timerTime = 1000;
-        tblFontSpec.clear();
         ApiDbgCB = SignalingDbgCB = IlmiDbgCB = 0;
-    }
-    void TearDown() override {
-        timerTime = 1000;
-        tblFontSpec.clear();
-        ConfigurationTest::TearDown();
     }
 
     // Presses Global and does the steps, which have to close the dialog.
@@ -35,7 +26,6 @@ class GlobalTest : public ConfigurationTest {
         user->click(window->control<zBitmapButton>(globalBTN).widget());
         ASSERT_TRUE(done);
     }
-    bool on(int id) { return XmToggleButtonGetState(named(id)); }
     int selectedLine(int id) {  // from 1; 0: none
         int *chosen = nullptr, count = 0;
         const bool any = XmListGetSelectedPos(named(id), &chosen, &count);

@@ -4,7 +4,6 @@
 
 #include "tests/support/scripteddriver.h"
 
-#include <Xm/ToggleB.h>
 #include <fmt/format.h>
 
 namespace {
@@ -22,7 +21,6 @@ class PagesTest : public ConfigurationTest {
         simulator->ctl("clock step 60");  // servers up, clients joined
         told();
     }
-    bool on(int id) { return XmToggleButtonGetState(named(id)); }
     // Moves two clients, by their lines, to the server that is shown.
     void insertClients(int line, int other) {
         inSubDialog("Insert ELAN Client(s)", "moveClients", [=, this] {

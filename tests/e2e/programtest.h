@@ -17,7 +17,9 @@
 #include <X11/Intrinsic.h>
 #include <memory>
 #include <optional>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 // The widget library remembers its first display for good: one for all tests of the process.
@@ -46,6 +48,9 @@ class ProgramTest : public testing::Test {
         zSetPictures(programPictures());
         platform::pretendSuperUser(true);
         atmDevices = AtmDevices();
+        timerTime = 1000;
+        advSettings = 0;
+        tblFontSpec.clear();
         writeSampleConfiguration(root);
         user.emplace(application);
     }
@@ -65,6 +70,21 @@ class ProgramTest : public testing::Test {
         window.emplace(application, mainLayout);
         ASSERT_TRUE(user->until([&] { return user->shellLike(programTitle) != nullptr; }));
         user->focus(window->shell());
+    }
+
+    // Name and unit of each request since the last call.
+    std::vector<std::pair<std::string, std::string>> loggedRequests() {
+        std::istringstream log(simulator->ctl("log all"));
+        simulator->ctl("log clear");
+        std::vector<std::pair<std::string, std::string>> requests;
+        for (std::string line; std::getline(log, line);) {
+            std::istringstream words(line);
+            std::string word, name, unit;
+            words >> word >> word >> word >> name;
+            while (words >> word && word != "Size") unit = word;
+            requests.emplace_back(name, unit);
+        }
+        return requests;
     }
 
     zListBox& list() { return window->control<zListBox>(interfaceLB); }

@@ -201,7 +201,6 @@ TEST_F(StatisticsTest, ColumnsHaveRoomForTheLargestNumbersAndTheLongestTexts) {
         }
         press("close");
     }
-    tblFontSpec.clear();
 }
 
 TEST_F(StatisticsTest, ASilentDriverCostsOneWaitAndTicksDoNotPileUp) {

@@ -8,6 +8,7 @@
 #include <Xm/TextF.h>
 #include <Xm/ToggleB.h>
 #include <algorithm>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -31,11 +32,6 @@ class StatisticsTest : public ProgramTest {
         ProgramTest::SetUp();
         timerTime = period;
         advSettings = 1;
-    }
-    void TearDown() override {
-        ProgramTest::TearDown();
-        timerTime = 1000;
-        advSettings = 0;
     }
 
     // A dialog with this page on top, over a simulator that does what the commands say.
@@ -109,11 +105,7 @@ class StatisticsTest : public ProgramTest {
             EXPECT_EQ(look(part.substr(0, part.find('='))), "0") << part;
     }
 
-    zTable& table(const std::string& name) {
-        XtPointer self = nullptr;
-        XtVaGetValues(XtNameToWidget(onPage(name), "*cells"), XmNuserData, &self, nullptr);
-        return *static_cast<zTable*>(self);
-    }
+    zTable& table(const std::string& name) { return XUser::tableIn(onPage(name)); }
     // Row labels and cells, separated by '|', with the column labels in front.
     Lines tableLines(const std::string& name) {
         std::string all = table(name).tabSeparated();
@@ -141,20 +133,16 @@ class StatisticsTest : public ProgramTest {
     void ticks() {
         user->until([] { return false; }, 0.2);
     }
-    // The names of the requests that came within some ticks, each once.
-    Lines asked() {
-        simulator->ctl("log clear");
+    // The names of the requests since the log was read, each once.
+    Lines requestNames() {
+        std::set<std::string> names;
+        for (const auto& [name, unit] : loggedRequests()) names.insert(name);
+        return {names.begin(), names.end()};
+    }
+    Lines asked() {  // within some ticks
+        loggedRequests();
         ticks();
-        std::istringstream log(simulator->ctl("log all"));
-        Lines names;
-        for (std::string line; std::getline(log, line);) {
-            std::istringstream words(line);
-            std::string number, time, client, name;
-            words >> number >> time >> client >> name;
-            if (std::ranges::find(names, name) == names.end()) names.push_back(name);
-        }
-        std::ranges::sort(names);
-        return names;
+        return requestNames();
     }
 
   private:

@@ -223,6 +223,12 @@ std::string XUser::labelOf(Widget control, const char* resource) {
     return result;
 }
 
+zTable& XUser::tableIn(Widget frame) {
+    XtPointer self = nullptr;
+    XtVaGetValues(XtNameToWidget(frame, "*cells"), XmNuserData, &self, nullptr);
+    return *static_cast<zTable*>(self);
+}
+
 std::vector<std::string> XUser::cutTexts(zTable& table) {
     constexpr int margins = 8;
     std::vector<std::string> texts;

@@ -62,6 +62,7 @@ class XUser {
     static std::string messageOf(Widget shell);  // the text of a message box
     static std::string labelOf(Widget control, const char* resource = "labelString");
     static std::string textOf(Widget field);
+    static zTable& tableIn(Widget frame);
     static std::vector<std::string> cutTexts(zTable& table);  // that have no room in their cells
     std::string tooltipOf(Widget control);  // after the pointer has come to rest on it; empty: it has none
 

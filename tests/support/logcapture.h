@@ -1,3 +1,4 @@
+// What the debug log gets.
 #pragma once
 
 #include "platform/debuglog.h"
