@@ -60,6 +60,10 @@ TEST_F(WindowTest, UsersResourcesReachAControlByItsId) {
     Pixel background = 0;
     XtVaGetValues(user.widget("id13"), XmNbackground, &background, nullptr);
     EXPECT_EQ(background & 0xffffff, 0xff0000UL);
+    XColor red{};
+    red.pixel = background;
+    XQueryColor(XtDisplay(window.shell()), DefaultColormapOfScreen(XtScreen(window.shell())), &red);
+    EXPECT_EQ((std::array{red.red, red.green, red.blue}), (std::array<unsigned short, 3>{0xffff, 0, 0}));
 }
 
 TEST_F(WindowTest, AReadOnlyTextCannotBeTypedAndAGreyedButtonNotPressed) {
