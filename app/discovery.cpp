@@ -2,6 +2,7 @@
 
 #include "model/tvdatbuf.h"
 #include "platform/debuglog.h"
+#include "platform/index.h"
 
 #include <fmt/format.h>
 
@@ -16,8 +17,8 @@ macAddress plus(const macAddress& address, int count) {
 }  // namespace
 
 void deriveMacAddresses(int adapter, const macAddress& address) {
-    const auto a = static_cast<std::size_t>(adapter);
-    for (int k = 0; k < lecCount; ++k) atmDevices.lec[a][static_cast<std::size_t>(k)].mac = plus(address, k);
+    const std::size_t a = asIndex(adapter);
+    for (int k = 0; k < lecCount; ++k) atmDevices.lec[a][asIndex(k)].mac = plus(address, k);
     atmDevices.ip1577[a].mac = plus(address, lecCount);
 }
 

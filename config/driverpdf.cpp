@@ -107,7 +107,7 @@ bool DriverPdfEdit::writeRecord(const std::string& path, Record& record, const s
         const auto fileRow = std::ranges::find_if(keyRows<Record>(), [](const KeyRow<Record>& row) {
             return std::holds_alternative<FileField<Record>>(row.field);
         });
-        const auto index = static_cast<std::size_t>(fileRow - keyRows<Record>().begin());
+        const auto index = asIndex(fileRow - keyRows<Record>().begin());
         const bool cut = present[index] && before.pvcFile.empty();
         if (record.pvcFile.empty() && !cut)
             record.pvcFile = before.pvcFile.empty() ? listFile : before.pvcFile.view();

@@ -2,7 +2,6 @@
 
 namespace {
 
-constexpr int prefixBytes = atmAddress::prefixDigits / 2;
 constexpr int esiSelectorBytes = atmAddress::byteCount - prefixBytes;
 
 // Makers of rows.

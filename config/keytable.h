@@ -8,6 +8,7 @@
 #include <variant>
 
 enum AddressHalf { addressPrefix, addressEsiSelector };
+constexpr int prefixBytes = atmAddress::prefixDigits / 2;
 
 // One half of an ATM address. It is written as its digits. A half that is read as digits is set at once;
 // halves that are read as bytes set the address only when both were read.

@@ -35,7 +35,7 @@ KeyPlace findKey(const char* at, std::string_view key) {
         const char* word = at;
         while (!endsValue(*at) && *at != '=') ++at;
         const bool candidate = isBlank(*at) || *at == '=';
-        if (!candidate || std::string_view(word, static_cast<std::size_t>(at - word)) != key) continue;
+        if (!candidate || std::string_view(word, at) != key) continue;
         while (*at != '=' && *at != '#' && *at && !isLineEnd(*at)) ++at;
         if (*at != '=') return {};
         for (++at; isBlank(*at);) ++at;
@@ -95,7 +95,7 @@ bool keepsPieces(std::string_view line, std::size_t newLength) {
 int replaceValue(SectionHandle& handle, const char* value, std::string_view text) {
     const char* data = handle.data.c_str();
     const char* end = valueEnd(value);
-    const std::string_view old(value, static_cast<std::size_t>(end - value));
+    const std::string_view old(value, end);
     if (old.empty() && text.empty()) return 0;
     if (old.find_first_of("[]") != std::string_view::npos || hidesKey(data, value, end, text)) return EINVAL;
 
@@ -110,13 +110,13 @@ int replaceValue(SectionHandle& handle, const char* value, std::string_view text
     while (lineStart != data && lineStart[-1] != '\n') --lineStart;
     const char* lineStop = lineEndFrom(end);
     if (*lineStop) ++lineStop;
-    const std::string_view line(lineStart, static_cast<std::size_t>(lineStop - lineStart));
+    const std::string_view line(lineStart, lineStop);
     if (!keepsPieces(line, line.size() - old.size() + replacement.size())) return EMSGSIZE;
 
     const std::string_view whole = handle.data.view();
     if (whole.size() - old.size() + replacement.size() >= sectionDataSize) return EFBIG;
     std::string edited(whole);
-    edited.replace(static_cast<std::size_t>(value - data), old.size(), replacement);
+    edited.replace(asIndex(value - data), old.size(), replacement);
     handle.data = edited;
     ++handle.wflg;
     return 0;

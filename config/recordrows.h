@@ -12,8 +12,6 @@
 template <class... Cases> struct Overloaded : Cases... { using Cases::operator()...; };
 template <class... Cases> Overloaded(Cases...) -> Overloaded<Cases...>;
 
-constexpr std::size_t prefixBytes = atmAddress::prefixDigits / 2;
-
 inline std::span<std::uint8_t> halfOf(std::span<std::uint8_t, atmAddress::byteCount> bytes,
                                       AddressHalf half) {
     return half == addressPrefix ? bytes.first(prefixBytes) : bytes.subspan(prefixBytes);

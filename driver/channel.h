@@ -54,11 +54,11 @@ class OpenedChannel {
     DriverChannel& channel_;
 };
 
-// Whether a request on a channel has timed out since this object was made. Each timeout takes many seconds:
-// who has more to ask stops then. The channel must outlive the object.
-class VainWaits {
+// Tells whether a request on a channel has timed out since this object was made. Each timeout takes many
+// seconds, so that a caller with further requests stops then. The channel must outlive the object.
+class TimeoutWatch {
   public:
-    explicit VainWaits(const DriverChannel& channel) : channel_(channel), before_(channel.timeouts()) {}
+    explicit TimeoutWatch(const DriverChannel& channel) : channel_(channel), before_(channel.timeouts()) {}
 
     bool any() const { return channel_.timeouts() != before_; }
     void restart() { before_ = channel_.timeouts(); }  // as if made now

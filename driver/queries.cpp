@@ -1,6 +1,7 @@
 #include "driver/queries.h"
 
 #include "driver/layout.h"
+#include "platform/index.h"
 
 #include <array>
 #include <cstddef>
@@ -44,12 +45,12 @@ constexpr std::array queries{
 constexpr bool inOrder() {
     for (std::size_t i = 0; i < queries.size(); ++i)
         if (queries[i].id != static_cast<QueryId>(i)) return false;
-    return queries.size() == static_cast<std::size_t>(QueryId::count);
+    return queries.size() == asIndex(QueryId::count);
 }
 static_assert(inOrder());
 
 }  // namespace
 
 const Query& queryOf(QueryId id) {
-    return queries[static_cast<std::size_t>(id)];
+    return queries[asIndex(id)];
 }

@@ -26,9 +26,9 @@ int reqParam::daiRequest() {
     header_.Resp = respUnanswered;
     header_.pack(message.first<req_param_t::wireSize>());
     tvlog << header_ << std::endl;
-    const VainWaits waits(channel_);
+    const TimeoutWatch timeouts(channel_);
     result_ = channel_.request(message);
-    timedOut_ = waits.any();
+    timedOut_ = timeouts.any();
 
     const req_param_t reply = req_param_t::unpack(message.first<req_param_t::wireSize>());
     tvlog << reply << std::endl;

@@ -2,6 +2,7 @@
 
 #include "driver/dai_api.h"
 #include "driver/requeststructs.h"
+#include "platform/index.h"
 
 #include <array>
 #include <cstddef>
@@ -46,12 +47,12 @@ constexpr std::array requests{
 constexpr bool inOrder() {
     for (std::size_t i = 0; i < requests.size(); ++i)
         if (requests[i].id != static_cast<RequestId>(i)) return false;
-    return requests.size() == static_cast<std::size_t>(RequestId::count);
+    return requests.size() == asIndex(RequestId::count);
 }
 static_assert(inOrder());
 
 }  // namespace
 
 const Request& requestOf(RequestId id) {
-    return requests[static_cast<std::size_t>(id)];
+    return requests[asIndex(id)];
 }

@@ -8,6 +8,7 @@
 #pragma once
 
 #include "driver/layout.h"
+#include "platform/index.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -163,11 +164,9 @@ class LecStatsView : public ReplyView {
     std::string elanName() const { return std::string(get(layout::lecStats::elanName)); }
     macAddress mac() const { return get(layout::lecStats::mac); }
     std::uint16_t vci(LecConnection c) const {  // 0: not connected
-        return get(layout::lecStats::connectionVci[static_cast<std::size_t>(c)]);
+        return get(layout::lecStats::connectionVci[asIndex(c)]);
     }
-    atmAddress address(LecConnection c) const {
-        return get(layout::lecStats::connectionAddress[static_cast<std::size_t>(c)]);
-    }
+    atmAddress address(LecConnection c) const { return get(layout::lecStats::connectionAddress[asIndex(c)]); }
 };
 
 // Kind of a connection that was set up by signalling and has a known ATM address; any other is a PVC.

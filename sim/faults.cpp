@@ -1,5 +1,6 @@
 #include "sim/faults.h"
 
+#include "platform/index.h"
 #include "sim/changerequests.h"
 
 #include <algorithm>
@@ -38,7 +39,7 @@ std::string Fault::text() const {
     std::string result = nth ? fmt::format("{} {} nth {} (seen {}) {}", id, kind, nth, seen, word.word)
                              : fmt::format("{} {} every (seen {}) {}", id, kind, seen, word.word);
     if (damage == Damage::Malformed)
-        result += fmt::format(" {}", malforms[static_cast<std::size_t>(arg)]);
+        result += fmt::format(" {}", malforms[asIndex(arg)]);
     else if (word.takesArg)
         result += fmt::format(" {}", arg);
     return result;

@@ -1,5 +1,6 @@
 #include "sim/peers.h"
 
+#include "platform/index.h"
 #include "sim/services.h"
 
 #include <algorithm>
@@ -66,7 +67,7 @@ Peer lesPeer(const State& state, int adapter, int les, std::size_t index) {
 Peer ipPeer(const State& state, int adapter, std::size_t index) {
     Peer peer;
     ipAddress own;
-    own = state.config().ip1577[std::size_t(adapter)].ip.view();
+    own = state.config().ip1577[asIndex(adapter)].ip.view();
     peer.ip = own.bytes();
     const std::size_t host = peer.ip[3] + index + 1;
     peer.ip[3] = static_cast<std::uint8_t>(host);
@@ -104,7 +105,7 @@ template <class Make> void learn(const State& state, std::vector<Peer>& rows, st
 }
 
 Millis pvcSince(const State& state, int adapter, std::uint16_t vci) {
-    const auto& all = state.pvcs[std::size_t(adapter)];
+    const auto& all = state.pvcs[asIndex(adapter)];
     const auto found = all.find(vci);
     return found == all.end() ? 0 : found->second;
 }
@@ -119,7 +120,7 @@ bool ownClient(const State& state, const MacBytes& esi) {
 std::vector<Peer> lecRows(const State& state, int a, int lec) {
     std::vector<Peer> rows;
     if (state.code(Service::Lec, a, lec) == 0) return rows;
-    for (const AtmBridgedPvc& pvc : state.config().lec[std::size_t(a)][std::size_t(lec)].pvcs) {
+    for (const AtmBridgedPvc& pvc : state.config().lec[asIndex(a)][asIndex(lec)].pvcs) {
         Peer peer;
         peer.mac = pvc.mac.bytes();
         peer.vci = pvc.vci;
@@ -144,7 +145,7 @@ std::vector<Peer> lesRows(const State& state, int a, int les) {
             if (state.up(Service::Lec, owner, lec) && state.home(owner, lec).local == std::pair(a, les))
                 members.emplace_back(state.lecMac(owner, lec), 0);
     // An own client is there when it has joined, mapped or not.
-    for (const Mapping& m : state.mappings[std::size_t(a)])
+    for (const Mapping& m : state.mappings[asIndex(a)])
         if (const MacBytes esi = esiOf(m.client); m.les == les && !ownClient(state, esi))
             members.emplace_back(esi, m.client.bytes()[6]);
     const std::size_t strangers = 1 + state.hash({lesSalt, std::uint64_t(a), std::uint64_t(les), 0}) % 4;
@@ -162,8 +163,7 @@ std::vector<Peer> lesRows(const State& state, int a, int les) {
 std::vector<Peer> lecsRows(const State& state, int a) {
     std::vector<Peer> rows;
     if (!state.up(Service::Lecs, a, 0)) return rows;
-    for (const Mapping& m : state.mappings[std::size_t(a)])
-        rows.push_back(mapping(m.client, m.les, mappedKind));
+    for (const Mapping& m : state.mappings[asIndex(a)]) rows.push_back(mapping(m.client, m.les, mappedKind));
     // Own clients that asked and were told a server are remembered for a while.
     for (int lec = 0; lec < lecCount; ++lec)
         if (state.learned(a, lec))
@@ -174,7 +174,7 @@ std::vector<Peer> lecsRows(const State& state, int a) {
 std::vector<Peer> ipPvcRows(const State& state, int a) {
     std::vector<Peer> rows;
     if (state.code(Service::Ip, a, 0) == 0) return rows;
-    for (const AtmRoutedPvc& pvc : state.config().ip1577[std::size_t(a)].pvcs) {
+    for (const AtmRoutedPvc& pvc : state.config().ip1577[asIndex(a)].pvcs) {
         Peer peer;
         peer.ip = pvc.ip.bytes();
         peer.vci = pvc.vci;
@@ -189,7 +189,7 @@ std::vector<Peer> ipPvcRows(const State& state, int a) {
 
 std::vector<Peer> ipRows(const State& state, int a) {
     std::vector<Peer> rows = ipPvcRows(state, a);
-    if (state.up(Service::Ip, a, 0) && !state.config().ip1577[std::size_t(a)].pvcOnly) {
+    if (state.up(Service::Ip, a, 0) && !state.config().ip1577[asIndex(a)].pvcOnly) {
         const std::size_t most = 2 + state.hash({ipSalt, std::uint64_t(a), 0}) % 4;
         learn(state, rows, most, [&](std::size_t i) { return ipPeer(state, a, i); });
     }

@@ -401,11 +401,11 @@ constexpr Request table[] = {
     {Rid::IpChanges, "ip", "ip.control", 65, anyType, Change, 0, 1, 1, none, Access::Writer},
     {Rid::Trace, "trace", "trace.switch", 34, anyType, Change, 0, 1, 0, none, Access::Privileged},
 };
-static_assert(std::size(table) == static_cast<std::size_t>(Rid::Count_));
+static_assert(std::size(table) == asIndex(Rid::Count_));
 
 constexpr bool inOrder() {
     for (std::size_t i = 0; i < std::size(table); ++i) {
-        if (static_cast<std::size_t>(table[i].id) != i) return false;
+        if (asIndex(table[i].id) != i) return false;
         for (const Field& field : table[i].fields)
             if (field.offset + field.width > table[i].size) return false;
     }
@@ -420,7 +420,7 @@ std::span<const Request> requests() {
 }
 
 const Request& request(Rid id) {
-    return table[static_cast<std::size_t>(id)];
+    return table[asIndex(id)];
 }
 
 }  // namespace sim

@@ -1,6 +1,5 @@
 #include "sim/state.h"
 
-#include "platform/index.h"
 #include "sim/services.h"
 
 #include <algorithm>
@@ -65,7 +64,7 @@ const Life& State::life(Service service, int adapter, int unit) const {
 
 std::uint32_t State::code(Service service, int adapter, int unit) const {
     if (service != Service::Sig && !forced.empty()) {
-        const Rid reply = stateRequest[static_cast<std::size_t>(service)];
+        const Rid reply = stateRequest[asIndex(service)];
         const auto found = forced.find({reply, adapter, unit, 0, 0});
         if (found != forced.end()) return static_cast<std::uint32_t>(getNumber(found->second));
     }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "model/tvdatbuf.h"
+#include "platform/index.h"
 #include "sim/clock.h"
 #include "sim/requests.h"
 #include "sim/settings.h"
@@ -52,7 +53,7 @@ class State {
     const AtmDevices& config() const { return config_; }
     AtmDevices& config() { return config_; }
     bool present(int adapter) const {
-        return adapter >= 0 && adapter < adapterCount && present_[std::size_t(adapter)];
+        return adapter >= 0 && adapter < adapterCount && present_[asIndex(adapter)];
     }
     Clock& clock() { return clock_; }
     Millis now() const { return now_; }

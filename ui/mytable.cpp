@@ -1,6 +1,7 @@
 #include "ui/mytable.h"
 
 #include "model/settings.h"
+#include "platform/index.h"
 
 #include <algorithm>
 
@@ -25,7 +26,7 @@ void myTable::setColumns(std::span<const char* const> labels, std::span<const ch
     for (const char* label : labels) {
         ++column;
         table_.setText({column, 0}, label);
-        table_.fitColumn(column, {label, samples[static_cast<std::size_t>(column - 1)]});
+        table_.fitColumn(column, {label, samples[asIndex(column) - 1]});
     }
 }
 

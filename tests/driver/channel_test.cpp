@@ -34,8 +34,8 @@ TEST(Channel, CountsItsOwnTimeoutsAndNoOtherFailure) {
     ScriptedDriver driver;
     DriverChannel other;
     other.open(O_RDONLY);
-    VainWaits waits(driver.channel());
-    const VainWaits otherWaits(other);
+    TimeoutWatch timeouts(driver.channel());
+    const TimeoutWatch otherTimeouts(other);
     aalInfo query(driver.channel(), 0);
     const struct {
         Answer answer;
@@ -49,12 +49,12 @@ TEST(Channel, CountsItsOwnTimeoutsAndNoOtherFailure) {
         driver.expectAny() = c.answer;
         query.GetPackageRev();
         EXPECT_EQ(query.timedOut(), c.timedOut);
-        EXPECT_EQ(waits.any(), c.timedOut);
+        EXPECT_EQ(timeouts.any(), c.timedOut);
     }
     EXPECT_EQ(driver.channel().timeouts(), 1U);
-    EXPECT_FALSE(otherWaits.any());
-    waits.restart();
-    EXPECT_FALSE(waits.any());
+    EXPECT_FALSE(otherTimeouts.any());
+    timeouts.restart();
+    EXPECT_FALSE(timeouts.any());
 }
 
 TEST(Channel, CountsTheChangesThatTheDriverAccepted) {

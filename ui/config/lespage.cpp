@@ -159,10 +159,10 @@ void DConfigDlgLESPG::clickedMoveBTN() {
 // Moves clients of other servers here.
 void DConfigDlgLESPG::insertClients(const std::vector<ElanClient>& clients) {
     if (clients.empty()) return;
-    const VainWaits waits(SetupIoctlDesc);
+    const TimeoutWatch timeouts(SetupIoctlDesc);
     for (const ElanClient& client : clients) {
-        delClient(client.address, static_cast<short>(client.permanent ? client.les : -1), !waits.any());
-        addClient(client.address, static_cast<short>(current()), !waits.any());
+        delClient(client.address, static_cast<short>(client.permanent ? client.les : -1), !timeouts.any());
+        addClient(client.address, static_cast<short>(current()), !timeouts.any());
     }
     UpdateClientLB(current());
 }

@@ -1,5 +1,6 @@
 #include "ui/config/mvclientdlg.h"
 
+#include "platform/index.h"
 #include "toolkit/controls/listbox.h"
 #include "ui/config/confids.h"
 
@@ -64,6 +65,6 @@ void DMvClientDLG::StoreDefaults() {
     const std::vector<ElanClient> all = exchangedClients();
     std::vector<ElanClient> chosen;
     for (const int position : control<zListBox>(availableLB).allSelected())
-        chosen.push_back(all[static_cast<std::size_t>(position)]);
+        chosen.push_back(all[asIndex(position)]);
     exchangeClients(chosen);
 }

@@ -53,6 +53,8 @@ class InstancePage : public ConfigPage {
   public:
     int current() const { return current_; }
 
+    // Loads the page's state from an instance and binds the controls, if there are any. The first instance is
+    // set up twice: in the constructor, since OK stores a page without controls, too, and when they exist.
     virtual void Setup(int i) = 0;
     virtual void storeDefaults(int i) = 0;
     void storeDefaults() override { storeDefaults(current_); }

@@ -54,7 +54,7 @@ void DStatsDlgAAL5PG::UpdateDisplay(int index, bool clear) {
     if (alarms_) {
         if (const SuniStatsView reply = query_->GetSuniStats())
             showAlarms(reply);
-        else if (waited())
+        else if (timedOut())
             return;
     }
     if (const AalStatsView reply = query_->GetAalStats()) counters_.show(reply, clear);

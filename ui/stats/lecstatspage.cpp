@@ -86,8 +86,8 @@ DStatsDlgLECPG::DStatsDlgLECPG(StatsSource& source)
 
 void DStatsDlgLECPG::refresh(bool clear) {
     const int result = UpdateDisplay(lec_);
-    if (result == 0 || waited() || !lecTable_.UpdateDisplay(lec_, clear)) lecTable_.empty();
-    if (result != 2 || waited() || !lesBusTable_.UpdateDisplay(lec_, clear)) lesBusTable_.empty();
+    if (result == 0 || timedOut() || !lecTable_.UpdateDisplay(lec_, clear)) lecTable_.empty();
+    if (result != 2 || timedOut() || !lesBusTable_.UpdateDisplay(lec_, clear)) lesBusTable_.empty();
 }
 
 int DStatsDlgLECPG::UpdateDisplay(int lec) {

@@ -74,7 +74,7 @@ DStatsDlgSignallingPG::DStatsDlgSignallingPG(StatsSource& source)
 void DStatsDlgSignallingPG::refresh(bool clear) {
     if (!clear) {
         UpdateDisplay(0);
-        if (waited()) return;
+        if (timedOut()) return;
     }
     table_.UpdateDisplay(0, clear);
 }

@@ -41,19 +41,19 @@ class StatsPage : public TimerPage {
   protected:
     StatsPage(const StatsSource& source, const zLayout& layout)
         : TimerPage(source.application), board_(source.notebook.addPage(layout)), open_(source.channel),
-          waits_(source.channel) {}
+          timeouts_(source.channel) {}
 
     virtual void refresh(bool clear) = 0;
 
     // A request of this refresh timed out; the remaining ones are skipped.
-    bool waited() const { return waits_.any(); }
+    bool timedOut() const { return timeouts_.any(); }
 
     // Call last in the constructor: fills the page for the first time. After a timeout on another page of the
     // dialog this page is filled only when it is turned to.
     void fillOnce(StatsSource& source) {
         if (source.silent) return;
         Update();
-        source.silent = open_ && waited();
+        source.silent = open_ && timedOut();
     }
 
     zBoard& board() const { return board_; }
@@ -62,12 +62,12 @@ class StatsPage : public TimerPage {
     void refreshIfOpen(bool clear) {
         if (!open_) return;
         filled_ = true;
-        waits_.restart();
+        timeouts_.restart();
         refresh(clear);
     }
 
     zBoard& board_;
     bool open_;
     bool filled_ = false;
-    VainWaits waits_;  // since the refresh began
+    TimeoutWatch timeouts_;  // since the refresh began
 };
