@@ -15,12 +15,12 @@ struct Caller {
     bool writer = false;  // opened for reading and writing
 };
 
-// The request that a message is; null if there is no such request.
+// The request that a message makes. Both pointers are null if there is no such request.
 struct Asked {
     const Request* request = nullptr;
     const ChangeRequest* change = nullptr;  // of a request that changes the driver
 
-    // The most particular name; empty when there is no such request.
+    // The most specific name; empty if there is no such request.
     std::string_view name() const { return change ? change->name : request ? request->name : ""; }
 };
 Asked identify(ConstBytes message);
@@ -33,7 +33,7 @@ struct Answer {
 // Does what the message asks, and returns the reply. The message may be any bytes of any length.
 Answer answer(State& state, const Caller& caller, const Asked& asked, ConstBytes message);
 
-// The fields of one reply or row, forced values included; everything else of `out` is left alone.
+// Writes the fields of one reply or row, forced values included. Other bytes of `out` stay as they are.
 void packFields(const Request& request, const Subject& subject, int row, Bytes out);
 
 }  // namespace sim

@@ -9,8 +9,8 @@
 namespace sim {
 
 // The configuration of the driver, in lines that begin with "config": what the files can hold, without times
-// and counters. Of a service that does not run only this fact. The text is equal for two drivers that behave
-// alike.
+// and counters. Of a service that does not run the text says only that. It is equal for two drivers that
+// behave alike.
 std::string dumpConfig(const State& state);
 
 // The clock, the traces, every field and row of every reply, and what commands have forced.

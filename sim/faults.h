@@ -17,12 +17,13 @@ enum class Damage : std::uint8_t {
     Late,       // answered after `arg` milliseconds of real time
     Short,      // at most `arg` bytes of the message come back
     NRow,       // the reply claims `arg` rows
-    Dead,       // the message comes back as it went, Resp 0xDEAD included
+    Dead,       // the message comes back unchanged, with Resp 0xDEAD
     Silent,     // no answer
-    Malformed,  // a packet that breaks the exchange, in the form `arg`
+    Malformed,  // the packet violates the protocol of exchange.h; `arg` is a Malform
     HangUp,     // the connection is closed instead of an answer
 };
 
+// A truncated packet; more bytes than asked for; a wrong or a negative length; the id of another exchange.
 enum class Malform : std::uint8_t { Short, Long, Lie, Negative, Id };
 
 struct DamageWord {
@@ -36,9 +37,8 @@ std::span<const std::string_view> malformWords();  // by Malform
 
 struct Fault {
     int id = 0;
-    std::string
-        kind;  // "any", "open", a target ("lec") or a request ("lec.state", "lec.control", "lec.start")
-    unsigned nth = 0;  // from now; 0: every one. An nth fault is gone when it has struck.
+    std::string kind;  // "any", "open", a target ("lec") or a request ("lec.state", "lec.start")
+    unsigned nth = 0;  // damages the nth request of the kind, and is then removed; 0: damages all
     Damage damage{};
     std::int32_t arg = 0;
     unsigned seen = 0;  // requests of the kind since the fault was set
@@ -53,15 +53,15 @@ class Faults {
     void clear() { faults_.clear(); }
     const std::vector<Fault>& all() const { return faults_; }
 
-    // Counts one request and returns the faults that strike it, by any of its names.
+    // Counts a request, which is of all these kinds, and returns the faults that damage it.
     std::vector<Fault> strike(std::span<const std::string_view> names);
 
-    // Whether a fault of this kind keeps the driver from doing what was asked.
+    // Whether the driver does not do what was asked when its reply is damaged like this.
     static bool prevents(Damage damage) {
         return damage == Damage::Resp || damage == Damage::Errno || damage == Damage::Dead;
     }
 
-    // Whether a fault of this kind can ever strike.
+    // Whether there are requests of this kind.
     static bool knownKind(std::string_view kind);
 
   private:

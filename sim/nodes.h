@@ -41,8 +41,8 @@ class Node {
     Node& operator=(const Node&) = delete;
     ~Node();
 
-    // Binds and listens. A node without a listener is replaced; a node in use and anything that is not a
-    // socket stay. Returns an empty text on success, else the reason.
+    // Binds and listens. Replaces a node without a listener, but neither a node in use nor anything that is
+    // not a socket. Returns an empty text on success, else the reason.
     std::string claim(const platform::HostPath& path, int type, mode_t mode);
 
     int descriptor() const { return socket_.get(); }

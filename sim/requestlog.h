@@ -1,4 +1,4 @@
-// The requests seen, for the command "log".
+// The record of received requests that the command "log" shows.
 #pragma once
 
 #include "sim/state.h"

@@ -13,12 +13,12 @@ namespace sim {
 class State;
 struct Peer;
 
-// What a field's source is asked about: one instance of a service, and in a table row the peer it describes.
+// What a field's value is computed from: an instance of a service and, in a table row, the peer of that row.
 struct Subject {
     const State& state;
     int adapter;
     int unit;
-    const Peer* peer;
+    const Peer* peer;  // null outside tables
 };
 
 enum class Kind : std::uint8_t { Number, Text, Mac, Esi, Atm, Ip };
@@ -36,7 +36,7 @@ struct Field {
 
 enum class Shape : std::uint8_t {
     Single,  // one reply of `size` data bytes
-    Count,   // NRow carries the number of rows of the table that follows in this list
+    Count,   // NRow of the reply is the row count of the table that is next in requests()
     Table,   // rows of `size` bytes each
     Change,  // changes the driver
 };
@@ -86,10 +86,9 @@ struct Request {
     std::string_view name;    // of this request: "lec.state"
     std::uint16_t prim, type;
     Shape shape;
-    std::uint16_t size;  // data bytes of a single reply, bytes of a table row
-    std::uint8_t
-        wireUnits;       // values of Unit that are accepted, from 0; requests without instances ignore Unit
-    std::uint8_t units;  // instances per adapter; 0: one for the whole driver, whatever Link says
+    std::uint16_t size;      // data bytes of a single reply, bytes of a table row
+    std::uint8_t wireUnits;  // Unit must be less; requests of one instance ignore its value
+    std::uint8_t units;      // instances per adapter; 0: one for the whole driver, and Link is ignored
     std::span<const Field> fields;
     Access access = Access::Anyone;
 };
@@ -97,7 +96,7 @@ struct Request {
 std::span<const Request> requests();
 const Request& request(Rid id);
 
-// The unnamed bytes of a reply carry this value: a reader with a wrong offset shows absurd numbers, not
+// The value of reply bytes that belong to no field: a reader with a wrong offset shows absurd numbers, not
 // zeros.
 constexpr std::uint8_t unnamedByte = 0xee;
 

@@ -33,8 +33,8 @@ template <class Record> struct Setting {
 // For AtmLEC, AtmLES, AtmLECS, AtmIP1577, AtmBridgedPvc, AtmRoutedPvc and Mapping.
 template <class Record> std::span<const Setting<Record>> settings();
 
-// The request's data as a record; what no request carries stays at its default. Nothing when a text has no
-// end within its field. `data` holds all fields.
+// The request's data as a record; what no request carries has its default. Nothing if a text has no
+// terminator within its field. `data` must hold all fields.
 template <class Record> std::optional<Record> readSettings(ConstBytes data);
 
 // A field's value in its usual form, texts in quotes.

@@ -45,11 +45,11 @@ struct Place {
 
 class State {
   public:
-    // Loaded as the files say: enabled services run, with their lists (services.h). `present` says which of
-    // the adapters are there. `seed` chooses rates, learned peers and their times.
+    // The driver just loaded: the services that the configuration enables run, with their lists (services.h).
+    // `present` says which adapters the host has. `seed` chooses rates, learned peers and their times.
     State(const AtmDevices& config, std::array<bool, adapterCount> present, std::uint64_t seed);
 
-    // The running configuration. What is not enabled has no PVCs; the clients of servers are in `mappings`.
+    // The running configuration. Clients that do not run have no PVCs; servers' clients are in `mappings`.
     const AtmDevices& config() const { return config_; }
     AtmDevices& config() { return config_; }
     bool present(int adapter) const {
@@ -72,8 +72,8 @@ class State {
     // A number that depends only on the seed and the parts.
     std::uint64_t hash(std::initializer_list<std::uint64_t> parts) const;
 
-    // A counter that has grown at about `perKilosecond` (chosen by `key` from half to one and a half times
-    // that) for `elapsed`. Never falls as elapsed grows; wraps where its field ends.
+    // A counter that has grown for `elapsed`, at a rate that `key` chooses between half of `perKilosecond`
+    // and one and a half times that. It never falls while `elapsed` grows.
     std::uint64_t counter(std::uint64_t key, std::uint32_t perKilosecond, Millis elapsed) const;
 
     // Addresses. `selector` tells the services of one adapter apart.
@@ -84,32 +84,34 @@ class State {
     AtmBytes busAddress(int adapter, int les) const;
     AtmBytes lecsAddress(int adapter) const;
 
-    // The server that a client registers with: the address and, when it is one of this machine's, its place.
+    // The server that a client registers with: its addresses and, on this host, its adapter and index.
     struct Home {
         AtmBytes les, bus;
         std::optional<std::pair<int, int>> local;
     };
     Home home(int adapter, int lec) const;
 
-    // Whom the LECS of an adapter sends where. Outlives the LECS: those who joined stay until the next load.
+    // The mappings of each adapter's LECS. A stopped LECS keeps them until it is loaded again, since the
+    // clients that have joined stay with their servers.
     std::array<std::vector<Mapping>, adapterCount> mappings;
 
-    // An adapter's PVCs by VCI, of all its clients, and since when they are there.
+    // For each adapter the VCIs of the PVCs of all its clients, with the time when each was added.
     std::array<std::unordered_map<std::uint16_t, Millis>, adapterCount> pvcs;
 
-    // Own clients that the LECS was told to forget, by adapter and client: until they start again.
+    // Clients of this host whose learned mapping was deleted, by adapter and client, with the time of the
+    // deletion. The LECS learns such a client again when one of the two is restarted.
     std::map<std::pair<int, int>, Millis> forgotten;
 
     std::array<TraceSwitch, 3> traces{{{"api", 1}, {"signalling", 2}, {"ilmi", 4}}};
 
-    // What the files held and the driver refused when it was loaded, a line each.
+    // A line for each list entry of the files that the driver refused when it was loaded.
     std::vector<std::string> leftOut;
 
-    // An own client that asked the running LECS and was told a server of this adapter.
+    // Whether the running LECS has learned this client of the host, by sending it to a server of its adapter.
     bool learned(int adapter, int lec) const;
     esiSelector lecEsi(int adapter, int lec) const;
 
-    // Forced values (raw field bytes) and row counts of tables.
+    // What commands have forced: field values as raw bytes, and row counts by table, adapter and instance.
     std::map<Place, std::vector<std::uint8_t>> forced;
     std::map<std::tuple<Rid, int, int>, std::size_t> forcedRows;
 
