@@ -11,7 +11,7 @@ class DStatsDlgAAL5PG final : public StatsPage {
   public:
     explicit DStatsDlgAAL5PG(StatsSource& source);
 
-    // What a query without an answer would show stays as it is.
+    // If a query gets no answer, the controls that show it stay as they are.
     void UpdateDisplay(int index, bool clear);
 
   private:
@@ -19,7 +19,7 @@ class DStatsDlgAAL5PG final : public StatsPage {
     void showAlarms(const SuniStatsView& reply);
     void showLinkKind(std::uint32_t kind);
 
-    std::unique_ptr<aalInfo> query_;
+    std::optional<aalInfo> query_;
     FieldMap<AalStatsView> counters_;
     std::vector<myBitmapButton> lamps_;
     bool alarms_ = true;  // false once the driver has reported that the link has no alarms

@@ -25,7 +25,7 @@ template <class View> class FieldMap {
             fields_.push_back({row.value, myEdit(board.control<zEdit>(row.control))});
     }
 
-    // Shows a reply, or blanks the fields if it is false. With `clear` the counters begin at 0 again.
+    // Shows a reply, or blanks the fields if it is false. With `clear` counters start from 0.
     void show(const View& reply, bool clear = false) {
         if (!reply) return blank();
         if (!shown_.update(0, reply.bytes()) && !clear) return;

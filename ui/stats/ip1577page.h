@@ -13,7 +13,7 @@ class IP1577PGConnectionTBL : public KeyedTable<IpRowView, std::int16_t> {
     bool UpdateDisplay(int index, bool clear);  // false without rows or without an answer
 
   private:
-    std::unique_ptr<ip1577Info> query_;
+    std::optional<ip1577Info> query_;
 };
 
 class DStatsDlgIP1577PG final : public StatsPage {
@@ -25,7 +25,7 @@ class DStatsDlgIP1577PG final : public StatsPage {
   private:
     void refresh(bool clear) override;
 
-    std::unique_ptr<ip1577Info> query_;
+    std::optional<ip1577Info> query_;
     FieldMap<IpStatsView> fields_;
     myBitmapButton lamp_;
     IP1577PGConnectionTBL table_;

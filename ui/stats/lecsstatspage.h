@@ -14,7 +14,7 @@ class DStatsDlgLECSPG final : public StatsPage {
   private:
     void refresh(bool clear) override { UpdateDisplay(0, clear); }
 
-    std::unique_ptr<lecsInfo> query_;
+    std::optional<lecsInfo> query_;
     FieldMap<LecsStatsView> fields_;
     myBitmapButton lamp_;
     myBitmapButton registered_;

@@ -27,8 +27,8 @@ class LECPGLES_BUSTBL : public NamedRowsTable<LesBusRow> {
     bool UpdateDisplay(int lec, bool clear);
 
   private:
-    std::unique_ptr<lecInfo> query_;
-    std::unique_ptr<vccInfo> circuits_;
+    std::optional<lecInfo> query_;
+    std::optional<vccInfo> circuits_;
     std::array<std::array<Baselines, 4>, 4> baselines_{};  // by client and row
     int shown_ = -1;                                       // the client in the rows
 };
@@ -41,7 +41,7 @@ class LECPGLECTBL : public KeyedTable<LecRowView, std::uint16_t> {
     bool UpdateDisplay(int lec, bool clear);  // false without rows or without an answer
 
   private:
-    std::unique_ptr<lecInfo> query_;
+    std::optional<lecInfo> query_;
 };
 
 class DStatsDlgLECPG final : public StatsPage {
@@ -55,7 +55,7 @@ class DStatsDlgLECPG final : public StatsPage {
     void refresh(bool clear) override;
     void selChangeLecTB(int lec) { lec_ = lec; }
 
-    std::unique_ptr<lecInfo> query_;
+    std::optional<lecInfo> query_;
     FieldMap<LecStatsView> fields_;
     myBitmapButton lamp_;
     LECPGLES_BUSTBL lesBusTable_;

@@ -18,7 +18,7 @@ class LESPGClientTBL : public KeyedTable<LesRowView, macAddress, MacHash> {
     bool UpdateDisplay(int les, bool clear);  // false without rows or without an answer
 
   private:
-    std::unique_ptr<lesInfo> query_;
+    std::optional<lesInfo> query_;
 };
 
 class DStatsDlgLESPG final : public StatsPage {
@@ -31,7 +31,7 @@ class DStatsDlgLESPG final : public StatsPage {
     void refresh(bool clear) override;
     void selChangeLesTB(int les) { les_ = les; }
 
-    std::unique_ptr<lesInfo> query_;
+    std::optional<lesInfo> query_;
     FieldMap<LesStatsView> fields_;
     myBitmapButton lamp_;
     LESPGClientTBL table_;

@@ -14,11 +14,11 @@ class SignallingPGSigStatsTBL : public NamedRowsTable<VcRowView> {
   public:
     SignallingPGSigStatsTBL(zTable& table, const StatsSource& source);
 
-    // Rows of circuits that the driver does not report, and all rows without an answer, stay as they are.
+    // The row of a circuit that the driver does not report stays as it is. Without an answer all rows do.
     void UpdateDisplay(int index, bool clear);
 
   private:
-    std::unique_ptr<vccInfo> query_;
+    std::optional<vccInfo> query_;
     std::array<Baselines, 2> baselines_{};
     ShownBytes shown_;
 };
@@ -33,7 +33,7 @@ class DStatsDlgSignallingPG final : public StatsPage {
   private:
     void refresh(bool clear) override;
 
-    std::unique_ptr<sigInfo> query_;
+    std::optional<sigInfo> query_;
     FieldMap<LinkStateView> states_, address_;
     std::vector<myBitmapButton> lamps_;
     SignallingPGSigStatsTBL table_;

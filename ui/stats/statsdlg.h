@@ -30,5 +30,5 @@ class DStatsDlg : public zFormDialog {
 
     DriverChannel channel_;  // closed if the driver accepts no further channel; ioctlDesc is used then
     std::vector<std::unique_ptr<StatsPage>> pages_;  // by tab
-    StatsPage* current_ = nullptr;                   // whose timer runs
+    StatsPage* current_ = nullptr;                   // the page whose timer runs
 };

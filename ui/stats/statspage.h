@@ -7,7 +7,7 @@
 #include "ui/timerpage.h"
 
 #include <cstdint>
-#include <memory>
+#include <optional>
 
 // Where a page is placed, and what it asks: the dialog's adapter over the dialog's channel, which outlives
 // the page.
@@ -19,8 +19,8 @@ struct StatsSource {
     bool silent = false;  // a request of one of the dialog's pages has timed out
 
     // A query object, or none without a driver.
-    template <class Info> std::unique_ptr<Info> query() const {
-        return channel ? std::make_unique<Info>(channel, adapter) : nullptr;
+    template <class Info> std::optional<Info> query() const {
+        return channel ? std::make_optional<Info>(channel, adapter) : std::nullopt;
     }
 };
 
@@ -35,7 +35,7 @@ class StatsPage : public TimerPage {
     // Asks the driver and shows its answers. Does nothing without a driver.
     void Update() { refreshIfOpen(false); }
 
-    // The same; the counters begin at 0 again.
+    // Does what Update() does, and counters start from 0.
     void ClearStats() override { refreshIfOpen(true); }
 
   protected:

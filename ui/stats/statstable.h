@@ -50,7 +50,7 @@ template <class Row> class StatsTable : public myTable {
 
     void setRows(int rows) { resize(static_cast<int>(columns_.size()), rows); }
 
-    // Writes one row; the cells of counters only when their reply is there.
+    // Writes one row, the cells of counters only if asked to.
     void writeRow(int number, const Row& row, Baselines& baselines, bool clear, bool withCounters = true) {
         std::size_t counter = 0;
         std::uint32_t none = 0;
@@ -153,6 +153,6 @@ template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : 
     std::unordered_map<Key, typename StatsTable<Row>::Baselines, Hash> baselines_;
     bool cleared_ = false;  // all counters show 0 until the next fill(), also those of rows that share a key
     std::size_t digits_ = 0;
-    TableView<Row> rows_;  // that are shown
-    ShownBytes shown_;     // those of them that are texts
+    TableView<Row> rows_;
+    ShownBytes shown_;  // the rows whose texts are written
 };
