@@ -4,7 +4,6 @@
 #include "platform/index.h"
 
 #include <array>
-#include <cstddef>
 
 namespace {
 

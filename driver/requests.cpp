@@ -5,7 +5,6 @@
 #include "platform/index.h"
 
 #include <array>
-#include <cstddef>
 
 namespace {
 

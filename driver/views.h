@@ -10,7 +10,6 @@
 #include "driver/layout.h"
 #include "platform/index.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>

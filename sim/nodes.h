@@ -7,6 +7,7 @@
 #include <string>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <utility>
 
 namespace sim {
 
@@ -23,11 +24,7 @@ class Handle {
     ~Handle();
 
     int get() const { return descriptor_; }
-    int release() {
-        const int descriptor = descriptor_;
-        descriptor_ = -1;
-        return descriptor;
-    }
+    int release() { return std::exchange(descriptor_, -1); }
 
   private:
     int descriptor_ = -1;

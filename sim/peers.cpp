@@ -1,6 +1,5 @@
 #include "sim/peers.h"
 
-#include "platform/index.h"
 #include "sim/services.h"
 
 #include <algorithm>

@@ -1,6 +1,5 @@
 #include "sim/place.h"
 
-#include "platform/index.h"
 #include "sim/answer.h"
 #include "sim/fieldtext.h"
 #include "sim/peers.h"

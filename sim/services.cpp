@@ -1,5 +1,4 @@
 #include "sim/services.h"
-#include "platform/index.h"
 
 #include <algorithm>
 #include <fmt/core.h>
