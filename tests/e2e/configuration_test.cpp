@@ -8,12 +8,6 @@
 #include <chrono>
 #include <fmt/format.h>
 
-namespace {
-
-const Names nothing;
-
-}  // namespace
-
 // The MTU of LEC 1 from 1516 to 4544: requests, log, file, cursor.
 TEST_F(ConfigurationTest, OneChangedClientIsRestartedWithItsPvcsAndSaved) {
     start({"--frozen", "--adapters", "1,2"});

@@ -21,6 +21,7 @@
 #include <vector>
 
 using Names = std::vector<std::string>;
+inline const Names nothing;
 constexpr const char* parameterFile = "/etc/atm/tvconf";
 
 // Lines of one text that the other does not have in their place: "-old" and "+new".

@@ -6,12 +6,6 @@
 
 #include <fmt/format.h>
 
-namespace {
-
-const Names nothing;
-
-}  // namespace
-
 // The pages of the notebook other than the LEC page.
 class PagesTest : public ConfigurationTest {
   protected:

@@ -6,12 +6,6 @@
 #include <chrono>
 #include <fmt/format.h>
 
-namespace {
-
-const Lines nothing;
-
-}  // namespace
-
 TEST_F(StatisticsTest, OnlyThePageOnTopAsksTheDriver) {
     start({"--frozen", "--adapters", "1,2"});
     openDialog();

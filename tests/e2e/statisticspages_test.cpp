@@ -7,7 +7,6 @@
 
 namespace {
 
-const Lines nothing;
 constexpr const char* address = "11:22:33:44:55:66:77:88:99:aa:bb:cc:dd:0e:1e:2e:3e:4e:5e-6e";
 constexpr const char* prefix = "11:22:33:44:55:66:77:88:99:aa:bb:cc:dd";
 constexpr const char* esi = "0e:1e:2e:3e:4e:5e-6e";

@@ -14,6 +14,7 @@
 #include <vector>
 
 using Lines = std::vector<std::string>;
+inline const Lines nothing;
 
 // The parts of a text between ';' and blanks.
 inline Lines split(const std::string& text) {
