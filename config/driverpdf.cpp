@@ -306,7 +306,8 @@ template <class List> bool DriverPdfEdit::writeList(const std::string& name, con
     int error = unread != unread_.end() ? unread->second : readListFile(name, standing);
     if (error == 0 && standing != list) {
         error = writeListFile(name, list);
-        if (error == 0) noteWritten();
+        List now;
+        if (error == 0 || readListFile(name, now) != 0 || now != standing) noteWritten();
     }
     if (error) addFailure(name, std::strerror(error));
     return error == 0;

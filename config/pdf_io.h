@@ -25,8 +25,8 @@
 #include <string_view>
 
 constexpr std::uint32_t sectionCookie = 0xDEADBEEF;
-constexpr std::size_t sectionLineLimit =
-    127;  // characters of a line with its end; longer ones come in pieces
+// Characters of a line with its end; longer ones come in pieces.
+constexpr std::size_t sectionLineLimit = 127;
 constexpr std::size_t sectionDataSize = 3556;  // the data area with its terminating zero
 constexpr std::size_t keyValueLimit = 63;      // characters of a value that can be read back
 

@@ -1,9 +1,22 @@
 #include "config/pdfedit.h"
 
+#include "platform/files.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <utility>
+
+namespace {
+
+// Another one after each commit. 0: unknown.
+ino_t fileNumber() {
+    struct stat status {};
+    const platform::HostPath path = platform::hostPath(PdfEdit::parameterFile);
+    return platform::files().status(path, status) == 0 ? status.st_ino : 0;
+}
+
+}  // namespace
 
 PdfEdit::PdfEdit(ErrorReporter reporter, bool showErrors)
     : reporter_(std::move(reporter)), showErrors_(showErrors) {}
@@ -36,12 +49,12 @@ void PdfEdit::keepValue() {
 bool PdfEdit::CloseKey() {
     SectionHandle* closing = std::exchange(section_, nullptr);
     const bool edited = std::exchange(edited_, false);
-    if (CloseSection(closing) == 0) {
-        if (edited) noteWritten();
-        return true;
-    }
-    addFailure(parameterFile, std::strerror(errno));
-    return false;
+    // A commit can fail behind the rename.
+    const ino_t before = edited ? fileNumber() : 0;
+    const int error = CloseSection(closing) == 0 ? 0 : errno;
+    if (edited && (error == 0 || fileNumber() != before)) noteWritten();
+    if (error) addFailure(parameterFile, std::strerror(error));
+    return error == 0;
 }
 
 void PdfEdit::DisplayError(std::string_view text) {

@@ -50,7 +50,8 @@ class PdfEdit {
     const std::vector<SaveFailure>& failures() const { return failures_; }
     // Whether there is no failure but missing sections.
     bool onlySectionsMissing() const;
-    // Whether a change was written since then: a section with another value, or a list file.
+    // Whether a file was changed since then: a section with another value, or a list. Also when the save then
+    // failed, as the new content is there all the same, or a part of it.
     bool wroteAnything() const { return wroteAnything_; }
     void clearOutcome();
 

@@ -5,8 +5,8 @@
 
 extern int advSettings;  // 1: advanced mode, the LES and LECS pages exist
 extern int timerTime;    // statistics refresh period in milliseconds
-extern std::string
-    tblFontSpec;            // font of the statistics tables, in the toolkit's notation; empty: its default
+// Font of the statistics tables, in the toolkit's notation; empty: its default.
+extern std::string tblFontSpec;
 extern int ApiDbgCB;        // driver trace of the access interface, 0 or 1
 extern int SignalingDbgCB;  // driver trace of signalling, 0 or 1
 extern int IlmiDbgCB;       // driver trace of ILMI, 0 or 1

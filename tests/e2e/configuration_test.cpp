@@ -115,9 +115,6 @@ TEST_F(ConfigurationTest, CheckBoxesGreyWhatIsImpossible) {
         press(okBTN);
     });
     EXPECT_EQ(told(), (Names{"lec.start 0", "lec.pvc-add 0", "lec.pvc-add 0", "lec.stop 1"}));
-    EXPECT_EQ(atmDevices.lec[0][0].pvcOnly, 1);
-    EXPECT_EQ(atmDevices.lec[0][1].enabled, 0);
-    expectTheFilesHold(dump());
 }
 
 // Add, Modify and Delete against a driver that follows, one that refuses, and none.
@@ -235,15 +232,6 @@ TEST_F(ConfigurationTest, ValuesThatNoControlCanShowSurviveOk) {
     EXPECT_EQ(told(), Names{"lec.pvc-change 0"});
     EXPECT_EQ(root.read(parameterFile), file);
     EXPECT_EQ(root.read("/etc/atm/pvcconf0.0"), list);
-}
-
-TEST_F(ConfigurationTest, ALongAdapterNameIsCutInTheTitle) {
-    start({"--frozen", "--adapters", "1"});
-    dlgTitle = std::string(100, 'x');
-    configure([&] {
-        EXPECT_EQ(XUser::titleOf(user->shellLike("Setup ")), "Setup " + std::string(57, 'x'));
-        user->key("Escape");
-    });
 }
 
 TEST_F(ConfigurationTest, ADriverThatHangsOrGoesAwayCostsNeitherFileNorWindow) {

@@ -90,7 +90,6 @@ INSTANTIATE_TEST_SUITE_P(Depths, Displays,
 
 TEST(WithoutFonts, TheProgramSaysSo) {
     TempRoot root;
-    writeSampleConfiguration(root);
     root.write("/fonts.conf",
                fmt::format("<fontconfig><dir>{0}/none</dir><cachedir>{0}/cache</cachedir></fontconfig>",
                            root.path().string()));

@@ -91,41 +91,28 @@ const Step steps[] = {
     // Fixed characters come by themselves.
     {esiSelectorMask, "|", "11223344556601", "11:22:33:44:55:66-01|"},
     {ipAddressMask, "|", "192168001010", "192.168.001.010|"},
-    {ipAddressMask, "|", "192.168.1.10", "192.168.1.10|"},
     {ipAddressMask, "|", "10..1", "10.1|"},
     {networkPrefixMask, "|", "047", "47:|"},
     // Deleting.
-    {macAddressMask, "00:|", "<", "00|:"},
     {macAddressMask, "00:|", "<<", "0|"},
     {macAddressMask, "00|:a0:3e", ">", "00:|a0:3e"},
-    {macAddressMask, "00:a|1:23:", "<", "00:|12:3"},
     {macAddressMask, "1|2:34:56:78:9a:bc", ">>>", "1|5:67:89:ab:c"},
     {networkPrefixMask, "4{7:0}0:79", ">", "4|0:79:"},
     {networkPrefixMask, "|47:00:79", ">>", "|70:07:9"},  // not the second: a prefix does not begin with 0
-    {ipAddressMask, "192.|", "<", "192|"},
-    {ipAddressMask, "1.|2", "<", "1|.2"},
     {ipAddressMask, "19{2.16}8.1.1", ">", "19|.8.1.1"},
-    {ipAddressMask, "1{92.168.1.1}", "<", "1|"},
     // Selections and full fields.
-    {macAddressMask, "{00:a0:3e:12:34:56}", "7", "7|"},
     {macAddressMask, "00:{a0}:3e:12:34:56", "bc", "00:bc:|3e:12:34:56"},
-    {macAddressMask, "00:|a0:3e:12:34:56", "bc", "00:bc:|3e:12:34:56"},
     {macAddressMask, "00:{a0}:3e:12:34:56", ":", "00:{a0}:3e:12:34:56"},
     {ipAddressMask, "0|00.000.000.000", "1", "0|00.000.000.000"},
     {ipAddressMask, "{000.000}.000.000", "10.192", "10.192|.000.000"},
-    {ipAddressMask, "255.255.255.255|", "1", "255.255.255.255|"},
     {elanNameMask, "abcdefghijkl|mnopqrstuvwxyz01234", "x", "abcdefghijkl|mnopqrstuvwxyz01234"},
     // Pastes.
     {macAddressMask, "{00:a0:3e:12:34:56}", "p:0:a0:3e:99:99:99:99:99", "0a:03:e9:99:99:99|"},
     {macAddressMask, "|", "p: 00a03e123456\n", "00:a0:3e:12:34:56|"},
-    {macAddressMask, "{00:a0}:3e", "p:hello", "{00:a0}:3e"},
-    {ipAddressMask, "{1.1.1.1}", "p:192.168.1.10", "192.168.1.10|"},
     {elanNameMask, "a|z", "p:two words", "a|z"},
-    {elanNameMask, "|", "p:a-very-long-name-of-an-emulated-lan", "a-very-long-name-of-an-emulated|"},
     // What never fitted stays.
     {macAddressMask, "zz:00:|", "1", "zz:00:1|"},
     {fourDigitsMask, "12345|", "6", "12345|"},
-    {fourDigitsMask, "12345|", "<", "1234|"},
 };
 
 std::string walk(const Step& step) {
@@ -168,12 +155,6 @@ TEST(Picture, LackingDigitsAreZeros) {
     EXPECT_EQ(zPicture(ipAddressMask).completed(""), "0.0.0.0");
     EXPECT_EQ(zPicture(macAddressMask).completed(""), "");
     EXPECT_EQ(zPicture(elanNameMask).completed("x"), "x");
-}
-
-TEST(Picture, AddressesAreKeptWithoutTheirFixedCharacters) {
-    const zPicture esi(esiSelectorMask);
-    EXPECT_EQ(esi.bare("00:a0:3e:00:00:01-07"), "00a03e00000107");
-    EXPECT_EQ(esi.format("00a03e0000010799"), "00:a0:3e:00:00:01-07") << "no more than there is room for";
 }
 
 }  // namespace
