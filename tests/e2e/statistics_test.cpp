@@ -118,29 +118,25 @@ TEST_F(StatisticsTest, WithoutADriverThePagesKeepTheTextsOfTheirLayouts) {
     openWindow();
     dlgTitle = std::string(100, 'x');
     openDialog();
-    const auto onto = [this](const char* page) {
-        turnTo(page);
+    EXPECT_EQ(XUser::titleOf(dialog), "Statistics " + std::string(52, 'x'));
+    const struct {
+        const char *page, *looks, *table = nullptr;
+        int rows = 0;
+    } pages[] = {{"signallingStats", "ilmi=ILMI Static Registration; saal=Outgoing disconnection pending; "
+                                     "signalling=Signalling Disconnected; ilmiLamp=greyed"},
+                 {"aal5Stats", "rxPackets=0; sonet*title=SONET; losLamp=greyed"},
+                 {"lecStats", "mtu=1516; stateLamp=greyed", "lecTable", 20},
+                 {"lecStats", "mtu=1516", "lesBusTable", 4},
+                 {"ip1577Stats", "rxPackets=0; stateLamp=greyed", "connectionTable", 10},
+                 {"lecsStats", "validRequests=0; regLamp=greyed"},
+                 {"lesStats", "mtu=1516; elanType=Ethernet; stateLamp=greyed", "clientTable", 4}};
+    for (const auto& p : pages) {
+        turnTo(p.page);
         press("clear");
         ticks();
-    };
-    onto("signallingStats");
-    EXPECT_EQ(XUser::titleOf(dialog), "Statistics " + std::string(52, 'x'));
-    expectLooks("ilmi=ILMI Static Registration; saal=Outgoing disconnection pending; signalling=Signalling "
-                "Disconnected; ilmiLamp=greyed");
-    onto("aal5Stats");
-    expectLooks("rxPackets=0; sonet*title=SONET; losLamp=greyed");
-    onto("lecStats");
-    expectLooks("mtu=1516; stateLamp=greyed");
-    expectRows("lecTable", 20);
-    expectRows("lesBusTable", 4);
-    onto("ip1577Stats");
-    expectLooks("rxPackets=0; stateLamp=greyed");
-    expectRows("connectionTable", 10);
-    onto("lecsStats");
-    expectLooks("validRequests=0; regLamp=greyed");
-    onto("lesStats");
-    expectLooks("mtu=1516; elanType=Ethernet; stateLamp=greyed");
-    expectRows("clientTable", 4);
+        expectLooks(p.looks);
+        if (p.table) expectRows(p.table, p.rows);
+    }
 }
 
 TEST_F(StatisticsTest, ATickWithoutAChangeSendsNothingToTheWindowSystem) {
@@ -181,17 +177,15 @@ TEST_F(StatisticsTest, ColumnsHaveRoomForTheLargestNumbersAndTheLongestTexts) {
          {"", "Liberation Mono:size=8", "Liberation Serif:size=18", "Liberation Sans:bold:size=9"}) {
         tblFontSpec = font;
         openDialog();
-        const struct {
-            const char *page, *table;
-        } tables[] = {{"signallingStats", "signallingTable"},
-                      {"lecStats", "lesBusTable"},
-                      {"lecStats", "lecTable"},
-                      {"lesStats", "clientTable"},
-                      {"ip1577Stats", "connectionTable"}};
-        for (const auto& t : tables) {
-            turnTo(t.page);
+        const char* const tables[][2] = {{"signallingStats", "signallingTable"},
+                                         {"lecStats", "lesBusTable"},
+                                         {"lecStats", "lecTable"},
+                                         {"lesStats", "clientTable"},
+                                         {"ip1577Stats", "connectionTable"}};
+        for (const auto& [page, name] : tables) {
+            turnTo(page);
             ticks();
-            EXPECT_EQ(XUser::cutTexts(table(t.table)), nothing) << font << ' ' << t.table;
+            EXPECT_EQ(XUser::cutTexts(table(name)), nothing) << font << ' ' << name;
         }
         press("close");
     }
