@@ -24,18 +24,6 @@ void nameCopy(SectionHandle& handle, dev_t fileSystem, HostPath& path) {
     handle.wfn = path.text;
 }
 
-// The mode and owner of the file. An owner that this process may not give would let somebody else change the
-// file, so that is a failure.
-bool takeOwner(const SectionHandle& handle, int copy) {
-    struct stat before {
-    }, now{};
-    if (files().status(platform::streamDescriptor(handle.rfd.get()), before) != 0) return false;
-    if (files().status(copy, now) != 0) return false;
-    const bool same = before.st_uid == now.st_uid && before.st_gid == now.st_gid;
-    return (same || files().setOwner(copy, before.st_uid, before.st_gid) == 0) &&
-           files().setMode(copy, before.st_mode & 07777) == 0;
-}
-
 bool writeRest(SectionHandle& handle) {
     if (!put(handle, handle.data.view())) return false;
     if (handle.rflg & sectionCreated) {
@@ -48,9 +36,10 @@ bool writeRest(SectionHandle& handle) {
 }
 
 bool writeCopy(SectionHandle& handle) {
-    const int descriptor = platform::streamDescriptor(handle.wfd.get());
+    const int file = platform::streamDescriptor(handle.rfd.get());
+    const int copy = platform::streamDescriptor(handle.wfd.get());
     const bool written = writeRest(handle) && std::fflush(handle.wfd.get()) == 0 &&
-                         takeOwner(handle, descriptor) && files().sync(descriptor) == 0;
+                         files().takeAttributes(file, copy) == 0 && files().sync(copy) == 0;
     if (!written) {
         if (handle.ioError) errno = handle.ioError;
         return false;

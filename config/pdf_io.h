@@ -94,8 +94,8 @@ int ReadKey(SectionHandle* handle, std::string_view key, void* destination, int 
 int WriteKey(SectionHandle* handle, std::string_view key, void* source, int type, int len);
 
 // Commits if a key was written, otherwise discards; frees the handle. 0, or -1 and errno when a commit
-// failed: the file is as it was, except when only its directory could not be synced. The copy takes the mode
-// and the owner of the file; when the owner cannot be given, nothing is committed. Null and closed handles
+// failed: the file is as it was, except when only its directory could not be synced. The copy takes the owner,
+// mode, ACL and other attributes of the file; when one cannot be given, nothing is committed. Null and closed handles
 // are ignored.
 int CloseSection(SectionHandle* handle);
 

@@ -1,15 +1,33 @@
 #include "platform/files.h"
 
+#include <acl/libacl.h>
+#include <array>
+#include <attr/libattr.h>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <memory>
+#include <string_view>
 #include <unistd.h>
 
 namespace platform {
 
 namespace {
+
+// perm_copy_fd has copied the mode and the ACL. Attributes that only the system itself may write stay behind.
+int worthTaking(const char* name, error_context*) {
+    const int action = ::attr_copy_action(name, nullptr);
+    return action != ATTR_ACTION_SKIP && !std::string_view(name).starts_with("system.posix_acl_");
+}
+
+int realPath(const HostPath& path, HostPath& result) {
+    const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
+    if (!real) return -1;
+    result.text = real.get();
+    return 0;
+}
 
 class SystemFiles : public Files {
   public:
@@ -31,9 +49,15 @@ class SystemFiles : public Files {
 
     int status(int descriptor, struct stat& result) override { return ::fstat(descriptor, &result); }
     int status(const HostPath& path, struct stat& result) override { return ::stat(path.c_str(), &result); }
-    int setMode(int descriptor, mode_t mode) override { return ::fchmod(descriptor, mode); }
-    int setOwner(int descriptor, uid_t user, gid_t group) override {
-        return ::fchown(descriptor, user, group);
+    int takeAttributes(int from, int to) override {
+        struct stat before {
+        }, now{};
+        if (::fstat(from, &before) != 0 || ::fstat(to, &now) != 0) return -1;
+        const bool same = before.st_uid == now.st_uid && before.st_gid == now.st_gid;
+        if (!same && ::fchown(to, before.st_uid, before.st_gid) != 0) return -1;
+        // The names are for messages, which nobody wants.
+        if (::perm_copy_fd("", from, "", to, nullptr) != 0) return -1;
+        return ::attr_copy_fd("", from, "", to, worthTaking, nullptr);
     }
 
     int rename(const HostPath& from, const HostPath& to) override {
@@ -42,10 +66,25 @@ class SystemFiles : public Files {
     int remove(const HostPath& path) override { return std::remove(path.c_str()); }
 
     int resolve(const HostPath& path, HostPath& result) override {
-        const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
-        if (!real) return -1;
-        result.text = real.get();
-        return 0;
+        constexpr int mostLinks = 40;  // as the system's own limit
+        HostPath file = path;
+        for (int links = 0; links < mostLinks; ++links) {
+            HostPath directory;
+            if (realPath(directoryOf(file), directory) != 0) return -1;
+            const std::string name = file.text.substr(file.text.rfind('/') + 1);
+            file.text = (directory.text == "/" ? "" : directory.text) + '/' + name;
+            std::array<char, PATH_MAX> target;
+            const ssize_t length = ::readlink(file.c_str(), target.data(), target.size());
+            if (length < 0 && (errno == EINVAL || errno == ENOENT)) {  // no link; nothing there
+                result = file;
+                return 0;
+            }
+            if (length < 0) return -1;
+            const std::string_view next(target.data(), static_cast<std::size_t>(length));
+            file.text = next.starts_with('/') ? next : directory.text + '/' + std::string(next);
+        }
+        errno = ELOOP;
+        return -1;
     }
 };
 

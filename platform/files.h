@@ -24,13 +24,15 @@ class Files {
 
     virtual int status(int descriptor, struct stat& result) = 0;
     virtual int status(const HostPath& path, struct stat& result) = 0;
-    virtual int setMode(int descriptor, mode_t mode) = 0;
-    virtual int setOwner(int descriptor, uid_t user, gid_t group) = 0;
+    // Gives one open file the owner, mode, ACL, extended attributes and security label of another. Whoever
+    // could not open the other file cannot open this one at any moment, if its mode was 0600.
+    virtual int takeAttributes(int from, int to) = 0;
 
     virtual int rename(const HostPath& from, const HostPath& to) = 0;
     virtual int remove(const HostPath& path) = 0;
 
-    // The path with every symbolic link followed. The file must exist.
+    // The path with every symbolic link followed. The file itself need not exist, not even as the target of a
+    // link; its directory must.
     virtual int resolve(const HostPath& path, HostPath& result) = 0;
 };
 

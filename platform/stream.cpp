@@ -1,5 +1,7 @@
 #include "platform/stream.h"
 
+#include "platform/openfile.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -21,14 +23,7 @@ ssize_t readCookie(void* cookie, char* bytes, size_t count) {
 
 // The C library takes 0, not -1, as a failed write.
 ssize_t writeCookie(void* cookie, const char* bytes, size_t count) {
-    size_t done = 0;
-    while (done < count) {
-        const ssize_t n = files().write(descriptorIn(cookie), bytes + done, count - done);
-        if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) return 0;
-        done += static_cast<size_t>(n);
-    }
-    return static_cast<ssize_t>(done);
+    return writeAll(descriptorIn(cookie), {bytes, count}) == 0 ? static_cast<ssize_t>(count) : 0;
 }
 
 int seekCookie(void* cookie, off64_t* offset, int whence) {
@@ -63,18 +58,21 @@ Stream streamOver(int descriptor, const char* mode) {
 
 }  // namespace
 
-Stream openForReading(const HostPath& path) {
+int openRegular(const HostPath& path) {
     const int descriptor = files().open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY, 0);
-    if (descriptor < 0) return nullptr;
+    if (descriptor < 0) return -1;
     struct stat status {};
     const bool known = files().status(descriptor, status) == 0;
-    if (!known || !S_ISREG(status.st_mode)) {
-        const int error = !known ? errno : S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
-        files().close(descriptor);
-        errno = error;
-        return nullptr;
-    }
-    return streamOver(descriptor, "r");
+    if (known && S_ISREG(status.st_mode)) return descriptor;
+    const int error = !known ? errno : S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+    files().close(descriptor);
+    errno = error;
+    return -1;
+}
+
+Stream openForReading(const HostPath& path) {
+    const int descriptor = openRegular(path);
+    return descriptor < 0 ? nullptr : streamOver(descriptor, "r");
 }
 
 Stream streamForWriting(int descriptor) {
@@ -97,20 +95,38 @@ int closeWritten(Stream stream) {
 
 bool readWhole(const HostPath& path, std::string& content, std::size_t limit) {
     content.clear();
-    const Stream stream = openForReading(path);
-    if (!stream) return false;
+    const OpenFile file(openRegular(path));
+    return file && readWhole(file.descriptor(), content, limit);
+}
+
+bool readWhole(int descriptor, std::string& content, std::size_t limit) {
+    content.clear();
     struct stat status {};
-    if (files().status(streamDescriptor(stream.get()), status) == 0 && status.st_size > 0)
+    if (files().status(descriptor, status) == 0 && status.st_size > 0)
         content.reserve(std::min(limit, static_cast<std::size_t>(status.st_size)));
+    if (files().seek(descriptor, 0, SEEK_SET) != 0) return false;
     std::array<char, 1U << 14> block;  // four pages: few turns for a list of a thousand records
-    while (const size_t n = std::fread(block.data(), 1, block.size(), stream.get())) {
-        if (content.size() + n > limit) {
+    for (;;) {
+        const ssize_t n = files().read(descriptor, block.data(), block.size());
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) return n == 0;
+        if (content.size() + static_cast<size_t>(n) > limit) {
             errno = EFBIG;
             return false;
         }
-        content.append(block.data(), n);
+        content.append(block.data(), static_cast<size_t>(n));
     }
-    return !std::ferror(stream.get());
+}
+
+int writeAll(int descriptor, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t n = files().write(descriptor, bytes.data(), bytes.size());
+        if (n < 0 && errno == EINTR) continue;
+        if (n == 0) errno = EIO;
+        if (n <= 0) return -1;
+        bytes.remove_prefix(static_cast<size_t>(n));
+    }
+    return 0;
 }
 
 }  // namespace platform

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace platform {
 
@@ -15,7 +16,10 @@ struct StreamCloser {
 using Stream = std::unique_ptr<std::FILE, StreamCloser>;
 
 // Opens an existing regular file for reading; anything else that stands there (a pipe, a directory) is
-// refused with EINVAL or EISDIR, so that reading can never wait. Null and errno on failure.
+// refused with EINVAL or EISDIR, so that reading can never wait. -1 and errno on failure.
+int openRegular(const HostPath& path);
+
+// A stream over such a file. Null and errno on failure.
 Stream openForReading(const HostPath& path);
 
 // A stream for writing over an open descriptor, which it owns from then on, also when this fails (null). The
@@ -31,5 +35,11 @@ int closeWritten(Stream stream);
 // The whole content of a regular file. False and errno on failure or when it holds more than `limit` bytes
 // (EFBIG).
 bool readWhole(const HostPath& path, std::string& content, std::size_t limit = 64U << 20);
+
+// The same of a file that is open, from its beginning.
+bool readWhole(int descriptor, std::string& content, std::size_t limit = 64U << 20);
+
+// Writes everything, also when the system takes it in parts or is interrupted. 0, or -1 and errno.
+int writeAll(int descriptor, std::string_view bytes);
 
 }  // namespace platform

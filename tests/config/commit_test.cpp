@@ -101,11 +101,11 @@ TEST(Commit, ShortWritesAreContinuedAndTheCopyIsOnTheDiskBeforeTheFileGoes) {
     std::string order;
     for (const FailingFiles::Call& call : files.calls()) {
         if (call.kind == FileCall::sync) order += "sync ";
-        if (call.kind == FileCall::setMode) order += "mode ";
+        if (call.kind == FileCall::takeAttributes) order += "attributes ";
         if (call.kind == FileCall::rename) order += "rename ";
         if (call.kind == FileCall::write && order.ends_with("sync ")) order += "late write ";
     }
-    EXPECT_EQ(order, "mode sync rename sync ");
+    EXPECT_EQ(order, "attributes sync rename sync ");
 }
 
 TEST(Commit, ModeOwnerAndLinkAreKept) {
@@ -133,7 +133,7 @@ TEST(Commit, ModeOwnerAndLinkAreKept) {
 
     if (!superUser) return;
     FailingFiles files;  // as when another user's file is saved: it must not change hands
-    files.failAt(1, EPERM, FileCall::setOwner);
+    files.failAt(1, EPERM, FileCall::takeAttributes);
     EXPECT_EQ(save("/A/B", 3), EPERM);
     EXPECT_EQ(root.read("/srv/real"), content(2));
 }

@@ -20,8 +20,7 @@ enum class FileCall {
     close,
     statusOf,
     statusAt,
-    setMode,
-    setOwner,
+    takeAttributes,
     rename,
     remove,
     resolve
@@ -85,11 +84,8 @@ class FailingFiles : public platform::Files {
     int status(const platform::HostPath& path, struct stat& result) override {
         return fails(FileCall::statusAt, path.text) ? -1 : real_.status(path, result);
     }
-    int setMode(int descriptor, mode_t mode) override {
-        return fails(FileCall::setMode) ? -1 : real_.setMode(descriptor, mode);
-    }
-    int setOwner(int descriptor, uid_t user, gid_t group) override {
-        return fails(FileCall::setOwner) ? -1 : real_.setOwner(descriptor, user, group);
+    int takeAttributes(int from, int to) override {
+        return fails(FileCall::takeAttributes) ? -1 : real_.takeAttributes(from, to);
     }
     int rename(const platform::HostPath& from, const platform::HostPath& to) override {
         return fails(FileCall::rename, from.text) ? -1 : real_.rename(from, to);

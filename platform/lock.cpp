@@ -1,0 +1,80 @@
+#include "platform/lock.h"
+
+#include "platform/root.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cerrno>
+#include <charconv>
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <string_view>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <time.h>
+#include <unistd.h>
+#include <utility>
+
+namespace platform {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Below a root directory /run may be missing; the system's own exists.
+int openLockFile() {
+    const HostPath path = hostPath(ConfigurationLock::file);
+    constexpr int flags = O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+    int descriptor = ::open(path.c_str(), flags, 0600);
+    if (descriptor < 0 && errno == ENOENT && !rootDirectory().empty()) {
+        ::mkdir(hostPath("/run").c_str(), 0755);
+        descriptor = ::open(path.c_str(), flags, 0600);
+    }
+    return descriptor;
+}
+
+// What somebody else wrote is not believed: a name without odd characters and a number, or nothing.
+std::string readHolder(int descriptor) {
+    std::array<char, 64> bytes;
+    const ssize_t length = ::pread(descriptor, bytes.data(), bytes.size(), 0);
+    const std::string_view text(bytes.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
+    const std::string_view name = text.substr(0, text.find(' '));
+    const auto isPlain = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '-'; };
+    pid_t process = 0;
+    if (!name.empty() && name.size() < text.size() && std::ranges::all_of(name, isPlain))
+        std::from_chars(text.data() + name.size() + 1, text.data() + text.size(), process);
+    return process > 0 ? fmt::format("{} (process {})", name, process) : "another program";
+}
+
+}  // namespace
+
+int ConfigurationLock::take(const std::string& program, std::chrono::milliseconds patience) {
+    if (held()) return 0;
+    const int descriptor = openLockFile();
+    if (descriptor < 0) return errno;
+    const Clock::time_point deadline = Clock::now() + patience;
+    while (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+        int error = errno;
+        constexpr timespec pause{0, 20'000'000};
+        if (error == EWOULDBLOCK && Clock::now() < deadline) {
+            if (::nanosleep(&pause, nullptr) == 0) continue;
+            error = EINTR;
+        }
+        holder_ = readHolder(descriptor);
+        ::close(descriptor);
+        return error;
+    }
+    descriptor_ = descriptor;
+    // Who reads this line only tells a person; a failure to write it is not one of the lock.
+    const std::string line = fmt::format("{} {}\n", program, ::getpid());
+    if (::ftruncate(descriptor_, 0) == 0)
+        static_cast<void>(::pwrite(descriptor_, line.data(), line.size(), 0) == 0);
+    return 0;
+}
+
+void ConfigurationLock::release() {
+    if (held()) ::close(std::exchange(descriptor_, -1));
+}
+
+}  // namespace platform

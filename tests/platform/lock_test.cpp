@@ -1,0 +1,79 @@
+// Two programs never hold the lock of the configuration at the same time.
+#include "platform/lock.h"
+
+#include "tests/support/temproot.h"
+
+#include <csignal>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace std::chrono_literals;
+using platform::ConfigurationLock;
+
+namespace {
+
+// A process that takes the lock, and keeps it until it is killed.
+class Holder {
+  public:
+    Holder() {
+        int ready[2];
+        if (::pipe(ready) != 0) return;
+        process = ::fork();
+        if (process == 0) {
+            ConfigurationLock lock;
+            if (lock.take("tvctl", 0ms) != 0 || ::write(ready[1], "", 1) != 1) ::_exit(1);
+            for (;;) ::pause();
+        }
+        ::close(ready[1]);
+        char byte = 0;
+        EXPECT_EQ(::read(ready[0], &byte, 1), 1);
+        ::close(ready[0]);
+    }
+    ~Holder() { kill(); }
+    void kill() {
+        if (process <= 0) return;
+        ::kill(process, SIGKILL);
+        ::waitpid(process, nullptr, 0);
+        process = 0;
+    }
+    pid_t process = 0;
+};
+
+}  // namespace
+
+TEST(ConfigurationLock, NamesItsHolderAndIsFreeWhenTheHolderIsGone) {
+    const TempRoot root;
+    Holder other;
+    ConfigurationLock lock;
+    const auto before = std::chrono::steady_clock::now();
+    EXPECT_EQ(lock.take("tarvolin", 100ms), EWOULDBLOCK);
+    EXPECT_GE(std::chrono::steady_clock::now() - before, 100ms);
+    EXPECT_EQ(lock.holder(), "tvctl (process " + std::to_string(other.process) + ")");
+    EXPECT_FALSE(lock.held());
+    other.kill();
+    EXPECT_EQ(lock.take("tarvolin", 0ms), 0);
+    EXPECT_EQ(root.read(ConfigurationLock::file), "tarvolin " + std::to_string(::getpid()) + "\n");
+    EXPECT_EQ(std::filesystem::status(root.at(ConfigurationLock::file)).permissions(),
+              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+
+    ConfigurationLock second;  // not even within one process
+    EXPECT_EQ(second.take("tarvolin", 0ms), EWOULDBLOCK);
+    lock.release();
+    EXPECT_EQ(second.take("tarvolin", 0ms), 0);
+}
+
+TEST(ConfigurationLock, WhatStandsInTheFileIsNotBelieved) {
+    const TempRoot root;
+    std::filesystem::create_directory(root.at("/run"));
+    for (const char* text : {"", "tarvolin", "tarvolin x", "a\nb 12", "tarvolin -5", "\x1b[2J 12"}) {
+        ConfigurationLock holder, other;
+        ASSERT_EQ(holder.take("x", 0ms), 0);
+        root.write(ConfigurationLock::file, text);
+        EXPECT_EQ(other.take("y", 0ms), EWOULDBLOCK);
+        EXPECT_EQ(other.holder(), "another program") << text;
+    }
+    std::filesystem::remove(root.at(ConfigurationLock::file));
+    std::filesystem::create_symlink("/etc/passwd", root.at(ConfigurationLock::file));
+    EXPECT_EQ(ConfigurationLock().take("x", 0ms), ELOOP);
+}
