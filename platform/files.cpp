@@ -7,6 +7,7 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <dirent.h>
 #include <fcntl.h>
 #include <memory>
 #include <string_view>
@@ -28,6 +29,10 @@ int realPath(const HostPath& path, HostPath& result) {
     result.text = real.get();
     return 0;
 }
+
+struct DirectoryCloser {
+    void operator()(DIR* directory) const { ::closedir(directory); }
+};
 
 class SystemFiles : public Files {
   public:
@@ -85,6 +90,29 @@ class SystemFiles : public Files {
         }
         errno = ELOOP;
         return -1;
+    }
+
+    int makeDirectory(const HostPath& path, mode_t mode) override { return ::mkdir(path.c_str(), mode); }
+    int link(const HostPath& from, const HostPath& to) override {
+        return ::linkat(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), 0);
+    }
+    int list(const HostPath& directory, std::vector<std::string>& names) override {
+        names.clear();
+        const int descriptor =
+            ::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+        if (descriptor < 0) return -1;
+        const std::unique_ptr<DIR, DirectoryCloser> stream(::fdopendir(descriptor));
+        if (!stream) {
+            ::close(descriptor);
+            return -1;
+        }
+        for (;;) {
+            errno = 0;
+            const dirent* entry = ::readdir(stream.get());
+            if (!entry) return errno ? -1 : 0;
+            const std::string name = entry->d_name;
+            if (name != "." && name != "..") names.push_back(name);
+        }
     }
 };
 

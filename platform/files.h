@@ -4,8 +4,10 @@
 
 #include "platform/root.h"
 
+#include <string>
 #include <sys/stat.h>
 #include <sys/types.h>
+#include <vector>
 
 namespace platform {
 
@@ -34,6 +36,13 @@ class Files {
     // The path with every symbolic link followed. The file itself need not exist, not even as the target of a
     // link; its directory must.
     virtual int resolve(const HostPath& path, HostPath& result) = 0;
+
+    // remove() takes empty directories, too. link() gives a symbolic link itself a second name.
+    virtual int makeDirectory(const HostPath& path, mode_t mode) = 0;
+    virtual int link(const HostPath& from, const HostPath& to) = 0;
+
+    // The names in a directory without "." and "..", in no order. A symbolic link to a directory is refused.
+    virtual int list(const HostPath& directory, std::vector<std::string>& names) = 0;
 };
 
 Files& files();

@@ -23,7 +23,10 @@ enum class FileCall {
     takeAttributes,
     rename,
     remove,
-    resolve
+    resolve,
+    makeDirectory,
+    link,
+    list
 };
 
 class FailingFiles : public platform::Files {
@@ -95,6 +98,15 @@ class FailingFiles : public platform::Files {
     }
     int resolve(const platform::HostPath& path, platform::HostPath& result) override {
         return fails(FileCall::resolve, path.text) ? -1 : real_.resolve(path, result);
+    }
+    int makeDirectory(const platform::HostPath& path, mode_t mode) override {
+        return fails(FileCall::makeDirectory, path.text) ? -1 : real_.makeDirectory(path, mode);
+    }
+    int link(const platform::HostPath& from, const platform::HostPath& to) override {
+        return fails(FileCall::link, from.text) ? -1 : real_.link(from, to);
+    }
+    int list(const platform::HostPath& directory, std::vector<std::string>& names) override {
+        return fails(FileCall::list, directory.text) ? -1 : real_.list(directory, names);
     }
 
   private:

@@ -80,6 +80,19 @@ class MemoryFiles : public platform::Files {
         return 0;
     }
 
+    // Directories are the beginnings of names only: every one can be made, and a list has files alone.
+    int makeDirectory(const platform::HostPath&, mode_t) override { return 0; }
+    int link(const platform::HostPath& from, const platform::HostPath& to) override {
+        if (!files_.contains(from.text)) return fail(ENOENT);
+        return files_.emplace(to.text, files_.at(from.text)).second ? 0 : fail(EEXIST);
+    }
+    int list(const platform::HostPath& directory, std::vector<std::string>& names) override {
+        names.clear();
+        for (const auto& [path, content] : files_)
+            if (platform::directoryOf({path}) == directory) names.push_back(path.substr(path.rfind('/') + 1));
+        return 0;
+    }
+
   private:
     struct Open {
         std::shared_ptr<std::string> content;
