@@ -1,0 +1,23 @@
+// Copies that stand beside a file until they take its place.
+#pragma once
+
+#include "platform/files.h"
+#include "platform/openfile.h"
+
+#include <set>
+#include <string>
+#include <string_view>
+
+// The name of this process's copy of a file: ".tvconf.tv4d2", or ".tvconf.old.tv4d2" of its old content.
+enum class CopyOf { newContent, oldContent };
+std::string copyName(const platform::HostPath& place, CopyOf which = CopyOf::newContent);
+
+// Makes that copy with the given content and brings it to the disk, though not its name. It takes the
+// attributes of `file`; without one it is a new file, readable by all that the user's mask and the directory
+// allow. 0, or -1 and errno; no copy is left then.
+int makeCopy(const platform::HostPath& place, CopyOf which, std::string_view content,
+             const platform::OpenFile& file);
+
+// Removes the copies in these directories whose process is gone, and says so on the log. To be called under
+// the lock, when this process has none.
+void removeDeadCopies(const std::set<std::string>& directories);
