@@ -57,6 +57,12 @@ bool pdf::put(SectionHandle& handle, std::string_view text) {
 }
 
 int pdf::startCopy(SectionHandle& handle) {
+    if (handle.text) {
+        handle.wfd.reset();
+        handle.textCopy.clear();
+        handle.wfd = platform::streamInto(handle.textCopy);
+        return handle.wfd ? 0 : -1;
+    }
     struct stat file {};
     HostPath path;
     int descriptor = -1;
@@ -81,6 +87,13 @@ void pdf::dropCopy(SectionHandle& handle) {
 }
 
 int pdf::commit(SectionHandle& handle) {
+    if (handle.text) {
+        if (!writeRest(handle) || std::fflush(handle.wfd.get()) != 0) return fail(errno ? errno : ENOMEM);
+        handle.wfd.reset();
+        handle.rfd.reset();
+        handle.text->swap(handle.textCopy);
+        return 0;
+    }
     if (!writeCopy(handle)) {
         say("CloseSection: Error Writing File {}\n\n", handle.wfn.view());
         const int error = errno;

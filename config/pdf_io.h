@@ -14,6 +14,9 @@
 //
 // Every complaint is one line on standard output; none stops the program. Functions that fail leave a reason
 // in errno. One thread; one handle for writing at a time.
+//
+// A text in memory can stand in place of the file. CloseSection then replaces the text, and nothing reaches
+// the disk: a caller that changes several sections brings them there together.
 #pragma once
 
 #include "model/fixedtext.h"
@@ -66,6 +69,8 @@ struct SectionHandle {
     bool valueCut = false;         // the last value read was longer than ReadKey could return
     platform::HostPath target;     // the file with symbolic links followed; when writing
     platform::HostPath temporary;  // the copy, from the moment that it exists
+    std::string* text = nullptr;   // in place of the file
+    std::string textCopy;          // in place of the copy
 
     std::string_view lineText() const { return {linebuf.data(), lineLength}; }
 };
@@ -75,6 +80,10 @@ struct SectionHandle {
 // when its parent's layout has no place for a new section, otherwise that of the failed call. A failed open
 // leaves no copy behind.
 SectionHandle* OpenSection(std::string_view fileName, std::string_view sectionPath, std::uint32_t flags);
+
+// The same on a text, which must outlive the handle. `fileName` is for messages.
+SectionHandle* OpenSection(std::string& text, std::string_view fileName, std::string_view sectionPath,
+                           std::uint32_t flags);
 
 // 0: value stored. 1: the value is empty, destination untouched. -1: no such key (ENOENT) or no such type
 // (EINVAL). Numbers go to 1, 2, 4 and 4 bytes, whatever `len`; bytes and strings to at most `len`, strings
@@ -94,9 +103,9 @@ int ReadKey(SectionHandle* handle, std::string_view key, void* destination, int 
 int WriteKey(SectionHandle* handle, std::string_view key, void* source, int type, int len);
 
 // Commits if a key was written, otherwise discards; frees the handle. 0, or -1 and errno when a commit
-// failed: the file is as it was, except when only its directory could not be synced. The copy takes the owner,
-// mode, ACL and other attributes of the file; when one cannot be given, nothing is committed. Null and closed handles
-// are ignored.
+// failed: the file is as it was, except when only its directory could not be synced. The copy takes the
+// owner, mode, ACL and other attributes of the file; when one cannot be given, nothing is committed. Null and
+// closed handles are ignored.
 int CloseSection(SectionHandle* handle);
 
 // Closes every open handle without commit and removes the copies. For when the program has to end.

@@ -26,6 +26,10 @@ int openFile(SectionHandle& handle, std::string_view fileName) {
         return cannotOpen(fileName);
     }
     handle.rfn = fileName;
+    if (handle.text) {
+        handle.rfd = platform::streamOver(*handle.text);
+        return handle.rfd ? 0 : cannotOpen(fileName);
+    }
     handle.target = platform::hostPath(fileName);
     const bool writing = handle.rflg & sectionForWriting;
     if (!writing || platform::files().resolve(platform::hostPath(fileName), handle.target) == 0)
@@ -71,6 +75,10 @@ bool startAgain(SectionHandle& handle) {
     handle.nest = 0;
     handle.section = "";
     handle.ahead = {};
+    if (handle.text) {
+        handle.rfd = platform::streamOver(*handle.text);
+        return startCopy(handle) == 0;
+    }
     if (std::fflush(handle.wfd.get()) == 0 && std::fseek(handle.wfd.get(), 0, SEEK_SET) == 0 &&
         platform::files().truncate(platform::streamDescriptor(handle.wfd.get()), 0) == 0 &&
         std::fseek(handle.rfd.get(), 0, SEEK_SET) == 0)
@@ -119,11 +127,11 @@ SectionHandle* cannotCreate(const SectionHandle& handle) {
     return nullptr;
 }
 
-}  // namespace
-
-SectionHandle* OpenSection(std::string_view fileName, std::string_view sectionPath, std::uint32_t flags) {
+SectionHandle* open(std::string* text, std::string_view fileName, std::string_view sectionPath,
+                    std::uint32_t flags) {
     openSections().push_back(std::make_unique<SectionHandle>());
     SectionHandle* handle = openSections().back().get();
+    handle->text = text;
     handle->rflg = flags & sectionForWriting;
     if (locate(*handle, fileName, sectionPath) == 0) return handle;
     const int error = errno;
@@ -131,6 +139,17 @@ SectionHandle* OpenSection(std::string_view fileName, std::string_view sectionPa
     CloseSection(handle);
     errno = error;
     return nullptr;
+}
+
+}  // namespace
+
+SectionHandle* OpenSection(std::string_view fileName, std::string_view sectionPath, std::uint32_t flags) {
+    return open(nullptr, fileName, sectionPath, flags);
+}
+
+SectionHandle* OpenSection(std::string& text, std::string_view fileName, std::string_view sectionPath,
+                           std::uint32_t flags) {
+    return open(&text, fileName, sectionPath, flags);
 }
 
 SectionHandle* CreateSection(SectionHandle* handle, std::string_view sectionPath) {

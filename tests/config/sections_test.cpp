@@ -35,13 +35,23 @@ struct Sections : testing::Test {
         return result == 0 ? text.data() : result == valueEmpty ? "<empty>" : "<missing>";
     }
 
-    // The errno of a refused write (0: written), the file is then committed.
-    int write(std::string_view content, std::string_view path, std::string_view key, std::string text) const {
+    // The errno of a refused write (0: written), the file is then committed. A text in memory becomes the
+    // same.
+    int write(std::string_view content, std::string_view path, std::string_view key,
+              std::string value) const {
+        std::string text(content);
+        const int inMemory = write(OpenSection(text, file, path, sectionForWriting), key, value);
         root.write(file, content);
-        SectionHandle* handle = OpenSection(file, path, sectionForWriting);
+        const int error = write(OpenSection(file, path, sectionForWriting), key, value);
+        EXPECT_EQ(inMemory, error);
+        EXPECT_EQ(text, root.read(file));
+        return error;
+    }
+    static int write(SectionHandle* handle, std::string_view key, std::string value) {
         if (!handle) return errno;
         const int error =
-            WriteKey(handle, key, text.data(), keyString, static_cast<int>(text.size()) + 1) == 0 ? 0 : errno;
+            WriteKey(handle, key, value.data(), keyString, static_cast<int>(value.size()) + 1) == 0 ? 0
+                                                                                                    : errno;
         EXPECT_EQ(CloseSection(handle), 0);
         return error;
     }
