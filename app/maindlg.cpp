@@ -20,17 +20,16 @@ constexpr int lastAdapter = 3;
 }  // namespace
 
 DMainDlg::DMainDlg(zApplication& application, const zLayout& layout)
-    : zFormDialog(application, layout), channel_(ioctlDesc, O_RDONLY),
-      editor_(
-          [this](const std::string& text, const std::string& caption) {
-              zMessageBox(this->application(), shell(), zMessageStyle::information, text, caption);
-          },
-          false) {
+    : zFormDialog(application, layout), channel_(ioctlDesc, O_RDONLY) {
     if (ioctlDesc) adapterQuery_.emplace(ioctlDesc, std::uint8_t{0});
     connect();
     setup();
     SetDlgTitle();
     show();
+}
+
+DMainDlg::~DMainDlg() {
+    saveUnsavedLists(configuration_);
 }
 
 void DMainDlg::connect() {
@@ -46,7 +45,7 @@ void DMainDlg::connect() {
 
 void DMainDlg::setup() {
     currentAdapter = 0;
-    editor_.ReadPdf();
+    configuration_.read();
     if (adapterQuery_) {
         if (const PackageRevView revision = adapterQuery_->GetPackageRev())
             control<zEdit>(driverVersionED).setText(revision.text());
@@ -83,7 +82,7 @@ void DMainDlg::clickedSetupBTN() {
         return;
     }
     if (!ioctlDesc) warn("Atm Driver Not Loaded. \nNo dynamic configuration available!", "Driver Error");
-    setUpAdapter(*this, editor_);
+    setUpAdapter(*this, configuration_);
 }
 
 void DMainDlg::clickedGlobalBTN() {

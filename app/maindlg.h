@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/discovery.h"
-#include "config/driverpdf.h"
+#include "change/configuration.h"
 #include "driver/channel.h"
 #include "driver/dai_io.h"
 #include "toolkit/window/window.h"
@@ -29,6 +29,7 @@ class DMainDlg : public zFormDialog {
     // Opens the driver channel, reads the configuration of all adapters, lists the adapters and shows the
     // window. Without a driver the tool works on the static configuration only.
     DMainDlg(zApplication& application, const zLayout& layout);
+    ~DMainDlg() override;  // saves what waits to be saved
 
   private:
     // Steps of the construction, in this order.
@@ -45,7 +46,7 @@ class DMainDlg : public zFormDialog {
     void warn(const std::string& text, const char* title);
 
     OpenedChannel channel_;  // ioctlDesc
-    DriverPdfEdit editor_;
+    Configuration configuration_{"tarvolin"};
     std::optional<aalInfo> adapterQuery_;                 // empty without a driver
     std::vector<FoundAdapter> adapters_;                  // by list position
     std::vector<std::unique_ptr<DStatsDlg>> statistics_;  // those that are open

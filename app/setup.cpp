@@ -1,68 +1,145 @@
 #include "app/setup.h"
 
 #include "app/apply.h"
+#include "change/adapterchange.h"
 #include "driver/channel.h"
 #include "model/settings.h"
 #include "model/tvdatbuf.h"
-#include "platform/index.h"
 #include "toolkit/window/messagebox.h"
 #include "ui/config/confdlg.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
+#include <functional>
+#include <utility>
 
 namespace {
 
-// The text for a failed save. The last sentence is there only if something was changed and no change is in
-// the files.
-std::string notSaved(const DriverPdfEdit& editor, bool changed, bool accepted) {
-    std::string text = "Unable to save the configuration:\n\n";
-    for (const SaveFailure& failure : editor.failures()) text += failure.file + ": " + failure.reason + "\n";
-    if (!changed || editor.wroteAnything()) return text;
-    return text + (accepted ? "\nThe driver keeps what it accepted; the file was not updated."
-                            : "\nThe change is not in the file.");
+// A section of a longer text: its title and its lines.
+std::string paragraph(const std::string& title, const std::vector<std::string>& lines) {
+    constexpr std::size_t most = 20;
+    std::string text = title + "\n\n";
+    for (std::size_t i = 0; i < lines.size() && i < most; ++i) text += lines[i] + "\n";
+    if (lines.size() > most) text += fmt::format("and {} more\n", lines.size() - most);
+    return text;
 }
 
-// The servers of the current adapter that have clients but no client table, one a line.
-std::string withoutClientTable() {
-    std::string servers;
-    int number = 0;
-    for (const AtmLES& les : atmDevices.les[asIndex(currentAdapter)]) {
-        ++number;
-        if (!les.clients.empty() && les.clientFile.empty()) servers += fmt::format("LES {}\n", number);
+// What the files did not take. The last sentence is there only if something was changed and no change is in
+// the files.
+std::string fileText(const ChangeResult& result, bool accepted) {
+    std::string text;
+    const bool bothers = result.changed || !result.onlySectionsMissing();
+    if (!result.failures.empty() && bothers) {
+        std::vector<std::string> lines;
+        for (const SaveFailure& failure : result.failures)
+            lines.push_back(failure.file + ": " + failure.reason);
+        text = paragraph("Unable to save the configuration:", lines);
+        if (result.save.putBack) text += "\nThe files that were replaced already were put back.";
+        if (result.save.state == SaveOutcome::State::unfinished)
+            text += "\nSome files are new already; the others will be when the configuration is used next.";
+        else if (result.changed && !result.wrote)
+            text += accepted ? "\nThe driver keeps what it accepted; the file was not updated."
+                             : "\nThe change is not in the file.";
     }
-    return servers;
+    if (result.notes.empty()) return text;
+    return text + (text.empty() ? "" : "\n\n") + paragraph("About the files:", result.notes);
+}
+
+std::string driverText(const ChangeResult& result) {
+    if (result.driver.empty()) return {};
+    return paragraph("The driver did not take everything:", result.driver) +
+           (result.wrote ? "\nThe file has the change." : "\nThe file was not updated.");
+}
+
+// Finishes a change when the connection to the X server is lost.
+class WithoutWindows {
+  public:
+    WithoutWindows(zApplication& application, std::function<void()> finish)
+        : application_(application), before_(std::exchange(application.onConnectionLost, std::move(finish))) {
+    }
+    ~WithoutWindows() { application_.onConnectionLost = std::move(before_); }
+    WithoutWindows(const WithoutWindows&) = delete;
+    WithoutWindows& operator=(const WithoutWindows&) = delete;
+
+  private:
+    zApplication& application_;
+    std::function<void()> before_;
+};
+
+ChangeResult change(zWindow& window, Configuration& configuration, ChangeOrder order) {
+    AdapterChange change(configuration, std::move(order));
+    const WithoutWindows rest(window.application(), [&] {
+        change.finishAlone();
+        saveUnsavedLists(configuration);
+    });
+    while (const std::optional<Question> question = change.run())
+        change.answer(zQuestionBox(window.application(), window.shell(), question->text, question->title));
+    return change.result();
+}
+
+void takeListsOver() {
+    MapXferBufferPVCsToData();
+    MapXferBufferELANsToData();
 }
 
 }  // namespace
 
-void setUpAdapter(zWindow& window, DriverPdfEdit& editor) {
+void setUpAdapter(zWindow& window, Configuration& configuration) {
     const auto warn = [&window](const std::string& text, const char* title) {
-        zMessageBox(window.application(), window.shell(), zMessageStyle::warning, text, title);
+        if (!text.empty())
+            zMessageBox(window.application(), window.shell(), zMessageStyle::warning, text, title);
     };
-    bool saved = true, changed = false, accepted = false;
+    ChangeResult result;
+    ServiceSet changed;
+    bool accepted = false;
     {
+        configuration.readAgain(currentAdapter);
         MapDataToXferBuffer();
+        ChangeOrder order{.adapter = currentAdapter, .before = atmDevices};
         const unsigned long before = SetupIoctlDesc.acceptedChanges();
         DConfigDlg dialog(window);
-        dialog.runModal();
-        window.setCursor(zWatchCursor);
-        changed = listsChanged() || (dialog.okFlag() && settingsChanged());
-        accepted = SetupIoctlDesc.acceptedChanges() != before;
-        if (dialog.okFlag()) {
-            accepted |= MapXferBufferToData(warn);
-            saved = editor.WriteLink(currentAdapter);
-        } else {
-            MapXferBufferPVCsToData();
-            MapXferBufferELANsToData();
-            saved = editor.WriteLists(currentAdapter);
+        {
+            const WithoutWindows lists(window.application(), [&] {
+                takeListsOver();
+                saveUnsavedLists(configuration);
+            });
+            dialog.runModal();
         }
+        window.setCursor(zWatchCursor);
+        order.settings = dialog.okFlag();
+        if (order.settings)
+            order.changed = MapXferBufferToData();
+        else
+            takeListsOver();
+        changed = order.changed;
+        order.driver = static_cast<bool>(ioctlDesc);
+        order.display = window.application().displayName();
+        accepted = SetupIoctlDesc.acceptedChanges() != before;
+        result = change(window, configuration, std::move(order));
+        accepted |= result.tookAny;
         window.setCursor(zArrowCursor);
     }
-    // An adapter without a section has nowhere to save its settings. That matters only if they were changed.
-    const bool asBefore = !changed && editor.onlySectionsMissing();
-    if (!saved && !asBefore) warn(notSaved(editor, changed, accepted), "Configuration Error");
-    if (const std::string servers = withoutClientTable(); !servers.empty())
-        warn("Unable to save the ELAN clients of:\n\n" + servers +
-                 "\nThe parameter file names no client table (ElanTbl) for them.",
+    warn(fileText(result, accepted), "Configuration Error");
+    warn(driverText(result), "Driver Error");
+    if (!result.withoutTable.empty())
+        warn(fmt::format(
+                 "Unable to save the ELAN clients of:\n\n{}\n\nThe parameter file names no client table "
+                 "(ElanTbl) for them.",
+                 fmt::join(result.withoutTable, "\n")),
              "ELAN Client Error");
+    if (changed.signalling && !result.givenUp)
+        warn("Signalling parameters changed!\nYou will need to manually restart signalling.",
+             "Configuration Change");
+}
+
+void saveUnsavedLists(Configuration& configuration) {
+    for (int adapter = 0; adapter < adapterCount; ++adapter) {
+        if (configuration.unsavedLists(adapter).empty()) continue;
+        AdapterChange change(configuration,
+                             {.adapter = adapter, .settings = false, .before = configuration.mine()});
+        change.finishAlone();
+        for (const std::string& name : configuration.unsavedLists(adapter))
+            fmt::print(stderr, "tarvolin: adapter {}: the list of {} is not saved, the driver has it\n",
+                       adapter + 1, name);
+    }
 }

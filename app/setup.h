@@ -1,11 +1,16 @@
 // The configuration sequence of one adapter: dialog, driver, files.
 #pragma once
 
-#include "config/driverpdf.h"
+#include "change/configuration.h"
 #include "toolkit/window/window.h"
 
 // Runs the configuration dialog of the adapter currentAdapter above `window`. After OK the changes are sent
-// to the running driver and the whole adapter is saved; after Cancel only the lists are saved, which the
-// driver already has. Message boxes say what could not be saved. `window` shows the watch cursor while
-// changes are applied.
-void setUpAdapter(zWindow& window, DriverPdfEdit& editor);
+// to the running driver and the whole adapter is saved; after Cancel only the lists that were edited, which
+// the driver already has. Questions ask what to do about the changes of others, and message boxes say what
+// the files or the driver did not take. `window` shows the watch cursor while changes are applied. When the X
+// server is lost meanwhile, all this is done without windows.
+void setUpAdapter(zWindow& window, Configuration& configuration);
+
+// At the end of a run: saves the lists that could not be saved before, since somebody else held the lock.
+// What cannot be saved is named on standard error.
+void saveUnsavedLists(Configuration& configuration);

@@ -17,13 +17,13 @@ struct ListChange {
     std::vector<std::string> added, removed;  // the entries, each as a text of one line
 };
 
-enum class Answer { taken, refused, unanswered, notSent };
+enum class RequestResult { taken, refused, unanswered, notSent };
 
 struct SentRequest {
     std::string service;  // "adapter1/lec2": what stands before the dot in a key
     std::string request;  // "LEC_INIT"
     std::string subject;  // the list entry that it is about ("PVC 0 / 204"); empty: the service as a whole
-    Answer answer = Answer::notSent;
+    RequestResult answer = RequestResult::notSent;
     int resp = 0;  // the header's Resp; means something when taken or refused
 };
 
@@ -41,4 +41,4 @@ struct ChangeRecord {
 };
 
 // "taken", "refused", "unanswered" or "not sent".
-const char* answerWord(Answer answer);
+const char* answerWord(RequestResult answer);

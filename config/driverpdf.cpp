@@ -1,6 +1,7 @@
 // Reads and writes records along the key tables, and the list files.
 #include "config/driverpdf.h"
 
+#include "config/listform.h"
 #include "config/pvcfile.h"
 #include "config/recordrows.h"
 #include "platform/debuglog.h"
@@ -63,10 +64,29 @@ template <class Record> bool DriverPdfEdit::readRecord(const std::string& path, 
     return true;
 }
 
+// Without a file that can be read the engine tries to open it, and complains.
+SectionHandle* DriverPdfEdit::open(std::string_view sectionPath, std::uint32_t flags) {
+    const FileAsRead& file = files_.read(parameterFile);
+    if (!file.exists || file.error) {
+        const int error = file.exists ? file.error : ENOENT;
+        if (SectionHandle* handle = OpenSection(parameterFile, sectionPath, 0)) CloseSection(handle);
+        errno = error;
+        return nullptr;
+    }
+    return OpenSection(files_.text(parameterFile), parameterFile, sectionPath, flags);
+}
+
 bool DriverPdfEdit::mayWrite() {
     if (readError_ == 0) return true;
-    addFailure(parameterFile, fmt::format("it could not be read before: {}", std::strerror(readError_)));
+    addFailure(parameterFile, std::strerror(readError_));
     return false;
+}
+
+void DriverPdfEdit::clearOutcomes() {
+    clearOutcome();
+    dropped_.clear();
+    lacking_.clear();
+    places_.clear();
 }
 
 template <class Record> bool DriverPdfEdit::setField(const KeyRow<Record>& row, const Record& record) {
@@ -120,27 +140,46 @@ bool DriverPdfEdit::writeRecord(const std::string& path, Record& record, const s
             keepValue();
             continue;
         }
-        if (setField(row, record) || errno == ENODATA || errno == ENOENT) continue;
+        if (setField(row, record) || errno == ENODATA) continue;
+        if (errno == ENOENT) {
+            lacking_.emplace(path, row.key);
+            continue;
+        }
         addFailure(parameterFile, fmt::format("the value of {} in {} cannot be stored", row.key, path));
         good = false;
     }
     return good;
 }
 
-bool DriverPdfEdit::ReadPdf() {
+bool DriverPdfEdit::readAdapter(int adapter) {
     using Read = bool (DriverPdfEdit::*)(int);
+    if (OpenKey(fmt::format("/Adapter{}", adapter), 0, false))
+        QueryValue("InterruptNumber", &devices_.interruptNumber[asIndex(adapter)], keyLong,
+                   sizeof(std::int32_t), true);
+    else if (errno != ESRCH)
+        readError_ = errno;
+    for (const Read read : {&DriverPdfEdit::ReadSig, &DriverPdfEdit::ReadLECs, &DriverPdfEdit::ReadLESs,
+                            &DriverPdfEdit::ReadLECS, &DriverPdfEdit::ReadIP1577})
+        if (readError_ == 0) (this->*read)(adapter);
+    return readError_ == 0;
+}
+
+bool DriverPdfEdit::ReadPdf() {
+    files_.clear();
     readError_ = 0;
-    for (int adapter = 0; adapter < adapterCount && readError_ == 0; ++adapter) {
-        const std::string path = fmt::format("/Adapter{}", adapter);
-        if (OpenKey(path, 0, false))
-            QueryValue("InterruptNumber", &devices_.interruptNumber[asIndex(adapter)], keyLong,
-                       sizeof(std::int32_t), true);
-        else if (errno != ESRCH)
-            readError_ = errno;
-        for (const Read read : {&DriverPdfEdit::ReadSig, &DriverPdfEdit::ReadLECs, &DriverPdfEdit::ReadLESs,
-                                &DriverPdfEdit::ReadLECS, &DriverPdfEdit::ReadIP1577})
-            if (readError_ == 0) (this->*read)(adapter);
-    }
+    for (int adapter = 0; adapter < adapterCount && readAdapter(adapter);) ++adapter;
+    CloseKey();
+    return readError_ == 0;
+}
+
+bool DriverPdfEdit::ReadLink(int adapter) {
+    files_.clear();
+    return ReadTexts(adapter);
+}
+
+bool DriverPdfEdit::ReadTexts(int adapter) {
+    readError_ = 0;
+    if (isAdapter(adapter)) readAdapter(adapter);
     CloseKey();
     return readError_ == 0;
 }
@@ -187,19 +226,18 @@ bool DriverPdfEdit::ReadIP1577(int adapter) {
 }
 
 bool DriverPdfEdit::WriteLink(int adapter) {
-    clearOutcome();
+    clearOutcomes();
     WriteSig(adapter);
     WriteLECs(adapter);
     WriteLESs(adapter);
     WriteLECS(adapter);
     WriteIP1577(adapter);
-    CloseKey();  // the file names must be on the disk before the lists
     writeLists(adapter);
     return failures().empty();
 }
 
 bool DriverPdfEdit::WriteLists(int adapter) {
-    clearOutcome();
+    clearOutcomes();
     writeLists(adapter);
     return failures().empty();
 }
@@ -268,11 +306,9 @@ bool DriverPdfEdit::WriteMappedClients(int adapter) {
 
 template <class List> void DriverPdfEdit::readList(const std::string& name, List& list) {
     list.clear();
-    const int error = name.empty() ? 0 : readListFile(name, list);
-    if (error)
-        unread_[name] = error;
-    else
-        unread_.erase(name);
+    if (name.empty()) return;
+    const std::string& text = files_.now(name);
+    if (listForm(text, list).isList) parseList(text, name, list);
 }
 
 // Makes sure that the parameter file has the name of the PVC file. Only the default name may be missing
@@ -287,6 +323,7 @@ bool DriverPdfEdit::pvcFileIsNamed(const std::string& path, Record& record, cons
     };
     if (!record.pvcFile.empty() && record.pvcFile.view() != listFile) return true;
     if (stands()) return true;
+    places_.clear();
     if (!writeRecord(path, record, listFile) || !CloseKey()) return false;
     if (stands()) return true;
     addFailure(parameterFile, fmt::format("{} cannot take the name of a PVC file", path));
@@ -299,16 +336,53 @@ bool DriverPdfEdit::writePvcs(const std::string& path, Record& record, const std
     return pvcFileIsNamed(path, record, listFile) && writeList(record.pvcFile.str(), record.pvcs);
 }
 
+// The places of all files that the parameter file names, by section.
+void DriverPdfEdit::readPlaces() {
+    places_.clear();
+    const auto read = [&](const std::string& path, const char* key) {
+        FileName name;
+        if (!OpenKey(path, 0, false) ||
+            ReadKey(section_, key, name.data(), keyString, static_cast<int>(FileName::size) - 1) != 0)
+            return;
+        platform::HostPath place = platform::hostPath(name.view());
+        platform::files().resolve(place, place);
+        places_.insert(place.text);
+    };
+    for (int a = 0; a < adapterCount; ++a) {
+        for (int m = 0; m < lecCount; ++m) read(sectionPath(a, "LEC", m), "PvcConfFile");
+        for (int m = 0; m < lesCount; ++m) read(sectionPath(a, "LES", m), "ElanTbl");
+        read(sectionPath(a, "IP15770"), "PvcConfFile");
+    }
+    CloseKey();
+}
+
+// Why a file may not be replaced or removed as a list of this kind; empty: it may.
+template <class List> std::string DriverPdfEdit::whyNoList(const std::string& name, const List& list) {
+    const FileAsRead& file = files_.read(name);
+    if (file.error) return std::strerror(file.error);
+    const ListForm form = listForm(file.content, list);
+    if (!form.isList) return "it is not a list of this kind";
+    if (isOutside(name) && !form.hasEntry) return "it is not a list, and not in /etc/atm";
+    if (file.place == files_.read(parameterFile).place) return "it is the parameter file";
+    if (places_.empty()) readPlaces();
+    if (places_.count(file.place.text) > 1) return "the parameter file names it more than once";
+    return {};
+}
+
 template <class List> bool DriverPdfEdit::writeList(const std::string& name, const List& list) {
     if (!mayWrite()) return false;
-    const auto unread = unread_.find(name);
     List standing;
-    int error = unread != unread_.end() ? unread->second : readListFile(name, standing);
-    if (error == 0 && standing != list) {
-        error = writeListFile(name, list);
-        List now;
-        if (error == 0 || readListFile(name, now) != 0 || now != standing) noteWritten();
+    readList(name, standing);
+    if (standing == list) return true;
+    if (const std::string reason = whyNoList(name, list); !reason.empty()) {
+        addFailure(name, reason);
+        return false;
     }
-    if (error) addFailure(name, std::strerror(error));
-    return error == 0;
+    if (const std::string text = listForm(files_.read(name).content, list).dropped; !text.empty())
+        dropped_.push_back(fmt::format("{} had {}, which is not kept.", name, text));
+    if (list.empty())
+        files_.remove(name);
+    else
+        files_.text(name) = listText(list);
+    return true;
 }

@@ -1,15 +1,16 @@
 // The driver's parameter file and its list files as the configuration records.
 //
-// Reading: records of missing sections and fields of missing or empty keys keep their defaults. Writing: in
-// an existing section only existing keys are written; a missing section is created if its adapter's section
-// exists. Unchanged values keep their spelling, including what could not be read of them; a list file that
-// already holds the list is not written.
+// Reading: records of missing sections and fields of missing or empty keys keep their defaults. Writing goes
+// into texts (files()); whoever saves brings these to the disk. In an existing section only existing keys are
+// written; a missing section is created if its adapter's section exists. Unchanged values keep their
+// spelling, including what could not be read of them; a list file that already holds the list is not written.
 #pragma once
 
+#include "config/configfiles.h"
 #include "config/pdfedit.h"
 #include "model/tvdatbuf.h"
 
-#include <map>
+#include <set>
 
 template <class Record> struct KeyRow;  // keytable.h
 
@@ -17,20 +18,33 @@ class DriverPdfEdit : public PdfEdit {
   public:
     DriverPdfEdit(ErrorReporter reporter, bool showErrors, AtmDevices& devices = atmDevices);
 
-    // Reads everything of all adapters, once at start-up. False when the file could not be read; the
-    // remaining records keep their values, and nothing is written until reading succeeds.
+    // Reads everything of all adapters, or of one (0 to 3), from the disk. False when the parameter file
+    // could not be read: the remaining records keep their values, and nothing is written until reading
+    // succeeds.
     bool ReadPdf();
+    bool ReadLink(int adapter);
+    // The same of the texts as they are now.
+    bool ReadTexts(int adapter);
 
-    // Writes everything of one adapter (0 to 3) except its interrupt number, and commits it. False when
-    // something could not be saved. failures(), onlySectionsMissing() and wroteAnything() then tell of this
-    // call.
+    // Writes everything of one adapter except its interrupt number. False when something could not be stored;
+    // failures() and onlySectionsMissing() then tell of this call.
     bool WriteLink(int adapter);
 
     // Only the list files, after a cancelled dialog. Otherwise as WriteLink.
     bool WriteLists(int adapter);
 
+    // The texts, as they were read and as they were written.
+    ConfigFiles& files() { return files_; }
+
+    // What the last WriteLink or WriteLists drops that stood beside the entries of a list: a sentence each.
+    const std::vector<std::string>& dropped() const { return dropped_; }
+    // Keys that it could not add, since their sections lack them: "/Adapter0/LEC1", "L3Mtu".
+    using Lacking = std::set<std::pair<std::string, std::string>>;
+    const Lacking& lacking() const { return lacking_; }
+
     // One kind of record. False when a section is not there (Read...) or when something could not be saved
-    // (Write..., but a section is committed only when the next one is opened or CloseKey is called).
+    // (Write..., but a section is committed to the text only when the next one is opened or CloseKey is
+    // called).
     bool ReadSig(int adapter);
     bool ReadLECs(int adapter);
     bool ReadLESs(int adapter);
@@ -49,7 +63,11 @@ class DriverPdfEdit : public PdfEdit {
     bool WriteBridgedPVCs(int adapter);
     bool WriteMappedClients(int adapter);
 
+  protected:
+    SectionHandle* open(std::string_view sectionPath, std::uint32_t flags) override;
+
   private:
+    bool readAdapter(int adapter);
     template <class Record> bool readRecord(const std::string& path, Record& record);
     template <class Record> bool setField(const KeyRow<Record>& row, const Record& record);
     template <class Record>
@@ -60,10 +78,16 @@ class DriverPdfEdit : public PdfEdit {
     bool pvcFileIsNamed(const std::string& path, Record& record, const std::string& listFile);
     template <class List> void readList(const std::string& name, List& list);
     template <class List> bool writeList(const std::string& name, const List& list);
+    template <class List> std::string whyNoList(const std::string& name, const List& list);
     void writeLists(int adapter);
     bool mayWrite();
+    void clearOutcomes();
+    void readPlaces();
 
     AtmDevices& devices_;
-    int readError_ = 0;                  // errno of a failed ReadPdf, after which nothing is written
-    std::map<std::string, int> unread_;  // list files that exist but could not be read, and the errno
+    ConfigFiles files_;
+    int readError_ = 0;  // errno of a failed ReadPdf, after which nothing is written
+    std::vector<std::string> dropped_;
+    Lacking lacking_;
+    std::multiset<std::string> places_;  // of all list files, when it is not empty
 };

@@ -5,6 +5,7 @@
 #include "model/tvdatbuf.h"
 
 #include <span>
+#include <string>
 #include <variant>
 
 enum AddressHalf { addressPrefix, addressEsiSelector };
@@ -25,14 +26,30 @@ template <class Record>
 using KeyField = std::variant<std::int32_t Record::*, ElanName Record::*, AddressText Record::*,
                               AddressField<Record>, FileField<Record>>;
 
+// How people write a number that stands for something.
+struct CodeName {
+    std::int32_t code;
+    const char* name;   // in a script: "tokenRing"
+    const char* words;  // in a window: "Token Ring"
+};
+using CodeNames = std::span<const CodeName>;
+
 // Numbers are written as keyLong, everything else as text.
 template <class Record> struct KeyRow {
     const char* key;
+    const char* name;   // in a script: "mtu"
+    const char* words;  // in a window: "ELAN MTU"
     KeyField<Record> field;
     KeyType readType;
     int readLength;  // bytes, with the terminating zero of a text
     bool written = true;
+    CodeNames codes = {};  // of a number; none: it is shown as it is
 };
+
+// The value of a row in a record, for scripts or for windows. A code that has no name is "code 7".
+enum class ValueForm { name, words };
+template <class Record>
+std::string valueText(const KeyRow<Record>& row, const Record& record, ValueForm form);
 
 // The rows of one record type, in the order in which they are read and written.
 template <class Record> std::span<const KeyRow<Record>> keyRows();

@@ -1,22 +1,9 @@
 #include "config/pdfedit.h"
 
-#include "platform/files.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <utility>
-
-namespace {
-
-// Another one after each commit. 0: unknown.
-ino_t fileNumber() {
-    struct stat status {};
-    const platform::HostPath path = platform::hostPath(PdfEdit::parameterFile);
-    return platform::files().status(path, status) == 0 ? status.st_ino : 0;
-}
-
-}  // namespace
 
 PdfEdit::PdfEdit(ErrorReporter reporter, bool showErrors)
     : reporter_(std::move(reporter)), showErrors_(showErrors) {}
@@ -25,9 +12,13 @@ PdfEdit::~PdfEdit() {
     CloseKey();
 }
 
+SectionHandle* PdfEdit::open(std::string_view sectionPath, std::uint32_t flags) {
+    return OpenSection(parameterFile, sectionPath, flags);
+}
+
 bool PdfEdit::OpenKey(std::string_view sectionPath, std::uint32_t flags, bool showError) {
     CloseKey();
-    section_ = OpenSection(parameterFile, sectionPath, flags);
+    section_ = open(sectionPath, flags);
     return finish(section_ != nullptr, sectionPath, showError);
 }
 
@@ -36,10 +27,7 @@ bool PdfEdit::QueryValue(std::string_view key, void* destination, int type, int 
 }
 
 bool PdfEdit::SetValue(std::string_view key, void* source, int type, int len, bool showError) {
-    const int before = section_ ? section_->wflg : 0;
-    const bool good = section_ && WriteKey(section_, key, source, type, len) == 0;
-    edited_ = edited_ || (section_ && section_->wflg != before);
-    return finish(good, key, showError);
+    return finish(section_ && WriteKey(section_, key, source, type, len) == 0, key, showError);
 }
 
 void PdfEdit::keepValue() {
@@ -47,12 +35,7 @@ void PdfEdit::keepValue() {
 }
 
 bool PdfEdit::CloseKey() {
-    SectionHandle* closing = std::exchange(section_, nullptr);
-    const bool edited = std::exchange(edited_, false);
-    // A commit can fail behind the rename.
-    const ino_t before = edited ? fileNumber() : 0;
-    const int error = CloseSection(closing) == 0 ? 0 : errno;
-    if (edited && (error == 0 || fileNumber() != before)) noteWritten();
+    const int error = CloseSection(std::exchange(section_, nullptr)) == 0 ? 0 : errno;
     if (error) addFailure(parameterFile, std::strerror(error));
     return error == 0;
 }
@@ -78,7 +61,6 @@ bool PdfEdit::onlySectionsMissing() const {
 
 void PdfEdit::clearOutcome() {
     failures_.clear();
-    wroteAnything_ = false;
 }
 
 void PdfEdit::addFailure(std::string_view file, std::string_view reason, bool sectionMissing) {

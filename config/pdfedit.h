@@ -10,7 +10,7 @@
 // Shows a text under a caption to the user; the main window gives a message box.
 using ErrorReporter = std::function<void(const std::string& text, const std::string& caption)>;
 
-// Something that was to be saved and was not.
+// Something that was to be saved and cannot be.
 struct SaveFailure {
     std::string file;    // as the configuration names it
     std::string reason;  // for the user, without a full stop
@@ -50,14 +50,13 @@ class PdfEdit {
     const std::vector<SaveFailure>& failures() const { return failures_; }
     // Whether there is no failure but missing sections.
     bool onlySectionsMissing() const;
-    // Whether a file was changed since then: a section with another value, or a list. Also when the save then
-    // failed, as the new content is there all the same, or a part of it.
-    bool wroteAnything() const { return wroteAnything_; }
     void clearOutcome();
 
   protected:
+    // OpenSection on the parameter file.
+    virtual SectionHandle* open(std::string_view sectionPath, std::uint32_t flags);
+
     void addFailure(std::string_view file, std::string_view reason, bool sectionMissing = false);
-    void noteWritten() { wroteAnything_ = true; }
     // The value of a key stays as it is spelled in the open section, which is committed all the same.
     void keepValue();
     bool finish(bool success, std::string_view text, bool showError);
@@ -69,6 +68,4 @@ class PdfEdit {
     bool showErrors_;
     int status_ = 0;
     std::vector<SaveFailure> failures_;
-    bool edited_ = false;  // a value of the open section was changed
-    bool wroteAnything_ = false;
 };

@@ -1,12 +1,10 @@
 #include "config/pvcfile.h"
 
+#include "config/listlines.h"
 #include "platform/debuglog.h"
-#include "platform/stream.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
-#include <fcntl.h>
 #include <fmt/compile.h>
 #include <fmt/format.h>
 #include <limits>
@@ -14,37 +12,9 @@
 #include <string>
 #include <utility>
 
+using namespace listlines;
+
 namespace {
-
-constexpr std::size_t lineLimit = 79;  // characters of a line that are read
-constexpr int recordLines = 5;
-
-std::string_view trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(" \t\r\n");
-    return first == std::string_view::npos ? ""
-                                           : text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
-}
-
-// Whether a text has the given form: 'x' stands for a hexadecimal digit, anything else for itself.
-bool hasForm(std::string_view text, std::string_view form) {
-    return std::equal(text.begin(), text.end(), form.begin(), form.end(), [](char c, char f) {
-        return f == 'x' ? std::string_view("0123456789abcdefABCDEF").find(c) != std::string_view::npos
-                        : c == f;
-    });
-}
-
-bool isDottedDecimal(std::string_view text) {
-    for (int field = 0; field < 4; ++field) {
-        unsigned value = 0;
-        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-        if (error != std::errc() || value > 255) return false;
-        text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-        if (field == 3) return text.empty();
-        if (!text.starts_with('.')) return false;
-        text.remove_prefix(1);
-    }
-    return false;
-}
 
 auto& addressOf(AtmRoutedPvc& pvc) {
     return pvc.ip;
@@ -56,11 +26,10 @@ bool wellFormed(const ipAddress&, std::string_view text) {
     return isDottedDecimal(text);
 }
 bool wellFormed(const macAddress&, std::string_view text) {
-    return hasForm(text, "xxxxxxxxxxxx");
+    return isMacText(text);
 }
 
-// Sources of lines: a stream, or a text in memory, which is not copied. next() gives the first 79 characters
-// of a line without its end; false when the source ended before the line did.
+// Lines of a stream, as TextLines gives those of a text.
 class StreamLines {
   public:
     explicit StreamLines(std::istream& in) : in_(in) {}
@@ -74,21 +43,6 @@ class StreamLines {
   private:
     std::istream& in_;
     std::string held_;
-};
-
-class TextLines {
-  public:
-    explicit TextLines(std::string_view text) : rest_(text) {}
-
-    bool next(std::string_view& line) {
-        const std::size_t end = rest_.find('\n');
-        line = rest_.substr(0, std::min(end, lineLimit));
-        rest_.remove_prefix(std::min(rest_.size(), end == std::string_view::npos ? end : end + 1));
-        return end != std::string_view::npos;
-    }
-
-  private:
-    std::string_view rest_;
 };
 
 // A number beyond 32 bits becomes the nearest; without digits the field stays as it was.
@@ -215,27 +169,6 @@ template <class Pvc> void parsePvcs(std::string_view text, std::string_view name
     }
 }
 
-// A descriptor on an empty regular file that is open for writing, or -1 and errno.
-int openEmpty(const platform::HostPath& path, bool& created) {
-    platform::Files& files = platform::files();
-    constexpr int flags = O_WRONLY | O_NONBLOCK | O_NOCTTY;  // never waits for a pipe's reader
-    int descriptor = files.open(path, flags, 0);
-    created = descriptor < 0 && errno == ENOENT;
-    if (created) descriptor = files.open(path, flags | O_CREAT | O_EXCL, 0644);
-    if (descriptor < 0) return -1;
-    struct stat status {};
-    int error = 0;
-    const bool known = files.status(descriptor, status) == 0;
-    if (known && !S_ISREG(status.st_mode))
-        error = EINVAL;
-    else if (!known || files.truncate(descriptor, 0) != 0)
-        error = errno;
-    if (error == 0) return descriptor;
-    files.close(descriptor);
-    errno = error;
-    return -1;
-}
-
 }  // namespace
 
 std::ostream& operator<<(std::ostream& out, const AtmRoutedPvc& pvc) {
@@ -269,44 +202,18 @@ void parseList(std::string_view text, std::string_view name, std::vector<esiSele
     for (std::size_t from = 0; (in >> client).good();) {
         const auto to = static_cast<std::size_t>(in.tellg());
         list.push_back(client);
-        if (!hasForm(trimmed(text.substr(from, to - from)), "xxxxxxxxxxxx/xx"))
-            noteMalformed(name, list.size());
+        if (!isClientText(trimmed(text.substr(from, to - from)))) noteMalformed(name, list.size());
         from = to;
     }
 }
 
-template <class Entry> int readListFile(std::string_view name, std::vector<Entry>& list) {
-    std::string text;
-    const bool read = platform::readWhole(platform::hostPath(name), text);
-    const int error = errno;
-    parseList(read ? std::string_view(text) : "", name, list);
-    return read || error == ENOENT ? 0 : error;
-}
-
-template <class Entry> int writeListFile(std::string_view name, const std::vector<Entry>& list) {
-    const platform::HostPath path = platform::hostPath(name);
-    if (list.empty()) return platform::files().remove(path) == 0 || errno == ENOENT ? 0 : errno;
-    bool created = false;
-    const int descriptor = openEmpty(path, created);
-    if (descriptor < 0) return errno;
-    platform::Stream stream = platform::streamForWriting(descriptor);
-    if (!stream) return errno;
+template <class Entry> std::string listText(const std::vector<Entry>& list) {
     // A client's line, or a PVC's lines and a blank one behind them.
     std::ostringstream out;
     for (const Entry& entry : list) out << entry << '\n';
-    const std::string_view text = out.view();
-    const bool good = std::fwrite(text.data(), 1, text.size(), stream.get()) == text.size() &&
-                      std::fflush(stream.get()) == 0 && platform::files().sync(descriptor) == 0;
-    const int error = errno;
-    const bool closed = platform::closeWritten(std::move(stream)) == 0;
-    if (!good) return error;
-    if (!closed || (created && platform::syncDirectory(platform::directoryOf(path)) != 0)) return errno;
-    return 0;
+    return std::move(out).str();
 }
 
-template int readListFile(std::string_view, std::vector<AtmRoutedPvc>&);
-template int readListFile(std::string_view, std::vector<AtmBridgedPvc>&);
-template int readListFile(std::string_view, std::vector<esiSelector>&);
-template int writeListFile(std::string_view, const std::vector<AtmRoutedPvc>&);
-template int writeListFile(std::string_view, const std::vector<AtmBridgedPvc>&);
-template int writeListFile(std::string_view, const std::vector<esiSelector>&);
+template std::string listText(const std::vector<AtmRoutedPvc>&);
+template std::string listText(const std::vector<AtmBridgedPvc>&);
+template std::string listText(const std::vector<esiSelector>&);

@@ -12,9 +12,9 @@
 #pragma once
 
 #include "model/tvdatbuf.h"
-#include "platform/files.h"
 
 #include <iosfwd>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -35,10 +35,5 @@ void parseList(std::string_view text, std::string_view name, std::vector<AtmRout
 void parseList(std::string_view text, std::string_view name, std::vector<AtmBridgedPvc>& list);
 void parseList(std::string_view text, std::string_view name, std::vector<esiSelector>& list);
 
-// The list from a file, named as the configuration names it. Without a file, or when it cannot be read, the
-// list is empty. 0, or the errno of the failure when there is a file.
-template <class Entry> int readListFile(std::string_view name, std::vector<Entry>& list);
-
-// Writes the file in place, to the disk; an empty list removes the file.
-// 0, or the errno of the failure.
-template <class Entry> int writeListFile(std::string_view name, const std::vector<Entry>& list);
+// The whole text of a list file.
+template <class Entry> std::string listText(const std::vector<Entry>& list);

@@ -1,5 +1,6 @@
 #include "app/apply.h"
 
+#include "change/restart.h"
 #include "driver/channel.h"
 #include "model/settings.h"
 #include "model/tvdatbuf.h"
@@ -18,6 +19,8 @@ class ApplyTest : public testing::Test {
   protected:
     ScriptedDriver driver;
     LogCapture log;
+    ChangeRecord record;
+    std::vector<std::string> sentences;
 
     void SetUp() override {
         currentAdapter = 2;
@@ -37,13 +40,18 @@ class ApplyTest : public testing::Test {
     }
     void TearDown() override { ioctlDesc.close(); }
 
-    // Applies, and tells which data changed, the requests as "prim.type.unit", and the warnings.
+    // Applies, and tells which data changed, and the requests as "prim.type.unit".
     std::string apply() {
         const std::size_t before = driver.requests().size();
         log.take();
-        std::string warnings, told;
-        MapXferBufferToData(
-            [&](const char* text, const char* title) { warnings += fmt::format(" [{}] {}", title, text); });
+        std::string told;
+        const ServiceSet changed = MapXferBufferToData();
+        DriverChannel channel;
+        if (changed.any() && ioctlDesc) channel.open(O_RDWR);
+        record = {};
+        DriverPhase phase(channel, static_cast<bool>(ioctlDesc), record);
+        restartServices(currentAdapter, atmDevices, changed, phase, channel);
+        sentences = phase.sentences();
         std::istringstream lines(log.take());
         for (std::string line; std::getline(lines, line);)
             if (const auto at = line.find(" data changed"); at != line.npos) told += ' ' + line.substr(0, at);
@@ -52,13 +60,10 @@ class ApplyTest : public testing::Test {
             EXPECT_EQ(request[4], 2) << "the adapter's own index";
             told += fmt::format(" {}.{}.{}", request[0], request[2], request[5]);
         }
-        return told + warnings;
+        return told;
     }
 };
 
-const char signallingWarning[] =
-    " Signalling [Configuration Change] Signalling parameters changed!\nYou will need to manually restart "
-    "signalling.";
 const char lecRestart[] = " Lec2 17.1.2 17.3.2 17.3.2", lesRestart[] = " Les4 18.2.4 18.1.4";
 const char lecsRestart[] = " Lecs 19.2.0 19.1.0 19.5.0 19.3.0 19.3.0 19.3.0",
            ipRestart[] = " IP1577 65.1.0 65.4.0";
@@ -105,11 +110,11 @@ const Change changes[] = {
     {CHANGE(ip1577XferBuffer.ip = "10.0.0.1"), ipRestart},
     {CHANGE(ip1577XferBuffer.subnetMask = "255.0.0.0"), ipRestart},
     {CHANGE(ip1577XferBuffer.pvcs.clear()), ""},
-    {CHANGE(sigXferBuffer.uniPosition = 1), signallingWarning},
-    {CHANGE(sigXferBuffer.addressRegistration = 0), signallingWarning},
-    {CHANGE(sigXferBuffer.portChangeDetect = 0), signallingWarning},
-    {CHANGE(sigXferBuffer.registerOtherPrefixes = 0), signallingWarning},
-    {CHANGE(sigXferBuffer.networkPrefix = "47112233445566778899aabbcc"), signallingWarning},
+    {CHANGE(sigXferBuffer.uniPosition = 1), " Signalling"},
+    {CHANGE(sigXferBuffer.addressRegistration = 0), " Signalling"},
+    {CHANGE(sigXferBuffer.portChangeDetect = 0), " Signalling"},
+    {CHANGE(sigXferBuffer.registerOtherPrefixes = 0), " Signalling"},
+    {CHANGE(sigXferBuffer.networkPrefix = "47112233445566778899aabbcc"), " Signalling"},
 };
 #undef CHANGE
 
@@ -123,17 +128,42 @@ TEST_F(ApplyTest, AChangeOfOneFieldSendsWhatItsServiceNeedsAndNothingElse) {
     }
 }
 
-// What the driver does changes neither the rest of the sequence nor the records.
-TEST_F(ApplyTest, ADriverThatRefusesHangsOrIsNotThereChangesNothingElse) {
+// What the driver does not take is named, and changes neither the rest of the sequence nor the records. After
+// a request without an answer nothing more is sent.
+TEST_F(ApplyTest, WhatTheDriverDoesNotTakeIsNamed) {
+    const std::vector<std::string> refused{
+        "LEC 3: restart refused (5). It runs with its old settings.",
+        "PVC 0 / 100 of LEC 3 refused (5): the client runs without it.",
+        "PVC 0 / 101 of LEC 3 refused (5): the client runs without it.",
+        "LES 5: start refused (5). It is stopped.",
+        "LECS: restart refused (5). It may be stopped.",
+        "Client 01:00:00:00:00:00-00 of LES 1 refused (5): the LECS runs without it.",
+        "Client 02:00:00:00:00:00-00 of LES 1 refused (5): the LECS runs without it.",
+        "Client 03:00:00:00:00:00-00 of LES 3 refused (5): the LECS runs without it.",
+        "Classical IP: restart refused (5). It runs with its old settings.",
+        "PVC 0 / 200 of Classical IP refused (5): the client runs without it."};
+    const std::vector<std::string> unsent{"LES 5: not restarted. It runs with its old settings.",
+                                          "LECS: not restarted. It runs with its old settings.",
+                                          "Classical IP: not restarted. It runs with its old settings."};
+    const auto with = [](const char* first, std::vector<std::string> rest, const char* last) {
+        rest.insert(rest.begin(), first);
+        rest.push_back(last);
+        return rest;
+    };
     const struct {
         const char* name;
         void (*prepare)(ScriptedDriver&);
         std::size_t requests;
+        std::vector<std::string> sentences;
     } drivers[] = {
-        {"refuses", [](ScriptedDriver& d) { d.otherwise([](auto, Answer& a) { a.resp(5); }); }, 12},
-        {"hangs", [](ScriptedDriver& d) { d.otherwise([](auto, Answer& a) { a.error(ETIME); }); }, 4},
-        {"was not there at start-up", [](ScriptedDriver&) { ioctlDesc.close(); }, 0},
-        {"cannot be opened now", [](ScriptedDriver& d) { d.failCall(1, EACCES); }, 0},
+        {"refuses", [](ScriptedDriver& d) { d.otherwise([](auto, Answer& a) { a.resp(5); }); }, 12, refused},
+        {"hangs", [](ScriptedDriver& d) { d.otherwise([](auto, Answer& a) { a.error(ETIME); }); }, 1,
+         with("LEC 3: no answer to the restart. What it runs with is unknown.", unsent,
+              "Nothing more was sent after a request without an answer.")},
+        {"was not there at start-up", [](ScriptedDriver&) { ioctlDesc.close(); }, 0, {}},
+        {"cannot be opened now", [](ScriptedDriver& d) { d.failCall(1, EACCES); }, 0,
+         with("LEC 3: not restarted. It runs with its old settings.", unsent,
+              "The driver cannot be opened: Permission denied.")},
     };
     for (const auto& d : drivers) {
         SetUp();
@@ -146,8 +176,8 @@ TEST_F(ApplyTest, ADriverThatRefusesHangsOrIsNotThereChangesNothingElse) {
         const std::size_t before = driver.requests().size();
         const std::string told = apply();
         EXPECT_EQ(driver.requests().size() - before, d.requests) << d.name;
-        EXPECT_TRUE(told.starts_with(" Lec2 Les4 Lecs IP1577 Signalling ")) << told;
-        EXPECT_TRUE(told.ends_with("signalling.")) << told;
+        EXPECT_TRUE(told.starts_with(" Lec2 Les4 Lecs IP1577 Signalling")) << told;
+        EXPECT_EQ(sentences, d.sentences) << d.name;
         EXPECT_EQ(atmDevices.lec[2][2].elanName.view(), "x") << d.name;
         EXPECT_EQ(atmDevices.lecs[2].etherMtuClass, 3) << d.name;
         EXPECT_EQ(atmDevices.sig[2].uniRevision, 31) << d.name;

@@ -37,7 +37,7 @@ TEST(Damaged, FilesAreReadAndSaved) {
                     editor.WriteLECs(0);
                     editor.WriteIP1577(0);
                     editor.CloseKey();
-                    return files.get(name);
+                    return editor.files().text(name);
                 };
                 const std::string once = save();
                 if (save() != once && unstable.empty()) unstable = damaged;

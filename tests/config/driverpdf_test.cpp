@@ -35,6 +35,18 @@ struct DriverPdf : testing::Test {
         EXPECT_THAT(testing::internal::GetCapturedStdout(), testing::Not(testing::HasSubstr("rror")));
     }
 
+    // Brings the texts to the disk, as a save does.
+    bool save(bool stored) {
+        for (const auto& [name, text] : editor.files().edits()) {
+            if (text)
+                root.write(name, *text);
+            else
+                std::filesystem::remove(root.at(name));
+        }
+        editor.files().clear();
+        return stored;
+    }
+
     // A line of the file by its beginning, from a place on.
     std::string line(std::string_view start, std::string_view from = "") const {
         const std::string text = root.read(file);
@@ -65,7 +77,7 @@ TEST_F(DriverPdf, SavingChangesOnlyWhatChanged) {
     const std::string whole = allAdapters();
     load(whole);
     for (int a = 0; a < adapterCount; ++a) {
-        EXPECT_TRUE(editor.WriteLink(a));
+        EXPECT_TRUE(save(editor.WriteLink(a)));
         EXPECT_EQ(devices.lec[static_cast<std::size_t>(a)][1].pvcFile.str(),
                   "/etc/atm/pvcconf" + std::to_string(a) + ".1");
     }
@@ -78,16 +90,15 @@ TEST_F(DriverPdf, SavingChangesOnlyWhatChanged) {
     EXPECT_EQ(line("\tElanName", "LEC = 1"), "\tElanName = caf~e              # cannot be read whole");
     EXPECT_EQ(line("\tAtmPrefix", "LECS0"), "\tAtmPrefix = 4700");
     EXPECT_EQ(line("L3Mtu =", "[LEC0"), "");  // a missing key stays missing
-    for (int a = 0; a < adapterCount; ++a) EXPECT_TRUE(editor.WriteLink(a));
+    for (int a = 0; a < adapterCount; ++a) EXPECT_TRUE(save(editor.WriteLink(a)));
     EXPECT_EQ(root.read(file), saved);
-    EXPECT_FALSE(editor.wroteAnything()) << "no value was changed";
 
     AtmDevices again;
     DriverPdfEdit reader(nullptr, false, again);
     devices.lec[1][0].mtuClass = 3;
     devices.lec[1][0].elanName = std::string(31, 'n');
     devices.sig[2].address.setNetworkPrefix("39");
-    EXPECT_TRUE(editor.WriteLink(1) && editor.WriteLink(2));
+    EXPECT_TRUE(save(editor.WriteLink(1) && editor.WriteLink(2)));
     saved = replaced(saved, "Mfs = 2", "Mfs = 3", "not a section ]\n[Adapter = 1");
     saved = replaced(saved, "ElanName =\n", "ElanName = " + std::string(31, 'n') + "\n", "Adapter = 1");
     saved = replaced(saved, "47000580FFe1", "39000580FFe1", "Adapter = 2");
@@ -97,51 +108,85 @@ TEST_F(DriverPdf, SavingChangesOnlyWhatChanged) {
     EXPECT_EQ(again.lec[1][0].elanName.view(), std::string(30, 'n'));
 }
 
-TEST_F(DriverPdf, WhatIsNotSavedIsSaid) {
+TEST_F(DriverPdf, WhatIsNotStoredIsSaid) {
     load(adapterText(0));
     devices.lec[0][0].elanName = "two words";
+    devices.lec[0][0].useLecs = 0;  // its key is missing
     EXPECT_FALSE(editor.WriteLink(0));
     EXPECT_THAT(editor.failures(),
                 ElementsAre(SaveFailure{file, "the value of ElanName in /Adapter0/LEC0 cannot be stored"}));
-    EXPECT_TRUE(editor.wroteAnything()) << "sections that were missing";
-    devices.lec[0][0].elanName = "";
-
-    devices.lec[0][0].enabled = 0;
-    devices.ip1577[0].pvcs.clear();
-    FailingFiles files;
-    files.failAt(1, EROFS, FileCall::rename, true);
-    EXPECT_FALSE(editor.WriteLink(0));
-    EXPECT_THAT(editor.failures(), ElementsAre(SaveFailure{file, std::strerror(EROFS)}));
-    EXPECT_TRUE(editor.wroteAnything()) << "the list that is empty now";
-    EXPECT_FALSE(root.exists("/etc/atm/routed0"));
-    EXPECT_FALSE(editor.WriteLink(0));
-    EXPECT_FALSE(editor.wroteAnything()) << "no section was committed, and the lists stand";
-    devices.les[0][0].clients.clear();
-    files.failAt(1, EACCES, FileCall::remove, true);
-    EXPECT_FALSE(editor.WriteLists(0));
-    EXPECT_THAT(editor.failures(), ElementsAre(SaveFailure{"/etc/atm/clients0", std::strerror(EACCES)}));
+    EXPECT_TRUE(editor.lacking().contains({"/Adapter0/LEC0", "Lecs"}));
+    EXPECT_EQ(root.read(file), adapterText(0)) << "only the text in memory is another one";
 }
 
-TEST_F(DriverPdf, WhatWasNotReadIsNotWrittenOver) {
+TEST_F(DriverPdf, WhatCannotBeReadIsNotWritten) {
     root.write(file, adapterText(0));
     root.write("/etc/atm/routed0", routedText);
     {
         FailingFiles files;
-        files.failAt(12, EIO, FileCall::read);
+        files.failAt(1, EIO, FileCall::read);
         EXPECT_FALSE(editor.ReadPdf());
     }
     EXPECT_FALSE(editor.WriteLink(0));
-    EXPECT_EQ(editor.failures().size(), 1U);
-    EXPECT_EQ(root.read(file), adapterText(0));
-    EXPECT_TRUE(root.exists("/etc/atm/routed0"));
+    EXPECT_THAT(editor.failures(), ElementsAre(SaveFailure{file, std::strerror(EIO)}));
+    EXPECT_TRUE(editor.files().edits().empty());
     EXPECT_TRUE(editor.ReadPdf());
+}
 
-    std::filesystem::remove(root.at("/etc/atm/clients0"));
-    std::filesystem::create_directory(root.at("/etc/atm/clients0"));
-    EXPECT_TRUE(editor.ReadPdf());
-    EXPECT_FALSE(editor.WriteLists(0));
-    EXPECT_THAT(editor.failures(), ElementsAre(SaveFailure{"/etc/atm/clients0", std::strerror(EISDIR)}));
-    EXPECT_TRUE(root.exists("/etc/atm/clients0"));
+// Names of files that are no lists, or not this record's alone; what the user wanted to store is never there.
+TEST_F(DriverPdf, FilesThatAreNoListsAreLeftAlone) {
+    const AtmBridgedPvc pvc;
+    const struct {
+        std::string name, content;  // "(none)", "(directory)"
+        std::string reason;
+    } cases[] = {
+        {"/etc/atm/tvconf", "", "it is not a list of this kind"},
+        {"/etc/atm/also", "(link)/etc/atm/tvconf", "it is not a list of this kind"},
+        {"/etc/atm/routed0", routedText, "it is not a list of this kind"},
+        {"/etc/atm/odd", "something else\n", "it is not a list of this kind"},
+        {"/etc/atm/dir", "(directory)", std::strerror(EISDIR)},
+        {"/etc/atm/shared", bridgedText, "the parameter file names it more than once"},
+        {"/etc/atm/same", "(link)/etc/atm/shared", "the parameter file names it more than once"},
+        {"/etc/shadow", "root:*:19000:0:99999:7:::\n", "it is not a list of this kind"},
+        {"/etc/atm/../other", "(none)", "it is not a list, and not in /etc/atm"},
+        {"/etc/empty", "", "it is not a list, and not in /etc/atm"},
+        {"/etc/comments", "# nothing\n", "it is not a list, and not in /etc/atm"},
+        {"/etc/list", bridgedText, ""},
+        {"/etc/atm/new", "(none)", ""},
+        {"/etc/atm/comments", "# nothing\n", ""},
+    };
+    for (const auto& c : cases) {
+        std::filesystem::remove_all(root.at(c.name));
+        root.write("/etc/atm/shared", bridgedText);
+        load(replaced(adapterText(0), "/etc/atm/bridged0", c.name) +
+             "[Adapter1\n[LEC3\nPvcConfFile = /etc/atm/shared\n]\n]\n");
+        if (c.content.starts_with("(link)"))
+            std::filesystem::create_symlink(root.at(c.content.substr(6)), root.at(c.name));
+        else if (c.content == "(directory)")
+            std::filesystem::create_directory(root.at(c.name));
+        else if (c.content != "(none)" && c.name != file)
+            root.write(c.name, c.content);
+        EXPECT_TRUE(editor.ReadPdf());
+        auto& list = devices.lec[0][0].pvcs;
+        const bool wasEmpty = list.empty();
+        EXPECT_TRUE(editor.WriteLists(0)) << "nothing was changed: " << c.name;
+        list.push_back(pvc);
+        EXPECT_EQ(editor.WriteLists(0), c.reason.empty()) << c.name;
+        if (!c.reason.empty()) {
+            EXPECT_THAT(editor.failures(), ElementsAre(SaveFailure{c.name, c.reason}));
+        }
+        EXPECT_EQ(editor.files().edits().size(), c.reason.empty() ? 1U : 0U) << c.name;
+        if (wasEmpty) continue;
+        EXPECT_TRUE(editor.ReadPdf());
+        list.clear();
+        EXPECT_EQ(editor.WriteLists(0), c.reason.empty()) << c.name;
+        EXPECT_EQ(editor.files().edits().size(), c.reason.empty() ? 1U : 0U) << c.name;
+    }
+    EXPECT_THAT(editor.dropped(), ElementsAre("/etc/atm/comments had a comment, which is not kept."));
+    load(adapterText(0));
+    devices.ip1577[0].pvcs.clear();
+    EXPECT_TRUE(editor.WriteLists(0));
+    EXPECT_THAT(editor.dropped(), ElementsAre("/etc/atm/routed0 had a comment, which is not kept."));
 }
 
 TEST_F(DriverPdf, ListsAfterCancel) {
@@ -152,7 +197,7 @@ TEST_F(DriverPdf, ListsAfterCancel) {
     devices.lec[0][2].pvcs = {pvc, pvc};  // the section is missing
     devices.lec[0][0].pvcs.clear();
     devices.les[0][1].clients.resize(1);  // no name for these
-    EXPECT_TRUE(editor.WriteLists(0));
+    EXPECT_TRUE(save(editor.WriteLists(0)));
     EXPECT_FALSE(root.exists("/etc/atm/bridged0"));
     EXPECT_THAT(log.text, testing::HasSubstr("No ElanTbl For The Clients Of - /Adapter0/LES1\n"));
 

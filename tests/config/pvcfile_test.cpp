@@ -1,12 +1,10 @@
 // The text form of the list files.
 #include "config/pvcfile.h"
 
+#include "config/listform.h"
 #include "fixture.h"
-#include "tests/support/failingfiles.h"
 #include "tests/support/logcapture.h"
-#include "tests/support/temproot.h"
 
-#include <cerrno>
 #include <gmock/gmock.h>
 #include <sstream>
 
@@ -76,36 +74,62 @@ TEST(PvcFile, WhatIsTakenFromOddText) {
     EXPECT_EQ(log.text, "Malformed Address In - list Record 2\n");
 }
 
-TEST(PvcFile, FilesAreWrittenToTheDiskAndEmptyListsRemoveThem) {
-    const TempRoot root;
+TEST(PvcFile, TextsOfLists) {
     const std::vector<esiSelector> clients(2, esiSelector({0, 0xa0, 0x3e, 0, 0, 1, 0}));
-    FailingFiles files;
-    EXPECT_EQ(writeListFile("/etc/atm/c", clients), 0);
-    EXPECT_EQ(root.read("/etc/atm/c"), "00a03e000001/00\n00a03e000001/00\n");
-    EXPECT_EQ(files.count(FileCall::sync), 2);  // the file and, being new, its directory
-    EXPECT_EQ(writeListFile("/etc/atm/c", routed(routedText)), 0);
-    EXPECT_EQ(root.read("/etc/atm/c"), std::string(routedText).substr(9) + "\n");
-    // A failure is reported. The file is written in place: from the truncation on the old list is lost.
-    const std::string before = root.read("/etc/atm/c"), after = "00a03e000001/00\n00a03e000001/00\n";
+    EXPECT_EQ(listText(clients), "00a03e000001/00\n00a03e000001/00\n");
+    EXPECT_EQ(listText(routed(routedText)), std::string(routedText).substr(9) + "\n");
+}
+
+TEST(PvcFile, WhatIsAListOfItsKind) {
+    const std::string record = "[PVC\nVC=1\nAddr=10.0.0.1\nEncap=1\nBcast=0\nRate=7\n]\n",
+                      written = listText(routed(record));
+    enum Kind { routedPvcs, bridgedPvcs, clients };
     const struct {
-        FileCall kind;
-        std::string content;
-    } failures[] = {{FileCall::open, before},
-                    {FileCall::truncate, before},
-                    {FileCall::write, ""},
-                    {FileCall::sync, after},
-                    {FileCall::close, after}};
-    for (const auto& failure : failures) {
-        root.write("/etc/atm/c", before);
-        files.failAt(1, ENOSPC, failure.kind);
-        EXPECT_EQ(writeListFile("/etc/atm/c", clients), ENOSPC) << static_cast<int>(failure.kind);
-        EXPECT_EQ(root.read("/etc/atm/c"), failure.content) << static_cast<int>(failure.kind);
+        Kind kind;
+        std::string text;
+        bool isList, hasEntry;
+        std::string dropped = "";
+    } cases[] = {
+        {routedPvcs, "", true, false},
+        {routedPvcs, "# nothing yet\n\n", true, false, "a comment"},
+        {routedPvcs, "\n \t\n", true, false},
+        {routedPvcs, written + written, true, true},
+        {routedPvcs, record, true, true},
+        {bridgedPvcs, record, false, true},
+        {routedPvcs, bridgedText, false, true},
+        {routedPvcs, adapterText(0), false, false, "a comment"},
+        {routedPvcs, clientText, false, false, "a line beside its records"},
+        {routedPvcs, "root:x:0:0:root:/root:/bin/sh\n", false, false, "a line beside its records"},
+        {routedPvcs, written + "# leased\n", true, true, "a comment"},
+        {routedPvcs, "x\n" + written, true, true, "a line beside its records"},
+        {routedPvcs, "[PVC\nVC=1\nAddr=10.0.0.1 # the router\nEncap=1\nBcast=0\nRate=7\n]\n", true, true,
+         "a comment"},
+        {routedPvcs, "[PVC\nVC=1\nAddr=10.0.0.1\nQos=1\nBcast=0\nRate=7\n]\n", true, true,
+         "a line that is no value of a record"},
+        {routedPvcs, written + "[PVC\nVC=1\n", true, true, "a last record that is cut"},
+        {routedPvcs, "[PVC\nVC=1\n", true, false, "a last record that is cut"},
+        {clients, clientText, true, true},
+        {clients, "00a03e000001/00 00a03e000002/01", true, true},
+        {clients, "# none\n", true, false, "a comment"},
+        {clients, "", true, false},
+        {clients, std::string(clientText) + "00a03e00", true, true, "a last client that is cut"},
+        {clients, std::string(clientText) + "server 3\n", true, true, "a word that is no client"},
+        {clients, record, false, false, "a word that is no client"},
+        {clients, "00a03e000001\n", false, false, "a word that is no client"},
+    };
+    for (const auto& c : cases) {
+        const ListForm form = c.kind == routedPvcs    ? listForm(c.text, std::vector<AtmRoutedPvc>())
+                              : c.kind == bridgedPvcs ? listForm(c.text, std::vector<AtmBridgedPvc>())
+                                                      : listForm(c.text, std::vector<esiSelector>());
+        EXPECT_EQ(form.isList, c.isList) << c.text;
+        EXPECT_EQ(form.hasEntry, c.hasEntry) << c.text;
+        if (c.isList) {
+            EXPECT_EQ(form.dropped, c.dropped) << c.text;
+        }
     }
-    EXPECT_EQ(writeListFile("/etc/atm", clients), EISDIR);
-    EXPECT_EQ(writeListFile("/etc/atm/c", std::vector<esiSelector>{}), 0);
-    EXPECT_FALSE(root.exists("/etc/atm/c"));
-    EXPECT_EQ(writeListFile("/etc/atm/c", std::vector<esiSelector>{}), 0);
-    std::vector<esiSelector> list = clients;
-    EXPECT_EQ(readListFile("/etc/atm/c", list), 0);
-    EXPECT_TRUE(list.empty());
+    for (const char* name : {"/etc/atm/x", "/etc/atm/lists/x", "/etc/atm/../atm/./x"})
+        EXPECT_FALSE(isOutside(name)) << name;
+    for (const char* name :
+         {"", "x", "/etc/atm", "/etc/atm/", "/etc/atmx", "/etc/atm/../shadow", "etc/atm/x"})
+        EXPECT_TRUE(isOutside(name)) << name;
 }

@@ -228,14 +228,26 @@ TEST_F(ConfigurationTest, ADriverThatHangsOrGoesAwayCostsNeitherFileNorWindow) {
     const struct {
         const char* fault;
         int seconds;  // at most
-    } cases[] = {{"lec.start every silent", 29}, {"lec.start every hangup", 5}};
+        const char* text;
+    } cases[] = {{"lec.start every silent", 29,
+                  "LEC 1: no answer to the restart. What it runs with is unknown."
+                  "Nothing more was sent after a request without an answer."},
+                 {"lec.start every hangup", 5,
+                  "LEC 1: restart refused (201). It runs with its old settings."
+                  "PVC 0 / 100 of LEC 1 refused (201): the client runs without it."
+                  "PVC 0 / 101 of LEC 1 refused (201): the client runs without it."}};
     for (const auto& c : cases) {
         start({"--frozen", "--adapters", "1,2"}, {std::string("fault ") + c.fault});
         const auto begin = std::chrono::steady_clock::now();
-        configure([&] {
-            enter(elanNameED, "other");
-            press(okBTN);
-        });
+        const auto session = [&] {
+            configure([&] {
+                enter(elanNameED, "other");
+                press(okBTN);
+            });
+        };
+        EXPECT_EQ(boxesOf(session), Names{"Driver Error"});
+        EXPECT_EQ(boxText,
+                  fmt::format("The driver did not take everything:{}The file has the change.", c.text));
         EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(c.seconds)) << c.fault;
         EXPECT_EQ(window->cursor(), zArrowCursor);
         EXPECT_NE(root.read(parameterFile).find("ElanName                = other"), std::string::npos)

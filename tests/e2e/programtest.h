@@ -15,6 +15,7 @@
 #include "version.h"
 
 #include <X11/Intrinsic.h>
+#include <map>
 #include <memory>
 #include <optional>
 #include <sstream>
@@ -99,12 +100,14 @@ class ProgramTest : public testing::Test {
     std::vector<std::string> boxesOf(const std::function<void()>& action, const char* key = "Return") {
         const auto titles = std::make_shared<std::vector<std::string>>();
         boxText.clear();
+        boxTexts.clear();
         dismissNext(titles, None, key);
         action();
         user->settle();
         return *titles;
     }
-    std::string boxText;  // of the last one, without its line breaks
+    std::string boxText;                          // of the last one, without its line breaks
+    std::map<std::string, std::string> boxTexts;  // of all, by title
 
     // Presses Setup and does the session's steps in the configuration dialog, which they have to close.
     void configure(const std::function<void()>& session) {
@@ -143,7 +146,7 @@ class ProgramTest : public testing::Test {
                        if (!held) return;
                        const Widget shell = box();
                        held->push_back(XUser::titleOf(shell));
-                       boxText = user->messageOf(shell);
+                       boxText = boxTexts[held->back()] = user->messageOf(shell);
                        dismissNext(titles, XtWindow(shell), key);
                        user->focus(shell);
                        user->key(key);

@@ -149,12 +149,12 @@ TEST_F(SetupTest, AnAdapterWithoutASectionIsAMatterOnlyWhenSomethingWasChanged) 
     for (const auto& c : cases) {
         SCOPED_TRACE(std::string(c.page) + ' ' + std::to_string(c.clicked) + c.fault);
         atmDevices = AtmDevices();
-        atmDevices.lec[1][0].enabled = 1;  // no section says otherwise
         root.write(parameterFile, file);
         simulator.emplace(std::vector<std::string>{"--frozen", "--adapters", "1,2"});
         if (*c.fault) simulator->ctl(std::string("fault ") + c.fault);
         root.write(parameterFile, first);  // the driver has read it
         openWindow();
+        atmDevices.lec[1][0].enabled = 1;  // as if a save of it had failed
         advSettings = 1;
         user->clickAt(list().widget(), 20, 30);
         ASSERT_EQ(list().selected(), 1);
@@ -169,21 +169,30 @@ TEST_F(SetupTest, AnAdapterWithoutASectionIsAMatterOnlyWhenSomethingWasChanged) 
         };
         const Names boxes = boxesOf(session);
         EXPECT_EQ(std::ranges::count(boxes, "Configuration Error"), c.text.empty() ? 0 : 1);
-        EXPECT_EQ(boxText, c.text);
+        EXPECT_EQ(boxTexts["Configuration Error"], c.text);
+        EXPECT_EQ(boxTexts["Driver Error"],
+                  *c.fault ? "The driver did not take everything:LEC 1: stop refused (9). It still runs."
+                             "The file was not updated."
+                           : "");
         window.reset();
     }
 }
 
-// Of a save that fails half way the new content is there, or a part of it.
-TEST_F(SetupTest, WhatAFailedSaveHasLeftIsNotDenied) {
-    const std::string list = root.read("/etc/atm/pvcconf0.0");
+// A save that fails leaves the old files, whole; only a directory that cannot be synced leaves the new ones.
+TEST_F(SetupTest, AFailedSaveLeavesTheOldFiles) {
+    const std::string list = root.read("/etc/atm/pvcconf0.0"), file = root.read(parameterFile);
     const struct {
         FileCall call;
         int k;
         bool cancelled;  // with a PVC added; or else a name is changed
-    } cases[] = {{FileCall::sync, 4, false}, {FileCall::write, 1, true}, {FileCall::sync, 1, true}};
+        bool saved = false;
+    } cases[] = {{FileCall::sync, 1, false},
+                 {FileCall::sync, 2, false, true},
+                 {FileCall::write, 1, true},
+                 {FileCall::rename, 1, true},
+                 {FileCall::takeAttributes, 1, false}};
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.k);
+        SCOPED_TRACE(fmt::format("{} {}", static_cast<int>(c.call), c.k));
         writeSampleConfiguration(root);
         atmDevices = AtmDevices();
         start({"--frozen", "--adapters", "1,2"});
@@ -202,9 +211,12 @@ TEST_F(SetupTest, WhatAFailedSaveHasLeftIsNotDenied) {
         };
         EXPECT_EQ(boxesOf(session), Names{"Configuration Error"});
         files.reset();
-        EXPECT_TRUE(boxText.ends_with("Input/output error")) << boxText;
-        EXPECT_TRUE(root.read("/etc/atm/pvcconf0.0") != list ||
-                    root.read(parameterFile).find("= other") != std::string::npos);
+        EXPECT_EQ(boxText,
+                  fmt::format("Unable to save the configuration:{}: Input/output error{}",
+                              c.cancelled ? "/etc/atm/pvcconf0.0" : parameterFile,
+                              c.saved ? "" : "The driver keeps what it accepted; the file was not updated."));
+        EXPECT_EQ(root.read("/etc/atm/pvcconf0.0"), list);
+        EXPECT_EQ(root.read(parameterFile) == file, !c.saved);
         window.reset();
     }
 }

@@ -1,6 +1,7 @@
 #include "toolkit/window/application.h"
 
 #include "platform/debuglog.h"
+#include "platform/ending.h"
 #include "toolkit/display/displaycache.h"
 #include "toolkit/display/fonts.h"
 
@@ -25,6 +26,7 @@ int signalPipe[2] = {-1, -1};
 
 extern "C" void noteSignal(int number) {
     const int error = errno;
+    platform::noteEndAsked();
     const auto byte = static_cast<unsigned char>(number);
     const ssize_t ignored = ::write(signalPipe[1], &byte, 1);
     static_cast<void>(ignored);
@@ -34,6 +36,7 @@ extern "C" void noteSignal(int number) {
 // Xlib ends the process when this returns. No X call is allowed here.
 int connectionLost(Display*) {
     fmt::print(stderr, "{}: the connection to the X server is lost\n", runningName);
+    if (running && running->onConnectionLost) running->onConnectionLost();
     if (running && running->onAbort) running->onAbort();
     std::fflush(nullptr);
     ::_exit(1);
@@ -158,6 +161,10 @@ void zApplication::stoppedBySignal(int number) {
     status_ = 128 + number;  // as the shell reports it
     if (onAbort) onAbort();
     quit();
+}
+
+std::string zApplication::displayName() const {
+    return connection_->display ? DisplayString(connection_->display) : "";
 }
 
 void* zApplication::display() const {

@@ -40,10 +40,15 @@ class zApplication {
     // Called by a timer that has expired: pending events are handled before the next timer.
     void ticked() { ticked_ = true; }
 
+    // Called first when the connection to the X server is lost: brings to an end what must not be left half
+    // done. Must not call Xlib.
+    std::function<void()> onConnectionLost;
+
     // Cleans up when the run ends without quit(). Called once; must not call Xlib.
     std::function<void()> onAbort;
 
     void* display() const;
+    std::string displayName() const;  // ":0"; empty before openDisplay
 
     // A shell widget for a top-level window, not mapped yet. The caller destroys it.
     Widget createShell(const char* name);

@@ -1,0 +1,272 @@
+#include "change/adapterchange.h"
+
+#include "change/driverphase.h"
+#include "change/restart.h"
+#include "config/recordrows.h"
+#include "platform/debuglog.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <type_traits>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::chrono::milliseconds patience = 5s;
+constexpr std::size_t mostLines = 20;  // of a question
+
+// Which services are given other settings, or other lists, than before.
+ServiceSet differing(int adapter, const ServiceSet& among, const AtmDevices& before,
+                     const AtmDevices& after) {
+    ServiceSet set;
+    forEachService(adapter, [&](const ServiceName&, auto record, const std::string&, auto bit) {
+        using Record = std::remove_cvref_t<decltype(record(before))>;
+        Record was = record(before), is = record(after);
+        bool differs = std::ranges::any_of(
+            keyRows<Record>(), [&](const KeyRow<Record>& row) { return !sameField(row.field, was, is); });
+        if constexpr (hasList<Record>) differs |= *listOf(was) != *listOf(is);
+        bit(set) = differs && bit(among);
+    });
+    return set;
+}
+
+ServiceSet without(const ServiceSet& set, const ServiceSet& others) {
+    ServiceSet rest;
+    rest.lec = set.lec & ~others.lec;
+    rest.les = set.les & ~others.les;
+    rest.lecs = set.lecs && !others.lecs;
+    rest.ip = set.ip && !others.ip;
+    rest.signalling = set.signalling && !others.signalling;
+    return rest;
+}
+
+std::string answers(const char* ok, const char* cancel) {
+    return fmt::format("\n\nOK {}. Cancel {}.", ok, cancel);
+}
+
+}  // namespace
+
+// What is read, made and saved in one go.
+struct AdapterChange::Round {
+    explicit Round(int number) : adapter(number) {}
+
+    void read() {
+        readable = editor.ReadLink(adapter);
+        theirs = devices;
+    }
+
+    int adapter;
+    AtmDevices devices;  // the editor's
+    DriverPdfEdit editor{nullptr, false, devices};
+    AtmDevices theirs;  // as the files have it
+    bool readable = false;
+};
+
+bool ChangeResult::onlySectionsMissing() const {
+    return save.error == 0 && std::ranges::all_of(failures, &SaveFailure::sectionMissing);
+}
+
+AdapterChange::AdapterChange(Configuration& configuration, ChangeOrder order)
+    : configuration_(configuration), order_(std::move(order)) {
+    const AtmDevices& mine = configuration_.mine();
+    result_.record.display = order_.display;
+    result_.changed = order_.changed.any() || !listChanges(order_.adapter, order_.before, mine).empty();
+    for (std::size_t m = 0; m < asIndex(lesCount); ++m) {
+        const AtmLES& les = mine.les[asIndex(order_.adapter)][m];
+        if (!les.clients.empty() && les.clientFile.empty())
+            result_.withoutTable.push_back(lesName(order_.adapter, m).words);
+    }
+}
+
+AdapterChange::~AdapterChange() {
+    configuration_.unlock();
+}
+
+// After Cancel there is nothing to do unless a list was edited, now or before.
+bool AdapterChange::hasWork() const {
+    return order_.settings || !configuration_.unsavedLists(order_.adapter).empty();
+}
+
+std::optional<Question> AdapterChange::run() {
+    asked_ = Ask::nothing;
+    if (done_ || result_.givenUp || !hasWork()) return {};
+    for (;;) {
+        std::string failed;
+        const int error = configuration_.lock(alone_ ? 0ms : patience, failed);
+        if (error == EWOULDBLOCK || error == EINTR) {
+            if (!alone_ && error == EWOULDBLOCK) return lockQuestion();
+            giveUp();
+            return {};
+        }
+        Round round(order_.adapter);
+        if (error == 0) round.read();
+        const AtmDevices& base = configuration_.base();
+        merge_ = mergeAdapter(order_.adapter, base, configuration_.mine(),
+                              round.readable ? round.theirs : base, order_.settings, decisions_);
+        if (!merge_.conflicts.empty() && !alone_) {
+            configuration_.unlock();
+            return conflictQuestion();
+        }
+        if (order_.settings) send();
+        result_.failures.clear();
+        if (error)
+            fail(failed, std::strerror(error));
+        else
+            save(round);
+        if (result_.save.state == SaveOutcome::State::outdated) continue;
+        takeResult(round);
+        configuration_.unlock();
+        return {};
+    }
+}
+
+void AdapterChange::send() {
+    ServiceSet due = without(order_.changed, merge_.givenUp);
+    // A second time only what has become different since.
+    if (sent_) due = differing(order_.adapter, due, *sent_, merge_.devices);
+    sent_ = merge_.devices;
+    if (!due.any()) return;
+    DriverChannel channel;
+    if (order_.driver) channel.open(O_RDWR);
+    DriverPhase phase(channel, order_.driver, result_.record);
+    restartServices(order_.adapter, merge_.devices, due, phase, channel);
+    const std::vector<std::string> sentences = phase.sentences();
+    result_.driver.insert(result_.driver.end(), sentences.begin(), sentences.end());
+    result_.tookAny |= phase.tookAny();
+}
+
+void AdapterChange::save(Round& round) {
+    const auto place = [&](const std::string& name) { return round.editor.files().read(name).place; };
+    round.devices = merge_.devices;
+    if (order_.settings)
+        round.editor.WriteLink(order_.adapter);
+    else
+        round.editor.WriteLists(order_.adapter);
+    result_.failures = round.editor.failures();
+
+    const auto changes = round.editor.files().edits();
+    std::vector<FileEdit> edits;
+    const FileAsRead& file = round.editor.files().read(PdfEdit::parameterFile);
+    if (order_.settings && round.readable)
+        edits.push_back(
+            {PdfEdit::parameterFile, file.place, true, round.editor.files().now(PdfEdit::parameterFile)});
+    for (const auto& [name, text] : changes) {
+        if (!edits.empty() && name == PdfEdit::parameterFile) continue;
+        edits.push_back({name, place(name), round.editor.files().read(name).exists, text});
+    }
+    result_.save = {};
+    if (edits.empty()) return;
+    result_.save =
+        replaceFiles(Configuration::saveRecord(), edits, [&] { return round.editor.files().standAsRead(); });
+    result_.wrote = result_.save.state == SaveOutcome::State::done && !changes.empty();
+    if (result_.save.error) fail(result_.save.file, std::strerror(result_.save.error));
+}
+
+// Both the records and what the files are known to have.
+void AdapterChange::takeResult(Round& round) {
+    using State = SaveOutcome::State;
+    AtmDevices &base = configuration_.base(), &mine = configuration_.mine();
+    const AtmDevices written = round.devices;  // with the file names that were made up
+    if (round.readable) {
+        round.devices = AtmDevices();
+        if (result_.save.state == State::done)
+            round.editor.ReadTexts(order_.adapter);
+        else
+            round.devices = round.theirs;
+        noteUnsaved(round.editor.lacking(), written);
+        if (!order_.settings) takeOver(order_.adapter, base, mine, round.theirs);
+    }
+    forEachService(order_.adapter, [&](const ServiceName&, auto record, const std::string&, auto) {
+        using Record = std::remove_cvref_t<decltype(record(mine))>;
+        Record &was = record(base), &is = record(mine),
+               now = record(round.readable ? written : merge_.devices),
+               file = record(round.readable ? round.devices : base);
+        if (order_.settings) {
+            is = now;
+            was = file;
+        } else if constexpr (hasList<Record>) {
+            *listOf(is) = *listOf(now);
+            *listOf(was) = *listOf(file);
+        }
+    });
+    ChangeRecord& record = result_.record;
+    record.takenOverKeys = merge_.takenOver;
+    record.takenOverLists = merge_.takenOverLists;
+    for (const KeyChange& key : record.takenOverKeys)
+        tvlog << fmt::format("Changed By Others - {} From {} To {}", key.key, key.before, key.after)
+              << std::endl;
+    for (const ListChange& list : record.takenOverLists)
+        tvlog << fmt::format("Changed By Others - {} {} Added {} Removed", list.key, list.added.size(),
+                             list.removed.size())
+              << std::endl;
+    for (const std::string& dropped : round.editor.dropped())
+        if (result_.wrote) result_.notes.push_back(dropped);
+    for (std::string& note : configuration_.takeNotes()) result_.notes.push_back(std::move(note));
+    done_ = true;
+}
+
+// Of what the user changed: keys that the file has no line for, and names that it does not give back whole.
+void AdapterChange::noteUnsaved(const DriverPdfEdit::Lacking& lacking, const AtmDevices& written) {
+    if (!order_.settings) return;
+    forEachService(
+        order_.adapter, [&](const ServiceName& name, auto record, const std::string& section, auto) {
+            const auto &was = record(order_.before), &is = record(written);
+            for (const auto& row : keyRows<std::remove_cvref_t<decltype(was)>>()) {
+                if (sameField(row.field, was, is)) continue;
+                const std::string value = valueText(row, is, ValueForm::words);
+                if (lacking.contains({section, row.key}))
+                    result_.notes.push_back(fmt::format("{} {}: {} has no {}. The change is not in the file.",
+                                                        name.words, row.words, section, row.key));
+                else if (std::string_view(row.key) == "ElanName" && value.size() >= asIndex(row.readLength))
+                    result_.notes.push_back(fmt::format("{} {}: only the first {} characters are read back.",
+                                                        name.words, row.words, row.readLength - 1));
+            }
+        });
+}
+
+void AdapterChange::fail(const std::string& file, const std::string& reason) {
+    result_.failures.push_back({file, reason, false});
+}
+
+std::optional<Question> AdapterChange::lockQuestion() {
+    asked_ = Ask::lock;
+    return Question{"Configuration Busy",
+                    fmt::format("The configuration is being changed by {}.{}", configuration_.holder(),
+                                answers("waits for it again", "gives your changes up"))};
+}
+
+std::optional<Question> AdapterChange::conflictQuestion() {
+    asked_ = Ask::conflicts;
+    std::string text = "Somebody else has changed the same:\n";
+    for (std::size_t i = 0; i < std::min(mostLines, merge_.conflicts.size()); ++i)
+        text += '\n' + merge_.conflicts[i].line;
+    if (merge_.conflicts.size() > mostLines)
+        text += fmt::format("\nand {} more", merge_.conflicts.size() - mostLines);
+    return Question{"Configuration Conflict", text + answers("takes yours", "takes the file's")};
+}
+
+void AdapterChange::answer(bool ok) {
+    if (asked_ == Ask::conflicts)
+        for (const Conflict& conflict : merge_.conflicts) decisions_[conflict] = ok;
+    if (asked_ == Ask::lock && !ok) giveUp();
+}
+
+// The driver has the list edits, which wait for the next save.
+void AdapterChange::giveUp() {
+    result_.givenUp = true;
+    forEachService(order_.adapter, [&](const ServiceName&, auto record, const std::string&, auto) {
+        auto& mine = record(configuration_.mine());
+        auto before = record(order_.before);
+        if constexpr (hasList<std::remove_cvref_t<decltype(before)>>) *listOf(before) = *listOf(mine);
+        mine = before;
+    });
+}
+
+void AdapterChange::finishAlone() {
+    alone_ = true;
+    if (!result_.givenUp) run();
+}

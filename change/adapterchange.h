@@ -1,0 +1,86 @@
+// One change of an adapter's configuration from its beginning to its end: read, merge, send, save, record.
+//
+// Nothing is shown or asked here: run() works until the change is done or something has to be asked, and is
+// called again after the answer. While a question stands nobody is locked out.
+#pragma once
+
+#include "change/changerecord.h"
+#include "change/configuration.h"
+#include "change/fileset.h"
+#include "change/merge.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+// A question with the answers OK and Cancel.
+struct Question {
+    std::string title, text;
+};
+
+struct ChangeOrder {
+    int adapter = 0;
+    bool settings = true;      // false, after Cancel: only the lists, which the driver already has
+    ServiceSet changed = {};   // services whose settings the user changed: they are restarted
+    AtmDevices before = {};    // the records when the user began
+    bool driver = false;       // there is a driver
+    std::string display = {};  // of the X server, for the history
+};
+
+struct ChangeResult {
+    bool givenUp = false;  // the lock was not waited for: the settings are as before, lists wait to be saved
+    bool changed = false;  // the user had changed something
+    SaveOutcome save;
+    bool wrote = false;                     // a file is another one now
+    std::vector<SaveFailure> failures;      // what could not be stored, or why nothing could be saved
+    std::vector<std::string> notes;         // about the files
+    std::vector<std::string> driver;        // what the driver did not take
+    bool tookAny = false;                   // the driver took a request
+    std::vector<std::string> withoutTable;  // servers with clients and without a client table: "LES 3"
+    ChangeRecord record;
+
+    // Nothing failed, except that an adapter without a section has nowhere to keep settings.
+    bool onlySectionsMissing() const;
+};
+
+class AdapterChange {
+  public:
+    // The records of `configuration` hold what the user wants.
+    AdapterChange(Configuration& configuration, ChangeOrder order);
+    ~AdapterChange();
+
+    // A question, or nothing when everything is done.
+    std::optional<Question> run();
+    void answer(bool ok);
+
+    // To be called in place of run() when nobody can be asked any more: takes the file's side where both have
+    // changed something, and gives up when the lock is not free.
+    void finishAlone();
+
+    const ChangeResult& result() const { return result_; }
+
+  private:
+    enum class Ask { nothing, lock, conflicts };
+
+    struct Round;
+
+    std::optional<Question> lockQuestion();
+    std::optional<Question> conflictQuestion();
+    bool hasWork() const;
+    void send();
+    void save(Round& round);
+    void takeResult(Round& round);
+    void noteUnsaved(const DriverPdfEdit::Lacking& lacking, const AtmDevices& written);
+    void giveUp();
+    void fail(const std::string& file, const std::string& reason);
+
+    Configuration& configuration_;
+    ChangeOrder order_;
+    Decisions decisions_;
+    Merge merge_;
+    std::optional<AtmDevices> sent_;  // what the services were restarted with
+    Ask asked_ = Ask::nothing;
+    bool alone_ = false, done_ = false;
+    ChangeResult result_;
+};

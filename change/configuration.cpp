@@ -1,0 +1,84 @@
+#include "change/configuration.h"
+
+#include "change/copy.h"
+#include "change/fileset.h"
+#include "change/merge.h"
+#include "platform/debuglog.h"
+
+#include <cerrno>
+#include <utility>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+// Clients get the name of a PVC file when they need one; servers do not.
+template <class Record> bool canKeepList(const Record& record) {
+    if constexpr (requires { record.clientFile; })
+        return !record.clientFile.empty();
+    else
+        return true;
+}
+
+}  // namespace
+
+Configuration::Configuration(std::string program, AtmDevices& mine)
+    : program_(std::move(program)), mine_(mine) {}
+
+platform::HostPath Configuration::saveRecord() {
+    platform::HostPath place = platform::hostPath(PdfEdit::parameterFile);
+    platform::files().resolve(place, place);
+    return {platform::directoryOf(place).text + "/.tarvolin-save"};
+}
+
+int Configuration::lock(std::chrono::milliseconds patience, std::string& failed) {
+    failed = platform::ConfigurationLock::file;
+    if (lock_.held()) return 0;
+    if (const int error = lock_.take(program_, patience)) return error;
+    const platform::HostPath record = saveRecord();
+    const std::size_t known = notes_.size();
+    const int error = recoverFiles(record, notes_);
+    for (std::size_t i = known; i < notes_.size(); ++i) tvlog << notes_[i] << std::endl;
+    if (error) {
+        lock_.release();
+        failed = record.text;
+        return error;
+    }
+    // The section engine's copies stand one level higher.
+    const platform::HostPath folder = platform::directoryOf(record);
+    removeDeadCopies({folder.text, platform::directoryOf(folder).text});
+    return 0;
+}
+
+// Whoever may not take the lock, or finds it taken, reads all the same.
+bool Configuration::read() {
+    std::string failed;
+    lock(0ms, failed);
+    DriverPdfEdit editor(nullptr, false, mine_);
+    const bool good = editor.ReadPdf();
+    base_ = mine_;
+    unlock();
+    return good;
+}
+
+void Configuration::readAgain(int adapter) {
+    std::string failed;
+    lock(1s, failed);
+    AtmDevices theirs;
+    if (DriverPdfEdit(nullptr, false, theirs).ReadLink(adapter)) takeOver(adapter, base_, mine_, theirs);
+    unlock();
+}
+
+std::vector<std::string> Configuration::unsavedLists(int adapter) const {
+    std::vector<std::string> names;
+    forEachService(adapter, [&](const ServiceName& name, auto record, const std::string&, auto) {
+        auto was = record(base_), is = record(mine_);
+        if constexpr (hasList<decltype(was)>)
+            if (*listOf(was) != *listOf(is) && canKeepList(is)) names.push_back(name.words);
+    });
+    return names;
+}
+
+std::vector<std::string> Configuration::takeNotes() {
+    return std::exchange(notes_, {});
+}

@@ -1,0 +1,52 @@
+// The configuration of all adapters: as the files have it, and as this program has it.
+#pragma once
+
+#include "config/driverpdf.h"
+#include "model/tvdatbuf.h"
+#include "platform/lock.h"
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+class Configuration {
+  public:
+    // `mine` is filled by read() and changed by the dialogs. `program` names the holder of the lock.
+    explicit Configuration(std::string program, AtmDevices& mine = atmDevices);
+
+    // Reads the files of all adapters, at start-up. Completes the save of a process that was killed, when
+    // nobody holds the lock. False when the parameter file could not be read.
+    bool read();
+
+    // Before an adapter is changed: takes over what others have changed in the files since. What this program
+    // has changed and not saved stays.
+    void readAgain(int adapter);
+
+    // The adapter's lists that this program has changed and not saved: "LEC 2", "LES 1".
+    std::vector<std::string> unsavedLists(int adapter) const;
+
+    const AtmDevices& base() const { return base_; }  // as the files had it when `mine` was made of it
+    const AtmDevices& mine() const { return mine_; }
+    AtmDevices& base() { return base_; }
+    AtmDevices& mine() { return mine_; }
+
+    // Takes the lock, then completes the save of a process that was killed and removes its copies. 0, or the
+    // errno of ConfigurationLock::take or of the recovery; `failed` then names the file.
+    int lock(std::chrono::milliseconds patience, std::string& failed);
+    void unlock() { lock_.release(); }
+    bool locked() const { return lock_.held(); }
+    const std::string& holder() const { return lock_.holder(); }
+
+    // The record of a save, beside the parameter file.
+    static platform::HostPath saveRecord();
+
+    // Sentences of what was found while recovering, for the user. Emptied by the call.
+    std::vector<std::string> takeNotes();
+
+  private:
+    std::string program_;
+    AtmDevices& mine_;
+    AtmDevices base_;
+    platform::ConfigurationLock lock_;
+    std::vector<std::string> notes_;
+};

@@ -1,0 +1,93 @@
+#include "change/driverphase.h"
+
+#include "platform/debuglog.h"
+#include "platform/ending.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fmt/format.h>
+
+namespace {
+
+// Long enough for a driver that is slow, short enough for whoever waits.
+constexpr std::chrono::seconds longest{60};
+
+// {0}: the service, {1}: the driver's code, {2}: the subject. Null: not worth a sentence.
+struct Sentences {
+    StepKind kind;
+    const char *refused, *unanswered, *notSent;
+};
+constexpr Sentences sentenceTable[] = {
+    {StepKind::restartClient, "{0}: restart refused ({1}). It runs with its old settings.",
+     "{0}: no answer to the restart. What it runs with is unknown.",
+     "{0}: not restarted. It runs with its old settings."},
+    {StepKind::stop, "{0}: stop refused ({1}). It still runs.",
+     "{0}: no answer to the stop. Whether it still runs is unknown.", "{0}: not stopped. It still runs."},
+    {StepKind::clientPvc, "{2} of {0} refused ({1}): the client runs without it.",
+     "{2} of {0}: no answer. Whether the client has it is unknown.",
+     "{2} of {0} not sent: the client runs without it."},
+    // A server that does not run refuses to be stopped.
+    {StepKind::stopForRestart, nullptr, "{0}: no answer to the stop. Whether it still runs is unknown.",
+     "{0}: not restarted. It runs with its old settings."},
+    {StepKind::startServer, "{0}: start refused ({1}). It is stopped.",
+     "{0}: no answer to the start. Whether it runs is unknown.", "{0}: stopped, and not started again."},
+    {StepKind::restartLecs, "{0}: restart refused ({1}). It may be stopped.",
+     "{0}: no answer to the restart. Whether it runs is unknown.",
+     "{0}: not restarted. It runs with its old settings."},
+    {StepKind::lecsClient, "{2} refused ({1}): the {0} runs without it.",
+     "{2}: no answer. Whether the {0} has it is unknown.", "{2} not sent: the {0} runs without it."},
+};
+
+const char* formatOf(StepKind kind, RequestResult answer) {
+    for (const Sentences& row : sentenceTable)
+        if (row.kind == kind)
+            return answer == RequestResult::refused      ? row.refused
+                   : answer == RequestResult::unanswered ? row.unanswered
+                                                         : row.notSent;
+    return nullptr;
+}
+
+}  // namespace
+
+DriverPhase::DriverPhase(DriverChannel& channel, bool wanted, ChangeRecord& record)
+    : wanted_(wanted), record_(record) {
+    if (!wanted || channel) return;
+    stopped_ = fmt::format("The driver cannot be opened: {}.", std::strerror(errno));
+    tvlog << "Cannot open the driver to apply changes: " << std::strerror(errno) << std::endl;
+}
+
+bool DriverPhase::mayGo() {
+    if (!stopped_.empty()) return false;
+    if (platform::endAsked())
+        stopped_ = "Nothing more was sent, since the program was asked to end.";
+    else if (std::chrono::steady_clock::now() - began_ > longest)
+        stopped_ = fmt::format("Nothing more was sent after {} seconds.", longest.count());
+    return stopped_.empty();
+}
+
+RequestResult DriverPhase::take(const Step& step, const reqParam& request, const std::function<int()>& send) {
+    SentRequest sent{step.service.path, step.request, step.subject, RequestResult::notSent, 0};
+    if (mayGo()) {
+        const int result = send();
+        sent.resp = request.header().Resp;
+        sent.answer = result == 0           ? RequestResult::taken
+                      : !request.timedOut() ? RequestResult::refused
+                                            : RequestResult::unanswered;
+        if (sent.answer == RequestResult::unanswered) {
+            stopped_ = "Nothing more was sent after a request without an answer.";
+            tvlog << stopped_ << std::endl;
+        }
+    }
+    tookAny_ |= sent.answer == RequestResult::taken;
+    const char* format = sent.answer == RequestResult::taken ? nullptr : formatOf(step.kind, sent.answer);
+    if (format)
+        sentences_.push_back(fmt::format(fmt::runtime(format), step.service.words, sent.resp, step.subject));
+    record_.requests.push_back(sent);
+    return sent.answer;
+}
+
+std::vector<std::string> DriverPhase::sentences() const {
+    std::vector<std::string> all = sentences_;
+    if (!all.empty() && !stopped_.empty()) all.push_back(stopped_);
+    return all;
+}

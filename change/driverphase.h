@@ -1,0 +1,52 @@
+// The part of a change that the running driver takes: requests one after the other, and what became of each.
+//
+// Nothing more is sent after the first request without an answer, after the driver was lost, after a minute,
+// or when the program is to end. What was refused, not answered or not sent is told in sentences for the
+// user.
+#pragma once
+
+#include "change/changerecord.h"
+#include "change/services.h"
+#include "driver/channel.h"
+#include "driver/reqparam.h"
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+// What a request is to do; each has its sentences.
+enum class StepKind { restartClient, stop, clientPvc, stopForRestart, startServer, restartLecs, lecsClient };
+
+struct Step {
+    StepKind kind;
+    const ServiceName& service;
+    const char* request;       // "LEC_INIT"
+    std::string subject = {};  // "PVC 0 / 204"
+};
+
+class DriverPhase {
+  public:
+    // Nothing is sent over a closed channel. Without `wanted` there was no driver, and nobody misses it;
+    // otherwise it could not be opened, which errno says.
+    DriverPhase(DriverChannel& channel, bool wanted, ChangeRecord& record);
+
+    bool wanted() const { return wanted_; }
+
+    // Sends one request with `send`, whose result is that of `request`.
+    RequestResult take(const Step& step, const reqParam& request, const std::function<int()>& send);
+
+    // A sentence for each request that was not taken, and the reason why nothing more was sent.
+    std::vector<std::string> sentences() const;
+    bool tookAny() const { return tookAny_; }
+
+  private:
+    bool mayGo();
+
+    bool wanted_;
+    ChangeRecord& record_;
+    std::chrono::steady_clock::time_point began_ = std::chrono::steady_clock::now();
+    std::string stopped_;  // why nothing more is sent; empty: it is
+    std::vector<std::string> sentences_;
+    bool tookAny_ = false;
+};

@@ -1,0 +1,118 @@
+#include "change/listmerge.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+#include <unordered_map>
+
+namespace {
+
+template <class Pvc> std::string pvcText(const Pvc& pvc, const char* address) {
+    return fmt::format("VCI {}, {}, {}{}, {} MB/s", pvc.vci, address,
+                       pvc.encapsulation == 1   ? "LLC"
+                       : pvc.encapsulation == 0 ? "Null"
+                                                : fmt::format("encapsulation {}", pvc.encapsulation),
+                       pvc.broadcast == 0   ? ""
+                       : pvc.broadcast == 1 ? ", broadcast"
+                                            : fmt::format(", broadcast {}", pvc.broadcast),
+                       pvc.rate);
+}
+
+// Whether one entry can be what became of another.
+bool sameKey(const AtmBridgedPvc& a, const AtmBridgedPvc& b) {
+    return a.vci == b.vci;
+}
+bool sameKey(const AtmRoutedPvc& a, const AtmRoutedPvc& b) {
+    return a.vci == b.vci;
+}
+bool sameKey(const esiSelector&, const esiSelector&) {
+    return false;
+}
+
+template <class Entry> std::optional<Entry> takeSuccessor(std::vector<Entry>& added, const Entry& entry) {
+    const auto place = std::ranges::find_if(added, [&](const Entry& other) { return sameKey(entry, other); });
+    if (place == added.end()) return {};
+    std::optional<Entry> found = *place;
+    added.erase(place);
+    return found;
+}
+
+// Puts an entry in place of another, or takes the other away. Without the other it is appended.
+template <class Entry>
+void substitute(std::vector<Entry>& list, const std::optional<Entry>& old,
+                const std::optional<Entry>& entry) {
+    const auto place = old ? std::ranges::find(list, *old) : list.end();
+    if (place == list.end()) {
+        if (entry) list.push_back(*entry);
+    } else if (entry) {
+        *place = *entry;
+    } else {
+        list.erase(place);
+    }
+}
+
+}  // namespace
+
+std::string entryText(const AtmBridgedPvc& pvc) {
+    return pvcText(pvc, pvc.mac.GetFMacAddress());
+}
+
+std::string entryText(const AtmRoutedPvc& pvc) {
+    return pvcText(pvc, pvc.ip.GetFIPAddress());
+}
+
+std::string entryText(const esiSelector& client) {
+    return client.GetF2EsiSelector();
+}
+
+std::string entryName(const AtmBridgedPvc& pvc) {
+    return fmt::format("PVC 0 / {}", pvc.vci);
+}
+
+std::string entryName(const AtmRoutedPvc& pvc) {
+    return fmt::format("PVC 0 / {}", pvc.vci);
+}
+
+std::string entryName(const esiSelector& client) {
+    return fmt::format("Client {}", client.GetF2EsiSelector());
+}
+
+template <class Entry>
+std::vector<Entry> withoutThose(const std::vector<Entry>& list, const std::vector<Entry>& others) {
+    std::vector<Entry> rest;
+    if (list == others) return rest;
+    std::unordered_map<std::string, int> counts;
+    for (const Entry& entry : others) ++counts[entryText(entry)];
+    for (const Entry& entry : list)
+        if (--counts[entryText(entry)] < 0) rest.push_back(entry);
+    return rest;
+}
+
+template <class Entry>
+std::vector<Entry> mergeLists(const std::vector<Entry>& base, const std::vector<Entry>& mine,
+                              const std::vector<Entry>& theirs, const DecideEntry<Entry>& decide) {
+    if (theirs == base || mine == theirs) return mine;
+    if (mine == base) return theirs;
+    std::vector<Entry> added = withoutThose(mine, base), theirAdded = withoutThose(theirs, base);
+    std::vector<Entry> merged = theirs;
+    for (const Entry& removed : withoutThose(base, mine)) {
+        const std::optional<Entry> successor = takeSuccessor(added, removed);
+        if (std::ranges::find(merged, removed) != merged.end()) {
+            substitute(merged, std::optional(removed), successor);
+            continue;
+        }
+        const std::optional<Entry> theirSuccessor = takeSuccessor(theirAdded, removed);
+        if (successor == theirSuccessor) continue;
+        if (decide({removed, successor, theirSuccessor})) substitute(merged, theirSuccessor, successor);
+    }
+    merged.insert(merged.end(), added.begin(), added.end());
+    return merged;
+}
+
+#define FOR(Entry)                                                                                           \
+    template std::vector<Entry> withoutThose(const std::vector<Entry>&, const std::vector<Entry>&);          \
+    template std::vector<Entry> mergeLists(const std::vector<Entry>&, const std::vector<Entry>&,             \
+                                           const std::vector<Entry>&, const DecideEntry<Entry>&);
+FOR(AtmBridgedPvc)
+FOR(AtmRoutedPvc)
+FOR(esiSelector)
+#undef FOR

@@ -1,0 +1,38 @@
+// Lists as multisets of whole entries: what differs, and how the changes of two sides come together.
+#pragma once
+
+#include "model/tvdatbuf.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+// An entry in one line: "VCI 204, 00:a0:3e:00:00:01, LLC, broadcast, 7 MB/s", "00:a0:3e:00:00:01-00".
+std::string entryText(const AtmBridgedPvc& pvc);
+std::string entryText(const AtmRoutedPvc& pvc);
+std::string entryText(const esiSelector& client);
+
+// What people call it: "PVC 0 / 204", "Client 00:a0:3e:00:00:01-00".
+std::string entryName(const AtmBridgedPvc& pvc);
+std::string entryName(const AtmRoutedPvc& pvc);
+std::string entryName(const esiSelector& client);
+
+// The entries of a list that another list does not have, each as often as it has more of them, in order.
+template <class Entry>
+std::vector<Entry> withoutThose(const std::vector<Entry>& list, const std::vector<Entry>& others);
+
+// An entry that one side changed and the other changed or removed. The sides are what became of it.
+template <class Entry> struct EntryConflict {
+    Entry entry;
+    std::optional<Entry> mine, theirs;  // none: removed
+};
+
+// Decides a conflict: true takes mine, false theirs.
+template <class Entry> using DecideEntry = std::function<bool(const EntryConflict<Entry>&)>;
+
+// My changes since `base` applied to their list. An entry is changed when one is removed and one with the
+// same VCI is added. If nobody else has changed the list, the result is exactly mine.
+template <class Entry>
+std::vector<Entry> mergeLists(const std::vector<Entry>& base, const std::vector<Entry>& mine,
+                              const std::vector<Entry>& theirs, const DecideEntry<Entry>& decide);

@@ -1,0 +1,169 @@
+#include "change/merge.h"
+
+#include "change/listmerge.h"
+#include "config/recordrows.h"
+
+#include <type_traits>
+
+namespace {
+
+template <class Record> bool isFile(const KeyRow<Record>& row) {
+    return std::holds_alternative<FileField<Record>>(row.field);
+}
+
+// Copies what the file holds of a field.
+template <class Record> void copyField(const KeyField<Record>& field, const Record& from, Record& to) {
+    std::visit(Overloaded{
+                   [&](const AddressField<Record>& address) {
+                       const std::string_view digits = (from.*address.address).digits();
+                       if (address.half == addressPrefix)
+                           (to.*address.address).setNetworkPrefix(digits.substr(0, atmAddress::prefixDigits));
+                       else
+                           (to.*address.address).setESISelector(digits.substr(atmAddress::prefixDigits));
+                   },
+                   [&](const FileField<Record>& file) { to.*file.name = (from.*file.name).view(); },
+                   [&](auto member) { to.*member = from.*member; },
+               },
+               field);
+}
+
+template <class Entry> std::string sideText(const std::optional<Entry>& entry) {
+    return entry ? entryText(*entry) : "removed";
+}
+
+// Merges one service.
+template <class Record> class ServiceMerge {
+  public:
+    ServiceMerge(const ServiceName& name, const Record& base, const Record& mine, const Record& theirs,
+                 const Decisions& decisions, Merge& result)
+        : name_(name), base_(base), mine_(mine), theirs_(theirs), decisions_(decisions), result_(result),
+          merged_(theirs) {}
+
+    Record run(bool settings) {
+        for (const KeyRow<Record>& row : keyRows<Record>()) {
+            if (isFile(row))
+                mergeFileName(row);
+            else
+                mergeKey(row, settings);
+        }
+        if constexpr (hasList<Record>) mergeList();
+        if constexpr (requires { merged_.mac; }) merged_.mac = mine_.mac;
+        return merged_;
+    }
+
+    bool givenUp() const { return changed_ > 0 && lost_ == changed_; }
+
+  private:
+    // The user cannot change it; a name that was made up holds until the file has one.
+    void mergeFileName(const KeyRow<Record>& row) {
+        const auto name = std::get<FileField<Record>>(row.field).name;
+        if ((merged_.*name).empty()) merged_.*name = (mine_.*name).view();
+    }
+
+    void mergeKey(const KeyRow<Record>& row, bool settings) {
+        const bool changed = settings && !sameField(row.field, mine_, base_);
+        const bool theyChanged = !sameField(row.field, theirs_, base_);
+        const bool differ = !sameField(row.field, mine_, theirs_);
+        changed_ += changed;
+        if (!differ) copyField(row.field, mine_, merged_);  // perhaps another spelling
+        if (changed && differ &&
+            (!theyChanged || decide(fmt::format("{} {}: yours {}, in the file {}", name_.words, row.words,
+                                                valueText(row, mine_, ValueForm::words),
+                                                valueText(row, theirs_, ValueForm::words)))))
+            copyField(row.field, mine_, merged_);
+        else if (changed && differ)
+            ++lost_;
+        if (theyChanged && sameField(row.field, merged_, theirs_))
+            result_.takenOver.push_back({name_.path + '.' + row.name, valueText(row, base_, ValueForm::name),
+                                         valueText(row, theirs_, ValueForm::name)});
+    }
+
+    void mergeList() {
+        using List = std::remove_pointer_t<decltype(listOf(merged_))>;
+        using Entry = typename List::value_type;
+        const List &base = *listOf(base_), &mine = *listOf(mine_), &theirs = *listOf(theirs_);
+        *listOf(merged_) = mergeLists<Entry>(base, mine, theirs, [&](const EntryConflict<Entry>& conflict) {
+            return decide(fmt::format("{} {}: yours {}, in the file {}", name_.words,
+                                      entryName(conflict.entry), sideText(conflict.mine),
+                                      sideText(conflict.theirs)));
+        });
+        if (theirs != base) {
+            ListChange change{name_.path + '.' + listName<Record>, {}, {}};
+            for (const Entry& entry : withoutThose(theirs, base)) change.added.push_back(entryText(entry));
+            for (const Entry& entry : withoutThose(base, theirs)) change.removed.push_back(entryText(entry));
+            result_.takenOverLists.push_back(std::move(change));
+        }
+    }
+
+    bool decide(const std::string& line) {
+        const auto decision = decisions_.find(Conflict{line});
+        if (decision != decisions_.end()) return decision->second;
+        result_.conflicts.push_back({line});
+        return false;
+    }
+
+    const ServiceName& name_;
+    Record base_, mine_, theirs_;  // listOf() needs them to be its own
+    const Decisions& decisions_;
+    Merge& result_;
+    Record merged_;
+    int changed_ = 0, lost_ = 0;
+};
+
+}  // namespace
+
+Merge mergeAdapter(int adapter, const AtmDevices& base, const AtmDevices& mine, const AtmDevices& theirs,
+                   bool settings, const Decisions& decisions) {
+    Merge merge;
+    forEachService(adapter, [&](const ServiceName& name, auto record, const std::string&, auto bit) {
+        using Record = std::remove_cvref_t<decltype(record(merge.devices))>;
+        ServiceMerge<Record> service(name, record(base), record(mine), record(theirs), decisions, merge);
+        record(merge.devices) = service.run(settings);
+        bit(merge.givenUp) = service.givenUp();
+    });
+    return merge;
+}
+
+void takeOver(int adapter, AtmDevices& base, AtmDevices& mine, const AtmDevices& theirs) {
+    forEachService(adapter, [&](const ServiceName&, auto record, const std::string&, auto) {
+        using Record = std::remove_cvref_t<decltype(record(mine))>;
+        Record &was = record(base), &is = record(mine), file = record(theirs);
+        for (const KeyRow<Record>& row : keyRows<Record>()) {
+            if (!isFile(row) && !sameField(row.field, was, is)) continue;
+            copyField(row.field, file, was);
+            copyField(row.field, file, is);
+        }
+        if constexpr (hasList<Record>)
+            if (*listOf(was) == *listOf(is)) *listOf(was) = *listOf(is) = *listOf(file);
+    });
+}
+
+std::vector<KeyChange> keyChanges(int adapter, const AtmDevices& before, const AtmDevices& after) {
+    std::vector<KeyChange> changes;
+    forEachService(adapter, [&](const ServiceName& name, auto record, const std::string&, auto) {
+        const auto &was = record(before), &is = record(after);
+        for (const auto& row : keyRows<std::remove_cvref_t<decltype(was)>>()) {
+            const std::string from = valueText(row, was, ValueForm::name),
+                              to = valueText(row, is, ValueForm::name);
+            if (from != to) changes.push_back({name.path + '.' + row.name, from, to});
+        }
+    });
+    return changes;
+}
+
+std::vector<ListChange> listChanges(int adapter, const AtmDevices& before, const AtmDevices& after) {
+    std::vector<ListChange> changes;
+    forEachService(adapter, [&](const ServiceName& name, auto record, const std::string&, auto) {
+        auto was = record(before), is = record(after);
+        if constexpr (hasList<decltype(was)>) {
+            if (*listOf(was) == *listOf(is)) return;
+            ListChange change{name.path + '.' + listName<decltype(was)>, {}, {}};
+            for (const auto& entry : withoutThose(*listOf(is), *listOf(was)))
+                change.added.push_back(entryText(entry));
+            for (const auto& entry : withoutThose(*listOf(was), *listOf(is)))
+                change.removed.push_back(entryText(entry));
+            changes.push_back(std::move(change));
+        }
+    });
+    return changes;
+}

@@ -1,0 +1,80 @@
+// The services of an adapter, one after the other in the order in which they are changed and saved.
+#pragma once
+
+#include "model/tvdatbuf.h"
+#include "platform/index.h"
+
+#include <bitset>
+#include <fmt/format.h>
+#include <string>
+
+// What people and scripts call a service. Adapters and instances count from 1 there.
+struct ServiceName {
+    std::string path;   // "adapter1/lec2"
+    std::string words;  // "LEC 2"
+};
+
+inline ServiceName lecName(int adapter, std::size_t lec) {
+    return {fmt::format("adapter{}/lec{}", adapter + 1, lec + 1), fmt::format("LEC {}", lec + 1)};
+}
+inline ServiceName lesName(int adapter, std::size_t les) {
+    return {fmt::format("adapter{}/les{}", adapter + 1, les + 1), fmt::format("LES {}", les + 1)};
+}
+inline ServiceName lecsName(int adapter) {
+    return {fmt::format("adapter{}/lecs", adapter + 1), "LECS"};
+}
+inline ServiceName ipName(int adapter) {
+    return {fmt::format("adapter{}/ip", adapter + 1), "Classical IP"};
+}
+inline ServiceName signallingName(int adapter) {
+    return {fmt::format("adapter{}/signalling", adapter + 1), "Signalling"};
+}
+
+// One bit for each service.
+struct ServiceSet {
+    std::bitset<lecCount> lec;
+    std::bitset<lesCount> les;
+    bool lecs = false, ip = false, signalling = false;
+
+    bool any() const { return lec.any() || les.any() || lecs || ip || signalling; }
+};
+
+// Calls visit(name, record, section, bit) for each service of an adapter. record(devices) is its record in a
+// device table, section its path in the parameter file, bit(set) its bit.
+template <class Visit> void forEachService(int adapter, Visit visit) {
+    const std::size_t a = asIndex(adapter);
+    const std::string parent = fmt::format("/Adapter{}/", adapter);
+    visit(
+        signallingName(adapter), [a](auto& devices) -> auto& { return devices.sig[a]; },
+        parent + "Signalling0", [](auto& set) -> auto& { return set.signalling; });
+    for (std::size_t m = 0; m < asIndex(lecCount); ++m)
+        visit(
+            lecName(adapter, m), [ a, m ](auto& devices) -> auto& { return devices.lec[a][m]; },
+            fmt::format("{}LEC{}", parent, m), [m](auto& set) -> decltype(auto) { return set.lec[m]; });
+    for (std::size_t m = 0; m < asIndex(lesCount); ++m)
+        visit(
+            lesName(adapter, m), [ a, m ](auto& devices) -> auto& { return devices.les[a][m]; },
+            fmt::format("{}LES{}", parent, m), [m](auto& set) -> decltype(auto) { return set.les[m]; });
+    visit(
+        lecsName(adapter), [a](auto& devices) -> auto& { return devices.lecs[a]; }, parent + "LECS0",
+        [](auto& set) -> auto& { return set.lecs; });
+    visit(
+        ipName(adapter), [a](auto& devices) -> auto& { return devices.ip1577[a]; }, parent + "IP15770",
+        [](auto& set) -> auto& { return set.ip; });
+}
+
+// The list of a record, if it has one, and the last part of its name: "pvcs", "clients".
+inline auto* listOf(AtmLEC& record) {
+    return &record.pvcs;
+}
+inline auto* listOf(AtmLES& record) {
+    return &record.clients;
+}
+inline auto* listOf(AtmIP1577& record) {
+    return &record.pvcs;
+}
+template <class Record> constexpr bool hasList = requires(Record record) {
+    listOf(record);
+};
+template <class Record> constexpr const char* listName = "pvcs";
+template <> inline constexpr const char* listName<AtmLES> = "clients";

@@ -1,0 +1,121 @@
+#include "config/listform.h"
+
+#include "config/listlines.h"
+
+#include <array>
+#include <filesystem>
+
+using namespace listlines;
+
+namespace {
+
+using IsAddress = bool (*)(std::string_view text);
+
+constexpr std::array<std::string_view, 5> writtenComments{
+    "VC index", "Format:  0000778899aa=MAC 123.123.123.123=IP", "0=Null 1=LLC",
+    "For Bridged PVC only; 1=Broadcast 0=Non-Broadcast", "MB/s"};
+constexpr std::array<std::string_view, 5> keys{"VC", "Addr", "Encap", "Bcast", "Rate"};
+
+void drop(ListForm& form, const char* what) {
+    if (form.dropped.empty()) form.dropped = what;
+}
+
+bool isComment(std::string_view line) {
+    return trimmed(line).starts_with('#');
+}
+
+bool onlyComments(std::string_view text) {
+    TextLines lines(text);
+    bool comments = true;
+    for (bool more = true; more && comments;) {
+        std::string_view line;
+        more = lines.next(line);
+        comments = trimmed(line).empty() || isComment(line);
+    }
+    return comments;
+}
+
+void lookAtRecordLine(std::string_view line, IsAddress foreign, ListForm& form) {
+    const std::size_t hash = line.find('#');
+    const std::string_view value = trimmed(line.substr(0, hash));
+    if (hash != std::string_view::npos && line.size() < lineLimit) {
+        const std::string_view comment = trimmed(line.substr(hash + 1));
+        if (!comment.empty() && std::ranges::find(writtenComments, comment) == writtenComments.end())
+            drop(form, "a comment");
+    }
+    const bool known = std::ranges::any_of(
+        keys, [&](std::string_view key) { return value.find(key) != std::string_view::npos; });
+    if (!known && !value.empty() && value != "]") drop(form, "a line that is no value of a record");
+    const std::size_t equals = value.find('=');
+    if (value.find("Addr") != std::string_view::npos && equals != std::string_view::npos &&
+        foreign(trimmed(value.substr(equals + 1))))
+        form.isList = false;
+}
+
+// `foreign` knows the addresses of the other kind.
+ListForm formOfPvcs(std::string_view text, IsAddress foreign) {
+    ListForm form;
+    TextLines lines(text);
+    bool begun = false;
+    for (bool more = true; more;) {
+        std::string_view line;
+        more = lines.next(line);
+        if (!line.starts_with("[PVC")) {
+            const std::string_view word = trimmed(line);
+            if (!word.empty() && word != "]")
+                drop(form, isComment(line) ? "a comment" : "a line beside its records");
+            continue;
+        }
+        begun = true;
+        int missing = recordLines;
+        for (; more && missing > 0; --missing) {
+            more = lines.next(line);
+            lookAtRecordLine(line, foreign, form);
+        }
+        // A line without an end counts as cut, too.
+        if (missing == 0 && more)
+            form.hasEntry = true;
+        else
+            form.dropped = "a last record that is cut";
+    }
+    form.isList = form.isList && (begun || onlyComments(text));
+    return form;
+}
+
+}  // namespace
+
+ListForm listForm(std::string_view text, const std::vector<AtmRoutedPvc>&) {
+    return formOfPvcs(text, isMacText);
+}
+
+ListForm listForm(std::string_view text, const std::vector<AtmBridgedPvc>&) {
+    return formOfPvcs(text, isDottedDecimal);
+}
+
+ListForm listForm(std::string_view text, const std::vector<esiSelector>&) {
+    ListForm form;
+    if (onlyComments(text)) {
+        if (!trimmed(text).empty()) drop(form, "a comment");
+        return form;
+    }
+    TextLines lines(text);
+    for (bool more = true; more;) {
+        std::string_view line;
+        more = lines.next(line);
+        for (line = trimmed(line); !line.empty();) {
+            const std::string_view word = line.substr(0, line.find_first_of(" \t"));
+            line = trimmed(line.substr(word.size()));
+            form.hasEntry |= isClientText(word);
+            if (!isClientText(word))
+                drop(form, more ? "a word that is no client" : "a last client that is cut");
+        }
+    }
+    form.isList = form.hasEntry;
+    return form;
+}
+
+bool isOutside(std::string_view name) {
+    const std::string_view folder = "/etc/atm/";
+    const std::string path = std::filesystem::path(name).lexically_normal().string();
+    return !path.starts_with(folder) || path.size() == folder.size();
+}

@@ -1,0 +1,24 @@
+// Whether a file that the configuration names as a list is one, before it is replaced or removed.
+#pragma once
+
+#include "model/tvdatbuf.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+struct ListForm {
+    bool isList = true;  // records of its kind, or nothing but comments
+    bool hasEntry = false;
+    // What the text has beside its entries and a save would drop: "a cut last record", "a comment"; empty:
+    // nothing.
+    std::string dropped;
+};
+
+// The form of a text as the list of one kind. Entries of another kind make it none.
+ListForm listForm(std::string_view text, const std::vector<AtmRoutedPvc>& kind);
+ListForm listForm(std::string_view text, const std::vector<AtmBridgedPvc>& kind);
+ListForm listForm(std::string_view text, const std::vector<esiSelector>& kind);
+
+// Whether a name leads out of "/etc/atm", where only lists and the parameter file are.
+bool isOutside(std::string_view name);
