@@ -17,7 +17,7 @@ using platform::HostPath;
 
 namespace {
 
-constexpr std::size_t largest = 8U << 20;  // a thousand times what eight adapters with all services take
+constexpr std::size_t largest = 2U << 20;  // far more than all services of eight adapters take
 
 std::string systemPath() {
     return fmt::format("{}/sent.json", stateDirectory);

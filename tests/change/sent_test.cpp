@@ -126,9 +126,9 @@ TEST(Sent, ADamagedFileIsSaidAndNotUsed) {
         ASSERT_NE(text.find(from), std::string::npos) << from;
         EXPECT_TRUE(refused(text.replace(text.find(from), std::string_view(from).size(), to))) << to;
     }
-    EXPECT_TRUE(refused(std::string(1U << 20, '[')));
+    EXPECT_TRUE(refused(std::string(1U << 12, '[')));
     EXPECT_TRUE(refused("[]"));
-    root.write(file, std::string(9U << 20, ' '));
+    root.write(file, std::string(3U << 20, ' '));
     loaded();
     EXPECT_EQ(log.take(), "/var/lib/tarvolin/sent.json: File too large\n");
     for (std::size_t at = 0; at < whole.size(); ++at) {

@@ -71,8 +71,8 @@ TEST(WallClock, TimesNameTheirOffsetAndMonthsAreEnglish) {
         const char *date, *line;
     } rows[] = {
         {"UTC", 0, "1970-01-01T00:00:00+00:00", "Jan  1 00:00:00"},
-        {"XXX-5:30", 1770091506, "2026-02-03T09:35:06+05:30", "Feb  3 09:35:06"},
-        {"XXX+3:30", 1798761599, "2026-12-31T20:29:59-03:30", "Dec 31 20:29:59"},
+        {"ABC-5:30", 1770091506, "2026-02-03T09:35:06+05:30", "Feb  3 09:35:06"},
+        {"ABC+3:30", 1798761599, "2026-12-31T20:29:59-03:30", "Dec 31 20:29:59"},
     };
     for (const auto& [zone, time, date, line] : rows) {
         ::setenv("TZ", zone, 1);
