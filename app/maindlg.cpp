@@ -48,7 +48,7 @@ void DMainDlg::setup() {
     configuration_.read();
     if (adapterQuery_) {
         if (const PackageRevView revision = adapterQuery_->GetPackageRev())
-            control<zEdit>(driverVersionED).setText(revision.text());
+            control<zEdit>(driverVersionED).setText(configuration_.driverRevision = revision.text());
         adapters_ = discoverAdapters(*adapterQuery_);
     }
     auto& list = control<zListBox>(interfaceLB);

@@ -1,13 +1,19 @@
 #include "change/adapterchange.h"
 
+#include "change/audit.h"
 #include "change/driverphase.h"
+#include "change/history.h"
 #include "change/restart.h"
+#include "change/sent.h"
 #include "config/recordrows.h"
 #include "platform/debuglog.h"
+#include "platform/ending.h"
+#include "platform/host.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <ctime>
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <type_traits>
@@ -64,6 +70,7 @@ struct AdapterChange::Round {
     DriverPdfEdit editor{nullptr, false, devices};
     AtmDevices theirs;  // as the files have it
     bool readable = false;
+    HistoryEntry history;
 };
 
 bool ChangeResult::onlySectionsMissing() const {
@@ -97,7 +104,7 @@ std::optional<Question> AdapterChange::run() {
     for (;;) {
         std::string failed;
         const int error = configuration_.lock(alone_ ? 0ms : patience, failed);
-        if (error == EWOULDBLOCK || error == EINTR) {
+        if (error == EWOULDBLOCK || (error == EINTR && platform::endAsked())) {
             if (!alone_ && error == EWOULDBLOCK) return lockQuestion();
             giveUp();
             return {};
@@ -137,6 +144,34 @@ void AdapterChange::send() {
     const std::vector<std::string> sentences = phase.sentences();
     result_.driver.insert(result_.driver.end(), sentences.begin(), sentences.end());
     result_.tookAny |= phase.tookAny();
+    if (order_.driver) noteSent(due);
+}
+
+// What the driver has taken is kept; where it has not answered nothing is known any more.
+void AdapterChange::noteSent(const ServiceSet& due) {
+    const auto& requests = result_.record.requests;
+    const DriverIdentity identity{platform::bootId(), configuration_.driverRevision,
+                                  configuration_.mine().lec[asIndex(order_.adapter)][0].mac.GetFMacAddress()};
+    LastSent sent;
+    sent.load();
+    bool unknown = false;
+    forEachService(order_.adapter, [&](const ServiceName& name, auto record, const std::string&, auto bit) {
+        if (!bit(due)) return;
+        const auto last =
+            std::ranges::find_if(requests.rbegin(), requests.rend(), [&](const SentRequest& request) {
+                return request.service == name.path && request.subject.empty();
+            });
+        if (last == requests.rend()) return;
+        unknown |= last->answer == RequestResult::unanswered;
+        if (last->answer != RequestResult::taken) return;
+        const auto& settings = record(merge_.devices);
+        std::map<std::string, std::string> values;
+        for (const auto& row : keyRows<std::remove_cvref_t<decltype(settings)>>())
+            values[row.name] = valueText(row, settings, ValueForm::name);
+        sent.note(order_.adapter, identity, name.path, values, std::time(nullptr));
+    });
+    if (unknown) sent.forget(order_.adapter, "A request got no answer.");
+    sent.save();
 }
 
 void AdapterChange::save(Round& round) {
@@ -147,6 +182,12 @@ void AdapterChange::save(Round& round) {
     else
         round.editor.WriteLists(order_.adapter);
     result_.failures = round.editor.failures();
+    result_.save = {};
+    // Everything or nothing; what is not known cannot be part of it.
+    if (std::ranges::any_of(result_.failures, &SaveFailure::unknown)) {
+        result_.save.state = SaveOutcome::State::asBefore;
+        return;
+    }
 
     const auto changes = round.editor.files().edits();
     std::vector<FileEdit> edits;
@@ -158,12 +199,43 @@ void AdapterChange::save(Round& round) {
         if (!edits.empty() && name == PdfEdit::parameterFile) continue;
         edits.push_back({name, place(name), round.editor.files().read(name).exists, text});
     }
-    result_.save = {};
     if (edits.empty()) return;
-    result_.save =
-        replaceFiles(Configuration::saveRecord(), edits, [&] { return round.editor.files().standAsRead(); });
+    ConfigFiles& files = round.editor.files();
+    if (!changes.empty() && files.standAsRead()) keepHistory(round, edits);
+    result_.save = replaceFiles(Configuration::saveRecord(), edits, [&] { return files.standAsRead(); });
     result_.wrote = result_.save.state == SaveOutcome::State::done && !changes.empty();
     if (result_.save.error) fail(result_.save.file, std::strerror(result_.save.error));
+}
+
+// A file gets a further name in the history, which is no change of it.
+void AdapterChange::keepHistory(Round& round, const std::vector<FileEdit>& edits) {
+    std::vector<FileAtRisk> files;
+    for (const FileEdit& edit : edits) {
+        files.push_back({edit.name, edit.place});
+        const FileAsRead& file = round.editor.files().read(edit.name);
+        if (file.exists && file.status.st_nlink > 1)
+            tvlog << fmt::format("{} Has {} Names, The Others Keep Its Old Content", edit.name,
+                                 file.status.st_nlink)
+                  << std::endl;
+    }
+    round.history.begin(files);
+    for (const FileEdit& edit : edits) round.editor.files().takeTimeOfChange(edit.name);
+}
+
+// The history, and the lines for syslog.
+void AdapterChange::record(Round& round) {
+    using State = SaveOutcome::State;
+    ChangeRecord& record = result_.record;
+    record.program = configuration_.program();
+    record.notes = result_.notes;
+    for (const std::string& sentence : result_.driver) record.notes.push_back(sentence);
+    if (!result_.failures.empty())
+        record.result = result_.failures.front().file + ": " + result_.failures.front().reason;
+    if (result_.wrote || result_.save.state == State::unfinished)
+        round.history.finish(record);
+    else
+        round.history.drop();
+    audit(record, round.history.number());
 }
 
 // Both the records and what the files are known to have.
@@ -206,6 +278,12 @@ void AdapterChange::takeResult(Round& round) {
     for (const std::string& dropped : round.editor.dropped())
         if (result_.wrote) result_.notes.push_back(dropped);
     for (std::string& note : configuration_.takeNotes()) result_.notes.push_back(std::move(note));
+    if (round.readable) {
+        const AtmDevices& now = result_.wrote ? round.devices : written;
+        record.keys = keyChanges(order_.adapter, round.theirs, now);
+        record.lists = listChanges(order_.adapter, round.theirs, now);
+    }
+    this->record(round);
     done_ = true;
 }
 
@@ -229,7 +307,7 @@ void AdapterChange::noteUnsaved(const DriverPdfEdit::Lacking& lacking, const Atm
 }
 
 void AdapterChange::fail(const std::string& file, const std::string& reason) {
-    result_.failures.push_back({file, reason, false});
+    result_.failures.push_back({file, reason});
 }
 
 std::optional<Question> AdapterChange::lockQuestion() {

@@ -70,7 +70,10 @@ class AdapterChange {
     bool hasWork() const;
     void send();
     void save(Round& round);
+    void keepHistory(Round& round, const std::vector<FileEdit>& edits);
     void takeResult(Round& round);
+    void record(Round& round);
+    void noteSent(const ServiceSet& due);
     void noteUnsaved(const DriverPdfEdit::Lacking& lacking, const AtmDevices& written);
     void giveUp();
     void fail(const std::string& file, const std::string& reason);

@@ -34,11 +34,15 @@ class Configuration {
     // errno of ConfigurationLock::take or of the recovery; `failed` then names the file.
     int lock(std::chrono::milliseconds patience, std::string& failed);
     void unlock() { lock_.release(); }
-    bool locked() const { return lock_.held(); }
     const std::string& holder() const { return lock_.holder(); }
 
     // The record of a save, beside the parameter file.
     static platform::HostPath saveRecord();
+
+    const std::string& program() const { return program_; }
+
+    // What the driver says of itself; empty without a driver. Values that were sent to another one are void.
+    std::string driverRevision;
 
     // Sentences of what was found while recovering, for the user. Emptied by the call.
     std::vector<std::string> takeNotes();

@@ -4,12 +4,10 @@
 #include "change/copy.h"
 #include "change/filesteps.h"
 #include "change/saverecord.h"
-#include "platform/debuglog.h"
 #include "platform/openfile.h"
 #include "platform/stream.h"
 
 #include <cerrno>
-#include <fmt/format.h>
 
 using platform::files;
 using platform::HostPath;
@@ -71,10 +69,6 @@ class Replacement {
         SaveStep step{edit.place, edit.content ? copyName(edit.place) : "", noContent, noContent, {}};
         struct stat status {};
         if (file && files().status(file.descriptor(), status) != 0) return false;
-        if (status.st_nlink > 1)
-            tvlog << fmt::format("{} Has {} Names, The Others Keep Its Old Content", edit.name,
-                                 status.st_nlink)
-                  << std::endl;
         if (edits_.size() > 1) {
             std::string before;
             if (file && !platform::readWhole(file.descriptor(), before)) return false;

@@ -43,6 +43,11 @@ std::string reasonFor(int error, const std::string& path) {
     return std::strerror(error);
 }
 
+// What stands there is a directory, a pipe or the like.
+bool isNoFile(int error) {
+    return error == EISDIR || error == EINVAL || error == ENXIO;
+}
+
 // Clients have a PVC file, which gets a name when it has none.
 template <class Record> constexpr bool hasPvcs = requires(Record record) {
     record.pvcs;
@@ -78,7 +83,7 @@ SectionHandle* DriverPdfEdit::open(std::string_view sectionPath, std::uint32_t f
 
 bool DriverPdfEdit::mayWrite() {
     if (readError_ == 0) return true;
-    addFailure(parameterFile, std::strerror(readError_));
+    addFailure({.file = parameterFile, .reason = std::strerror(readError_), .unknown = true});
     return false;
 }
 
@@ -115,7 +120,7 @@ bool DriverPdfEdit::writeRecord(const std::string& path, Record& record, const s
     if (!mayWrite()) return false;
     if (!OpenKey(path, sectionForWriting, false) || section_->dataError) {
         const int error = section_ ? section_->dataError : errno;
-        addFailure(parameterFile, reasonFor(error, path), error == ESRCH);
+        addFailure({parameterFile, reasonFor(error, path), error == ESRCH});
         return false;
     }
     tvlog << "Writing Values on - " << path << std::endl;
@@ -145,7 +150,7 @@ bool DriverPdfEdit::writeRecord(const std::string& path, Record& record, const s
             lacking_.emplace(path, row.key);
             continue;
         }
-        addFailure(parameterFile, fmt::format("the value of {} in {} cannot be stored", row.key, path));
+        addFailure({parameterFile, fmt::format("the value of {} in {} cannot be stored", row.key, path)});
         good = false;
     }
     return good;
@@ -326,7 +331,7 @@ bool DriverPdfEdit::pvcFileIsNamed(const std::string& path, Record& record, cons
     places_.clear();
     if (!writeRecord(path, record, listFile) || !CloseKey()) return false;
     if (stands()) return true;
-    addFailure(parameterFile, fmt::format("{} cannot take the name of a PVC file", path));
+    addFailure({parameterFile, fmt::format("{} cannot take the name of a PVC file", path)});
     return false;
 }
 
@@ -336,24 +341,25 @@ bool DriverPdfEdit::writePvcs(const std::string& path, Record& record, const std
     return pvcFileIsNamed(path, record, listFile) && writeList(record.pvcFile.str(), record.pvcs);
 }
 
-// The places of all files that the parameter file names, by section.
+// The places of all list files that the parameter file names, in whatever section.
 void DriverPdfEdit::readPlaces() {
-    places_.clear();
-    const auto read = [&](const std::string& path, const char* key) {
-        FileName name;
-        if (!OpenKey(path, 0, false) ||
-            ReadKey(section_, key, name.data(), keyString, static_cast<int>(FileName::size) - 1) != 0)
-            return;
-        platform::HostPath place = platform::hostPath(name.view());
+    std::string_view rest = files_.text(parameterFile);
+    while (!rest.empty()) {
+        const std::size_t end = std::min(rest.find('\n'), rest.size() - 1) + 1;
+        std::string_view line = rest.substr(0, end);
+        rest.remove_prefix(end);
+        line = line.substr(0, line.find('#'));
+        const std::size_t equals = line.find('=');
+        if (equals == std::string_view::npos ||
+            (line.find("PvcConfFile") == line.npos && line.find("ElanTbl") == line.npos))
+            continue;
+        const std::size_t from = line.find_first_not_of(" \t\r\n", equals + 1);
+        if (from == std::string_view::npos) continue;
+        platform::HostPath place =
+            platform::hostPath(line.substr(from, line.find_first_of(" \t\r\n", from) - from));
         platform::files().resolve(place, place);
         places_.insert(place.text);
-    };
-    for (int a = 0; a < adapterCount; ++a) {
-        for (int m = 0; m < lecCount; ++m) read(sectionPath(a, "LEC", m), "PvcConfFile");
-        for (int m = 0; m < lesCount; ++m) read(sectionPath(a, "LES", m), "ElanTbl");
-        read(sectionPath(a, "IP15770"), "PvcConfFile");
     }
-    CloseKey();
 }
 
 // Why a file may not be replaced or removed as a list of this kind; empty: it may.
@@ -375,7 +381,8 @@ template <class List> bool DriverPdfEdit::writeList(const std::string& name, con
     readList(name, standing);
     if (standing == list) return true;
     if (const std::string reason = whyNoList(name, list); !reason.empty()) {
-        addFailure(name, reason);
+        const int error = files_.read(name).error;
+        addFailure({.file = name, .reason = reason, .unknown = error != 0 && !isNoFile(error)});
         return false;
     }
     if (const std::string text = listForm(files_.read(name).content, list).dropped; !text.empty())

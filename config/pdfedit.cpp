@@ -36,7 +36,7 @@ void PdfEdit::keepValue() {
 
 bool PdfEdit::CloseKey() {
     const int error = CloseSection(std::exchange(section_, nullptr)) == 0 ? 0 : errno;
-    if (error) addFailure(parameterFile, std::strerror(error));
+    if (error) addFailure({parameterFile, std::strerror(error)});
     return error == 0;
 }
 
@@ -63,8 +63,7 @@ void PdfEdit::clearOutcome() {
     failures_.clear();
 }
 
-void PdfEdit::addFailure(std::string_view file, std::string_view reason, bool sectionMissing) {
-    SaveFailure failure{std::string(file), std::string(reason), sectionMissing};
+void PdfEdit::addFailure(SaveFailure failure) {
     if (std::find(failures_.begin(), failures_.end(), failure) == failures_.end())
         failures_.push_back(std::move(failure));
 }

@@ -15,6 +15,7 @@ struct SaveFailure {
     std::string file;    // as the configuration names it
     std::string reason;  // for the user, without a full stop
     bool sectionMissing = false;
+    bool unknown = false;  // the file could not be read: whoever saves must not save anything else either
 
     bool operator==(const SaveFailure&) const = default;
 };
@@ -56,7 +57,7 @@ class PdfEdit {
     // OpenSection on the parameter file.
     virtual SectionHandle* open(std::string_view sectionPath, std::uint32_t flags);
 
-    void addFailure(std::string_view file, std::string_view reason, bool sectionMissing = false);
+    void addFailure(SaveFailure failure);
     // The value of a key stays as it is spelled in the open section, which is committed all the same.
     void keepValue();
     bool finish(bool success, std::string_view text, bool showError);

@@ -1,5 +1,6 @@
 #include "platform/lock.h"
 
+#include "platform/ending.h"
 #include "platform/root.h"
 
 #include <algorithm>
@@ -58,7 +59,7 @@ int ConfigurationLock::take(const std::string& program, std::chrono::millisecond
         int error = errno;
         constexpr timespec pause{0, 20'000'000};
         if (error == EWOULDBLOCK && Clock::now() < deadline) {
-            if (::nanosleep(&pause, nullptr) == 0) continue;
+            if (::nanosleep(&pause, nullptr) == 0 || !endAsked()) continue;
             error = EINTR;
         }
         holder_ = readHolder(descriptor);

@@ -18,7 +18,8 @@ class ConfigurationLock {
     ConfigurationLock& operator=(const ConfigurationLock&) = delete;
 
     // Waits for the lock no longer than `patience`. 0; EWOULDBLOCK: somebody else holds it, and holder() says
-    // who; EINTR: a signal came while waiting; otherwise the errno of what failed. Held already: 0.
+    // who; EINTR: the program was asked to end while waiting; otherwise the errno of what failed. Held
+    // already: 0.
     int take(const std::string& program, std::chrono::milliseconds patience);
     void release();
 

@@ -158,4 +158,28 @@ int writeAll(int descriptor, std::string_view bytes) {
     return 0;
 }
 
+int writeWhole(const HostPath& path, std::string_view content, mode_t mode, OnDisk onDisk) {
+    OpenFile file(files().open(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, mode));
+    if (!file) return -1;
+    const bool written = writeAll(file.descriptor(), content) == 0 &&
+                         (onDisk == OnDisk::later || files().sync(file.descriptor()) == 0);
+    int error = errno;
+    if (file.close() == 0 && written) return 0;
+    if (written) error = errno;
+    files().remove(path);
+    errno = error;
+    return -1;
+}
+
+int replaceWhole(const HostPath& path, std::string_view content, mode_t mode, OnDisk onDisk) {
+    const HostPath copy{path.text + ".new"};
+    files().remove(copy);  // left by a process that was killed
+    if (writeWhole(copy, content, mode, onDisk) != 0) return -1;
+    if (files().rename(copy, path) == 0) return 0;
+    const int error = errno;
+    files().remove(copy);
+    errno = error;
+    return -1;
+}
+
 }  // namespace platform

@@ -47,4 +47,14 @@ bool readWhole(int descriptor, std::string& content, std::size_t limit = 64U << 
 // Writes everything, also when the system takes it in parts or is interrupted. 0, or -1 and errno.
 int writeAll(int descriptor, std::string_view bytes);
 
+enum class OnDisk { now, later };
+
+// Makes a new file of this content, and brings the content to the disk now or leaves that to the system. 0,
+// or -1 and errno (EEXIST when there is anything of the name): then no file is left.
+int writeWhole(const HostPath& path, std::string_view content, mode_t mode, OnDisk onDisk);
+
+// The same with a copy beside it, "<name>.new", which is renamed over whatever has the name. On failure that
+// is as it was, and no copy is left. The directory is not brought to the disk.
+int replaceWhole(const HostPath& path, std::string_view content, mode_t mode, OnDisk onDisk);
+
 }  // namespace platform

@@ -128,7 +128,7 @@ TEST_F(DriverPdf, WhatCannotBeReadIsNotWritten) {
         EXPECT_FALSE(editor.ReadPdf());
     }
     EXPECT_FALSE(editor.WriteLink(0));
-    EXPECT_THAT(editor.failures(), ElementsAre(SaveFailure{file, std::strerror(EIO)}));
+    EXPECT_THAT(editor.failures(), ElementsAre(SaveFailure{file, std::strerror(EIO), false, true}));
     EXPECT_TRUE(editor.files().edits().empty());
     EXPECT_TRUE(editor.ReadPdf());
 }

@@ -1,0 +1,56 @@
+// The history of saves: a directory for each save that changed a file, with the files as they were before and
+// a manifest (doc/history.md). The newest are kept.
+//
+// A history serves a save and never stops one: what fails is said on the debug log and in syslog, and every
+// call returns normally. The caller holds the program's lock from begin() to finish() or drop().
+#pragma once
+
+#include "change/changerecord.h"
+#include "change/manifest.h"
+#include "platform/root.h"
+
+#include <span>
+#include <string>
+#include <vector>
+
+constexpr std::size_t keptEntries = 50;
+
+// The name of the manifest in an entry. A stored file's name begins with a digit.
+constexpr const char* manifestName = "manifest.json";
+
+// A file that a save is about to replace or remove, or to create.
+struct FileAtRisk {
+    std::string name;  // its path as the configuration has it, without the root directory
+    platform::HostPath path;
+};
+
+class HistoryEntry {
+  public:
+    // Neither finished nor dropped: the entry stays without a manifest, as that of a killed process does.
+    HistoryEntry() = default;
+    HistoryEntry(const HistoryEntry&) = delete;
+    HistoryEntry& operator=(const HistoryEntry&) = delete;
+
+    // Makes the entry and keeps the files in it: as further names (hard links) of their contents where
+    // possible, so the caller must replace or remove them, and not write into them. A symbolic link stands
+    // for the file it leads to. A file that is not there is noted as that.
+    void begin(std::span<const FileAtRisk> files);
+
+    // Adds the manifest, and removes entries beyond the newest. Without an entry nothing happens.
+    void finish(const ChangeRecord& record);
+
+    // Removes the entry: the save has changed no file.
+    void drop();
+
+    // "0042", or "none" without an entry.
+    const std::string& number() const { return number_; }
+
+  private:
+    int keep(const FileAtRisk& file);
+    void giveUp(const std::string& systemPath);  // errno says why
+    int discard();
+
+    std::string number_ = "none";
+    platform::HostPath place_;
+    std::vector<KeptFile> files_;
+};

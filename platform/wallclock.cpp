@@ -1,0 +1,36 @@
+#include "platform/wallclock.h"
+
+#include <array>
+#include <cstdlib>
+#include <fmt/format.h>
+
+namespace platform {
+
+namespace {
+
+std::tm localTime(std::time_t time) {
+    std::tm result{};
+    ::tzset();
+    ::localtime_r(&time, &result);
+    return result;
+}
+
+}  // namespace
+
+std::string dateAndTime(std::time_t time) {
+    const std::tm t = localTime(time);
+    const long minutes = std::labs(t.tm_gmtoff) / 60;
+    return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}{}{:02}:{:02}", t.tm_year + 1900, t.tm_mon + 1,
+                       t.tm_mday, t.tm_hour, t.tm_min, t.tm_sec, t.tm_gmtoff < 0 ? '-' : '+', minutes / 60,
+                       minutes % 60);
+}
+
+std::string syslogTime(std::time_t time) {
+    static constexpr std::array months{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                       "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+    const std::tm t = localTime(time);
+    return fmt::format("{} {:2} {:02}:{:02}:{:02}", months.at(static_cast<std::size_t>(t.tm_mon)), t.tm_mday,
+                       t.tm_hour, t.tm_min, t.tm_sec);
+}
+
+}  // namespace platform

@@ -1,0 +1,15 @@
+// The time of day, for people; what is measured or waited for goes by a monotonic clock.
+#pragma once
+
+#include <ctime>
+#include <string>
+
+namespace platform {
+
+// "2026-02-03T04:05:06+01:00" in the local time zone (RFC 3339).
+std::string dateAndTime(std::time_t time);
+
+// "Feb  3 04:05:06" in the local time zone, whatever the language: how a line for syslog begins (RFC 3164).
+std::string syslogTime(std::time_t time);
+
+}  // namespace platform

@@ -1,0 +1,342 @@
+// A whole change beside others that change the same files, and under every fault of the file system.
+#include "change/adapterchange.h"
+
+#include "config/pvcfile.h"
+#include "tests/support/failingfiles.h"
+#include "tests/support/logcapture.h"
+#include "tests/support/simulator.h"
+#include "tests/support/temproot.h"
+
+#include <csignal>
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+#include <random>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr const char *file = "/etc/atm/tvconf", *list = "/etc/atm/pvcconf0.0";
+
+AtmBridgedPvc pvc(int vci, int rate = 0) {
+    AtmBridgedPvc made;
+    made.vci = static_cast<std::uint16_t>(vci);
+    made.rate = rate;
+    return made;
+}
+
+// One administrator with the sample configuration, who works on adapter 1.
+struct Administrator {
+    AtmDevices mine;
+    Configuration configuration{"tarvolin", mine};
+    AtmDevices before;
+
+    Administrator() { EXPECT_TRUE(configuration.read()); }
+
+    AtmLEC& lec(std::size_t number) { return mine.lec[0][number - 1]; }
+
+    void begin() {
+        configuration.readAgain(0);
+        before = mine;
+    }
+
+    // Ends the dialog. Answers the questions, which are kept, with `answer`.
+    ChangeResult end(bool settings = true, bool answer = true) {
+        AdapterChange change(configuration, {.adapter = 0, .settings = settings, .before = before});
+        while (const std::optional<Question> question = change.run()) {
+            questions.push_back(question->text);
+            change.answer(answer);
+        }
+        return change.result();
+    }
+    std::vector<std::string> questions;
+};
+
+struct Changes : testing::Test {
+    TempRoot root;
+    LogCapture log;
+
+    Changes() { writeSampleConfiguration(root); }
+
+    // Somebody edits the file.
+    void edit(const char* name, const std::string& from, const std::string& to) const {
+        std::string text = root.read(name);
+        ASSERT_NE(text.find(from), std::string::npos) << from;
+        root.write(name, text.replace(text.find(from), from.size(), to));
+    }
+    static AtmDevices inFiles() {
+        AtmDevices devices;
+        EXPECT_TRUE(DriverPdfEdit(nullptr, false, devices).ReadPdf());
+        return devices;
+    }
+    static std::vector<int> vcis(const std::vector<AtmBridgedPvc>& pvcs) {
+        std::vector<int> all;
+        for (const AtmBridgedPvc& pvc : pvcs) all.push_back(pvc.vci);
+        return all;
+    }
+};
+
+}  // namespace
+
+TEST_F(Changes, WhatOthersChangedStaysTheirs) {
+    Administrator user, other;
+    user.begin();
+    other.begin();
+    other.lec(2).elanName = "theirs";
+    other.lec(1).pvcs.push_back(pvc(300));
+    EXPECT_TRUE(other.end().wrote);
+    edit(file, "InterruptNumber", "# somebody was here\n\tInterruptNumber");
+    user.lec(2).mtuClass = 3;
+    user.lec(1).pvcs.push_back(pvc(301));
+    user.lec(1).pvcs.erase(user.lec(1).pvcs.begin());
+    const ChangeResult result = user.end();
+    EXPECT_TRUE(result.wrote);
+    EXPECT_THAT(user.questions, IsEmpty());
+    const AtmDevices now = inFiles();
+    EXPECT_EQ(now.lec[0][1].elanName.view(), "theirs");
+    EXPECT_EQ(now.lec[0][1].mtuClass, 3);
+    EXPECT_THAT(vcis(now.lec[0][0].pvcs), ElementsAre(101, 300, 301));
+    EXPECT_THAT(root.read(file), HasSubstr("# somebody was here"));
+    ASSERT_EQ(result.record.takenOverKeys.size(), 1U);
+    EXPECT_EQ(result.record.takenOverKeys[0].key, "adapter1/lec2.elanName");
+    EXPECT_THAT(log.text, HasSubstr("Changed By Others - adapter1/lec2.elanName From "));
+    EXPECT_EQ(user.lec(2).elanName.view(), "theirs") << "and the next dialog shows it";
+}
+
+TEST_F(Changes, NothingEditedNothingWritten) {
+    Administrator user;
+    user.begin();
+    root.write("/etc/atm/pvcconf0.3", listText(std::vector<AtmBridgedPvc>{pvc(77)}));
+    const fs::file_time_type stamp = fs::last_write_time(root.at(file));
+    EXPECT_FALSE(user.end(false).wrote);
+    EXPECT_TRUE(root.exists("/etc/atm/pvcconf0.3")) << "made by somebody while the dialog was open";
+    EXPECT_EQ(fs::last_write_time(root.at(file)), stamp);
+    EXPECT_FALSE(root.exists("/var/lib/tarvolin"));
+    user.begin();
+    EXPECT_THAT(vcis(user.lec(4).pvcs), ElementsAre(77)) << "Setup reads again";
+}
+
+TEST_F(Changes, ConflictsAreAskedAndOneOfTheTwoIsTaken) {
+    for (const bool mine : {true, false}) {
+        writeSampleConfiguration(root);
+        Administrator user, other;
+        user.begin();
+        other.begin();
+        other.lec(3).mtuClass = 3;
+        other.lec(1).pvcs[0].rate = 25;                          // 100: both change it
+        other.lec(1).pvcs.erase(other.lec(1).pvcs.begin() + 1);  // 101: they remove it
+        other.mine.les[0][0].enabled ^= 1;                       // both do the same
+        other.end();
+        user.lec(3).mtuClass = 2;
+        user.lec(1).pvcs[0].rate = 7;
+        user.lec(1).pvcs[1].rate = 8;
+        user.mine.les[0][0].enabled ^= 1;
+        const ChangeResult result = user.end(true, mine);
+        ASSERT_EQ(user.questions.size(), 1U);
+        EXPECT_THAT(user.questions[0], HasSubstr("\nLEC 3 ELAN MTU: yours 4544, in the file 9234\n"));
+        EXPECT_THAT(user.questions[0], HasSubstr("LEC 1 PVC 0 / 100: yours VCI 100, "));
+        EXPECT_THAT(user.questions[0], HasSubstr(" 8 MB/s, in the file removed\n"));
+        EXPECT_THAT(user.questions[0], testing::Not(HasSubstr("LES 1")));
+        const AtmDevices now = inFiles();
+        EXPECT_EQ(now.lec[0][2].mtuClass, mine ? 2 : 3);
+        std::vector<int> rates;
+        for (const AtmBridgedPvc& entry : now.lec[0][0].pvcs) rates.push_back(entry.rate);
+        EXPECT_EQ(rates, mine ? std::vector<int>({7, 8}) : std::vector<int>({25}));
+        EXPECT_EQ(user.lec(3).mtuClass, mine ? 2 : 3);
+    }
+}
+
+TEST_F(Changes, AFileThatChangesWhileItIsSavedIsMergedAgain) {
+    Administrator user;
+    user.begin();
+    user.lec(1).mtuClass = 3;
+    // Somebody writes when the copy has been made.
+    struct Editor : FailingFiles {
+        using FailingFiles::sync;
+        int sync(int descriptor) override {
+            const int result = FailingFiles::sync(descriptor);
+            if (!done) done = true, edit();
+            return result;
+        }
+        std::function<void()> edit;
+        bool done = false;
+    } files;
+    files.edit = [&] { edit(file, "ElanName                = ", "ElanName                = x"); };
+    EXPECT_TRUE(user.end().wrote);
+    EXPECT_TRUE(files.done);
+    const AtmDevices now = inFiles();
+    EXPECT_EQ(now.lec[0][0].mtuClass, 3);
+    EXPECT_TRUE(now.lec[0][0].elanName.view().starts_with('x')) << now.lec[0][0].elanName.view();
+}
+
+TEST_F(Changes, AHeldLockIsAskedAboutAndListsWaitForTheNextSave) {
+    Administrator user;
+    user.begin();
+    user.lec(1).pvcs.push_back(pvc(300));
+    user.lec(1).mtuClass = 3;
+    {
+        platform::ConfigurationLock held;
+        ASSERT_EQ(held.take("tvctl", 0ms), 0);
+        const ChangeResult result = user.end(true, false);
+        EXPECT_TRUE(result.givenUp);
+        ASSERT_EQ(user.questions.size(), 1U);
+        EXPECT_THAT(user.questions[0], HasSubstr(fmt::format("tvctl (process {})", ::getpid())));
+    }
+    EXPECT_EQ(user.lec(1).mtuClass, user.before.lec[0][0].mtuClass) << "the fields are given up";
+    EXPECT_THAT(user.configuration.unsavedLists(0), ElementsAre("LEC 1"));
+    user.begin();
+    EXPECT_TRUE(user.end(false).wrote);
+    EXPECT_EQ(inFiles().lec[0][0].pvcs.back().vci, 300);
+    EXPECT_THAT(user.configuration.unsavedLists(0), IsEmpty());
+}
+
+TEST_F(Changes, WhatTheFileDoesNotKeepIsNamed) {
+    edit(file, "L3Mtu", "#L3Mtu");
+    Administrator user;
+    user.begin();
+    user.lec(1).l3Mtu = 9000;
+    user.lec(2).elanName = std::string(31, 'n');
+    const ChangeResult result = user.end();
+    EXPECT_THAT(result.notes,
+                ElementsAre("LEC 1 L3 MTU: /Adapter0/LEC0 has no L3Mtu. The change is not in the file.",
+                            "LEC 2 ELAN Name: only the first 30 characters are read back."));
+    user.begin();
+    EXPECT_THAT(user.end().notes, IsEmpty()) << "it is not the user's change any more";
+}
+
+TEST_F(Changes, EachSaveThatChangesAFileIsInTheHistory) {
+    Administrator user;
+    user.begin();
+    const std::string before = root.read(file);
+    user.lec(3).mtuClass = 2;
+    user.lec(1).pvcs.push_back(pvc(300));
+    EXPECT_TRUE(user.end().wrote);
+    const std::string entry = "/var/lib/tarvolin/history/0001/";
+    const std::string manifest = root.read(entry + "manifest.json");
+    for (const char* part : {"adapter1/lec3.mtu", "\"1516\"", "\"4544\"", "adapter1/lec1.pvcs", "VCI 300, "})
+        EXPECT_THAT(manifest, HasSubstr(part));
+    bool kept = false;
+    for (const auto& stored : fs::directory_iterator(root.at(entry)))
+        kept |= root.read(entry + stored.path().filename().string()) == before;
+    EXPECT_TRUE(kept);
+    user.begin();
+    EXPECT_FALSE(user.end().wrote);
+    EXPECT_FALSE(root.exists("/var/lib/tarvolin/history/0002"));
+}
+
+namespace {
+
+// Changes a setting and all five lists that adapter 1 can have.
+void changeEverything(Administrator& user, int number) {
+    user.lec(1).l3Mtu = number;
+    for (std::size_t m = 1; m <= 4; ++m) user.lec(m).pvcs = {pvc(number, static_cast<int>(m))};
+    AtmRoutedPvc routed;
+    routed.vci = static_cast<std::uint16_t>(number);
+    user.mine.ip1577[0].pvcs = {routed};
+}
+
+// The number in all places, or 0 if they differ.
+int numberInFiles() {
+    AtmDevices devices;
+    EXPECT_TRUE(DriverPdfEdit(nullptr, false, devices).ReadPdf());
+    const int number = devices.lec[0][0].l3Mtu;
+    bool same = devices.ip1577[0].pvcs.size() == 1 && devices.ip1577[0].pvcs[0].vci == number;
+    for (const AtmLEC& lec : devices.lec[0]) same = same && lec.pvcs.size() == 1 && lec.pvcs[0].vci == number;
+    return same ? number : 0;
+}
+
+}  // namespace
+
+// The whole save with its lock, history and all: the files are the old or the new ones, and a failure is
+// said.
+TEST_F(Changes, EveryCallFailedInTurn) {
+    {
+        Administrator user;
+        user.begin();
+        changeEverything(user, 1000);
+        ASSERT_TRUE(user.end().wrote);
+    }
+    constexpr std::array errors{ENOSPC, EIO, EDQUOT, EROFS, EINTR};
+    int number = 1000, faults = 0;
+    for (std::size_t first = 0; first < errors.size(); first += 2)
+        for (int k = 1;; ++k, ++faults) {
+            const int error = errors[(first + static_cast<std::size_t>(k)) % errors.size()];
+            Administrator user;
+            user.begin();
+            changeEverything(user, number + 1);
+            FailingFiles files;
+            files.skipSyncs();
+            files.failAt(k, error);
+            const ChangeResult result = user.end();
+            if (!files.failed()) break;
+            const int now = numberInFiles();
+            EXPECT_TRUE(now == number || now == number + 1) << k << ' ' << std::strerror(error);
+            EXPECT_TRUE(now == number + 1 || !result.failures.empty())
+                << "not said: " << k << ' ' << std::strerror(error);
+            number = std::max(number, now);
+        }
+    RecordProperty("faults", faults);
+    EXPECT_GT(faults, 300);
+}
+
+namespace {
+
+// Gives a murderer a chance between the first file and the last.
+struct SlowRenames : FailingFiles {
+    int rename(const platform::HostPath& from, const platform::HostPath& to) override {
+        std::this_thread::sleep_for(300us);
+        return FailingFiles::rename(from, to);
+    }
+};
+
+}  // namespace
+
+// Real saves of a process that is killed; whoever comes next completes what was begun.
+TEST_F(Changes, KilledAtAnyMomentTheFilesAreAllOldOrAllNew) {
+    {
+        Administrator user;
+        user.begin();
+        changeEverything(user, 1000);
+        ASSERT_TRUE(user.end().wrote);
+    }
+    std::mt19937 random(1);
+    int mixed = 0, completed = 0;
+    constexpr int kills = 300;
+    for (int kill = 0; kill < kills; ++kill) {
+        int ready[2];
+        ASSERT_EQ(::pipe(ready), 0);
+        const pid_t child = ::fork();
+        if (child == 0) {
+            SlowRenames files;
+            files.skipSyncs();
+            Administrator user;
+            for (int number = 1000;; number = number == 9999 ? 1000 : number + 1) {
+                user.begin();
+                changeEverything(user, number);
+                if (!user.end().failures.empty()) ::_exit(1);
+                if (number == 1000 && ::write(ready[1], "", 1) != 1) ::_exit(1);
+            }
+        }
+        ::close(ready[1]);
+        char byte = 0;
+        ASSERT_EQ(::read(ready[0], &byte, 1), 1);
+        ::close(ready[0]);
+        std::this_thread::sleep_for(std::chrono::microseconds(random() % 10000));
+        ::kill(child, SIGKILL);
+        int state = 0;
+        ::waitpid(child, &state, 0);
+        ASSERT_TRUE(WIFSIGNALED(state)) << "a save failed";
+        completed += root.exists("/etc/atm/.tarvolin-save");
+        Administrator next;
+        mixed += numberInFiles() == 0;
+    }
+    EXPECT_EQ(mixed, 0);
+    EXPECT_GT(completed, kills / 20) << "too few were struck between the first and the last file";
+    EXPECT_EQ(root.temporaryCopies(), 0);
+}

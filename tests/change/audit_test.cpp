@@ -1,0 +1,109 @@
+// What the manifest and syslog say of a save.
+#include "change/audit.h"
+#include "change/manifest.h"
+#include "tests/support/logsocket.h"
+
+#include <cstdlib>
+#include <gmock/gmock.h>
+
+using platform::LogLevel;
+using testing::ElementsAre;
+
+namespace {
+
+ChangeRecord fullRecord() {
+    ChangeRecord record;
+    record.display = ":0.0";
+    record.keys = {{"adapter1/lec2.mtu", "1516", "4544"},
+                   {"adapter1/lec3.elan_name", "", "a \"b\"\n\xe9 resp=0"},
+                   {"adapter1/signalling.uni_version", "30", "31"},
+                   {"adapter2.x/lec0.mtu", "1", "2"}};
+    record.lists = {{"adapter1/lec2.pvcs", {"VC 200", "VC 201"}, {"VC 7"}},
+                    {"adapter1/ip.pvcs", {}, {"VC 9"}}};
+    record.requests = {{"adapter1/lec2", "LEC_PVC_ADD", "PVC 0 / 200", RequestResult::taken, 0},
+                       {"adapter1/lec2", "LEC_PVC_ADD", "PVC 0 / 201", RequestResult::refused, 17},
+                       {"adapter1/lec2", "LEC_DISABLE", "", RequestResult::taken, 5},
+                       {"adapter1/lec2", "LEC_INIT", "", RequestResult::taken, 0},
+                       {"adapter1/lec3", "LEC_DISABLE", "", RequestResult::unanswered, 207},
+                       {"adapter1/lec3", "LEC_INIT", "", RequestResult::notSent, 0},
+                       {"adapter2.x/lec0", "LEC_INIT", "", RequestResult::notSent, 0}};
+    record.takenOverKeys = {{"adapter2/lec0.mtu", "1", "2"}};
+    record.takenOverLists = {{"adapter2/lec0.pvcs", {"VC 1"}, {}}};
+    record.notes = {"A note."};
+    return record;
+}
+
+std::vector<std::string> textsOf(const std::vector<AuditLine>& lines, LogLevel level) {
+    std::vector<std::string> texts;
+    for (const AuditLine& line : lines)
+        if (line.level == level) texts.push_back(line.text);
+    return texts;
+}
+
+}  // namespace
+
+TEST(Audit, ALineForEachKeyAndListAndForEachRequestThatWasNotTaken) {
+    ChangeRecord record = fullRecord();
+    const auto lines = auditLines(record, "0042", "root");
+    EXPECT_THAT(
+        textsOf(lines, LogLevel::notice),
+        ElementsAre(
+            "change=0042 key=adapter1/lec2.mtu old=1516 new=4544 resp=0 user=root result=ok",
+            R"(change=0042 key=adapter1/lec3.elan_name old="" new="a \"b\"\x0a\xe9 resp=0" )"
+            "resp=unanswered user=root result=ok",
+            "change=0042 key=adapter1/signalling.uni_version old=30 new=31 resp=none user=root result=ok",
+            "change=0042 key=adapter2.x/lec0.mtu old=1 new=2 resp=unsent user=root result=ok",
+            "change=0042 key=adapter1/lec2.pvcs added=2 removed=1 resp=17 user=root result=ok",
+            "change=0042 key=adapter1/ip.pvcs added=0 removed=1 resp=none user=root result=ok"));
+    EXPECT_THAT(textsOf(lines, LogLevel::warning),
+                ElementsAre("change=0042 request=LEC_PVC_ADD service=adapter1/lec2 subject=\"PVC 0 / 201\" "
+                            "resp=17 user=root result=refused",
+                            "change=0042 request=LEC_DISABLE service=adapter1/lec3 resp=unanswered user=root "
+                            "result=unanswered"));
+
+    record.result = "No space left on device";
+    const auto failed = auditLines(record, "none", "a b");
+    EXPECT_THAT(textsOf(failed, LogLevel::notice), testing::IsEmpty());
+    EXPECT_EQ(failed.size(), lines.size());
+    EXPECT_EQ(failed[0].text, "change=none key=adapter1/lec2.mtu old=1516 new=4544 resp=0 user=\"a b\" "
+                              "result=\"No space left on device\"");
+
+    const TempRoot root;
+    const LogSocket daemon(root);
+    audit(record, "0042");
+    EXPECT_EQ(daemon.take().size(), lines.size());
+}
+
+TEST(Manifest, HoldsEverythingInAsciiAndKeepsOddTextsReadable) {
+    ::setenv("TZ", "UTC", 1);
+    ChangeRecord record = fullRecord();
+    record.keys.resize(2);
+    record.lists.resize(1);
+    record.requests.erase(record.requests.begin() + 2, record.requests.begin() + 5);
+    record.requests.resize(3);
+    const Manifest manifest{.number = "0042",
+                            .time = 0,
+                            .invoker = {{0, "root"}, platform::Account{1000, ""}, "an\na", {}},
+                            .host = "ws1",
+                            .files = {{"/etc/atm/tvconf", "1-tvconf"}}};
+    std::string text = manifestText(manifest, record);
+    std::erase_if(text, [](char c) { return c == '\n' || c == ' '; });
+    EXPECT_EQ(
+        text,
+        R"({"format":1,"change":"0042","time":"1970-01-01T00:00:00+00:00","user":{"id":0,"name":"root"},)"
+        R"("login":{"id":1000,"name":null},"sudo":"an\\x0aa","pkexec":null,"program":"tarvolin",)"
+        R"("host":"ws1","display":":0.0","files":[{"name":"/etc/atm/tvconf","stored":"1-tvconf"}],)"
+        R"("keys":[{"key":"adapter1/lec2.mtu","old":"1516","new":"4544"},)"
+        R"({"key":"adapter1/lec3.elan_name","old":"","new":"a\"b\"\\x0a\\xe9resp=0"}],)"
+        R"("lists":[{"key":"adapter1/lec2.pvcs","added":["VC200","VC201"],"removed":["VC7"]}],)"
+        R"("requests":[)"
+        R"({"service":"adapter1/lec2","request":"LEC_PVC_ADD","subject":"PVC0/200",)"
+        R"("answer":"taken","resp":0},)"
+        R"({"service":"adapter1/lec2","request":"LEC_PVC_ADD","subject":"PVC0/201",)"
+        R"("answer":"refused","resp":17},)"
+        R"({"service":"adapter1/lec3","request":"LEC_INIT","subject":null,"answer":"notsent","resp":null}],)"
+        R"("taken_over":{"keys":[{"key":"adapter2/lec0.mtu","old":"1","new":"2"}],)"
+        R"("lists":[{"key":"adapter2/lec0.pvcs","added":["VC1"],"removed":[]}]},)"
+        R"("notes":["Anote."],"result":"ok"})");
+    ::unsetenv("TZ");
+}

@@ -1,0 +1,231 @@
+// What a save leaves in the history, and that the history never stops a save.
+#include "change/history.h"
+#include "platform/files.h"
+#include "tests/support/failingfiles.h"
+#include "tests/support/logcapture.h"
+#include "tests/support/logsocket.h"
+
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr const char* history = "/var/lib/tarvolin/history";
+
+struct NoLinks : FailingFiles {
+    int link(const platform::HostPath&, const platform::HostPath&) override {
+        errno = EXDEV;
+        return -1;
+    }
+};
+
+std::vector<FileAtRisk> named(std::initializer_list<const char*> names) {
+    std::vector<FileAtRisk> result;
+    for (const char* name : names) result.push_back({name, platform::hostPath(name)});
+    return result;
+}
+
+// As the save does: renames another file over this one.
+void replace(const TempRoot& root, const char* name, const char* content) {
+    root.write("/etc/new", content);
+    fs::rename(root.at("/etc/new"), root.at(name));
+}
+
+std::string place(std::string_view entry, std::string_view name = "") {
+    return fmt::format("{}/{}{}{}", history, entry, name.empty() ? "" : "/", name);
+}
+
+std::vector<std::string> namesIn(const TempRoot& root, std::string_view directory) {
+    std::vector<std::string> names;
+    if (root.exists(directory))
+        for (const auto& entry : fs::directory_iterator(root.at(directory)))
+            names.push_back(entry.path().filename());
+    std::ranges::sort(names);
+    return names;
+}
+
+unsigned modeOf(const TempRoot& root, std::string_view path) {
+    struct stat found {};
+    EXPECT_EQ(::stat(root.at(path).c_str(), &found), 0) << path;
+    return found.st_mode & 07777;
+}
+
+std::string oneEntry() {
+    HistoryEntry entry;
+    entry.begin({});
+    entry.finish({});
+    return entry.number();
+}
+
+}  // namespace
+
+TEST(History, AnEntryHoldsTheFilesAsTheyWere) {
+    const TempRoot root;
+    fs::create_directories(root.at("/srv/atm"));
+    root.write("/srv/atm/tvconf", "linked 1");
+    fs::create_symlink("../../srv/atm/tvconf", root.at("/etc/atm/tvconf"));
+    root.write("/srv/atm/list", "list 1");
+    root.write("/etc/atm/list", "other list 1");
+    const auto files = named({"/etc/atm/tvconf", "/srv/atm/list", "/etc/atm/list", "/etc/atm/new \n%"});
+    for (const bool links : {true, false}) {
+        std::unique_ptr<FailingFiles> calls;
+        if (links)
+            calls = std::make_unique<FailingFiles>();
+        else
+            calls = std::make_unique<NoLinks>();
+        HistoryEntry entry;
+        entry.begin(files);
+        const std::string number = links ? "0001" : "0002";
+        ASSERT_EQ(entry.number(), number);
+        for (const char* name : {"/srv/atm/tvconf", "/srv/atm/list", "/etc/atm/list"})
+            replace(root, name, "after");
+        entry.finish({});
+        EXPECT_EQ(calls->count(FileCall::sync), links ? 2 : 5);
+        EXPECT_EQ(calls->count(FileCall::rename), 1);
+
+        EXPECT_THAT(namesIn(root, place(number)), ElementsAre("1-tvconf", "2-list", "3-list", manifestName));
+        EXPECT_EQ(root.read(place(number, "1-tvconf")), "linked 1");
+        EXPECT_EQ(root.read(place(number, "2-list")), "list 1");
+        EXPECT_EQ(root.read(place(number, "3-list")), "other list 1");
+        EXPECT_EQ(modeOf(root, place(number, "2-list")), links ? 0644U : 0600U);
+        EXPECT_EQ(modeOf(root, place(number, manifestName)), 0600U);
+        EXPECT_EQ(modeOf(root, place(number)), 0700U);
+        EXPECT_THAT(root.read(place(number, manifestName)), HasSubstr(R"(
+    {
+      "name": "/etc/atm/list",
+      "stored": "3-list"
+    },
+    {
+      "name": "/etc/atm/new \\x0a%",
+      "stored": null
+    }
+)"));
+        replace(root, "/srv/atm/tvconf", "linked 1");
+        replace(root, "/srv/atm/list", "list 1");
+        replace(root, "/etc/atm/list", "other list 1");
+    }
+    EXPECT_EQ(modeOf(root, history), 0700U);
+    EXPECT_EQ(modeOf(root, "/var/lib/tarvolin"), 0700U);
+    EXPECT_EQ(modeOf(root, "/var/lib"), 0755U);
+
+    HistoryEntry entry;
+    entry.begin(files);
+    EXPECT_EQ(entry.number(), "0003");
+    entry.drop();
+    entry.finish({});
+    EXPECT_EQ(entry.number(), "none");
+    EXPECT_THAT(namesIn(root, history), ElementsAre("0001", "0002"));
+}
+
+TEST(History, WhateverFailsTheSaveGoesOnAndItIsSaidOnce) {
+    for (const bool links : {true, false}) {
+        for (const int error : {ENOSPC, EACCES}) {
+            int k = 1, lost = 0;
+            for (bool failed = true; failed; ++k) {
+                const TempRoot root;
+                const LogSocket daemon(root);
+                root.write("/etc/atm/tvconf", "before");
+                LogCapture log;
+                HistoryEntry entry;
+                {
+                    std::unique_ptr<FailingFiles> calls;
+                    if (links)
+                        calls = std::make_unique<FailingFiles>();
+                    else
+                        calls = std::make_unique<NoLinks>();
+                    calls->failAt(k, error);
+                    entry.begin(named({"/etc/atm/tvconf"}));
+                    entry.finish({});
+                    failed = calls->failed();
+                }
+                const std::string which = fmt::format("links {} call {}\n{}", links, k, log.text);
+                EXPECT_EQ(root.read("/etc/atm/tvconf"), "before") << which;
+                const bool begun = entry.number() == "0001";
+                const bool whole = begun && root.exists(place("0001", manifestName));
+                if (begun) {
+                    EXPECT_EQ(root.read(place("0001", "1-tvconf")), "before") << which;
+                } else {
+                    EXPECT_THAT(namesIn(root, history), IsEmpty()) << which;
+                }
+                EXPECT_FALSE(root.exists(place("0001", "manifest.json.new"))) << which;
+                const auto lines = std::ranges::count(log.text, '\n');
+                EXPECT_EQ(daemon.take().size(), static_cast<std::size_t>(lines)) << which;
+                EXPECT_TRUE(whole ? lines <= 1 : lines == 1) << which;
+                lost += !whole;
+            }
+            EXPECT_GT(k, 20);
+            EXPECT_GT(lost, 10);
+        }
+    }
+}
+
+TEST(History, TheNewestStayAndNothingElseIsTouched) {
+    const TempRoot root;
+    fs::create_directories(root.at("/srv/away"));
+    root.write("/srv/away/kept", "");
+    EXPECT_EQ(oneEntry(), "0001");
+    const std::vector<std::string> others{"0000", "12a", "-3", "x", "0003.old", "1234567890"};
+    for (const std::string& name : others) {
+        fs::create_directories(root.at(place(name)));
+        root.write(place(name, "kept"), "");
+    }
+    fs::create_directory_symlink("/srv/away", root.at(place("0002")));
+    root.write(place("0003"), "no directory");
+    fs::create_directories(root.at(place("0004")));  // of a process that was killed
+    root.write(place("0004", "1-tvconf"), "");
+    root.write(place("0004", "manifest.json.new"), "{");
+    fs::create_directory_symlink("/srv/away", root.at(place("0004", "2-away")));
+    EXPECT_EQ(oneEntry(), "0005");
+    LogCapture log;
+    for (int i = 6; i <= 53; ++i) EXPECT_EQ(oneEntry(), fmt::format("{:04}", i));
+    EXPECT_TRUE(root.exists(place("0004", "1-tvconf")));
+    EXPECT_EQ(oneEntry(), "0054");
+    EXPECT_FALSE(root.exists(place("0001")) || root.exists(place("0004")));
+    EXPECT_TRUE(fs::is_symlink(root.at(place("0002"))));
+    EXPECT_EQ(root.read(place("0003")), "no directory");
+    EXPECT_TRUE(root.exists("/srv/away/kept"));
+    for (const std::string& name : others) EXPECT_TRUE(root.exists(place(name, "kept"))) << name;
+    EXPECT_EQ(log.text, "");
+
+    fs::create_directories(root.at(place("9999")));
+    EXPECT_EQ(oneEntry(), "10000");
+    EXPECT_EQ(oneEntry(), "10001");
+    fs::create_directories(root.at(place("0006", "of somebody's")) / "own");
+    fs::create_directories(root.at(place("0005", "of somebody's")) / "own");
+    EXPECT_EQ(oneEntry(), "10002");
+    EXPECT_THAT(log.text, HasSubstr(fmt::format("History - {}: Directory not empty\n", place("0005"))));
+}
+
+TEST(History, ADirectoryThatOthersCanChangeIsRefused) {
+    for (const char* directory : {"/var/lib/tarvolin", history}) {
+        const TempRoot root;
+        const LogSocket daemon(root);
+        LogCapture log;
+        fs::create_directories(root.at(history));
+        const auto refused = [&](const char* reason) {
+            EXPECT_EQ(oneEntry(), "none") << directory;
+            EXPECT_EQ(log.take(), fmt::format("History - {}: {}\n", history, reason));
+            EXPECT_THAT(daemon.takeLines(), ElementsAre(testing::StartsWith(fmt::format(
+                                                "change=none history=\"{}: {}\" user=", history, reason))));
+        };
+        for (const mode_t mode : {0777U, 0770U, 0702U}) {
+            ::chmod(root.at(directory).c_str(), mode);
+            refused("Operation not permitted");
+        }
+        ::chmod(root.at(directory).c_str(), 0755);
+        EXPECT_EQ(oneEntry(), "0001");
+        if (::geteuid() == 0) {
+            ASSERT_EQ(::chown(root.at(directory).c_str(), 12, 34), 0);
+            refused("Operation not permitted");
+        }
+        fs::remove_all(root.at(directory));
+        root.write(directory, "no directory");
+        refused("Not a directory");
+    }
+}
