@@ -121,8 +121,8 @@ void Server::readCommand(CommandLink& link) {
     std::vector<std::string> words;
     for (std::size_t at = 0, end; (end = link.input.find('\0', at)) != std::string::npos; at = end + 1)
         words.push_back(link.input.substr(at, end - at));
-    CommandReply reply = link.refused ? CommandReply{false, false, "you have too many connections already"}
-                                      : commands_.run(words);
+    CommandReply reply =
+        link.refused ? CommandReply::refusal("you have too many connections already") : commands_.run(words);
     quitting_ = quitting_ || reply.quit;
     link.output = (reply.ok ? "0" : "1") + reply.text;
     link.answering = true;
