@@ -4,6 +4,7 @@
 #include "config/pdf_io.h"
 #include "model/settings.h"
 #include "platform/debuglog.h"
+#include "platform/linewriter.h"
 #include "platform/root.h"
 #include "resources/pictures.h"
 #include "toolkit/window/application.h"
@@ -11,7 +12,6 @@
 #include <algorithm>
 #include <cctype>
 #include <fmt/ranges.h>
-#include <unistd.h>
 
 bool holdsOption(const std::string& commandLine, const std::string& text) {
     const auto alike = [](char a, char b) { return std::toupper(static_cast<unsigned char>(a)) == b; };
@@ -21,13 +21,14 @@ bool holdsOption(const std::string& commandLine, const std::string& text) {
 
 void takeOptions(const std::string& commandLine) {
     if (holdsOption(commandLine, "-DEBUG")) {
-        tvlog.attach(STDERR_FILENO);
+        tvlog.attach(platform::standardError());
         tvlog << commandLine << std::endl;
     }
     if (holdsOption(commandLine, "-ADV")) advSettings = 1;
 }
 
 int runApplication(const std::string& programName, const std::vector<std::string>& commandLine) {
+    platform::guardStandardStreams();
     takeOptions(fmt::format("{}", fmt::join(commandLine, " ")));
     platform::logRootDirectory();
 

@@ -1,6 +1,8 @@
 // The debug log: progress lines, request names and request headers. Discarded until attached.
 #pragma once
 
+#include "platform/linewriter.h"
+
 #include <memory>
 #include <ostream>
 #include <streambuf>
@@ -10,8 +12,8 @@ class DebugLog : public std::ostream {
     DebugLog();
     ~DebugLog() override;
 
-    // From now on everything written goes to the given descriptor, which stays the caller's and open.
-    void attach(int descriptor);
+    // From now on everything written goes to the writer, which must outlive the log, at each std::endl.
+    void attach(platform::LineWriter& writer);
     bool attached() const { return buffer_ != nullptr; }
 
     // For tests: from now on everything goes to the given buffer; null discards it again.

@@ -32,9 +32,12 @@ int sendCommand(const std::vector<std::string>& words) {
         return 0;
     }
     const platform::HostPath path = platform::hostPath(commandPath);
+    const std::string root = platform::rootDirectory();
     const Handle socket = connectTo(path, SOCK_STREAM);
     if (socket.get() < 0)
-        return complain(fmt::format("no simulator answers at {} ({})", path.text, std::strerror(errno)));
+        return complain(fmt::format("no simulator answers at {} ({}); {}", path.text, std::strerror(errno),
+                                    root.empty() ? "no root directory is set (TARVOLIN_ROOT)"
+                                                 : "the root directory is " + root));
     ::setsockopt(socket.get(), SOL_SOCKET, SO_RCVTIMEO, &longest, sizeof longest);
     ::setsockopt(socket.get(), SOL_SOCKET, SO_SNDTIMEO, &longest, sizeof longest);
 

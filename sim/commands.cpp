@@ -2,15 +2,18 @@
 
 #include "sim/changerequests.h"
 #include "sim/dump.h"
+#include "sim/faultcommand.h"
 #include "sim/fieldtext.h"
 #include "sim/place.h"
 #include "sim/show.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
 #include <fmt/format.h>
+#include <numeric>
+#include <utility>
 
 namespace sim {
 
@@ -19,13 +22,12 @@ namespace {
 using Words = std::span<const std::string>;
 
 CommandReply refuse(std::string reason) {
-    return {false, false, std::move(reason)};
+    return CommandReply::misuse(std::move(reason));
 }
 
 CommandReply showTime(Commands& c) {
-    return {true, false,
-            fmt::format("{:.3f} s, {}\n", static_cast<double>(c.state.now()) / 1000,
-                        c.state.clock().running() ? "running" : "frozen")};
+    return {.text = fmt::format("{:.3f} s, {}\n", static_cast<double>(c.state.now()) / 1000,
+                                c.state.clock().running() ? "running" : "frozen")};
 }
 
 CommandReply clock(Commands& c, Words words) {
@@ -44,7 +46,7 @@ CommandReply clock(Commands& c, Words words) {
             return refuse(fmt::format("\"{}\" is no number of seconds from 0 to {:.0f}", words[1], most));
         clock.step(std::llround(seconds * 1000));
     } else
-        return refuse("clock takes nothing, freeze, run or step SECONDS");
+        return refuse(fmt::format("clock takes nothing, freeze, run or step SECONDS, not \"{}\"", words[0]));
     c.state.tick();
     return showTime(c);
 }
@@ -68,7 +70,7 @@ CommandReply get(Commands& c, Words words) {
     if (!reader.target() || !reader.instance() || !reader.row() || !reader.field())
         return refuse(reader.error);
     if (!reader.rest().empty()) return refuse(fmt::format("\"{}\" is one word too many", reader.rest()[0]));
-    return {true, false, fieldText(reader.chosen(), currentBytes(c.state, reader.place())) + "\n"};
+    return {.text = fieldText(reader.chosen(), currentBytes(c.state, reader.place())) + "\n"};
 }
 
 CommandReply unset(Commands& c, Words words) {
@@ -81,7 +83,7 @@ CommandReply unset(Commands& c, Words words) {
     if (!reader.target() || !reader.instance() || !reader.row() || !reader.field())
         return refuse(reader.error);
     if (!reader.rest().empty()) return refuse(fmt::format("\"{}\" is one word too many", reader.rest()[0]));
-    if (c.state.forced.erase(reader.place()) == 0) return refuse("that field is not set");
+    if (c.state.forced.erase(reader.place()) == 0) return CommandReply::refusal("that field is not set");
     return {};
 }
 
@@ -132,68 +134,8 @@ CommandReply rows(Commands& c, Words words) {
     return {};
 }
 
-std::optional<std::int64_t> errorNumber(const std::string& word) {
-    if (const auto number = wholeNumber(word)) return *number >= 1 && *number <= 4095 ? number : std::nullopt;
-    constexpr int lastError = 133;  // the highest that this host names
-    for (int error = 1; error <= lastError; ++error)
-        if (const char* name = ::strerrorname_np(error); name && word == name) return error;
-    return std::nullopt;
-}
-
-std::optional<std::int64_t> damageArg(Damage damage, const std::string& word) {
-    if (damage == Damage::Errno) return errorNumber(word);
-    if (damage == Damage::Malformed) {
-        const auto words = malformWords();
-        const auto found = std::find(words.begin(), words.end(), word);
-        return found == words.end() ? std::nullopt : std::optional<std::int64_t>(found - words.begin());
-    }
-    const std::int64_t most = damage == Damage::Late ? 3'600'000 : 65535;  // an hour; 16 bits
-    const auto number = wholeNumber(word);
-    return number && *number >= 0 && *number <= most ? number : std::nullopt;
-}
-
 CommandReply fault(Commands& c, Words words) {
-    if (!words.empty() && words[0] == "clear" && words.size() <= 2) {
-        if (words.size() == 1) return c.faults.clear(), CommandReply{};
-        const auto id = wholeNumber(words[1]);
-        if (!id || !c.faults.remove(static_cast<int>(*id)))
-            return refuse(fmt::format("no fault {}", words[1]));
-        return {};
-    }
-    if (words.empty()) {
-        CommandReply reply;
-        for (const Fault& one : c.faults.all()) reply.text += one.text() + "\n";
-        return reply;
-    }
-    Fault added;
-    added.kind = words[0];
-    if (!Faults::knownKind(added.kind))
-        return refuse(
-            fmt::format("no request \"{}\": any, open, or one that \"ctl requests\" lists", words[0]));
-    words = words.subspan(1);
-    if (!words.empty() && words[0] == "every")
-        words = words.subspan(1);
-    else if (words.size() >= 2 && words[0] == "nth") {
-        const auto nth = wholeNumber(words[1]);
-        if (!nth || *nth < 1) return refuse(fmt::format("nth takes a number from 1, not \"{}\"", words[1]));
-        added.nth = static_cast<unsigned>(*nth);
-        words = words.subspan(2);
-    } else
-        return refuse("after the request comes \"every\" or \"nth N\"");
-    const auto known = damageWords();
-    const auto damage = std::find_if(known.begin(), known.end(), [&](const DamageWord& w) {
-        return !words.empty() && w.word == words[0];
-    });
-    if (damage == known.end()) return refuse("no such fault; see \"ctl help fault\"");
-    added.damage = damage->damage;
-    if (words.size() != (damage->takesArg ? 2u : 1u))
-        return refuse(fmt::format("{} takes {}", damage->word, damage->takesArg ? "one value" : "no value"));
-    if (damage->takesArg) {
-        const auto arg = damageArg(damage->damage, words[1]);
-        if (!arg) return refuse(fmt::format("{} does not take \"{}\"", damage->word, words[1]));
-        added.arg = static_cast<std::int32_t>(*arg);
-    }
-    return {true, false, fmt::format("{}\n", c.faults.add(added))};
+    return faultCommand(c.faults, words);
 }
 
 CommandReply log(Commands& c, Words words) {
@@ -201,26 +143,26 @@ CommandReply log(Commands& c, Words words) {
     if (words.size() == 1 && words[0] == "clear") return c.log.clear(), CommandReply{};
     const bool hex = !words.empty() && words[0] == "hex";
     if (hex) words = words.subspan(1);
-    if (words.empty()) return {true, false, c.log.text(usual, hex)};
-    if (words[0] == "all" && words.size() == 1) return {true, false, c.log.text(RequestLog::capacity, hex)};
+    if (words.empty()) return {.text = c.log.text(usual, hex)};
+    if (words[0] == "all" && words.size() == 1) return {.text = c.log.text(RequestLog::capacity, hex)};
     const auto count = wholeNumber(words[0]);
     if (words.size() > 1 || !count || *count < 0)
         return refuse("log takes nothing, a number, all, hex [N|all] or clear");
-    return {true, false, c.log.text(static_cast<std::size_t>(*count), hex)};
+    return {.text = c.log.text(static_cast<std::size_t>(*count), hex)};
 }
 
 CommandReply show(Commands& c, Words words) {
-    if (words.empty()) return {true, false, showAll(c.state)};
+    if (words.empty()) return {.text = showAll(c.state)};
     PlaceReader reader(c.state, words);
     if (!reader.target() || !reader.instance()) return refuse(reader.error);
     if (!reader.rest().empty()) return refuse(fmt::format("\"{}\" is one word too many", reader.rest()[0]));
-    return {true, false, showInstance(c.state, reader.targetName, reader.where)};
+    return {.text = showInstance(c.state, reader.targetName, reader.where)};
 }
 
 CommandReply dump(Commands& c, Words words) {
-    if (words.empty()) return {true, false, dumpConfig(c.state) + dumpState(c.state)};
+    if (words.empty()) return {.text = dumpConfig(c.state) + dumpState(c.state)};
     if (words[0] != "config") return refuse("dump takes nothing or config");
-    return {true, false, dumpConfig(c.state)};
+    return {.text = dumpConfig(c.state)};
 }
 
 CommandReply listRequests(Commands&, Words) {
@@ -234,65 +176,118 @@ CommandReply listRequests(Commands&, Words) {
 }
 
 CommandReply fields(Commands&, Words) {
-    return {true, false, showFields()};
+    return {.text = showFields()};
 }
 CommandReply quit(Commands&, Words) {
-    return {true, true, {}};
+    return {.quit = true};
 }
 CommandReply help(Commands&, Words words) {
     std::string text = commandHelp(words.empty() ? std::string_view{} : words[0]);
     return text.empty() ? refuse(fmt::format("no command \"{}\"", words[0]))
-                        : CommandReply{true, false, std::move(text)};
+                        : CommandReply{.text = std::move(text)};
 }
 
 struct Command {
     std::string_view name;
     std::string_view usage;
+    std::string_view example;
     std::string_view what;
     std::size_t most;  // words it takes
     CommandReply (*run)(Commands&, Words);
 };
 
 constexpr Command commands[] = {
-    {"show", "[TARGET [PLACE]]",
+    {"show", "[TARGET [PLACE]]", "show lec 1.2",
      "the state as text: all adapters in short, or every field and row of one instance", 2, show},
-    {"dump", "[config]",
+    {"dump", "[config]", "dump config",
      "the whole state, a value in a line; or only what the files can hold, to compare two simulators", 1,
      dump},
-    {"get", "TARGET [PLACE] [row N] FIELD", "one field", 5, get},
-    {"set", "TARGET [PLACE] [row N] FIELD VALUE", "force a field until it is unset: set lec 1.2 state 6", 6,
-     set},
-    {"unset", "[TARGET [PLACE] [row N] FIELD]",
+    {"get", "TARGET [PLACE] [row N] FIELD", "get lec 1.2 state", "one field", 5, get},
+    {"set", "TARGET [PLACE] [row N] FIELD VALUE", "set lec 1.2 state 6",
+     "force a field until it is unset; a text with blanks is quoted", 6, set},
+    {"unset", "[TARGET [PLACE] [row N] FIELD]", "unset lec 1.2 state",
      "let one field, or with no words everything forced, follow the state again", 5, unset},
-    {"fields", "", "all targets and their fields", 0, fields},
-    {"rows", "TARGET [PLACE] N|auto", "force the number of rows of a table: rows lec 1.1 14", 3, rows},
-    {"alarm", "ADAPTER NAME on|off", "los, lof, oof, ferf, ais, lop; link is that of a 25 Mbit/s link", 3,
-     alarm},
-    {"link", "ADAPTER KIND", "25 (Mbit/s), mm, sm (OC3c) or utp (155 Mbit/s)", 2, link},
-    {"clock", "[freeze|run|step SECONDS]", "show, stop, start or advance the simulated clock", 2, clock},
-    {"fault", "[REQUEST every|nth N WHAT [ARG] | clear [ID]]",
+    {"fields", "", "", "all targets and their fields", 0, fields},
+    {"rows", "TARGET [PLACE] N|auto", "rows lec 1.1 14", "force the number of rows of a table", 3, rows},
+    {"alarm", "ADAPTER NAME on|off", "alarm 1 los on",
+     "los, lof, oof, ferf, ais, lop; link is that of a 25 Mbit/s link", 3, alarm},
+    {"link", "ADAPTER KIND", "link 1 sm", "25 (Mbit/s), mm, sm (OC3c) or utp (155 Mbit/s)", 2, link},
+    {"clock", "[freeze|run|step SECONDS]", "clock step 60",
+     "show, stop, start or advance the simulated clock", 2, clock},
+    {"fault", "[REQUEST every|nth N WHAT [ARG] | clear [ID]]", "fault lec.state every resp 5",
      "make requests go wrong; alone: the faults that are set", 6, fault},
-    {"requests", "", "the names of all requests", 0, listRequests},
-    {"log", "[hex] [N|all] | clear", "the last requests seen (20); hex adds their input bytes", 2, log},
-    {"help", "[COMMAND]", "this text", 1, help},
-    {"quit", "", "end the simulator", 0, quit},
+    {"requests", "", "", "the names of all requests", 0, listRequests},
+    {"log", "[hex] [N|all] | clear", "log hex 5", "the last requests seen (20); hex adds their input bytes",
+     2, log},
+    {"help", "[COMMAND]", "help fault", "this text", 1, help},
+    {"quit", "", "", "end the simulator", 0, quit},
 };
 
+std::string usageOf(const Command& command) {
+    return fmt::format("{}{}{}", command.name, command.usage.empty() ? "" : " ", command.usage);
+}
+
+std::string formOf(const Command& command) {
+    return command.example.empty() ? usageOf(command)
+                                   : fmt::format("{}; for example: {}", usageOf(command), command.example);
+}
+
+// Words of a command that stand in the first place when the command was forgotten.
+constexpr std::pair<std::string_view, std::string_view> forgotten[] = {
+    {"every", "fault"}, {"nth", "fault"},   {"clear", "fault"}, {"freeze", "clock"}, {"run", "clock"},
+    {"step", "clock"},  {"time", "clock"},  {"los", "alarm"},   {"lof", "alarm"},    {"oof", "alarm"},
+    {"ferf", "alarm"},  {"ais", "alarm"},   {"lop", "alarm"},   {"config", "dump"},  {"stop", "quit"},
+    {"driver", "set"},  {"adapter", "set"}, {"lec", "set"},     {"les", "set"},      {"lecs", "set"},
+    {"sig", "set"},     {"vc", "set"},      {"ip", "set"},      {"ip.pvc", "set"},   {"exit", "quit"},
+};
+
+// How many letters have to be added, left out or replaced.
+std::size_t difference(std::string_view a, std::string_view b) {
+    std::vector<std::size_t> line(b.size() + 1);
+    std::iota(line.begin(), line.end(), std::size_t{0});
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        std::size_t before = std::exchange(line[0], i + 1);
+        for (std::size_t j = 0; j < b.size(); ++j) {
+            const std::size_t same = before + (a[i] != b[j]);
+            before = line[j + 1];
+            line[j + 1] = std::min({same, before + 1, line[j] + 1});
+        }
+    }
+    return line.back();
+}
+
+// The command that was meant, or null.
+const Command* meant(std::string word) {
+    std::transform(word.begin(), word.end(), word.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    std::string_view name = word;
+    for (const auto& [first, of] : forgotten)
+        if (first == word) name = of;
+    for (const DamageWord& damage : damageWords())
+        if (damage.word == word) name = "fault";
+    const auto nearest =
+        std::min_element(std::begin(commands), std::end(commands), [&](const Command& a, const Command& b) {
+            return difference(name, a.name) < difference(name, b.name);
+        });
+    const std::size_t most =
+        nearest->name.size() > 4 ? 2 : 1;  // of short names, two letters make another word
+    return difference(name, nearest->name) <= most ? nearest : nullptr;
+}
+
 }  // namespace
+
+std::string commandForm(const std::string& word) {
+    const Command* command = meant(word);
+    return command ? formOf(*command) : std::string();
+}
 
 std::string commandHelp(std::string_view name) {
     std::string text;
     for (const Command& command : commands) {
         if (!name.empty() && name != command.name) continue;
-        text += fmt::format("  {}{}{}\n        {}\n", command.name, command.usage.empty() ? "" : " ",
-                            command.usage, command.what);
-        if (command.name != "fault" || name.empty()) continue;
-        text += "\n  REQUEST is any, open, a target (lec) or a request (lec.state; \"ctl requests\" lists "
-                "them).\n"
-                "  every strikes until cleared, nth N once, at the N-th request from now. WHAT is one of\n";
-        for (const DamageWord& word : damageWords())
-            text += fmt::format("    {:<14}{}\n", fmt::format("{}{}", word.word, word.takesArg ? " ARG" : ""),
-                                word.help);
+        text += fmt::format("  {}\n        {}\n", usageOf(command), command.what);
+        if (!command.example.empty()) text += fmt::format("        for example: {}\n", command.example);
+        if (command.name == "fault" && !name.empty()) text += faultHelp();
     }
     if (!text.empty() && name.empty())
         text = "tvsim ctl COMMAND ... talks to the running simulator of the same root directory.\n\n" + text +
@@ -304,15 +299,19 @@ std::string commandHelp(std::string_view name) {
 
 CommandReply Commands::run(const std::vector<std::string>& words) {
     state.tick();
-    if (words.empty() || words[0].empty()) return refuse("a command is missing; see \"ctl help\"");
+    if (words.empty() || words[0].empty())
+        return CommandReply::refusal("a command is missing; see \"ctl help\"");
     for (const Command& command : commands) {
         if (command.name != words[0]) continue;
         const Words rest = Words(words).subspan(1);
-        if (rest.size() > command.most)
-            return refuse(fmt::format("too many words: {} {}", command.name, command.usage));
-        return command.run(*this, rest);
+        CommandReply reply = rest.size() > command.most ? refuse("too many words") : command.run(*this, rest);
+        if (reply.misused) reply.text += "; the form is: " + formOf(command);
+        return reply;
     }
-    return refuse(fmt::format("no command \"{}\"; see \"ctl help\"", words[0]));
+    const Command* command = meant(words[0]);
+    return CommandReply::refusal(
+        fmt::format("no command \"{}\"; {}", words[0],
+                    command ? "the form is: " + formOf(*command) : "see \"ctl help\""));
 }
 
 }  // namespace sim

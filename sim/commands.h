@@ -12,8 +12,14 @@ namespace sim {
 
 struct CommandReply {
     bool ok = true;
-    bool quit = false;  // the simulator is to end after this reply
-    std::string text;   // what the command shows, or why it was refused
+    bool quit = false;     // the simulator is to end after this reply
+    bool misused = false;  // the words are not of the command's form
+    std::string text{};    // what the command shows, or why it was refused
+
+    static CommandReply refusal(std::string reason) { return {.ok = false, .text = std::move(reason)}; }
+    static CommandReply misuse(std::string reason) {
+        return {.ok = false, .misused = true, .text = std::move(reason)};
+    }
 };
 
 // Runs commands on these parts of the simulator, which it does not own.
@@ -24,6 +30,10 @@ struct Commands {
 
     CommandReply run(const std::vector<std::string>& words);
 };
+
+// The form of the command with this name, or of the one that somebody who typed the word first may have
+// meant, and an example. Empty if there is none.
+std::string commandForm(const std::string& word);
 
 // All commands, or one of them. Empty for a command that does not exist.
 std::string commandHelp(std::string_view command = {});

@@ -92,6 +92,8 @@ Outgoing Exchange::open(Session& session, std::int32_t id, std::int32_t flags) {
     std::int32_t error = 0;
     if (session.opened || (flags != readOnly && flags != readWrite))
         error = EINVAL;
+    else if (session.refused)
+        error = EBUSY;
     else if (flags == readWrite && !session.caller.privileged)
         error = EACCES;
     for (const Fault& fault : faults_.strike(std::array<std::string_view, 1>{"open"})) {

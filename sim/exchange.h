@@ -21,6 +21,7 @@ constexpr std::size_t maxPacket = 5 * sizeof(std::int32_t) + 65535;  // a messag
 struct Session {
     int number = 0;
     bool opened = false;
+    bool refused = false;  // the user has too many connections: it cannot be opened
     Caller caller;
 };
 

@@ -10,16 +10,20 @@ namespace sim {
 
 namespace {
 
+constexpr std::int64_t bits16 = 65535, hour = 3'600'000;
+
 constexpr DamageWord words[] = {
-    {"resp", Damage::Resp, true, "refuse with the response code ARG"},
-    {"errno", Damage::Errno, true, "fail the call with errno ARG (number, or a name such as EIO)"},
-    {"late", Damage::Late, true, "answer ARG milliseconds later (real time)"},
-    {"short", Damage::Short, true, "send back only the first ARG bytes of the message"},
-    {"nrow", Damage::NRow, true, "claim ARG rows"},
-    {"dead", Damage::Dead, false, "send the message back unanswered, Resp 0xDEAD"},
-    {"silent", Damage::Silent, false, "do not answer"},
-    {"malformed", Damage::Malformed, true, "break the exchange: ARG is short, long, lie, negative or id"},
-    {"hangup", Damage::HangUp, false, "close the connection"},
+    {"resp", Damage::Resp, "a code from 0 to 65535", bits16, "refuse with the response code ARG"},
+    {"errno", Damage::Errno, "a number from 1 to 4095, or a name such as EIO", 0,
+     "fail the call with errno ARG"},
+    {"late", Damage::Late, "a number from 0 to 3600000", hour, "answer ARG milliseconds later (real time)"},
+    {"short", Damage::Short, "a number from 0 to 65535", bits16,
+     "send back only the first ARG bytes of the message"},
+    {"nrow", Damage::NRow, "a number from 0 to 65535", bits16, "claim ARG rows"},
+    {"dead", Damage::Dead, "", 0, "send the message back unanswered, Resp 0xDEAD"},
+    {"silent", Damage::Silent, "", 0, "do not answer"},
+    {"malformed", Damage::Malformed, "short, long, lie, negative or id", 0, "break the exchange"},
+    {"hangup", Damage::HangUp, "", 0, "close the connection"},
 };
 
 constexpr std::string_view malforms[] = {"short", "long", "lie", "negative", "id"};
@@ -40,7 +44,7 @@ std::string Fault::text() const {
                              : fmt::format("{} {} every (seen {}) {}", id, kind, seen, word.word);
     if (damage == Damage::Malformed)
         result += fmt::format(" {}", malforms[asIndex(arg)]);
-    else if (word.takesArg)
+    else if (!word.arg.empty())
         result += fmt::format(" {}", arg);
     return result;
 }

@@ -29,7 +29,8 @@ enum class Malform : std::uint8_t { Short, Long, Lie, Negative, Id };
 struct DamageWord {
     std::string_view word;
     Damage damage;
-    bool takesArg;
+    std::string_view arg;  // what it takes; empty: nothing
+    std::int64_t most;     // the largest number that it takes, where it takes one from 0
     std::string_view help;
 };
 std::span<const DamageWord> damageWords();

@@ -2,7 +2,9 @@
 #include "config/driverpdf.h"
 #include "platform/index.h"
 #include "sim/commandclient.h"
+#include "sim/commands.h"
 #include "sim/server.h"
+#include "version.h"
 
 #include <CLI/CLI.hpp>
 #include <csignal>
@@ -93,7 +95,17 @@ int run(int argc, char** argv) {
     CLI::App* ctl = app.add_subcommand("ctl", "Command the running simulator: tvsim ctl help");
     ctl->set_help_flag();
     ctl->prefix_command();  // everything behind it belongs to the command, also what looks like an option
-    CLI11_PARSE(app, argc, argv);
+    app.set_version_flag("--version", fmt::format("tvsim {}", versionNumber), "Print the version and end");
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ExtrasError& reason) {
+        const std::string form = sim::commandForm(app.remaining().front());
+        if (form.empty()) return app.exit(reason);
+        fmt::print(stderr, "tvsim: commands follow \"ctl\": tvsim ctl {}\n", form);
+        return reason.get_exit_code();
+    } catch (const CLI::ParseError& reason) {
+        return app.exit(reason);
+    }
     if (ctl->parsed()) return sim::sendCommand(ctl->remaining());
     return serve(options);
 }

@@ -5,29 +5,19 @@
 #include <algorithm>
 #include <cerrno>
 #include <poll.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace sim {
 
 namespace {
 
-constexpr std::size_t mostLinks = 200;     // of each kind; well below the usual 1024 descriptors
 constexpr std::size_t mostPending = 1000;  // late answers on one connection, before it is closed
 constexpr std::size_t mostInput = 65536;   // bytes of a command
 constexpr std::size_t turn = 64;           // packets of one connection before the others have theirs
+constexpr int retryAfter = 100;            // milliseconds until another descriptor may be free
 
 bool wouldBlock() {
     return errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR;
-}
-
-// Of the kernel's own telling, as the peer's is: under fakeroot the library tells another.
-uid_t ownUser() {
-    return static_cast<uid_t>(::syscall(SYS_geteuid));
-}
-
-Handle acceptFrom(const Node& node) {
-    return Handle(::accept4(node.descriptor(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
 }
 
 }  // namespace
@@ -39,25 +29,41 @@ std::string Server::claim() {
     return reason;
 }
 
-void Server::acceptDevice() {
-    Handle socket = acceptFrom(deviceNode_);
-    if (socket.get() < 0) return;
-    ucred peer{};
-    socklen_t length = sizeof peer;
-    if (::getsockopt(socket.get(), SOL_SOCKET, SO_PEERCRED, &peer, &length) != 0) return;
-    DeviceLink link;
-    link.socket = std::move(socket);
-    link.session.number = ++lastNumber_;
-    link.session.caller.privileged = peer.uid == 0 || peer.uid == ownUser();
-    deviceLinks_.push_back(std::move(link));
+Present Server::present(uid_t user) const {
+    Present result;
+    const auto count = [&](const Link& link) {
+        result.ofUser += link.user == user;
+        result.ofStrangers += !isPrivileged(link.user);
+    };
+    std::for_each(deviceLinks_.begin(), deviceLinks_.end(), count);
+    std::for_each(commandLinks_.begin(), commandLinks_.end(), count);
+    return result;
 }
 
-void Server::acceptCommand() {
-    Handle socket = acceptFrom(commandNode_);
-    if (socket.get() < 0) return;
-    CommandLink link;
-    link.socket = std::move(socket);
-    commandLinks_.push_back(std::move(link));
+// False when nobody else waits, or nobody else can be taken.
+bool Server::acceptFrom(const Node& node) {
+    Link link;
+    link.socket = Handle(::accept4(node.descriptor(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+    if (link.socket.get() < 0) {
+        if (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM) noDescriptors_ = true;
+        return errno == ECONNABORTED;
+    }
+    ucred peer{};
+    socklen_t length = sizeof peer;
+    if (::getsockopt(link.socket.get(), SOL_SOCKET, SO_PEERCRED, &peer, &length) != 0) return true;
+    const bool forCommand = &node == &commandNode_;
+    const Entry entry = quota_.admit(peer.uid, forCommand, present(peer.uid));
+    if (entry == Entry::HungUp) return true;
+    link.user = peer.uid;
+    link.refused = entry == Entry::Refused;
+    if (forCommand) {
+        commandLinks_.push_back({std::move(link), {}, {}, false});
+    } else {
+        const Session session{
+            ++lastNumber_, false, link.refused, {.privileged = isPrivileged(peer.uid), .writer = false}};
+        deviceLinks_.push_back({std::move(link), session, {}, false});
+    }
+    return true;
 }
 
 void Server::readDevice(DeviceLink& link) {
@@ -115,7 +121,8 @@ void Server::readCommand(CommandLink& link) {
     std::vector<std::string> words;
     for (std::size_t at = 0, end; (end = link.input.find('\0', at)) != std::string::npos; at = end + 1)
         words.push_back(link.input.substr(at, end - at));
-    CommandReply reply = commands_.run(words);
+    CommandReply reply =
+        link.refused ? CommandReply::refusal("you have too many connections already") : commands_.run(words);
     quitting_ = quitting_ || reply.quit;
     link.output = (reply.ok ? "0" : "1") + reply.text;
     link.answering = true;
@@ -150,14 +157,16 @@ int Server::patience(Real::time_point now) const {
 bool Server::run(int stopDescriptor) {
     while (!quitting_) {
         std::vector<pollfd> watched{{stopDescriptor, POLLIN, 0}};
-        // A full house waits in the listening queue.
-        watched.push_back({deviceLinks_.size() < mostLinks ? deviceNode_.descriptor() : -1, POLLIN, 0});
-        watched.push_back({commandLinks_.size() < mostLinks ? commandNode_.descriptor() : -1, POLLIN, 0});
+        // Without a descriptor for them, those who come wait in the listening queues for a while.
+        watched.push_back({noDescriptors_ ? -1 : deviceNode_.descriptor(), POLLIN, 0});
+        watched.push_back({noDescriptors_ ? -1 : commandNode_.descriptor(), POLLIN, 0});
         for (const DeviceLink& link : deviceLinks_)
             watched.push_back({link.socket.get(), short(link.blocked ? POLLOUT : POLLIN), 0});
         for (const CommandLink& link : commandLinks_)
             watched.push_back({link.socket.get(), short(link.answering ? POLLOUT : POLLIN), 0});
-        if (::poll(watched.data(), watched.size(), patience(Real::now())) < 0 && errno != EINTR) return false;
+        int time = patience(Real::now());
+        if (std::exchange(noDescriptors_, false)) time = time < 0 ? retryAfter : std::min(time, retryAfter);
+        if (::poll(watched.data(), watched.size(), time) < 0 && errno != EINTR) return false;
         if (watched[0].revents) return true;
 
         std::size_t index = 3;
@@ -176,8 +185,9 @@ bool Server::run(int stopDescriptor) {
         }
         deviceLinks_.remove_if([](const DeviceLink& link) { return link.gone; });
         commandLinks_.remove_if([](const CommandLink& link) { return link.gone; });
-        if (watched[1].revents) acceptDevice();
-        if (watched[2].revents) acceptCommand();
+        // All that wait: a user who connects without end must not keep the others in the queue.
+        for (std::size_t i = 0; watched[1].revents && i < turn && acceptFrom(deviceNode_);) ++i;
+        for (std::size_t i = 0; watched[2].revents && i < turn && acceptFrom(commandNode_);) ++i;
     }
     return true;
 }

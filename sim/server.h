@@ -4,6 +4,7 @@
 #include "sim/commands.h"
 #include "sim/exchange.h"
 #include "sim/nodes.h"
+#include "sim/quota.h"
 
 #include <list>
 #include <string>
@@ -27,22 +28,24 @@ class Server {
         std::vector<std::uint8_t> packet;
         Real::time_point due;
     };
-    struct DeviceLink {
+    struct Link {
         Handle socket;
+        uid_t user = 0;
+        bool refused = false;  // the user has too many connections
+        bool gone = false;
+    };
+    struct DeviceLink : Link {
         Session session;
         std::list<Pending> pending;
         bool blocked = false;  // the peer does not read: wait until it does, and read nothing from it
-        bool gone = false;
     };
-    struct CommandLink {
-        Handle socket;
+    struct CommandLink : Link {
         std::string input, output;
         bool answering = false;
-        bool gone = false;
     };
 
-    void acceptDevice();
-    void acceptCommand();
+    bool acceptFrom(const Node& node);
+    Present present(uid_t user) const;
     void readDevice(DeviceLink& link);
     void sendDue(DeviceLink& link, Real::time_point now);
     void readCommand(CommandLink& link);
@@ -54,11 +57,13 @@ class Server {
     RequestLog log_;
     Exchange exchange_{state_, faults_, log_};
     Commands commands_{state_, faults_, log_};
+    const Quota quota_;
     Node deviceNode_, commandNode_;
     std::vector<std::uint8_t> packet_ = std::vector<std::uint8_t>(maxPacket);  // the one being read
     std::list<DeviceLink> deviceLinks_;
     std::list<CommandLink> commandLinks_;
     int lastNumber_ = 0;
+    bool noDescriptors_ = false;  // the last connection could not be taken
     bool quitting_ = false;
 };
 

@@ -8,12 +8,50 @@
 #include <csignal>
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <pty.h>
+#include <termios.h>
 #include <thread>
 
 namespace {
 
 // The last line of the log once the window is there: nothing is asked of the driver after it.
 constexpr char lastAnswer[] = "GET_BRDS_MACADDR\nPrim:129 Type:2 Link:0 Unit:0 Size:23 SzIO:16";
+
+// Waits until the program has asked the driver everything that it asks before its window is shown.
+bool hasAsked(const Simulator& simulator) {
+    for (int i = 0; i < 500; ++i) {
+        if (simulator.ctl("log all").find("adapter.mac") != std::string::npos) return true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return false;
+}
+
+// The two ends of a pipe that is full, or of a terminal whose output is stopped, as with Ctrl+S.
+struct Stopped {
+    int reader = -1, writer = -1;
+    explicit Stopped(bool terminal) {
+        int ends[2];
+        const int made =
+            terminal ? ::openpty(&ends[0], &ends[1], nullptr, nullptr, nullptr) : ::pipe2(ends, O_CLOEXEC);
+        if (made != 0) return;
+        reader = ends[0];
+        writer = ends[1];
+        if (terminal) {
+            ::tcflow(writer, TCOOFF);
+            return;
+        }
+        ::fcntl(writer, F_SETFL, O_NONBLOCK);
+        while (::write(writer, "full", 4) > 0) {
+        }
+        ::fcntl(writer, F_SETFL, 0);
+    }
+    ~Stopped() {
+        ::close(reader);
+        ::close(writer);
+    }
+    Stopped(const Stopped&) = delete;
+    Stopped& operator=(const Stopped&) = delete;
+};
 
 }  // namespace
 
@@ -46,8 +84,7 @@ TEST(Process, SignalsAndALostServerAreSaidInOneLineAndLeaveNoTemporaryCopy) {
         XServer server;
         Simulator simulator({"--frozen", "--adapters", "1"});
         Tool tool(root, {});
-        for (int i = 0; i < 500 && simulator.ctl("log all").find("adapter.mac") == std::string::npos; ++i)
-            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        EXPECT_TRUE(hasAsked(simulator));
         std::this_thread::sleep_for(std::chrono::milliseconds(300));  // it shows its window
         if (c.signal)
             tool.signal(c.signal);
@@ -56,6 +93,29 @@ TEST(Process, SignalsAndALostServerAreSaidInOneLineAndLeaveNoTemporaryCopy) {
         EXPECT_EQ(tool.exitStatus(), c.status) << c.line;
         EXPECT_EQ(tool.output(), c.line);
         EXPECT_EQ(root.temporaryCopies(), 0);
+    }
+}
+
+TEST(Process, AReaderOfItsOutputThatHasStoppedHoldsUpNeitherTheWindowsNorTheEnd) {
+    const struct {
+        bool terminal;
+        int signal;  // 0: the X server dies
+        int status;
+    } cases[] = {{false, SIGTERM, 143}, {true, SIGTERM, 143}, {false, 0, 1}};
+    for (const auto& c : cases) {
+        TempRoot root;  // without a parameter file: the section engine says so on standard output
+        XServer server;
+        Simulator simulator({"--frozen", "--adapters", "1"});
+        const Stopped output(c.terminal);
+        Tool tool(root, {"-debug"}, output.writer);
+        EXPECT_TRUE(hasAsked(simulator)) << c.terminal;
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));  // it shows its window
+        if (c.signal)
+            tool.signal(c.signal);
+        else
+            server.kill();
+        EXPECT_EQ(tool.exitStatusWithin(std::chrono::seconds(10)), c.status) << c.terminal;
+        EXPECT_EQ(::fcntl(output.writer, F_GETFL) & O_NONBLOCK, 0) << "other processes write there, too";
     }
 }
 

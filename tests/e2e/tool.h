@@ -15,14 +15,15 @@
 #include <unistd.h>
 #include <vector>
 
-// The tool, running, with what it prints going to a file.
+// The tool, running, with what it prints going to a file, or to a descriptor of the caller.
 class Tool {
   public:
-    Tool(const TempRoot& root, std::vector<std::string> arguments) : output_(root.path() / "output") {
+    Tool(const TempRoot& root, std::vector<std::string> arguments, int output = -1)
+        : output_(root.path() / "output") {
         arguments.insert(arguments.begin(), TARVOLIN_PROGRAM);
         process_ = ::fork();
         if (process_ != 0) return;
-        const int file = ::open(output_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        const int file = output >= 0 ? output : ::open(output_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
         ::dup2(file, 1);
         ::dup2(file, 2);
         std::vector<char*> words;
@@ -56,6 +57,18 @@ class Tool {
     }
 
     void signal(int number) const { ::kill(process_, number); }
+
+    // As exitStatus(), or -1 when it runs on for so long.
+    int exitStatusWithin(std::chrono::seconds patience) {
+        const auto deadline = std::chrono::steady_clock::now() + patience;
+        siginfo_t ended{};
+        while (::waitid(P_PID, static_cast<id_t>(process_), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+               ended.si_pid == 0) {
+            if (std::chrono::steady_clock::now() > deadline) return -1;
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        return exitStatus();
+    }
 
     // Its status, or 128 + the signal that ended it; waits for the end.
     int exitStatus() {

@@ -1,29 +1,139 @@
 #include "platform/debuglog.h"
 
+#include <chrono>
+#include <fcntl.h>
+#include <functional>
 #include <gtest/gtest.h>
+#include <optional>
+#include <poll.h>
+#include <pty.h>
 #include <sstream>
 #include <string>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <termios.h>
 #include <unistd.h>
+
+namespace {
+
+// The way from a writer to a reader that can be stopped.
+struct Way {
+    const char* name;
+    std::function<bool(int (&ends)[2])> make;  // reader, writer
+    bool refused;                              // the writer may not be opened again
+};
+
+bool pipe(int (&ends)[2]) {
+    return ::pipe(ends) == 0;
+}
+bool terminal(int (&ends)[2]) {
+    return ::openpty(&ends[0], &ends[1], nullptr, nullptr, nullptr) == 0;
+}
+bool stoppedTerminal(int (&ends)[2]) {
+    return terminal(ends) && ::tcflow(ends[1], TCOOFF) == 0;
+}
+bool sockets(int (&ends)[2]) {
+    return ::socketpair(AF_UNIX, SOCK_STREAM, 0, ends) == 0;
+}
+
+const Way ways[] = {
+    {"a pipe", pipe, false},
+    {"another user's pipe", pipe, true},
+    {"a socket", sockets, false},
+    {"a terminal", terminal, false},
+    {"another user's terminal", terminal, true},
+    {"a stopped terminal", stoppedTerminal, false},
+    {"another user's stopped terminal", stoppedTerminal, true},
+};
+
+// While it lives, the process may not open what stands behind the descriptor. The super-user has to become
+// another user for that.
+struct AnotherUser {
+    explicit AnotherUser(int descriptor) {
+        if (descriptor < 0) return;
+        ::fchmod(descriptor, 0);
+        EXPECT_TRUE(::getuid() != 0 || ::seteuid(65534) == 0);
+    }
+    ~AnotherUser() { EXPECT_TRUE(::getuid() != 0 || ::seteuid(0) == 0); }
+    AnotherUser(const AnotherUser&) = delete;
+    AnotherUser& operator=(const AnotherUser&) = delete;
+};
+
+// What waits to be read, without the carriage returns of terminals.
+std::string drained(int reader) {
+    std::string text;
+    char part[65536];
+    pollfd watched{reader, POLLIN, 0};
+    while (::poll(&watched, 1, 50) > 0)  // terminals hand over what was written a little later
+        text.append(part, static_cast<std::size_t>(std::max<ssize_t>(0, ::read(reader, part, sizeof part))));
+    std::erase(text, '\r');
+    return text;
+}
+
+std::string line(int number) {
+    return "Line " + std::to_string(number) + std::string(static_cast<std::size_t>(number % 80), '.') + "\n";
+}
+
+}  // namespace
 
 TEST(DebugLog, NothingUntilAttachedThenLineByLine) {
     int ends[2];
     ASSERT_EQ(::pipe(ends), 0);
+    platform::LineWriter writer(ends[1]);
     DebugLog log;
     EXPECT_FALSE(log.attached());
     log << "lost" << std::endl;
-    log.attach(ends[1]);
+    log.attach(writer);
     EXPECT_TRUE(log.attached());
-    log << "Number " << 7 << std::endl << std::string(3000, 'x') << std::endl;
-    ::close(ends[1]);
-    std::string text(4000, '\0');
-    text.resize(static_cast<std::size_t>(::read(ends[0], text.data(), text.size())));
-    EXPECT_EQ(text, "Number 7\n" + std::string(3000, 'x') + "\n");
+    log << "Number " << 7 << std::endl << std::string(30000, 'x') << std::endl;
+    EXPECT_EQ(drained(ends[0]), "Number 7\n" + std::string(30000, 'x') + "\n");
+    log << "unfinished";
+    EXPECT_EQ(drained(ends[0]), "");
+    log.divert(nullptr);
+    EXPECT_EQ(drained(ends[0]), "unfinished");
     ::close(ends[0]);
+    ::close(ends[1]);
+}
+
+TEST(DebugLog, AReaderThatHasStoppedIsNotWaitedForAndHearsHowMuchItMissed) {
+    constexpr int written = 10000;
+    const auto beginning = [](const std::string& text) { return text.substr(0, 100); };
+    for (const Way& way : ways) {
+        for (const char* next : {"", "the next line\n"}) {
+            int ends[2];
+            ASSERT_TRUE(way.make(ends)) << way.name;
+            const int flags = ::fcntl(ends[1], F_GETFL);
+            const AnotherUser other(way.refused ? ends[1] : -1);
+            std::optional<platform::LineWriter> writer(std::in_place, ends[1]);
+            const auto begin = std::chrono::steady_clock::now();
+            for (int i = 0; i < written; ++i) writer->write(line(i));
+            EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3)) << way.name;
+            EXPECT_EQ(::fcntl(ends[1], F_GETFL), flags) << way.name;
+            ::tcflow(ends[1], TCOON);
+            std::string text = drained(ends[0]);
+            writer->write(next);
+            writer.reset();
+            text += drained(ends[0]);
+            int seen = 0;
+            for (std::size_t at = 0; text.compare(at, line(seen).size(), line(seen)) == 0; ++seen)
+                at += line(seen).size();
+            EXPECT_LT(seen, written) << way.name << " held everything";
+            std::string expected;
+            for (int i = 0; i < seen; ++i) expected += line(i);
+            const std::size_t whole = expected.size();
+            expected += "... " + std::to_string(written - seen) + " lines dropped\n" + next;
+            EXPECT_EQ(beginning(text.substr(whole)), beginning(expected.substr(whole))) << way.name;
+            EXPECT_EQ(text.size(), expected.size()) << way.name;
+            ::close(ends[0]);
+            ::close(ends[1]);
+        }
+    }
 }
 
 TEST(DebugLog, ALogThatCannotBeWrittenIsDropped) {
+    platform::LineWriter writer(-1);
     DebugLog log;
-    log.attach(-1);
+    log.attach(writer);
     for (int i = 0; i < 1000; ++i) log << "a line that goes nowhere" << std::endl;
     EXPECT_TRUE(log.good());
     std::stringbuf buffer;

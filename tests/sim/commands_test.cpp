@@ -3,7 +3,7 @@
 #include "tests/support/simulator.h"
 
 #include <csignal>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace {
 
@@ -52,7 +52,16 @@ TEST(SimLife, OnlyOneLivesOnANodeAndAStaleNodeIsReplaced) {
 
 TEST(SimCommands, RefusalsSayWhy) {
     TempRoot root;
-    EXPECT_EQ(runSimulator("ctl show").status, 1);  // nobody there
+    const Finished version = runSimulator("--version", R"(sh -c '"$0" "$@" >&2')");
+    EXPECT_EQ(version.status, 0);
+    EXPECT_THAT(version.err, testing::MatchesRegex("tvsim [0-9]+[.][0-9]+\n"));
+    const Finished lonely = runSimulator("ctl show");
+    EXPECT_EQ(lonely.status, 1);
+    EXPECT_NE(lonely.err.find("the root directory is " + root.path().string() + "\n"), std::string::npos)
+        << lonely.err;
+    const Finished rootless = runSimulator("ctl show", "env -u TARVOLIN_ROOT");
+    EXPECT_NE(rootless.err.find("no root directory is set (TARVOLIN_ROOT)\n"), std::string::npos)
+        << rootless.err;
     EXPECT_EQ(runSimulator("ctl help").status, 0);  // needs nobody
     Simulator simulator({"--frozen", "--adapters", "1,3"});
     const char* const cases[][2] = {
@@ -76,6 +85,7 @@ TEST(SimCommands, RefusalsSayWhy) {
         {"ctl fault lec.nothing every dead", "lec.nothing"},
         {"ctl fault lec every errno EWHAT", "EWHAT"},
         {"ctl quit now", "too many"},
+        {"ctl fault clear 7", "no fault 7"},
     };
     for (const auto& [words, says] : cases) {
         const Finished ended = runSimulator(words);
@@ -83,6 +93,82 @@ TEST(SimCommands, RefusalsSayWhy) {
         EXPECT_NE(ended.err.find(says), std::string::npos) << words << ended.err;
     }
     EXPECT_EQ(simulator.ctl("fault"), "");  // a refused command leaves nothing behind
+}
+
+TEST(SimCommands, ANearMissIsAnsweredWithTheFormAndAnExample) {
+    constexpr char fault[] = "fault lec.state every resp 5", set[] = "set lec 1.2 state 6";
+    constexpr char clock[] = "clock step 60", alarm[] = "alarm 1 los on", rows[] = "rows lec 1.1 14";
+    const struct {
+        const char *typed, *reason, *example;
+    } cases[] = {
+        {"every 1 resp 5", "no command \"every\"", fault},
+        {"fault every 1 resp 5", "the request comes first", fault},
+        {"fault resp 5", "the request comes first", fault},
+        {"fault lec.state every 1 resp 5", "every takes no number", fault},
+        {"fault lec.state resp 5", "\"every\" or \"nth N\"", fault},
+        {"fault lec.state 2 resp 5", "\"every\" or \"nth N\"", fault},
+        {"fault lec.state once dead", "\"every\" or \"nth N\"", fault},
+        {"fault lec 1.1 every dead", "\"every\" or \"nth N\"", fault},
+        {"fault lec.state nth resp 5", "nth takes a number from 1, not \"resp\"", fault},
+        {"fault lec.state nth", "nth takes a number", fault},
+        {"fault lec.state every", "what goes wrong is missing: one of resp, errno", fault},
+        {"fault lec.state every resp=5", "nothing goes wrong like \"resp=5\": one of resp, errno", fault},
+        {"fault lec.state every Dead", "nothing goes wrong like \"Dead\"", fault},
+        {"fault lec.state every resp", "resp takes one value", fault},
+        {"fault lec.state every resp five", "resp does not take \"five\": a code from 0 to 65535", fault},
+        {"fault lec.state every errno 0", "errno does not take \"0\": a number from 1 to 4095", fault},
+        {"fault lec.state every malformed no", "\"no\": short, long, lie, negative or id", fault},
+        {"fault lec.state every dead 5", "dead takes no value", fault},
+        {"fault list", "no request \"list\"", fault},
+        {"fault clear lec.state", "no fault \"lec.state\"", fault},
+        {"faults", "no command \"faults\"", fault},
+        {"flaut any every dead", "no command \"flaut\"", fault},
+        {"lec 1.2 state 6", "no command \"lec\"", set},
+        {"SET lec 1.2 state 6", "no command \"SET\"", set},
+        {"set lec 1.2 state=6", "no field \"state=6\"", set},
+        {"set lec.state 1.2 6", "no target \"lec.state\"", set},
+        {"set lec 1.2 state", "exactly one value", set},
+        {"set lec 1 state 6", "\"1\" is no instance of lec", set},
+        {"set lec 1.2 elanName my name", "exactly one value", set},
+        {"get lec state", "\"state\" is no instance of lec", "get lec 1.2 state"},
+        {"get lec 1.2", "a field is missing", "get lec 1.2 state"},
+        {"clock 60", "\"60\"", clock},
+        {"clock step", "SECONDS", clock},
+        {"clock step 5s", "\"5s\" is no number of seconds", clock},
+        {"freeze", "no command \"freeze\"", clock},
+        {"alarm los on", "ADAPTER", alarm},
+        {"alarm 1 on los", "one of los, lof", alarm},
+        {"los 1 on", "no command \"los\"", alarm},
+        {"link mm 1", "ADAPTER", "link 1 sm"},
+        {"rows lec 14", "\"14\" is no instance of lec", rows},
+        {"rows lec 1.1 many", "from 0 to 65535, or auto", rows},
+        {"log all hex", "hex [N|all]", "log hex 5"},
+        {"dump state", "nothing or config", "dump config"},
+        {"show 1.2", "no target \"1.2\"", "show lec 1.2"},
+    };
+    TempRoot root;
+    const Simulator simulator;
+    for (const auto& c : cases) {
+        std::string answer;
+        try {
+            answer = "done: " + simulator.ctl(c.typed);
+        } catch (const std::runtime_error& refused) {
+            answer = std::string(refused.what()).substr(std::string_view(c.typed).size());
+        }
+        const std::string example = c.example, form = example.substr(0, example.find(' ') + 1);
+        EXPECT_NE(answer.find(c.reason), std::string::npos) << c.typed << answer;
+        EXPECT_NE(answer.find("; the form is: " + form), std::string::npos) << c.typed << answer;
+        EXPECT_TRUE(answer.ends_with("; for example: " + example)) << c.typed << answer;
+        EXPECT_EQ(answer.find('\n'), std::string::npos) << c.typed << answer;
+    }
+    EXPECT_EQ(simulator.ctl("fault"), "");  // nothing was half done
+    EXPECT_EQ(simulator.ctl("clock"), "0.000 s, frozen");
+    const Finished ended = runSimulator("ctl fault every 1 resp 5");
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_TRUE(ended.err.ends_with(std::string(fault) + "\n")) << ended.err;
+    const Finished without = runSimulator("fault any every dead");
+    EXPECT_NE(without.status, 0);
+    EXPECT_NE(without.err.find("tvsim ctl fault"), std::string::npos) << without.err;
 }
 
 TEST(SimCommands, ValuesReadBackAsTheyWereSet) {

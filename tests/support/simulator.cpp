@@ -40,8 +40,9 @@ int waitFor(pid_t pid) {
 
 }  // namespace
 
-Finished runSimulator(const std::string& line) {
-    std::FILE* const errors = ::popen((TVSIM_PROGRAM " " + line + " 2>&1 >/dev/null").c_str(), "r");
+Finished runSimulator(const std::string& line, const std::string& behind) {
+    std::FILE* const errors =
+        ::popen((behind + " " TVSIM_PROGRAM " " + line + " 2>&1 >/dev/null").c_str(), "r");
     if (!errors) throw std::runtime_error("no pipe");
     std::string text = readAll(::fileno(errors));
     return {WEXITSTATUS(::pclose(errors)), std::move(text)};

@@ -10,12 +10,13 @@
 #include <sys/types.h>
 #include <vector>
 
-// Runs "tvsim" with the words of the line to its end: its exit status, and what it said on its error output.
+// Runs "tvsim" with the words of the line to its end, behind another program if one is given: its exit
+// status, and what it said on its error output.
 struct Finished {
     int status;
     std::string err;
 };
-Finished runSimulator(const std::string& line);
+Finished runSimulator(const std::string& line, const std::string& behind = {});
 
 // Copies the sample configuration below the root.
 void writeSampleConfiguration(const TempRoot& root);

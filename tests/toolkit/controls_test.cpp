@@ -14,6 +14,8 @@
 
 #include <Xm/Xm.h>
 #include <chrono>
+#include <csignal>
+#include <cstdlib>
 #include <fmt/format.h>
 #include <thread>
 
@@ -201,6 +203,21 @@ TEST_F(ControlsTest, WindowsComeBeforeTimersOfWhichOneIsAlwaysDue) {
     user.askToClose(window.shell());
     application.runUntil(done);
     EXPECT_TRUE(heard);
+}
+
+TEST_F(ControlsTest, SignalsComeBeforeTimersOfWhichOneIsAlwaysDue) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto run = [this] {
+        int ticks = 0;
+        const auto slow = [&] {
+            if (++ticks == 10) std::raise(SIGTERM);
+            if (ticks == 100) application.quit();
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        };
+        const zTimer one(application, 5, slow), two(application, 5, slow);
+        return application.run();
+    };
+    EXPECT_EXIT(std::exit(run()), testing::ExitedWithCode(128 + SIGTERM), "stopped by signal 15");
 }
 
 }  // namespace

@@ -7,13 +7,11 @@
 #include <functional>
 
 // Fonts as the program has them.
-inline const char* const deskResources[] = {"Tarvolin*bold*fontType: FONT_IS_XFT",
-                                            "Tarvolin*bold*fontName: Liberation Sans",
-                                            "Tarvolin*bold*fontStyle: Bold",
-                                            "Tarvolin*bold*fontSize: 12",
-                                            "Tarvolin*toolTipEnable: True",
-                                            "Tarvolin*toolTipPostDelay: 50",
-                                            nullptr};
+inline const char* const deskResources[] = {
+    "Tarvolin*bold*fontType: FONT_IS_XFT", "Tarvolin*bold*fontName: Liberation Sans",
+    "Tarvolin*bold*fontStyle: Bold",       "Tarvolin*bold*fontSize: 12",
+    "Tarvolin*toolTipEnable: True",        "Tarvolin*toolTipPostDelay: 50",
+    "Tarvolin*toolTipPostDuration: 2000",  nullptr};
 
 // The widget library remembers its first display for good: one for all tests of the process.
 struct Desk {

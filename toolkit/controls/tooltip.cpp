@@ -46,19 +46,15 @@ struct zTooltips::Handlers {
             tips->pointerLeft();
     }
     static void press(Widget, XtPointer self, XEvent*, Boolean*) { static_cast<zTooltips*>(self)->hide(); }
-    static void timer(XtPointer self, XtIntervalId*) {
-        auto* tips = static_cast<zTooltips*>(self);
-        tips->timer_ = 0;
-        (tips->*tips->timed_)();
-    }
 };
 
-zTooltips::zTooltips(Widget board) : board_(board) {
+zTooltips::zTooltips(Widget board)
+    : board_(board), alarm_(XtDisplay(board), [this] { shell_ ? hide() : show(); }) {
     Widget top = board;
     while (XtParent(top)) top = XtParent(top);
     const Delays delays = delaysOf(top);
-    delay_ = delays.post;
-    duration_ = delays.duration;
+    delay_ = std::chrono::milliseconds(delays.post);
+    duration_ = std::chrono::milliseconds(delays.duration);
     XtAddEventHandler(board_, PointerMotionMask | LeaveWindowMask, False, Handlers::board, this);
 }
 
@@ -90,7 +86,7 @@ void zTooltips::pointerAt(int x, int y) {
     if (now == under_) return;
     hide();
     under_ = now;
-    if (now) startTimer(delay_, &zTooltips::show);
+    if (now) alarm_.set(delay_);
 }
 
 void zTooltips::pointerLeft() {
@@ -99,17 +95,10 @@ void zTooltips::pointerLeft() {
 }
 
 void zTooltips::hide() {
-    if (timer_) XtRemoveTimeOut(timer_);
-    timer_ = 0;
+    alarm_.stop();
     if (!shell_) return;
     zFreeXftDraws(shell_);
     XtDestroyWidget(std::exchange(shell_, nullptr));
-}
-
-void zTooltips::startTimer(int milliseconds, void (zTooltips::*action)()) {
-    timed_ = action;
-    timer_ = XtAppAddTimeOut(XtWidgetToApplicationContext(board_), static_cast<unsigned long>(milliseconds),
-                             Handlers::timer, this);
 }
 
 void zTooltips::show() {
@@ -137,5 +126,5 @@ void zTooltips::show() {
     XtVaSetValues(shell_, XmNx, left, XmNy,
                   under + height + 2 > bottom ? rootY - height - belowPointer / 2 : under, nullptr);
     XtPopup(shell_, XtGrabNone);
-    startTimer(duration_, &zTooltips::hide);
+    alarm_.set(duration_);
 }

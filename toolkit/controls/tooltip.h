@@ -4,6 +4,7 @@
 // application resources toolTipPostDelay and toolTipPostDuration, in milliseconds.
 #pragma once
 
+#include "toolkit/display/alarm.h"
 #include "toolkit/display/widget.h"
 
 #include <string>
@@ -31,13 +32,11 @@ class zTooltips {
     void pointerAt(int x, int y);
     void pointerLeft();
     void show();
-    void startTimer(int milliseconds, void (zTooltips::*action)());
 
     Widget board_;
     std::vector<Tip> tips_;
     const Tip* under_ = nullptr;  // of the control under the pointer
     Widget shell_ = nullptr;      // null: no text is shown
-    unsigned long timer_ = 0;
-    void (zTooltips::*timed_)() = nullptr;
-    int delay_ = 0, duration_ = 0;
+    std::chrono::milliseconds delay_{}, duration_{};
+    zAlarm alarm_;  // until the text is shown, and then until it goes
 };

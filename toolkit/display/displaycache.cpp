@@ -12,7 +12,7 @@ std::vector<std::pair<Display*, zDisplayCache*>> caches;
 
 }  // namespace
 
-zDisplayCache::zDisplayCache(Display* display) : display_(display) {
+zDisplayCache::zDisplayCache(Display* display) : display_(display), alarms_(display) {
     caches.emplace_back(display, this);
 }
 

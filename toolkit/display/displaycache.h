@@ -1,7 +1,9 @@
-// The per-display cache of cursors, fonts and pixmaps. They are made when first asked for and freed when the
-// display is closed: loading a themed cursor or matching a font takes longer than filling a table. Inside the
-// toolkit only.
+// The per-display cache of cursors, fonts and pixmaps, and the display's alarms. What is cached is made when
+// first asked for and freed when the display is closed: loading a themed cursor or matching a font takes
+// longer than filling a table. Inside the toolkit only.
 #pragma once
+
+#include "toolkit/display/alarm.h"
 
 #include <X11/Xft/Xft.h>
 #include <Xm/Xm.h>
@@ -19,6 +21,8 @@ class zDisplayCache {
     // The cache of a display that an application has opened.
     static zDisplayCache& of(Display* display);
 
+    zAlarms& alarms() { return alarms_; }
+
     Cursor cursor(int shape);                            // of the cursor font
     XftFont* font(int screen, const std::string& name);  // null: there is none
 
@@ -30,6 +34,7 @@ class zDisplayCache {
 
   private:
     Display* display_;
+    zAlarms alarms_;
     std::map<int, Cursor> cursors_;
     std::map<std::string, XftFont*> fonts_;
     std::map<std::string, XmRenderTable> renderTables_;

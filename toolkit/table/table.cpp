@@ -113,11 +113,6 @@ struct zTable::Handlers {
         table.scrollTo(row, left);
     }
 
-    static void expired(XtPointer self, XtIntervalId*) {
-        static_cast<zTable*>(self)->timer_ = 0;
-        static_cast<zTable*>(self)->flush();
-    }
-
     static zTable* of(Widget canvas) {
         XtPointer self = nullptr;
         XtVaGetValues(canvas, XmNuserData, &self, nullptr);
@@ -154,7 +149,8 @@ struct zTable::Handlers {
     }
 };
 
-zTable::zTable(Widget board, const zRect& place, const zControlRow& row) : zControl(row), place_(place) {
+zTable::zTable(Widget board, const zRect& place, const zControlRow& row)
+    : zControl(row), place_(place), painting_(XtDisplay(board), [this] { flush(); }) {
     zResources resources(place);
     resources.set(XmNmarginWidth, 0).set(XmNmarginHeight, 0).set(XmNresizePolicy, XmRESIZE_NONE);
     container_ = zMakeWidget(xmDrawingAreaWidgetClass, board, row, resources);
@@ -186,7 +182,6 @@ zTable::zTable(Widget board, const zRect& place, const zControlRow& row) : zCont
 zTable::~zTable() {
     XtRemoveEventHandler(widget(), KeyPressMask | ButtonPressMask | FocusChangeMask, False, Handlers::event,
                          this);
-    if (timer_) XtRemoveTimeOut(timer_);
     if (ownsClipboard_)
         XtDisownSelection(widget(), XInternAtom(XtDisplay(widget()), "CLIPBOARD", False),
                           XtLastTimestampProcessed(XtDisplay(widget())));
@@ -349,7 +344,7 @@ void zTable::changed(zTableLoc location) {
     const zRect seen = grid_.visible(location);
     if (seen.width <= 0 || seen.height <= 0) return;
     dirty_.push_back(location);
-    schedule();
+    if (!painting_.isSet()) painting_.set({});
 }
 
 void zTable::changedRow(int row) {
@@ -360,11 +355,7 @@ void zTable::changedRow(int row) {
 void zTable::changedAll() {
     if (!realized_) return;
     allDirty_ = true;
-    schedule();
-}
-
-void zTable::schedule() {
-    if (!timer_) timer_ = XtAppAddTimeOut(XtWidgetToApplicationContext(widget()), 0, Handlers::expired, this);
+    if (!painting_.isSet()) painting_.set({});
 }
 
 void zTable::flush() {

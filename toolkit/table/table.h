@@ -7,6 +7,7 @@
 
 #include "platform/index.h"
 #include "toolkit/controls/control.h"
+#include "toolkit/display/alarm.h"
 #include "toolkit/table/tablegrid.h"
 #include "toolkit/table/tablemodel.h"
 #include "toolkit/table/tablepaint.h"
@@ -69,7 +70,6 @@ class zTable : public zControl {
     void changed(zTableLoc location);
     void changedRow(int row);
     void changedAll();
-    void schedule();
     void flush();
     void paintCell(zTableLoc location);
     void moveTo(zTableLoc location);
@@ -87,9 +87,9 @@ class zTable : public zControl {
     bool realized_ = false;
     bool allDirty_ = false;
     std::vector<zTableLoc> dirty_;
+    zAlarm painting_;  // set while something is to be painted
     std::function<void(int)> write_;
     std::vector<bool> stale_;  // rows not written since rowsChanged()
-    unsigned long timer_ = 0;
     std::string clipboard_;
     bool ownsClipboard_ = false;
 };

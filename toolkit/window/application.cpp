@@ -121,6 +121,10 @@ bool zApplication::openDisplay() {
     if (connection_->display) {
         avoidRenderOnColourMaps(connection_->display);
         connection_->cache = std::make_unique<zDisplayCache>(connection_->display);
+        if (!connection_->cache->alarms().working()) {
+            fmt::print(stderr, "{}: no descriptor is left for timers\n", programName_);
+            return false;
+        }
         connection_->root =
             XtVaAppCreateShell(programName_.c_str(), className_.c_str(), applicationShellWidgetClass,
                                connection_->display, XmNmappedWhenManaged, False, nullptr);
@@ -137,18 +141,31 @@ int zApplication::run() {
 }
 
 void zApplication::runUntil(const bool& done) {
+    // Ticks wait until it is quiet: where they take as long as their periods, one is always due and no event
+    // would be handled if they came first.
     while (!done && !ending_) {
-        // Xt serves timers first: where ticks take as long as their periods, one is always due and no event
-        // would be handled.
-        const XtInputMask others = ticked_ ? XtAppPending(connection_->context) & ~XtInputMask{XtIMTimer} : 0;
-        ticked_ = others != 0;
-        XtAppProcessEvent(connection_->context, others ? others : XtIMAll);
+        if (quietWork_.empty() || XtAppPending(connection_->context))
+            XtAppProcessEvent(connection_->context, XtIMAll);
+        else
+            doQuietWork();
     }
 }
 
 void zApplication::handlePending() {
-    while (const XtInputMask kinds = XtAppPending(connection_->context))
-        XtAppProcessEvent(connection_->context, kinds);
+    for (;;) {
+        if (const XtInputMask kinds = XtAppPending(connection_->context))
+            XtAppProcessEvent(connection_->context, kinds);
+        else if (!quietWork_.empty())
+            doQuietWork();
+        else
+            return;
+    }
+}
+
+void zApplication::doQuietWork() {
+    const std::function<void()> work = std::move(quietWork_.front());
+    quietWork_.pop_front();
+    work();
 }
 
 void zApplication::quit() {

@@ -3,6 +3,7 @@
 
 #include "toolkit/display/widget.h"
 
+#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
@@ -37,8 +38,8 @@ class zApplication {
     // Handles pending events, timers and input without blocking.
     void handlePending();
 
-    // Called by a timer that has expired: pending events are handled before the next timer.
-    void ticked() { ticked_ = true; }
+    // Calls `work` once from the event loop, as soon as no X event, signal or other input is pending.
+    void whenQuiet(std::function<void()> work) { quietWork_.push_back(std::move(work)); }
 
     // Called first when the connection to the X server is lost: brings to an end what must not be left half
     // done. Must not call Xlib.
@@ -57,6 +58,7 @@ class zApplication {
     struct Connection;
 
     void stoppedBySignal(int number);
+    void doQuietWork();
 
     std::string programName_;
     std::string className_;
@@ -64,6 +66,6 @@ class zApplication {
     const char* const* fallbacks_;
     std::unique_ptr<Connection> connection_;
     bool ending_ = false;
-    bool ticked_ = false;
+    std::deque<std::function<void()>> quietWork_;
     int status_ = 0;
 };
