@@ -21,10 +21,10 @@ std::uint8_t link() {
     return static_cast<std::uint8_t>(currentAdapter);
 }
 
-// After a timeout nothing more is sent for the same service: each further request would block the window for
-// as long again.
+// After a request without an answer nothing more is sent for the same service: each further one could block
+// the window for as long again, or reach a driver that has started anew.
 bool hangs(const reqParam& request, int result) {
-    if (result == 0 || !request.timedOut()) return false;
+    if (result == 0 || request.answered()) return false;
     tvlog << "The driver does not answer; nothing more is sent for this service" << std::endl;
     return true;
 }
@@ -138,7 +138,7 @@ bool MapXferBufferToData(const Warner& warn) {
     DriverChannel channel;
     if (!channel.open(O_RDWR) && ioctlDesc)
         tvlog << "Cannot open the driver to apply changes: " << std::strerror(errno) << std::endl;
-    if (!ioctlDesc) channel.close();  // no driver at start-up: nothing is sent
+    if (!ioctlDesc) channel.close();  // no driver: nothing is sent
     for (std::size_t m = 0; m < xferBuffer.size(); ++m) applyLec(channel, m);
     for (std::size_t m = 0; m < lesXferBuffer.size(); ++m) applyLes(channel, m);
     applyLecs(channel);

@@ -16,9 +16,9 @@ bool settingsChanged();
 bool listsChanged();
 
 // After OK: copies every buffer to its record. Each service whose settings changed is restarted or stopped in
-// the driver, if there was one at start-up (ioctlDesc). Failed requests are logged and have no other effect;
-// if no read-write channel can be opened, no request is sent. Returns true if the driver accepted at least
-// one request.
+// the driver, if it was there when it was asked last (ioctlDesc). Failed requests are logged and have no
+// other effect; if no read-write channel can be opened, no request is sent. Returns true if the driver
+// accepted at least one request.
 bool MapXferBufferToData(const Warner& warn);
 
 // After Cancel: copies only the lists; the driver already has them.

@@ -184,7 +184,11 @@ TEST(SocketDevice, APeerThatHungUpIsGoneForGood) {
     const TempRoot root;
     Peer peer(root, {Step()});  // takes the request and closes
     const int descriptor = platform::device().open("/dev/li", 0);
-    for (int i = 0; i < 3; ++i) EXPECT_EQ(call(descriptor), failure(ENXIO));
+    EXPECT_FALSE(platform::device().hungUp(descriptor));
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(call(descriptor), failure(ENXIO));
+        EXPECT_TRUE(platform::device().hungUp(descriptor));
+    }
     EXPECT_EQ(platform::device().close(descriptor), 0);
 }
 
@@ -233,6 +237,7 @@ TEST(SystemDevice, ACharacterDeviceIsUsedAsItIsButNeverAsDescriptorZero) {
     ::close(0);
     const int descriptor = platform::device().open("/dev/null", 0);
     EXPECT_GT(descriptor, 0);
+    EXPECT_FALSE(platform::device().hungUp(descriptor));
     EXPECT_EQ(call(descriptor), failure(ENOTTY));
     EXPECT_EQ(platform::device().close(descriptor), 0);
     if (input >= 0) {
