@@ -14,6 +14,11 @@ macAddress plus(const macAddress& address, int count) {
     return macAddress(bytes);
 }
 
+// A garbled answer is no reason to give up: it took no time, and the next one may be good.
+bool nobodyThere(const aalInfo& query) {
+    return !query.answered() && query.outcome() != Outcome::garbled;
+}
+
 }  // namespace
 
 void deriveMacAddresses(int adapter, const macAddress& address) {
@@ -22,9 +27,13 @@ void deriveMacAddresses(int adapter, const macAddress& address) {
     atmDevices.ip1577[a].mac = plus(address, lecCount);
 }
 
-std::vector<FoundAdapter> discoverAdapters(aalInfo& query) {
-    std::vector<FoundAdapter> found;
+Discovery discoverAdapters(aalInfo& query) {
+    Discovery found;
+    if (const PackageRevView revision = query.GetPackageRev()) found.version = revision.text();
+    if (nobodyThere(query)) return found;
     const BoardStateView boards = query.GetBoardState();
+    if (nobodyThere(query)) return found;
+    found.complete = true;
     if (!boards) return found;
     const unsigned mask = boards.mask();  // copied, since the next request overwrites the reply
     tvlog << "NumBoards - " << boards.count() << std::endl;
@@ -33,12 +42,15 @@ std::vector<FoundAdapter> discoverAdapters(aalInfo& query) {
     for (int i = 0; i < adapterCount; ++i) {
         if (!(mask & (1U << i))) continue;
         FoundAdapter adapter{i, {}};
-        if (const BoardMacView board = query.GetBoardMacAddress(static_cast<std::uint16_t>(i + 1))) {
+        if (const BoardMacView board = found.complete
+                                           ? query.GetBoardMacAddress(static_cast<std::uint16_t>(i + 1))
+                                           : BoardMacView()) {
             const macAddress address = board.address();
             adapter.line = fmt::format("ATM Adapter {}  -  {}", i + 1, address.GetFMacAddress());
             deriveMacAddresses(i, address);
         }
-        found.push_back(std::move(adapter));
+        found.complete = !nobodyThere(query);
+        found.adapters.push_back(std::move(adapter));
     }
     return found;
 }

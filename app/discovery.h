@@ -12,9 +12,17 @@ struct FoundAdapter {
     std::string line;  // line of the adapter list; empty if the driver did not report the MAC address
 };
 
-// Asks the driver for its adapters and returns them in ascending order; stores the MAC addresses of their LAN
-// Emulation Clients and Classical IP clients in atmDevices. Returns nothing if the driver does not answer.
-std::vector<FoundAdapter> discoverAdapters(aalInfo& query);
+// What the driver says of itself and its adapters.
+struct Discovery {
+    std::string version;                 // of the driver; empty if it did not say
+    std::vector<FoundAdapter> adapters;  // in ascending order
+    bool complete = false;               // the driver has answered, be it with refusals
+};
+
+// Asks the driver for its version and its adapters; stores the MAC addresses of their LAN Emulation Clients
+// and Classical IP clients in atmDevices. After the first request for which nobody is there or nobody answers
+// no further one is sent.
+Discovery discoverAdapters(aalInfo& query);
 
 // A LAN Emulation Client's address is the adapter's with 0 to 3 added to the last byte; for the Classical IP
 // client 4 is added. The addition wraps within the byte.

@@ -20,16 +20,19 @@ constexpr int lastAdapter = 3;
 }  // namespace
 
 DMainDlg::DMainDlg(zApplication& application, const zLayout& layout)
-    : zFormDialog(application, layout), channel_(ioctlDesc, O_RDONLY) {
-    if (ioctlDesc) adapterQuery_.emplace(ioctlDesc, std::uint8_t{0});
+    : zFormDialog(application, layout), adapterQuery_(ioctlDesc, 0) {
     connect();
-    setup();
+    currentAdapter = 0;
+    configuration_.read();
     SetDlgTitle();
+    onPainted = [this] { setupOnce(); };
     show();
 }
 
 DMainDlg::~DMainDlg() {
     saveUnsavedLists(configuration_);
+    statistics_.clear();  // some may ask over the channel
+    ioctlDesc.close();
 }
 
 void DMainDlg::connect() {
@@ -40,23 +43,36 @@ void DMainDlg::connect() {
     control<zBitmapButton>(setupBTN).onClick = [this] { clickedSetupBTN(); };
     control<zBitmapButton>(statsBTN).onClick = [this] { clickedStatsBTN(); };
     control<zBitmapButton>(globalBTN).onClick = [this] { clickedGlobalBTN(); };
+    onKey("F5", [this] { setup(); });
     onClose = [this] { clickedCloseBTN(); };
 }
 
 void DMainDlg::setup() {
-    currentAdapter = 0;
-    configuration_.read();
-    if (adapterQuery_) {
-        if (const PackageRevView revision = adapterQuery_->GetPackageRev())
-            control<zEdit>(driverVersionED).setText(configuration_.driverRevision = revision.text());
-        adapters_ = discoverAdapters(*adapterQuery_);
-    }
+    asked_ = true;
+    setCursor(zWatchCursor);
+    showAdapters(ioctlDesc.alive() || ioctlDesc.open(O_RDONLY) ? discoverAdapters(adapterQuery_)
+                                                               : Discovery());
+    setCursor(zArrowCursor);
+}
+
+void DMainDlg::setupOnce() {
+    if (!asked_) setup();
+}
+
+void DMainDlg::showAdapters(Discovery found) {
+    auto& version = control<zEdit>(driverVersionED);
+    if (found.complete || !found.version.empty()) version.setText(found.version);
+    configuration_.driverRevision = found.version;
+    version.grey(!found.complete);
+
+    adapters_ = std::move(found.adapters);
     auto& list = control<zListBox>(interfaceLB);
     std::vector<std::string> lines;
     for (const FoundAdapter& adapter : adapters_) lines.push_back(adapter.line);
     list.setLines(std::move(lines));
-    list.select(0);
-    if (!adapters_.empty()) currentAdapter = adapters_.front().index;
+    const auto same = std::ranges::find(adapters_, chosen_, &FoundAdapter::index);
+    list.select(same == adapters_.end() ? 0 : static_cast<int>(same - adapters_.begin()));
+    selChangeInterfaceLB();
 }
 
 void DMainDlg::SetDlgTitle() {
@@ -69,6 +85,7 @@ void DMainDlg::selChangeInterfaceLB() {
     const bool known = asIndex(position) < adapters_.size();
     // With a gap in the mask of adapters, list position and adapter index differ.
     currentAdapter = known ? adapters_[asIndex(position)].index : std::min(position, lastAdapter);
+    if (known) chosen_ = currentAdapter;
     SetDlgTitle();
 }
 
@@ -81,15 +98,19 @@ void DMainDlg::clickedSetupBTN() {
         warn("Insufficient Privileges.\nUnable to Setup ATM Adapter!", "Privilege Error");
         return;
     }
+    setupOnce();
+    if (!ioctlDesc.alive()) setup();  // it may have come meanwhile, with other adapters
     if (!ioctlDesc) warn("Atm Driver Not Loaded. \nNo dynamic configuration available!", "Driver Error");
     setUpAdapter(*this, configuration_);
 }
 
 void DMainDlg::clickedGlobalBTN() {
+    setupOnce();
     DGlobalDlg(*this).runModal();
 }
 
 void DMainDlg::clickedStatsBTN() {
+    setupOnce();
     DStatsDlg* dialog = statistics_.emplace_back(std::make_unique<DStatsDlg>(*this)).get();
     dialog->onClosed = [this, dialog] {
         std::erase_if(statistics_, [dialog](const auto& open) { return open.get() == dialog; });

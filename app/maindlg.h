@@ -9,7 +9,6 @@
 #include "ui/stats/statsdlg.h"
 
 #include <memory>
-#include <optional>
 #include <vector>
 
 extern const zLayout mainLayout;
@@ -26,15 +25,19 @@ enum MainControl {
 
 class DMainDlg : public zFormDialog {
   public:
-    // Opens the driver channel, reads the configuration of all adapters, lists the adapters and shows the
-    // window. Without a driver the tool works on the static configuration only.
+    // Reads the configuration of all adapters and shows the window. The driver is asked for the adapters from
+    // the event loop, when the window has been painted. Without a driver the tool works on the static
+    // configuration only.
     DMainDlg(zApplication& application, const zLayout& layout);
     ~DMainDlg() override;  // saves what waits to be saved
 
   private:
-    // Steps of the construction, in this order.
     void connect();  // registers the handlers
-    void setup();    // reads the configuration, asks the driver, fills the list
+    // Opens the driver channel unless it is open, asks for version and adapters, fills the list and selects
+    // the adapter that was selected before.
+    void setup();
+    void setupOnce();  // nothing is done on a list that the driver has not been asked for
+    void showAdapters(Discovery found);
     void SetDlgTitle();
 
     void selChangeInterfaceLB();
@@ -45,9 +48,10 @@ class DMainDlg : public zFormDialog {
     void clickedCloseBTN();
     void warn(const std::string& text, const char* title);
 
-    OpenedChannel channel_;  // ioctlDesc
     Configuration configuration_{"tarvolin"};
-    std::optional<aalInfo> adapterQuery_;                 // empty without a driver
+    aalInfo adapterQuery_;
+    bool asked_ = false;                                  // setup() has been called
+    int chosen_ = 0;                                      // the adapter that was selected last
     std::vector<FoundAdapter> adapters_;                  // by list position
     std::vector<std::unique_ptr<DStatsDlg>> statistics_;  // those that are open
 };

@@ -64,8 +64,8 @@ constexpr zLayout frame{.id = 1,
                         .font = {zFontRow::normal},
                         .rows = rows};
 
-using Make = std::unique_ptr<StatsPage> (*)(StatsSource& source);
-template <class Page> std::unique_ptr<StatsPage> make(StatsSource& source) {
+using Make = std::unique_ptr<StatsPage> (*)(const StatsSource& source);
+template <class Page> std::unique_ptr<StatsPage> make(const StatsSource& source) {
     return std::make_unique<Page>(source);
 }
 constexpr struct {

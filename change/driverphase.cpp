@@ -70,11 +70,13 @@ RequestResult DriverPhase::take(const Step& step, const reqParam& request, const
     if (mayGo()) {
         const int result = send();
         sent.resp = request.header().Resp;
-        sent.answer = result == 0           ? RequestResult::taken
-                      : !request.timedOut() ? RequestResult::refused
-                                            : RequestResult::unanswered;
+        sent.answer = result == 0          ? RequestResult::taken
+                      : request.answered() ? RequestResult::refused
+                                           : RequestResult::unanswered;
         if (sent.answer == RequestResult::unanswered) {
-            stopped_ = "Nothing more was sent after a request without an answer.";
+            stopped_ = request.outcome() == Outcome::absent
+                           ? "The driver was lost. Nothing more was sent."
+                           : "Nothing more was sent after a request without an answer.";
             tvlog << stopped_ << std::endl;
         }
     }

@@ -1,11 +1,31 @@
-// An open connection to the driver, which closes with its owner.
+// A connection to the driver, which closes with its owner.
 //
 // Request blocks (reqparam.h) are bound to a channel, send their messages over it, and must not outlive it.
 // The channel counts what has happened on it since it was made, over every closing and opening.
+//
+// The driver may come and go. A channel whose driver has hung up, or was not there when the channel was to be
+// opened, is opened at the next request. A request for which that fails is not sent and fails with 201.
 #pragma once
 
 #include <cstdint>
+#include <ctime>
+#include <functional>
 #include <span>
+
+// What has become of a request.
+enum class Outcome : std::uint8_t {
+    success,
+    refused,      // by the driver, with a Resp or an error of the call that is none of the following
+    silent,       // no answer in time
+    garbled,      // an answer that breaks the rules of the exchange
+    interrupted,  // a signal has ended the wait
+    absent,       // there is no driver, or it has hung up
+    withheld,     // not sent: see DriverChannel::interrupt
+};
+// The driver has said something, be it no.
+constexpr bool isAnswer(Outcome outcome) {
+    return outcome == Outcome::success || outcome == Outcome::refused;
+}
 
 class DriverChannel {
   public:
@@ -15,34 +35,55 @@ class DriverChannel {
     DriverChannel& operator=(const DriverChannel&) = delete;
 
     // Opens the access device; oflag is O_RDONLY or O_RDWR. Closes first what was open. False when there is
-    // no driver or it refuses (errno says why); the channel is closed then.
+    // no driver or it refuses (errno says why); the channel is closed then, and the next request tries again.
     bool open(int oflag);
-    void close();
-    explicit operator bool() const { return descriptor_ > 0; }
+    void close();                                               // requests do not open it again
+    explicit operator bool() const { return descriptor_ > 0; }  // open now
 
-    // Sends a message and waits for the reply: see dai_req. A closed channel fails it with 201.
+    // The same, but looks whether the driver has hung up since the last request, which closes the channel.
+    bool alive();
+
+    // Sends a message and waits for the reply: see dai_req.
     int request(std::span<std::uint8_t> message);
 
-    unsigned long timeouts() const { return timeouts_; }                // requests that got no answer in time
+    Outcome outcome() const { return outcome_; }  // of the last request, or of opening the channel
+    // When the first request was sent that, as all since, has got no answer. 0: the driver answers.
+    std::time_t silentSince() const { return silentSince_; }
+
+    unsigned long unanswered() const { return unanswered_; }            // requests without an answer
     unsigned long acceptedChanges() const { return acceptedChanges_; }  // change requests that succeeded
+    // How often the driver has hung up, so that the channel had to be opened again. Counted at once, before
+    // anything is sent over the channel opened again: what was changed before may be lost with that driver.
+    unsigned long reopenings() const { return reopenings_; }
 
     // For the request blocks: the driver has accepted a change request.
     void countAcceptedChange() { ++acceptedChanges_; }
 
+    // Asked before each request. True: it is not sent and fails.
+    std::function<bool()> interrupt;
+
   private:
+    bool connect();
+    void lose();
+    void note(Outcome outcome, std::time_t sent);
+
     int descriptor_ = 0;
-    unsigned long timeouts_ = 0;
+    int oflag_ = 0;
+    bool wanted_ = false;  // opened, be it in vain, and not closed since
+    Outcome outcome_ = Outcome::success;
+    std::time_t silentSince_ = 0;
+    unsigned long unanswered_ = 0;
     unsigned long acceptedChanges_ = 0;
+    unsigned long reopenings_ = 0;
 };
 
 // The channels of the windows; each statistics dialog has one more of its own. ioctlDesc is the main
-// window's, read-only: its queries and the trace switches. SetupIoctlDesc is the configuration dialog's,
-// read-write: what its pages ask and change.
+// window's, read-only: its queries and the trace switches; it is open when the driver was there the last time
+// that it was asked. SetupIoctlDesc is the configuration dialog's, read-write: what its pages ask and change.
 extern DriverChannel ioctlDesc;
 extern DriverChannel SetupIoctlDesc;
 
-// Keeps a channel that lives longer open for as long as this object lives. The channel stays closed when
-// opening fails.
+// Keeps a channel that lives longer open for as long as this object lives.
 class OpenedChannel {
   public:
     OpenedChannel(DriverChannel& channel, int oflag) : channel_(channel) { channel_.open(oflag); }
@@ -54,14 +95,14 @@ class OpenedChannel {
     DriverChannel& channel_;
 };
 
-// Tells whether a request on a channel has timed out since this object was made. Each timeout takes many
+// Tells whether a request on a channel has got no answer since this object was made. Each wait can take many
 // seconds, so that a caller with further requests stops then. The channel must outlive the object.
-class TimeoutWatch {
+class AnswerWatch {
   public:
-    explicit TimeoutWatch(const DriverChannel& channel) : channel_(channel), before_(channel.timeouts()) {}
+    explicit AnswerWatch(const DriverChannel& channel) : channel_(channel), before_(channel.unanswered()) {}
 
-    bool any() const { return channel_.timeouts() != before_; }
-    void restart() { before_ = channel_.timeouts(); }  // as if made now
+    bool missed() const { return channel_.unanswered() != before_; }
+    void restart() { before_ = channel_.unanswered(); }  // as if made now
 
   private:
     const DriverChannel& channel_;

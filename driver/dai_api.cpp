@@ -93,6 +93,7 @@ int dai_req(int descriptor, std::span<std::uint8_t> message) {
                              .ic_len = size,
                              .ic_dp = reinterpret_cast<char*>(message.data())};
     if (platform::device().streamsIoctl(descriptor, platform::I_STR, block) < 0) return fail(errno);
+    errno = 0;
     return get16(message, respAt) == 0 ? 0 : -1;
 }
 

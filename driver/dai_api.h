@@ -43,7 +43,8 @@ int dai_open(int context, int oflag, int& descriptorOut);
 
 // Sends the message, as many bytes as its header's Size says, and waits for the reply, which comes back in
 // the same bytes. Returns 0 when the driver reported success, else -1, and Resp in the message holds the
-// reason: the driver's own code, or dai_syserr of the system's error. A Size beyond the bytes given (206) and
+// reason: the driver's own code, or dai_syserr of the system's error, which is in errno; that is 0 after the
+// driver's own. A Size beyond the bytes given (206) and
 // a descriptor that is no channel (201) fail without a call. A message too short for a header fails
 // untouched.
 int dai_req(int descriptor, std::span<std::uint8_t> message);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -42,8 +43,7 @@ void InfoMsgHandler::setArea(std::size_t size) {
     fetched_ = {};
     areaSize_ = size;
     std::ranges::fill(area(), std::uint8_t{0});
-    // An assembled table can be larger than a message; it is never sent.
-    header().Size = static_cast<std::uint16_t>(std::min(size + headerLength(), largestMessage));
+    header().Size = static_cast<std::uint16_t>(size + headerLength());
     header().SzIO = static_cast<std::uint16_t>(headerLength());
 }
 
@@ -76,7 +76,10 @@ InfoMsgHandler::Bytes InfoMsgHandler::rows(const Query& query) {
     const Bytes bytes = send("", query);
     if (!bytes.data()) return {};
     header().NRow = std::min(header().NRow, wanted);
-    return fetched_ = bytes.first(std::size_t{header().NRow} * query.size);
+    const Bytes kept = bytes.first(std::size_t{header().NRow} * query.size);
+    table_.reserve(query.size);  // a table without rows is a table, too
+    table_.assign(kept.begin(), kept.end());
+    return fetched_ = table_;
 }
 
 // Each chunk is requested with RowM and NRow as the previous reply left them, since the driver advances them.
@@ -91,7 +94,7 @@ InfoMsgHandler::Bytes InfoMsgHandler::chunks(const Query& query, std::uint16_t w
     for (int remaining = wanted; remaining > 0; remaining -= query.chunkRows) {
         std::ranges::fill(area(), std::uint8_t{0});
         const Bytes chunk = send("Incr ", query);
-        if (timedOut())
+        if (!answered())
             return {};  // waiting for each of thousands of chunks would block the window for hours
         if (!chunk.data()) continue;
         const std::size_t delivered = std::min(std::size_t{header().NRow} * query.size, chunk.size());
@@ -100,10 +103,11 @@ InfoMsgHandler::Bytes InfoMsgHandler::chunks(const Query& query, std::uint16_t w
     }
     if (result() != 0) return {};
 
-    prepareMsg(assembly_.size());
-    std::ranges::copy(assembly_, area().begin());
-    header().NRow = static_cast<std::uint16_t>(assembly_.size() / query.size);
-    return fetched_ = area();
+    std::swap(table_, assembly_);
+    // As if it had come at once.
+    header().Size = static_cast<std::uint16_t>(std::min(table_.size() + headerLength(), largestMessage));
+    header().NRow = static_cast<std::uint16_t>(table_.size() / query.size);
+    return fetched_ = table_;
 }
 
 InfoMsgHandler::Bytes InfoMsgHandler::allRows(const Query& query) {

@@ -3,8 +3,10 @@
 // A query object is made once by the page that uses it, on a channel that is open, for one adapter (Link); it
 // keeps its buffer and its header between queries. Link, Unit, RowM and NRow stay as they are until an
 // overload or a reply sets them. Every Get... sends its request and waits; it gives a view (views.h) that is
-// false when the request failed and otherwise valid until the next request on the same object. Nothing is
-// shown to the user here; requests and failures are traced on the debug log.
+// false when the request failed and otherwise valid until the next request on the same object; a table stays
+// valid until the object has fetched another one, whatever fails meanwhile. A query of several requests ends
+// with the first that gets no answer. Nothing is shown to the user here;
+// requests and failures are traced on the debug log.
 //
 // Replies are not trusted: a reply is never read beyond what was asked for, bytes that the driver did not
 // write read as zero, and a table has at most as many rows as were asked for.
@@ -73,7 +75,8 @@ class InfoMsgHandler : public reqParam {
 
     std::size_t areaSize_ = 0;
     Bytes fetched_;
-    std::vector<std::uint8_t> assembly_;  // a table that came in chunks; the memory is kept for the next one
+    std::vector<std::uint8_t> table_;     // the last table
+    std::vector<std::uint8_t> assembly_;  // one that comes in chunks, until it is whole; the memory is kept
 };
 
 // The operations of a service's connection table.

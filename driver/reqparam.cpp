@@ -26,9 +26,8 @@ int reqParam::daiRequest() {
     header_.Resp = respUnanswered;
     header_.pack(message.first<req_param_t::wireSize>());
     tvlog << header_ << std::endl;
-    const TimeoutWatch timeouts(channel_);
     result_ = channel_.request(message);
-    timedOut_ = timeouts.any();
+    outcome_ = channel_.outcome();
 
     const req_param_t reply = req_param_t::unpack(message.first<req_param_t::wireSize>());
     tvlog << reply << std::endl;

@@ -33,8 +33,9 @@ class reqParam {
 
     req_param_t& header() { return header_; }
     const req_param_t& header() const { return header_; }
-    int result() const { return result_; }       // of the last daiRequest
-    bool timedOut() const { return timedOut_; }  // no answer came in time
+    int result() const { return result_; }  // of the last daiRequest
+    Outcome outcome() const { return outcome_; }
+    bool answered() const { return isAnswer(outcome_); }
     std::size_t capacity() const { return capacity_; }
 
     // The buffer behind the header: the data of the request, and after it the data of the reply.
@@ -49,7 +50,7 @@ class reqParam {
     std::size_t capacity_ = 0;
     DriverChannel& channel_;
     int result_ = 0;
-    bool timedOut_ = false;
+    Outcome outcome_ = Outcome::success;
     std::size_t headerLength_ = req_param_t::wireSize;
     req_param_t header_;
 };

@@ -124,8 +124,8 @@ lecsRequest::lecsRequest(DriverChannel& channel, std::uint8_t link)
     : Enabler(channel, link, RequestId::lecsLoad, RequestId::lecsStop) {}
 
 int lecsRequest::enable(const lecs_req& settings) {
-    // A failed stop is harmless (the server may not be running); a timeout is not.
-    if (disable() != 0 && timedOut()) return -1;
+    // A refused stop is harmless (the server may not be running); one without an answer is not.
+    if (disable() != 0 && !answered()) return -1;
     if (send(RequestId::lecsLoad, settings.bytes) != 0) return -1;
     return go();
 }

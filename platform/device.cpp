@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <map>
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -47,6 +48,11 @@ class SystemDevice : public Device {
         const int result = channel->second.close();
         channels_.erase(channel);
         return result;
+    }
+
+    bool hungUp(int descriptor) override {
+        pollfd state{descriptor, POLLRDHUP, 0};
+        return ::poll(&state, 1, 0) > 0 && (state.revents & (POLLHUP | POLLRDHUP | POLLERR | POLLNVAL));
     }
 
   private:

@@ -1,4 +1,4 @@
-// The three calls that the tool makes on the driver access device.
+// The calls that the tool makes on the driver access device.
 //
 // On a System V host the calls go to the kernel. Elsewhere a Unix-domain socket may stand at the device's
 // path, and each call is carried over it as one exchange (see socketdevice.h). The layer above cannot tell
@@ -35,6 +35,9 @@ class Device {
     virtual int streamsIoctl(int descriptor, int request, strioctl& block) = 0;
 
     virtual int close(int descriptor) = 0;
+
+    // Whether the driver has hung up on an open descriptor, so far as that can be told without a request.
+    virtual bool hungUp(int /*descriptor*/) { return false; }
 };
 
 Device& device();

@@ -142,7 +142,11 @@ long SocketChannel::receive(void* packet, std::size_t room, Clock::time_point de
         if (length < static_cast<long>(sizeof id_)) return failWith(EPROTO);
         std::int32_t id = 0;
         std::memcpy(&id, packet, sizeof id);
-        if (id != id_) continue;
+        if (id != id_) {
+            // Late ones that come without a pause never let waitFor() see the deadline.
+            if (Clock::now() >= deadline) return failWith(ETIME);
+            continue;
+        }
         return static_cast<std::size_t>(length) > room ? failWith(EPROTO) : length;
     }
 }

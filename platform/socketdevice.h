@@ -4,8 +4,8 @@
 //     open    -> op 1, id, oflag                         <- id, error
 //     ioctl   -> op 2, id, cmd, timeout, len, message    <- id, error, rval, len, message
 //
-// `id` counts up per connection; an answer with another id is late and dropped. `error` is 0 or an errno
-// value.
+// `id` counts up per connection; an answer with another id is late and dropped, and does not prolong the
+// wait. `error` is 0 or an errno value.
 #pragma once
 
 #include "platform/device.h"

@@ -1,6 +1,7 @@
 // A page of live values, which a timer refreshes while the page is on top.
 #pragma once
 
+#include "toolkit/window/afterpainting.h"
 #include "toolkit/window/timer.h"
 
 #include <functional>
@@ -20,12 +21,14 @@ class TimerPage {
     virtual void ClearStats() {}
 
   protected:
-    // Calls `update` every timerTime milliseconds (its present value) until disableTimer().
-    void refreshWith(std::function<void()> update);
+    // Calls `update` every timerTime milliseconds (its present value) until disableTimer(), for the first
+    // time after that time or, with `soon`, when the window has been painted.
+    void refreshWith(std::function<void()> update, bool soon);
 
     zApplication& application() const { return application_; }
 
   private:
     zApplication& application_;
+    std::unique_ptr<zAfterPainting> soon_;
     std::unique_ptr<zTimer> timer_;
 };

@@ -117,7 +117,8 @@ TEST(Tables, OnlyTheLastChunksFailureOrSilenceIsTheTables) {
         int failing, error;  // call 1 is the row count
         std::size_t requests;
         int rows;
-    } cases[] = {{2, EIO, 5, 39}, {3, EIO, 5, 39}, {4, EIO, 5, 39}, {5, EIO, 5, 0}, {3, ETIME, 3, 0}};
+    } cases[] = {{2, EIO, 5, 39}, {3, EIO, 5, 39},  {4, EIO, 5, 39},
+                 {5, EIO, 5, 0},  {3, ETIME, 3, 0}, {3, ENXIO, 3, 0}};
     for (const auto& c : cases) {
         ScriptedDriver driver;
         lecInfo info(driver.channel(), 0);
@@ -128,6 +129,38 @@ TEST(Tables, OnlyTheLastChunksFailureOrSilenceIsTheTables) {
         EXPECT_EQ(wholeRows(table), c.rows);
         EXPECT_EQ(driver.requests().size(), c.requests)
             << "after a silence each further wait would be as long";
+    }
+}
+
+// What is on the screen reads the rows of the last table while the next one is asked for.
+TEST(Tables, ATableStaysUntilAnotherOneIsWhole) {
+    for (const int rows : {5, 50}) {  // in one request, and in four
+        for (const int failing : {1, 2, 3}) {
+            ScriptedDriver driver;
+            lecInfo info(driver.channel(), 0);
+            driver.otherwise(tableOf(rows, 72));
+            const auto table = info.GetEntireTable();
+            driver.otherwise(tableOf(rows, 72));
+            driver.failCall(failing, ETIME);
+            EXPECT_EQ(static_cast<bool>(info.GetEntireTable()), rows == 5 && failing == 3);
+            EXPECT_EQ(wholeRows(table), rows);
+        }
+    }
+}
+
+TEST(Tables, AnInterruptionEndsAQueryBetweenItsRequests) {
+    for (const std::size_t allowed : {1U, 2U, 4U}) {
+        ScriptedDriver driver;
+        driver.otherwise(tableOf(50, 72));
+        lecInfo info(driver.channel(), 0);
+        driver.channel().interrupt = [&] { return driver.requests().size() >= allowed; };
+        EXPECT_FALSE(info.GetEntireTable());
+        EXPECT_EQ(driver.requests().size(), allowed);
+        EXPECT_EQ(info.outcome(), Outcome::withheld);
+        EXPECT_EQ(driver.channel().unanswered(), 0U) << "the driver was not asked";
+        driver.channel().interrupt = [] { return false; };
+        EXPECT_EQ(wholeRows(info.GetEntireTable()), 50);
+        driver.channel().interrupt = {};
     }
 }
 

@@ -4,8 +4,10 @@
 
 #include "app/routine.h"
 #include "driver/channel.h"
+#include "tests/support/scripteddriver.h"
 #include "toolkit/controls/edit.h"
 
+#include <Xm/Xm.h>
 #include <chrono>
 
 class MainWindowTest : public ProgramTest {
@@ -118,7 +120,127 @@ TEST_F(MainWindowTest, ADriverThatIsSilentIsGivenUpAfterTheStreamsTime) {
     const auto waited = std::chrono::steady_clock::now() - start_;
     EXPECT_GE(waited, std::chrono::seconds(15));
     EXPECT_LT(waited, std::chrono::seconds(29));
-    EXPECT_EQ(lines().size(), 1U) << "the channel is usable again";
+    EXPECT_EQ(loggedRequests().size(), 2U) << "the opening, and one request: each would be waited for";
+    EXPECT_EQ(lines().size(), 0U);
+    user->key("F5");
+    EXPECT_EQ(lines().size(), 1U);
+}
+
+TEST_F(MainWindowTest, IsOnTheScreenAndPaintedBeforeTheDriverIsAsked) {
+    for (const bool opens : {true, false}) {
+        ScriptedDriver driver;
+        int brightness = -1;
+        const auto asked = [&] {
+            if (window && brightness < 0) brightness = user->darkest(user->widget(closeBTN));
+        };
+        driver.onOpen = [&] {
+            asked();
+            return opens;
+        };
+        driver.otherwise([&](auto, Answer& answer) {
+            EXPECT_EQ(window->cursor(), zWatchCursor);
+            answer.error(ETIME);
+        });
+        openWindow();
+        EXPECT_GE(brightness, 0);
+        EXPECT_LT(brightness, 60) << "its text";
+        EXPECT_EQ(driver.opened().size(), 1U);
+        EXPECT_EQ(driver.requests().size(), opens ? 1U : 0U);
+        EXPECT_EQ(window->cursor(), zArrowCursor);
+        window.reset();
+    }
+}
+
+TEST_F(MainWindowTest, NothingIsDoneOnAListThatTheDriverHasNotBeenAskedFor) {
+    simulator.emplace(std::vector<std::string>{"--frozen", "--adapters", "3"});
+    for (const int button : {setupBTN, statsBTN}) {
+        window.emplace(application, mainLayout);
+        const std::string title = button == setupBTN ? "Setup ATM Adapter 3" : "Statistics ATM Adapter 3";
+        bool came = false;
+        inDialog(title, [&] {
+            came = true;
+            user->key("Escape");
+        });
+        user->pressButton(user->widget(button));  // comes right after the first exposure
+        EXPECT_TRUE(user->until([&] { return came; })) << title;
+        EXPECT_EQ(currentAdapter, 2);
+        window.reset();
+    }
+}
+
+TEST_F(MainWindowTest, F5AsksForTheAdaptersAgain) {
+    const auto versionIsGrey = [&] { return !XtIsSensitive(user->widget(driverVersionED)); };
+    const struct {
+        std::string adapters;  // empty: no driver
+        std::vector<std::string> lines;
+        int select, adapter;  // of the list afterwards
+    } cases[] = {
+        {"1,3", {"ATM Adapter 1  -  00:a0:3e:00:00:01", "ATM Adapter 3  -  00:a0:3e:00:00:21"}, 0, 0},
+        {"2,3", {"ATM Adapter 2  -  00:a0:3e:00:00:11", "ATM Adapter 3  -  00:a0:3e:00:00:21"}, 1, 2},
+        {"", {}, -1, 0},
+        {"2-4",
+         {"ATM Adapter 2  -  00:a0:3e:00:00:11", "ATM Adapter 3  -  00:a0:3e:00:00:21",
+          "ATM Adapter 4  -  00:a0:3e:00:00:31"},
+         1,
+         2},
+        {"4", {"ATM Adapter 4  -  00:a0:3e:00:00:31"}, 0, 3},
+    };
+    openWindow();
+    EXPECT_TRUE(versionIsGrey());
+    std::vector<int> focus{interfaceLB, driverVersionED, closeBTN, globalBTN, interfaceLB};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.adapters);
+        const bool there = !c.adapters.empty();
+        if (there) simulator.emplace(std::vector<std::string>{"--frozen", "--adapters", c.adapters});
+        XmProcessTraversal(user->widget(focus.back()), XmTRAVERSE_CURRENT);
+        focus.pop_back();
+        const std::string before = window->control<zEdit>(driverVersionED).text();
+        user->key("F5");
+        EXPECT_EQ(lines(), c.lines);
+        EXPECT_EQ(list().selected(), c.select);
+        EXPECT_EQ(currentAdapter, c.adapter);
+        EXPECT_EQ(dlgTitle, list().line(c.select));
+        EXPECT_EQ(versionIsGrey(), !there);
+        EXPECT_EQ(window->control<zEdit>(driverVersionED).text(),
+                  there ? simulator->ctl("get driver revision") : before);
+        if (c.adapters == "1,3") user->clickAt(list().widget(), 20, 30);  // adapter 3
+        simulator.reset();
+    }
+    EXPECT_STREQ(atmDevices.lec[3][3].mac.GetFMacAddress(), "00:a0:3e:00:00:34");
+    EXPECT_STREQ(atmDevices.ip1577[3].mac.GetFMacAddress(), "00:a0:3e:00:00:35");
+}
+
+TEST_F(MainWindowTest, F5PressedWhileTheDriverIsAskedIsDropped) {
+    ScriptedDriver driver;
+    driver.otherwise([&](auto, Answer& answer) {
+        if (window) user->pressKey("F5");
+        answer.error(ETIME);
+    });
+    openWindow();
+    const std::size_t atStart = driver.requests().size();
+    user->key("F5");
+    EXPECT_EQ(driver.requests().size(), atStart + 1);
+    user->key("F5", "Shift_L");
+    EXPECT_EQ(driver.requests().size(), atStart + 1);
+    window.reset();
+}
+
+TEST_F(MainWindowTest, ADriverThatHasComeIsFoundBySetup) {
+    openWindow();
+    simulator.emplace(std::vector<std::string>{"--frozen", "--adapters", "2"});
+    bool came = false;
+    const auto boxes = boxesOf([&] {
+        configure([&] {
+            came = user->shellLike("Setup ATM Adapter 2") != nullptr;
+            user->key("Escape");
+        });
+    });
+    EXPECT_TRUE(came);
+    EXPECT_EQ(boxes, std::vector<std::string>{});
+    simulator.reset();
+    EXPECT_EQ(boxesOf([&] { configure([&] { user->key("Escape"); }); }),
+              std::vector<std::string>{"Driver Error"});
+    EXPECT_TRUE(lines().empty());
 }
 
 TEST_F(MainWindowTest, OptionsAreFoundAnywhereInTheCommandLineInEitherCase) {

@@ -202,7 +202,9 @@ TEST_F(StatisticsTest, ASilentDriverCostsOneWaitAndTicksDoNotPileUp) {
     openDialog();
     EXPECT_GT(seconds(), 14);
     EXPECT_LT(seconds(), 29) << "only one page has waited";
-    expectLooks("saalLamp=lit; saal=Data transfer ready");
+    EXPECT_EQ(look("saal"), "Data transfer ready");
+    EXPECT_EQ(look("saalLamp"), "greyed");
+    EXPECT_NE(silence(), "");
     ctl("set sig 1 saal 3; fault clear; fault sig.link nth 1 silent");  // and the first tick waits
     ASSERT_TRUE(user->until([this] { return look("saal") == "Outgoing disconnection pending"; }, 40));
     timerTime = 60000;

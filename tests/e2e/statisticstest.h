@@ -100,6 +100,16 @@ class StatisticsTest : public ProgramTest {
         EXPECT_EQ(actual(), looks);
     }
 
+    // The line at the lower edge.
+    std::string silence() { return XUser::labelOf(named("noAnswer")); }
+    bool greyed(const std::string& name) { return !XtIsSensitive(onPage(name)); }
+    // Of a table: nothing but its labels is as dark as a text.
+    bool greyedTable(const std::string& name) {
+        user->settle();
+        const Widget cells = XtNameToWidget(onPage(name), "*cells");
+        return user->darkest(cells, table(name).columnWidth(0), table(name).textHeight() + 8) > 70;
+    }
+
     // Right after Clear.
     void expectZero(const std::string& looks) {
         for (const std::string& part : split(looks))

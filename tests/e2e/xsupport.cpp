@@ -7,6 +7,7 @@
 #include <X11/extensions/XTest.h>
 #include <Xm/TextF.h>
 #include <Xm/Xm.h>
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -112,13 +113,43 @@ void XUser::pointAt(Widget target) {
 }
 
 void XUser::key(const char* name, const char* held) {
+    pressKey(name, held);
+    settle();
+}
+
+void XUser::pressButton(Widget target, int x, int y) {
+    Position rootX = 0, rootY = 0;
+    XtTranslateCoords(target, static_cast<Position>(x), static_cast<Position>(y), &rootX, &rootY);
+    XTestFakeMotionEvent(display_, -1, rootX, rootY, 0);
+    XTestFakeButtonEvent(display_, 1, True, 0);
+    XTestFakeButtonEvent(display_, 1, False, 0);
+    XSync(display_, False);
+}
+
+int XUser::darkest(Widget target, int left, int top) const {
+    XWindowAttributes place{};
+    XGetWindowAttributes(display_, XtWindow(target), &place);
+    int found = 255;
+    XImage* image =
+        XGetImage(display_, XtWindow(target), left, top, static_cast<unsigned>(place.width - left),
+                  static_cast<unsigned>(place.height - top), AllPlanes, ZPixmap);
+    if (!image) return found;
+    for (int y = 0; y < image->height; ++y)
+        for (int x = 0; x < image->width; ++x) {
+            const unsigned long p = XGetPixel(image, x, y);
+            found = std::min(found, static_cast<int>(((p >> 16 & 255) + (p >> 8 & 255) + (p & 255)) / 3));
+        }
+    XDestroyImage(image);
+    return found;
+}
+
+void XUser::pressKey(const char* name, const char* held) {
     const auto code = [this](const char* key) { return XKeysymToKeycode(display_, XStringToKeysym(key)); };
     if (held) XTestFakeKeyEvent(display_, code(held), True, 0);
     XTestFakeKeyEvent(display_, code(name), True, 0);
     XTestFakeKeyEvent(display_, code(name), False, 0);
     if (held) XTestFakeKeyEvent(display_, code(held), False, 0);
     XSync(display_, False);
-    settle();
 }
 
 void XUser::type(std::string_view text) {

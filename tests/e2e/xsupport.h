@@ -45,6 +45,9 @@ class XUser {
     void pointAt(Widget target);
     // A key, named as in keysymdef.h ("Return", "Tab", "a"), with "Control_L" or another one held.
     void key(const char* name, const char* held = nullptr);
+    // Key and click without settling: the events are left in the queue.
+    void pressKey(const char* name, const char* held = nullptr);
+    void pressButton(Widget target, int x = 5, int y = 5);
     void type(std::string_view text);  // lower case letters, digits, '-' and '.'
     void focus(Widget shell);          // there is no window manager to do it
     void askToClose(Widget shell);     // as a window manager does; does not settle
@@ -63,6 +66,9 @@ class XUser {
     static std::string labelOf(Widget control, const char* resource = "labelString");
     static std::string textOf(Widget field);
     static zTable& tableIn(Widget frame);
+    // The brightness, from 0 to 255, of the darkest pixel of a window, without so much of its left and its
+    // top.
+    int darkest(Widget target, int left = 0, int top = 0) const;
     static std::vector<std::string> cutTexts(zTable& table);  // that have no room in their cells
     std::string tooltipOf(Widget control);  // after the pointer has come to rest on it; empty: it has none
 

@@ -38,7 +38,11 @@ Step answer(std::initializer_list<std::int32_t> words, std::string_view text = {
 
 class Peer {
   public:
-    Peer(const TempRoot& root, std::vector<Step> steps, std::int32_t openError = 0) {
+    using Clock = std::chrono::steady_clock;
+
+    // After the steps it sends late answers without a pause up to `flood`.
+    Peer(const TempRoot& root, std::vector<Step> steps, std::int32_t openError = 0,
+         Clock::time_point flood = {}) {
         sockaddr_un address{};
         address.sun_family = AF_UNIX;
         std::strncpy(address.sun_path, root.at("/dev/li").c_str(), sizeof address.sun_path - 1);
@@ -46,7 +50,7 @@ class Peer {
         if (::bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address) ||
             ::listen(listener_, 1))
             ADD_FAILURE() << std::strerror(errno);
-        thread_ = std::thread([this, steps = std::move(steps), openError] {
+        thread_ = std::thread([this, steps = std::move(steps), openError, flood] {
             const int connection = ::accept(listener_, nullptr, nullptr);
             requests.push_back(receive(connection));
             send(connection, packet({idOf(requests[0]), openError}));
@@ -59,6 +63,9 @@ class Peer {
                          reply.later ? packet({idOf(requests.back()) + *reply.later}, rest) : rest);
                 }
             }
+            std::vector<std::thread> senders;  // so many that the tool always finds an answer
+            for (int i = 0; i < 16; ++i) senders.emplace_back([=] { sendLateOnes(connection, flood); });
+            for (std::thread& sender : senders) sender.join();
             ::close(connection);
         });
     }
@@ -80,8 +87,13 @@ class Peer {
         request.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
         return request;
     }
-    static void send(int connection, const ByteVector& reply) {
-        ::send(connection, reply.data(), reply.size(), MSG_NOSIGNAL);
+    static void sendLateOnes(int connection, Clock::time_point until) {
+        const ByteVector late = packet({0, 0, 0, 0});
+        while (Clock::now() < until && send(connection, late)) {
+        }
+    }
+    static bool send(int connection, const ByteVector& reply) {
+        return ::send(connection, reply.data(), reply.size(), MSG_NOSIGNAL) >= 0;
     }
 
     int listener_ = -1;
@@ -156,11 +168,27 @@ TEST(SocketDevice, NoAnswerInTimeLeavesTheConnectionUsable) {
     platform::device().close(descriptor);
 }
 
+TEST(SocketDevice, AFloodOfLateAnswersEndsAtTheDeadline) {
+    const TempRoot root;
+    const auto begin = std::chrono::steady_clock::now();
+    Peer peer(root, {{}}, 0, begin + std::chrono::seconds(4));
+    const int descriptor = platform::device().open("/dev/li", 0);
+    EXPECT_EQ(call(descriptor, 1), failure(ETIME));
+    const auto waited = std::chrono::steady_clock::now() - begin;
+    EXPECT_GE(waited, std::chrono::milliseconds(990));
+    EXPECT_LT(waited, std::chrono::milliseconds(2500));
+    platform::device().close(descriptor);
+}
+
 TEST(SocketDevice, APeerThatHungUpIsGoneForGood) {
     const TempRoot root;
     Peer peer(root, {Step()});  // takes the request and closes
     const int descriptor = platform::device().open("/dev/li", 0);
-    for (int i = 0; i < 3; ++i) EXPECT_EQ(call(descriptor), failure(ENXIO));
+    EXPECT_FALSE(platform::device().hungUp(descriptor));
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(call(descriptor), failure(ENXIO));
+        EXPECT_TRUE(platform::device().hungUp(descriptor));
+    }
     EXPECT_EQ(platform::device().close(descriptor), 0);
 }
 
@@ -209,6 +237,7 @@ TEST(SystemDevice, ACharacterDeviceIsUsedAsItIsButNeverAsDescriptorZero) {
     ::close(0);
     const int descriptor = platform::device().open("/dev/null", 0);
     EXPECT_GT(descriptor, 0);
+    EXPECT_FALSE(platform::device().hungUp(descriptor));
     EXPECT_EQ(call(descriptor), failure(ENOTTY));
     EXPECT_EQ(platform::device().close(descriptor), 0);
     if (input >= 0) {

@@ -61,6 +61,7 @@ int ScriptedDriver::open(std::string_view path, int oflag) {
     opened_.push_back(fmt::format("{} {}", path, oflag));
     if (const auto failure = failures_.find(++calls_); failure != failures_.end())
         return failWith(failure->second);
+    if (onOpen && !onOpen()) return failWith(ENOENT);
     return ++lastDescriptor_;
 }
 

@@ -67,12 +67,19 @@ class ScriptedDriver : public platform::Device {
     // says.
     void failCall(int k, int error) { failures_[calls_ + k] = error; }
 
+    // Asked before each opening; false: it fails with ENOENT.
+    std::function<bool()> onOpen;
+
+    // Channels that are open now have lost their driver.
+    void hangUp() { lost_ = lastDescriptor_; }
+
     // A channel to this driver; the first call opens it.
     DriverChannel& channel();
 
     int open(std::string_view path, int oflag) override;
     int streamsIoctl(int descriptor, int request, platform::strioctl& block) override;
     int close(int descriptor) override;
+    bool hungUp(int descriptor) override { return descriptor <= lost_; }
 
     // What came in.
     const std::vector<ByteVector>& requests() const { return requests_; }
@@ -91,6 +98,7 @@ class ScriptedDriver : public platform::Device {
     std::map<int, int> failures_;
     int calls_ = 0;
     int lastDescriptor_ = 6;
+    int lost_ = 0;
     DriverChannel channel_;
     std::vector<ByteVector> requests_;
     std::vector<std::string> opened_;

@@ -52,6 +52,10 @@ void zBoard::enable(std::span<const zEnableRow> rows, unsigned conditions) {
         control<zControl>(row.id).enable((row.needs & conditions) == row.needs);
 }
 
+void zBoard::grey(bool on) {
+    for (const auto& control : controls_) control->grey(on);
+}
+
 void zBoard::realized() const {
     for (const auto& control : controls_) control->realized();
     tooltips_->realized();

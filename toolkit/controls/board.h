@@ -60,6 +60,7 @@ class zBoard {
     void store();
 
     void enable(std::span<const zEnableRow> rows, unsigned conditions);
+    void grey(bool on);  // every control that can be greyed
 
     // Call it once, when the controls are realized.
     void realized() const;

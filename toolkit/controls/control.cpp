@@ -28,7 +28,13 @@ zControl::zControl(const zControlRow& row) : id_(row.id) {}
 zControl::~zControl() = default;
 
 void zControl::enable(bool on) {
-    XtSetSensitive(outermost(), on);
+    enabled_ = on;
+    XtSetSensitive(outermost(), enabled_ && !greyed_);
+}
+
+void zControl::greySensitive(bool on) {
+    greyed_ = on;
+    XtSetSensitive(outermost(), enabled_ && !greyed_);
 }
 
 void zControl::listen(Widget widget, const char* callback, Handler handler) {

@@ -31,6 +31,10 @@ class zControl {
 
     virtual void enable(bool on);
 
+    // Greys what the control shows of the outside world, which may be out of date. Only controls that are
+    // read and not written, such as read-only fields, lamps and tables, have a look for it.
+    virtual void grey(bool /*on*/) {}
+
     virtual void bind(zVariable) {}
     virtual void load() {}
     virtual void store() {}
@@ -40,6 +44,9 @@ class zControl {
 
   protected:
     explicit zControl(const zControlRow& row);
+
+    // For grey(): insensitive while greyed or not enabled.
+    void greySensitive(bool on);
 
     // To be called first in the constructor of a control.
     void attach(Widget widget) { widget_ = widget; }
@@ -54,5 +61,6 @@ class zControl {
 
     int id_;
     Widget widget_ = nullptr;
+    bool enabled_ = true, greyed_ = false;
     std::vector<std::unique_ptr<Listener>> listeners_;
 };

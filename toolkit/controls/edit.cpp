@@ -23,10 +23,10 @@ Pixel readOnlyBackground(Widget board, const std::string& name) {
 
 }  // namespace
 
-zEdit::zEdit(Widget board, const zRect& place, const zControlRow& row) : zControl(row) {
+zEdit::zEdit(Widget board, const zRect& place, const zControlRow& row)
+    : zControl(row), readOnly_(row.style & zReadOnly) {
     zResources resources(place);
-    const bool readOnly = row.style & zReadOnly;
-    if (readOnly) {
+    if (readOnly_) {
         resources.set(XmNeditable, False).set(XmNcursorPositionVisible, False);
         resources.set(XmNbackground, static_cast<XtArgVal>(readOnlyBackground(board, zWidgetName(row))));
     }

@@ -19,6 +19,10 @@ class zEdit : public zControl {
     // runs of digits are stored as 0.
     void store() override;
 
+    void grey(bool on) override {
+        if (readOnly_) greySensitive(on);
+    }
+
     // The text as shown. setText() replaces characters other than printable ASCII by '?', does not apply the
     // picture, and does nothing if the text is shown already.
     void setText(const std::string& text);
@@ -33,6 +37,7 @@ class zEdit : public zControl {
     void verify(void* callData);
     void complete();
 
+    bool readOnly_;
     std::optional<zPicture> picture_;
     std::string* variable_ = nullptr;
     std::string shown_;

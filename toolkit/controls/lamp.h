@@ -13,4 +13,5 @@ class zLamp : public zControl {
     // Lit lamps look pressed. Sends no request if the state is the same.
     void check(bool on);
     bool checked() const;
+    void grey(bool on) override { greySensitive(on); }
 };

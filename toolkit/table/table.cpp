@@ -192,6 +192,12 @@ void zTable::enable(bool on) {
     changedAll();
 }
 
+void zTable::grey(bool on) {
+    if (on == greyed_) return;
+    greyed_ = on;
+    changedAll();
+}
+
 void zTable::realized() {
     realized_ = true;
     arrange();
@@ -388,7 +394,8 @@ void zTable::paintCell(zTableLoc l) {
     const bool label = l.row == 0 || l.column == 0;
     const bool marked = !label && l.row == active_.row;
     paint_->cell(grid_.cell(l), grid_.visible(l), textOf(l),
-                 {label, marked, marked && focused_ && l.column == active_.column, !XtIsSensitive(widget())});
+                 {label, marked, marked && focused_ && l.column == active_.column,
+                  (greyed_ && !label) || !XtIsSensitive(widget())});
 }
 
 std::string zTable::textOf(zTableLoc l) const {

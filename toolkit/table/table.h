@@ -24,6 +24,7 @@ class zTable : public zControl {
 
     Widget outermost() const override { return container_; }
     void enable(bool on) override;
+    void grey(bool on) override;  // the texts; the table can be scrolled and copied as before
     void realized() override;
 
     // See zTableModel. New columns are wide enough for ten digits.
@@ -82,6 +83,7 @@ class zTable : public zControl {
     zTableGrid grid_;
     zTableLoc active_;
     zTableLoc awaited_;  // the active cell before the table lost all its rows
+    bool greyed_ = false;
     bool numbered_ = false;
     bool focused_ = false;
     bool realized_ = false;

@@ -1,6 +1,7 @@
 #include "toolkit/window/window.h"
 
 #include "toolkit/display/displaycache.h"
+#include "toolkit/library/children.h"
 #include "toolkit/window/modal.h"
 #include "toolkit/window/shell.h"
 
@@ -8,6 +9,16 @@
 #include <X11/Xatom.h>
 #include <X11/cursorfont.h>
 #include <Xm/Xm.h>
+
+namespace {
+
+// Calls `visit` for a widget and all below it.
+template <class Visit> void forEachWidget(Widget top, const Visit& visit) {
+    if (XtIsWidget(top)) visit(top);  // and no gadget, which has no window
+    for (const Widget child : zChildren(top)) forEachWidget(child, visit);
+}
+
+}  // namespace
 
 static_assert(zArrowCursor == XC_arrow && zWatchCursor == XC_watch);
 
@@ -35,6 +46,52 @@ void zWindow::setIcon(int picture) {
 void zWindow::setTitle(const std::string& title) {
     XtVaSetValues(shell_, XmNtitle, title.c_str(), XmNiconName, title.c_str(), nullptr);
 }
+
+// The keyboard's events come to the control with the focus alone: each one listens.
+struct zFormDialog::Key {
+    Widget top;
+    KeySym symbol;
+    std::function<void()> pressed;
+
+    Key(Widget shell, const char* name, std::function<void()> handler)
+        : top(shell), symbol(XStringToKeysym(name)), pressed(std::move(handler)) {
+        forEachWidget(top, [this](Widget w) { XtAddEventHandler(w, KeyPressMask, False, event, this); });
+    }
+    ~Key() {
+        forEachWidget(top, [this](Widget w) { XtRemoveEventHandler(w, KeyPressMask, False, event, this); });
+    }
+    Key(const Key&) = delete;
+    Key& operator=(const Key&) = delete;
+
+    bool is(XKeyEvent& press) const {
+        return XLookupKeysym(&press, 0) == symbol && !(press.state & (ShiftMask | ControlMask | Mod1Mask));
+    }
+
+    static void event(Widget widget, XtPointer self, XEvent* event, Boolean*) {
+        const auto* key = static_cast<Key*>(self);
+        if (event->type != KeyPress || !key->is(event->xkey)) return;
+        Display* display = XtDisplay(widget);
+        auto code = static_cast<KeyCode>(event->xkey.keycode);
+        const auto handler = key->pressed;  // which may destroy the window
+        handler();
+        XSync(display, False);
+        const auto same = [](Display*, XEvent* queued, XPointer wanted) -> Bool {
+            return queued->type == KeyPress && queued->xkey.keycode == *reinterpret_cast<KeyCode*>(wanted);
+        };
+        XEvent dropped;
+        while (XCheckIfEvent(display, &dropped, same, reinterpret_cast<XPointer>(&code))) {
+        }
+    }
+};
+
+struct zFormDialog::Painting {
+    // The first exposure; those of the controls follow it.
+    static void begins(Widget board, XtPointer self, XEvent*, Boolean*) {
+        auto* dialog = static_cast<zFormDialog*>(self);
+        XtRemoveEventHandler(board, ExposureMask, False, begins, self);
+        dialog->painting_ = std::make_unique<zAfterPainting>(dialog->application(), dialog->onPainted);
+    }
+};
 
 zFormDialog::zFormDialog(zApplication& application, const zLayout& layout)
     : zWindow(application), layout_(layout) {
@@ -65,6 +122,9 @@ void zFormDialog::build(const zLayout& layout) {
 }
 
 zFormDialog::~zFormDialog() {
+    painting_.reset();
+    keys_.clear();
+    XtRemoveEventHandler(board_->widget(), ExposureMask, False, Painting::begins, this);
     board_.reset();
     zDestroyShell(shell_);
 }
@@ -78,8 +138,13 @@ void zFormDialog::realize() {
     setIcon(layout_.icon);
 }
 
+void zFormDialog::onKey(const char* name, std::function<void()> pressed) {
+    keys_.push_back(std::make_unique<Key>(shell_, name, std::move(pressed)));
+}
+
 void zFormDialog::show() {
     realize();
+    if (onPainted) XtAddEventHandler(board_->widget(), ExposureMask, False, Painting::begins, this);
     zCentreShell(shell_);
     XtMapWidget(shell_);
 }

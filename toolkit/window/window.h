@@ -5,11 +5,13 @@
 #include "toolkit/controls/layout.h"
 #include "toolkit/display/picture.h"
 #include "toolkit/display/widget.h"
+#include "toolkit/window/afterpainting.h"
 #include "toolkit/window/application.h"
 
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 // Shapes of the X cursor font.
 constexpr int zArrowCursor = 2;
@@ -62,15 +64,28 @@ class zFormDialog : public zWindow {
     // The window manager asks to close the window. Not called while a modal dialog is open above it.
     std::function<void()> onClose;
 
+    // Called once, from the event loop, when show() has brought the window to the screen and it has been
+    // painted. To be set before.
+    std::function<void()> onPainted;
+
+    // Calls `pressed` for a key, named as in keysymdef.h ("F5"), without Shift, Control or Alt, whatever
+    // control of the board has the focus. Presses that come while it runs are dropped.
+    void onKey(const char* name, std::function<void()> pressed);
+
   protected:
     // Creates the windows. Call it when the board is complete, before the window is shown for the first time.
     void realize();
 
   private:
+    struct Key;
+    struct Painting;
+
     void build(const zLayout& layout);
 
     const zLayout& layout_;
     std::unique_ptr<zBoard> board_;
+    std::unique_ptr<zAfterPainting> painting_;
+    std::vector<std::unique_ptr<Key>> keys_;
     bool realized_ = false;
     bool done_ = false;
 };

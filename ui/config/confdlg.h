@@ -22,7 +22,7 @@
 
 class DConfigDlg : public zFormDialog {
   public:
-    // Opens the dialog's driver channel, SetupIoctlDesc; without a driver the pages work on the buffers only.
+    // Opens the dialog's driver channel, SetupIoctlDesc; without a driver the pages change the buffers alone.
     // The parent shows the watch cursor meanwhile. runModal() shows the dialog.
     explicit DConfigDlg(zWindow& parent);
 

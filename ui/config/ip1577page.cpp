@@ -22,9 +22,9 @@ constexpr zBindingRow<IP1577XferBuffer> fields[] = {
 
 }  // namespace
 
-DConfigDlgI1577PG::DConfigDlgI1577PG(zFormDialog& dialog) : dialog_(dialog) {
+DConfigDlgI1577PG::DConfigDlgI1577PG(zFormDialog& dialog)
+    : dialog_(dialog), request_(SetupIoctlDesc, static_cast<std::uint8_t>(currentAdapter)) {
     tvlog << "creating 1577 page" << std::endl;
-    if (SetupIoctlDesc) request_.emplace(SetupIoctlDesc, static_cast<std::uint8_t>(currentAdapter));
 }
 
 void DConfigDlgI1577PG::connect() {
@@ -49,10 +49,9 @@ PvcEditor<AtmRoutedPvc>::Page DConfigDlgI1577PG::pvcList() {
     };
     page.edit = [this] { return confirmed<DIpPvcDLG>(dialog_); };
     page.update = [this] { table_->Update(); };
-    if (request_)
-        page.request = [this](const AtmRoutedPvc& pvc, PvcChange change) {
-            return request_->changePvc(change, pvc);
-        };
+    page.request = [this](const AtmRoutedPvc& pvc, PvcChange change) {
+        return request_.changePvc(change, pvc);
+    };
     return page;
 }
 

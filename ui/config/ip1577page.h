@@ -32,7 +32,7 @@ class DConfigDlgI1577PG final : public ConfigPage {
     void clickedEnableServerCB();
 
     zFormDialog& dialog_;
-    std::optional<IpRequest> request_;  // empty without a driver
+    IpRequest request_;
 
     // Created with the controls.
     std::optional<I1577PGPvcTBL> table_;

@@ -35,10 +35,10 @@ LECXferBuffer& bufferOf(int lec) {
 
 }  // namespace
 
-DConfigDlgLECPG::DConfigDlgLECPG(zFormDialog& dialog) : dialog_(dialog) {
+DConfigDlgLECPG::DConfigDlgLECPG(zFormDialog& dialog)
+    : dialog_(dialog), request_(SetupIoctlDesc, static_cast<std::uint8_t>(currentAdapter)) {
     tvlog << "creating LEC Page" << std::endl;
     Setup(0);
-    if (SetupIoctlDesc) request_.emplace(SetupIoctlDesc, static_cast<std::uint8_t>(currentAdapter));
 }
 
 void DConfigDlgLECPG::connect() {
@@ -66,10 +66,9 @@ PvcEditor<AtmBridgedPvc>::Page DConfigDlgLECPG::pvcList() {
     };
     page.edit = [this] { return confirmed<DLecPvcDLG>(dialog_); };
     page.update = [this] { table_->Update(current()); };
-    if (request_)
-        page.request = [this](const AtmBridgedPvc& pvc, PvcChange change) {
-            return request_->changePvc(static_cast<std::uint8_t>(current()), change, pvc);
-        };
+    page.request = [this](const AtmBridgedPvc& pvc, PvcChange change) {
+        return request_.changePvc(static_cast<std::uint8_t>(current()), change, pvc);
+    };
     return page;
 }
 

@@ -37,9 +37,9 @@ class DConfigDlgLECPG final : public InstancePage {
     void selChangeElanMTUCBO();
 
     zFormDialog& dialog_;
-    std::optional<LecRequest> request_;  // empty without a driver
-    int choice_ = 0;                     // id of the chosen button, lecsRB or lesRB, as stored
-    int clicked_ = 0;                    // the same, as shown
+    LecRequest request_;
+    int choice_ = 0;   // id of the chosen button, lecsRB or lesRB, as stored
+    int clicked_ = 0;  // the same, as shown
 
     // Created with the controls.
     std::optional<AddressPair> address_;

@@ -33,13 +33,11 @@ std::string mappingLine(const esiSelector& client, bool permanent) {
 
 }  // namespace
 
-DConfigDlgLESPG::DConfigDlgLESPG(zFormDialog& dialog) : dialog_(dialog) {
+DConfigDlgLESPG::DConfigDlgLESPG(zFormDialog& dialog)
+    : dialog_(dialog), query_(SetupIoctlDesc, static_cast<std::uint8_t>(currentAdapter)),
+      request_(SetupIoctlDesc, static_cast<std::uint8_t>(currentAdapter)) {
     tvlog << "creating LES page" << std::endl;
     Setup(0);
-    if (!SetupIoctlDesc) return;
-    const auto link = static_cast<std::uint8_t>(currentAdapter);
-    query_.emplace(SetupIoctlDesc, link);
-    request_.emplace(SetupIoctlDesc, link);
 }
 
 void DConfigDlgLESPG::connect() {
@@ -73,8 +71,8 @@ void DConfigDlgLESPG::ToggleControls() {
 void DConfigDlgLESPG::UpdateClientLB(int i) {
     std::vector<std::string> lines;
     for (const esiSelector& client : bufferOf(i).clients) lines.push_back(mappingLine(client, true));
-    if (query_ && checked(enableCB))
-        for (const LecsRowView row : query_->GetEntireTable())
+    if (checked(enableCB))
+        for (const LecsRowView row : query_.GetEntireTable())
             if (row.kind() == LecsRowView::temporary && row.les() == i)
                 lines.push_back(mappingLine(row.client(), false));
     list().setLines(std::move(lines));
@@ -112,15 +110,14 @@ void DConfigDlgLESPG::clickedDeleteBTN() {
 
 void DConfigDlgLESPG::addClient(const esiSelector& client, short les, bool ask) {
     const auto unit = static_cast<std::uint8_t>(les);
-    const bool taken = request_ && ask &&
-                       request_->addClient(static_cast<std::uint8_t>(currentAdapter), unit,
-                                           lecs_req::mapping(client, unit)) == 0;
+    const bool taken = ask && request_.addClient(static_cast<std::uint8_t>(currentAdapter), unit,
+                                                 lecs_req::mapping(client, unit)) == 0;
     if (taken || agreesToStatic(dialog_, "Add", client.GetF2EsiSelector(), errorTitle))
         bufferOf(les).clients.push_back(client);
 }
 
 void DConfigDlgLESPG::delClient(const esiSelector& client, short les, bool ask) {
-    const bool taken = request_ && ask && request_->delClient(lecs_req::mapping(client, 0)) == 0;
+    const bool taken = ask && request_.delClient(lecs_req::mapping(client, 0)) == 0;
     if (les < 0) {
         // A temporary mapping is in the running server only: there is nothing else to change.
         if (taken)
@@ -145,13 +142,11 @@ void DConfigDlgLESPG::clickedMoveBTN() {
         tvlog << "getting perm entries: LES" << les << std::endl;
         for (const esiSelector& client : bufferOf(les).clients) clients.push_back({client, les, true});
     }
-    if (query_) {
-        const auto table = query_->GetEntireTable();
-        if (table) tvlog << "getting temp entries" << std::endl;
-        for (const LecsRowView row : table)
-            if (row.kind() == LecsRowView::temporary && row.les() != current())
-                clients.push_back({row.client(), row.les(), false});
-    }
+    const auto table = query_.GetEntireTable();
+    if (table) tvlog << "getting temp entries" << std::endl;
+    for (const LecsRowView row : table)
+        if (row.kind() == LecsRowView::temporary && row.les() != current())
+            clients.push_back({row.client(), row.les(), false});
     exchangeClients(clients);
     if (confirmed<DMvClientDLG>(dialog_)) insertClients(exchangedClients());
 }
@@ -159,10 +154,10 @@ void DConfigDlgLESPG::clickedMoveBTN() {
 // Moves clients of other servers here.
 void DConfigDlgLESPG::insertClients(const std::vector<ElanClient>& clients) {
     if (clients.empty()) return;
-    const TimeoutWatch timeouts(SetupIoctlDesc);
+    const AnswerWatch answers(SetupIoctlDesc);
     for (const ElanClient& client : clients) {
-        delClient(client.address, static_cast<short>(client.permanent ? client.les : -1), !timeouts.any());
-        addClient(client.address, static_cast<short>(current()), !timeouts.any());
+        delClient(client.address, static_cast<short>(client.permanent ? client.les : -1), !answers.missed());
+        addClient(client.address, static_cast<short>(current()), !answers.missed());
     }
     UpdateClientLB(current());
 }

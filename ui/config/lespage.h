@@ -11,7 +11,6 @@
 #include "ui/config/mvclientdlg.h"
 #include "ui/config/page.h"
 
-#include <optional>
 #include <vector>
 
 class DConfigDlgLESPG final : public InstancePage {
@@ -45,8 +44,8 @@ class DConfigDlgLESPG final : public InstancePage {
     zListBox& list() const { return control<zListBox>(clientLB); }
 
     zFormDialog& dialog_;
-    std::optional<lecsInfo> query_;  // empty without a driver
-    std::optional<lecsRequest> request_;
+    lecsInfo query_;
+    lecsRequest request_;
     int position_ = -1;  // the selected position of the list, as remembered
     int choice_ = 0;     // id of the chosen button, Ethernet or Token Ring
 };

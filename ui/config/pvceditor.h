@@ -17,7 +17,7 @@ template <class Pvc> class PvcEditor {
     // What a page provides.
     struct Page {
         std::function<std::vector<Pvc>&()> list;            // the list of the shown transfer buffer
-        std::function<int(const Pvc&, PvcChange)> request;  // sends a change; empty without a driver
+        std::function<int(const Pvc&, PvcChange)> request;  // sends a change
         std::function<bool()> edit;    // runs the sub-dialog on the exchange record; false: cancelled
         std::function<void()> update;  // called after each change of the list
     };
@@ -61,7 +61,7 @@ template <class Pvc> class PvcEditor {
 
     // True if the driver accepted the change or the user agrees to change the static configuration only.
     bool change(const Pvc& pvc, PvcChange change, const char* verb) {
-        const bool taken = page_.request && page_.request(pvc, change) == 0;
+        const bool taken = page_.request(pvc, change) == 0;
         return taken || agreesToStatic(window_, verb, "PVC", "PVC Error");
     }
 

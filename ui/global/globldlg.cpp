@@ -9,6 +9,8 @@
 #include "ui/global/globlids.h"
 #include "ui/subdialog.h"
 
+#include <fcntl.h>
+
 namespace {
 
 constexpr zControlRow rows[] = {
@@ -28,12 +30,11 @@ constexpr zLayout frame{.id = 578,
 
 }  // namespace
 
-DGlobalDlg::DGlobalDlg(zWindow& parent) : zFormDialog(parent, frame) {
+DGlobalDlg::DGlobalDlg(zWindow& parent) : zFormDialog(parent, frame), traces_(ioctlDesc) {
     auto& notebook = control<zNotebook>(globalPagesNB);
     applicationPage_ = std::make_unique<DGlobalDlgAppPG>(*this, notebook);
     connectionsPage_ = std::make_unique<DGlobalDlgConnectPG>(notebook);
     debuggingPage_ = std::make_unique<DGlobalDlgDebugPG>(notebook);
-    if (ioctlDesc) traces_.emplace(ioctlDesc);
     control<zBitmapButton>(globalOkBTN).onClick = [this] { onOk(); };
     control<zBitmapButton>(globalCancelBTN).onClick = [this] { onCancel(); };
     onClose = [this] { onCancel(); };
@@ -41,7 +42,7 @@ DGlobalDlg::DGlobalDlg(zWindow& parent) : zFormDialog(parent, frame) {
 
 int DGlobalDlg::onOk() {
     debuggingPage_->StoreDefaults();
-    if (debuggingPage_->changed() && traces_) switchTraces();
+    if (debuggingPage_->changed() && (ioctlDesc.alive() || ioctlDesc.open(O_RDONLY))) switchTraces();
     applicationPage_->StoreDefaults();
     endModal();
     return 1;
@@ -67,8 +68,8 @@ void DGlobalDlg::switchTraces() {
                   {TraceRequest::ilmi, IlmiDbgCB}};
     setCursor(zWatchCursor);
     for (const auto& trace : traces) {
-        traces_->switchTrace(trace.component, trace.on != 0);
-        if (traces_->timedOut()) break;  // each timeout takes many seconds
+        traces_.switchTrace(trace.component, trace.on != 0);
+        if (!traces_.answered()) break;  // each wait can take many seconds
     }
     setCursor(zArrowCursor);
 }

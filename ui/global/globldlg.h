@@ -6,14 +6,13 @@
 #include "ui/global/globlpages.h"
 
 #include <memory>
-#include <optional>
 
 class DGlobalDlg : public zFormDialog {
   public:
     // Shown by runModal().
     explicit DGlobalDlg(zWindow& parent);
 
-    // Stores all pages. Sends the trace switches if one of their boxes was clicked and there is a driver.
+    // Stores all pages. Sends the trace switches if one of their boxes was clicked and the driver is there.
     int onOk();
     int onCancel();
 
@@ -23,5 +22,5 @@ class DGlobalDlg : public zFormDialog {
     std::unique_ptr<DGlobalDlgAppPG> applicationPage_;
     std::unique_ptr<DGlobalDlgConnectPG> connectionsPage_;
     std::unique_ptr<DGlobalDlgDebugPG> debuggingPage_;
-    std::optional<TraceRequest> traces_;  // none without a driver
+    TraceRequest traces_;
 };

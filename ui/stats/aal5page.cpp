@@ -43,21 +43,27 @@ constexpr struct {
 
 }  // namespace
 
-DStatsDlgAAL5PG::DStatsDlgAAL5PG(StatsSource& source)
-    : StatsPage(source, aal5StatsLayout), query_(source.query<aalInfo>()), counters_(board(), counters) {
+DStatsDlgAAL5PG::DStatsDlgAAL5PG(const StatsSource& source)
+    : StatsPage(source, aal5StatsLayout), query_(source.channel, source.adapter),
+      counters_(board(), counters) {
     for (const auto& lamp : lamps) lamps_.emplace_back(board().control<zLamp>(lamp.name));
-    fillOnce(source);
 }
 
 void DStatsDlgAAL5PG::UpdateDisplay(int index, bool clear) {
-    query_->setUnit(static_cast<std::uint8_t>(index));
+    query_.setUnit(static_cast<std::uint8_t>(index));
     if (alarms_) {
-        if (const SuniStatsView reply = query_->GetSuniStats())
+        if (const SuniStatsView reply = query_.GetSuniStats())
             showAlarms(reply);
-        else if (timedOut())
+        else if (cut())
             return;
     }
-    if (const AalStatsView reply = query_->GetAalStats()) counters_.show(reply, clear);
+    if (const AalStatsView reply = query_.GetAalStats()) counters_.show(reply, clear);
+}
+
+void DStatsDlgAAL5PG::countAnew() {
+    counters_.countAnew();
+    alarms_ = true;  // the driver that has come may know others
+    linkKindShown_ = false;
 }
 
 void DStatsDlgAAL5PG::showAlarms(const SuniStatsView& reply) {
@@ -73,5 +79,5 @@ void DStatsDlgAAL5PG::showLinkKind(std::uint32_t kind) {
     for (const auto& known : linkKinds)
         if (known.kind == kind) caption = known.caption;
     board().control<zGroupBox>("sonet").setTitle(caption);
-    if (kind == link25) board().control<zStatic>("losLampLabel").setText("Link Up");
+    board().control<zStatic>("losLampLabel").setText(kind == link25 ? "Link Up" : "LOS:");
 }

@@ -9,17 +9,18 @@
 
 class DStatsDlgAAL5PG final : public StatsPage {
   public:
-    explicit DStatsDlgAAL5PG(StatsSource& source);
+    explicit DStatsDlgAAL5PG(const StatsSource& source);
 
-    // If a query gets no answer, the controls that show it stay as they are.
+    // If a query fails, the controls that show it stay as they are.
     void UpdateDisplay(int index, bool clear);
 
   private:
     void refresh(bool clear) override { UpdateDisplay(0, clear); }
+    void countAnew() override;
     void showAlarms(const SuniStatsView& reply);
     void showLinkKind(std::uint32_t kind);
 
-    std::optional<aalInfo> query_;
+    aalInfo query_;
     FieldMap<AalStatsView> counters_;
     std::vector<myBitmapButton> lamps_;
     bool alarms_ = true;  // false once the driver has reported that the link has no alarms

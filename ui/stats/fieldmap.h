@@ -32,6 +32,12 @@ template <class View> class FieldMap {
         for (Field& field : fields_) field.edit.write(textOf(field.value, reply, field.baseline, clear));
     }
 
+    // Counters start from what the driver counts, as if nothing had been cleared.
+    void countAnew() {
+        shown_.forget();
+        for (Field& field : fields_) field.baseline = 0;
+    }
+
     // Empties all fields.
     void blank() {
         shown_.forget();

@@ -32,29 +32,36 @@ constexpr StatsColumn<Row> columns[] = {
 IP1577PGConnectionTBL::IP1577PGConnectionTBL(zTable& table, const StatsSource& source)
     : KeyedTable(
           table, columns, [](const IpRowView& row) { return row.vci(); }, 10),
-      query_(source.query<ip1577Info>()) {}
+      query_(source.channel, source.adapter) {}
 
 bool IP1577PGConnectionTBL::UpdateDisplay(int index, bool clear) {
-    if (!query_) return false;
-    query_->setUnit(static_cast<std::uint8_t>(index));
-    return fill(query_->GetEntireTable(), clear);
+    query_.setUnit(static_cast<std::uint8_t>(index));
+    return fill(query_.GetEntireTable(), clear);
 }
 
-DStatsDlgIP1577PG::DStatsDlgIP1577PG(StatsSource& source)
-    : StatsPage(source, ip1577StatsLayout), query_(source.query<ip1577Info>()), fields_(board(), fields),
+DStatsDlgIP1577PG::DStatsDlgIP1577PG(const StatsSource& source)
+    : StatsPage(source, ip1577StatsLayout), query_(source.channel, source.adapter), fields_(board(), fields),
       lamp_(board().control<zLamp>("stateLamp")), table_(board().control<zTable>("connectionTable"), source) {
-    fillOnce(source);
 }
 
 void DStatsDlgIP1577PG::refresh(bool clear) {
-    if (!UpdateDisplay(0, clear) || !table_.UpdateDisplay(0, clear)) table_.empty();
+    const bool filled = UpdateDisplay(0, clear) && table_.UpdateDisplay(0, clear);
+    if (!filled && !cut()) table_.empty();
+}
+
+void DStatsDlgIP1577PG::countAnew() {
+    fields_.countAnew();
+    table_.countAnew();
 }
 
 bool DStatsDlgIP1577PG::UpdateDisplay(int index, bool clear) {
-    query_->setUnit(static_cast<std::uint8_t>(index));
-    const std::uint32_t state = query_->GetState().state();
+    query_.setUnit(static_cast<std::uint8_t>(index));
+    const IpStateView reply = query_.GetState();
+    if (cut()) return false;
+    const std::uint32_t state = reply.state();
     lamp_.show(serviceLook(state != ipAbsent, state == ipRunning));
-    const IpStatsView stats = state != ipAbsent ? query_->GetStats() : IpStatsView();
+    const IpStatsView stats = state != ipAbsent ? query_.GetStats() : IpStatsView();
+    if (cut()) return false;
     fields_.show(stats, clear);
     return static_cast<bool>(stats);
 }

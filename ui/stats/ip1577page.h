@@ -13,19 +13,20 @@ class IP1577PGConnectionTBL : public KeyedTable<IpRowView, std::int16_t> {
     bool UpdateDisplay(int index, bool clear);  // false without rows or without an answer
 
   private:
-    std::optional<ip1577Info> query_;
+    ip1577Info query_;
 };
 
 class DStatsDlgIP1577PG final : public StatsPage {
   public:
-    explicit DStatsDlgIP1577PG(StatsSource& source);
+    explicit DStatsDlgIP1577PG(const StatsSource& source);
 
     bool UpdateDisplay(int index, bool clear);  // false if the client is absent or does not answer
 
   private:
     void refresh(bool clear) override;
+    void countAnew() override;
 
-    std::optional<ip1577Info> query_;
+    ip1577Info query_;
     FieldMap<IpStatsView> fields_;
     myBitmapButton lamp_;
     IP1577PGConnectionTBL table_;

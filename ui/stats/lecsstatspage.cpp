@@ -22,17 +22,18 @@ constexpr StatsField<Stats> fields[] = {
 
 }  // namespace
 
-DStatsDlgLECSPG::DStatsDlgLECSPG(StatsSource& source)
-    : StatsPage(source, lecsStatsLayout), query_(source.query<lecsInfo>()), fields_(board(), fields),
-      lamp_(board().control<zLamp>("stateLamp")), registered_(board().control<zLamp>("regLamp")) {
-    fillOnce(source);
-}
+DStatsDlgLECSPG::DStatsDlgLECSPG(const StatsSource& source)
+    : StatsPage(source, lecsStatsLayout), query_(source.channel, source.adapter), fields_(board(), fields),
+      lamp_(board().control<zLamp>("stateLamp")), registered_(board().control<zLamp>("regLamp")) {}
 
 bool DStatsDlgLECSPG::UpdateDisplay(int index, bool clear) {
-    query_->setUnit(static_cast<std::uint8_t>(index));
-    const std::uint32_t state = query_->GetState().state();
+    query_.setUnit(static_cast<std::uint8_t>(index));
+    const LecsStateView reply = query_.GetState();
+    if (cut()) return false;
+    const std::uint32_t state = reply.state();
     lamp_.show(serviceLook(state != lecsAbsent, state == lecsRunning));
-    const LecsStatsView stats = state != lecsAbsent ? query_->GetStats() : LecsStatsView();
+    const LecsStatsView stats = state != lecsAbsent ? query_.GetStats() : LecsStatsView();
+    if (cut()) return false;
     registered_.show(!stats ? LampLook::greyed : stats.registered() ? LampLook::lit : LampLook::unlit);
     fields_.show(stats, clear);
     return static_cast<bool>(stats);

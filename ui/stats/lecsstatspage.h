@@ -7,14 +7,15 @@
 
 class DStatsDlgLECSPG final : public StatsPage {
   public:
-    explicit DStatsDlgLECSPG(StatsSource& source);
+    explicit DStatsDlgLECSPG(const StatsSource& source);
 
     bool UpdateDisplay(int index, bool clear);  // false if the server is absent or does not answer
 
   private:
     void refresh(bool clear) override { UpdateDisplay(0, clear); }
+    void countAnew() override { fields_.countAnew(); }
 
-    std::optional<lecsInfo> query_;
+    lecsInfo query_;
     FieldMap<LecsStatsView> fields_;
     myBitmapButton lamp_;
     myBitmapButton registered_;

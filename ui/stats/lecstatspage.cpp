@@ -41,23 +41,22 @@ constexpr StatsColumn<LecRowView> lecColumns[] = {
 }  // namespace
 
 LECPGLES_BUSTBL::LECPGLES_BUSTBL(zTable& table, const StatsSource& source)
-    : NamedRowsTable(table, lesBusColumns, lesBusRows, "Multicast Send"), query_(source.query<lecInfo>()),
-      circuits_(source.query<vccInfo>()) {}
+    : NamedRowsTable(table, lesBusColumns, lesBusRows, "Multicast Send"),
+      query_(source.channel, source.adapter), circuits_(source.channel, source.adapter) {}
 
 bool LECPGLES_BUSTBL::UpdateDisplay(int lec, bool clear) {
-    if (!query_) return false;
-    query_->setUnit(static_cast<std::uint8_t>(lec));
-    const LecStatsView stats = query_->GetStats();
+    query_.setUnit(static_cast<std::uint8_t>(lec));
+    const LecStatsView stats = query_.GetStats();
     if (!stats) return false;
     if (lec != shown_) empty();
     shown_ = lec;
     nameRows();
-    circuits_->setUnit(static_cast<std::uint8_t>(lec));
-    circuits_->GetEntireTable();
+    circuits_.setUnit(static_cast<std::uint8_t>(lec));
+    circuits_.GetEntireTable();
     for (std::size_t i = 0; i < std::size(connections); ++i) {
         const std::uint16_t vci = stats.vci(connections[i]);
         if (vci == 0) continue;
-        const LesBusRow row{vci, stats.address(connections[i]), circuits_->GetVciEntry(vci)};
+        const LesBusRow row{vci, stats.address(connections[i]), circuits_.GetVciEntry(vci)};
         writeRow(static_cast<int>(i) + 1, row, baselines_[asIndex(lec)][i], clear,
                  static_cast<bool>(row.circuit));
     }
@@ -67,35 +66,60 @@ bool LECPGLES_BUSTBL::UpdateDisplay(int lec, bool clear) {
 LECPGLECTBL::LECPGLECTBL(zTable& table, const StatsSource& source)
     : KeyedTable(
           table, lecColumns, [](const LecRowView& row) { return row.vci(); }, 20),
-      query_(source.query<lecInfo>()) {}
+      query_(source.channel, source.adapter) {}
 
 bool LECPGLECTBL::UpdateDisplay(int lec, bool clear) {
-    if (!query_) return false;
-    query_->setUnit(static_cast<std::uint8_t>(lec));
-    return fill(query_->GetEntireTable(), clear);
+    query_.setUnit(static_cast<std::uint8_t>(lec));
+    return fill(query_.GetEntireTable(), clear);
 }
 
-DStatsDlgLECPG::DStatsDlgLECPG(StatsSource& source)
-    : StatsPage(source, lecStatsLayout), query_(source.query<lecInfo>()), fields_(board(), fields),
+DStatsDlgLECPG::DStatsDlgLECPG(const StatsSource& source)
+    : StatsPage(source, lecStatsLayout), query_(source.channel, source.adapter), fields_(board(), fields),
       lamp_(board().control<zLamp>("stateLamp")),
       lesBusTable_(board().control<zTable>("lesBusTable"), source),
       lecTable_(board().control<zTable>("lecTable"), source) {
     board().control<zTabStrip>("lecTabs").onSelect = [this](int lec) { selChangeLecTB(lec); };
-    fillOnce(source);
 }
 
 void DStatsDlgLECPG::refresh(bool clear) {
+    showClient(clear);
+    if (!cut())
+        shown_ = lec_;
+    else if (shown_ != lec_)
+        showNothing();
+}
+
+void DStatsDlgLECPG::showClient(bool clear) {
     const int result = UpdateDisplay(lec_);
-    if (result == 0 || timedOut() || !lecTable_.UpdateDisplay(lec_, clear)) lecTable_.empty();
-    if (result != 2 || timedOut() || !lesBusTable_.UpdateDisplay(lec_, clear)) lesBusTable_.empty();
+    if (cut()) return;
+    const bool connected = result != 0 && lecTable_.UpdateDisplay(lec_, clear);
+    if (cut()) return;
+    if (!connected) lecTable_.empty();
+    const bool joined = result == 2 && lesBusTable_.UpdateDisplay(lec_, clear);
+    if (!joined && !cut()) lesBusTable_.empty();
+}
+
+void DStatsDlgLECPG::showNothing() {
+    lamp_.show(LampLook::greyed);
+    fields_.blank();
+    lecTable_.empty();
+    lesBusTable_.empty();
+}
+
+void DStatsDlgLECPG::countAnew() {
+    lecTable_.countAnew();
+    lesBusTable_.countAnew();
 }
 
 int DStatsDlgLECPG::UpdateDisplay(int lec) {
-    query_->setUnit(static_cast<std::uint8_t>(lec));
-    const LecStateView reply = query_->GetState();
+    query_.setUnit(static_cast<std::uint8_t>(lec));
+    const LecStateView reply = query_.GetState();
+    if (cut()) return 0;
     const std::uint32_t state = reply.state();
     lamp_.show(
         serviceLook(state != lecAbsent, state == lecJoined || (state == lecOnPvcs && reply.flag() != 0)));
-    fields_.show(state != lecAbsent ? query_->GetStats() : LecStatsView());
+    const LecStatsView stats = state != lecAbsent ? query_.GetStats() : LecStatsView();
+    if (cut()) return 0;
+    fields_.show(stats);
     return state == lecAbsent ? 0 : state == lecJoined ? 2 : 1;
 }

@@ -26,9 +26,11 @@ class LECPGLES_BUSTBL : public NamedRowsTable<LesBusRow> {
     // client is shown.
     bool UpdateDisplay(int lec, bool clear);
 
+    void countAnew() { baselines_ = {}; }
+
   private:
-    std::optional<lecInfo> query_;
-    std::optional<vccInfo> circuits_;
+    lecInfo query_;
+    vccInfo circuits_;
     std::array<std::array<Baselines, 4>, 4> baselines_{};  // by client and row
     int shown_ = -1;                                       // the client in the rows
 };
@@ -41,24 +43,28 @@ class LECPGLECTBL : public KeyedTable<LecRowView, std::uint16_t> {
     bool UpdateDisplay(int lec, bool clear);  // false without rows or without an answer
 
   private:
-    std::optional<lecInfo> query_;
+    lecInfo query_;
 };
 
 class DStatsDlgLECPG final : public StatsPage {
   public:
-    explicit DStatsDlgLECPG(StatsSource& source);
+    explicit DStatsDlgLECPG(const StatsSource& source);
 
     // 0: the client is absent; 2: it is up; 1: any other state.
     int UpdateDisplay(int lec);
 
   private:
     void refresh(bool clear) override;
+    void countAnew() override;
     void selChangeLecTB(int lec) { lec_ = lec; }
+    void showClient(bool clear);
+    void showNothing();
 
-    std::optional<lecInfo> query_;
+    lecInfo query_;
     FieldMap<LecStatsView> fields_;
     myBitmapButton lamp_;
     LECPGLES_BUSTBL lesBusTable_;
     LECPGLECTBL lecTable_;
-    int lec_ = 0;  // from 0
+    int lec_ = 0;    // from 0
+    int shown_ = 0;  // the one whose values are on the page
 };

@@ -37,31 +37,43 @@ constexpr StatsColumn<Row> columns[] = {
 LESPGClientTBL::LESPGClientTBL(zTable& table, const StatsSource& source)
     : KeyedTable(
           table, columns, [](const LesRowView& row) { return row.mac(); }, 4),
-      query_(source.query<lesInfo>()) {}
+      query_(source.channel, source.adapter) {}
 
 bool LESPGClientTBL::UpdateDisplay(int les, bool clear) {
-    if (!query_) return false;
-    query_->setUnit(static_cast<std::uint8_t>(les));
-    return fill(query_->GetEntireTable(), clear);
+    query_.setUnit(static_cast<std::uint8_t>(les));
+    return fill(query_.GetEntireTable(), clear);
 }
 
-DStatsDlgLESPG::DStatsDlgLESPG(StatsSource& source)
-    : StatsPage(source, lesStatsLayout), query_(source.query<lesInfo>()), fields_(board(), fields),
+DStatsDlgLESPG::DStatsDlgLESPG(const StatsSource& source)
+    : StatsPage(source, lesStatsLayout), query_(source.channel, source.adapter), fields_(board(), fields),
       lamp_(board().control<zLamp>("stateLamp")), table_(board().control<zTable>("clientTable"), source) {
     board().control<zTabStrip>("lesTabs").onSelect = [this](int les) { selChangeLesTB(les); };
-    fillOnce(source);
 }
 
 void DStatsDlgLESPG::refresh(bool clear) {
-    if (!UpdateDisplay(les_) || !table_.UpdateDisplay(les_, clear)) table_.empty();
+    const bool filled = UpdateDisplay(les_) && table_.UpdateDisplay(les_, clear);
+    if (!cut()) {
+        shown_ = les_;
+        if (!filled) table_.empty();
+    } else if (shown_ != les_) {
+        showNothing();
+    }
+}
+
+void DStatsDlgLESPG::showNothing() {
+    lamp_.show(LampLook::greyed);
+    fields_.blank();
+    table_.empty();
 }
 
 bool DStatsDlgLESPG::UpdateDisplay(int les) {
-    query_->setUnit(static_cast<std::uint8_t>(les));
-    const LesStateView reply = query_->GetState();
+    query_.setUnit(static_cast<std::uint8_t>(les));
+    const LesStateView reply = query_.GetState();
+    if (cut()) return false;
     const bool present = reply.state() != lesAbsent;
     lamp_.show(serviceLook(present, reply.state() == lesServing && reply.flag() != 0));
-    const LesStatsView stats = present ? query_->GetStats() : LesStatsView();
+    const LesStatsView stats = present ? query_.GetStats() : LesStatsView();
+    if (cut()) return false;
     fields_.show(stats);
     return static_cast<bool>(stats);
 }

@@ -18,22 +18,25 @@ class LESPGClientTBL : public KeyedTable<LesRowView, macAddress, MacHash> {
     bool UpdateDisplay(int les, bool clear);  // false without rows or without an answer
 
   private:
-    std::optional<lesInfo> query_;
+    lesInfo query_;
 };
 
 class DStatsDlgLESPG final : public StatsPage {
   public:
-    explicit DStatsDlgLESPG(StatsSource& source);
+    explicit DStatsDlgLESPG(const StatsSource& source);
 
     bool UpdateDisplay(int les);  // false if the server is absent or does not answer
 
   private:
     void refresh(bool clear) override;
+    void countAnew() override { table_.countAnew(); }
     void selChangeLesTB(int les) { les_ = les; }
+    void showNothing();
 
-    std::optional<lesInfo> query_;
+    lesInfo query_;
     FieldMap<LesStatsView> fields_;
     myBitmapButton lamp_;
     LESPGClientTBL table_;
-    int les_ = 0;  // from 0
+    int les_ = 0;    // from 0
+    int shown_ = 0;  // the one whose values are on the page
 };

@@ -48,40 +48,38 @@ constexpr StatsColumn<VcRowView> columns[] = {
 }  // namespace
 
 SignallingPGSigStatsTBL::SignallingPGSigStatsTBL(zTable& table, const StatsSource& source)
-    : NamedRowsTable(table, columns, circuits, "Signalling"), query_(source.query<vccInfo>()) {}
+    : NamedRowsTable(table, columns, circuits, "Signalling"), query_(source.channel, source.adapter) {}
 
 void SignallingPGSigStatsTBL::UpdateDisplay(int index, bool clear) {
-    if (!query_) return;
-    query_->setUnit(static_cast<std::uint8_t>(index));
+    query_.setUnit(static_cast<std::uint8_t>(index));
     // Both circuits are among the first 16 rows.
-    const auto circuitTable = query_->GetTable(1, 16);
+    const auto circuitTable = query_.GetTable(1, 16);
     if (circuitTable.size() <= 1) return;
     for (std::size_t i = 0; i < std::size(circuitVcis); ++i) {
-        const VcRowView row = query_->GetVciEntry(circuitVcis[i]);
+        const VcRowView row = query_.GetVciEntry(circuitVcis[i]);
         if (!row || (!shown_.update(i, row.bytes()) && !clear)) continue;
         writeRow(static_cast<int>(i) + 1, row, baselines_[i], clear);
     }
 }
 
-DStatsDlgSignallingPG::DStatsDlgSignallingPG(StatsSource& source)
-    : StatsPage(source, signallingStatsLayout), query_(source.query<sigInfo>()),
+DStatsDlgSignallingPG::DStatsDlgSignallingPG(const StatsSource& source)
+    : StatsPage(source, signallingStatsLayout), query_(source.channel, source.adapter),
       states_(board(), stateFields), address_(board(), addressFields),
       table_(board().control<zTable>("signallingTable"), source) {
     for (const auto& lamp : lamps) lamps_.emplace_back(board().control<zLamp>(lamp.name));
-    fillOnce(source);
 }
 
 void DStatsDlgSignallingPG::refresh(bool clear) {
     if (!clear) {
         UpdateDisplay(0);
-        if (timedOut()) return;
+        if (cut()) return;
     }
     table_.UpdateDisplay(0, clear);
 }
 
 void DStatsDlgSignallingPG::UpdateDisplay(int index) {
-    query_->setUnit(static_cast<std::uint8_t>(index));
-    const LinkStateView reply = query_->GetLinkState();
+    query_.setUnit(static_cast<std::uint8_t>(index));
+    const LinkStateView reply = query_.GetLinkState();
     if (!reply) return;
     for (std::size_t i = 0; i < lamps_.size(); ++i)
         lamps_[i].show(lookOf(lamps[i].colour((reply.*lamps[i].state)())));

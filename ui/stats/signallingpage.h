@@ -17,23 +17,29 @@ class SignallingPGSigStatsTBL : public NamedRowsTable<VcRowView> {
     // The row of a circuit that the driver does not report stays as it is. Without an answer all rows do.
     void UpdateDisplay(int index, bool clear);
 
+    void countAnew() {
+        baselines_ = {};
+        shown_.forget();
+    }
+
   private:
-    std::optional<vccInfo> query_;
+    vccInfo query_;
     std::array<Baselines, 2> baselines_{};
     ShownBytes shown_;
 };
 
 class DStatsDlgSignallingPG final : public StatsPage {
   public:
-    explicit DStatsDlgSignallingPG(StatsSource& source);
+    explicit DStatsDlgSignallingPG(const StatsSource& source);
 
     // Without an answer the page stays as it is.
     void UpdateDisplay(int index);
 
   private:
     void refresh(bool clear) override;
+    void countAnew() override { table_.countAnew(); }
 
-    std::optional<sigInfo> query_;
+    sigInfo query_;
     FieldMap<LinkStateView> states_, address_;
     std::vector<myBitmapButton> lamps_;
     SignallingPGSigStatsTBL table_;

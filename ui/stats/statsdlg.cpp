@@ -4,6 +4,7 @@
 #include "platform/index.h"
 #include "resources/pictureids.h"
 #include "toolkit/controls/button.h"
+#include "toolkit/controls/statics.h"
 #include "ui/stats/aal5page.h"
 #include "ui/stats/ip1577page.h"
 #include "ui/stats/lecsstatspage.h"
@@ -12,10 +13,15 @@
 #include "ui/stats/signallingpage.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 
 namespace {
 
 constexpr std::size_t longestTitle = 63;
+
+// For all pages of a dialog that is opened: a driver that is not slow needs far less, and nobody waits longer
+// for a window without wondering.
+constexpr std::chrono::seconds fillTime{1};
 
 constexpr zControlRow rows[] = {
     {.kind = zKind::notebook, .place = {4, 4, 292, 239}, .name = "pages"},
@@ -31,6 +37,8 @@ constexpr zControlRow rows[] = {
      .style = zCancelButton},
     {.kind = zKind::bitmapButton, .place = {154, 250, 50, 18}, .text = "Apply", .name = "apply"},
     {.kind = zKind::bitmapButton, .place = {212, 250, 50, 18}, .text = "Help", .name = "help"},
+    // In the only room that the window has: the buttons with their frames reach down to its edge.
+    {.place = {6, 243, 288, 8}, .text = "", .name = "noAnswer"},
 };
 
 constexpr zLayout dialogLayout{.id = 572,
@@ -42,8 +50,8 @@ constexpr zLayout dialogLayout{.id = 572,
                                .icon = statsIcon,
                                .rows = rows};
 
-using MakePage = std::unique_ptr<StatsPage> (*)(StatsSource& source);
-template <class Page> std::unique_ptr<StatsPage> make(StatsSource& source) {
+using MakePage = std::unique_ptr<StatsPage> (*)(const StatsSource& source);
+template <class Page> std::unique_ptr<StatsPage> make(const StatsSource& source) {
     return std::make_unique<Page>(source);
 }
 
@@ -57,16 +65,16 @@ constexpr struct {
 
 }  // namespace
 
-DStatsDlg::DStatsDlg(zWindow& parent) : zFormDialog(parent.application(), dialogLayout) {
-    parent.setCursor(zWatchCursor);
-    // A driver that accepts no further channel is asked over the main window's, which outlives this dialog.
-    if (ioctlDesc) channel_.open(O_RDONLY);
+DStatsDlg::DStatsDlg(zWindow& parent)
+    : zFormDialog(parent.application(), dialogLayout), channel_(openChannel(parent)) {
     auto& notebook = board().control<zNotebook>("pages");
-    StatsSource source{application(), notebook, channel_ ? channel_ : ioctlDesc,
-                       static_cast<std::uint8_t>(currentAdapter)};
+    const StatsSource source{application(), notebook, channel_, static_cast<std::uint8_t>(currentAdapter)};
     for (const auto& page : pages)
         if (!page.advanced || advSettings) pages_.push_back(page.make(source));
     current_ = pages_.front().get();
+    fillPages();
+    for (const auto& page : pages_) page->onRefreshed = [this] { showSilence(); };
+    showSilence();
     notebook.onSelect = [this](int position) { selChangeTB(position); };
     board().control<zBitmapButton>("clear").onClick = [this] { onOk(); };
     board().control<zBitmapButton>("close").onClick = [this] { onCancel(); };
@@ -75,6 +83,35 @@ DStatsDlg::DStatsDlg(zWindow& parent) : zFormDialog(parent.application(), dialog
     setTitle(("Statistics " + dlgTitle).substr(0, longestTitle));
     show();
     selChangeTB(0);
+}
+
+// A driver that accepts no further channel is asked over the main window's, which outlives this dialog.
+DriverChannel& DStatsDlg::openChannel(zWindow& parent) {
+    parent.setCursor(zWatchCursor);
+    if (own_.open(O_RDONLY) || own_.outcome() == Outcome::silent) return own_;
+    return ioctlDesc.alive() ? ioctlDesc : own_;
+}
+
+void DStatsDlg::fillPages() {
+    const auto end = StatsPage::Clock::now() + fillTime;
+    for (const auto& page : pages_) {
+        if (channel_.silentSince() || StatsPage::Clock::now() >= end) return;
+        page->fill(end);
+    }
+}
+
+void DStatsDlg::showSilence() {
+    const std::time_t since = channel_.silentSince();
+    if ((since != 0) == (silentSince_ != 0)) return;
+    silentSince_ = since;
+    std::string text;
+    if (since) {
+        for (const auto& page : pages_) page->grey();
+        std::tm local{};
+        localtime_r(&since, &local);
+        text = fmt::format("No answer since {:02}:{:02}:{:02}", local.tm_hour, local.tm_min, local.tm_sec);
+    }
+    board().control<zStatic>("noAnswer").setText(text.c_str());
 }
 
 void DStatsDlg::selChangeTB(int position) {

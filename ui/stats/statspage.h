@@ -1,4 +1,8 @@
 // Base of the pages of the statistics notebook.
+//
+// The driver may come and go, and it may be slow. A refresh ends with the first request that gets no answer;
+// what the page shows stays and is greyed until a refresh has all its answers. It also ends, between two
+// requests, when it has run for long and the user waits: see cut().
 #pragma once
 
 #include "driver/channel.h"
@@ -6,68 +10,70 @@
 #include "ui/mybitmapbutton.h"
 #include "ui/timerpage.h"
 
+#include <chrono>
 #include <cstdint>
-#include <optional>
+#include <functional>
 
 // Where a page is placed, and what it asks: the dialog's adapter over the dialog's channel, which outlives
 // the page.
 struct StatsSource {
     zApplication& application;
     zNotebook& notebook;
-    DriverChannel& channel;  // closed: there is no driver
+    DriverChannel& channel;
     std::uint8_t adapter;
-    bool silent = false;  // a request of one of the dialog's pages has timed out
-
-    // A query object, or none without a driver.
-    template <class Info> std::optional<Info> query() const {
-        return channel ? std::make_optional<Info>(channel, adapter) : std::nullopt;
-    }
 };
 
 class StatsPage : public TimerPage {
   public:
-    // Starts refreshing. A page that was not filled when its dialog was made is filled now.
-    void enableTimer() override {
-        if (!filled_) Update();
-        refreshWith([this] { Update(); });
-    }
+    using Clock = std::chrono::steady_clock;
 
-    // Asks the driver and shows its answers. Does nothing without a driver.
-    void Update() { refreshIfOpen(false); }
+    // Starts refreshing; at once when the window is painted if the page shows nothing of the driver yet, or
+    // greyed values of which the driver has not been asked since.
+    void enableTimer() override;
+
+    // Asks the driver and shows its answers.
+    void Update() { refreshUntil(Clock::time_point::max(), false); }
 
     // Does what Update() does, and counters start from 0.
-    void ClearStats() override { refreshIfOpen(true); }
+    void ClearStats() override { refreshUntil(Clock::time_point::max(), true); }
+
+    // Update() for a dialog that is opened: no request is sent after `end`. A page that has not got all its
+    // answers by then is filled when it is turned to.
+    void fill(Clock::time_point end) { refreshUntil(end, false); }
+
+    // The driver does not answer another page of the dialog.
+    void grey();
+
+    // Called after each refresh.
+    std::function<void()> onRefreshed;
 
   protected:
-    StatsPage(const StatsSource& source, const zLayout& layout)
-        : TimerPage(source.application), board_(source.notebook.addPage(layout)), open_(source.channel),
-          timeouts_(source.channel) {}
+    StatsPage(const StatsSource& source, const zLayout& layout);
 
+    // Asks and shows. A query that has failed while cut() is true says nothing of the driver: what it would
+    // have shown stays, and the refresh ends.
     virtual void refresh(bool clear) = 0;
 
-    // A request of this refresh timed out; the remaining ones are skipped.
-    bool timedOut() const { return timeouts_.any(); }
+    // Counters are shown as the driver counts them, whatever was cleared before: it has started anew.
+    virtual void countAnew() {}
 
-    // Call last in the constructor: fills the page for the first time. After a timeout on another page of the
-    // dialog this page is filled only when it is turned to.
-    void fillOnce(StatsSource& source) {
-        if (source.silent) return;
-        Update();
-        source.silent = open_ && timedOut();
-    }
+    // In this refresh a request got no answer, or has not been sent because the user waits.
+    bool cut() const { return withheld_ || answers_.missed(); }
 
     zBoard& board() const { return board_; }
 
   private:
-    void refreshIfOpen(bool clear) {
-        if (!open_) return;
-        filled_ = true;
-        timeouts_.restart();
-        refresh(clear);
-    }
+    void refreshUntil(Clock::time_point end, bool clear);
+    bool withholds();
 
     zBoard& board_;
-    bool open_;
-    bool filled_ = false;
-    TimeoutWatch timeouts_;  // since the refresh began
+    DriverChannel& channel_;
+    AnswerWatch answers_;  // since the refresh began
+    bool withheld_ = false;
+    bool missed_ = false;    // the last refresh got no answer
+    bool clearing_ = false;  // Clear was pressed and is not done
+    unsigned long reopenings_;
+    bool filled_ = false;  // with the answers of a whole refresh, be they greyed
+    bool greyed_ = false;
+    Clock::time_point begin_, end_;  // of the refresh that runs
 };

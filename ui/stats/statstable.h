@@ -107,6 +107,12 @@ template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : 
         StatsTable<Row>::empty();
     }
 
+    // Counters start from what the driver counts, as if nothing had been cleared.
+    void countAnew() {
+        baselines_.clear();
+        shown_.forget();
+    }
+
   protected:
     using KeyOf = Key (*)(const Row&);
 
@@ -116,11 +122,12 @@ template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : 
         table.writeOnDemand([this](int number) { write(number); });
     }
 
-    // Shows these rows. The reply that holds them must stay valid until the next call of fill() or empty().
+    // Shows these rows. The table that they belong to must stay valid until the next call of fill() or
+    // empty(), also while the driver is asked for the next one: those out of sight are read later.
     // False when there are none; the table then stays as it is.
     bool fill(const TableView<Row>& rows, bool clear) {
-        rows_ = rows;
         if (rows.size() == 0) return false;
+        rows_ = rows;
         if (clear)
             for (const Row row : rows) this->countFrom(row, baselines_[key_(row)]);
         shown_.forget(clear || cleared_ ? 0 : rows.size());

@@ -1,0 +1,55 @@
+#include "ui/stats/statspage.h"
+
+#include "toolkit/window/inputwaits.h"
+
+namespace {
+
+// From here on a refresh is noticed by somebody who has pressed a button meanwhile.
+constexpr std::chrono::milliseconds noticeable{100};
+
+}  // namespace
+
+StatsPage::StatsPage(const StatsSource& source, const zLayout& layout)
+    : TimerPage(source.application), board_(source.notebook.addPage(layout)), channel_(source.channel),
+      answers_(source.channel), reopenings_(source.channel.reopenings()) {}
+
+void StatsPage::enableTimer() {
+    const bool inVain = missed_ && channel_.silentSince() != 0;  // the wait may be long: not at once again
+    refreshWith([this] { Update(); }, (!filled_ || greyed_) && !inVain);
+}
+
+void StatsPage::grey() {
+    board_.grey(true);
+    greyed_ = true;
+}
+
+void StatsPage::refreshUntil(Clock::time_point end, bool clear) {
+    if (reopenings_ != channel_.reopenings()) {
+        reopenings_ = channel_.reopenings();
+        countAnew();
+    }
+    clearing_ |= clear;
+    withheld_ = false;
+    answers_.restart();
+    begin_ = Clock::now();
+    end_ = end;
+    channel_.interrupt = [this] { return withholds(); };  // so small that it takes no memory
+    refresh(clearing_);
+    channel_.interrupt = {};
+
+    missed_ = answers_.missed();
+    if (!withheld_) clearing_ = false;
+    if (!cut()) {
+        // Going through all controls at each tick would cost more than the tick.
+        if (greyed_) board_.grey(false);
+        greyed_ = false;
+        filled_ = true;
+    }
+    if (onRefreshed) onRefreshed();
+}
+
+bool StatsPage::withholds() {
+    const Clock::time_point now = Clock::now();
+    withheld_ = now >= end_ || (now - begin_ > noticeable && zInputWaits(application()));
+    return withheld_;
+}
