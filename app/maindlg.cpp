@@ -24,12 +24,14 @@ DMainDlg::DMainDlg(zApplication& application, const zLayout& layout)
     connect();
     currentAdapter = 0;
     configuration_.read();
+    DriverChannel::onLost = [this] { configuration_.driverLost(); };
     SetDlgTitle();
     onPainted = [this] { setupOnce(); };
     show();
 }
 
 DMainDlg::~DMainDlg() {
+    DriverChannel::onLost = nullptr;
     saveUnsavedLists(configuration_);
     statistics_.clear();  // some may ask over the channel
     ioctlDesc.close();

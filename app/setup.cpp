@@ -2,6 +2,7 @@
 
 #include "app/apply.h"
 #include "change/adapterchange.h"
+#include "change/sentrequest.h"
 #include "driver/channel.h"
 #include "model/settings.h"
 #include "model/tvdatbuf.h"
@@ -98,6 +99,9 @@ void setUpAdapter(zWindow& window, Configuration& configuration) {
         ChangeOrder order{.adapter = currentAdapter, .before = atmDevices};
         const unsigned long before = SetupIoctlDesc.acceptedChanges();
         DConfigDlg dialog(window);
+        SetupIoctlDesc.onChange = [&order](const SentChange& sent) {
+            order.requests.push_back(sentRequest(sent));
+        };
         {
             const WithoutWindows lists(window.application(), [&] {
                 takeListsOver();
@@ -105,6 +109,7 @@ void setUpAdapter(zWindow& window, Configuration& configuration) {
             });
             dialog.runModal();
         }
+        SetupIoctlDesc.onChange = nullptr;
         window.setCursor(zWatchCursor);
         order.settings = dialog.okFlag();
         if (order.settings)

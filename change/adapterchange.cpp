@@ -81,6 +81,7 @@ AdapterChange::AdapterChange(Configuration& configuration, ChangeOrder order)
     : configuration_(configuration), order_(std::move(order)) {
     const AtmDevices& mine = configuration_.mine();
     result_.record.display = order_.display;
+    result_.record.requests = order_.requests;
     result_.changed = order_.changed.any() || !listChanges(order_.adapter, order_.before, mine).empty();
     for (std::size_t m = 0; m < asIndex(lesCount); ++m) {
         const AtmLES& les = mine.les[asIndex(order_.adapter)][m];
@@ -152,6 +153,7 @@ void AdapterChange::noteSent(const ServiceSet& due) {
     const auto& requests = result_.record.requests;
     const DriverIdentity identity{platform::bootId(), configuration_.driverRevision,
                                   configuration_.mine().lec[asIndex(order_.adapter)][0].mac.GetFMacAddress()};
+    if (configuration_.forgetLostDriver()) return;
     LastSent sent;
     sent.load();
     bool unknown = false;

@@ -21,11 +21,12 @@ struct Question {
 
 struct ChangeOrder {
     int adapter = 0;
-    bool settings = true;      // false, after Cancel: only the lists, which the driver already has
-    ServiceSet changed = {};   // services whose settings the user changed: they are restarted
-    AtmDevices before = {};    // the records when the user began
-    bool driver = false;       // there is a driver
-    std::string display = {};  // of the X server, for the history
+    bool settings = true;     // false, after Cancel: only the lists, which the driver already has
+    ServiceSet changed = {};  // services whose settings the user changed: they are restarted
+    AtmDevices before = {};   // the records when the user began
+    bool driver = false;      // there is a driver
+    std::vector<SentRequest> requests = {};  // that the dialog has sent
+    std::string display = {};                // of the X server, for the history
 };
 
 struct ChangeResult {

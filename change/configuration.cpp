@@ -3,6 +3,7 @@
 #include "change/copy.h"
 #include "change/fileset.h"
 #include "change/merge.h"
+#include "change/sent.h"
 #include "platform/debuglog.h"
 
 #include <cerrno>
@@ -47,7 +48,25 @@ int Configuration::lock(std::chrono::milliseconds patience, std::string& failed)
     // The section engine's copies stand one level higher.
     const platform::HostPath folder = platform::directoryOf(record);
     removeDeadCopies({folder.text, platform::directoryOf(folder).text});
+    forgetLostDriver();
     return 0;
+}
+
+void Configuration::driverLost() {
+    driverLost_ = true;
+    std::string failed;
+    if (lock_.held() || lock(0ms, failed) != 0) return;
+    unlock();
+}
+
+bool Configuration::forgetLostDriver() {
+    if (!std::exchange(driverLost_, false)) return false;
+    LastSent sent;
+    sent.load();
+    if (sent.empty()) return true;
+    sent.forgetAll("The driver was gone for a time.");
+    sent.save();
+    return true;
 }
 
 // Whoever may not take the lock, or finds it taken, reads all the same.

@@ -44,6 +44,12 @@ class Configuration {
     // What the driver says of itself; empty without a driver. Values that were sent to another one are void.
     std::string driverRevision;
 
+    // A driver has hung up: what was sent to it says nothing about the next one. Kept in mind until the lock
+    // can be taken.
+    void driverLost();
+    // Under the lock. True when there was such a driver.
+    bool forgetLostDriver();
+
     // Sentences of what was found while recovering, for the user. Emptied by the call.
     std::vector<std::string> takeNotes();
 
@@ -53,4 +59,5 @@ class Configuration {
     AtmDevices base_;
     platform::ConfigurationLock lock_;
     std::vector<std::string> notes_;
+    bool driverLost_ = false;
 };

@@ -44,6 +44,8 @@ class LastSent {
     void forget(int adapter, const std::string& reason);
     void forgetAll(const std::string& reason);
 
+    bool empty() const { return adapters_.empty(); }
+
     struct Found {
         const SentValue* value = nullptr;  // lives until the object changes
         std::string reason;                // a sentence: why there is none

@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <iterator>
 
+std::function<void()> DriverChannel::onLost;
+
 DriverChannel ioctlDesc;
 DriverChannel SetupIoctlDesc;
 
@@ -66,6 +68,7 @@ void DriverChannel::lose() {
     dai_close(0, descriptor_);
     descriptor_ = 0;
     ++reopenings_;
+    if (onLost) onLost();
 }
 
 bool DriverChannel::alive() {

@@ -7,6 +7,8 @@
 // opened, is opened at the next request. A request for which that fails is not sent and fails with 201.
 #pragma once
 
+#include "driver/requests.h"
+
 #include <cstdint>
 #include <ctime>
 #include <functional>
@@ -26,6 +28,15 @@ enum class Outcome : std::uint8_t {
 constexpr bool isAnswer(Outcome outcome) {
     return outcome == Outcome::success || outcome == Outcome::refused;
 }
+
+// A change request that has been sent. `data` lives until the call ends.
+struct SentChange {
+    RequestId id;
+    std::uint8_t link, unit;
+    std::span<const std::uint8_t> data;
+    Outcome outcome;
+    int resp;
+};
 
 class DriverChannel {
   public:
@@ -56,8 +67,15 @@ class DriverChannel {
     // anything is sent over the channel opened again: what was changed before may be lost with that driver.
     unsigned long reopenings() const { return reopenings_; }
 
-    // For the request blocks: the driver has accepted a change request.
-    void countAcceptedChange() { ++acceptedChanges_; }
+    // For the request blocks: what became of a change request.
+    void noteChange(const SentChange& change) {
+        if (change.outcome == Outcome::success) ++acceptedChanges_;
+        if (onChange) onChange(change);
+    }
+    std::function<void(const SentChange&)> onChange;
+
+    // Called when a driver has hung up, on whatever channel.
+    static std::function<void()> onLost;
 
     // Asked before each request. True: it is not sent and fails.
     std::function<bool()> interrupt;

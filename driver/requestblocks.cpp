@@ -43,9 +43,7 @@ int Enabler::sendArea(std::uint16_t type, std::uint16_t size, std::uint16_t inpu
     header().Size = size;
     header().SzIO = input;
     header().RowM = header().NRow = 0;  // whatever an earlier reply left there
-    const int result = daiRequest();
-    if (result == 0) channel().countAcceptedChange();
-    return result;
+    return daiRequest();
 }
 
 int Enabler::send(RequestId id, std::span<const std::uint8_t> bytes) {
@@ -55,9 +53,11 @@ int Enabler::send(RequestId id, std::span<const std::uint8_t> bytes) {
     std::copy(bytes.begin(), bytes.end(), area.begin());
     tvlog << request.trace << std::endl;
     if (request.bytesTraced) traceBytes(bytes);
-    if (request.type == enableType_) return Enable();
-    if (request.type == disableType_) return Disable();
-    return sendArea(request.type, request.size, request.input);
+    const int result = request.type == enableType_    ? Enable()
+                       : request.type == disableType_ ? Disable()
+                                                      : sendArea(request.type, request.size, request.input);
+    channel().noteChange({id, header().Link, header().Unit, bytes, outcome(), header().Resp});
+    return result;
 }
 
 LecRequest::LecRequest(DriverChannel& channel, std::uint8_t link)
@@ -162,5 +162,7 @@ int TraceRequest::switchTrace(Component component, bool on) {
     payload[1] = component;
     payload[2] = on;
     tvlog << request.trace << std::endl;
-    return sendArea(request.type, request.size, request.input);
+    const int result = sendArea(request.type, request.size, request.input);
+    channel().noteChange({request.id, 0, 0, payload, outcome(), header().Resp});
+    return result;
 }

@@ -104,22 +104,28 @@ TEST_F(GlobalTest, TracesAreSwitchedAllTogetherWhenABoxWasClicked) {
     }
     EXPECT_EQ(IlmiDbgCB, 1);
 
-    simulator->ctl("fault trace.set nth 1 resp 9");
-    global([&] {
-        turnTo("debuggingPage");
-        EXPECT_TRUE(on(ilmiCB));
-        press(signalingCB);
-        press(globalOkBTN);
-    });
-    EXPECT_EQ(told().size(), 3U) << "a refused one does not hold the others up";
-
-    simulator->ctl("fault trace.set every silent");
-    global([&] {
-        turnTo("debuggingPage");
-        press(signalingCB);
-        press(globalOkBTN);
-    });
-    EXPECT_EQ(told().size(), 1U) << "one that is not answered does";
+    // One that is refused does not hold the others up, one that is not answered does. Both are named.
+    const struct {
+        const char* fault;
+        std::size_t requests;
+        const char* text;
+    } faults[] = {{"nth 1 resp 9", 3, "Trace of API: refused (9)."},
+                  {"every silent", 1,
+                   "Trace of API: no answer. Whether it is switched is unknown.Trace of Signalling: not "
+                   "switched.Trace of ILMI: not switched."}};
+    for (const auto& c : faults) {
+        simulator->ctl(std::string("fault trace.set ") + c.fault);
+        const auto session = [&] {
+            global([&] {
+                turnTo("debuggingPage");
+                press(signalingCB);
+                press(globalOkBTN);
+            });
+        };
+        EXPECT_EQ(boxesOf(session), Names{"Driver Error"});
+        EXPECT_EQ(boxText, std::string("The driver did not take everything:") + c.text);
+        EXPECT_EQ(told().size(), c.requests);
+    }
 }
 
 TEST_F(GlobalTest, OthersThanRootAndARunWithoutADriverSendNothing) {

@@ -10,6 +10,8 @@
 #include "ui/subdialog.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
+#include <utility>
 
 namespace {
 
@@ -63,13 +65,23 @@ void DGlobalDlg::switchTraces() {
     const struct {
         TraceRequest::Component component;
         int on;
-    } traces[] = {{TraceRequest::accessInterface, ApiDbgCB},
-                  {TraceRequest::signalling, SignalingDbgCB},
-                  {TraceRequest::ilmi, IlmiDbgCB}};
+        const char* name;
+    } traces[] = {{TraceRequest::accessInterface, ApiDbgCB, "API"},
+                  {TraceRequest::signalling, SignalingDbgCB, "Signalling"},
+                  {TraceRequest::ilmi, IlmiDbgCB, "ILMI"}};
     setCursor(zWatchCursor);
+    std::string refused;
+    bool silent = false;  // each wait can take many seconds
     for (const auto& trace : traces) {
-        traces_.switchTrace(trace.component, trace.on != 0);
-        if (!traces_.answered()) break;  // each wait can take many seconds
+        if (!silent && traces_.switchTrace(trace.component, trace.on != 0) == 0) continue;
+        const bool sent = !std::exchange(silent, silent || !traces_.answered());
+        refused +=
+            !sent    ? fmt::format("\nTrace of {}: not switched.", trace.name)
+            : silent ? fmt::format("\nTrace of {}: no answer. Whether it is switched is unknown.", trace.name)
+                     : fmt::format("\nTrace of {}: refused ({}).", trace.name, traces_.header().Resp);
     }
     setCursor(zArrowCursor);
+    if (!refused.empty())
+        zMessageBox(application(), shell(), zMessageStyle::warning,
+                    "The driver did not take everything:\n" + refused, "Driver Error");
 }

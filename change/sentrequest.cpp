@@ -1,0 +1,78 @@
+#include "change/sentrequest.h"
+
+#include "change/listmerge.h"
+#include "change/services.h"
+
+#include <algorithm>
+
+namespace {
+
+enum class Subject { service, bridgedPvc, routedPvc, client };
+
+// Whom the requests of a primitive are for.
+ServiceName serviceOf(const SentChange& change) {
+    constexpr std::uint16_t lec = 17, les = 18, lecs = 19;
+    const std::uint16_t prim = requestOf(change.id).prim;
+    return prim == lec    ? lecName(change.link, change.unit)
+           : prim == les  ? lesName(change.link, change.unit)
+           : prim == lecs ? lecsName(change.link)
+                          : ipName(change.link);
+}
+
+Subject subjectOf(RequestId id) {
+    switch (id) {
+    case RequestId::bridgedPvcAdd:
+    case RequestId::bridgedPvcModify:
+    case RequestId::bridgedPvcDelete:
+        return Subject::bridgedPvc;
+    case RequestId::routedPvcAdd:
+    case RequestId::routedPvcModify:
+    case RequestId::routedPvcDelete:
+        return Subject::routedPvc;
+    case RequestId::lecsAddClient:
+    case RequestId::lecsDeleteClient:
+        return Subject::client;
+    default:
+        return Subject::service;
+    }
+}
+
+// A PVC's VCI stands behind its address.
+std::string pvcName(std::span<const std::uint8_t> data, std::size_t vciAt) {
+    AtmRoutedPvc pvc;
+    if (data.size() >= vciAt + 2) pvc.vci = static_cast<std::uint16_t>(data[vciAt] | data[vciAt + 1] << 8);
+    return entryName(pvc);
+}
+
+std::string clientName(std::span<const std::uint8_t> data) {
+    constexpr std::size_t clientAt = 32, lesAt = 40;
+    if (data.size() <= lesAt) return "Client";
+    esiSelector::Bytes bytes;
+    std::copy_n(data.begin() + clientAt, bytes.size(), bytes.begin());
+    return fmt::format("{} of LES {}", entryName(esiSelector(bytes)), data[lesAt] + 1);
+}
+
+}  // namespace
+
+SentRequest sentRequest(const SentChange& change) {
+    SentRequest sent{
+        serviceOf(change).path, requestOf(change.id).trace, {}, RequestResult::notSent, change.resp};
+    switch (subjectOf(change.id)) {
+    case Subject::bridgedPvc:
+        sent.subject = pvcName(change.data, 6);
+        break;
+    case Subject::routedPvc:
+        sent.subject = pvcName(change.data, 4);
+        break;
+    case Subject::client:
+        sent.subject = clientName(change.data);
+        break;
+    case Subject::service:
+        break;
+    }
+    sent.answer = change.outcome == Outcome::success    ? RequestResult::taken
+                  : change.outcome == Outcome::refused  ? RequestResult::refused
+                  : change.outcome == Outcome::withheld ? RequestResult::notSent
+                                                        : RequestResult::unanswered;
+    return sent;
+}
