@@ -25,6 +25,7 @@ DMainDlg::DMainDlg(zApplication& application, const zLayout& layout)
     currentAdapter = 0;
     configuration_.read();
     DriverChannel::onLost = [this] { configuration_.driverLost(); };
+    application.onConnectionLost = [this] { saveUnsavedLists(configuration_); };
     SetDlgTitle();
     onPainted = [this] { setupOnce(); };
     show();
@@ -32,6 +33,7 @@ DMainDlg::DMainDlg(zApplication& application, const zLayout& layout)
 
 DMainDlg::~DMainDlg() {
     DriverChannel::onLost = nullptr;
+    application().onConnectionLost = nullptr;
     saveUnsavedLists(configuration_);
     statistics_.clear();  // some may ask over the channel
     ioctlDesc.close();

@@ -24,6 +24,7 @@ namespace {
 
 constexpr std::chrono::milliseconds patience = 5s;
 constexpr std::size_t mostLines = 20;  // of a question
+constexpr int mostRounds = 10;         // somebody who writes all the time does not stop a save for ever
 
 // Which services are given other settings, or other lists, than before.
 ServiceSet differing(int adapter, const ServiceSet& among, const AtmDevices& before,
@@ -102,7 +103,7 @@ bool AdapterChange::hasWork() const {
 std::optional<Question> AdapterChange::run() {
     asked_ = Ask::nothing;
     if (done_ || result_.givenUp || !hasWork()) return {};
-    for (;;) {
+    for (int rounds = 1;; ++rounds) {
         std::string failed;
         const int error = configuration_.lock(alone_ ? 0ms : patience, failed);
         if (error == EWOULDBLOCK || (error == EINTR && platform::endAsked())) {
@@ -125,7 +126,11 @@ std::optional<Question> AdapterChange::run() {
             fail(failed, std::strerror(error));
         else
             save(round);
-        if (result_.save.state == SaveOutcome::State::outdated) continue;
+        if (result_.save.state == SaveOutcome::State::outdated) {
+            round.history.drop();
+            if (rounds < mostRounds) continue;
+            fail(PdfEdit::parameterFile, "somebody else changes the files all the time");
+        }
         takeResult(round);
         configuration_.unlock();
         return {};

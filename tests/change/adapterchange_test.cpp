@@ -173,6 +173,7 @@ TEST_F(Changes, AFileThatChangesWhileItIsSavedIsMergedAgain) {
     const AtmDevices now = inFiles();
     EXPECT_EQ(now.lec[0][0].mtuClass, 3);
     EXPECT_TRUE(now.lec[0][0].elanName.view().starts_with('x')) << now.lec[0][0].elanName.view();
+    EXPECT_TRUE(root.exists("/var/lib/tarvolin/history/0001/manifest.json"));
 }
 
 TEST_F(Changes, AHeldLockIsAskedAboutAndListsWaitForTheNextSave) {
