@@ -128,7 +128,7 @@ TEST_F(GlobalTest, TracesAreSwitchedAllTogetherWhenABoxWasClicked) {
     }
 }
 
-TEST_F(GlobalTest, OthersThanRootAndARunWithoutADriverSendNothing) {
+TEST_F(GlobalTest, OthersThanRootAndWithoutADriverNobodySendsAnything) {
     start({"--frozen", "--adapters", "1,2"});
     told();
     const auto session = [&] {
@@ -149,6 +149,14 @@ TEST_F(GlobalTest, OthersThanRootAndARunWithoutADriverSendNothing) {
     openWindow();
     EXPECT_EQ(boxesOf(session), Names{});
     EXPECT_EQ(ApiDbgCB, 0);
+
+    platform::pretendSuperUser(true);
+    for (const char* driver : {"that has come", "that has started again"}) {
+        simulator.reset();
+        simulator.emplace(std::vector<std::string>{"--frozen", "--adapters", "1,2"});
+        session();
+        EXPECT_EQ(told().size(), 3U) << driver;
+    }
 }
 
 TEST_F(GlobalTest, ChosenFontsReachTheTablesMadeLater) {

@@ -257,6 +257,22 @@ TEST_F(PagesTest, ClientsWithoutAClientTableAreNotLostInSilence) {
     EXPECT_EQ(atmDevices.les[0][0].clients.size(), 2U) << "they stay in the program";
 }
 
+TEST_F(PagesTest, ADriverThatComesWhileTheDialogIsOpenIsToldOfChanges) {
+    openWindow();
+    const auto boxes = boxesOf([&] {
+        configure(
+            [&] {
+                simulator.emplace(std::vector<std::string>{"--frozen", "--adapters", "1"});
+                selectRow(1);
+                press(deleteBTN);
+                press(cancelBTN);
+            },
+            "ip1577Page");
+    });
+    EXPECT_EQ(boxes, Names{"Driver Error"}) << "at Setup, and no question for consent";
+    EXPECT_EQ(told(), Names{"ip.pvc-delete 0"});
+}
+
 TEST_F(PagesTest, RoutedPvcsAreAddedModifiedAndDeleted) {
     startAdvanced();
     configure(

@@ -6,6 +6,8 @@ namespace {
 
 // From here on a refresh is noticed by somebody who has pressed a button meanwhile.
 constexpr std::chrono::milliseconds noticeable{100};
+// Then how often is looked: a table of thousands of quick requests must not look at each.
+constexpr std::chrono::milliseconds lookAgain{20};
 
 }  // namespace
 
@@ -31,7 +33,7 @@ void StatsPage::refreshUntil(Clock::time_point end, bool clear) {
     clearing_ |= clear;
     withheld_ = false;
     answers_.restart();
-    begin_ = Clock::now();
+    look_ = Clock::now() + noticeable;
     end_ = end;
     channel_.interrupt = [this] { return withholds(); };  // so small that it takes no memory
     refresh(clearing_);
@@ -50,6 +52,8 @@ void StatsPage::refreshUntil(Clock::time_point end, bool clear) {
 
 bool StatsPage::withholds() {
     const Clock::time_point now = Clock::now();
-    withheld_ = now >= end_ || (now - begin_ > noticeable && zInputWaits(application()));
-    return withheld_;
+    if (now >= end_) return withheld_ = true;
+    if (withheld_ || now < look_) return withheld_;
+    look_ = now + lookAgain;
+    return withheld_ = zInputWaits(application());
 }

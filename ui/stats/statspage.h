@@ -75,5 +75,6 @@ class StatsPage : public TimerPage {
     unsigned long reopenings_;
     bool filled_ = false;  // with the answers of a whole refresh, be they greyed
     bool greyed_ = false;
-    Clock::time_point begin_, end_;  // of the refresh that runs
+    // Of the refresh that runs: when it ends at the latest, and when to look whether the user waits.
+    Clock::time_point end_, look_;
 };
