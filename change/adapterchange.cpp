@@ -24,6 +24,7 @@ namespace {
 
 constexpr std::chrono::milliseconds patience = 5s;
 constexpr std::size_t mostLines = 20;  // of a question
+constexpr int mostTries = 20;          // as others write: each takes milliseconds
 
 // Which services are given other settings, or other lists, than before.
 ServiceSet differing(int adapter, const ServiceSet& among, const AtmDevices& before,
@@ -101,7 +102,7 @@ bool AdapterChange::hasWork() const {
 std::optional<Question> AdapterChange::run() {
     asked_ = Ask::nothing;
     if (done_ || result_.givenUp || !hasWork()) return {};
-    for (;;) {
+    for (int tries = 1;; ++tries) {
         std::string failed;
         const int error = configuration_.lock(alone_ ? 0ms : patience, failed);
         if (error == EWOULDBLOCK || (error == EINTR && platform::endAsked())) {
@@ -124,7 +125,10 @@ std::optional<Question> AdapterChange::run() {
             fail(failed, std::strerror(error));
         else
             save(round);
-        if (result_.save.state == SaveOutcome::State::outdated) continue;
+        if (result_.save.state == SaveOutcome::State::outdated) {
+            if (tries < mostTries) continue;
+            fail(PdfEdit::parameterFile, "others change the files again and again");
+        }
         takeResult(round);
         configuration_.unlock();
         return {};
@@ -312,9 +316,14 @@ void AdapterChange::fail(const std::string& file, const std::string& reason) {
 
 std::optional<Question> AdapterChange::lockQuestion() {
     asked_ = Ask::lock;
+    const bool lists = !configuration_.unsavedLists(order_.adapter).empty();
     return Question{"Configuration Busy",
-                    fmt::format("The configuration is being changed by {}.{}", configuration_.holder(),
-                                answers("waits for it again", "gives your changes up"))};
+                    fmt::format("The configuration is being changed by {}.{}{}", configuration_.holder(),
+                                answers("waits for it again",
+                                        order_.settings ? "gives your changes up" : "saves your lists later"),
+                                order_.settings && lists
+                                    ? "\nWhat the driver has of your lists already is saved later."
+                                    : "")};
 }
 
 std::optional<Question> AdapterChange::conflictQuestion() {
