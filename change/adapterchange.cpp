@@ -24,7 +24,7 @@ namespace {
 
 constexpr std::chrono::milliseconds patience = 5s;
 constexpr std::size_t mostLines = 20;  // of a question
-constexpr int mostRounds = 10;         // somebody who writes all the time does not stop a save for ever
+constexpr int mostTries = 20;          // as others write: each takes milliseconds
 
 // Which services are given other settings, or other lists, than before.
 ServiceSet differing(int adapter, const ServiceSet& among, const AtmDevices& before,
@@ -103,7 +103,7 @@ bool AdapterChange::hasWork() const {
 std::optional<Question> AdapterChange::run() {
     asked_ = Ask::nothing;
     if (done_ || result_.givenUp || !hasWork()) return {};
-    for (int rounds = 1;; ++rounds) {
+    for (int tries = 1;; ++tries) {
         std::string failed;
         const int error = configuration_.lock(alone_ ? 0ms : patience, failed);
         if (error == EWOULDBLOCK || (error == EINTR && platform::endAsked())) {
@@ -128,8 +128,8 @@ std::optional<Question> AdapterChange::run() {
             save(round);
         if (result_.save.state == SaveOutcome::State::outdated) {
             round.history.drop();
-            if (rounds < mostRounds) continue;
-            fail(PdfEdit::parameterFile, "somebody else changes the files all the time");
+            if (tries < mostTries) continue;
+            fail(PdfEdit::parameterFile, "others change the files again and again");
         }
         takeResult(round);
         configuration_.unlock();
@@ -319,9 +319,14 @@ void AdapterChange::fail(const std::string& file, const std::string& reason) {
 
 std::optional<Question> AdapterChange::lockQuestion() {
     asked_ = Ask::lock;
+    const bool lists = !configuration_.unsavedLists(order_.adapter).empty();
     return Question{"Configuration Busy",
-                    fmt::format("The configuration is being changed by {}.{}", configuration_.holder(),
-                                answers("waits for it again", "gives your changes up"))};
+                    fmt::format("The configuration is being changed by {}.{}{}", configuration_.holder(),
+                                answers("waits for it again",
+                                        order_.settings ? "gives your changes up" : "saves your lists later"),
+                                order_.settings && lists
+                                    ? "\nWhat the driver has of your lists already is saved later."
+                                    : "")};
 }
 
 std::optional<Question> AdapterChange::conflictQuestion() {
