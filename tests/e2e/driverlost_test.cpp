@@ -91,7 +91,7 @@ TEST_F(DriverLost, ARestartedDriverIsFoundByEveryOpenWindow) {
             bool found = true;
             for (std::size_t i = 0; i < windows; ++i) {
                 dialog = dialogs[i];
-                if (!after[i] && look("txCells") == std::to_string(value) && silence().empty())
+                if (after[i] == 0 && look("txCells") == std::to_string(value) && silence().empty())
                     after[i] = secondsSince(back);
                 found &= after[i] > 0;
             }
