@@ -319,9 +319,14 @@ void AdapterChange::fail(const std::string& file, const std::string& reason) {
 
 std::optional<Question> AdapterChange::lockQuestion() {
     asked_ = Ask::lock;
+    const bool lists = !configuration_.unsavedLists(order_.adapter).empty();
     return Question{"Configuration Busy",
-                    fmt::format("The configuration is being changed by {}.{}", configuration_.holder(),
-                                answers("waits for it again", "gives your changes up"))};
+                    fmt::format("The configuration is being changed by {}.{}{}", configuration_.holder(),
+                                answers("waits for it again",
+                                        order_.settings ? "gives your changes up" : "saves your lists later"),
+                                order_.settings && lists
+                                    ? "\nWhat the driver has of your lists already is saved later."
+                                    : "")};
 }
 
 std::optional<Question> AdapterChange::conflictQuestion() {

@@ -6,15 +6,34 @@
 
 namespace {
 
+std::string encapsulationText(int encapsulation) {
+    return encapsulation == 1   ? "LLC"
+           : encapsulation == 0 ? "Null"
+                                : fmt::format("encapsulation {}", encapsulation);
+}
+
+std::string broadcastText(int broadcast) {
+    return broadcast == 0   ? "no broadcast"
+           : broadcast == 1 ? "broadcast"
+                            : fmt::format("broadcast {}", broadcast);
+}
+
 template <class Pvc> std::string pvcText(const Pvc& pvc, const char* address) {
-    return fmt::format("VCI {}, {}, {}{}, {} MB/s", pvc.vci, address,
-                       pvc.encapsulation == 1   ? "LLC"
-                       : pvc.encapsulation == 0 ? "Null"
-                                                : fmt::format("encapsulation {}", pvc.encapsulation),
-                       pvc.broadcast == 0   ? ""
-                       : pvc.broadcast == 1 ? ", broadcast"
-                                            : fmt::format(", broadcast {}", pvc.broadcast),
-                       pvc.rate);
+    return fmt::format("VCI {}, {}, {}{}, {} MB/s", pvc.vci, address, encapsulationText(pvc.encapsulation),
+                       pvc.broadcast == 0 ? "" : ", " + broadcastText(pvc.broadcast), pvc.rate);
+}
+
+template <class Pvc>
+std::string pvcDifferences(const Pvc& pvc, const Pvc& other, const char* address, bool otherAddress) {
+    std::string text;
+    const auto add = [&text](bool differs, const std::string& part) {
+        if (differs) text += (text.empty() ? "" : ", ") + part;
+    };
+    add(otherAddress, address);
+    add(pvc.encapsulation != other.encapsulation, encapsulationText(pvc.encapsulation));
+    add(pvc.broadcast != other.broadcast, broadcastText(pvc.broadcast));
+    add(pvc.rate != other.rate, fmt::format("{} MB/s", pvc.rate));
+    return text;
 }
 
 // Whether one entry can be what became of another.
@@ -62,6 +81,18 @@ std::string entryText(const AtmRoutedPvc& pvc) {
 
 std::string entryText(const esiSelector& client) {
     return client.GetF2EsiSelector();
+}
+
+std::string entryDifferences(const AtmBridgedPvc& pvc, const AtmBridgedPvc& other) {
+    return pvcDifferences(pvc, other, pvc.mac.GetFMacAddress(), !(pvc.mac == other.mac));
+}
+
+std::string entryDifferences(const AtmRoutedPvc& pvc, const AtmRoutedPvc& other) {
+    return pvcDifferences(pvc, other, pvc.ip.GetFIPAddress(), !(pvc.ip == other.ip));
+}
+
+std::string entryDifferences(const esiSelector& client, const esiSelector&) {
+    return entryText(client);
 }
 
 std::string entryName(const AtmBridgedPvc& pvc) {

@@ -13,6 +13,11 @@ std::string entryText(const AtmBridgedPvc& pvc);
 std::string entryText(const AtmRoutedPvc& pvc);
 std::string entryText(const esiSelector& client);
 
+// What an entry has that another one of the same name has not: "00:a0:3e:00:00:01, no broadcast".
+std::string entryDifferences(const AtmBridgedPvc& pvc, const AtmBridgedPvc& other);
+std::string entryDifferences(const AtmRoutedPvc& pvc, const AtmRoutedPvc& other);
+std::string entryDifferences(const esiSelector& client, const esiSelector& other);
+
 // What people call it: "PVC 0 / 204", "Client 00:a0:3e:00:00:01-00".
 std::string entryName(const AtmBridgedPvc& pvc);
 std::string entryName(const AtmRoutedPvc& pvc);

@@ -27,8 +27,9 @@ template <class Record> void copyField(const KeyField<Record>& field, const Reco
                field);
 }
 
-template <class Entry> std::string sideText(const std::optional<Entry>& entry) {
-    return entry ? entryText(*entry) : "removed";
+template <class Entry>
+std::string sideText(const std::optional<Entry>& entry, const std::optional<Entry>& other) {
+    return !entry ? "removed" : other ? entryDifferences(*entry, *other) : entryText(*entry);
 }
 
 // Merges one service.
@@ -84,8 +85,8 @@ template <class Record> class ServiceMerge {
         const List &base = *listOf(base_), &mine = *listOf(mine_), &theirs = *listOf(theirs_);
         *listOf(merged_) = mergeLists<Entry>(base, mine, theirs, [&](const EntryConflict<Entry>& conflict) {
             return decide(fmt::format("{} {}: yours {}, in the file {}", name_.words,
-                                      entryName(conflict.entry), sideText(conflict.mine),
-                                      sideText(conflict.theirs)));
+                                      entryName(conflict.entry), sideText(conflict.mine, conflict.theirs),
+                                      sideText(conflict.theirs, conflict.mine)));
         });
         if (theirs != base) {
             ListChange change{name_.path + '.' + listName<Record>, {}, {}};

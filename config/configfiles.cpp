@@ -26,10 +26,16 @@ FileAsRead readNow(const std::string& name) {
         return file;
     }
     const platform::OpenFile open(platform::openRegular(file.place));
-    file.exists = open || errno != ENOENT;
-    if (!open || files().status(open.descriptor(), file.status) != 0 ||
-        !platform::readWhole(open.descriptor(), file.content))
-        file.error = file.exists ? errno : 0;
+    file.error = open ? 0 : errno;
+    file.exists = file.error != ENOENT;
+    if (!file.exists) {
+        file.error = 0;
+    } else if (!open) {  // a directory, or what may not be read, can be told from another one all the same
+        files().status(file.place, file.status);
+    } else if (files().status(open.descriptor(), file.status) != 0 ||
+               !platform::readWhole(open.descriptor(), file.content)) {
+        file.error = errno;
+    }
     if (file.error) file.content.clear();
     return file;
 }

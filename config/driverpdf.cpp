@@ -365,7 +365,7 @@ void DriverPdfEdit::readPlaces() {
 // Why a file may not be replaced or removed as a list of this kind; empty: it may.
 template <class List> std::string DriverPdfEdit::whyNoList(const std::string& name, const List& list) {
     const FileAsRead& file = files_.read(name);
-    if (file.error) return std::strerror(file.error);
+    if (file.error) return isNoFile(file.error) ? "it is not a regular file" : std::strerror(file.error);
     const ListForm form = listForm(file.content, list);
     if (!form.isList) return "it is not a list of this kind";
     if (isOutside(name) && !form.hasEntry) return "it is not a list, and not in /etc/atm";

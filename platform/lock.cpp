@@ -23,6 +23,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+// Of a program that was asked to end: a save of others takes less, and nobody should wait for it any longer.
+constexpr std::chrono::milliseconds lastPatience{500};
+
 // Below a root directory /run may be missing; the system's own exists.
 int openLockFile() {
     const HostPath path = hostPath(ConfigurationLock::file);
@@ -54,14 +57,18 @@ int ConfigurationLock::take(const std::string& program, std::chrono::millisecond
     if (held()) return 0;
     const int descriptor = openLockFile();
     if (descriptor < 0) return errno;
-    const Clock::time_point deadline = Clock::now() + patience;
+    Clock::time_point deadline = Clock::now() + patience;
+    bool ending = false;
     while (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
         int error = errno;
         constexpr timespec pause{0, 20'000'000};
+        if (!ending && endAsked()) deadline = std::min(deadline, Clock::now() + lastPatience);
+        ending = endAsked();
         if (error == EWOULDBLOCK && Clock::now() < deadline) {
-            if (::nanosleep(&pause, nullptr) == 0 || !endAsked()) continue;
-            error = EINTR;
+            ::nanosleep(&pause, nullptr);
+            continue;
         }
+        if (error == EWOULDBLOCK && ending) error = EINTR;
         holder_ = readHolder(descriptor);
         ::close(descriptor);
         return error;

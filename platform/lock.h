@@ -17,9 +17,9 @@ class ConfigurationLock {
     ConfigurationLock(const ConfigurationLock&) = delete;
     ConfigurationLock& operator=(const ConfigurationLock&) = delete;
 
-    // Waits for the lock no longer than `patience`. 0; EWOULDBLOCK: somebody else holds it, and holder() says
-    // who; EINTR: the program was asked to end while waiting; otherwise the errno of what failed. Held
-    // already: 0.
+    // Waits for the lock no longer than `patience`, and than half a second when the program was asked to end.
+    // 0; EWOULDBLOCK: somebody else holds it, and holder() says who; EINTR: the same, and the program was
+    // asked to end; otherwise the errno of what failed. Held already: 0.
     int take(const std::string& program, std::chrono::milliseconds patience);
     void release();
 

@@ -140,7 +140,7 @@ TEST_F(Changes, ConflictsAreAskedAndOneOfTheTwoIsTaken) {
         const ChangeResult result = user.end(true, mine);
         ASSERT_EQ(user.questions.size(), 1U);
         EXPECT_THAT(user.questions[0], HasSubstr("\nLEC 3 ELAN MTU: yours 4544, in the file 9234\n"));
-        EXPECT_THAT(user.questions[0], HasSubstr("LEC 1 PVC 0 / 100: yours VCI 100, "));
+        EXPECT_THAT(user.questions[0], HasSubstr("LEC 1 PVC 0 / 100: yours 7 MB/s, in the file 25 MB/s\n"));
         EXPECT_THAT(user.questions[0], HasSubstr(" 8 MB/s, in the file removed\n"));
         EXPECT_THAT(user.questions[0], testing::Not(HasSubstr("LES 1")));
         const AtmDevices now = inFiles();

@@ -14,7 +14,9 @@
 #include <Xm/TabStack.h>
 #include <Xm/ToggleB.h>
 #include <chrono>
+#include <filesystem>
 #include <fmt/format.h>
+#include <map>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -144,8 +146,33 @@ class ConfigurationTest : public ProgramTest {
             page_ = page;
         });
     }
+    // When Add is pressed on the LEC page.
+    void addsPvc() {
+        inSubDialog("PVC Settings", "lecPvc", [this] {
+            enter(pvcVciED, "204");
+            press(subOkBTN);
+        });
+    }
     void answer(const char* key) {
         inDialog("PVC Error", [this, key] { user->key(key); });
+    }
+
+    // Somebody else edits a file.
+    void edit(const std::string& file, const std::string& from, const std::string& to) {
+        std::string text = root.read(file);
+        const std::size_t at = text.find(from);
+        ASSERT_NE(at, std::string::npos) << file << ": " << from;
+        root.write(file, text.replace(at, from.size(), to));
+    }
+    // The regular files below /etc/atm.
+    std::map<std::string, std::string> files() {
+        std::map<std::string, std::string> all;
+        for (const auto& entry : std::filesystem::directory_iterator(root.at("/etc/atm")))
+            if (entry.is_regular_file()) {
+                const std::string name = "/etc/atm/" + entry.path().filename().string();
+                all[name] = root.read(name);
+            }
+        return all;
     }
 
     std::string dump() { return simulator->ctl("dump config"); }

@@ -10,17 +10,7 @@
 #include <filesystem>
 #include <optional>
 
-class SetupTest : public ConfigurationTest {
-  protected:
-    // When Add is pressed on the LEC page.
-    void addsPvc() {
-        inSubDialog("PVC Settings", "lecPvc", [this] {
-            enter(pvcMacED, "aabbcc000001");
-            enter(pvcVciED, "204");
-            press(subOkBTN);
-        });
-    }
-};
+using SetupTest = ConfigurationTest;
 
 TEST_F(SetupTest, PagesThatNobodyLookedAtAreCreatedInOrderAndStored) {
     const std::string file = root.read(parameterFile);
