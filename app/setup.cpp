@@ -12,6 +12,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 #include <functional>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -52,7 +53,7 @@ std::string driverText(const ChangeResult& result) {
            (result.wrote ? "\nThe file has the change." : "\nThe file was not updated.");
 }
 
-// Finishes a change when the connection to the X server is lost.
+// Finishes what was begun when the connection to the X server is lost.
 class WithoutWindows {
   public:
     WithoutWindows(zApplication& application, std::function<void()> finish)
@@ -66,17 +67,6 @@ class WithoutWindows {
     zApplication& application_;
     std::function<void()> before_;
 };
-
-ChangeResult change(zWindow& window, Configuration& configuration, ChangeOrder order) {
-    AdapterChange change(configuration, std::move(order));
-    const WithoutWindows rest(window.application(), [&] {
-        change.finishAlone();
-        saveUnsavedLists(configuration);
-    });
-    while (const std::optional<Question> question = change.run())
-        change.answer(zQuestionBox(window.application(), window.shell(), question->text, question->title));
-    return change.result();
-}
 
 void takeListsOver() {
     MapXferBufferPVCsToData();
@@ -102,25 +92,38 @@ void setUpAdapter(zWindow& window, Configuration& configuration) {
         SetupIoctlDesc.onChange = [&order](const SentChange& sent) {
             order.requests.push_back(sentRequest(sent));
         };
-        {
-            const WithoutWindows lists(window.application(), [&] {
+        std::optional<AdapterChange> change;
+        const auto begin = [&] {
+            SetupIoctlDesc.onChange = nullptr;
+            order.settings = dialog.okFlag();
+            if (order.settings)
+                order.changed = MapXferBufferToData();
+            else
                 takeListsOver();
-                saveUnsavedLists(configuration);
-            });
-            dialog.runModal();
-        }
-        SetupIoctlDesc.onChange = nullptr;
+            changed = order.changed;
+            order.driver = static_cast<bool>(ioctlDesc);
+            order.display = window.application().displayName();
+            accepted = SetupIoctlDesc.acceptedChanges() != before;
+            change.emplace(configuration, std::move(order));
+        };
+        const WithoutWindows rest(window.application(), [&] {
+            if (!change) begin();
+            change->finishAlone();
+            saveUnsavedLists(configuration);
+        });
+        dialog.runModal();
         window.setCursor(zWatchCursor);
-        order.settings = dialog.okFlag();
-        if (order.settings)
-            order.changed = MapXferBufferToData();
-        else
-            takeListsOver();
-        changed = order.changed;
-        order.driver = static_cast<bool>(ioctlDesc);
-        order.display = window.application().displayName();
-        accepted = SetupIoctlDesc.acceptedChanges() != before;
-        result = change(window, configuration, std::move(order));
+        begin();
+        while (const std::optional<Question> question = change->run()) {
+            const bool ok =
+                zQuestionBox(window.application(), window.shell(), question->text, question->title);
+            if (window.application().ending()) {  // nobody has answered
+                change->finishAlone();
+                break;
+            }
+            change->answer(ok);
+        }
+        result = change->result();
         accepted |= result.tookAny;
         window.setCursor(zArrowCursor);
     }

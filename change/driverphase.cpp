@@ -26,16 +26,25 @@ constexpr Sentences sentenceTable[] = {
     {StepKind::clientPvc, "{2} of {0} refused ({1}): the client runs without it.",
      "{2} of {0}: no answer. Whether the client has it is unknown.",
      "{2} of {0} not sent: the client runs without it."},
+    {StepKind::oldClientPvc,
+     "{2} of {0} refused ({1}). The client was not restarted and may have it already.",
+     "{2} of {0}: no answer. Whether the client has it is unknown.",
+     "{2} of {0} not sent: the client may run without it."},
     // A server that does not run refuses to be stopped.
     {StepKind::stopForRestart, nullptr, "{0}: no answer to the stop. Whether it still runs is unknown.",
      "{0}: not restarted. It runs with its old settings."},
     {StepKind::startServer, "{0}: start refused ({1}). It is stopped.",
      "{0}: no answer to the start. Whether it runs is unknown.", "{0}: stopped, and not started again."},
-    {StepKind::restartLecs, "{0}: restart refused ({1}). It may be stopped.",
+    {StepKind::restartServer, "{0}: restart refused ({1}). It may run with its old settings.",
+     "{0}: no answer to the restart. What it runs with is unknown.",
+     "{0}: not restarted. It may run with its old settings."},
+    {StepKind::restartLecs, "{0}: restart refused ({1}). It is stopped, or runs with its old settings.",
      "{0}: no answer to the restart. Whether it runs is unknown.",
      "{0}: not restarted. It runs with its old settings."},
     {StepKind::lecsClient, "{2} refused ({1}): the {0} runs without it.",
      "{2}: no answer. Whether the {0} has it is unknown.", "{2} not sent: the {0} runs without it."},
+    {StepKind::oldLecsClient, "{2} refused ({1}). The {0} was not restarted and may have it already.",
+     "{2}: no answer. Whether the {0} has it is unknown.", "{2} not sent: the {0} may run without it."},
 };
 
 const char* formatOf(StepKind kind, RequestResult answer) {

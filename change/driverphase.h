@@ -15,8 +15,20 @@
 #include <string>
 #include <vector>
 
-// What a request is to do; each has its sentences.
-enum class StepKind { restartClient, stop, clientPvc, stopForRestart, startServer, restartLecs, lecsClient };
+// What a request is to do; each has its sentences. The `old` ones follow a restart that was refused: what runs
+// may have the entry already, and refuses it for that.
+enum class StepKind {
+    restartClient,
+    stop,
+    clientPvc,
+    oldClientPvc,
+    stopForRestart,
+    startServer,
+    restartServer,  // after a stop that was refused
+    restartLecs,
+    lecsClient,
+    oldLecsClient,
+};
 
 struct Step {
     StepKind kind;

@@ -29,10 +29,13 @@ struct Restart {
             phase.take({StepKind::stop, name, stop}, request, end);
             return;
         }
-        if (!isAnswer(phase.take({StepKind::restartClient, name, start}, request, begin))) return;
+        const RequestResult started = phase.take({StepKind::restartClient, name, start}, request, begin);
+        if (!isAnswer(started)) return;
+        const bool restarted = started == RequestResult::taken;
         for (const auto& pvc : record.pvcs)
-            phase.take({StepKind::clientPvc, name, addPvc, entryName(pvc)}, request,
-                       [&] { return add(pvc); });
+            phase.take(
+                {restarted ? StepKind::clientPvc : StepKind::oldClientPvc, name, addPvc, entryName(pvc)},
+                request, [&] { return add(pvc); });
     }
 
     void lec(std::size_t m) const {
@@ -54,8 +57,9 @@ struct Restart {
         const RequestResult stopped =
             phase.take({kind, name, "LES_DISABLE"}, request, [&] { return request.stop(unit); });
         if (record.enabled && isAnswer(stopped))
-            phase.take({StepKind::startServer, name, "LES_ENABLE"}, request,
-                       [&] { return request.start(unit, record); });
+            phase.take({stopped == RequestResult::taken ? StepKind::startServer : StepKind::restartServer,
+                        name, "LES_ENABLE"},
+                       request, [&] { return request.start(unit, record); });
     }
 
     void lecs() const {
@@ -68,12 +72,13 @@ struct Restart {
         }
         lecsReqStruct settings;
         settings = record;
-        if (!isAnswer(phase.take({StepKind::restartLecs, name, "LECS_ENABLE"}, request,
-                                 [&] { return request.enable(settings); })))
-            return;
+        const RequestResult started = phase.take({StepKind::restartLecs, name, "LECS_ENABLE"}, request,
+                                                 [&] { return request.enable(settings); });
+        if (!isAnswer(started)) return;
+        const bool restarted = started == RequestResult::taken;
         for (std::size_t m = 0; m < asIndex(lesCount); ++m)
             for (const esiSelector& client : devices.les[index()][m].clients)
-                phase.take({StepKind::lecsClient, name, "LECS_SET_ADDR",
+                phase.take({restarted ? StepKind::lecsClient : StepKind::oldLecsClient, name, "LECS_SET_ADDR",
                             fmt::format("{} of LES {}", entryName(client), m + 1)},
                            request, [&] {
                                return request.addClient(

@@ -133,15 +133,18 @@ TEST_F(ApplyTest, AChangeOfOneFieldSendsWhatItsServiceNeedsAndNothingElse) {
 TEST_F(ApplyTest, WhatTheDriverDoesNotTakeIsNamed) {
     const std::vector<std::string> refused{
         "LEC 3: restart refused (5). It runs with its old settings.",
-        "PVC 0 / 100 of LEC 3 refused (5): the client runs without it.",
-        "PVC 0 / 101 of LEC 3 refused (5): the client runs without it.",
-        "LES 5: start refused (5). It is stopped.",
-        "LECS: restart refused (5). It may be stopped.",
-        "Client 01:00:00:00:00:00-00 of LES 1 refused (5): the LECS runs without it.",
-        "Client 02:00:00:00:00:00-00 of LES 1 refused (5): the LECS runs without it.",
-        "Client 03:00:00:00:00:00-00 of LES 3 refused (5): the LECS runs without it.",
+        "PVC 0 / 100 of LEC 3 refused (5). The client was not restarted and may have it already.",
+        "PVC 0 / 101 of LEC 3 refused (5). The client was not restarted and may have it already.",
+        "LES 5: restart refused (5). It may run with its old settings.",
+        "LECS: restart refused (5). It is stopped, or runs with its old settings.",
+        "Client 01:00:00:00:00:00-00 of LES 1 refused (5). The LECS was not restarted and may have it "
+        "already.",
+        "Client 02:00:00:00:00:00-00 of LES 1 refused (5). The LECS was not restarted and may have it "
+        "already.",
+        "Client 03:00:00:00:00:00-00 of LES 3 refused (5). The LECS was not restarted and may have it "
+        "already.",
         "Classical IP: restart refused (5). It runs with its old settings.",
-        "PVC 0 / 200 of Classical IP refused (5): the client runs without it."};
+        "PVC 0 / 200 of Classical IP refused (5). The client was not restarted and may have it already."};
     const std::vector<std::string> unsent{"LES 5: not restarted. It runs with its old settings.",
                                           "LECS: not restarted. It runs with its old settings.",
                                           "Classical IP: not restarted. It runs with its old settings."};

@@ -1,15 +1,10 @@
 // Somebody else changes the same files while Setup is open, names files that are no lists, or holds the lock.
 #include <gtest/gtest.h>  // before the window system's macros
 
-#include "platform/lock.h"
 #include "tests/e2e/configurationtest.h"
+#include "tests/e2e/holder.h"
 
-#include <csignal>
-#include <fcntl.h>
-#include <sys/prctl.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -18,40 +13,6 @@ namespace {
 constexpr const char *lecList = "/etc/atm/pvcconf0.0", *ipList = "/etc/atm/pvcconf0.32";
 constexpr const char* pvc77 =
     "[PVC\n\tVC    =77\n\tAddr  =00204000a177\n\tEncap =1\n\tBcast =0\n\tRate  =3\n]\n";
-
-// Another program that holds the lock.
-class Holder {
-  public:
-    Holder() {
-        int ready[2];
-        if (::pipe(ready) != 0) return;
-        process_ = ::fork();
-        if (process_ == 0) {
-            ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-            platform::ConfigurationLock lock;
-            if (lock.take("tvctl", std::chrono::seconds(1)) != 0 || ::write(ready[1], "", 1) != 1) ::_exit(1);
-            for (;;) ::pause();
-        }
-        ::close(ready[1]);
-        char byte = 0;
-        EXPECT_EQ(::read(ready[0], &byte, 1), 1) << "the lock is taken already";
-        ::close(ready[0]);
-    }
-    ~Holder() { end(); }
-    Holder(const Holder&) = delete;
-    Holder& operator=(const Holder&) = delete;
-
-    void end() {
-        if (process_ <= 0) return;
-        ::kill(process_, SIGKILL);
-        ::waitpid(process_, nullptr, 0);
-        process_ = -1;
-    }
-    std::string name() const { return fmt::format("tvctl (process {})", process_); }
-
-  private:
-    pid_t process_ = -1;
-};
 
 }  // namespace
 
