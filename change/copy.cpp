@@ -67,7 +67,8 @@ void removeDeadCopies(const std::set<std::string>& directories) {
     for (const std::string& directory : directories) {
         if (files().list({directory}, names) != 0) continue;
         for (const std::string& name : names) {
-            const HostPath path{directory + '/' + name};
+            HostPath path{directory};
+            path.text.append("/").append(name);
             struct stat status {};
             const pid_t process = processOf(name);
             if (process == 0 || !isGone(process) || files().status(path, status) != 0 ||

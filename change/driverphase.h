@@ -15,8 +15,8 @@
 #include <string>
 #include <vector>
 
-// What a request is to do; each has its sentences. The `old` ones follow a restart that was refused: what runs
-// may have the entry already, and refuses it for that.
+// What a request is to do; each has its sentences. The `old` ones follow a restart that was refused: what
+// runs may have the entry already, and refuses it for that.
 enum class StepKind {
     restartClient,
     stop,

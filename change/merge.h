@@ -13,7 +13,7 @@
 struct Conflict {
     std::string line;  // "LEC 2 ELAN MTU: yours 4544, in the file 9234"
 
-    auto operator<=>(const Conflict&) const = default;
+    bool operator<(const Conflict& other) const { return line < other.line; }
 };
 
 // What was decided: true takes the user's side, false the file's.
