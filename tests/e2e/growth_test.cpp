@@ -38,7 +38,7 @@ long openDescriptors() {
 // been. The tests run without the address sanitizer's quarantine therefore (tests/CMakeLists.txt).
 class Growth : public ConfigurationTest {
   protected:
-    static constexpr int caches = 20;  // times that fill them
+    static constexpr int caches = 40;  // times that fill them
 
     void expectNone(int times, const std::function<void()>& openOnce) {
         for (int i = 0; i < caches; ++i) openOnce();
