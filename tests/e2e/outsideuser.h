@@ -13,10 +13,16 @@
 
 class OutsideUser {
   public:
-    OutsideUser() : display_(XOpenDisplay(nullptr)) {
+    // Windows may go while they are looked at.
+    OutsideUser()
+        : before_(XSetErrorHandler([](Display*, XErrorEvent*) { return 0; })),
+          display_(XOpenDisplay(nullptr)) {
         if (!display_) throw std::runtime_error("no display");
     }
-    ~OutsideUser() { leave(); }
+    ~OutsideUser() {
+        leave();
+        XSetErrorHandler(before_);
+    }
     OutsideUser(const OutsideUser&) = delete;
     OutsideUser& operator=(const OutsideUser&) = delete;
 
@@ -42,14 +48,15 @@ class OutsideUser {
     bool isUp(std::string_view title) { return find(title) != 0; }
 
     // The left button at this place of the window that was seen last.
-    void click(int x, int y) {
+    void click(int x, int y, bool waits = true) {
         int rootX = 0, rootY = 0;
         Window child = 0;
         XTranslateCoordinates(display_, window_, DefaultRootWindow(display_), x, y, &rootX, &rootY, &child);
         XTestFakeMotionEvent(display_, -1, rootX, rootY, 0);
         XTestFakeButtonEvent(display_, 1, True, 0);
         XTestFakeButtonEvent(display_, 1, False, 0);
-        rest();
+        XSync(display_, False);
+        if (waits) rest();
     }
     void key(const char* name, const char* held = nullptr) {
         if (held) XTestFakeKeyEvent(display_, code(held), True, 0);
@@ -92,6 +99,7 @@ class OutsideUser {
         std::this_thread::sleep_for(std::chrono::milliseconds(60));
     }
 
+    XErrorHandler before_;
     Display* display_;
     Window window_ = 0;
 };
@@ -103,7 +111,8 @@ struct Spot {
 namespace spot {
 inline constexpr Spot setup{577, 111}, ok{278, 621}, cancel{409, 621};
 inline constexpr Spot lecPage{137, 30}, lesPage{199, 30}, lecsPage{259, 30}, ipPage{315, 30};
-inline constexpr Spot pvcOnly{211, 140}, lecName{94, 201}, addPvc{528, 384}, pvcVci{105, 171};
+inline constexpr Spot pvcOnly{211, 140}, lecName{94, 201}, addPvc{528, 384}, pvcVci{105, 171},
+    pvcMac{105, 85};
 inline constexpr Spot lecEnable{84, 140}, lesEnable{84, 145}, lecsEnable{84, 103}, ipEnable{98, 103};
 constexpr Spot instance(int number) {
     return {64 * number - 24, 64};

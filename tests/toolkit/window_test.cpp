@@ -109,6 +109,44 @@ TEST_F(WindowTest, AMessageBoxKeepsClicksFromTheWindowBehind) {
     EXPECT_EQ(clicksBehind, 0);
 }
 
+TEST_F(WindowTest, ABoxWithALongTextFitsItsScreen) {
+    std::string lines, many;
+    for (int i = 0; i < 50; ++i) lines += "/a/directory/with a blank/" + std::string(90, 'x') + '\n';
+    for (int i = 0; i < 10; ++i) many += lines;
+    const struct {
+        const char* title;
+        std::string text;
+        bool cut = false;
+    } boxes[] = {{"Short", "Two\nlines"},
+                 {"High", lines + "end"},
+                 {"Wide", "Reason:\n\n" + std::string(600, 'w') + "\nend"},
+                 {"Too high", many + "\nOK does this. Cancel does that.", true}};
+    for (const auto& box : boxes) {
+        user.when(shown(box.title), [&] {
+            const Widget shell = user.shellLike(box.title);
+            Position x = 0, y = 0;
+            Dimension width = 0, height = 0;
+            XtVaGetValues(shell, XtNx, &x, XtNy, &y, XtNwidth, &width, XtNheight, &height, nullptr);
+            const Screen* screen = XtScreen(shell);
+            EXPECT_TRUE(x >= 0 && y >= 0 && x + width <= WidthOfScreen(screen) &&
+                        y + height <= HeightOfScreen(screen))
+                << box.title << ' ' << x << ' ' << y << ' ' << width << ' ' << height;
+            std::string text = box.text, shows = XUser::messageOf(shell);
+            std::erase(text, '\n');
+            if (box.cut) {
+                EXPECT_TRUE(shows.ends_with("xOK does this. Cancel does that.")) << shows;
+                EXPECT_NE(shows.find("..."), std::string::npos);
+            } else {
+                EXPECT_EQ(shows, text);
+            }
+            user.focus(shell);
+            user.key("Return");
+        });
+        zMessageBox(application, window.shell(), zMessageStyle::warning, box.text, box.title);
+        user.settle();
+    }
+}
+
 TEST_F(WindowTest, AWindowUnderAModalOneIsNotClosed) {
     int closings = 0;
     window.onClose = [&] { ++closings; };

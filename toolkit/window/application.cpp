@@ -92,7 +92,10 @@ zApplication::zApplication(std::string programName, std::string className, std::
     struct sigaction action {};
     action.sa_handler = noteSignal;
     for (const int number : endingSignals) ::sigaction(number, &action, nullptr);
-    std::signal(SIGPIPE, SIG_IGN);  // a lost log or driver is reported by the call that writes to it
+    // A lost log or driver, and a file that the process may not let grow, are reported by the call that
+    // writes.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 zApplication::~zApplication() {

@@ -4,6 +4,7 @@
 #include "toolkit/display/displaycache.h"
 #include "toolkit/display/picture.h"
 #include "toolkit/display/xmtext.h"
+#include "toolkit/window/fittedtext.h"
 #include "toolkit/window/modal.h"
 #include "toolkit/window/shell.h"
 
@@ -19,8 +20,9 @@ struct Kind {
 
 bool showBox(zApplication& application, Widget parent, const Kind& kind, const std::string& text,
              const std::string& title) {
-    const zXmText message(text), ok("OK"), cancel(kind.asks ? "Cancel" : "OK"), caption(title);
     const Widget shell = zCreateModalShell("message", parent);
+    const zFittedText fitted = zFitText(shell, text);
+    const zXmText message(fitted.text), ok("OK"), cancel(kind.asks ? "Cancel" : "OK"), caption(title);
     // A single button is the box's cancel button: then both Return and Escape press it.
     const unsigned char usual = kind.asks ? XmDIALOG_OK_BUTTON : XmDIALOG_CANCEL_BUTTON;
     zResources resources;
@@ -28,7 +30,7 @@ bool showBox(zApplication& application, Widget parent, const Kind& kind, const s
     resources.set(XmNokLabelString, ok).set(XmNcancelLabelString, cancel).set(XmNdefaultButtonType, usual);
     resources.set(XmNdialogTitle, caption).set(XmNdialogStyle, XmDIALOG_FULL_APPLICATION_MODAL);
     resources.set(XmNautoUnmanage, False).set(XmNnoResize, True).set(XmNdefaultPosition, False);
-    resources.setFonts(zDisplayCache::of(XtDisplay(shell)).renderTable(shell, "bold"));
+    resources.setFonts(zDisplayCache::of(XtDisplay(shell)).renderTable(shell, fitted.font));
     const Widget box = XtCreateWidget("messageBox", xmMessageBoxWidgetClass, shell, resources.args.data(),
                                       resources.count());
     if (const Pixmap symbol = zPixmapOf(box, kind.picture, zBackground(box)))
