@@ -22,7 +22,7 @@ using testing::IsEmpty;
 
 namespace {
 
-constexpr const char *file = "/etc/atm/tvconf", *list = "/etc/atm/pvcconf0.0";
+constexpr const char* file = "/etc/atm/tvconf";
 
 AtmBridgedPvc pvc(int vci, int rate = 0) {
     AtmBridgedPvc made;
