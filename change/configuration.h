@@ -44,6 +44,9 @@ class Configuration {
     // What the driver says of itself; empty without a driver. Values that were sent to another one are void.
     std::string driverRevision;
 
+    // What is known of the list files, for editors of this configuration.
+    const std::shared_ptr<ListCache>& lists() const { return lists_; }
+
     // Sentences of what was found while recovering, for the user. Emptied by the call.
     std::vector<std::string> takeNotes();
 
@@ -51,6 +54,7 @@ class Configuration {
     std::string program_;
     AtmDevices& mine_;
     AtmDevices base_;
+    std::shared_ptr<ListCache> lists_ = std::make_shared<ListCache>();
     platform::ConfigurationLock lock_;
     std::vector<std::string> notes_;
 };

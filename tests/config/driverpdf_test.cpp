@@ -43,7 +43,7 @@ struct DriverPdf : testing::Test {
             else
                 std::filesystem::remove(root.at(name));
         }
-        editor.files().clear();
+        editor.forget();
         return stored;
     }
 
