@@ -193,10 +193,10 @@ void AdapterChange::save(Round& round) {
     std::vector<FileEdit> edits;
     ConfigFiles& files = round.editor.files();
     const char* parameters = PdfEdit::parameterFile;
-    if (order_.settings && round.readable)
-        edits.push_back({parameters, files.place(parameters), true, files.now(parameters)});
+    const bool always = order_.settings && round.readable;
+    if (always) edits.push_back({parameters, files.place(parameters), true, files.now(parameters)});
     for (const auto& [name, text] : changes) {
-        if (!edits.empty() && name == parameters) continue;
+        if (always && name == parameters) continue;
         edits.push_back({name, files.place(name), files.read(name).exists, text});
     }
     if (edits.empty()) return;

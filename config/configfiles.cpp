@@ -27,6 +27,7 @@ FileAsRead readNow(const std::string& name) {
     file.exists = open || errno != ENOENT;
     if (!open) {
         file.error = file.exists ? errno : 0;
+        if (file.exists) files().status(path, file.status);
     } else if (files().status(open.descriptor(), file.status) != 0 ||
                !platform::readWhole(open.descriptor(), file.content)) {
         file.error = errno;
