@@ -59,7 +59,8 @@ std::string answers(const char* ok, const char* cancel) {
 
 // What is read, made and saved in one go.
 struct AdapterChange::Round {
-    explicit Round(int number) : adapter(number) {}
+    Round(int number, std::shared_ptr<ListCache> lists)
+        : adapter(number), editor(nullptr, false, devices, std::move(lists)) {}
 
     void read() {
         readable = editor.ReadLink(adapter);
@@ -68,7 +69,7 @@ struct AdapterChange::Round {
 
     int adapter;
     AtmDevices devices;  // the editor's
-    DriverPdfEdit editor{nullptr, false, devices};
+    DriverPdfEdit editor;
     AtmDevices theirs;  // as the files have it
     bool readable = false;
     HistoryEntry history;
@@ -111,7 +112,7 @@ std::optional<Question> AdapterChange::run() {
             giveUp();
             return {};
         }
-        Round round(order_.adapter);
+        Round round(order_.adapter, configuration_.lists());
         if (error == 0) round.read();
         const AtmDevices& base = configuration_.base();
         merge_ = mergeAdapter(order_.adapter, base, configuration_.mine(),
@@ -182,7 +183,6 @@ void AdapterChange::noteSent(const ServiceSet& due) {
 }
 
 void AdapterChange::save(Round& round) {
-    const auto place = [&](const std::string& name) { return round.editor.files().read(name).place; };
     round.devices = merge_.devices;
     if (order_.settings)
         round.editor.WriteLink(order_.adapter);
@@ -198,16 +198,15 @@ void AdapterChange::save(Round& round) {
 
     const auto changes = round.editor.files().edits();
     std::vector<FileEdit> edits;
-    const FileAsRead& file = round.editor.files().read(PdfEdit::parameterFile);
-    if (order_.settings && round.readable)
-        edits.push_back(
-            {PdfEdit::parameterFile, file.place, true, round.editor.files().now(PdfEdit::parameterFile)});
+    ConfigFiles& files = round.editor.files();
+    const char* parameters = PdfEdit::parameterFile;
+    const bool always = order_.settings && round.readable;
+    if (always) edits.push_back({parameters, files.place(parameters), true, files.now(parameters)});
     for (const auto& [name, text] : changes) {
-        if (!edits.empty() && name == PdfEdit::parameterFile) continue;
-        edits.push_back({name, place(name), round.editor.files().read(name).exists, text});
+        if (always && name == parameters) continue;
+        edits.push_back({name, files.place(name), files.read(name).exists, text});
     }
     if (edits.empty()) return;
-    ConfigFiles& files = round.editor.files();
     if (!changes.empty() && files.standAsRead()) keepHistory(round, edits);
     result_.save = replaceFiles(Configuration::saveRecord(), edits, [&] { return files.standAsRead(); });
     result_.wrote = result_.save.state == SaveOutcome::State::done && !changes.empty();
@@ -247,12 +246,11 @@ void AdapterChange::record(Round& round) {
 
 // Both the records and what the files are known to have.
 void AdapterChange::takeResult(Round& round) {
-    using State = SaveOutcome::State;
     AtmDevices &base = configuration_.base(), &mine = configuration_.mine();
     const AtmDevices written = round.devices;  // with the file names that were made up
     if (round.readable) {
         round.devices = AtmDevices();
-        if (result_.save.state == State::done)
+        if (result_.wrote)
             round.editor.ReadTexts(order_.adapter);
         else
             round.devices = round.theirs;

@@ -78,6 +78,7 @@ std::vector<AuditLine> auditLines(const ChangeRecord& record, std::string_view c
 }
 
 void audit(const ChangeRecord& record, std::string_view change) {
+    if (record.keys.empty() && record.lists.empty() && record.requests.empty()) return;
     for (const AuditLine& line : auditLines(record, change, userName()))
         platform::sendSyslog(line.level, line.text);
 }

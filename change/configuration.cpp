@@ -73,7 +73,7 @@ bool Configuration::forgetLostDriver() {
 bool Configuration::read() {
     std::string failed;
     lock(0ms, failed);
-    DriverPdfEdit editor(nullptr, false, mine_);
+    DriverPdfEdit editor(nullptr, false, mine_, lists_);
     const bool good = editor.ReadPdf();
     base_ = mine_;
     unlock();
@@ -84,14 +84,15 @@ void Configuration::readAgain(int adapter) {
     std::string failed;
     lock(1s, failed);
     AtmDevices theirs;
-    if (DriverPdfEdit(nullptr, false, theirs).ReadLink(adapter)) takeOver(adapter, base_, mine_, theirs);
+    if (DriverPdfEdit(nullptr, false, theirs, lists_).ReadLink(adapter))
+        takeOver(adapter, base_, mine_, theirs);
     unlock();
 }
 
 std::vector<std::string> Configuration::unsavedLists(int adapter) const {
     std::vector<std::string> names;
     forEachService(adapter, [&](const ServiceName& name, auto record, const std::string&, auto) {
-        auto was = record(base_), is = record(mine_);
+        const auto &was = record(base_), &is = record(mine_);
         if constexpr (hasList<decltype(was)>)
             if (*listOf(was) != *listOf(is) && canKeepList(is)) names.push_back(name.words);
     });

@@ -50,6 +50,9 @@ class Configuration {
     // Under the lock. True when there was such a driver.
     bool forgetLostDriver();
 
+    // What is known of the list files, for editors of this configuration.
+    const std::shared_ptr<ListCache>& lists() const { return lists_; }
+
     // Sentences of what was found while recovering, for the user. Emptied by the call.
     std::vector<std::string> takeNotes();
 
@@ -57,6 +60,7 @@ class Configuration {
     std::string program_;
     AtmDevices& mine_;
     AtmDevices base_;
+    std::shared_ptr<ListCache> lists_ = std::make_shared<ListCache>();
     platform::ConfigurationLock lock_;
     std::vector<std::string> notes_;
     bool driverLost_ = false;

@@ -1,7 +1,10 @@
 #include "change/listmerge.h"
 
+#include "platform/index.h"
+
 #include <algorithm>
 #include <fmt/format.h>
+#include <span>
 #include <unordered_map>
 
 namespace {
@@ -69,6 +72,18 @@ void substitute(std::vector<Entry>& list, const std::optional<Entry>& old,
     }
 }
 
+// Entries that differ in nothing but flags and rate are few.
+struct EntryHash {
+    std::size_t operator()(const AtmBridgedPvc& pvc) const { return mixed(pvc.mac.bytes(), pvc.vci); }
+    std::size_t operator()(const AtmRoutedPvc& pvc) const { return mixed(pvc.ip.bytes(), pvc.vci); }
+    std::size_t operator()(const esiSelector& client) const { return mixed(client.bytes(), 0); }
+
+    static std::size_t mixed(const auto& bytes, std::size_t hash) {
+        for (const std::uint8_t byte : bytes) hash = hash * 31 + byte;
+        return hash;
+    }
+};
+
 }  // namespace
 
 std::string entryText(const AtmBridgedPvc& pvc) {
@@ -109,12 +124,15 @@ std::string entryName(const esiSelector& client) {
 
 template <class Entry>
 std::vector<Entry> withoutThose(const std::vector<Entry>& list, const std::vector<Entry>& others) {
+    // What both begin with matches entry by entry.
+    const auto [first, firstOther] = std::ranges::mismatch(list, others);
     std::vector<Entry> rest;
-    if (list == others) return rest;
-    std::unordered_map<std::string, int> counts;
-    for (const Entry& entry : others) ++counts[entryText(entry)];
-    for (const Entry& entry : list)
-        if (--counts[entryText(entry)] < 0) rest.push_back(entry);
+    if (first == list.end()) return rest;
+    std::unordered_map<Entry, int, EntryHash> counts;
+    counts.reserve(asIndex(others.end() - firstOther));
+    for (const Entry& entry : std::span(firstOther, others.end())) ++counts[entry];
+    for (const Entry& entry : std::span(first, list.end()))
+        if (--counts[entry] < 0) rest.push_back(entry);
     return rest;
 }
 

@@ -104,7 +104,7 @@ template <class Record> class ServiceMerge {
     }
 
     const ServiceName& name_;
-    Record base_, mine_, theirs_;  // listOf() needs them to be its own
+    const Record &base_, &mine_, &theirs_;
     const Decisions& decisions_;
     Merge& result_;
     Record merged_;
@@ -155,10 +155,11 @@ std::vector<KeyChange> keyChanges(int adapter, const AtmDevices& before, const A
 std::vector<ListChange> listChanges(int adapter, const AtmDevices& before, const AtmDevices& after) {
     std::vector<ListChange> changes;
     forEachService(adapter, [&](const ServiceName& name, auto record, const std::string&, auto) {
-        auto was = record(before), is = record(after);
-        if constexpr (hasList<decltype(was)>) {
+        const auto &was = record(before), &is = record(after);
+        using Record = std::remove_cvref_t<decltype(was)>;
+        if constexpr (hasList<Record>) {
             if (*listOf(was) == *listOf(is)) return;
-            ListChange change{name.path + '.' + listName<decltype(was)>, {}, {}};
+            ListChange change{name.path + '.' + listName<Record>, {}, {}};
             for (const auto& entry : withoutThose(*listOf(is), *listOf(was)))
                 change.added.push_back(entryText(entry));
             for (const auto& entry : withoutThose(*listOf(was), *listOf(is)))

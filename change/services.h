@@ -64,15 +64,14 @@ template <class Visit> void forEachService(int adapter, Visit visit) {
 }
 
 // The list of a record, if it has one, and the last part of its name: "pvcs", "clients".
-inline auto* listOf(AtmLEC& record) {
-    return &record.pvcs;
+template <class Record> auto* listOf(Record& record) requires requires {
+    record.pvcs;
 }
-inline auto* listOf(AtmLES& record) {
-    return &record.clients;
+{ return &record.pvcs; }
+template <class Record> auto* listOf(Record& record) requires requires {
+    record.clients;
 }
-inline auto* listOf(AtmIP1577& record) {
-    return &record.pvcs;
-}
+{ return &record.clients; }
 template <class Record> constexpr bool hasList = requires(Record record) {
     listOf(record);
 };

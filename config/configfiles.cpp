@@ -4,6 +4,7 @@
 #include "platform/stream.h"
 
 #include <cerrno>
+#include <utility>
 
 using platform::files;
 
@@ -21,23 +22,23 @@ bool sameFile(const struct stat& a, const struct stat& b) {
 // The state is taken before the content: what somebody writes in between is noticed later.
 FileAsRead readNow(const std::string& name) {
     FileAsRead file;
-    if (files().resolve(platform::hostPath(name), file.place) != 0) {
-        file.error = errno == ENOENT ? 0 : errno;
-        return file;
-    }
-    const platform::OpenFile open(platform::openRegular(file.place));
-    file.error = open ? 0 : errno;
-    file.exists = file.error != ENOENT;
-    if (!file.exists) {
-        file.error = 0;
-    } else if (!open) {  // a directory, or what may not be read, can be told from another one all the same
-        files().status(file.place, file.status);
+    const platform::HostPath path = platform::hostPath(name);
+    const platform::OpenFile open(platform::openRegular(path));
+    file.exists = open || errno != ENOENT;
+    if (!open) {
+        file.error = file.exists ? errno : 0;
+        if (file.exists) files().status(path, file.status);
     } else if (files().status(open.descriptor(), file.status) != 0 ||
                !platform::readWhole(open.descriptor(), file.content)) {
         file.error = errno;
+        file.content.clear();
     }
-    if (file.error) file.content.clear();
     return file;
+}
+
+platform::HostPath placeNow(const std::string& name) {
+    platform::HostPath place;
+    return files().resolve(platform::hostPath(name), place) == 0 ? place : platform::HostPath();
 }
 
 }  // namespace
@@ -52,11 +53,23 @@ const FileAsRead& ConfigFiles::read(const std::string& name) {
     return entry(name).file;
 }
 
+const platform::HostPath& ConfigFiles::place(const std::string& name) {
+    Entry& file = entry(name);
+    if (!file.place) file.place = placeNow(name);
+    return *file.place;
+}
+
 std::string& ConfigFiles::text(const std::string& name) {
     Entry& file = entry(name);
     file.removed = false;
     if (!file.edited) file.edited = file.file.content;
     return *file.edited;
+}
+
+void ConfigFiles::write(const std::string& name, std::string text) {
+    Entry& file = entry(name);
+    file.removed = false;
+    file.edited = std::move(text);
 }
 
 const std::string& ConfigFiles::now(const std::string& name) {
@@ -69,8 +82,8 @@ void ConfigFiles::remove(const std::string& name) {
     entry(name).removed = true;
 }
 
-std::map<std::string, std::optional<std::string>> ConfigFiles::edits() const {
-    std::map<std::string, std::optional<std::string>> edits;
+std::map<std::string, std::optional<std::string_view>> ConfigFiles::edits() const {
+    std::map<std::string, std::optional<std::string_view>> edits;
     for (const auto& [name, entry] : entries_) {
         if (entry.removed) {
             if (entry.file.exists) edits[name] = std::nullopt;
@@ -83,15 +96,9 @@ std::map<std::string, std::optional<std::string>> ConfigFiles::edits() const {
 
 bool ConfigFiles::standAsRead() const {
     for (const auto& [name, entry] : entries_) {
-        const FileAsRead& file = entry.file;
-        platform::HostPath place;
         struct stat now {};
-        if (files().resolve(platform::hostPath(name), place) != 0) {
-            if (!file.place.text.empty()) return false;
-            continue;
-        }
-        const bool exists = files().status(place, now) == 0;
-        if (place != file.place || exists != file.exists || (exists && !sameFile(now, file.status)))
+        files().status(platform::hostPath(name), now);
+        if (!sameFile(now, entry.file.status) || (entry.place && *entry.place != placeNow(name)))
             return false;
     }
     return true;
@@ -99,6 +106,5 @@ bool ConfigFiles::standAsRead() const {
 
 void ConfigFiles::takeTimeOfChange(const std::string& name) {
     struct stat now {};
-    FileAsRead& file = entry(name).file;
-    if (files().status(file.place, now) == 0) file.status.st_ctim = now.st_ctim;
+    if (files().status(place(name), now) == 0) entry(name).file.status.st_ctim = now.st_ctim;
 }

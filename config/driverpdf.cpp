@@ -1,7 +1,6 @@
 // Reads and writes records along the key tables, and the list files.
 #include "config/driverpdf.h"
 
-#include "config/listform.h"
 #include "config/pvcfile.h"
 #include "config/recordrows.h"
 #include "platform/debuglog.h"
@@ -55,17 +54,24 @@ template <class Record> constexpr bool hasPvcs = requires(Record record) {
 
 }  // namespace
 
-DriverPdfEdit::DriverPdfEdit(ErrorReporter reporter, bool showErrors, AtmDevices& devices)
-    : PdfEdit(std::move(reporter), showErrors), devices_(devices) {}
+DriverPdfEdit::DriverPdfEdit(ErrorReporter reporter, bool showErrors, AtmDevices& devices,
+                             std::shared_ptr<ListCache> lists)
+    : PdfEdit(std::move(reporter), showErrors), devices_(devices), lists_(std::move(lists)) {}
 
 template <class Record> bool DriverPdfEdit::readRecord(const std::string& path, Record& record) {
     if (!OpenKey(path, 0, false)) {
         if (errno != ESRCH) readError_ = errno;
         return false;
     }
-    readRows(*section_, record, [&](const KeyRow<Record>& row, void* destination) {
+    bool named = false;  // by what was there before
+    if constexpr (hasPvcs<Record>) named = !record.pvcFile.empty();
+    const auto present = readRows(*section_, record, [&](const KeyRow<Record>& row, void* destination) {
         return QueryValue(row.key, destination, row.readType, row.readLength, true);
     });
+    if (named)
+        asRead<Record>().erase(path);
+    else
+        asRead<Record>()[path] = {record, present};
     return true;
 }
 
@@ -78,7 +84,7 @@ SectionHandle* DriverPdfEdit::open(std::string_view sectionPath, std::uint32_t f
         errno = error;
         return nullptr;
     }
-    return OpenSection(files_.text(parameterFile), parameterFile, sectionPath, flags);
+    return OpenSection(files_.text(parameterFile), sections_, parameterFile, sectionPath, flags);
 }
 
 bool DriverPdfEdit::mayWrite() {
@@ -115,9 +121,28 @@ template <class Record> bool DriverPdfEdit::setField(const KeyRow<Record>& row, 
     return std::visit(set, row.field);
 }
 
+// Whether the section has every key that is written, and all values of the record.
+template <class Record> bool DriverPdfEdit::standsAsRead(const std::string& path, const Record& record) {
+    const auto known = asRead<Record>().find(path);
+    if (known == asRead<Record>().end()) return false;
+    const auto& [was, present] = known->second;
+    if constexpr (hasPvcs<Record>)
+        if (record.pvcFile.empty() || record.pvcFile != was.pvcFile) return false;
+    for (std::size_t i = 0; i < keyRows<Record>().size(); ++i) {
+        const KeyRow<Record>& row = keyRows<Record>()[i];
+        if (row.written && !(present[i] && sameField(row.field, was, record))) return false;
+    }
+    return true;
+}
+
 template <class Record>
 bool DriverPdfEdit::writeRecord(const std::string& path, Record& record, const std::string& listFile) {
     if (!mayWrite()) return false;
+    if (standsAsRead(path, record)) {
+        tvlog << "Writing Values on - " << path << std::endl;
+        return true;
+    }
+    asRead<Record>().erase(path);
     if (!OpenKey(path, sectionForWriting, false) || section_->dataError) {
         const int error = section_ ? section_->dataError : errno;
         addFailure({parameterFile, reasonFor(error, path), error == ESRCH});
@@ -169,8 +194,14 @@ bool DriverPdfEdit::readAdapter(int adapter) {
     return readError_ == 0;
 }
 
-bool DriverPdfEdit::ReadPdf() {
+void DriverPdfEdit::forget() {
     files_.clear();
+    sections_ = {};
+    asRead_ = {};
+}
+
+bool DriverPdfEdit::ReadPdf() {
+    forget();
     readError_ = 0;
     for (int adapter = 0; adapter < adapterCount && readAdapter(adapter);) ++adapter;
     CloseKey();
@@ -178,7 +209,7 @@ bool DriverPdfEdit::ReadPdf() {
 }
 
 bool DriverPdfEdit::ReadLink(int adapter) {
-    files_.clear();
+    forget();
     return ReadTexts(adapter);
 }
 
@@ -309,11 +340,16 @@ bool DriverPdfEdit::WriteMappedClients(int adapter) {
     return good;
 }
 
+// As the text is now.
+template <class List> const ReadList<List>& DriverPdfEdit::listIn(const std::string& name, const List&) {
+    return lists_->read<List>(name, files_.now(name));
+}
+
 template <class List> void DriverPdfEdit::readList(const std::string& name, List& list) {
-    list.clear();
-    if (name.empty()) return;
-    const std::string& text = files_.now(name);
-    if (listForm(text, list).isList) parseList(text, name, list);
+    if (name.empty())
+        list.clear();
+    else
+        list = listIn(name, list).entries;
 }
 
 // Makes sure that the parameter file has the name of the PVC file. Only the default name may be missing
@@ -327,7 +363,7 @@ bool DriverPdfEdit::pvcFileIsNamed(const std::string& path, Record& record, cons
                name == record.pvcFile && !name.empty();
     };
     if (!record.pvcFile.empty() && record.pvcFile.view() != listFile) return true;
-    if (stands()) return true;
+    if (standsAsRead(path, record) || stands()) return true;
     places_.clear();
     if (!writeRecord(path, record, listFile) || !CloseKey()) return false;
     if (stands()) return true;
@@ -363,33 +399,36 @@ void DriverPdfEdit::readPlaces() {
 }
 
 // Why a file may not be replaced or removed as a list of this kind; empty: it may.
-template <class List> std::string DriverPdfEdit::whyNoList(const std::string& name, const List& list) {
+template <class List> std::string DriverPdfEdit::whyNoList(const std::string& name, const List&) {
     const FileAsRead& file = files_.read(name);
     if (file.error) return isNoFile(file.error) ? "it is not a regular file" : std::strerror(file.error);
-    const ListForm form = listForm(file.content, list);
+    const ListForm& form = lists_->read<List>(name, file.content).form;
     if (!form.isList) return "it is not a list of this kind";
     if (isOutside(name) && !form.hasEntry) return "it is not a list, and not in /etc/atm";
-    if (file.place == files_.read(parameterFile).place) return "it is the parameter file";
+    const std::string& place = files_.place(name).text;
+    if (place == files_.place(parameterFile).text) return "it is the parameter file";
     if (places_.empty()) readPlaces();
-    if (places_.count(file.place.text) > 1) return "the parameter file names it more than once";
+    if (places_.count(place) > 1) return "the parameter file names it more than once";
     return {};
 }
 
 template <class List> bool DriverPdfEdit::writeList(const std::string& name, const List& list) {
     if (!mayWrite()) return false;
-    List standing;
-    readList(name, standing);
-    if (standing == list) return true;
+    if (listIn(name, list).entries == list) return true;
     if (const std::string reason = whyNoList(name, list); !reason.empty()) {
         const int error = files_.read(name).error;
         addFailure({.file = name, .reason = reason, .unknown = error != 0 && !isNoFile(error)});
         return false;
     }
-    if (const std::string text = listForm(files_.read(name).content, list).dropped; !text.empty())
+    if (const std::string text = lists_->read<List>(name, files_.read(name).content).form.dropped;
+        !text.empty())
         dropped_.push_back(fmt::format("{} had {}, which is not kept.", name, text));
-    if (list.empty())
+    if (list.empty()) {
         files_.remove(name);
-    else
-        files_.text(name) = listText(list);
+    } else {
+        std::string text = listText(list);
+        lists_->note(name, text, list);
+        files_.write(name, std::move(text));
+    }
     return true;
 }

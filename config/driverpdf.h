@@ -7,16 +7,22 @@
 #pragma once
 
 #include "config/configfiles.h"
+#include "config/keytable.h"
+#include "config/listcache.h"
 #include "config/pdfedit.h"
 #include "model/tvdatbuf.h"
 
+#include <bitset>
+#include <map>
+#include <memory>
 #include <set>
-
-template <class Record> struct KeyRow;  // keytable.h
+#include <tuple>
 
 class DriverPdfEdit : public PdfEdit {
   public:
-    DriverPdfEdit(ErrorReporter reporter, bool showErrors, AtmDevices& devices = atmDevices);
+    // Editors that read the same files can share what they know of the lists.
+    DriverPdfEdit(ErrorReporter reporter, bool showErrors, AtmDevices& devices = atmDevices,
+                  std::shared_ptr<ListCache> lists = std::make_shared<ListCache>());
 
     // Reads everything of all adapters, or of one (0 to 3), from the disk. False when the parameter file
     // could not be read: the remaining records keep their values, and nothing is written until reading
@@ -33,8 +39,10 @@ class DriverPdfEdit : public PdfEdit {
     // Only the list files, after a cancelled dialog. Otherwise as WriteLink.
     bool WriteLists(int adapter);
 
-    // The texts, as they were read and as they were written.
+    // The texts, as they were read and as they were written. Only the editor changes or clears them.
     ConfigFiles& files() { return files_; }
+    // They are read again when they are needed.
+    void forget();
 
     // What the last WriteLink or WriteLists drops that stood beside the entries of a list: a sentence each.
     const std::vector<std::string>& dropped() const { return dropped_; }
@@ -76,16 +84,32 @@ class DriverPdfEdit : public PdfEdit {
     bool writePvcs(const std::string& path, Record& record, const std::string& listFile);
     template <class Record>
     bool pvcFileIsNamed(const std::string& path, Record& record, const std::string& listFile);
+    template <class List> const ReadList<List>& listIn(const std::string& name, const List& kind);
     template <class List> void readList(const std::string& name, List& list);
     template <class List> bool writeList(const std::string& name, const List& list);
     template <class List> std::string whyNoList(const std::string& name, const List& list);
     void writeLists(int adapter);
+    template <class Record> bool standsAsRead(const std::string& path, const Record& record);
     bool mayWrite();
     void clearOutcomes();
     void readPlaces();
 
     AtmDevices& devices_;
     ConfigFiles files_;
+    SectionIndex sections_;  // of the parameter file
+
+    // A section that nobody has written since it was read, with the keys that had a value.
+    template <class Record> struct AsRead {
+        Record record;
+        std::bitset<mostKeys> present;
+    };
+    template <class... Records> using AllAsRead = std::tuple<std::map<std::string, AsRead<Records>>...>;
+    AllAsRead<AtmSig, AtmLEC, AtmLES, AtmLECS, AtmIP1577> asRead_;
+    template <class Record> auto& asRead() {
+        return std::get<std::map<std::string, AsRead<Record>>>(asRead_);
+    }
+
+    std::shared_ptr<ListCache> lists_;
     int readError_ = 0;  // errno of a failed ReadPdf, after which nothing is written
     std::vector<std::string> dropped_;
     Lacking lacking_;

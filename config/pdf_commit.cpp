@@ -47,22 +47,41 @@ bool writeCopy(SectionHandle& handle) {
     return platform::closeWritten(std::move(handle.wfd)) == 0;
 }
 
+// Puts the section's data in the place that they have in the text. The places behind it move.
+void editText(SectionHandle& handle) {
+    std::string& text = *handle.text;
+    const std::string_view data = handle.data.view();
+    if (std::string_view(text).substr(handle.dataAt, handle.dataLength) == data) return;
+    text.replace(handle.dataAt, handle.dataLength, data);
+    for (auto& [path, place] : handle.index->places)
+        if (place.at > handle.dataAt) place.at = place.at - handle.dataLength + data.size();
+}
+
+int commitText(SectionHandle& handle) {
+    if (!(handle.rflg & sectionCreated)) {
+        editText(handle);
+        return 0;
+    }
+    if (!writeRest(handle)) return fail(handle.ioError);
+    handle.text->swap(handle.textCopy);
+    *handle.index = {};
+    return 0;
+}
+
 }  // namespace
 
 bool pdf::put(SectionHandle& handle, std::string_view text) {
     if (handle.ioError) return false;
+    if (handle.text) {
+        handle.textCopy += text;
+        return true;
+    }
     if (std::fwrite(text.data(), 1, text.size(), handle.wfd.get()) == text.size()) return true;
     handle.ioError = errno ? errno : EIO;
     return false;
 }
 
 int pdf::startCopy(SectionHandle& handle) {
-    if (handle.text) {
-        handle.wfd.reset();
-        handle.textCopy.clear();
-        handle.wfd = platform::streamInto(handle.textCopy);
-        return handle.wfd ? 0 : -1;
-    }
     struct stat file {};
     HostPath path;
     int descriptor = -1;
@@ -74,6 +93,7 @@ int pdf::startCopy(SectionHandle& handle) {
     if (descriptor >= 0) {
         handle.temporary = path;
         handle.wfd = platform::streamForWriting(descriptor);
+        handle.copying = true;
         if (handle.wfd) return 0;
     }
     say("OpenSection: Error Opening File {}\n", handle.wfn.view());
@@ -87,13 +107,7 @@ void pdf::dropCopy(SectionHandle& handle) {
 }
 
 int pdf::commit(SectionHandle& handle) {
-    if (handle.text) {
-        if (!writeRest(handle) || std::fflush(handle.wfd.get()) != 0) return fail(errno ? errno : ENOMEM);
-        handle.wfd.reset();
-        handle.rfd.reset();
-        handle.text->swap(handle.textCopy);
-        return 0;
-    }
+    if (handle.text) return commitText(handle);
     if (!writeCopy(handle)) {
         say("CloseSection: Error Writing File {}\n\n", handle.wfn.view());
         const int error = errno;

@@ -10,17 +10,17 @@
 
 namespace pdf {
 
-inline bool isBlank(char c) {
+constexpr bool isBlank(char c) {
     return c == ' ' || c == '\t';
 }
 
 // A carriage return in front of the line end belongs to it.
-inline bool isLineEnd(char c) {
+constexpr bool isLineEnd(char c) {
     return c == '\n' || c == '\r';
 }
 
 // The characters that end a value or a word; the zero ends the data.
-inline bool endsValue(char c) {
+constexpr bool endsValue(char c) {
     return isBlank(c) || isLineEnd(c) || c == '#' || c == '\0';
 }
 
@@ -54,13 +54,17 @@ bool put(SectionHandle& handle, std::string_view text);
 // bracket that did it. False at the end of the file, or with ioError.
 bool scanTo(SectionHandle& handle, std::string_view path, std::size_t& behind);
 
+// The same with the index of a text, which is filled if it is not.
+bool findInText(SectionHandle& handle, std::string_view path);
+
 // Makes the copy beside the open file. 0, or -1 and errno after a printed line.
 int startCopy(SectionHandle& handle);
 
 // Closes and removes the copy, if there is one.
 void dropCopy(SectionHandle& handle);
 
-// Writes what follows in the file and puts the copy in its place. 0, or -1 and errno; the copy is gone then.
+// Writes what follows in the file and puts the copy in its place, or edits the text. 0, or -1 and errno; the
+// copy is gone then.
 int commit(SectionHandle& handle);
 
 }  // namespace pdf

@@ -15,8 +15,8 @@
 // Every complaint is one line on standard output; none stops the program. Functions that fail leave a reason
 // in errno. One thread; one handle for writing at a time.
 //
-// A text in memory can stand in place of the file. CloseSection then replaces the text, and nothing reaches
-// the disk: a caller that changes several sections brings them there together.
+// A text in memory can stand in place of the file. CloseSection then edits the text, and nothing reaches the
+// disk: a caller that changes several sections brings them there together.
 #pragma once
 
 #include "model/fixedtext.h"
@@ -24,7 +24,10 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <span>
+#include <string>
 #include <string_view>
 
 constexpr std::uint32_t sectionCookie = 0xDEADBEEF;
@@ -44,6 +47,17 @@ enum KeyType {
     keyBytes = 5,   // len bytes as hexadecimal digit pairs
     keyString = 6,  // at most len - 1 characters
     keyIp = 7,      // dotted IPv4 address, 4 bytes in network order
+};
+
+// Where the sections of a text are, so that the text is searched once and not for every section. Filled by
+// the first OpenSection. Whoever changes the text otherwise empties the index.
+struct SectionIndex {
+    struct Place {
+        std::size_t at;  // behind the line that opens the section
+        int nest, line;  // of SectionHandle, when the scan is there
+    };
+    std::map<std::string, Place, std::less<>> places;
+    bool filled = false;
 };
 
 struct SectionHandle {
@@ -69,8 +83,13 @@ struct SectionHandle {
     bool valueCut = false;         // the last value read was longer than ReadKey could return
     platform::HostPath target;     // the file with symbolic links followed; when writing
     platform::HostPath temporary;  // the copy, from the moment that it exists
-    std::string* text = nullptr;   // in place of the file
-    std::string textCopy;          // in place of the copy
+    bool copying = false;          // what is read goes to the copy
+
+    std::string* text = nullptr;    // in place of the file
+    SectionIndex* index = nullptr;  // of the text
+    std::size_t dataAt = 0;         // where the text has the data, unless the section was created
+    std::size_t dataLength = 0;     // of them there
+    std::string textCopy;           // in place of the copy, for a section that is created
 
     std::string_view lineText() const { return {linebuf.data(), lineLength}; }
 };
@@ -81,9 +100,9 @@ struct SectionHandle {
 // leaves no copy behind.
 SectionHandle* OpenSection(std::string_view fileName, std::string_view sectionPath, std::uint32_t flags);
 
-// The same on a text, which must outlive the handle. `fileName` is for messages.
-SectionHandle* OpenSection(std::string& text, std::string_view fileName, std::string_view sectionPath,
-                           std::uint32_t flags);
+// The same on a text; it and its index must outlive the handle. `fileName` is for messages.
+SectionHandle* OpenSection(std::string& text, SectionIndex& index, std::string_view fileName,
+                           std::string_view sectionPath, std::uint32_t flags);
 
 // 0: value stored. 1: the value is empty, destination untouched. -1: no such key (ENOENT) or no such type
 // (EINVAL). Numbers go to 1, 2, 4 and 4 bytes, whatever `len`; bytes and strings to at most `len`, strings

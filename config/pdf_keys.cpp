@@ -19,6 +19,18 @@ struct KeyPlace {
     const char* value = nullptr;  // its value's first character, null when there is no such key
 };
 
+// Which characters end a word that can be a key; these are most of what is done with a file.
+constexpr auto wordEnds = [] {
+    std::array<bool, 256> ends{};
+    for (std::size_t c = 0; c < ends.size(); ++c)
+        ends[c] = endsValue(static_cast<char>(c)) || static_cast<char>(c) == '=';
+    return ends;
+}();
+
+bool endsWord(char c) {
+    return wordEnds[static_cast<unsigned char>(c)];
+}
+
 const char* lineEndFrom(const char* at) {
     while (*at && *at != '\n') ++at;
     return at;
@@ -28,12 +40,12 @@ const char* lineEndFrom(const char* at) {
 KeyPlace findKey(const char* at, std::string_view key) {
     while (*at) {
         if (*at == '#') at = lineEndFrom(at);
-        if (endsValue(*at) || *at == '=') {
+        if (endsWord(*at)) {
             at += *at != '\0';
             continue;
         }
         const char* word = at;
-        while (!endsValue(*at) && *at != '=') ++at;
+        while (!endsWord(*at)) ++at;
         const bool candidate = isBlank(*at) || *at == '=';
         if (!candidate || std::string_view(word, at) != key) continue;
         while (*at != '=' && *at != '#' && *at && !isLineEnd(*at)) ++at;

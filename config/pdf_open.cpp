@@ -26,10 +26,7 @@ int openFile(SectionHandle& handle, std::string_view fileName) {
         return cannotOpen(fileName);
     }
     handle.rfn = fileName;
-    if (handle.text) {
-        handle.rfd = platform::streamOver(*handle.text);
-        return handle.rfd ? 0 : cannotOpen(fileName);
-    }
+    if (handle.text) return 0;
     handle.target = platform::hostPath(fileName);
     const bool writing = handle.rflg & sectionForWriting;
     if (!writing || platform::files().resolve(platform::hostPath(fileName), handle.target) == 0)
@@ -42,10 +39,14 @@ bool copyFailed(const SectionHandle& handle) {
     return handle.ioError && !std::ferror(handle.rfd.get());
 }
 
+bool isWriting(const SectionHandle& handle) {
+    return handle.rflg & sectionForWriting;
+}
+
 // Two copies would have the same name.
-bool copyIsOpen() {
+bool anotherIsWriting(const SectionHandle& handle) {
     return std::any_of(openSections().begin(), openSections().end(),
-                       [](const auto& open) { return !!open->wfd; });
+                       [&](const auto& open) { return open.get() != &handle && isWriting(*open); });
 }
 
 // 0, or -1 and errno.
@@ -55,17 +56,18 @@ int locate(SectionHandle& handle, std::string_view fileName, std::string_view se
         return fail(ENAMETOOLONG);
     }
     if (openFile(handle, fileName) != 0) return -1;
-    if (handle.rflg & sectionForWriting) {
+    if (isWriting(handle)) {
         errno = EBUSY;
-        if (copyIsOpen()) return cannotOpen(fileName);
-        if (startCopy(handle) != 0) return -1;
+        if (anotherIsWriting(handle)) return cannotOpen(fileName);
+        if (!handle.text && startCopy(handle) != 0) return -1;
     }
 
     std::size_t behind = 0;
-    if (scanTo(handle, sectionPath, behind)) return ReadSectData(&handle) ? 0 : fail(handle.ioError);
+    if (handle.text ? findInText(handle, sectionPath) : scanTo(handle, sectionPath, behind))
+        return ReadSectData(&handle) ? 0 : fail(handle.ioError);
     if (handle.wfd && copyFailed(handle)) say("OpenSection: Error Writing File {}\n\n", handle.wfn.view());
     if (handle.ioError) return fail(handle.ioError);
-    if (!handle.wfd) return fail(ESRCH);
+    if (!isWriting(handle)) return fail(ESRCH);
     return CreateSection(&handle, sectionPath) ? 0 : -1;
 }
 
@@ -76,8 +78,9 @@ bool startAgain(SectionHandle& handle) {
     handle.section = "";
     handle.ahead = {};
     if (handle.text) {
-        handle.rfd = platform::streamOver(*handle.text);
-        return startCopy(handle) == 0;
+        handle.ahead = *handle.text;
+        handle.copying = true;
+        return true;
     }
     if (std::fflush(handle.wfd.get()) == 0 && std::fseek(handle.wfd.get(), 0, SEEK_SET) == 0 &&
         platform::files().truncate(platform::streamDescriptor(handle.wfd.get()), 0) == 0 &&
@@ -127,11 +130,12 @@ SectionHandle* cannotCreate(const SectionHandle& handle) {
     return nullptr;
 }
 
-SectionHandle* open(std::string* text, std::string_view fileName, std::string_view sectionPath,
-                    std::uint32_t flags) {
-    openSections().push_back(std::make_unique<SectionHandle>());
+SectionHandle* open(std::string* text, SectionIndex* index, std::string_view fileName,
+                    std::string_view sectionPath, std::uint32_t flags) {
+    openSections().push_back(std::make_unique_for_overwrite<SectionHandle>());
     SectionHandle* handle = openSections().back().get();
     handle->text = text;
+    handle->index = index;
     handle->rflg = flags & sectionForWriting;
     if (locate(*handle, fileName, sectionPath) == 0) return handle;
     const int error = errno;
@@ -144,12 +148,12 @@ SectionHandle* open(std::string* text, std::string_view fileName, std::string_vi
 }  // namespace
 
 SectionHandle* OpenSection(std::string_view fileName, std::string_view sectionPath, std::uint32_t flags) {
-    return open(nullptr, fileName, sectionPath, flags);
+    return open(nullptr, nullptr, fileName, sectionPath, flags);
 }
 
-SectionHandle* OpenSection(std::string& text, std::string_view fileName, std::string_view sectionPath,
-                           std::uint32_t flags) {
-    return open(&text, fileName, sectionPath, flags);
+SectionHandle* OpenSection(std::string& text, SectionIndex& index, std::string_view fileName,
+                           std::string_view sectionPath, std::uint32_t flags) {
+    return open(&text, &index, fileName, sectionPath, flags);
 }
 
 SectionHandle* CreateSection(SectionHandle* handle, std::string_view sectionPath) {
@@ -161,7 +165,7 @@ SectionHandle* CreateSection(SectionHandle* handle, std::string_view sectionPath
     const std::string_view parent = sectionPath.substr(0, slash);
     const std::string_view name = sectionPath.substr(slash + 1);
     std::size_t behind = 0;
-    if (handle->ioError || !handle->wfd || !startAgain(*handle)) return cannotCreate(*handle);
+    if (handle->ioError || !isWriting(*handle) || !startAgain(*handle)) return cannotCreate(*handle);
     if (!scanTo(*handle, parent, behind)) {
         errno = ESRCH;
         return cannotCreate(*handle);
@@ -186,7 +190,7 @@ int CloseSection(SectionHandle* handle) {
     const auto place =
         std::find_if(handles.begin(), handles.end(), [&](const auto& open) { return open.get() == handle; });
     if (place == handles.end() || handle->cookie != sectionCookie) return 0;
-    const int result = handle->wfd && handle->wflg > 0 ? commit(*handle) : 0;
+    const int result = isWriting(*handle) && handle->wflg > 0 ? commit(*handle) : 0;
     const int error = errno;
     dropCopy(*handle);
     handle->cookie = 0;

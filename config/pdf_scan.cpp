@@ -8,9 +8,9 @@ using namespace pdf;
 bool ReadSectLine(SectionHandle* handle) {
     handle->lineLength = 0;
     std::FILE* file = handle->rfd.get();
-    if (!file || handle->ioError) return false;
+    if ((!file && !handle->text) || handle->ioError) return false;
     for (bool ended = false; !ended && handle->lineLength < sectionLineLimit;) {
-        if (handle->ahead.empty())
+        if (handle->ahead.empty() && file)
             handle->ahead = {handle->block.data(),
                              std::fread(handle->block.data(), 1, handle->block.size(), file)};
         if (handle->ahead.empty()) break;
@@ -23,7 +23,7 @@ bool ReadSectLine(SectionHandle* handle) {
         handle->ahead.remove_prefix(taken);
     }
     handle->linebuf[handle->lineLength] = '\0';
-    if (std::ferror(file)) {
+    if (file && std::ferror(file)) {
         handle->ioError = errno ? errno : EIO;
         say("ReadSectLine: Error Reading File {}\n", handle->rfn.view());
         return false;
@@ -86,24 +86,61 @@ bool ReadSectData(SectionHandle* handle) {
         if (nextBracket(line, 0) != std::string_view::npos) break;
     }
     handle->data = data;
+    handle->dataLength = data.size();
     return handle->ioError == 0;
+}
+
+namespace {
+
+// Follows the brackets of the line that was read, up to the first behind which `found()` is true, and gives
+// the position behind that.
+template <class Found> bool follow(SectionHandle& handle, std::size_t& behind, Found found) {
+    const std::string_view line = handle.lineText();
+    for (std::size_t at = nextBracket(line, 0); at != std::string_view::npos;
+         at = nextBracket(line, at + 1)) {
+        if (line[at] == '[')
+            SectNameFwd(&handle, line.data() + at);
+        else
+            SectNameRev(&handle);
+        behind = at + 1;
+        if (found()) return true;
+    }
+    return false;
+}
+
+void fill(SectionIndex& index, SectionHandle& handle) {
+    handle.ahead = *handle.text;
+    std::size_t behind = 0;
+    while (ReadSectLine(&handle))
+        follow(handle, behind, [&] {
+            const std::string_view path = handle.section.view();
+            if (!index.places.contains(path))
+                index.places.emplace(path, SectionIndex::Place{handle.text->size() - handle.ahead.size(),
+                                                               handle.nest, handle.line});
+            return false;
+        });
+    index.filled = true;
+}
+
+}  // namespace
+
+bool pdf::findInText(SectionHandle& handle, std::string_view path) {
+    SectionIndex& index = *handle.index;
+    if (!index.filled) fill(index, handle);
+    const auto place = index.places.find(path);
+    if (place == index.places.end()) return false;
+    handle.section = path;
+    handle.nest = place->second.nest;
+    handle.line = place->second.line;
+    handle.dataAt = place->second.at;
+    handle.ahead = std::string_view(*handle.text).substr(handle.dataAt);
+    return true;
 }
 
 bool pdf::scanTo(SectionHandle& handle, std::string_view path, std::size_t& behind) {
     while (ReadSectLine(&handle)) {
-        const std::string_view line = handle.lineText();
-        if (handle.wfd && !put(handle, line)) return false;
-        for (std::size_t at = nextBracket(line, 0); at != std::string_view::npos;
-             at = nextBracket(line, at + 1)) {
-            if (line[at] == '[')
-                SectNameFwd(&handle, line.data() + at);
-            else
-                SectNameRev(&handle);
-            if (handle.section.view() == path) {
-                behind = at + 1;
-                return true;
-            }
-        }
+        if (handle.copying && !put(handle, handle.lineText())) return false;
+        if (follow(handle, behind, [&] { return handle.section.view() == path; })) return true;
     }
     return false;
 }

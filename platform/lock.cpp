@@ -75,9 +75,12 @@ int ConfigurationLock::take(const std::string& program, std::chrono::millisecond
     }
     descriptor_ = descriptor;
     // Who reads this line only tells a person; a failure to write it is not one of the lock.
+    // Written over what was there: an emptied file would give its block back, and some file systems write one
+    // that was emptied and filled to the disk when it is closed.
     const std::string line = fmt::format("{} {}\n", program, ::getpid());
-    if (::ftruncate(descriptor_, 0) == 0)
-        static_cast<void>(::pwrite(descriptor_, line.data(), line.size(), 0) == 0);
+    const auto length = static_cast<ssize_t>(line.size());
+    if (::pwrite(descriptor_, line.data(), line.size(), 0) == length)
+        static_cast<void>(::ftruncate(descriptor_, length) == 0);
     return 0;
 }
 

@@ -44,24 +44,6 @@ int closeCookie(void* cookie) {
     return files().close(*descriptor);
 }
 
-// The cookie is the rest of the text.
-ssize_t readText(void* cookie, char* bytes, size_t count) {
-    auto& rest = *static_cast<std::string_view*>(cookie);
-    count = rest.copy(bytes, count);
-    rest.remove_prefix(count);
-    return static_cast<ssize_t>(count);
-}
-
-int closeText(void* cookie) {
-    delete static_cast<std::string_view*>(cookie);
-    return 0;
-}
-
-ssize_t appendText(void* cookie, const char* bytes, size_t count) {
-    static_cast<std::string*>(cookie)->append(bytes, count);
-    return static_cast<ssize_t>(count);
-}
-
 Stream streamOver(int descriptor, const char* mode) {
     auto cookie = std::make_unique<int>(descriptor);
     std::FILE* stream = ::fopencookie(cookie.get(), mode, {readCookie, writeCookie, seekCookie, closeCookie});
@@ -95,17 +77,6 @@ Stream openForReading(const HostPath& path) {
 
 Stream streamForWriting(int descriptor) {
     return streamOver(descriptor, "w");
-}
-
-Stream streamOver(std::string_view text) {
-    auto cookie = std::make_unique<std::string_view>(text);
-    std::FILE* stream = ::fopencookie(cookie.get(), "r", {readText, nullptr, nullptr, closeText});
-    if (stream) static_cast<void>(cookie.release());
-    return Stream(stream);
-}
-
-Stream streamInto(std::string& text) {
-    return Stream(::fopencookie(&text, "w", {nullptr, appendText, nullptr, nullptr}));
 }
 
 int streamDescriptor(std::FILE* stream) {

@@ -26,12 +26,7 @@ Stream openForReading(const HostPath& path);
 // descriptor stays reachable through streamDescriptor.
 Stream streamForWriting(int descriptor);
 
-// Streams over texts in memory, which must outlive them: reading one, NUL bytes included, and appending to
-// one. Null when there is no memory.
-Stream streamOver(std::string_view text);
-Stream streamInto(std::string& text);
-
-// The descriptor under a stream of this header; -1 for a text.
+// The descriptor under a stream of this header.
 int streamDescriptor(std::FILE* stream);
 
 // Closes a stream that was written. 0, or -1 and errno when not everything could be written.

@@ -122,6 +122,29 @@ TEST_F(Changes, NothingEditedNothingWritten) {
     EXPECT_THAT(vcis(user.lec(4).pvcs), ElementsAre(77)) << "Setup reads again";
 }
 
+TEST_F(Changes, AfterCancelTheNameOfANewListFileIsSavedWithIt) {
+    edit(file, "= /etc/atm/pvcconf0.1", "=");
+    Administrator user;
+    user.begin();
+    user.lec(2).pvcs.push_back(pvc(300));
+    user.lec(2).mtuClass = 3;
+    EXPECT_TRUE(user.end(false).wrote);
+    const AtmDevices now = inFiles();
+    EXPECT_EQ(now.lec[0][1].pvcFile.view(), "/etc/atm/pvcconf0.1");
+    EXPECT_THAT(vcis(now.lec[0][1].pvcs), ElementsAre(300));
+    EXPECT_NE(now.lec[0][1].mtuClass, 3);
+}
+
+TEST_F(Changes, WhatIsNoFileInThePlaceOfAListIsLeftAlone) {
+    fs::create_directory(root.at("/etc/atm/pvcconf0.3"));
+    Administrator user;
+    user.begin();
+    user.lec(4).mtuClass = 3;
+    EXPECT_THAT(user.end().failures, IsEmpty());
+    EXPECT_EQ(inFiles().lec[0][3].mtuClass, 3);
+    EXPECT_TRUE(fs::is_directory(root.at("/etc/atm/pvcconf0.3")));
+}
+
 TEST_F(Changes, ConflictsAreAskedAndOneOfTheTwoIsTaken) {
     for (const bool mine : {true, false}) {
         writeSampleConfiguration(root);

@@ -43,7 +43,7 @@ struct DriverPdf : testing::Test {
             else
                 std::filesystem::remove(root.at(name));
         }
-        editor.files().clear();
+        editor.forget();
         return stored;
     }
 
@@ -144,7 +144,7 @@ TEST_F(DriverPdf, FilesThatAreNoListsAreLeftAlone) {
         {"/etc/atm/also", "(link)/etc/atm/tvconf", "it is not a list of this kind"},
         {"/etc/atm/routed0", routedText, "it is not a list of this kind"},
         {"/etc/atm/odd", "something else\n", "it is not a list of this kind"},
-        {"/etc/atm/dir", "(directory)", std::strerror(EISDIR)},
+        {"/etc/atm/dir", "(directory)", "it is not a regular file"},
         {"/etc/atm/shared", bridgedText, "the parameter file names it more than once"},
         {"/etc/atm/same", "(link)/etc/atm/shared", "the parameter file names it more than once"},
         {"/etc/shadow", "root:*:19000:0:99999:7:::\n", "it is not a list of this kind"},

@@ -40,7 +40,8 @@ struct Sections : testing::Test {
     int write(std::string_view content, std::string_view path, std::string_view key,
               std::string value) const {
         std::string text(content);
-        const int inMemory = write(OpenSection(text, file, path, sectionForWriting), key, value);
+        SectionIndex index;
+        const int inMemory = write(OpenSection(text, index, file, path, sectionForWriting), key, value);
         root.write(file, content);
         const int error = write(OpenSection(file, path, sectionForWriting), key, value);
         EXPECT_EQ(inMemory, error);
@@ -161,6 +162,9 @@ TEST_F(Sections, OnlyTheValueChanges) {
     }
     EXPECT_EQ(write("[A\nk = 1]\n", "/A", "k", "2"), EINVAL);  // the bracket closes the section
     EXPECT_EQ(root.read(file), "[A\nk = 1]\n");
+    // Of two sections with the same path the first, and of a section what stands before its inner ones.
+    EXPECT_EQ(write("[A\nk = 1\n[B\n]\nk = 1\n]\n[A\nk = 1\n]\n", "/A", "k", "2"), 0);
+    EXPECT_EQ(root.read(file), "[A\nk = 2\n[B\n]\nk = 1\n]\n[A\nk = 1\n]\n");
     EXPECT_EQ(write("[A\nk = 1\n\0]\n"s, "/A", "k", "2"), EILSEQ);
     EXPECT_EQ(root.read(file), "[A\nk = 1\n\0]\n"s);
     EXPECT_EQ(root.temporaryCopies(), 0);
