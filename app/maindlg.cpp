@@ -68,6 +68,8 @@ void DMainDlg::showAdapters(Discovery found) {
     if (found.complete || !found.version.empty()) version.setText(found.version);
     configuration_.driverRevision = found.version;
     version.grey(!found.complete);
+    // The adapters are still configured when the driver is gone, and the user has chosen one of them.
+    if (!found.complete && found.adapters.empty() && !adapters_.empty()) return;
 
     adapters_ = std::move(found.adapters);
     auto& list = control<zListBox>(interfaceLB);
@@ -103,7 +105,15 @@ void DMainDlg::clickedSetupBTN() {
         return;
     }
     setupOnce();
-    if (!ioctlDesc.alive()) setup();  // it may have come meanwhile, with other adapters
+    if (!ioctlDesc.alive()) {  // it may have come meanwhile, with other adapters
+        const bool chosen = !adapters_.empty();
+        const int wanted = currentAdapter;
+        setup();
+        if (chosen && currentAdapter != wanted) {
+            warn("The adapters have changed.\nPlease select one.", "Driver Error");
+            return;
+        }
+    }
     if (!ioctlDesc) warn("Atm Driver Not Loaded. \nNo dynamic configuration available!", "Driver Error");
     setUpAdapter(*this, configuration_);
 }

@@ -68,6 +68,14 @@ class WithoutWindows {
     std::function<void()> before_;
 };
 
+// When nobody could be asked.
+void sayGivenUp(const ChangeResult& result, const Configuration& configuration) {
+    if (result.givenUp && result.changed)
+        fmt::print(stderr,
+                   "tarvolin: the changes are not saved, since the configuration is being changed by {}\n",
+                   configuration.holder());
+}
+
 void takeListsOver() {
     MapXferBufferPVCsToData();
     MapXferBufferELANsToData();
@@ -109,6 +117,7 @@ void setUpAdapter(zWindow& window, Configuration& configuration) {
         const WithoutWindows rest(window.application(), [&] {
             if (!change) begin();
             change->finishAlone();
+            sayGivenUp(change->result(), configuration);
             saveUnsavedLists(configuration);
         });
         dialog.runModal();
@@ -119,6 +128,7 @@ void setUpAdapter(zWindow& window, Configuration& configuration) {
                 zQuestionBox(window.application(), window.shell(), question->text, question->title);
             if (window.application().ending()) {  // nobody has answered
                 change->finishAlone();
+                sayGivenUp(change->result(), configuration);
                 break;
             }
             change->answer(ok);

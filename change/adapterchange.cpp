@@ -51,6 +51,13 @@ ServiceSet without(const ServiceSet& set, const ServiceSet& others) {
     return rest;
 }
 
+template <class Record> bool isEnabled(const Record& record) {
+    if constexpr (requires { record.enabled; })
+        return record.enabled != 0;
+    else
+        return true;
+}
+
 std::string answers(const char* ok, const char* cancel) {
     return fmt::format("\n\nOK {}. Cancel {}.", ok, cancel);
 }
@@ -62,9 +69,10 @@ struct AdapterChange::Round {
     Round(int number, std::shared_ptr<ListCache> lists)
         : adapter(number), editor(nullptr, false, devices, std::move(lists)) {}
 
-    void read() {
+    void read(const AtmDevices& base) {
         readable = editor.ReadLink(adapter);
         theirs = devices;
+        keepUnknownLists(adapter, editor, base, theirs);
     }
 
     int adapter;
@@ -103,18 +111,23 @@ bool AdapterChange::hasWork() const {
 
 std::optional<Question> AdapterChange::run() {
     asked_ = Ask::nothing;
-    if (done_ || result_.givenUp || !hasWork()) return {};
+    if (done_ || result_.givenUp) return {};
+    if (!hasWork()) {
+        auditRequests();
+        done_ = true;
+        return {};
+    }
     for (int tries = 1;; ++tries) {
         std::string failed;
-        const int error = configuration_.lock(alone_ ? 0ms : patience, failed);
+        const int error = configuration_.lock(patience, failed);
         if (error == EWOULDBLOCK || (error == EINTR && platform::endAsked())) {
             if (!alone_ && error == EWOULDBLOCK) return lockQuestion();
             giveUp();
             return {};
         }
         Round round(order_.adapter, configuration_.lists());
-        if (error == 0) round.read();
         const AtmDevices& base = configuration_.base();
+        if (error == 0) round.read(base);
         merge_ = mergeAdapter(order_.adapter, base, configuration_.mine(),
                               round.readable ? round.theirs : base, order_.settings, decisions_);
         if (!merge_.conflicts.empty() && !alone_) {
@@ -140,10 +153,11 @@ std::optional<Question> AdapterChange::run() {
 
 void AdapterChange::send() {
     ServiceSet due = without(order_.changed, merge_.givenUp);
-    // A second time only what has become different since.
-    if (sent_) due = differing(order_.adapter, due, *sent_, merge_.devices);
+    // A second time only what has become different since, also what was given up after it had been sent.
+    if (sent_) due = differing(order_.adapter, due | sentServices_, *sent_, merge_.devices);
     sent_ = merge_.devices;
-    if (!due.any()) return;
+    sentServices_ = sentServices_ | due;
+    if (!due.any() || driverStopped_) return;
     DriverChannel channel;
     if (order_.driver) channel.open(O_RDWR);
     DriverPhase phase(channel, order_.driver, result_.record);
@@ -151,6 +165,7 @@ void AdapterChange::send() {
     const std::vector<std::string> sentences = phase.sentences();
     result_.driver.insert(result_.driver.end(), sentences.begin(), sentences.end());
     result_.tookAny |= phase.tookAny();
+    driverStopped_ = phase.stopped();
     if (order_.driver) noteSent(due);
 }
 
@@ -174,8 +189,11 @@ void AdapterChange::noteSent(const ServiceSet& due) {
         if (last->answer != RequestResult::taken) return;
         const auto& settings = record(merge_.devices);
         std::map<std::string, std::string> values;
+        sent.forgetService(order_.adapter, name.path);
         for (const auto& row : keyRows<std::remove_cvref_t<decltype(settings)>>())
-            values[row.name] = valueText(row, settings, ValueForm::name);
+            // A service is stopped without its settings.
+            if (isEnabled(settings) || std::string_view(row.name) == "enabled")
+                values[row.name] = valueText(row, settings, ValueForm::name);
         sent.note(order_.adapter, identity, name.path, values, std::time(nullptr));
     });
     if (unknown) sent.forget(order_.adapter, "A request got no answer.");
@@ -235,8 +253,11 @@ void AdapterChange::record(Round& round) {
     record.program = configuration_.program();
     record.notes = result_.notes;
     for (const std::string& sentence : result_.driver) record.notes.push_back(sentence);
-    if (!result_.failures.empty())
-        record.result = result_.failures.front().file + ": " + result_.failures.front().reason;
+    for (const SaveFailure& failure : result_.failures) {
+        const std::string text = failure.file + ": " + failure.reason;
+        record.notes.push_back(text);
+        if (!result_.wrote && record.result == "ok") record.result = text;
+    }
     if (result_.wrote || result_.save.state == State::unfinished)
         round.history.finish(record);
     else
@@ -343,9 +364,16 @@ void AdapterChange::answer(bool ok) {
     if (asked_ == Ask::lock && !ok) giveUp();
 }
 
+// What the dialog has sent, when nothing is saved that would keep it.
+void AdapterChange::auditRequests() {
+    result_.record.program = configuration_.program();
+    audit(result_.record, "none");
+}
+
 // The driver has the list edits, which wait for the next save.
 void AdapterChange::giveUp() {
     result_.givenUp = true;
+    auditRequests();
     forEachService(order_.adapter, [&](const ServiceName&, auto record, const std::string&, auto) {
         auto& mine = record(configuration_.mine());
         auto before = record(order_.before);

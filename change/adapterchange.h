@@ -76,6 +76,7 @@ class AdapterChange {
     void record(Round& round);
     void noteSent(const ServiceSet& due);
     void noteUnsaved(const DriverPdfEdit::Lacking& lacking, const AtmDevices& written);
+    void auditRequests();
     void giveUp();
     void fail(const std::string& file, const std::string& reason);
 
@@ -84,6 +85,8 @@ class AdapterChange {
     Decisions decisions_;
     Merge merge_;
     std::optional<AtmDevices> sent_;  // what the services were restarted with
+    ServiceSet sentServices_;
+    bool driverStopped_ = false;  // nothing more is sent
     Ask asked_ = Ask::nothing;
     bool alone_ = false, done_ = false;
     ChangeResult result_;

@@ -23,6 +23,14 @@ template <class Record> bool canKeepList(const Record& record) {
 
 }  // namespace
 
+void keepUnknownLists(int adapter, const DriverPdfEdit& editor, const AtmDevices& base, AtmDevices& theirs) {
+    forEachService(adapter, [&](const ServiceName&, auto record, const std::string&, auto) {
+        auto& file = record(theirs);
+        if constexpr (hasList<std::remove_cvref_t<decltype(file)>>)
+            if (editor.unknownLists().contains(listFileOf(file).str())) *listOf(file) = *listOf(record(base));
+    });
+}
+
 Configuration::Configuration(std::string program, AtmDevices& mine)
     : program_(std::move(program)), mine_(mine) {}
 
@@ -84,8 +92,11 @@ void Configuration::readAgain(int adapter) {
     std::string failed;
     lock(1s, failed);
     AtmDevices theirs;
-    if (DriverPdfEdit(nullptr, false, theirs, lists_).ReadLink(adapter))
+    DriverPdfEdit editor(nullptr, false, theirs, lists_);
+    if (editor.ReadLink(adapter)) {
+        keepUnknownLists(adapter, editor, base_, theirs);
         takeOver(adapter, base_, mine_, theirs);
+    }
     unlock();
 }
 

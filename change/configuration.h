@@ -9,6 +9,10 @@
 #include <string>
 #include <vector>
 
+// Puts the lists of `base` in place of those that an editor could not read as lists: nobody has removed their
+// entries.
+void keepUnknownLists(int adapter, const DriverPdfEdit& editor, const AtmDevices& base, AtmDevices& theirs);
+
 class Configuration {
   public:
     // `mine` is filled by read() and changed by the dialogs. `program` names the holder of the lock.

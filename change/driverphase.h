@@ -51,6 +51,7 @@ class DriverPhase {
     // A sentence for each request that was not taken, and the reason why nothing more was sent.
     std::vector<std::string> sentences() const;
     bool tookAny() const { return tookAny_; }
+    bool stopped() const { return !stopped_.empty(); }
 
   private:
     bool mayGo();

@@ -153,7 +153,13 @@ std::vector<Entry> mergeLists(const std::vector<Entry>& base, const std::vector<
         if (successor == theirSuccessor) continue;
         if (decide({removed, successor, theirSuccessor})) substitute(merged, theirSuccessor, successor);
     }
-    merged.insert(merged.end(), added.begin(), added.end());
+    for (const Entry& entry : added) {
+        const auto same = std::ranges::find(theirAdded, entry);
+        if (same == theirAdded.end())
+            merged.push_back(entry);
+        else
+            theirAdded.erase(same);  // both have added it
+    }
     return merged;
 }
 

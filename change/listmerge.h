@@ -37,7 +37,8 @@ template <class Entry> struct EntryConflict {
 template <class Entry> using DecideEntry = std::function<bool(const EntryConflict<Entry>&)>;
 
 // My changes since `base` applied to their list. An entry is changed when one is removed and one with the
-// same VCI is added. If nobody else has changed the list, the result is exactly mine.
+// same VCI is added; one that both add is there once. If nobody else has changed the list, the result is
+// exactly mine.
 template <class Entry>
 std::vector<Entry> mergeLists(const std::vector<Entry>& base, const std::vector<Entry>& mine,
                               const std::vector<Entry>& theirs, const DecideEntry<Entry>& decide);

@@ -130,12 +130,13 @@ void takeOver(int adapter, AtmDevices& base, AtmDevices& mine, const AtmDevices&
         using Record = std::remove_cvref_t<decltype(record(mine))>;
         Record &was = record(base), &is = record(mine), file = record(theirs);
         for (const KeyRow<Record>& row : keyRows<Record>()) {
-            if (!isFile(row) && !sameField(row.field, was, is)) continue;
+            if (!isFile(row) && !sameField(row.field, was, is) && !sameField(row.field, is, file)) continue;
             copyField(row.field, file, was);
             copyField(row.field, file, is);
         }
         if constexpr (hasList<Record>)
-            if (*listOf(was) == *listOf(is)) *listOf(was) = *listOf(is) = *listOf(file);
+            if (*listOf(was) == *listOf(is) || *listOf(is) == *listOf(file))
+                *listOf(was) = *listOf(is) = *listOf(file);
     });
 }
 

@@ -75,6 +75,10 @@ void LastSent::forget(int adapter, const std::string& reason) {
     adapters_[adapter] = {.identity = {}, .forgotten = reason, .services = {}};
 }
 
+void LastSent::forgetService(int adapter, const std::string& service) {
+    if (const auto of = adapters_.find(adapter); of != adapters_.end()) of->second.services.erase(service);
+}
+
 void LastSent::forgetAll(const std::string& reason) {
     adapters_.clear();
     forgotten_ = reason;

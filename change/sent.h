@@ -44,6 +44,9 @@ class LastSent {
     void forget(int adapter, const std::string& reason);
     void forgetAll(const std::string& reason);
 
+    // Nothing is known of a service until the next note().
+    void forgetService(int adapter, const std::string& service);
+
     bool empty() const { return adapters_.empty(); }
 
     struct Found {

@@ -36,6 +36,10 @@ struct ServiceSet {
     std::bitset<lesCount> les;
     bool lecs = false, ip = false, signalling = false;
 
+    ServiceSet operator|(const ServiceSet& other) const {
+        return {lec | other.lec, les | other.les, lecs || other.lecs, ip || other.ip,
+                signalling || other.signalling};
+    }
     bool any() const { return lec.any() || les.any() || lecs || ip || signalling; }
 };
 
@@ -72,6 +76,12 @@ template <class Record> auto* listOf(Record& record) requires requires {
     record.clients;
 }
 { return &record.clients; }
+inline const FileName& listFileOf(const AtmLES& record) {
+    return record.clientFile;
+}
+inline const FileName& listFileOf(const auto& record) {
+    return record.pvcFile;
+}
 template <class Record> constexpr bool hasList = requires(Record record) {
     listOf(record);
 };

@@ -106,5 +106,8 @@ bool ConfigFiles::standAsRead() const {
 
 void ConfigFiles::takeTimeOfChange(const std::string& name) {
     struct stat now {};
-    if (files().status(place(name), now) == 0) entry(name).file.status.st_ctim = now.st_ctim;
+    if (files().status(place(name), now) != 0) return;
+    for (auto& [other, entry] : entries_)  // it may have several names here
+        if (entry.file.status.st_dev == now.st_dev && entry.file.status.st_ino == now.st_ino)
+            entry.file.status.st_ctim = now.st_ctim;
 }

@@ -47,7 +47,7 @@ class ConfigFiles {
     // was asked for.
     bool standAsRead() const;
 
-    // Giving a file another name changes its time. Takes the times as they are now, of this one file.
+    // Giving a file another name changes its time. Takes it as it is now, of this file under all its names.
     void takeTimeOfChange(const std::string& name);
 
     // Forgets everything, so that it is read again.

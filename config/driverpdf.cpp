@@ -198,6 +198,7 @@ void DriverPdfEdit::forget() {
     files_.clear();
     sections_ = {};
     asRead_ = {};
+    unknownLists_.clear();
 }
 
 bool DriverPdfEdit::ReadPdf() {
@@ -346,10 +347,13 @@ template <class List> const ReadList<List>& DriverPdfEdit::listIn(const std::str
 }
 
 template <class List> void DriverPdfEdit::readList(const std::string& name, List& list) {
-    if (name.empty())
+    if (name.empty()) {
         list.clear();
-    else
-        list = listIn(name, list).entries;
+        return;
+    }
+    const ReadList<List>& read = listIn(name, list);
+    list = read.entries;
+    if (files_.read(name).error || !read.form.isList) unknownLists_.insert(name);
 }
 
 // Makes sure that the parameter file has the name of the PVC file. Only the default name may be missing
@@ -385,10 +389,9 @@ void DriverPdfEdit::readPlaces() {
         std::string_view line = rest.substr(0, end);
         rest.remove_prefix(end);
         line = line.substr(0, line.find('#'));
-        const std::size_t equals = line.find('=');
-        if (equals == std::string_view::npos ||
-            (line.find("PvcConfFile") == line.npos && line.find("ElanTbl") == line.npos))
-            continue;
+        const std::size_t key = std::min(line.find("PvcConfFile"), line.find("ElanTbl"));
+        const std::size_t equals = key == line.npos ? key : line.find('=', key);
+        if (equals == std::string_view::npos) continue;
         const std::size_t from = line.find_first_not_of(" \t\r\n", equals + 1);
         if (from == std::string_view::npos) continue;
         platform::HostPath place =
@@ -406,6 +409,11 @@ template <class List> std::string DriverPdfEdit::whyNoList(const std::string& na
     if (!form.isList) return "it is not a list of this kind";
     if (isOutside(name) && !form.hasEntry) return "it is not a list, and not in /etc/atm";
     const std::string& place = files_.place(name).text;
+    if (place.empty()) return "its directory is missing";
+    const std::string_view last = std::string_view(place).substr(place.rfind('/') + 1);
+    if (last.starts_with(".tarvolin-save") || (last.starts_with('.') && last.find(".tv") != last.npos))
+        return "it is a file of the program's own";
+    if (place.find_first_of("\t\n") != place.npos) return "a character in its name is not allowed";
     if (place == files_.place(parameterFile).text) return "it is the parameter file";
     if (places_.empty()) readPlaces();
     if (places_.count(place) > 1) return "the parameter file names it more than once";

@@ -44,6 +44,10 @@ class DriverPdfEdit : public PdfEdit {
     // They are read again when they are needed.
     void forget();
 
+    // The list files of the last reading that could not be read, or are no lists: their lists are empty, and
+    // that means nothing.
+    const std::set<std::string>& unknownLists() const { return unknownLists_; }
+
     // What the last WriteLink or WriteLists drops that stood beside the entries of a list: a sentence each.
     const std::vector<std::string>& dropped() const { return dropped_; }
     // Keys that it could not add, since their sections lack them: "/Adapter0/LEC1", "L3Mtu".
@@ -113,5 +117,6 @@ class DriverPdfEdit : public PdfEdit {
     int readError_ = 0;  // errno of a failed ReadPdf, after which nothing is written
     std::vector<std::string> dropped_;
     Lacking lacking_;
+    std::set<std::string> unknownLists_;
     std::multiset<std::string> places_;  // of all list files, when it is not empty
 };

@@ -38,6 +38,14 @@ int openLockFile() {
     return descriptor;
 }
 
+bool standsAtItsPlace(int descriptor) {
+    struct stat held {
+    }, found{};
+    return ::fstat(descriptor, &held) == 0 &&
+           ::stat(hostPath(ConfigurationLock::file).c_str(), &found) == 0 && held.st_dev == found.st_dev &&
+           held.st_ino == found.st_ino;
+}
+
 // What somebody else wrote is not believed: a name without odd characters and a number, or nothing.
 std::string readHolder(int descriptor) {
     std::array<char, 64> bytes;
@@ -72,6 +80,12 @@ int ConfigurationLock::take(const std::string& program, std::chrono::millisecond
         holder_ = readHolder(descriptor);
         ::close(descriptor);
         return error;
+    }
+    // The file that was waited for may have been removed or replaced: others take the new one.
+    if (!standsAtItsPlace(descriptor)) {
+        ::close(descriptor);
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+        return take(program, std::max(left, std::chrono::milliseconds(0)));
     }
     descriptor_ = descriptor;
     // Who reads this line only tells a person; a failure to write it is not one of the lock.

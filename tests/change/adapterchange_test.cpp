@@ -22,7 +22,7 @@ using testing::IsEmpty;
 
 namespace {
 
-constexpr const char* file = "/etc/atm/tvconf";
+constexpr const char *file = "/etc/atm/tvconf", *list = "/etc/atm/pvcconf0.0";
 
 AtmBridgedPvc pvc(int vci, int rate = 0) {
     AtmBridgedPvc made;
@@ -172,6 +172,49 @@ TEST_F(Changes, ConflictsAreAskedAndOneOfTheTwoIsTaken) {
         for (const AtmBridgedPvc& entry : now.lec[0][0].pvcs) rates.push_back(entry.rate);
         EXPECT_EQ(rates, mine ? std::vector<int>({7, 8}) : std::vector<int>({25}));
         EXPECT_EQ(user.lec(3).mtuClass, mine ? 2 : 3);
+    }
+}
+
+TEST_F(Changes, WhatBothHaveAddedIsThereOnce) {
+    Administrator user, other;
+    user.begin();
+    other.begin();
+    for (Administrator* one : {&user, &other}) one->lec(1).pvcs.push_back(pvc(300));
+    user.lec(1).pvcs.push_back(pvc(301));
+    other.end();
+    user.end();
+    EXPECT_THAT(vcis(inFiles().lec[0][0].pvcs), ElementsAre(100, 101, 300, 301));
+}
+
+// Neither is taken for removed by others, nor is it a reason to begin again for ever.
+TEST_F(Changes, AListThatCannotBeReadStaysAsItWas) {
+    Administrator user;
+    user.begin();
+    user.lec(1).mtuClass = 3;
+    root.write(list, "something else\n");
+    EXPECT_THAT(user.end().failures, ElementsAre(SaveFailure{list, "it is not a list of this kind"}));
+    EXPECT_THAT(vcis(user.lec(1).pvcs), ElementsAre(100, 101));
+    EXPECT_EQ(inFiles().lec[0][0].mtuClass, 3);
+    EXPECT_EQ(root.read(list), "something else\n");
+}
+
+TEST_F(Changes, OneFileOfSeveralNames) {
+    fs::create_hard_link(root.at(list), root.at("/etc/atm/pvcconf0.1"));
+    Administrator user;
+    user.begin();
+    user.lec(1).mtuClass = 3;
+    user.lec(1).pvcs.push_back(pvc(300));
+    EXPECT_TRUE(user.end().wrote);
+    EXPECT_THAT(vcis(inFiles().lec[0][0].pvcs), ElementsAre(100, 101, 300));
+    EXPECT_THAT(vcis(inFiles().lec[0][1].pvcs), ElementsAre(100, 101));
+    for (const char* name : {"/etc/atm/.tarvolin-save", "/etc/atm/sub/list", "/etc/atm/./tvconf"}) {
+        writeSampleConfiguration(root);
+        edit(file, "= /etc/atm/pvcconf0.2", std::string("= ") + name);
+        user.begin();
+        user.lec(3).pvcs.push_back(pvc(300));
+        user.lec(1).l3Mtu += 1;
+        EXPECT_EQ(user.end().failures.size(), 1U) << name;
+        EXPECT_EQ(inFiles().lec[0][0].l3Mtu, user.lec(1).l3Mtu) << name;
     }
 }
 

@@ -177,7 +177,7 @@ TEST_F(MainWindowTest, F5AsksForTheAdaptersAgain) {
     } cases[] = {
         {"1,3", {"ATM Adapter 1  -  00:a0:3e:00:00:01", "ATM Adapter 3  -  00:a0:3e:00:00:21"}, 0, 0},
         {"2,3", {"ATM Adapter 2  -  00:a0:3e:00:00:11", "ATM Adapter 3  -  00:a0:3e:00:00:21"}, 1, 2},
-        {"", {}, -1, 0},
+        {"", {"ATM Adapter 2  -  00:a0:3e:00:00:11", "ATM Adapter 3  -  00:a0:3e:00:00:21"}, 1, 2},
         {"2-4",
          {"ATM Adapter 2  -  00:a0:3e:00:00:11", "ATM Adapter 3  -  00:a0:3e:00:00:21",
           "ATM Adapter 4  -  00:a0:3e:00:00:31"},

@@ -6,6 +6,7 @@
 #include <csignal>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 using namespace std::chrono_literals;
@@ -73,6 +74,17 @@ TEST(ConfigurationLock, WhatStandsInTheFileIsNotBelieved) {
         EXPECT_EQ(other.take("y", 0ms), EWOULDBLOCK);
         EXPECT_EQ(other.holder(), "another program") << text;
     }
+    ConfigurationLock first, waiting, later;
+    ASSERT_EQ(first.take("x", 0ms), 0);
+    std::filesystem::remove(root.at(ConfigurationLock::file));
+    std::thread release([&] {
+        std::this_thread::sleep_for(100ms);
+        first.release();
+    });
+    EXPECT_EQ(later.take("z", 0ms), 0) << "the file is another one";
+    EXPECT_EQ(waiting.take("y", 300ms), EWOULDBLOCK);
+    release.join();
+    later.release();
     std::filesystem::remove(root.at(ConfigurationLock::file));
     std::filesystem::create_symlink("/etc/passwd", root.at(ConfigurationLock::file));
     EXPECT_EQ(ConfigurationLock().take("x", 0ms), ELOOP);

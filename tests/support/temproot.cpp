@@ -40,7 +40,10 @@ bool TempRoot::exists(std::string_view systemPath) const {
 
 int TempRoot::temporaryCopies() const {
     int count = 0;
-    for (const auto& entry : fs::recursive_directory_iterator(path_))
-        count += entry.path().filename().string().find("TV") != std::string::npos;
+    for (const auto& entry : fs::recursive_directory_iterator(path_)) {
+        const std::string name = entry.path().filename();
+        count += name.find("TV") != std::string::npos || name.starts_with(".tarvolin-save") ||
+                 (name.starts_with('.') && name.find(".tv") != std::string::npos);
+    }
     return count;
 }

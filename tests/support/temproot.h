@@ -20,7 +20,7 @@ class TempRoot {
     void write(std::string_view systemPath, std::string_view content) const;
     std::string read(std::string_view systemPath) const;
     bool exists(std::string_view systemPath) const;
-    int temporaryCopies() const;  // of the parameter file, that are there
+    int temporaryCopies() const;  // and records of saves, that are there
 
   private:
     std::filesystem::path path_;
