@@ -33,9 +33,8 @@ struct Desk {
           tool(root, arguments) {
         EXPECT_TRUE(user.sees(programTitle)) << tool.output();
         EXPECT_TRUE(soon([&] { return has(simulator.ctl("log all"), "adapter.mac"); }));
-        click(spot::setup);
-        EXPECT_TRUE(user.sees("Setup ATM"));
-        click(spot::lecPage);
+        EXPECT_TRUE(user.opens(spot::setup.x, spot::setup.y, "Setup ATM"));
+        turn(spot::lecPage);
     }
 
     static bool has(const std::string& text, const std::string& part) { return text.find(part) != text.npos; }
@@ -61,9 +60,9 @@ struct Desk {
     }
 
     void click(Spot spot) { user.click(spot.x, spot.y); }
+    void turn(Spot spot) { user.turn(spot.x, spot.y); }
     void addPvc() {
-        click(spot::addPvc);
-        ASSERT_TRUE(user.sees("PVC Settings"));
+        ASSERT_TRUE(user.opens(spot::addPvc.x, spot::addPvc.y, "PVC Settings"));
         user.enter(spot::pvcVci.x, spot::pvcVci.y, "204");
         user.key("Return");
         ASSERT_TRUE(soon([&] { return runs("pvc 00204"); }));
@@ -88,6 +87,9 @@ struct Moment {
     int starts, startsBySignal;
     bool named = false;  // the list, on standard error
 };
+void PrintTo(const Moment& moment, std::ostream* out) {
+    *out << moment.name;
+}
 const Moment moments[] = {
     {"Edited", [](Desk& d, auto&) { d.renameTwo(), d.click(spot::instance(1)), d.addPvc(); }, "engineering",
      "accounting", true, 0, 0},
@@ -186,14 +188,14 @@ TEST(EndingsOfRequests, ASilentDriverHoldsUpNoSignal) {
             desk.click(spot::instance(client));
             desk.click(client < 4 ? spot::pvcOnly : spot::lecEnable);
         }
-        desk.click(spot::lesPage);
+        desk.turn(spot::lesPage);
         for (int server = 1; server <= 8; ++server) {
             desk.click(spot::instance(server));
             desk.click(spot::lesEnable);
         }
-        desk.click(spot::lecsPage);
+        desk.turn(spot::lecsPage);
         desk.click(spot::lecsEnable);
-        desk.click(spot::ipPage);
+        desk.turn(spot::ipPage);
         desk.click(spot::ipEnable);
         for (const char* control : {"lec", "les", "lecs", "ip"})
             desk.simulator.ctl(fmt::format("fault {}.control every silent", control));

@@ -58,6 +58,28 @@ class OutsideUser {
         XSync(display_, False);
         if (waits) rest();
     }
+    // Clicks on the tab of another page until the page is there; the tool may still be busy with its window.
+    void turn(int x, int y) {
+        Window before = 0;
+        for (int same = 0; same < 15; std::this_thread::sleep_for(std::chrono::milliseconds(20))) {
+            const Window now = onPage();
+            same = now == before && now != window_ ? same + 1 : 0;
+            before = now;
+        }
+        for (int i = 0; i < 250 && onPage() == before; ++i) {
+            if (i % 50 == 0) click(x, y);
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+        rest();
+    }
+    // Clicks at this place until such a window comes up.
+    bool opens(int x, int y, std::string_view title) {
+        for (int i = 0; i < 5; ++i) {
+            click(x, y);
+            if (sees(title, 2)) return true;
+        }
+        return false;
+    }
     void key(const char* name, const char* held = nullptr) {
         if (held) XTestFakeKeyEvent(display_, code(held), True, 0);
         XTestFakeKeyEvent(display_, code(name), True, 0);
@@ -75,6 +97,20 @@ class OutsideUser {
     }
 
   private:
+    // The innermost window at a place that every page has.
+    Window onPage() {
+        int x = 300, y = 300;
+        for (Window inner = window_;;) {
+            Window child = 0, deeper = 0;
+            int thereX = 0, thereY = 0;
+            XTranslateCoordinates(display_, inner, inner, x, y, &thereX, &thereY, &child);
+            if (!child) return inner;
+            XTranslateCoordinates(display_, inner, child, x, y, &thereX, &thereY, &deeper);
+            inner = child;
+            x = thereX;
+            y = thereY;
+        }
+    }
     Window find(std::string_view title) {
         Window root = 0, parent = 0, *windows = nullptr;
         unsigned count = 0;
