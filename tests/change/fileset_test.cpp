@@ -6,12 +6,9 @@
 #include "tests/support/failingfiles.h"
 #include "tests/support/temproot.h"
 
-#include <csignal>
 #include <fmt/format.h>
 #include <gtest/gtest.h>
-#include <random>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <set>
 
 namespace {
 
@@ -65,29 +62,46 @@ template <class Get> char kindOf(const FileSet& set, const Get& get) {
     return old ? 'o' : young ? 'n' : 'm';
 }
 
-struct Tally {
-    long states = 0, old = 0, young = 0, mixed = 0;
-};
+// Recovers each disk that can be found after a loss of power, and each that can be found when the power is
+// lost a second time, while recovering. Each once.
+class Search {
+  public:
+    explicit Search(const FileSet& set) : set_(set) {}
 
-// Recovers each disk that can be found after a loss of power; with `again`, also each that can be found when
-// the power is lost a second time, while recovering.
-void recoverAll(const FileSet& set, const CrashingFiles::Disk& moment, bool again, Tally& tally) {
-    CrashingFiles::afterPowerLoss(moment, [&](const CrashingFiles::Disk& found) {
+    void recoverAll(const CrashingFiles::Disk& moment) { recoverAll(moment, true); }
+    void recoverAll(const std::vector<CrashingFiles::Disk>& moments) {
+        for (const CrashingFiles::Disk& moment : moments) recoverAll(moment);
+    }
+
+    long states = 0, old = 0, young = 0, mixed = 0;
+
+  private:
+    void recoverAll(const CrashingFiles::Disk& moment, bool again) {
+        if (!moments_[again].insert(moment.key()).second) return;
+        CrashingFiles::afterPowerLoss(moment,
+                                      [&](const CrashingFiles::Disk& found) { recover(found, again); });
+    }
+
+    void recover(const CrashingFiles::Disk& found, bool again) {
+        if (!found_[again].insert(found.key()).second) return;
         std::vector<CrashingFiles::Disk> moments;
         {
             CrashingFiles files(found);
             std::vector<std::string> notes;
             EXPECT_EQ(recoverFiles(record, notes), 0);
-            const char kind = kindOf(set, [&](const std::string& path) { return files.get(path); });
-            ++tally.states;
-            ++(kind == 'o' ? tally.old : kind == 'n' ? tally.young : tally.mixed);
+            const char kind = kindOf(set_, [&](const std::string& path) { return files.get(path); });
+            ++states;
+            ++(kind == 'o' ? old : kind == 'n' ? young : mixed);
             EXPECT_EQ(files.get(record.text), "(none)");
             moments = files.moments();
         }
         if (again)
-            for (const CrashingFiles::Disk& second : moments) recoverAll(set, second, false, tally);
-    });
-}
+            for (const CrashingFiles::Disk& second : moments) recoverAll(second, false);
+    }
+
+    const FileSet& set_;
+    std::set<std::string> moments_[2], found_[2];  // that were looked at, the second time and the first
+};
 
 SaveOutcome save(const FileSet& set, const std::string& root = "") {
     const std::vector<FileEdit> edits = editsOf(set, root);
@@ -101,17 +115,17 @@ TEST(FileSet, PowerIsLostBeforeEveryCall) {
     for (const FileSet& set : {one, five}) {
         CrashingFiles files(diskOf(set));
         ASSERT_EQ(save(set).state, State::done);
-        Tally tally;
-        for (const CrashingFiles::Disk& moment : files.moments()) recoverAll(set, moment, true, tally);
-        RecordProperty(fmt::format("states_of_{}_files", set.size()), fmt::format("{}", tally.states));
-        EXPECT_EQ(tally.mixed, 0) << tally.states;
-        EXPECT_TRUE(tally.old && tally.young) << tally.states;
+        Search search(set);
+        search.recoverAll(files.moments());
+        RecordProperty(fmt::format("states_of_{}_files", set.size()), fmt::format("{}", search.states));
+        EXPECT_EQ(search.mixed, 0) << search.states;
+        EXPECT_TRUE(search.old && search.young) << search.states;
     }
 }
 
 // Also on the way back, and where the way back fails.
 TEST(FileSet, ACallFailsAndThenPowerIsLost) {
-    Tally tally;
+    Search search(five);
     std::map<State, int> states;
     for (int k = 1;; ++k) {
         CrashingFiles files(diskOf(five));
@@ -123,23 +137,24 @@ TEST(FileSet, ACallFailsAndThenPowerIsLost) {
         EXPECT_TRUE(outcome.state == State::unfinished || kind == (outcome.state == State::done ? 'n' : 'o'))
             << k;
         const std::vector<CrashingFiles::Disk> moments = files.moments();
-        const long mixed = tally.mixed;
-        for (const CrashingFiles::Disk& moment : moments) recoverAll(five, moment, false, tally);
-        EXPECT_EQ(tally.mixed, mixed)
+        const long mixed = search.mixed;
+        search.recoverAll(moments);
+        EXPECT_EQ(search.mixed, mixed)
             << k << " " << static_cast<int>(outcome.state) << outcome.file << outcome.putBack;
         if (outcome.state == State::asBefore) {  // what was said to have failed does not happen later
-            Tally end;
-            recoverAll(five, moments.back(), false, end);
+            Search end(five);
+            end.recoverAll(moments.back());
             EXPECT_EQ(end.young, 0) << k;
         }
     }
-    EXPECT_EQ(tally.mixed, 0) << tally.states;
+    RecordProperty("states", fmt::format("{}", search.states));
+    EXPECT_EQ(search.mixed, 0) << search.states;
     EXPECT_GT(states[State::asBefore], 15);
 }
 
 // Each of two calls that follow one another closely; the second strikes the way back.
 TEST(FileSet, TheWayBackFails) {
-    Tally tally;
+    Search search(five);
     int unfinished = 0;
     for (int k = 1; k < 60; ++k) {
         struct TwoFail : CrashingFiles {
@@ -160,14 +175,16 @@ TEST(FileSet, TheWayBackFails) {
         const SaveOutcome outcome = save(five);
         EXPECT_EQ(outcome.error, EIO);
         unfinished += outcome.state == State::unfinished;
-        for (const CrashingFiles::Disk& moment : files.moments()) recoverAll(five, moment, false, tally);
+        search.recoverAll(files.moments());
     }
-    EXPECT_EQ(tally.mixed, 0) << tally.states;
+    RecordProperty("states", fmt::format("{}", search.states));
+    EXPECT_EQ(search.mixed, 0) << search.states;
     EXPECT_GT(unfinished, 5);
 }
 
-// A record whose removal was not synced comes back after a later save, which it must not undo.
-TEST(FileSet, ARecordThatComesBackHarmsNoLaterSave) {
+// A record whose removal was not synced comes back after a later save, or after somebody made a file anew
+// that the first save had removed. Neither must be undone.
+TEST(FileSet, ARecordThatComesBackHarmsNothingLater) {
     const FileSet shrink = {{"/etc/atm/pvc0", "p0", "p1"}, {"/etc/atm/clients", "k0", "(none)"}};
     const FileSet laters[] = {
         {{"/etc/atm/clients", "(none)", "k0"}}, {{"/etc/atm/pvc0", "p1", "p0"}}, reversed(shrink)};
@@ -175,10 +192,22 @@ TEST(FileSet, ARecordThatComesBackHarmsNoLaterSave) {
         CrashingFiles files(diskOf(shrink));
         ASSERT_EQ(save(shrink).state, State::done);
         ASSERT_EQ(save(later).state, State::done);
-        Tally tally;
-        recoverAll(later, files.moments().back(), false, tally);
-        EXPECT_EQ(tally.old + tally.mixed, 0) << tally.states;
+        Search search(later);
+        search.recoverAll(files.moments().back());
+        EXPECT_EQ(search.old + search.mixed, 0) << search.states;
     }
+    CrashingFiles files(diskOf(shrink));
+    ASSERT_EQ(save(shrink).state, State::done);
+    files.put("/etc/atm/clients", "k0");
+    int cameBack = 0;
+    CrashingFiles::afterPowerLoss(files.moments().back(), [&](const CrashingFiles::Disk& found) {
+        CrashingFiles after(found);
+        cameBack += after.get(record.text) != "(none)";
+        std::vector<std::string> notes;
+        EXPECT_EQ(recoverFiles(record, notes), 0);
+        EXPECT_EQ(after.get("/etc/atm/clients"), "k0");
+    });
+    EXPECT_EQ(cameBack, 1);
 }
 
 TEST(FileSet, WhatSomebodyEditedSinceIsLeftAlone) {
@@ -208,6 +237,7 @@ TEST(FileSet, EveryCallFailedInTurnOnTheDisk) {
                 for (const File& file : set)
                     if (file.before != "(none)") root.write(file.path, file.before);
                 FailingFiles files;
+                files.skipSyncs();
                 files.failAt(k, error);
                 const SaveOutcome outcome = save(set, root.path());
                 if (!files.failed()) break;

@@ -34,9 +34,18 @@ class CrashingFiles : public platform::Files {
         Names synced;                 // paths
         std::vector<Change> pending;  // since then, in order
 
-        std::string operator[](const std::string& path) const {
-            const auto entry = synced.find(path);
-            return entry == synced.end() ? "(none)" : inodes.at(entry->second).content;
+        // The same for disks of which the same can be found.
+        std::string key() const {
+            std::string key;
+            for (const auto& [path, number] : synced) key += path + '=' + std::to_string(number) + '\1';
+            for (const auto& [number, inode] : inodes)
+                key += std::to_string(number) + ':' + std::to_string(inode.changed) + '\2' + inode.content +
+                       '\2' + inode.synced + '\3';
+            for (const Change& change : pending) {
+                for (const NameChange& name : change) key += name.name + '>' + std::to_string(name.inode);
+                key += '\4';
+            }
+            return key;
         }
     };
 
@@ -70,29 +79,20 @@ class CrashingFiles : public platform::Files {
 
     // Every disk that can be found after the power was lost, each once.
     static void afterPowerLoss(const Disk& disk, const std::function<void(const Disk&)>& look) {
-        std::vector<int> unsynced;
-        for (const auto& [number, inode] : disk.inodes)
-            if (inode.content != inode.synced) unsynced.push_back(number);
-        std::set<std::string> seen;
-        std::size_t versions = 1;
-        for (std::size_t i = 0; i < unsynced.size(); ++i) versions *= 3;
-        for (std::size_t names = 0; names < std::size_t{1} << disk.pending.size(); ++names)
-            for (std::size_t version = 0; version < versions; ++version) {
-                Disk found{disk.inodes, disk.synced, {}};
-                for (std::size_t i = 0; i < disk.pending.size(); ++i)
-                    if (names >> i & 1) apply(disk.pending[i], found.synced);
-                std::size_t rest = version;
-                for (const int number : unsynced) {
-                    Inode& inode = found.inodes.at(number);
-                    if (rest % 3 == 0) inode.content = inode.synced;
-                    if (rest % 3 == 1) inode.content.resize(inode.content.size() / 2);
-                    rest /= 3;
-                }
-                for (auto& [number, inode] : found.inodes) inode.synced = inode.content;
-                std::string key;
-                for (const auto& [path, number] : found.synced) key += path + '=' + found[path] + '\1';
-                if (seen.insert(key).second) look(found);
+        std::set<Names> all{disk.synced};
+        for (const Change& change : disk.pending) {
+            std::set<Names> happened;
+            for (Names names : all) {
+                apply(change, names);
+                happened.insert(std::move(names));
             }
+            all.merge(happened);
+        }
+        for (const Names& names : all) {
+            Disk found{{}, names, {}};
+            for (const auto& [path, number] : names) found.inodes[number] = disk.inodes.at(number);
+            withLostData(found, found.inodes.begin(), look);
+        }
     }
 
     int open(const platform::HostPath& path, int flags, mode_t) override {
@@ -187,6 +187,21 @@ class CrashingFiles : public platform::Files {
                 names[name] = inode;
             else
                 names.erase(name);
+    }
+    // From an inode on: what was not synced is there, or half of it, or nothing.
+    static void withLostData(Disk& disk, std::map<int, Inode>::iterator from,
+                             const std::function<void(const Disk&)>& look) {
+        while (from != disk.inodes.end() && from->second.content == from->second.synced) ++from;
+        if (from == disk.inodes.end()) return look(disk);
+        const Inode before = from->second;
+        const auto next = std::next(from);
+        std::set<std::string> contents{before.content, before.content.substr(0, before.content.size() / 2),
+                                       before.synced};
+        for (const std::string& content : contents) {
+            from->second.content = from->second.synced = content;
+            withLostData(disk, next, look);
+        }
+        from->second = before;
     }
     void enter(const Change& change) {
         apply(change, now_);
