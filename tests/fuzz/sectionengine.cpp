@@ -3,7 +3,7 @@
 // for it).
 //
 // After each commit: the value reads back as it was written, the other keys read as before, and every byte
-// outside the section's lines is as it was.
+// outside the section's lines is as it was. The file as a text in memory becomes the same.
 #include "../support/memoryfiles.h"
 #include "config/pdf_io.h"
 
@@ -56,11 +56,28 @@ bool oneLine(const char* a, const char* b) {
     return std::find(std::min(a, b), std::max(a, b), '\n') == std::max(a, b);
 }
 
-void writeOne(MemoryFiles& files, std::string_view path, std::size_t key, std::string text) {
+struct InMemory {
+    std::string text;
+    SectionIndex index;
+
+    // False when the section cannot be opened.
+    bool write(std::string_view path, const char* key, std::string value) {
+        SectionHandle* handle = OpenSection(text, index, file, path, sectionForWriting);
+        if (!handle) return false;
+        WriteKey(handle, key, value.data(), keyString, static_cast<int>(value.size()) + 1);
+        require(CloseSection(handle) == 0, "a text is always committed");
+        return true;
+    }
+};
+
+void writeOne(MemoryFiles& files, InMemory& memory, std::string_view path, std::size_t key,
+              std::string text) {
+    const bool opened = memory.write(path, keys[key], text);
     const std::string before = files.get(file);
     Values was, is;
     const bool existed = readAll(path, was);
     SectionHandle* handle = OpenSection(file, path, sectionForWriting);
+    require(opened == !!handle, "a text has the same sections");
     if (!handle) {
         require(!existed && files.count() == 1 && files.get(file) == before,
                 "a failed open leaves the file alone");
@@ -81,6 +98,7 @@ void writeOne(MemoryFiles& files, std::string_view path, std::size_t key, std::s
     require(CloseSection(handle) == 0 && files.count() == 1, "the commit works and leaves no copy");
 
     const std::string after = files.get(file);
+    require(after == memory.text, "a text becomes the same");
     std::size_t same = 0;
     while (same < std::min(before.size(), after.size()) && before[same] == after[same]) ++same;
     std::size_t tail = 0;
@@ -114,7 +132,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t cou
     if (text.find('\0') != std::string::npos) return 0;
     MemoryFiles files;
     files.put(file, std::string(input));
-    for (std::size_t key = 0; key < keys.size(); ++key) writeOne(files, path, key, text);
-    writeOne(files, path, 0, "1");
+    InMemory memory{std::string(input), {}};
+    for (std::size_t key = 0; key < keys.size(); ++key) writeOne(files, memory, path, key, text);
+    writeOne(files, memory, path, 0, "1");
     return 0;
 }
