@@ -66,8 +66,8 @@ std::string answers(const char* ok, const char* cancel) {
 
 // What is read, made and saved in one go.
 struct AdapterChange::Round {
-    Round(int number, std::shared_ptr<ListCache> lists)
-        : adapter(number), editor(nullptr, false, devices, std::move(lists)) {}
+    Round(int number, std::shared_ptr<ReadCache> known)
+        : adapter(number), editor(nullptr, false, devices, std::move(known)) {}
 
     void read(const AtmDevices& base) {
         readable = editor.ReadLink(adapter);
@@ -125,7 +125,7 @@ std::optional<Question> AdapterChange::run() {
             giveUp();
             return {};
         }
-        Round round(order_.adapter, configuration_.lists());
+        Round round(order_.adapter, configuration_.known());
         const AtmDevices& base = configuration_.base();
         if (error == 0) round.read(base);
         merge_ = mergeAdapter(order_.adapter, base, configuration_.mine(),
@@ -219,14 +219,18 @@ void AdapterChange::save(Round& round) {
     ConfigFiles& files = round.editor.files();
     const char* parameters = PdfEdit::parameterFile;
     const bool always = order_.settings && round.readable;
-    if (always) edits.push_back({parameters, files.place(parameters), true, files.now(parameters)});
+    const auto add = [&](const std::string& name, std::optional<std::string_view> text) {
+        const FileAsRead& file = files.read(name);
+        edits.push_back({name, files.place(name), file.exists, text, file.content});
+    };
+    if (always) add(parameters, files.now(parameters));
     for (const auto& [name, text] : changes) {
-        if (always && name == parameters) continue;
-        edits.push_back({name, files.place(name), files.read(name).exists, text});
+        if (!always || name != parameters) add(name, text);
     }
     if (edits.empty()) return;
     if (!changes.empty() && files.standAsRead()) keepHistory(round, edits);
-    result_.save = replaceFiles(Configuration::saveRecord(), edits, [&] { return files.standAsRead(); });
+    result_.save = replaceFiles(Configuration::saveRecord(files.place(parameters)), edits,
+                                [&] { return files.standAsRead(); });
     result_.wrote = result_.save.state == SaveOutcome::State::done && !changes.empty();
     if (result_.save.error) fail(result_.save.file, std::strerror(result_.save.error));
 }

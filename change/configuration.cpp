@@ -34,17 +34,19 @@ void keepUnknownLists(int adapter, const DriverPdfEdit& editor, const AtmDevices
 Configuration::Configuration(std::string program, AtmDevices& mine)
     : program_(std::move(program)), mine_(mine) {}
 
-platform::HostPath Configuration::saveRecord() {
-    platform::HostPath place = platform::hostPath(PdfEdit::parameterFile);
-    platform::files().resolve(place, place);
-    return {platform::directoryOf(place).text + "/.tarvolin-save"};
+platform::HostPath Configuration::saveRecord(const platform::HostPath& parameterFile) {
+    const bool known = !parameterFile.text.empty();
+    const platform::HostPath file = known ? parameterFile : platform::hostPath(PdfEdit::parameterFile);
+    return {platform::directoryOf(file).text + "/.tarvolin-save"};
 }
 
 int Configuration::lock(std::chrono::milliseconds patience, std::string& failed) {
     failed = platform::ConfigurationLock::file;
     if (lock_.held()) return 0;
     if (const int error = lock_.take(program_, patience)) return error;
-    const platform::HostPath record = saveRecord();
+    platform::HostPath place = platform::hostPath(PdfEdit::parameterFile);
+    platform::files().resolve(place, place);
+    const platform::HostPath record = saveRecord(place);
     const std::size_t known = notes_.size();
     const int error = recoverFiles(record, notes_);
     for (std::size_t i = known; i < notes_.size(); ++i) tvlog << notes_[i] << std::endl;
@@ -81,7 +83,7 @@ bool Configuration::forgetLostDriver() {
 bool Configuration::read() {
     std::string failed;
     lock(0ms, failed);
-    DriverPdfEdit editor(nullptr, false, mine_, lists_);
+    DriverPdfEdit editor(nullptr, false, mine_, known_);
     const bool good = editor.ReadPdf();
     base_ = mine_;
     unlock();
@@ -92,7 +94,7 @@ void Configuration::readAgain(int adapter) {
     std::string failed;
     lock(1s, failed);
     AtmDevices theirs;
-    DriverPdfEdit editor(nullptr, false, theirs, lists_);
+    DriverPdfEdit editor(nullptr, false, theirs, known_);
     if (editor.ReadLink(adapter)) {
         keepUnknownLists(adapter, editor, base_, theirs);
         takeOver(adapter, base_, mine_, theirs);

@@ -40,8 +40,8 @@ class Configuration {
     void unlock() { lock_.release(); }
     const std::string& holder() const { return lock_.holder(); }
 
-    // The record of a save, beside the parameter file.
-    static platform::HostPath saveRecord();
+    // The record of a save, beside the parameter file, whose place this is with symbolic links followed.
+    static platform::HostPath saveRecord(const platform::HostPath& parameterFile);
 
     const std::string& program() const { return program_; }
 
@@ -54,8 +54,8 @@ class Configuration {
     // Under the lock. True when there was such a driver.
     bool forgetLostDriver();
 
-    // What is known of the list files, for editors of this configuration.
-    const std::shared_ptr<ListCache>& lists() const { return lists_; }
+    // For editors of this configuration.
+    const std::shared_ptr<ReadCache>& known() const { return known_; }
 
     // Sentences of what was found while recovering, for the user. Emptied by the call.
     std::vector<std::string> takeNotes();
@@ -64,7 +64,7 @@ class Configuration {
     std::string program_;
     AtmDevices& mine_;
     AtmDevices base_;
-    std::shared_ptr<ListCache> lists_ = std::make_shared<ListCache>();
+    std::shared_ptr<ReadCache> known_ = std::make_shared<ReadCache>();
     platform::ConfigurationLock lock_;
     std::vector<std::string> notes_;
     bool driverLost_ = false;

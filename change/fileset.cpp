@@ -70,9 +70,9 @@ class Replacement {
         struct stat status {};
         if (file && files().status(file.descriptor(), status) != 0) return false;
         if (edits_.size() > 1) {
-            std::string before;
-            if (file && !platform::readWhole(file.descriptor(), before)) return false;
-            if (file) step.before = contentHash(before);
+            std::string read;
+            if (file && !edit.before && !platform::readWhole(file.descriptor(), read)) return false;
+            if (file) step.before = contentHash(edit.before.value_or(read));
             if (edit.content) step.after = contentHash(*edit.content);
         }
         if (step.removes()) step.identity = fileIdentity(status);

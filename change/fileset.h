@@ -21,6 +21,8 @@ struct FileEdit {
     platform::HostPath place;                 // symbolic links followed
     bool exists = true;                       // there is such a file
     std::optional<std::string_view> content;  // that it gets; without one it is removed
+    // That it has, if the caller knows and `asRead` makes sure of it.
+    std::optional<std::string_view> before = {};
 };
 
 struct SaveOutcome {

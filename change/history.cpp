@@ -59,12 +59,11 @@ void say(const std::string& change, const std::string& path, int error) {
     auditTrouble(change, "history", fmt::format("{}: {}", path, std::strerror(error)));
 }
 
-void prune(const std::string& newest) {
+// `names` are the entries beside the newest, oldest first.
+void prune(std::vector<std::string> names, const std::string& newest) {
     const HostPath history = platform::hostPath(historyDirectory);
-    std::vector<std::string> names;
-    if (!entriesIn(history, names)) return say(newest, std::string(historyDirectory), errno);
-    if (names.size() <= keptEntries) return;
-    names.resize(names.size() - keptEntries);
+    if (names.size() < keptEntries) return;
+    names.resize(names.size() + 1 - keptEntries);
     // What is no directory is no entry, and stays without a word.
     for (const std::string& name : names)
         if (removeEntry(within(history, name)) != 0 && errno != ENOTDIR && errno != ELOOP)
@@ -92,10 +91,10 @@ void HistoryEntry::giveUp(const std::string& systemPath) {
 
 void HistoryEntry::begin(std::span<const FileAtRisk> atRisk) {
     HostPath history;
-    std::vector<std::string> names;
-    if (makeStateDirectory(historyDirectory, history) != 0 || !entriesIn(history, names))
+    older_.clear();
+    if (makeStateDirectory(historyDirectory, history) != 0 || !entriesIn(history, older_))
         return giveUp(std::string(historyDirectory));
-    const std::string number = fmt::format("{:04}", names.empty() ? 1 : numberOf(names.back()) + 1);
+    const std::string number = fmt::format("{:04}", older_.empty() ? 1 : numberOf(older_.back()) + 1);
     const HostPath place = within(history, number);
     if (files().makeDirectory(place, 0700) != 0) return giveUp(systemPath(number));
     number_ = number;
@@ -129,7 +128,7 @@ void HistoryEntry::finish(const ChangeRecord& record) {
     if (platform::replaceWhole(within(place_, manifestName), text, 0600, platform::OnDisk::now) != 0 ||
         platform::syncDirectory(place_) != 0)
         say(number_, systemPath(number_), errno);
-    prune(number_);
+    prune(std::move(older_), number_);
 }
 
 void HistoryEntry::drop() {

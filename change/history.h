@@ -53,4 +53,5 @@ class HistoryEntry {
     std::string number_ = "none";
     platform::HostPath place_;
     std::vector<KeptFile> files_;
+    std::vector<std::string> older_;  // names of the other entries
 };

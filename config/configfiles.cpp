@@ -98,8 +98,10 @@ bool ConfigFiles::standAsRead() const {
     for (const auto& [name, entry] : entries_) {
         struct stat now {};
         files().status(platform::hostPath(name), now);
-        if (!sameFile(now, entry.file.status) || (entry.place && *entry.place != placeNow(name)))
-            return false;
+        if (!sameFile(now, entry.file.status)) return false;
+        // The same file at the place of its name: no link has come between.
+        const bool direct = entry.file.exists && entry.place == platform::hostPath(name);
+        if (entry.place && !direct && *entry.place != placeNow(name)) return false;
     }
     return true;
 }

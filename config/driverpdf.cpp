@@ -55,24 +55,35 @@ template <class Record> constexpr bool hasPvcs = requires(Record record) {
 }  // namespace
 
 DriverPdfEdit::DriverPdfEdit(ErrorReporter reporter, bool showErrors, AtmDevices& devices,
-                             std::shared_ptr<ListCache> lists)
-    : PdfEdit(std::move(reporter), showErrors), devices_(devices), lists_(std::move(lists)) {}
+                             std::shared_ptr<ReadCache> known)
+    : PdfEdit(std::move(reporter), showErrors), devices_(devices), known_(std::move(known)) {}
 
 template <class Record> bool DriverPdfEdit::readRecord(const std::string& path, Record& record) {
+    const bool isNew = record == Record{};
+    auto& known = parameters().sections<Record>();
+    if (const auto section = known.find(path); isNew && section != known.end()) {
+        record = section->second.record;
+        return true;
+    }
     if (!OpenKey(path, 0, false)) {
         if (errno != ESRCH) readError_ = errno;
         return false;
     }
-    bool named = false;  // by what was there before
-    if constexpr (hasPvcs<Record>) named = !record.pvcFile.empty();
     const auto present = readRows(*section_, record, [&](const KeyRow<Record>& row, void* destination) {
         return QueryValue(row.key, destination, row.readType, row.readLength, true);
     });
-    if (named)
-        asRead<Record>().erase(path);
-    else
-        asRead<Record>()[path] = {record, present};
+    if (isNew) known[path] = {record, present};
     return true;
+}
+
+ReadParameters& DriverPdfEdit::parameters() {
+    ReadParameters& known = known_->parameters;
+    if (parametersChecked_) return known;
+    parametersChecked_ = true;
+    const std::string hash = hashOf(files_.now(parameterFile));
+    if (known.hash != hash) known = {};
+    known.hash = hash;
+    return known;
 }
 
 // Without a file that can be read the engine tries to open it, and complains.
@@ -84,7 +95,9 @@ SectionHandle* DriverPdfEdit::open(std::string_view sectionPath, std::uint32_t f
         errno = error;
         return nullptr;
     }
-    return OpenSection(files_.text(parameterFile), sections_, parameterFile, sectionPath, flags);
+    ReadParameters& known = parameters();
+    if (flags & sectionForWriting) known.hash.clear();
+    return OpenSection(files_.text(parameterFile), known.index, parameterFile, sectionPath, flags);
 }
 
 bool DriverPdfEdit::mayWrite() {
@@ -123,8 +136,9 @@ template <class Record> bool DriverPdfEdit::setField(const KeyRow<Record>& row, 
 
 // Whether the section has every key that is written, and all values of the record.
 template <class Record> bool DriverPdfEdit::standsAsRead(const std::string& path, const Record& record) {
-    const auto known = asRead<Record>().find(path);
-    if (known == asRead<Record>().end()) return false;
+    const auto& sections = parameters().sections<Record>();
+    const auto known = sections.find(path);
+    if (known == sections.end()) return false;
     const auto& [was, present] = known->second;
     if constexpr (hasPvcs<Record>)
         if (record.pvcFile.empty() || record.pvcFile != was.pvcFile) return false;
@@ -142,7 +156,7 @@ bool DriverPdfEdit::writeRecord(const std::string& path, Record& record, const s
         tvlog << "Writing Values on - " << path << std::endl;
         return true;
     }
-    asRead<Record>().erase(path);
+    parameters().sections<Record>().erase(path);
     if (!OpenKey(path, sectionForWriting, false) || section_->dataError) {
         const int error = section_ ? section_->dataError : errno;
         addFailure({parameterFile, reasonFor(error, path), error == ESRCH});
@@ -196,8 +210,7 @@ bool DriverPdfEdit::readAdapter(int adapter) {
 
 void DriverPdfEdit::forget() {
     files_.clear();
-    sections_ = {};
-    asRead_ = {};
+    parametersChecked_ = false;
     unknownLists_.clear();
 }
 
@@ -283,7 +296,7 @@ void DriverPdfEdit::writeLists(int adapter) {
     WriteRoutedPVCs(adapter);
     WriteBridgedPVCs(adapter);
     WriteMappedClients(adapter);
-    CloseKey();
+    if (CloseKey() && parametersChecked_) known_->parameters.hash = hashOf(files_.now(parameterFile));
 }
 
 bool DriverPdfEdit::WriteSig(int adapter) {
@@ -343,7 +356,7 @@ bool DriverPdfEdit::WriteMappedClients(int adapter) {
 
 // As the text is now.
 template <class List> const ReadList<List>& DriverPdfEdit::listIn(const std::string& name, const List&) {
-    return lists_->read<List>(name, files_.now(name));
+    return known_->read<List>(name, files_.now(name));
 }
 
 template <class List> void DriverPdfEdit::readList(const std::string& name, List& list) {
@@ -405,7 +418,7 @@ void DriverPdfEdit::readPlaces() {
 template <class List> std::string DriverPdfEdit::whyNoList(const std::string& name, const List&) {
     const FileAsRead& file = files_.read(name);
     if (file.error) return isNoFile(file.error) ? "it is not a regular file" : std::strerror(file.error);
-    const ListForm& form = lists_->read<List>(name, file.content).form;
+    const ListForm& form = known_->read<List>(name, file.content).form;
     if (!form.isList) return "it is not a list of this kind";
     if (isOutside(name) && !form.hasEntry) return "it is not a list, and not in /etc/atm";
     const std::string& place = files_.place(name).text;
@@ -428,14 +441,14 @@ template <class List> bool DriverPdfEdit::writeList(const std::string& name, con
         addFailure({.file = name, .reason = reason, .unknown = error != 0 && !isNoFile(error)});
         return false;
     }
-    if (const std::string text = lists_->read<List>(name, files_.read(name).content).form.dropped;
+    if (const std::string text = known_->read<List>(name, files_.read(name).content).form.dropped;
         !text.empty())
         dropped_.push_back(fmt::format("{} had {}, which is not kept.", name, text));
     if (list.empty()) {
         files_.remove(name);
     } else {
         std::string text = listText(list);
-        lists_->note(name, text, list);
+        known_->note(name, text, list);
         files_.write(name, std::move(text));
     }
     return true;

@@ -7,22 +7,18 @@
 #pragma once
 
 #include "config/configfiles.h"
-#include "config/keytable.h"
-#include "config/listcache.h"
 #include "config/pdfedit.h"
+#include "config/readcache.h"
 #include "model/tvdatbuf.h"
 
-#include <bitset>
-#include <map>
 #include <memory>
 #include <set>
-#include <tuple>
 
 class DriverPdfEdit : public PdfEdit {
   public:
-    // Editors that read the same files can share what they know of the lists.
+    // Editors that work one after the other can share what they know of the files.
     DriverPdfEdit(ErrorReporter reporter, bool showErrors, AtmDevices& devices = atmDevices,
-                  std::shared_ptr<ListCache> lists = std::make_shared<ListCache>());
+                  std::shared_ptr<ReadCache> known = std::make_shared<ReadCache>());
 
     // Reads everything of all adapters, or of one (0 to 3), from the disk. False when the parameter file
     // could not be read: the remaining records keep their values, and nothing is written until reading
@@ -93,6 +89,7 @@ class DriverPdfEdit : public PdfEdit {
     template <class List> bool writeList(const std::string& name, const List& list);
     template <class List> std::string whyNoList(const std::string& name, const List& list);
     void writeLists(int adapter);
+    ReadParameters& parameters();
     template <class Record> bool standsAsRead(const std::string& path, const Record& record);
     bool mayWrite();
     void clearOutcomes();
@@ -100,21 +97,9 @@ class DriverPdfEdit : public PdfEdit {
 
     AtmDevices& devices_;
     ConfigFiles files_;
-    SectionIndex sections_;  // of the parameter file
-
-    // A section that nobody has written since it was read, with the keys that had a value.
-    template <class Record> struct AsRead {
-        Record record;
-        std::bitset<mostKeys> present;
-    };
-    template <class... Records> using AllAsRead = std::tuple<std::map<std::string, AsRead<Records>>...>;
-    AllAsRead<AtmSig, AtmLEC, AtmLES, AtmLECS, AtmIP1577> asRead_;
-    template <class Record> auto& asRead() {
-        return std::get<std::map<std::string, AsRead<Record>>>(asRead_);
-    }
-
-    std::shared_ptr<ListCache> lists_;
-    int readError_ = 0;  // errno of a failed ReadPdf, after which nothing is written
+    std::shared_ptr<ReadCache> known_;
+    bool parametersChecked_ = false;  // known_ tells of their text
+    int readError_ = 0;               // errno of a failed ReadPdf, after which nothing is written
     std::vector<std::string> dropped_;
     Lacking lacking_;
     std::set<std::string> unknownLists_;

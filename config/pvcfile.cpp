@@ -22,6 +22,12 @@ auto& addressOf(AtmRoutedPvc& pvc) {
 auto& addressOf(AtmBridgedPvc& pvc) {
     return pvc.mac;
 }
+const auto& addressOf(const AtmRoutedPvc& pvc) {
+    return pvc.ip;
+}
+const auto& addressOf(const AtmBridgedPvc& pvc) {
+    return pvc.mac;
+}
 bool wellFormed(const ipAddress&, std::string_view text) {
     return isDottedDecimal(text);
 }
@@ -138,17 +144,42 @@ template <class Pvc> std::istream& readPvc(std::istream& in, Pvc& pvc) {
     return in;
 }
 
-template <class Pvc> std::ostream& writePvc(std::ostream& out, const Pvc& pvc, const auto& address) {
-    out << fmt::format(FMT_COMPILE("[PVC\n\tVC    ={}\t#VC index\n\tAddr  ="),
-                       static_cast<std::int16_t>(pvc.vci))
-        << address
-        << fmt::format(FMT_COMPILE("\t# Format:  0000778899aa=MAC 123.123.123.123=IP\n"
-                                   "\tEncap ={}\t# 0=Null 1=LLC\n"
-                                   "\tBcast ={}\t# For Bridged PVC only; 1=Broadcast 0=Non-Broadcast\n"
-                                   "\tRate  ={}\t# MB/s\n"
-                                   "]\n"),
-                       pvc.encapsulation, pvc.broadcast, pvc.rate);
-    return out;
+// As the addresses' stream forms, which take more time.
+void append(fmt::memory_buffer& out, const macAddress& address) {
+    for (const std::uint8_t byte : address.bytes())
+        fmt::format_to(fmt::appender(out), FMT_COMPILE("{:02x}"), byte);
+}
+void append(fmt::memory_buffer& out, const ipAddress& address) {
+    const auto& bytes = address.bytes();
+    fmt::format_to(fmt::appender(out), FMT_COMPILE("{}.{}.{}.{}"), bytes[0], bytes[1], bytes[2], bytes[3]);
+}
+
+template <class Pvc> void appendPvc(fmt::memory_buffer& out, const Pvc& pvc) {
+    fmt::format_to(fmt::appender(out), FMT_COMPILE("[PVC\n\tVC    ={}\t#VC index\n\tAddr  ="),
+                   static_cast<std::int16_t>(pvc.vci));
+    append(out, addressOf(pvc));
+    fmt::format_to(fmt::appender(out),
+                   FMT_COMPILE("\t# Format:  0000778899aa=MAC 123.123.123.123=IP\n"
+                               "\tEncap ={}\t# 0=Null 1=LLC\n"
+                               "\tBcast ={}\t# For Bridged PVC only; 1=Broadcast 0=Non-Broadcast\n"
+                               "\tRate  ={}\t# MB/s\n"
+                               "]\n"),
+                   pvc.encapsulation, pvc.broadcast, pvc.rate);
+}
+void append(fmt::memory_buffer& out, const AtmRoutedPvc& pvc) {
+    appendPvc(out, pvc);
+}
+void append(fmt::memory_buffer& out, const AtmBridgedPvc& pvc) {
+    appendPvc(out, pvc);
+}
+void append(fmt::memory_buffer& out, const esiSelector& client) {
+    out.append(std::string_view(client.GetFEsiSelector()));
+}
+
+template <class Pvc> std::ostream& writePvc(std::ostream& out, const Pvc& pvc) {
+    fmt::memory_buffer text;
+    appendPvc(text, pvc);
+    return out << std::string_view(text.data(), text.size());
 }
 
 void noteMalformed(std::string_view name, std::size_t record) {
@@ -172,11 +203,11 @@ template <class Pvc> void parsePvcs(std::string_view text, std::string_view name
 }  // namespace
 
 std::ostream& operator<<(std::ostream& out, const AtmRoutedPvc& pvc) {
-    return writePvc(out, pvc, pvc.ip);
+    return writePvc(out, pvc);
 }
 
 std::ostream& operator<<(std::ostream& out, const AtmBridgedPvc& pvc) {
-    return writePvc(out, pvc, pvc.mac);
+    return writePvc(out, pvc);
 }
 
 std::istream& operator>>(std::istream& in, AtmRoutedPvc& pvc) {
@@ -209,9 +240,12 @@ void parseList(std::string_view text, std::string_view name, std::vector<esiSele
 
 template <class Entry> std::string listText(const std::vector<Entry>& list) {
     // A client's line, or a PVC's lines and a blank one behind them.
-    std::ostringstream out;
-    for (const Entry& entry : list) out << entry << '\n';
-    return std::move(out).str();
+    fmt::memory_buffer out;
+    for (const Entry& entry : list) {
+        append(out, entry);
+        out.push_back('\n');
+    }
+    return fmt::to_string(out);
 }
 
 template std::string listText(const std::vector<AtmRoutedPvc>&);

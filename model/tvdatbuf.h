@@ -71,6 +71,7 @@ struct AtmLEC {
     std::vector<AtmBridgedPvc> pvcs;
 
     AtmLEC& operator=(const LECXferBuffer& buffer);
+    bool operator==(const AtmLEC&) const = default;
 };
 
 // LAN Emulation Server with its BUS.
@@ -85,6 +86,7 @@ struct AtmLES {
     std::vector<esiSelector> clients;  // mapped to this server's ELAN
 
     AtmLES& operator=(const LESXferBuffer& buffer);
+    bool operator==(const AtmLES&) const = default;
 };
 
 // LAN Emulation Configuration Server.
@@ -96,6 +98,7 @@ struct AtmLECS {
     atmAddress address;
 
     AtmLECS& operator=(const LECSXferBuffer& buffer);
+    bool operator==(const AtmLECS&) const = default;
 };
 
 // Classical IP over ATM client (RFC 1577).
@@ -111,6 +114,7 @@ struct AtmIP1577 {
     std::vector<AtmRoutedPvc> pvcs;
 
     AtmIP1577& operator=(const IP1577XferBuffer& buffer);
+    bool operator==(const AtmIP1577&) const = default;
 };
 
 // UNI signalling and ILMI address registration.
@@ -122,6 +126,7 @@ struct AtmSig {
     atmAddress address;  // only the network prefix is used
 
     AtmSig& operator=(const SigXferBuffer& buffer);
+    bool operator==(const AtmSig&) const = default;
 };
 
 // Everything of up to four adapters, by adapter index (0 to 3) and then instance.

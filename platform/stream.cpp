@@ -3,7 +3,6 @@
 #include "platform/openfile.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <fcntl.h>
 #include <map>
@@ -101,20 +100,22 @@ bool readWhole(const HostPath& path, std::string& content, std::size_t limit) {
 
 bool readWhole(int descriptor, std::string& content, std::size_t limit) {
     content.clear();
+    constexpr std::size_t atLeast = 4096;  // the files of /proc tell no size
     struct stat status {};
+    std::size_t size = 0;
     if (files().status(descriptor, status) == 0 && status.st_size > 0)
-        content.reserve(std::min(limit, static_cast<std::size_t>(status.st_size)));
+        size = std::min(limit, static_cast<std::size_t>(status.st_size));
     if (files().seek(descriptor, 0, SEEK_SET) != 0) return false;
-    std::array<char, 1U << 14> block;  // four pages: few turns for a list of a thousand records
+    std::size_t length = 0;
     for (;;) {
-        const ssize_t n = files().read(descriptor, block.data(), block.size());
+        if (length == content.size()) content.resize(length == 0 && size ? size + 1 : length + atLeast);
+        const ssize_t n = files().read(descriptor, content.data() + length, content.size() - length);
         if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) return n == 0;
-        if (content.size() + static_cast<size_t>(n) > limit) {
-            errno = EFBIG;
-            return false;
-        }
-        content.append(block.data(), static_cast<size_t>(n));
+        length += n > 0 ? static_cast<std::size_t>(n) : 0;
+        if (n > 0 && length <= limit) continue;
+        content.resize(n > 0 ? 0 : length);
+        if (n > 0) errno = EFBIG;
+        return n == 0;
     }
 }
 

@@ -1,22 +1,17 @@
-#include "config/listcache.h"
+#include "config/readcache.h"
 
 #include "config/pvcfile.h"
 
 #include <array>
 #include <xxhash.h>
 
-namespace {
-
-// 128 bits: no two texts of a file's life have the same.
 std::string hashOf(std::string_view text) {
     XXH128_canonical_t bytes;
     XXH128_canonicalFromHash(&bytes, XXH3_128bits(text.data(), text.size()));
     return {std::begin(bytes.digest), std::end(bytes.digest)};
 }
 
-}  // namespace
-
-template <class List> const ReadList<List>& ListCache::read(const std::string& name, std::string_view text) {
+template <class List> const ReadList<List>& ReadCache::read(const std::string& name, std::string_view text) {
     ReadList<List>& list = std::get<Known<List>>(known_)[name];
     std::string hash = hashOf(text);
     if (list.hash == hash) return list;
@@ -28,7 +23,7 @@ template <class List> const ReadList<List>& ListCache::read(const std::string& n
 }
 
 template <class List>
-void ListCache::note(const std::string& name, std::string_view text, const List& entries) {
+void ReadCache::note(const std::string& name, std::string_view text, const List& entries) {
     ReadList<List>& list = std::get<Known<List>>(known_)[name];
     list.hash = hashOf(text);
     list.form = {};
@@ -37,8 +32,8 @@ void ListCache::note(const std::string& name, std::string_view text, const List&
 }
 
 #define FOR(List)                                                                                            \
-    template const ReadList<List>& ListCache::read(const std::string&, std::string_view);                    \
-    template void ListCache::note(const std::string&, std::string_view, const List&);
+    template const ReadList<List>& ReadCache::read(const std::string&, std::string_view);                    \
+    template void ReadCache::note(const std::string&, std::string_view, const List&);
 FOR(std::vector<AtmRoutedPvc>)
 FOR(std::vector<AtmBridgedPvc>)
 FOR(std::vector<esiSelector>)
