@@ -1,11 +1,9 @@
 // bench_dialog PAIRS: the configuration dialog, pair by pair with its floors: opening it beside opening a
-// notebook with one empty page, and OK on an unchanged adapter beside the file work alone. Needs a display,
-// and in TARVOLIN_ROOT a simulator and the sample configuration, whose clients get 1,000 PVCs each. Prints
-// figure, floor (medians, milliseconds) and the median of the ratios.
+// notebook with one empty page, and OK on an unchanged adapter beside the same change without windows. Needs
+// a display, and in TARVOLIN_ROOT a simulator and the sample configuration, whose lists get full length.
+// Prints figure, floor (medians, milliseconds) and the median of the ratios.
 #include "app/maindlg.h"
-#include "config/driverpdf.h"
-#include "model/settings.h"
-#include "model/tvdatbuf.h"
+#include "bench/onechange.h"
 #include "platform/user.h"
 #include "resources/pictures.h"
 #include "toolkit/controls/button.h"
@@ -14,21 +12,11 @@
 #include "ui/subdialog.h"
 
 #include <Xm/Xm.h>
-#include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <fmt/core.h>
 #include <functional>
-#include <vector>
 
 namespace {
-
-constexpr std::size_t pvcsPerClient = 1000;
-
-double now() {
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now().time_since_epoch())
-        .count();
-}
 
 // The dialog's own frame, with nothing on its page.
 constexpr zControlRow rows[] = {{.id = pagesNB, .kind = zKind::notebook, .place = {4, 4, 292, 239}},
@@ -82,20 +70,6 @@ struct OnceShown {
     void start() { XtAppAddWorkProc(XtWidgetToApplicationContext(top), look, this); }
 };
 
-struct Pairs {
-    std::vector<double> figures, floors;
-
-    void print(const char* what) const {
-        const auto median = [](std::vector<double> values) {
-            std::sort(values.begin(), values.end());
-            return values[values.size() / 2];
-        };
-        std::vector<double> ratios;
-        for (std::size_t i = 0; i < figures.size(); ++i) ratios.push_back(figures[i] / floors[i]);
-        fmt::print("{} {:.2f} {:.2f} {:.2f}\n", what, median(figures), median(floors), median(ratios));
-    }
-};
-
 // What closing a window left to be drawn is not part of the next opening.
 void settle(zApplication& application) {
     for (int turn = 0; turn < 3; ++turn) {
@@ -112,45 +86,34 @@ int main(int argc, char** argv) {
         return 2;
     }
     platform::pretendSuperUser(true);
-    {
-        DriverPdfEdit editor({}, false);
-        editor.ReadPdf();
-        for (AtmLEC& lec : atmDevices.lec[0]) {
-            lec.pvcs.resize(pvcsPerClient);
-            for (std::size_t i = 0; i < pvcsPerClient; ++i)
-                lec.pvcs[i].vci = static_cast<std::uint16_t>(32 + i);
-        }
-        if (!editor.WriteLink(0)) return 1;
-        atmDevices = AtmDevices();
-    }
+    OneChange alone;
+    alone.fill();
     zApplication application("tarvolin", "Tarvolin", {}, fallbackResources);
     if (!application.openDisplay()) return 1;
     zSetPictures(programPictures());
     DMainDlg window(application, mainLayout);
     application.handlePending();
     const Widget setup = window.control<zBitmapButton>(setupBTN).widget();
-    DriverPdfEdit editor({}, false);
-    editor.ReadPdf();
 
     Pairs opening, confirming;
     for (int pair = -1; pair < std::atoi(argv[1]); ++pair) {
-        double begin = now(), shown = 0;
+        double begin = milliseconds(), shown = 0;
         OnceShown real{window.shell(), [&](Widget ok) {
-                           shown = now();
+                           shown = milliseconds();
                            XtCallCallbacks(ok, XmNactivateCallback, nullptr);
                        }};
         real.start();
         XtCallCallbacks(setup, XmNactivateCallback, nullptr);
-        const double done = now();
+        const double done = milliseconds();
         settle(application);
         const double figure = shown - begin;
 
         double floor = 0;
         {
-            begin = now();
+            begin = milliseconds();
             EmptyDialog empty(window);
             OnceShown wait{empty.shell(), [&](Widget) {
-                               floor = now() - begin;
+                               floor = milliseconds() - begin;
                                empty.endModal();
                            }};
             wait.start();
@@ -158,14 +121,10 @@ int main(int argc, char** argv) {
         }
         settle(application);
 
-        begin = now();
-        if (!editor.WriteLink(0)) return 1;
-        const double fileWork = now() - begin;
+        const double fileWork = alone.make(Edit::nothing);
         if (pair < 0) continue;  // the first pair warms the caches
-        opening.figures.push_back(figure);
-        opening.floors.push_back(floor);
-        confirming.figures.push_back(done - shown);
-        confirming.floors.push_back(fileWork);
+        opening.add(figure, floor);
+        confirming.add(done - shown, fileWork);
     }
     opening.print("opening");
     confirming.print("confirming");

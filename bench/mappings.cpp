@@ -1,15 +1,13 @@
 // bench_mappings PAIRS: a configuration server that is restarted with 8 servers of 500 clients each, from the
-// changed settings to the last answer, beside the same messages sent without the layers above the device.
+// first request to the last answer, beside the same messages sent without the layers above the device.
 // Needs a simulator in TARVOLIN_ROOT. Prints microseconds per mapping (medians) and the median of the ratios.
-#include "app/apply.h"
 #include "bench/recorder.h"
-#include "driver/channel.h"
+#include "change/restart.h"
 #include "driver/dai_api.h"
 #include "model/settings.h"
 #include "model/tvdatbuf.h"
 #include "platform/user.h"
 
-#include <chrono>
 #include <cstdlib>
 #include <fcntl.h>
 #include <fmt/core.h>
@@ -19,24 +17,23 @@ namespace {
 
 constexpr std::size_t clientsPerServer = 500, mappings = lesCount * clientsPerServer;
 
-double now() {
-    return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now().time_since_epoch())
-        .count();
-}
-
-// One restart with other settings.
+// One restart of the configuration server.
 void restart() {
-    MapDataToXferBuffer();
-    lecsXferBuffer.enabled = 1;
-    lecsXferBuffer.etherMtuPosition = static_cast<std::int16_t>(1 - lecsXferBuffer.etherMtuPosition);
-    MapXferBufferToData([](const char*, const char*) {});
+    atmDevices.lecs[0].enabled = 1;
+    ServiceSet changed;
+    changed.lecs = true;
+    ChangeRecord record;
+    DriverChannel channel;
+    channel.open(O_RDWR);
+    DriverPhase phase(channel, true, record);
+    restartServices(0, atmDevices, changed, phase, channel);
 }
 
 double timed(std::vector<Message> messages) {  // a copy: the answers replace them
     const int descriptor = platform::device().open(devbase, O_RDWR);
-    const double begin = now();
+    const double begin = milliseconds();
     replay(descriptor, messages);
-    const double end = now();
+    const double end = milliseconds();
     platform::device().close(descriptor);
     return end - begin;
 }
@@ -70,13 +67,13 @@ int main(int argc, char** argv) {
         return 1;
     }
 
-    std::vector<double> figures, floors, ratios;
+    constexpr double microseconds = 1000.0 / mappings;  // of a mapping, from milliseconds of all
+    Pairs pairs;
     for (int pair = 0; pair < std::atoi(argv[1]); ++pair) {
-        const double begin = now();
+        const double begin = milliseconds();
         restart();
-        figures.push_back((now() - begin) / mappings);
-        floors.push_back(timed(messages) / mappings);
-        ratios.push_back(figures.back() / floors.back());
+        const double figure = milliseconds() - begin;
+        pairs.add(figure * microseconds, timed(messages) * microseconds);
     }
-    fmt::print("mappings {:.2f} {:.2f} {:.2f}\n", median(figures), median(floors), median(ratios));
+    pairs.print("mappings");
 }

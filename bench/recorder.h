@@ -2,9 +2,9 @@
 // above the device.
 #pragma once
 
+#include "bench/pairs.h"
 #include "platform/device.h"
 
-#include <algorithm>
 #include <string_view>
 #include <vector>
 
@@ -40,9 +40,4 @@ inline void replay(int descriptor, std::vector<Message>& messages) {
                                  .ic_dp = message.bytes.data()};
         platform::device().streamsIoctl(descriptor, platform::I_STR, block);
     }
-}
-
-inline double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
 }
