@@ -228,7 +228,8 @@ void AdapterChange::save(Round& round) {
         if (!always || name != parameters) add(name, text);
     }
     if (edits.empty()) return;
-    if (!changes.empty() && files.standAsRead()) keepHistory(round, edits);
+    const auto stands = [&](const FileEdit& edit) { return files.standsAsRead(edit.name); };
+    if (!changes.empty() && std::ranges::all_of(edits, stands)) keepHistory(round, edits);
     result_.save = replaceFiles(Configuration::saveRecord(files.place(parameters)), edits,
                                 [&] { return files.standAsRead(); });
     result_.wrote = result_.save.state == SaveOutcome::State::done && !changes.empty();

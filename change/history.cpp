@@ -25,6 +25,11 @@ HostPath within(const HostPath& directory, std::string_view name) {
     return {fmt::format("{}/{}", directory.text, name)};
 }
 
+// A manifest in the making.
+HostPath draftIn(const HostPath& entry) {
+    return within(entry, fmt::format("{}.new", manifestName));
+}
+
 std::string systemPath(std::string_view number) {
     return fmt::format("{}/{}", historyDirectory, number);
 }
@@ -59,15 +64,41 @@ void say(const std::string& change, const std::string& path, int error) {
     auditTrouble(change, "history", fmt::format("{}: {}", path, std::strerror(error)));
 }
 
-// `names` are the entries beside the newest, oldest first.
-void prune(std::vector<std::string> names, const std::string& newest) {
-    const HostPath history = platform::hostPath(historyDirectory);
-    if (names.size() < keptEntries) return;
-    names.resize(names.size() + 1 - keptEntries);
-    // What is no directory is no entry, and stays without a word.
+// A link cannot replace a manifest; where there are no links the draft is renamed. 0, or -1 and errno.
+int giveName(const HostPath& draft, const HostPath& manifest) {
+    if (files().link(draft, manifest) == 0) return files().remove(draft);
+    if (files().rename(draft, manifest) == 0) return 0;
+    const int error = errno;
+    files().remove(draft);
+    errno = error;
+    return -1;
+}
+
+// An entry that goes becomes the new one: its directory, and the place on the disk of its manifest, which is
+// a draft from then on. To give them back, and take others, costs as much as bringing something to the disk.
+// False when the entry, or a part of it, stays.
+bool reuse(const HostPath& entry, const HostPath& as) {
+    std::vector<std::string> names;
+    if (files().list(entry, names) != 0) return false;
     for (const std::string& name : names)
-        if (removeEntry(within(history, name)) != 0 && errno != ENOTDIR && errno != ELOOP)
-            say(newest, systemPath(name), errno);
+        if (name != manifestName && files().remove(within(entry, name)) != 0) return false;
+    const HostPath manifest = within(entry, manifestName);
+    files().link(manifest, draftIn(entry));
+    return (files().remove(manifest) == 0 || errno == ENOENT) && files().rename(entry, as) == 0;
+}
+
+// Removes the oldest entries, so that there is room for one. The last of them becomes that one, `next`, if
+// possible: then true. `names` are the entries, oldest first.
+bool makeRoom(std::span<const std::string> names, const HostPath& history, const std::string& next) {
+    if (names.size() < keptEntries) return false;
+    for (const std::string& name : names.first(names.size() + 1 - keptEntries)) {
+        const HostPath entry = within(history, name);
+        const bool last = &name == &names[names.size() - keptEntries];
+        if (last && reuse(entry, within(history, next))) return true;
+        // What is no directory is no entry, and stays without a word.
+        if (removeEntry(entry) != 0 && errno != ENOTDIR && errno != ELOOP) say(next, systemPath(name), errno);
+    }
+    return false;
 }
 
 // A name in the entry: numbered, since files of several directories can be called the same.
@@ -91,12 +122,13 @@ void HistoryEntry::giveUp(const std::string& systemPath) {
 
 void HistoryEntry::begin(std::span<const FileAtRisk> atRisk) {
     HostPath history;
-    older_.clear();
-    if (makeStateDirectory(historyDirectory, history) != 0 || !entriesIn(history, older_))
+    std::vector<std::string> names;
+    if (makeStateDirectory(historyDirectory, history) != 0 || !entriesIn(history, names))
         return giveUp(std::string(historyDirectory));
-    const std::string number = fmt::format("{:04}", older_.empty() ? 1 : numberOf(older_.back()) + 1);
+    const std::string number = fmt::format("{:04}", names.empty() ? 1 : numberOf(names.back()) + 1);
     const HostPath place = within(history, number);
-    if (files().makeDirectory(place, 0700) != 0) return giveUp(systemPath(number));
+    if (!makeRoom(names, history, number) && files().makeDirectory(place, 0700) != 0)
+        return giveUp(systemPath(number));
     number_ = number;
     place_ = place;
     for (const FileAtRisk& file : atRisk)
@@ -120,15 +152,14 @@ int HistoryEntry::keep(const FileAtRisk& file) {
 }
 
 // The manifest's content, and then the entry with all its names, come to the disk. The directory above does
-// not: file systems write a new directory's own name no later than the names in it.
+// not: file systems write a directory's own name no later than the names in it.
 void HistoryEntry::finish(const ChangeRecord& record) {
     if (number_ == none) return;
     const Manifest manifest{number_, std::time(nullptr), platform::invoker(), platform::hostName(), files_};
-    const std::string text = manifestText(manifest, record);
-    if (platform::replaceWhole(within(place_, manifestName), text, 0600, platform::OnDisk::now) != 0 ||
-        platform::syncDirectory(place_) != 0)
+    const HostPath draft = draftIn(place_);
+    if (platform::writeDraft(draft, manifestText(manifest, record), 0600, platform::OnDisk::now) != 0 ||
+        giveName(draft, within(place_, manifestName)) != 0 || platform::syncDirectory(place_) != 0)
         say(number_, systemPath(number_), errno);
-    prune(std::move(older_), number_);
 }
 
 void HistoryEntry::drop() {

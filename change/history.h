@@ -33,10 +33,10 @@ class HistoryEntry {
 
     // Makes the entry and keeps the files in it: as further names (hard links) of their contents where
     // possible, so the caller must replace or remove them, and not write into them. A symbolic link stands
-    // for the file it leads to. A file that is not there is noted as that.
+    // for the file it leads to. A file that is not there is noted as that. The oldest entries make room.
     void begin(std::span<const FileAtRisk> files);
 
-    // Adds the manifest, and removes entries beyond the newest. Without an entry nothing happens.
+    // Adds the manifest. Without an entry nothing happens.
     void finish(const ChangeRecord& record);
 
     // Removes the entry: the save has changed no file.
@@ -53,5 +53,4 @@ class HistoryEntry {
     std::string number_ = "none";
     platform::HostPath place_;
     std::vector<KeptFile> files_;
-    std::vector<std::string> older_;  // names of the other entries
 };

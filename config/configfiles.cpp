@@ -3,6 +3,7 @@
 #include "platform/openfile.h"
 #include "platform/stream.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 
@@ -23,13 +24,12 @@ bool sameFile(const struct stat& a, const struct stat& b) {
 FileAsRead readNow(const std::string& name) {
     FileAsRead file;
     const platform::HostPath path = platform::hostPath(name);
-    const platform::OpenFile open(platform::openRegular(path));
+    const platform::OpenFile open(platform::openRegular(path, file.status));
     file.exists = open || errno != ENOENT;
     if (!open) {
         file.error = file.exists ? errno : 0;
         if (file.exists) files().status(path, file.status);
-    } else if (files().status(open.descriptor(), file.status) != 0 ||
-               !platform::readWhole(open.descriptor(), file.content)) {
+    } else if (!platform::readNew(open.descriptor(), file.status, file.content)) {
         file.error = errno;
         file.content.clear();
     }
@@ -94,16 +94,21 @@ std::map<std::string, std::optional<std::string_view>> ConfigFiles::edits() cons
     return edits;
 }
 
+bool ConfigFiles::stands(const std::string& name, const Entry& entry) {
+    struct stat now {};
+    files().status(platform::hostPath(name), now);
+    if (!sameFile(now, entry.file.status)) return false;
+    // The same file at the place of its name: no link has come between.
+    const bool direct = entry.file.exists && entry.place == platform::hostPath(name);
+    return !entry.place || direct || *entry.place == placeNow(name);
+}
+
 bool ConfigFiles::standAsRead() const {
-    for (const auto& [name, entry] : entries_) {
-        struct stat now {};
-        files().status(platform::hostPath(name), now);
-        if (!sameFile(now, entry.file.status)) return false;
-        // The same file at the place of its name: no link has come between.
-        const bool direct = entry.file.exists && entry.place == platform::hostPath(name);
-        if (entry.place && !direct && *entry.place != placeNow(name)) return false;
-    }
-    return true;
+    return std::ranges::all_of(entries_, [](const auto& entry) { return stands(entry.first, entry.second); });
+}
+
+bool ConfigFiles::standsAsRead(const std::string& name) {
+    return stands(name, entry(name));
 }
 
 void ConfigFiles::takeTimeOfChange(const std::string& name) {

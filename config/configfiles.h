@@ -46,6 +46,7 @@ class ConfigFiles {
     // Whether each file that was read is still the same: its number, size and times, and the place, if that
     // was asked for.
     bool standAsRead() const;
+    bool standsAsRead(const std::string& name);
 
     // Giving a file another name changes its time. Takes it as it is now, of this file under all its names.
     void takeTimeOfChange(const std::string& name);
@@ -61,6 +62,7 @@ class ConfigFiles {
         bool removed = false;
     };
     Entry& entry(const std::string& name);
+    static bool stands(const std::string& name, const Entry& entry);
 
     std::map<std::string, Entry> entries_;
 };

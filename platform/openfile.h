@@ -21,6 +21,8 @@ class OpenFile {
     explicit operator bool() const { return descriptor_ >= 0; }
     int descriptor() const { return descriptor_; }
 
+    int release() { return std::exchange(descriptor_, -1); }
+
     // 0, or -1 and errno: what was written may be lost then.
     int close() { return descriptor_ < 0 ? 0 : files().close(std::exchange(descriptor_, -1)); }
 

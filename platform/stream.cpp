@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <map>
+#include <unistd.h>
 
 namespace platform {
 
@@ -55,18 +56,46 @@ Stream streamOver(int descriptor, const char* mode) {
     return Stream(stream);
 }
 
+std::size_t sizeIn(const struct stat& status, std::size_t limit) {
+    return status.st_size > 0 ? std::min(limit, static_cast<std::size_t>(status.st_size)) : 0;
+}
+
+// From where the descriptor stands. `size` is what is expected.
+bool readRest(int descriptor, std::size_t size, std::string& content, std::size_t limit) {
+    constexpr std::size_t atLeast = 4096;  // the files of /proc tell no size
+    std::size_t length = 0;
+    content.clear();
+    for (;;) {
+        if (length == content.size()) content.resize(length == 0 && size ? size + 1 : length + atLeast);
+        const std::size_t room = content.size() - length;
+        const ssize_t n = files().read(descriptor, content.data() + length, room);
+        if (n < 0 && errno == EINTR) continue;
+        length += n > 0 ? static_cast<std::size_t>(n) : 0;
+        // A file that gave less than there was room for, and all that it has, is at its end.
+        const bool atEnd = n == 0 || (n > 0 && length == size && static_cast<std::size_t>(n) < room);
+        if (n > 0 && !atEnd && length <= limit) continue;
+        content.resize(atEnd ? length : 0);
+        if (!atEnd && n > 0) errno = EFBIG;
+        return atEnd;
+    }
+}
+
 }  // namespace
 
-int openRegular(const HostPath& path) {
+int openRegular(const HostPath& path, struct stat& status) {
     const int descriptor = files().open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY, 0);
     if (descriptor < 0) return -1;
-    struct stat status {};
     const bool known = files().status(descriptor, status) == 0;
     if (known && S_ISREG(status.st_mode)) return descriptor;
     const int error = !known ? errno : S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
     files().close(descriptor);
     errno = error;
     return -1;
+}
+
+int openRegular(const HostPath& path) {
+    struct stat status {};
+    return openRegular(path, status);
 }
 
 Stream openForReading(const HostPath& path) {
@@ -94,29 +123,21 @@ int closeWritten(Stream stream) {
 
 bool readWhole(const HostPath& path, std::string& content, std::size_t limit) {
     content.clear();
-    const OpenFile file(openRegular(path));
-    return file && readWhole(file.descriptor(), content, limit);
+    struct stat status {};
+    const OpenFile file(openRegular(path, status));
+    return file && readRest(file.descriptor(), sizeIn(status, limit), content, limit);
 }
 
 bool readWhole(int descriptor, std::string& content, std::size_t limit) {
     content.clear();
-    constexpr std::size_t atLeast = 4096;  // the files of /proc tell no size
     struct stat status {};
-    std::size_t size = 0;
-    if (files().status(descriptor, status) == 0 && status.st_size > 0)
-        size = std::min(limit, static_cast<std::size_t>(status.st_size));
-    if (files().seek(descriptor, 0, SEEK_SET) != 0) return false;
-    std::size_t length = 0;
-    for (;;) {
-        if (length == content.size()) content.resize(length == 0 && size ? size + 1 : length + atLeast);
-        const ssize_t n = files().read(descriptor, content.data() + length, content.size() - length);
-        if (n < 0 && errno == EINTR) continue;
-        length += n > 0 ? static_cast<std::size_t>(n) : 0;
-        if (n > 0 && length <= limit) continue;
-        content.resize(n > 0 ? 0 : length);
-        if (n > 0) errno = EFBIG;
-        return n == 0;
-    }
+    if (files().status(descriptor, status) != 0) status.st_size = 0;
+    return files().seek(descriptor, 0, SEEK_SET) == 0 &&
+           readRest(descriptor, sizeIn(status, limit), content, limit);
+}
+
+bool readNew(int descriptor, const struct stat& status, std::string& content, std::size_t limit) {
+    return readRest(descriptor, sizeIn(status, limit), content, limit);
 }
 
 int writeAll(int descriptor, std::string_view bytes) {
@@ -130,11 +151,15 @@ int writeAll(int descriptor, std::string_view bytes) {
     return 0;
 }
 
-int writeWhole(const HostPath& path, std::string_view content, mode_t mode, OnDisk onDisk) {
-    OpenFile file(files().open(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, mode));
+namespace {
+
+// Takes the descriptor of `path`, or -1 and errno. On failure no file is left.
+int fill(const HostPath& path, int descriptor, std::string_view content, OnDisk onDisk) {
+    OpenFile file(descriptor);
     if (!file) return -1;
-    const bool written = writeAll(file.descriptor(), content) == 0 &&
-                         (onDisk == OnDisk::later || files().sync(file.descriptor()) == 0);
+    const bool written = writeAll(descriptor, content) == 0 &&
+                         files().truncate(descriptor, static_cast<off_t>(content.size())) == 0 &&
+                         (onDisk == OnDisk::later || files().sync(descriptor) == 0);
     int error = errno;
     if (file.close() == 0 && written) return 0;
     if (written) error = errno;
@@ -143,13 +168,33 @@ int writeWhole(const HostPath& path, std::string_view content, mode_t mode, OnDi
     return -1;
 }
 
+// Of a draft that is there already the room on the disk is used again, if nobody else has a name for it.
+int openDraft(const HostPath& draft, mode_t mode) {
+    struct stat status {};
+    OpenFile file(files().open(draft, O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY, 0));
+    if (file && files().status(file.descriptor(), status) == 0 && S_ISREG(status.st_mode) &&
+        status.st_nlink == 1 && status.st_uid == ::geteuid() && (status.st_mode & 07777) == mode)
+        return file.release();
+    files().remove(draft);
+    return files().open(draft, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, mode);
+}
+
+}  // namespace
+
+int writeWhole(const HostPath& path, std::string_view content, mode_t mode, OnDisk onDisk) {
+    return fill(path, files().open(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, mode), content, onDisk);
+}
+
+int writeDraft(const HostPath& path, std::string_view content, mode_t mode, OnDisk onDisk) {
+    return fill(path, openDraft(path, mode), content, onDisk);
+}
+
 int replaceWhole(const HostPath& path, std::string_view content, mode_t mode, OnDisk onDisk) {
-    const HostPath copy{path.text + ".new"};
-    files().remove(copy);  // left by a process that was killed
-    if (writeWhole(copy, content, mode, onDisk) != 0) return -1;
-    if (files().rename(copy, path) == 0) return 0;
+    const HostPath draft{path.text + ".new"};
+    if (writeDraft(draft, content, mode, onDisk) != 0) return -1;
+    if (files().rename(draft, path) == 0) return 0;
     const int error = errno;
-    files().remove(copy);
+    files().remove(draft);
     errno = error;
     return -1;
 }

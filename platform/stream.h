@@ -18,6 +18,7 @@ using Stream = std::unique_ptr<std::FILE, StreamCloser>;
 // Opens an existing regular file for reading; anything else that stands there (a pipe, a directory) is
 // refused with EINVAL or EISDIR, so that reading can never wait. -1 and errno on failure.
 int openRegular(const HostPath& path);
+int openRegular(const HostPath& path, struct stat& status);  // as it was when it was opened
 
 // A stream over such a file. Null and errno on failure.
 Stream openForReading(const HostPath& path);
@@ -39,6 +40,9 @@ bool readWhole(const HostPath& path, std::string& content, std::size_t limit = 6
 // The same of a file that is open, from its beginning.
 bool readWhole(int descriptor, std::string& content, std::size_t limit = 64U << 20);
 
+// The same of a file that has just been opened with this status.
+bool readNew(int descriptor, const struct stat& status, std::string& content, std::size_t limit = 64U << 20);
+
 // Writes everything, also when the system takes it in parts or is interrupted. 0, or -1 and errno.
 int writeAll(int descriptor, std::string_view bytes);
 
@@ -48,8 +52,11 @@ enum class OnDisk { now, later };
 // or -1 and errno (EEXIST when there is anything of the name): then no file is left.
 int writeWhole(const HostPath& path, std::string_view content, mode_t mode, OnDisk onDisk);
 
-// The same with a copy beside it, "<name>.new", which is renamed over whatever has the name. On failure that
-// is as it was, and no copy is left. The directory is not brought to the disk.
+// The same into a file that nobody reads yet. What an earlier one of the name has on the disk is used again.
+int writeDraft(const HostPath& path, std::string_view content, mode_t mode, OnDisk onDisk);
+
+// The same with a draft beside it, "<name>.new", which is renamed over whatever has the name. On failure that
+// is as it was, and no draft is left. The directory is not brought to the disk.
 int replaceWhole(const HostPath& path, std::string_view content, mode_t mode, OnDisk onDisk);
 
 }  // namespace platform

@@ -1,5 +1,6 @@
 // What a save costs: how often it brings something to the disk, and how often it renames.
 #include "change/adapterchange.h"
+#include "change/history.h"
 #include "tests/support/failingfiles.h"
 #include "tests/support/simulator.h"
 #include "tests/support/temproot.h"
@@ -15,7 +16,7 @@ struct Cost {
 
 }  // namespace
 
-// With a driver: what it takes is kept in a file of its own.
+// With a driver: what it takes is kept in a file of its own. With a full history, whose oldest entry goes.
 TEST(Calls, OfOneOk) {
     const TempRoot root;
     writeSampleConfiguration(root);
@@ -23,6 +24,11 @@ TEST(Calls, OfOneOk) {
     AtmDevices mine;
     Configuration configuration("tarvolin", mine);
     ASSERT_TRUE(configuration.read());
+    for (std::size_t i = 0; i < keptEntries; ++i) {
+        HistoryEntry entry;
+        entry.begin({});
+        entry.finish({});
+    }
     const auto ok = [&](bool setting, bool lists) {
         ChangeOrder order{.adapter = 0, .before = mine, .driver = true};
         order.changed.lec.set(0, setting);
