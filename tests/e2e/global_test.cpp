@@ -147,7 +147,8 @@ TEST_F(GlobalTest, OthersThanRootAndWithoutADriverNobodySendsAnything) {
     window.reset();
     simulator.reset();
     openWindow();
-    EXPECT_EQ(boxesOf(session), Names{});
+    EXPECT_EQ(boxesOf(session), Names{"Driver Error"});
+    EXPECT_EQ(boxText, "There is no driver. No trace has been switched.");
     EXPECT_EQ(ApiDbgCB, 0);
 
     platform::pretendSuperUser(true);

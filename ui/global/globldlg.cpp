@@ -44,7 +44,7 @@ DGlobalDlg::DGlobalDlg(zWindow& parent) : zFormDialog(parent, frame), traces_(io
 
 int DGlobalDlg::onOk() {
     debuggingPage_->StoreDefaults();
-    if (debuggingPage_->changed() && (ioctlDesc.alive() || ioctlDesc.open(O_RDONLY))) switchTraces();
+    if (debuggingPage_->changed()) switchTraces();
     applicationPage_->StoreDefaults();
     endModal();
     return 1;
@@ -57,6 +57,11 @@ int DGlobalDlg::onCancel() {
 
 // Sends all three switches: another program may have changed those that were not clicked.
 void DGlobalDlg::switchTraces() {
+    if (!ioctlDesc.alive() && !ioctlDesc.open(O_RDONLY)) {
+        zMessageBox(application(), shell(), zMessageStyle::warning,
+                    "There is no driver. No trace has been switched.", "Driver Error");
+        return;
+    }
     if (!platform::superUser()) {
         zMessageBox(application(), shell(), zMessageStyle::warning,
                     "Insufficient Privileges.\nUnable to Modify Signalling Parameters!", "Privilege Error");
