@@ -8,6 +8,7 @@
 #include <cctype>
 #include <cerrno>
 #include <charconv>
+#include <csignal>
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <string_view>
@@ -56,7 +57,18 @@ std::string readHolder(int descriptor) {
     pid_t process = 0;
     if (!name.empty() && name.size() < text.size() && std::ranges::all_of(name, isPlain))
         std::from_chars(text.data() + name.size() + 1, text.data() + text.size(), process);
-    return process > 0 ? fmt::format("{} (process {})", name, process) : "another program";
+    // One that was killed has left its name, and somebody who writes none holds the lock.
+    const bool lives = process > 0 && (::kill(process, 0) == 0 || errno == EPERM);
+    return lives ? fmt::format("{} (process {})", name, process) : "another program";
+}
+
+// Who reads this line only tells a person; a failure to write it is not one of the lock. It is written over
+// what was there: an emptied file would give its block back, and some file systems write one that was emptied
+// and filled to the disk when it is closed.
+void writeLine(int descriptor, std::string_view line) {
+    const auto length = static_cast<ssize_t>(line.size());
+    if (::pwrite(descriptor, line.data(), line.size(), 0) == length)
+        static_cast<void>(::ftruncate(descriptor, length) == 0);
 }
 
 }  // namespace
@@ -88,18 +100,14 @@ int ConfigurationLock::take(const std::string& program, std::chrono::millisecond
         return take(program, std::max(left, std::chrono::milliseconds(0)));
     }
     descriptor_ = descriptor;
-    // Who reads this line only tells a person; a failure to write it is not one of the lock.
-    // Written over what was there: an emptied file would give its block back, and some file systems write one
-    // that was emptied and filled to the disk when it is closed.
-    const std::string line = fmt::format("{} {}\n", program, ::getpid());
-    const auto length = static_cast<ssize_t>(line.size());
-    if (::pwrite(descriptor_, line.data(), line.size(), 0) == length)
-        static_cast<void>(::ftruncate(descriptor_, length) == 0);
+    writeLine(descriptor_, fmt::format("{} {}\n", program, ::getpid()));
     return 0;
 }
 
 void ConfigurationLock::release() {
-    if (held()) ::close(std::exchange(descriptor_, -1));
+    if (!held()) return;
+    writeLine(descriptor_, "free\n");
+    ::close(std::exchange(descriptor_, -1));
 }
 
 }  // namespace platform

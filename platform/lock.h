@@ -7,7 +7,7 @@
 namespace platform {
 
 // A lock of the system on /run/tarvolin.lock, which it drops by itself when the process ends. The file is
-// only for its owner, stays, and holds the name and process of who had the lock last.
+// only for its owner, stays, and holds the name and process of who has the lock, or "free".
 class ConfigurationLock {
   public:
     static constexpr const char* file = "/run/tarvolin.lock";
@@ -25,7 +25,8 @@ class ConfigurationLock {
 
     bool held() const { return descriptor_ >= 0; }
 
-    // "tarvolin (process 1234)", or "another program" if the file does not say it in that form.
+    // "tarvolin (process 1234)", or "another program" if the file does not say it in that form, or names a
+    // process that is gone: not every holder of the lock writes.
     const std::string& holder() const { return holder_; }
 
   private:

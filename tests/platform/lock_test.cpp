@@ -61,13 +61,15 @@ TEST(ConfigurationLock, NamesItsHolderAndIsFreeWhenTheHolderIsGone) {
     ConfigurationLock second;  // not even within one process
     EXPECT_EQ(second.take("tarvolin", 0ms), EWOULDBLOCK);
     lock.release();
+    EXPECT_EQ(root.read(ConfigurationLock::file), "free\n");  // for whoever takes it and writes no name
     EXPECT_EQ(second.take("tarvolin", 0ms), 0);
 }
 
 TEST(ConfigurationLock, WhatStandsInTheFileIsNotBelieved) {
     const TempRoot root;
     std::filesystem::create_directory(root.at("/run"));
-    for (const char* text : {"", "tarvolin", "tarvolin x", "a\nb 12", "tarvolin -5", "\x1b[2J 12"}) {
+    for (const char* text :
+         {"", "tarvolin", "tarvolin x", "a\nb 12", "tarvolin -5", "\x1b[2J 12", "tarvolin 2147483646"}) {
         ConfigurationLock holder, other;
         ASSERT_EQ(holder.take("x", 0ms), 0);
         root.write(ConfigurationLock::file, text);
