@@ -52,9 +52,10 @@ class Replacement {
     bool prepare() {
         for (std::size_t i = 0; i < edits_.size(); ++i) {
             const FileEdit& edit = edits_[i];
-            files_.emplace_back(edit.exists ? platform::openRegular(edit.place) : -1);
+            struct stat status {};
+            files_.emplace_back(edit.exists ? platform::openRegular(edit.place, status) : -1);
             const bool opened = files_.back() || !edit.exists;
-            if (!opened || !describe(edit, files_.back()) ||
+            if (!opened || !describe(edit, files_.back(), status) ||
                 (edit.content &&
                  makeCopy(edit.place, CopyOf::newContent, *edit.content, files_.back()) != 0)) {
                 fail(i);
@@ -65,10 +66,8 @@ class Replacement {
         return true;
     }
 
-    bool describe(const FileEdit& edit, const platform::OpenFile& file) {
+    bool describe(const FileEdit& edit, const platform::OpenFile& file, const struct stat& status) {
         SaveStep step{edit.place, edit.content ? copyName(edit.place) : "", noContent, noContent, {}};
-        struct stat status {};
-        if (file && files().status(file.descriptor(), status) != 0) return false;
         if (edits_.size() > 1) {
             std::string read;
             if (file && !edit.before && !platform::readWhole(file.descriptor(), read)) return false;

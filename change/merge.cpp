@@ -145,6 +145,8 @@ std::vector<KeyChange> keyChanges(int adapter, const AtmDevices& before, const A
     forEachService(adapter, [&](const ServiceName& name, auto record, const std::string&, auto) {
         const auto &was = record(before), &is = record(after);
         for (const auto& row : keyRows<std::remove_cvref_t<decltype(was)>>()) {
+            // To sameField() the name of a file never differs.
+            if (!isFile(row) && sameField(row.field, was, is)) continue;
             const std::string from = valueText(row, was, ValueForm::name),
                               to = valueText(row, is, ValueForm::name);
             if (from != to) changes.push_back({name.path + '.' + row.name, from, to});

@@ -6,6 +6,7 @@
 
 #include <bitset>
 #include <fmt/format.h>
+#include <span>
 #include <string>
 
 // What people and scripts call a service. Adapters and instances count from 1 there.
@@ -43,28 +44,37 @@ struct ServiceSet {
     bool any() const { return lec.any() || les.any() || lecs || ip || signalling; }
 };
 
+// The names of an adapter's services, and the paths of their sections in the parameter file, in this order.
+struct NamedService {
+    ServiceName name;
+    std::string section;  // "/Adapter0/LEC1"
+};
+std::span<const NamedService> namedServices(int adapter);
+
 // Calls visit(name, record, section, bit) for each service of an adapter. record(devices) is its record in a
 // device table, section its path in the parameter file, bit(set) its bit.
 template <class Visit> void forEachService(int adapter, Visit visit) {
     const std::size_t a = asIndex(adapter);
-    const std::string parent = fmt::format("/Adapter{}/", adapter);
-    visit(
-        signallingName(adapter), [a](auto& devices) -> auto& { return devices.sig[a]; },
-        parent + "Signalling0", [](auto& set) -> auto& { return set.signalling; });
+    auto next = namedServices(adapter).begin();
+    const auto with = [&](auto record, auto bit) {
+        visit(next->name, record, next->section, bit);
+        ++next;
+    };
+    with(
+        [a](auto& devices) -> auto& { return devices.sig[a]; },
+        [](auto& set) -> auto& { return set.signalling; });
     for (std::size_t m = 0; m < asIndex(lecCount); ++m)
-        visit(
-            lecName(adapter, m), [ a, m ](auto& devices) -> auto& { return devices.lec[a][m]; },
-            fmt::format("{}LEC{}", parent, m), [m](auto& set) -> decltype(auto) { return set.lec[m]; });
+        with(
+            [ a, m ](auto& devices) -> auto& { return devices.lec[a][m]; },
+            [m](auto& set) -> decltype(auto) { return set.lec[m]; });
     for (std::size_t m = 0; m < asIndex(lesCount); ++m)
-        visit(
-            lesName(adapter, m), [ a, m ](auto& devices) -> auto& { return devices.les[a][m]; },
-            fmt::format("{}LES{}", parent, m), [m](auto& set) -> decltype(auto) { return set.les[m]; });
-    visit(
-        lecsName(adapter), [a](auto& devices) -> auto& { return devices.lecs[a]; }, parent + "LECS0",
-        [](auto& set) -> auto& { return set.lecs; });
-    visit(
-        ipName(adapter), [a](auto& devices) -> auto& { return devices.ip1577[a]; }, parent + "IP15770",
-        [](auto& set) -> auto& { return set.ip; });
+        with(
+            [ a, m ](auto& devices) -> auto& { return devices.les[a][m]; },
+            [m](auto& set) -> decltype(auto) { return set.les[m]; });
+    with(
+        [a](auto& devices) -> auto& { return devices.lecs[a]; }, [](auto& set) -> auto& { return set.lecs; });
+    with(
+        [a](auto& devices) -> auto& { return devices.ip1577[a]; }, [](auto& set) -> auto& { return set.ip; });
 }
 
 // The list of a record, if it has one, and the last part of its name: "pvcs", "clients".

@@ -64,6 +64,7 @@ std::bitset<mostKeys> readRows(const SectionHandle& section, Record& record, Que
 template <class Record> bool sameField(const KeyField<Record>& field, const Record& a, const Record& b) {
     return std::visit(Overloaded{
                           [&](const AddressField<Record>& address) {
+                              if (a.*address.address == b.*address.address) return true;
                               std::array<std::uint8_t, atmAddress::byteCount> left{}, right{};
                               (a.*address.address).toHex(left);
                               (b.*address.address).toHex(right);

@@ -39,9 +39,8 @@ int openLockFile() {
     return descriptor;
 }
 
-bool standsAtItsPlace(int descriptor) {
-    struct stat held {
-    }, found{};
+bool standsAtItsPlace(int descriptor, struct stat& held) {
+    struct stat found {};
     return ::fstat(descriptor, &held) == 0 &&
            ::stat(hostPath(ConfigurationLock::file).c_str(), &found) == 0 && held.st_dev == found.st_dev &&
            held.st_ino == found.st_ino;
@@ -62,13 +61,14 @@ std::string readHolder(int descriptor) {
     return lives ? fmt::format("{} (process {})", name, process) : "another program";
 }
 
-// Who reads this line only tells a person; a failure to write it is not one of the lock. It is written over
-// what was there: an emptied file would give its block back, and some file systems write one that was emptied
-// and filled to the disk when it is closed.
-void writeLine(int descriptor, std::string_view line) {
-    const auto length = static_cast<ssize_t>(line.size());
-    if (::pwrite(descriptor, line.data(), line.size(), 0) == length)
-        static_cast<void>(::ftruncate(descriptor, length) == 0);
+// Who reads this line only tells a person; a failure to write it is not one of the lock. Lines of one length
+// are written over each other: an emptied file would give its block back, and some file systems write one
+// that was emptied and filled to the disk when it is closed.
+constexpr off_t lineLength = 32;
+
+void writeLine(int descriptor, std::string_view text) {
+    const std::string line = fmt::format("{:<{}}\n", text, lineLength - 1);
+    static_cast<void>(::pwrite(descriptor, line.data(), line.size(), 0) == 0);
 }
 
 }  // namespace
@@ -94,19 +94,21 @@ int ConfigurationLock::take(const std::string& program, std::chrono::millisecond
         return error;
     }
     // The file that was waited for may have been removed or replaced: others take the new one.
-    if (!standsAtItsPlace(descriptor)) {
+    struct stat status {};
+    if (!standsAtItsPlace(descriptor, status)) {
         ::close(descriptor);
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
         return take(program, std::max(left, std::chrono::milliseconds(0)));
     }
     descriptor_ = descriptor;
-    writeLine(descriptor_, fmt::format("{} {}\n", program, ::getpid()));
+    writeLine(descriptor_, fmt::format("{} {}", program, ::getpid()));
+    if (status.st_size > lineLength) static_cast<void>(::ftruncate(descriptor_, lineLength) == 0);
     return 0;
 }
 
 void ConfigurationLock::release() {
     if (!held()) return;
-    writeLine(descriptor_, "free\n");
+    writeLine(descriptor_, "free");
     ::close(std::exchange(descriptor_, -1));
 }
 

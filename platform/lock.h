@@ -7,7 +7,7 @@
 namespace platform {
 
 // A lock of the system on /run/tarvolin.lock, which it drops by itself when the process ends. The file is
-// only for its owner, stays, and holds the name and process of who has the lock, or "free".
+// only for its owner, stays, and holds the name and process of who has the lock, or "free", and blanks.
 class ConfigurationLock {
   public:
     static constexpr const char* file = "/run/tarvolin.lock";

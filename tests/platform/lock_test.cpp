@@ -4,6 +4,7 @@
 #include "tests/support/temproot.h"
 
 #include <csignal>
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <thread>
@@ -54,14 +55,15 @@ TEST(ConfigurationLock, NamesItsHolderAndIsFreeWhenTheHolderIsGone) {
     EXPECT_FALSE(lock.held());
     other.kill();
     EXPECT_EQ(lock.take("tarvolin", 0ms), 0);
-    EXPECT_EQ(root.read(ConfigurationLock::file), "tarvolin " + std::to_string(::getpid()) + "\n");
+    const auto line = [](const std::string& text) { return fmt::format("{:<31}\n", text); };
+    EXPECT_EQ(root.read(ConfigurationLock::file), line("tarvolin " + std::to_string(::getpid())));
     EXPECT_EQ(std::filesystem::status(root.at(ConfigurationLock::file)).permissions(),
               std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
 
     ConfigurationLock second;  // not even within one process
     EXPECT_EQ(second.take("tarvolin", 0ms), EWOULDBLOCK);
     lock.release();
-    EXPECT_EQ(root.read(ConfigurationLock::file), "free\n");  // for whoever takes it and writes no name
+    EXPECT_EQ(root.read(ConfigurationLock::file), line("free"));  // for whoever takes it and writes no name
     EXPECT_EQ(second.take("tarvolin", 0ms), 0);
 }
 
