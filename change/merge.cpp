@@ -21,7 +21,9 @@ template <class Record> void copyField(const KeyField<Record>& field, const Reco
                        else
                            (to.*address.address).setESISelector(digits.substr(atmAddress::prefixDigits));
                    },
-                   [&](const FileField<Record>& file) { to.*file.name = (from.*file.name).view(); },
+                   [&](const FileField<Record>& file) {
+                       if constexpr (hasList<Record>) to.*file.name = (from.*file.name).view();
+                   },
                    [&](auto member) { to.*member = from.*member; },
                },
                field);
@@ -42,12 +44,12 @@ template <class Record> class ServiceMerge {
 
     Record run(bool settings) {
         for (const KeyRow<Record>& row : keyRows<Record>()) {
-            if (isFile(row))
-                mergeFileName(row);
-            else
-                mergeKey(row, settings);
+            if (!isFile(row)) mergeKey(row, settings);
         }
-        if constexpr (hasList<Record>) mergeList();
+        if constexpr (hasList<Record>) {
+            mergeFileName();
+            mergeList();
+        }
         if constexpr (requires { merged_.mac; }) merged_.mac = mine_.mac;
         return merged_;
     }
@@ -56,9 +58,8 @@ template <class Record> class ServiceMerge {
 
   private:
     // The user cannot change it; a name that was made up holds until the file has one.
-    void mergeFileName(const KeyRow<Record>& row) {
-        const auto name = std::get<FileField<Record>>(row.field).name;
-        if ((merged_.*name).empty()) merged_.*name = (mine_.*name).view();
+    void mergeFileName() {
+        if (listFileOf(merged_).empty()) listFileOf(merged_) = listFileOf(mine_).view();
     }
 
     void mergeKey(const KeyRow<Record>& row, bool settings) {

@@ -86,11 +86,11 @@ template <class Record> auto* listOf(Record& record) requires requires {
     record.clients;
 }
 { return &record.clients; }
-inline const FileName& listFileOf(const AtmLES& record) {
-    return record.clientFile;
-}
-inline const FileName& listFileOf(const auto& record) {
-    return record.pvcFile;
+template <class Record> auto& listFileOf(Record& record) {
+    if constexpr (requires { record.clientFile; })
+        return record.clientFile;
+    else
+        return record.pvcFile;
 }
 template <class Record> constexpr bool hasList = requires(Record record) {
     listOf(record);
