@@ -72,7 +72,7 @@ struct AdapterChange::Round {
     void read(const AtmDevices& base) {
         readable = editor.ReadLink(adapter);
         theirs = devices;
-        keepUnknownLists(adapter, editor, base, theirs);
+        keepUnknown(adapter, editor, base, theirs);
     }
 
     int adapter;
@@ -93,11 +93,6 @@ AdapterChange::AdapterChange(Configuration& configuration, ChangeOrder order)
     result_.record.display = order_.display;
     result_.record.requests = order_.requests;
     result_.changed = order_.changed.any() || !listChanges(order_.adapter, order_.before, mine).empty();
-    for (std::size_t m = 0; m < asIndex(lesCount); ++m) {
-        const AtmLES& les = mine.les[asIndex(order_.adapter)][m];
-        if (!les.clients.empty() && les.clientFile.empty())
-            result_.withoutTable.push_back(lesName(order_.adapter, m).words);
-    }
 }
 
 AdapterChange::~AdapterChange() {
@@ -276,18 +271,22 @@ void AdapterChange::takeResult(Round& round) {
     const AtmDevices written = round.devices;  // with the file names that were made up
     if (round.readable) {
         round.devices = AtmDevices();
-        if (result_.wrote)
+        if (result_.wrote) {
             round.editor.ReadTexts(order_.adapter);
-        else
+            keepUnknown(order_.adapter, round.editor, base, round.devices);
+        } else {
             round.devices = round.theirs;
+        }
         noteUnsaved(round.editor.lacking(), written);
         if (!order_.settings) takeOver(order_.adapter, base, mine, round.theirs);
     }
-    forEachService(order_.adapter, [&](const ServiceName&, auto record, const std::string&, auto) {
+    forEachService(order_.adapter, [&](const ServiceName& name, auto record, const std::string&, auto) {
         using Record = std::remove_cvref_t<decltype(record(mine))>;
         Record &was = record(base), &is = record(mine),
                now = record(round.readable ? written : merge_.devices),
                file = record(round.readable ? round.devices : base);
+        if constexpr (std::is_same_v<Record, AtmLES>)
+            if (!now.clients.empty() && now.clientFile.empty()) result_.withoutTable.push_back(name.words);
         if (order_.settings) {
             is = now;
             was = file;

@@ -23,9 +23,10 @@ template <class Record> bool canKeepList(const Record& record) {
 
 }  // namespace
 
-void keepUnknownLists(int adapter, const DriverPdfEdit& editor, const AtmDevices& base, AtmDevices& theirs) {
-    forEachService(adapter, [&](const ServiceName&, auto record, const std::string&, auto) {
+void keepUnknown(int adapter, const DriverPdfEdit& editor, const AtmDevices& base, AtmDevices& theirs) {
+    forEachService(adapter, [&](const ServiceName&, auto record, const std::string& section, auto) {
         auto& file = record(theirs);
+        if (editor.unknownSections().contains(section)) file = record(base);
         if constexpr (hasList<std::remove_cvref_t<decltype(file)>>)
             if (editor.unknownLists().contains(listFileOf(file).str())) *listOf(file) = *listOf(record(base));
     });
@@ -96,7 +97,7 @@ void Configuration::readAgain(int adapter) {
     AtmDevices theirs;
     DriverPdfEdit editor(nullptr, false, theirs, known_);
     if (editor.ReadLink(adapter)) {
-        keepUnknownLists(adapter, editor, base_, theirs);
+        keepUnknown(adapter, editor, base_, theirs);
         takeOver(adapter, base_, mine_, theirs);
     }
     unlock();

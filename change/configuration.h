@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-// Puts the lists of `base` in place of those that an editor could not read as lists: nobody has removed their
-// entries.
-void keepUnknownLists(int adapter, const DriverPdfEdit& editor, const AtmDevices& base, AtmDevices& theirs);
+// Puts what `base` has in place of sections that an editor could not read, and of lists: nobody has changed
+// them.
+void keepUnknown(int adapter, const DriverPdfEdit& editor, const AtmDevices& base, AtmDevices& theirs);
 
 class Configuration {
   public:

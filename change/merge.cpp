@@ -57,9 +57,11 @@ template <class Record> class ServiceMerge {
     bool givenUp() const { return changed_ > 0 && lost_ == changed_; }
 
   private:
-    // The user cannot change it; a name that was made up holds until the file has one.
+    // The user cannot change it. One that was made up holds until the file has a name; one that others have
+    // taken out is gone.
     void mergeFileName() {
-        if (listFileOf(merged_).empty()) listFileOf(merged_) = listFileOf(mine_).view();
+        if (listFileOf(merged_).empty() && listFileOf(base_).empty())
+            listFileOf(merged_) = listFileOf(mine_).view();
     }
 
     void mergeKey(const KeyRow<Record>& row, bool settings) {

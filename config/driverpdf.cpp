@@ -47,6 +47,12 @@ bool isNoFile(int error) {
     return error == EISDIR || error == EINVAL || error == ENXIO;
 }
 
+// A client whose list file has no name, which its section keeps as it is.
+template <class Record> bool isUnnamed(const KeyRow<Record>& row, const Record& record) {
+    const auto* file = std::get_if<FileField<Record>>(&row.field);
+    return file && (record.*file->name).empty();
+}
+
 // Clients have a PVC file, which gets a name when it has none.
 template <class Record> constexpr bool hasPvcs = requires(Record record) {
     record.pvcs;
@@ -67,12 +73,15 @@ template <class Record> bool DriverPdfEdit::readRecord(const std::string& path, 
     }
     if (!OpenKey(path, 0, false)) {
         if (errno != ESRCH) readError_ = errno;
+        unknownSections_.insert(path);
         return false;
     }
+    const bool faulty = section_->dataError != 0;
+    if (faulty) unknownSections_.insert(path);
     const auto present = readRows(*section_, record, [&](const KeyRow<Record>& row, void* destination) {
         return QueryValue(row.key, destination, row.readType, row.readLength, true);
     });
-    if (isNew) known[path] = {record, present};
+    if (isNew && !faulty) known[path] = {record, present};
     return true;
 }
 
@@ -173,14 +182,18 @@ bool DriverPdfEdit::writeRecord(const std::string& path, Record& record, const s
         });
         const auto index = asIndex(fileRow - keyRows<Record>().begin());
         const bool cut = present[index] && before.pvcFile.empty();
-        if (record.pvcFile.empty() && !cut)
-            record.pvcFile = before.pvcFile.empty() ? listFile : before.pvcFile.view();
+        if (record.pvcFile.empty() && !cut) {
+            if (!before.pvcFile.empty())
+                record.pvcFile = before.pvcFile;
+            else if (isFree(listFile, record))
+                record.pvcFile = listFile;
+        }
     }
     bool good = true;
     for (std::size_t i = 0; i < keyRows<Record>().size(); ++i) {
         const KeyRow<Record>& row = keyRows<Record>()[i];
         if (!row.written) continue;
-        if (stands(present, i, before, record)) {
+        if (stands(present, i, before, record) || isUnnamed(row, record)) {
             keepValue();
             continue;
         }
@@ -212,6 +225,7 @@ void DriverPdfEdit::forget() {
     files_.clear();
     parametersChecked_ = false;
     unknownLists_.clear();
+    unknownSections_.clear();
 }
 
 bool DriverPdfEdit::ReadPdf() {
@@ -229,6 +243,7 @@ bool DriverPdfEdit::ReadLink(int adapter) {
 
 bool DriverPdfEdit::ReadTexts(int adapter) {
     readError_ = 0;
+    unknownSections_.clear();
     if (isAdapter(adapter)) readAdapter(adapter);
     CloseKey();
     return readError_ == 0;
@@ -369,6 +384,15 @@ template <class List> void DriverPdfEdit::readList(const std::string& name, List
     if (files_.read(name).error || !read.form.isList) unknownLists_.insert(name);
 }
 
+// A list that stands there and is not named is nobody's: it is neither written nor removed, nor does it come
+// into force by getting a name.
+template <class Record> bool DriverPdfEdit::isFree(const std::string& listFile, const Record& record) {
+    const FileAsRead& file = files_.read(listFile);
+    if (!file.exists) return true;
+    const ListForm& form = listIn(listFile, record.pvcs).form;
+    return !file.error && form.isList && !form.hasEntry;
+}
+
 // Makes sure that the parameter file has the name of the PVC file. Only the default name may be missing
 // there.
 template <class Record>
@@ -381,6 +405,10 @@ bool DriverPdfEdit::pvcFileIsNamed(const std::string& path, Record& record, cons
     };
     if (!record.pvcFile.empty() && record.pvcFile.view() != listFile) return true;
     if (standsAsRead(path, record) || stands()) return true;
+    if (record.pvcFile.empty() && !isFree(listFile, record)) {
+        addFailure({listFile, fmt::format("it is there already, and {} does not name it", path)});
+        return false;
+    }
     places_.clear();
     if (!writeRecord(path, record, listFile) || !CloseKey()) return false;
     if (stands()) return true;

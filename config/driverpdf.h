@@ -40,9 +40,10 @@ class DriverPdfEdit : public PdfEdit {
     // They are read again when they are needed.
     void forget();
 
-    // The list files of the last reading that could not be read, or are no lists: their lists are empty, and
-    // that means nothing.
+    // What the last reading could not read: list files, of which the lists are empty then, and sections that are
+    // missing or faulty, by their paths. Neither tells anything of what the configuration is.
     const std::set<std::string>& unknownLists() const { return unknownLists_; }
+    const std::set<std::string>& unknownSections() const { return unknownSections_; }
 
     // What the last WriteLink or WriteLists drops that stood beside the entries of a list: a sentence each.
     const std::vector<std::string>& dropped() const { return dropped_; }
@@ -65,8 +66,8 @@ class DriverPdfEdit : public PdfEdit {
     bool WriteIP1577(int adapter);
 
     // The list files of one adapter. An empty list removes its file. A client with PVCs but no file name gets
-    // the default name, also in the parameter file; the ELAN clients of a server without a file name are not
-    // saved. False when something could not be saved.
+    // the default name, also in the parameter file, unless a list has that name already; the ELAN clients of a
+    // server without a file name are not saved. False when something could not be saved.
     bool WriteRoutedPVCs(int adapter);
     bool WriteBridgedPVCs(int adapter);
     bool WriteMappedClients(int adapter);
@@ -84,6 +85,7 @@ class DriverPdfEdit : public PdfEdit {
     bool writePvcs(const std::string& path, Record& record, const std::string& listFile);
     template <class Record>
     bool pvcFileIsNamed(const std::string& path, Record& record, const std::string& listFile);
+    template <class Record> bool isFree(const std::string& listFile, const Record& record);
     template <class List> const ReadList<List>& listIn(const std::string& name, const List& kind);
     template <class List> void readList(const std::string& name, List& list);
     template <class List> bool writeList(const std::string& name, const List& list);
@@ -102,6 +104,6 @@ class DriverPdfEdit : public PdfEdit {
     int readError_ = 0;               // errno of a failed ReadPdf, after which nothing is written
     std::vector<std::string> dropped_;
     Lacking lacking_;
-    std::set<std::string> unknownLists_;
+    std::set<std::string> unknownLists_, unknownSections_;
     std::multiset<std::string> places_;  // of all list files, when it is not empty
 };
