@@ -1,6 +1,7 @@
 #include "change/adapterchange.h"
 
 #include "change/audit.h"
+#include "change/copy.h"
 #include "change/driverphase.h"
 #include "change/history.h"
 #include "change/restart.h"
@@ -16,6 +17,7 @@
 #include <ctime>
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <set>
 #include <type_traits>
 
 using namespace std::chrono_literals;
@@ -56,6 +58,15 @@ template <class Record> bool isEnabled(const Record& record) {
         return record.enabled != 0;
     else
         return true;
+}
+
+// In the directories to which the links of files lead. Where the parameter file is they are searched at every
+// lock.
+void removeOtherDeadCopies(const std::vector<FileEdit>& edits, const platform::HostPath& record) {
+    std::set<std::string> directories;
+    for (const FileEdit& edit : edits) directories.insert(platform::directoryOf(edit.place).text);
+    directories.erase(platform::directoryOf(record).text);
+    for (const std::string& directory : directories) removeDeadCopies({directory}, CopiesOf::saves);
 }
 
 std::string answers(const char* ok, const char* cancel) {
@@ -223,6 +234,12 @@ void AdapterChange::save(Round& round) {
         if (!always || name != parameters) add(name, text);
     }
     if (edits.empty()) return;
+    for (const FileEdit& edit : edits)
+        if (const FileAsRead& file = files.read(edit.name); file.exists && file.status.st_nlink > 1)
+            tvlog << fmt::format("{} Has {} Names, The Others Keep Its Old Content", edit.name,
+                                 file.status.st_nlink)
+                  << std::endl;
+    removeOtherDeadCopies(edits, Configuration::saveRecord(files.place(parameters)));
     const auto stands = [&](const FileEdit& edit) { return files.standsAsRead(edit.name); };
     if (!changes.empty() && std::ranges::all_of(edits, stands)) keepHistory(round, edits);
     result_.save = replaceFiles(Configuration::saveRecord(files.place(parameters)), edits,
@@ -234,14 +251,7 @@ void AdapterChange::save(Round& round) {
 // A file gets a further name in the history, which is no change of it.
 void AdapterChange::keepHistory(Round& round, const std::vector<FileEdit>& edits) {
     std::vector<FileAtRisk> files;
-    for (const FileEdit& edit : edits) {
-        files.push_back({edit.name, edit.place});
-        const FileAsRead& file = round.editor.files().read(edit.name);
-        if (file.exists && file.status.st_nlink > 1)
-            tvlog << fmt::format("{} Has {} Names, The Others Keep Its Old Content", edit.name,
-                                 file.status.st_nlink)
-                  << std::endl;
-    }
+    for (const FileEdit& edit : edits) files.push_back({edit.name, edit.place});
     round.history.begin(files);
     for (const FileEdit& edit : edits) round.editor.files().takeTimeOfChange(edit.name);
 }
@@ -307,6 +317,7 @@ void AdapterChange::takeResult(Round& round) {
               << std::endl;
     for (const std::string& dropped : round.editor.dropped())
         if (result_.wrote) result_.notes.push_back(dropped);
+    noteDifferentLists();
     for (std::string& note : configuration_.takeNotes()) result_.notes.push_back(std::move(note));
     if (round.readable) {
         const AtmDevices& now = result_.wrote ? round.devices : written;
@@ -315,6 +326,20 @@ void AdapterChange::takeResult(Round& round) {
     }
     this->record(round);
     done_ = true;
+}
+
+// The driver has what the user made of a list, unless the service was restarted since.
+void AdapterChange::noteDifferentLists() {
+    std::set<std::string> restarted;
+    forEachService(order_.adapter, [&](const ServiceName& name, auto, const std::string&, auto bit) {
+        if (bit(sentServices_)) restarted.insert(name.words);
+    });
+    for (const auto& [service, entry] : merge_.entriesGivenUp)
+        if (order_.driver && !restarted.contains(service))
+            result_.notes.push_back(
+                fmt::format("{} of {} is now as in the file. The driver has your change until the service is "
+                            "restarted.",
+                            entry, service));
 }
 
 // Of what the user changed: keys that the file has no line for, and names that it does not give back whole.

@@ -58,7 +58,8 @@ int Configuration::lock(std::chrono::milliseconds patience, std::string& failed)
     }
     // The section engine's copies stand one level higher.
     const platform::HostPath folder = platform::directoryOf(record);
-    removeDeadCopies({folder.text, platform::directoryOf(folder).text});
+    removeDeadCopies(folder, CopiesOf::saves);
+    removeDeadCopies(platform::directoryOf(folder), CopiesOf::engine);
     forgetLostDriver();
     return 0;
 }

@@ -1,5 +1,7 @@
 #include "change/copy.h"
 
+#include "change/saverecord.h"
+#include "config/pdfedit.h"
 #include "platform/debuglog.h"
 #include "platform/stream.h"
 
@@ -15,16 +17,29 @@ using platform::HostPath;
 
 namespace {
 
-// The process in the name of a copy: of this folder's, or of the section engine's. 0: it is another file.
-pid_t processOf(std::string_view name) {
+// The process in the name of a copy, which is written as copyName() and the section engine write it. 0: the
+// name is another one.
+pid_t processOf(std::string_view name, CopiesOf whose) {
     std::string_view number;
-    if (const std::size_t at = name.rfind(".tv"); name.starts_with('.') && at != 0 && at != name.npos)
+    if (whose == CopiesOf::engine) {
+        if (name.starts_with("atmTV")) number = name.substr(5);
+    } else if (const std::size_t at = name.rfind(".tv");
+               name.starts_with('.') && at != 0 && at != name.npos) {
         number = name.substr(at + 3);
-    else if (name.starts_with("atmTV"))
-        number = name.substr(5);
+    }
     pid_t process = 0;
-    const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), process, 16);
-    return error == std::errc() && end == number.data() + number.size() && process > 0 ? process : 0;
+    const char* end = number.data() + number.size();
+    const auto [stopped, error] = std::from_chars(number.data(), end, process, 16);
+    const bool written = error == std::errc() && stopped == end && process > 0 &&
+                         number == fmt::format("{:x}", static_cast<unsigned>(process));
+    return written ? process : 0;
+}
+
+// A list may have been given such a name.
+bool isNamed(std::string_view name) {
+    std::string text;
+    return platform::readWhole(platform::hostPath(PdfEdit::parameterFile), text) &&
+           text.find(name) != text.npos;
 }
 
 bool isGone(pid_t process) {
@@ -40,8 +55,11 @@ int fill(int copy, std::string_view content, const platform::OpenFile& file) {
 }  // namespace
 
 std::string copyName(const HostPath& place, CopyOf which) {
-    return fmt::format(".{}{}.tv{:x}", place.text.substr(place.text.rfind('/') + 1),
-                       which == CopyOf::oldContent ? ".old" : "", static_cast<unsigned>(::getpid()));
+    constexpr std::size_t longest = 200;  // of the 255 bytes of a file name
+    std::string name = place.text.substr(place.text.rfind('/') + 1);
+    if (name.size() > longest) name = name.substr(0, longest) + contentHash(name);
+    return fmt::format(".{}{}.tv{:x}", name, which == CopyOf::oldContent ? ".old" : "",
+                       static_cast<unsigned>(::getpid()));
 }
 
 int makeCopy(const HostPath& place, CopyOf which, std::string_view content, const platform::OpenFile& file) {
@@ -62,20 +80,18 @@ int makeCopy(const HostPath& place, CopyOf which, std::string_view content, cons
     return -1;
 }
 
-void removeDeadCopies(const std::set<std::string>& directories) {
+void removeDeadCopies(const HostPath& directory, CopiesOf whose) {
     std::vector<std::string> names;
-    for (const std::string& directory : directories) {
-        if (files().list({directory}, names) != 0) continue;
-        for (const std::string& name : names) {
-            HostPath path{directory};
-            path.text.append("/").append(name);
-            struct stat status {};
-            const pid_t process = processOf(name);
-            if (process == 0 || !isGone(process) || files().status(path, status) != 0 ||
-                !S_ISREG(status.st_mode))
-                continue;
-            if (files().remove(path) == 0)
-                tvlog << "Removed The Copy Of A Process That Is Gone - " << path.text << std::endl;
-        }
+    if (files().list(directory, names) != 0) return;
+    for (const std::string& name : names) {
+        const pid_t process = processOf(name, whose);
+        if (process == 0 || !isGone(process)) continue;
+        HostPath path = directory;
+        path.text.append("/").append(name);
+        struct stat status {};
+        const bool ours = files().status(path, status) == 0 && S_ISREG(status.st_mode) &&
+                          status.st_uid == ::geteuid() && !isNamed(name);
+        if (ours && files().remove(path) == 0)
+            tvlog << "Removed The Copy Of A Process That Is Gone - " << path.text << std::endl;
     }
 }

@@ -4,11 +4,11 @@
 #include "platform/files.h"
 #include "platform/openfile.h"
 
-#include <set>
 #include <string>
 #include <string_view>
 
-// The name of this process's copy of a file: ".tvconf.tv4d2", or ".tvconf.old.tv4d2" of its old content.
+// The name of this process's copy of a file: ".tvconf.tv4d2", or ".tvconf.old.tv4d2" of its old content. In
+// place of the end of a very long name it has the hash of the whole.
 enum class CopyOf { newContent, oldContent };
 std::string copyName(const platform::HostPath& place, CopyOf which = CopyOf::newContent);
 
@@ -18,6 +18,7 @@ std::string copyName(const platform::HostPath& place, CopyOf which = CopyOf::new
 int makeCopy(const platform::HostPath& place, CopyOf which, std::string_view content,
              const platform::OpenFile& file);
 
-// Removes the copies in these directories whose process is gone, and says so on the log. To be called under
-// the lock, when this process has none.
-void removeDeadCopies(const std::set<std::string>& directories);
+// Removes the copies in a directory whose process is gone, those of saves or those of the section engine, and
+// says so on the log. To be called under the lock, when this process has none.
+enum class CopiesOf { saves, engine };
+void removeDeadCopies(const platform::HostPath& directory, CopiesOf whose);

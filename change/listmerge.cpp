@@ -154,11 +154,12 @@ std::vector<Entry> mergeLists(const std::vector<Entry>& base, const std::vector<
         if (decide({removed, successor, theirSuccessor})) substitute(merged, theirSuccessor, successor);
     }
     for (const Entry& entry : added) {
-        const auto same = std::ranges::find(theirAdded, entry);
-        if (same == theirAdded.end())
-            merged.push_back(entry);
-        else
+        if (const auto same = std::ranges::find(theirAdded, entry); same != theirAdded.end())
             theirAdded.erase(same);  // both have added it
+        else if (const auto other = takeSuccessor(theirAdded, entry); !other)
+            merged.push_back(entry);
+        else if (decide({entry, entry, other}))
+            substitute(merged, other, std::optional(entry));
     }
     return merged;
 }

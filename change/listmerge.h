@@ -27,7 +27,8 @@ std::string entryName(const esiSelector& client);
 template <class Entry>
 std::vector<Entry> withoutThose(const std::vector<Entry>& list, const std::vector<Entry>& others);
 
-// An entry that one side changed and the other changed or removed. The sides are what became of it.
+// An entry that one side changed and the other changed or removed, or that both have added with the same VCI.
+// The sides are what became of it.
 template <class Entry> struct EntryConflict {
     Entry entry;
     std::optional<Entry> mine, theirs;  // none: removed
@@ -37,8 +38,8 @@ template <class Entry> struct EntryConflict {
 template <class Entry> using DecideEntry = std::function<bool(const EntryConflict<Entry>&)>;
 
 // My changes since `base` applied to their list. An entry is changed when one is removed and one with the
-// same VCI is added; one that both add is there once. If nobody else has changed the list, the result is
-// exactly mine.
+// same VCI is added; one that both add as it is, is there once. If nobody else has changed the list, the
+// result is exactly mine.
 template <class Entry>
 std::vector<Entry> mergeLists(const std::vector<Entry>& base, const std::vector<Entry>& mine,
                               const std::vector<Entry>& theirs, const DecideEntry<Entry>& decide);

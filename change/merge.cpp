@@ -87,9 +87,12 @@ template <class Record> class ServiceMerge {
         using Entry = typename List::value_type;
         const List &base = *listOf(base_), &mine = *listOf(mine_), &theirs = *listOf(theirs_);
         *listOf(merged_) = mergeLists<Entry>(base, mine, theirs, [&](const EntryConflict<Entry>& conflict) {
-            return decide(fmt::format("{} {}: yours {}, in the file {}", name_.words,
-                                      entryName(conflict.entry), sideText(conflict.mine, conflict.theirs),
-                                      sideText(conflict.theirs, conflict.mine)));
+            const std::string name = entryName(conflict.entry);
+            const bool mineTaken = decide(fmt::format("{} {}: yours {}, in the file {}", name_.words, name,
+                                                      sideText(conflict.mine, conflict.theirs),
+                                                      sideText(conflict.theirs, conflict.mine)));
+            if (!mineTaken) result_.entriesGivenUp.push_back({name_.words, name});
+            return mineTaken;
         });
         if (theirs != base) {
             ListChange change{name_.path + '.' + listName<Record>, {}, {}};

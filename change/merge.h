@@ -19,10 +19,16 @@ struct Conflict {
 // What was decided: true takes the user's side, false the file's.
 using Decisions = std::map<Conflict, bool>;
 
+// An entry of a list that was decided for the file: a running service has what the user made of it.
+struct ListEntry {
+    std::string service, name;  // "LEC 1", "PVC 0 / 204"
+};
+
 struct Merge {
-    AtmDevices devices;                // of this adapter only
-    std::vector<Conflict> conflicts;   // that are not decided; the file's side is taken meanwhile
-    ServiceSet givenUp;                // everything that the user changed there was decided for the file
+    AtmDevices devices;               // of this adapter only
+    std::vector<Conflict> conflicts;  // that are not decided; the file's side is taken meanwhile
+    ServiceSet givenUp;               // everything that the user changed there was decided for the file
+    std::vector<ListEntry> entriesGivenUp;
     std::vector<KeyChange> takenOver;  // changed by others
     std::vector<ListChange> takenOverLists;
 };

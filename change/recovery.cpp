@@ -1,10 +1,12 @@
 // Completing the save of a process that did not come to its end.
 #include "change/fileset.h"
 #include "change/filesteps.h"
+#include "platform/openfile.h"
 #include "platform/stream.h"
 
 #include <cerrno>
 #include <fmt/format.h>
+#include <unistd.h>
 
 using platform::files;
 using platform::HostPath;
@@ -39,11 +41,22 @@ Progress progressOf(const SaveStep& step) {
     return now == step.after ? Progress::done : Progress::lost;
 }
 
+// A record says what to remove and what to replace, anywhere: that of somebody else is not obeyed.
+bool readRecord(const HostPath& record, std::string& text) {
+    struct stat status {};
+    const platform::OpenFile file(platform::openRegular(record, status));
+    if (!file) return false;
+    if (status.st_uid == ::geteuid() && !(status.st_mode & (S_IWGRP | S_IWOTH)))
+        return platform::readNew(file.descriptor(), status, text);
+    errno = EPERM;
+    return false;
+}
+
 }  // namespace
 
 int recoverFiles(const HostPath& record, std::vector<std::string>& notes) {
     std::string text;
-    if (!platform::readWhole(record, text)) return errno == ENOENT ? 0 : errno;
+    if (!readRecord(record, text)) return errno == ENOENT ? 0 : errno;
     const std::optional<std::vector<SaveStep>> steps = parseSaveRecord(text);
     std::vector<Progress> progress;
     bool begun = false, lost = false;

@@ -53,6 +53,13 @@ template <class Record> bool isUnnamed(const KeyRow<Record>& row, const Record& 
     return file && (record.*file->name).empty();
 }
 
+// Of a file with its links followed. The folder may be a link itself.
+bool leadsOutside(const std::string& place) {
+    platform::HostPath any;
+    if (platform::files().resolve(platform::hostPath("/etc/atm/any"), any) != 0) return true;
+    return !place.starts_with(platform::directoryOf(any).text + '/');
+}
+
 // Clients have a PVC file, which gets a name when it has none.
 template <class Record> constexpr bool hasPvcs = requires(Record record) {
     record.pvcs;
@@ -448,9 +455,10 @@ template <class List> std::string DriverPdfEdit::whyNoList(const std::string& na
     if (file.error) return isNoFile(file.error) ? "it is not a regular file" : std::strerror(file.error);
     const ListForm& form = known_->read<List>(name, file.content).form;
     if (!form.isList) return "it is not a list of this kind";
-    if (isOutside(name) && !form.hasEntry) return "it is not a list, and not in /etc/atm";
     const std::string& place = files_.place(name).text;
     if (place.empty()) return "its directory is missing";
+    const bool outside = isOutside(name) || (!file.content.empty() && leadsOutside(place));
+    if (outside && !form.hasEntry) return "it is not a list, and not in /etc/atm";
     const std::string_view last = std::string_view(place).substr(place.rfind('/') + 1);
     if (last.starts_with(".tarvolin-save") || (last.starts_with('.') && last.find(".tv") != last.npos))
         return "it is a file of the program's own";

@@ -114,20 +114,36 @@ TEST(Copy, CopiesAreRemovedWhenTheirProcessIsGone) {
     const pid_t child = ::fork();
     if (child == 0) ::_exit(0);
     ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+    const std::string number = fmt::format("{:x}", child);
     const struct {
         std::string name;
         bool goes;
-    } files[] = {{fmt::format(".tvconf.tv{:x}", child), true},
-                 {fmt::format(".pvc.old.tv{:x}", child), true},
-                 {fmt::format("atmTV{:x}", child), true},
+    } files[] = {{".tvconf.tv" + number, true},
+                 {".pvc.old.tv" + number, true},
                  {fmt::format(".tvconf.tv{:x}", ::getpid()), true},  // of a process that had this number
                  {fmt::format(".tvconf.tv{:x}", ::getppid()), false},
+                 {".named.tv" + number, false},  // a list
+                 {".tvconf.tv0" + number, false},
+                 {"atmTV" + number, false},
                  {"tvconf", false},
                  {".tvconf.tv", false},
                  {".tvconf.tvx", false},
-                 {fmt::format(".tv{:x}", child), false},
-                 {fmt::format("pvc.tv{:x}", child), false}};
+                 {".tv" + number, false},
+                 {"pvc.tv" + number, false}};
     for (const auto& file : files) root.write("/etc/atm/" + file.name, "x");
-    removeDeadCopies({root.at("/etc/atm").string(), root.at("/none").string()});
+    root.write("/etc/atm/tvconf", "PvcConfFile = /etc/atm/.named.tv" + number);
+    root.write("/etc/atmTV" + number, "x");
+    root.write("/etc/.x.tv" + number, "x");
+    removeDeadCopies({root.at("/etc/atm").string()}, CopiesOf::saves);
+    removeDeadCopies({root.at("/etc").string()}, CopiesOf::engine);
+    removeDeadCopies({root.at("/none").string()}, CopiesOf::engine);
     for (const auto& file : files) EXPECT_EQ(root.exists("/etc/atm/" + file.name), !file.goes) << file.name;
+    EXPECT_FALSE(root.exists("/etc/atmTV" + number));
+    EXPECT_TRUE(root.exists("/etc/.x.tv" + number));
+}
+
+TEST(Copy, NamesFitWhateverTheFileIsCalled) {
+    const std::string first(250, 'a'), second = first.substr(1) + 'b';
+    EXPECT_LE(copyName({"/x/" + first}, CopyOf::oldContent).size(), 255U);
+    EXPECT_NE(copyName({"/x/" + first}), copyName({"/x/" + second}));
 }

@@ -1,6 +1,8 @@
 // What cannot be read of the files, or is not named in them, is neither changed nor removed, and no reason to
 // tell the driver anything else.
 #include "change/adapterchange.h"
+#include "change/fileset.h"
+#include "change/saverecord.h"
 
 #include "config/pvcfile.h"
 #include "tests/support/simulator.h"
@@ -9,6 +11,8 @@
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <map>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -109,4 +113,64 @@ TEST(Unreadable, ARunningClientIsNotStopped) {
     EXPECT_FALSE(change.run());
     EXPECT_THAT(simulator.ctl("dump config"), testing::HasSubstr("config lec 1.1 enabled 1\n"));
     EXPECT_THAT(simulator.ctl("dump config"), testing::HasSubstr("config lec 1.1 l3Mtu 1400\n"));
+}
+
+// Whoever owns the directory may put one there.
+TEST(Unreadable, ARecordOfAnotherUserIsNotObeyed) {
+    if (::geteuid() != 0) GTEST_SKIP() << "needs another user's file";
+    for (const bool foreign : {true, false}) {
+        const TempRoot root;
+        root.write("/victim", "precious");
+        struct stat status {};
+        ASSERT_EQ(::stat(root.at("/victim").c_str(), &status), 0);
+        const SaveStep step{
+            {root.at("/victim").string()}, "", contentHash("precious"), noContent, fileIdentity(status)};
+        root.write("/etc/atm/.tarvolin-save", *saveRecordText(std::span(&step, 1)));
+        const fs::path record = root.at("/etc/atm/.tarvolin-save");
+        if (foreign) {
+            ASSERT_EQ(::chown(record.c_str(), 1234, 0), 0);
+        } else {
+            ::chmod(record.c_str(), 0666);
+        }
+        std::vector<std::string> notes;
+        EXPECT_EQ(recoverFiles({record.string()}, notes), EPERM);
+        EXPECT_TRUE(root.exists("/victim"));
+        ASSERT_EQ(::chown(record.c_str(), 0, 0), 0);
+        ::chmod(record.c_str(), 0600);
+        EXPECT_EQ(recoverFiles({record.string()}, notes), 0);
+        EXPECT_FALSE(root.exists("/victim")) << "nothing else was in the way";
+    }
+}
+
+// The copies of this very save change it, over and over.
+TEST(Unreadable, ADirectoryInPlaceOfAListHoldsNothingUp) {
+    const TempRoot root;
+    writeSampleConfiguration(root);
+    apply(root, {"= /etc/atm/pvcconf0.0", "= /etc/atm"});
+    AtmDevices mine;
+    Configuration configuration("tarvolin", mine);
+    EXPECT_TRUE(configuration.read());
+    const AtmDevices before = mine;
+    mine.lec[0][1].l3Mtu = 1400;
+    AdapterChange change(configuration, {.adapter = 0, .before = before});
+    EXPECT_FALSE(change.run());
+    EXPECT_TRUE(change.result().wrote);
+}
+
+// A list's file that is a link, to comments outside the folder.
+TEST(Unreadable, CommentsElsewhereAreNoEmptyList) {
+    const TempRoot root;
+    writeSampleConfiguration(root);
+    root.write("/notes", "# of somebody\n");
+    fs::remove(root.at("/etc/atm/pvcconf0.0"));
+    fs::create_symlink("../../notes", root.at("/etc/atm/pvcconf0.0"));
+    AtmDevices mine;
+    Configuration configuration("tarvolin", mine);
+    EXPECT_TRUE(configuration.read());
+    const AtmDevices before = mine;
+    mine.lec[0][0].pvcs.emplace_back().vci = 204;
+    AdapterChange change(configuration, {.adapter = 0, .before = before});
+    EXPECT_FALSE(change.run());
+    EXPECT_EQ(root.read("/notes"), "# of somebody\n");
+    EXPECT_EQ(change.result().failures.size(), 1U);
 }
