@@ -412,6 +412,10 @@ bool DriverPdfEdit::pvcFileIsNamed(const std::string& path, Record& record, cons
     };
     if (!record.pvcFile.empty() && record.pvcFile.view() != listFile) return true;
     if (standsAsRead(path, record) || stands()) return true;
+    if (section_ && section_->valueCut) {
+        addFailure({parameterFile, fmt::format("the name of a PVC file in {} is too long", path)});
+        return false;
+    }
     if (record.pvcFile.empty() && !isFree(listFile, record)) {
         addFailure({listFile, fmt::format("it is there already, and {} does not name it", path)});
         return false;

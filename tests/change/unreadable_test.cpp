@@ -52,6 +52,7 @@ const Edit noLine{"PvcConfFile             = /etc/atm/pvcconf0.0", "# no name"};
 const Edit emptied{"all", ""};
 const Edit renamed{"[Adapter0", "[Adapter7"};
 const Edit nul{noLine.first, std::string("\0", 1) + noLine.first};
+const Edit longName{"pvcconf0.0", std::string(200, 'p')};
 const std::string taken = "it is there already, and /Adapter0/LEC0 does not name it";
 
 const Case cases[] = {
@@ -60,6 +61,8 @@ const Case cases[] = {
     {"no value, a PVC added", unnamed, none, true, true, taken},
     {"no value, a PVC added, Cancel", unnamed, none, false, true, taken},
     {"no line, a PVC added", noLine, none, true, true, taken},
+    {"a name that is too long", longName, none, true, true,
+     "the name of a PVC file in /Adapter0/LEC0 is too long"},
     {"the name is taken out", none, unnamed, true, false, ""},
     {"its line is taken out", none, noLine, true, false, ""},
     {"its line is taken out, a PVC added", none, noLine, true, true, taken},

@@ -206,7 +206,7 @@ TEST_F(DriverPdf, ListsAfterCancel) {
     EXPECT_FALSE(editor.WriteLists(1));
     EXPECT_EQ(editor.failures(),
               (std::vector<SaveFailure>{{file, "/Adapter1/LEC0 cannot take the name of a PVC file"},
-                                        {file, "/Adapter1/LEC1 cannot take the name of a PVC file"}}));
+                                        {file, "the name of a PVC file in /Adapter1/LEC1 is too long"}}));
 
     AtmDevices again;
     EXPECT_TRUE(DriverPdfEdit(nullptr, false, again).ReadPdf());
