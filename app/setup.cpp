@@ -85,8 +85,10 @@ void takeListsOver() {
 
 void setUpAdapter(zWindow& window, Configuration& configuration) {
     const auto warn = [&window](const std::string& text, const char* title) {
-        if (!text.empty())
-            zMessageBox(window.application(), window.shell(), zMessageStyle::warning, text, title);
+        const std::size_t end = text.find_last_not_of('\n');
+        if (end != text.npos)
+            zMessageBox(window.application(), window.shell(), zMessageStyle::warning, text.substr(0, end + 1),
+                        title);
     };
     ChangeResult result;
     ServiceSet changed;
@@ -160,4 +162,5 @@ void saveUnsavedLists(Configuration& configuration) {
             fmt::print(stderr, "tarvolin: adapter {}: the list of {} is not saved, the driver has it\n",
                        adapter + 1, name);
     }
+    configuration.noteLostDriver();
 }

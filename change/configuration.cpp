@@ -71,6 +71,11 @@ void Configuration::driverLost() {
     unlock();
 }
 
+void Configuration::noteLostDriver() {
+    std::string failed;
+    if (driverLost_ && !lock_.held() && lock(500ms, failed) == 0) unlock();
+}
+
 bool Configuration::forgetLostDriver() {
     if (!std::exchange(driverLost_, false)) return false;
     LastSent sent;

@@ -51,6 +51,8 @@ class Configuration {
     // A driver has hung up: what was sent to it says nothing about the next one. Kept in mind until the lock
     // can be taken.
     void driverLost();
+    // At the end of a run: the same, if nobody could note it until now because others held the lock.
+    void noteLostDriver();
     // Under the lock. True when there was such a driver.
     bool forgetLostDriver();
 
