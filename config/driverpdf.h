@@ -40,8 +40,8 @@ class DriverPdfEdit : public PdfEdit {
     // They are read again when they are needed.
     void forget();
 
-    // What the last reading could not read: list files, of which the lists are empty then, and sections that are
-    // missing or faulty, by their paths. Neither tells anything of what the configuration is.
+    // What the last reading could not read: list files, of which the lists are empty then, and sections that
+    // are missing or faulty, by their paths. Neither tells anything of what the configuration is.
     const std::set<std::string>& unknownLists() const { return unknownLists_; }
     const std::set<std::string>& unknownSections() const { return unknownSections_; }
 
@@ -66,7 +66,7 @@ class DriverPdfEdit : public PdfEdit {
     bool WriteIP1577(int adapter);
 
     // The list files of one adapter. An empty list removes its file. A client with PVCs but no file name gets
-    // the default name, also in the parameter file, unless a list has that name already; the ELAN clients of a
+    // the default name, also in the parameter file, unless a list has it already; the ELAN clients of a
     // server without a file name are not saved. False when something could not be saved.
     bool WriteRoutedPVCs(int adapter);
     bool WriteBridgedPVCs(int adapter);
