@@ -3,7 +3,7 @@
 
 #include "randomconfig.h"
 #include "tests/support/failingfiles.h"
-#include "tests/support/temproot.h"
+#include "tests/support/simulator.h"
 
 #include <gmock/gmock.h>
 
@@ -25,7 +25,7 @@ class OnTheDisk : public DriverPdfEdit {
 };
 
 struct SameFiles : testing::Test {
-    TempRoot root;
+    SampleRoot root;
     FailingFiles files;
 
     SameFiles() { files.skipSyncs(); }
@@ -63,10 +63,11 @@ struct SameFiles : testing::Test {
 }  // namespace
 
 TEST_F(SameFiles, OfRandomConfigurations) {
+    const std::string sample = root.read("/etc/atm/tvconf");
     int changed = 0;
     for (unsigned seed = 0; seed < 50; ++seed) {
         RandomConfig random(seed);
-        const Texts before = random.files();
+        const Texts before = random.files(sample);
         put(before);
         AtmDevices mine;
         Configuration configuration("tarvolin", mine);

@@ -172,8 +172,7 @@ TEST(SimCommands, ANearMissIsAnsweredWithTheFormAndAnExample) {
 }
 
 TEST(SimCommands, ValuesReadBackAsTheyWereSet) {
-    TempRoot root;
-    writeSampleConfiguration(root);
+    SampleRoot root;
     Simulator simulator;
     const struct {
         const char *set, *get, *shown;
