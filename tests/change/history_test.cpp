@@ -68,7 +68,6 @@ std::string oneEntry() {
 
 TEST(History, AnEntryHoldsTheFilesAsTheyWere) {
     const TempRoot root;
-    fs::create_directories(root.at("/srv/atm"));
     const std::vector<std::pair<const char*, const char*>> before{
         {"/srv/atm/tvconf", "linked 1"}, {"/srv/atm/list", "list 1"}, {"/etc/atm/list", "other list 1"}};
     for (const auto& [name, content] : before) root.write(name, content);
@@ -157,18 +156,13 @@ TEST(History, WhateverFailsTheSaveGoesOnAndItIsSaidOnce) {
 
 TEST(History, TheNewestStayAndNothingElseIsTouched) {
     const TempRoot root;
-    fs::create_directories(root.at("/srv/away"));
     root.write("/srv/away/kept", "");
     EXPECT_EQ(oneEntry(), "0001");
     const std::vector<std::string> others{"0000", "12a", "-3", "x", "0003.old", "1234567890"};
-    for (const std::string& name : others) {
-        fs::create_directories(root.at(place(name)));
-        root.write(place(name, "kept"), "");
-    }
+    for (const std::string& name : others) root.write(place(name, "kept"), "");
     fs::create_directory_symlink("/srv/away", root.at(place("0002")));
     root.write(place("0003"), "no directory");
-    fs::create_directories(root.at(place("0004")));  // of a process that was killed
-    root.write(place("0004", "1-tvconf"), "");
+    root.write(place("0004", "1-tvconf"), "");  // of a process that was killed
     root.write(place("0004", "manifest.json.new"), "{");
     fs::create_directory_symlink("/srv/away", root.at(place("0004", "2-away")));
     EXPECT_EQ(oneEntry(), "0005");

@@ -32,7 +32,6 @@ struct SameFiles : testing::Test {
 
     void put(const Texts& texts) const {
         fs::remove_all(root.at("/etc/atm"));
-        fs::create_directory(root.at("/etc/atm"));
         for (const auto& [name, text] : texts) root.write(name, text);
     }
     Texts get() const {

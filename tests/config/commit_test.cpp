@@ -108,34 +108,19 @@ TEST(Commit, ShortWritesAreContinuedAndTheFileIsWholeAllTheTime) {
     EXPECT_EQ(order, "attributes sync rename sync ");
 }
 
-TEST(Commit, ModeOwnerAndLinkAreKept) {
+// What else the copy takes is shown where several files are saved.
+TEST(Commit, ModeAndLinkAreKept) {
     const TempRoot root;
-    fs::create_directories(root.at("/srv"));
     root.write("/srv/real", content(1));
     ASSERT_EQ(::chmod(root.at("/srv/real").c_str(), 0640), 0);
-    const bool superUser = ::geteuid() == 0;
-    if (superUser) {
-        ASSERT_EQ(::chown(root.at("/srv/real").c_str(), 12, 34), 0);
-    }
     fs::create_symlink("../../srv/real", root.at(file));
     root.write(fmt::format("/etc/atmTV{:x}", ::getpid()), "left by a killed process");
 
     ASSERT_EQ(save("/A/B", 2), 0);
-    struct stat now {};
-    ASSERT_EQ(::stat(root.at("/srv/real").c_str(), &now), 0);
     EXPECT_TRUE(fs::is_symlink(root.at(file)));
     EXPECT_EQ(root.read("/srv/real"), content(2));
-    EXPECT_EQ(now.st_mode & 07777, 0640U);
-    if (superUser) {
-        EXPECT_EQ(now.st_uid * 100 + now.st_gid, 1234U);
-    }
+    EXPECT_EQ(fs::status(root.at(file)).permissions(), fs::perms(0640));
     EXPECT_EQ(root.temporaryCopies(), 0);
-
-    if (!superUser) return;
-    FailingFiles files;  // as when another user's file is saved: it must not change hands
-    files.failAt(1, EPERM, FileCall::takeAttributes);
-    EXPECT_EQ(save("/A/B", 3), EPERM);
-    EXPECT_EQ(root.read("/srv/real"), content(2));
 }
 
 TEST(Commit, TheCopyStandsBesideAFileOnAnotherFileSystem) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <csignal>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -13,6 +14,7 @@ class Victim {
         if (::pipe(ready) != 0) return;
         process_ = ::fork();
         if (process_ == 0) {
+            ::prctl(PR_SET_PDEATHSIG, SIGKILL);
             work([&] {
                 if (::write(ready[1], "", 1) != 1) ::_exit(1);
             });
@@ -36,6 +38,7 @@ class Victim {
         process_ = -1;
         return ready_ && WIFSIGNALED(state);
     }
+    bool ready() const { return ready_; }
     pid_t process() const { return process_; }
 
   private:
