@@ -3,7 +3,6 @@
 #include "change/history.h"
 #include "tests/support/failingfiles.h"
 #include "tests/support/simulator.h"
-#include "tests/support/temproot.h"
 
 #include <gmock/gmock.h>
 
@@ -18,8 +17,7 @@ struct Cost {
 
 // With a driver: what it takes is kept in a file of its own. With a full history, whose oldest entry goes.
 TEST(Calls, OfOneOk) {
-    const TempRoot root;
-    writeSampleConfiguration(root);
+    const SampleRoot root;
     const Simulator simulator;
     AtmDevices mine;
     Configuration configuration("tarvolin", mine);

@@ -92,7 +92,6 @@ TEST(Copy, TakesModeOwnerAclAndAttributesAndNoGroupGainsARight) {
 
 TEST(Copy, LinksAreFollowedAndStay) {
     const TempRoot root;
-    fs::create_directories(root.at("/srv/atm"));
     root.write("/srv/atm/pvc", "old");
     fs::create_symlink("../../srv/atm/pvc", root.at("/etc/atm/pvc"));
     fs::create_symlink(root.at("/srv/atm/later"), root.at("/etc/atm/later"));  // to nothing

@@ -18,11 +18,12 @@ namespace {
 
 constexpr const char* history = "/var/lib/tarvolin/history";
 
-struct NoLinks : FailingFiles {
-    int link(const platform::HostPath&, const platform::HostPath&) override {
-        errno = EXDEV;
-        return -1;
+// The system's files, perhaps without links, and in front of them those of a test.
+struct Files {
+    explicit Files(bool links) {
+        if (!links) system.failAt(1, EXDEV, FileCall::link, true);
     }
+    FailingFiles system, calls;
 };
 
 std::vector<FileAtRisk> named(std::initializer_list<const char*> names) {
@@ -67,32 +68,26 @@ std::string oneEntry() {
 
 TEST(History, AnEntryHoldsTheFilesAsTheyWere) {
     const TempRoot root;
-    fs::create_directories(root.at("/srv/atm"));
-    root.write("/srv/atm/tvconf", "linked 1");
+    const std::vector<std::pair<const char*, const char*>> before{
+        {"/srv/atm/tvconf", "linked 1"}, {"/srv/atm/list", "list 1"}, {"/etc/atm/list", "other list 1"}};
+    for (const auto& [name, content] : before) root.write(name, content);
+    const char* const stored[] = {"1-tvconf", "2-list", "3-list"};
     fs::create_symlink("../../srv/atm/tvconf", root.at("/etc/atm/tvconf"));
-    root.write("/srv/atm/list", "list 1");
-    root.write("/etc/atm/list", "other list 1");
     const auto files = named({"/etc/atm/tvconf", "/srv/atm/list", "/etc/atm/list", "/etc/atm/new \n%"});
     for (const bool links : {true, false}) {
-        std::unique_ptr<FailingFiles> calls;
-        if (links)
-            calls = std::make_unique<FailingFiles>();
-        else
-            calls = std::make_unique<NoLinks>();
+        const Files system(links);
         HistoryEntry entry;
         entry.begin(files);
         const std::string number = links ? "0001" : "0002";
         ASSERT_EQ(entry.number(), number);
-        for (const char* name : {"/srv/atm/tvconf", "/srv/atm/list", "/etc/atm/list"})
-            replace(root, name, "after");
+        for (const auto& [name, content] : before) replace(root, name, "after");
         entry.finish({});
-        EXPECT_EQ(calls->count(FileCall::sync), links ? 2 : 5);
-        EXPECT_EQ(calls->count(FileCall::rename), links ? 0 : 1);
+        EXPECT_EQ(system.calls.count(FileCall::sync), links ? 2 : 5);
+        EXPECT_EQ(system.calls.count(FileCall::rename), links ? 0 : 1);
 
-        EXPECT_THAT(namesIn(root, place(number)), ElementsAre("1-tvconf", "2-list", "3-list", manifestName));
-        EXPECT_EQ(root.read(place(number, "1-tvconf")), "linked 1");
-        EXPECT_EQ(root.read(place(number, "2-list")), "list 1");
-        EXPECT_EQ(root.read(place(number, "3-list")), "other list 1");
+        EXPECT_THAT(namesIn(root, place(number)), ElementsAre(stored[0], stored[1], stored[2], manifestName));
+        for (std::size_t i = 0; i < before.size(); ++i)
+            EXPECT_EQ(root.read(place(number, stored[i])), before[i].second);
         EXPECT_EQ(modeOf(root, place(number, "2-list")), links ? 0644U : 0600U);
         EXPECT_EQ(modeOf(root, place(number, manifestName)), 0600U);
         EXPECT_EQ(modeOf(root, place(number)), 0700U);
@@ -106,9 +101,7 @@ TEST(History, AnEntryHoldsTheFilesAsTheyWere) {
       "stored": null
     }
 )"));
-        replace(root, "/srv/atm/tvconf", "linked 1");
-        replace(root, "/srv/atm/list", "list 1");
-        replace(root, "/etc/atm/list", "other list 1");
+        for (const auto& [name, content] : before) replace(root, name, content);
     }
     EXPECT_EQ(modeOf(root, history), 0700U);
     EXPECT_EQ(modeOf(root, "/var/lib/tarvolin"), 0700U);
@@ -134,15 +127,11 @@ TEST(History, WhateverFailsTheSaveGoesOnAndItIsSaidOnce) {
                 LogCapture log;
                 HistoryEntry entry;
                 {
-                    std::unique_ptr<FailingFiles> calls;
-                    if (links)
-                        calls = std::make_unique<FailingFiles>();
-                    else
-                        calls = std::make_unique<NoLinks>();
-                    calls->failAt(k, error);
+                    Files system(links);
+                    system.calls.failAt(k, error);
                     entry.begin(named({"/etc/atm/tvconf"}));
                     entry.finish({});
-                    failed = calls->failed();
+                    failed = system.calls.failed();
                 }
                 const std::string which = fmt::format("links {} call {}\n{}", links, k, log.text);
                 EXPECT_EQ(root.read("/etc/atm/tvconf"), "before") << which;
@@ -167,18 +156,13 @@ TEST(History, WhateverFailsTheSaveGoesOnAndItIsSaidOnce) {
 
 TEST(History, TheNewestStayAndNothingElseIsTouched) {
     const TempRoot root;
-    fs::create_directories(root.at("/srv/away"));
     root.write("/srv/away/kept", "");
     EXPECT_EQ(oneEntry(), "0001");
     const std::vector<std::string> others{"0000", "12a", "-3", "x", "0003.old", "1234567890"};
-    for (const std::string& name : others) {
-        fs::create_directories(root.at(place(name)));
-        root.write(place(name, "kept"), "");
-    }
+    for (const std::string& name : others) root.write(place(name, "kept"), "");
     fs::create_directory_symlink("/srv/away", root.at(place("0002")));
     root.write(place("0003"), "no directory");
-    fs::create_directories(root.at(place("0004")));  // of a process that was killed
-    root.write(place("0004", "1-tvconf"), "");
+    root.write(place("0004", "1-tvconf"), "");  // of a process that was killed
     root.write(place("0004", "manifest.json.new"), "{");
     fs::create_directory_symlink("/srv/away", root.at(place("0004", "2-away")));
     EXPECT_EQ(oneEntry(), "0005");

@@ -2,11 +2,12 @@
 // between; and changes of them as dialogs make them. The same seed gives the same.
 #pragma once
 
-#include "model/tvdatbuf.h"
+#include "config/pvcfile.h"
+#include "config/recordrows.h"
 
-#include <algorithm>
 #include <map>
 #include <random>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -14,219 +15,161 @@ class RandomConfig {
   public:
     explicit RandomConfig(unsigned seed) : random_(seed) {}
 
-    // The contents of the files by name, the parameter file among them.
-    std::map<std::string, std::string> files() {
-        std::map<std::string, std::string> files;
+    int below(int limit) { return static_cast<int>(random_() % static_cast<unsigned>(limit)); }
+    bool chance(int oneIn) { return below(oneIn) == 0; }
+
+    // The contents of the files by name, the parameter file among them, made of an orderly parameter file.
+    std::map<std::string, std::string> files(const std::string& orderly) {
+        std::istringstream lines(orderly);
         lineEnd_ = chance(8) ? "\r\n" : "\n";
-        std::string& text = files["/etc/atm/tvconf"];
-        text = comment();
-        for (int adapter : shuffled(std::vector{0, 1, 2, 3}))
-            if (!chance(4)) text += adapterText(adapter, files);
-        if (chance(3)) text += section("Other", {"Key = 1"}, 0);
+        std::string text = comment() + inner(parsed(lines, "").inner, 0);
+        if (chance(3)) text += written({"Other", {"Key = 1"}, {}}, 0);
         if (chance(10)) text.pop_back();
-        return files;
+        files_["/etc/atm/tvconf"] = text;
+        return files_;
     }
 
     // Changes settings and lists of one adapter, or only its lists.
     void change(AtmDevices& devices, int adapter, bool settings) {
         const auto a = static_cast<std::size_t>(adapter);
-        for (AtmLEC& lec : devices.lec[a]) {
-            changeList(lec.pvcs, [&] { return pvc<AtmBridgedPvc>(); });
-            if (!settings || chance(2)) continue;
-            changeNumbers(
-                {&lec.enabled, &lec.pvcOnly, &lec.mtuClass, &lec.l3Mtu, &lec.useLecs, &lec.elanType});
-            changeText(lec.elanName);
-            changeAddress(lec.address);
-        }
-        for (AtmLES& les : devices.les[a]) {
-            changeList(les.clients, [&] { return client(); });
-            if (!settings || chance(2)) continue;
-            changeNumbers({&les.enabled, &les.mtuClass, &les.strictMtu, &les.strictName, &les.elanType});
-            changeText(les.elanName);
-        }
-        AtmIP1577& ip = devices.ip1577[a];
-        changeList(ip.pvcs, [&] { return pvc<AtmRoutedPvc>(); });
-        if (!settings) return;
-        changeNumbers({&ip.enabled, &ip.pvcOnly});
-        for (AddressText* text : {&ip.ip, &ip.serverIp, &ip.subnetMask}) changeText(*text);
-        changeAddress(ip.address);
-        AtmLECS& lecs = devices.lecs[a];
-        changeNumbers({&lecs.enabled, &lecs.etherMtuClass, &lecs.tokenRingMtuClass, &lecs.elanType});
-        changeAddress(lecs.address);
-        AtmSig& sig = devices.sig[a];
-        changeNumbers({&sig.uniRevision, &sig.addressRegistration, &sig.portChangeDetect});
-        changeAddress(sig.address);
+        for (AtmLEC& lec : devices.lec[a]) changeRecord(lec, settings), changeList(lec.pvcs);
+        for (AtmLES& les : devices.les[a]) changeRecord(les, settings), changeList(les.clients);
+        changeRecord(devices.ip1577[a], settings), changeList(devices.ip1577[a].pvcs);
+        changeRecord(devices.lecs[a], settings);
+        changeRecord(devices.sig[a], settings);
     }
-
-    int below(int limit) { return static_cast<int>(random_() % static_cast<unsigned>(limit)); }
-    bool chance(int oneIn) { return below(oneIn) == 0; }
 
   private:
-    using Keys = std::vector<std::string>;
+    struct Section {
+        std::string name;
+        std::vector<std::string> keys;  // "key = value"
+        std::vector<Section> inner;
+    };
 
-    std::string adapterText(int adapter, std::map<std::string, std::string>& files) {
-        const std::string a = std::to_string(adapter);
-        std::vector<std::string> sections;
-        const auto add = [&](const std::string& name, const Keys& keys) {
-            if (!chance(7)) sections.push_back(section(name, keys, 1));
-        };
-        add("Signalling0", {hex("NetPrefix", 26), number("UniRev"), number("AddressRegistration"),
-                            number("PortChangeDetect"), number("RegDiffNetPrefix")});
-        for (int m = 0; m < lecCount; ++m) {
-            const std::string i = std::to_string(m);
-            const std::string file = listFile("/etc/atm/pvcconf" + a + "." + i, "/etc/atm/bridged" + a + i);
-            addList(files, file, pvcText<AtmBridgedPvc>());
-            add("LEC" + i, {number("Enabled"), number("Config"), number("Mfs"), number("L3Mtu"),
-                            number("ElanType"), number("Lecs"), name("ElanName"), hex("AtmPrefix", 26),
-                            hex("AtmEsiSel", 14), "PvcConfFile = " + file});
+    // What stands up to the end of a section.
+    static Section parsed(std::istream& lines, const std::string& name) {
+        Section section{name, {}, {}};
+        std::string word, equals, value;
+        for (std::string line; std::getline(lines, line);) {
+            std::istringstream words(line.substr(0, line.find('#')));
+            if (!(words >> word)) continue;
+            if (word[0] == ']') break;
+            if (word[0] == '[') {
+                section.inner.push_back(parsed(lines, word.substr(1)));
+                continue;
+            }
+            value.clear();
+            words >> equals >> value;
+            section.keys.push_back(word + " = " + value);
         }
-        for (int m = 0; m < lesCount; ++m) {
-            const std::string i = std::to_string(m), file = listFile("/etc/atm/elan" + a + "." + i, "");
-            addList(files, file, clientsText());
-            add("LES" + i, {number("Enabled"), number("Mfs"), number("MfsStrict"), number("ElanNameStrict"),
-                            name("ElanName"), number("ElanType"), "ElanTbl = " + file});
-        }
-        add("LECS0", {hex("AtmPrefix", 26), hex("AtmEsiSel", 14), number("Enabled"), number("EtherMfs"),
-                      number("TRMfs"), number("ElanType")});
-        const std::string file = listFile("/etc/atm/pvcconf" + a + ".32", "/etc/atm/routed" + a);
-        addList(files, file, pvcText<AtmRoutedPvc>());
-        add("IP15770", {hex("AtmPrefix", 26), hex("AtmEsiSel", 14), number("Enabled"), number("Config"),
-                        "ServerIPAddress = 10.1.2." + std::to_string(below(256)), "ServerIPMask = 255.0.0.0",
-                        "IPAddress = " + std::string(chance(3) ? "" : "10.1.2.3"), "PvcConfFile = " + file});
-        std::string inner;
-        for (const std::string& part : chance(2) ? shuffled(sections) : sections) inner += part;
-        return section("Adapter" + a, {number("InterruptNumber")}, 0, inner);
+        return section;
     }
 
-    // A file's name, or nothing.
-    std::string listFile(const std::string& usual, const std::string& other) {
-        return chance(4) ? "" : chance(3) ? other : usual;
+    std::string inner(const std::vector<Section>& sections, int depth) {
+        std::string text;
+        for (const Section& section : chance(2) ? shuffled(sections) : sections)
+            if (!chance(7)) text += written(section, depth);
+        return text;
     }
 
-    static void addList(std::map<std::string, std::string>& files, const std::string& name,
-                        const std::string& text) {
-        if (!name.empty() && !text.empty()) files[name] = text;
-    }
-
-    std::string section(const std::string& name, Keys keys, int depth, const std::string& inner = "") {
+    std::string written(const Section& section, int depth) {
         const std::string margin = chance(3) ? std::string(static_cast<std::size_t>(below(9)), ' ')
                                              : std::string(static_cast<std::size_t>(depth), '\t');
-        std::string title = name;
+        std::string title = section.name;
         if (chance(5)) title.insert(title.size() - 1, chance(2) ? " = " : "=");
         std::string text = margin + "[" + title + remark() + lineEnd_;
-        if (chance(3)) keys = shuffled(keys);
-        for (const std::string& key : keys) {
+        for (std::string line : chance(3) ? shuffled(section.keys) : section.keys) {
             if (chance(9)) continue;
             static constexpr const char* forms[] = {"=", " = ", "\t\t= ", " =", "=   "};
-            std::string line = key;
-            line.replace(key.find(" = "), 3, forms[below(5)]);
-            const bool joined = chance(14) && !key.ends_with(' ');  // a key would become the empty value
+            const std::size_t equals = line.find(" = ");
+            const std::string value = oddValue(section.name, line.substr(equals + 3));
+            line = line.substr(0, equals) + forms[below(5)] + value;
+            const bool joined = chance(14) && !value.empty();  // a key would become the empty value
             text += (chance(9) ? "  " : margin + "\t") + line + remark() + (joined ? " " : lineEnd_);
             if (chance(12)) text += lineEnd_;
             if (chance(20)) text += comment();
             if (chance(20)) text += margin + "Unknown = " + std::to_string(below(99)) + lineEnd_;
         }
         if (!text.ends_with('\n')) text += lineEnd_;
-        return text + inner + margin + "]" + remark() + lineEnd_;
+        return text + inner(section.inner, depth + 1) + margin + "]" + remark() + lineEnd_;
     }
 
+    // The value, perhaps another one, perhaps none. A list file gets entries.
+    std::string oddValue(const std::string& section, std::string value) {
+        static constexpr const char* odd[] = {"", "01", "70000", "-1", "0x1", "7a"};
+        if (value.starts_with('/')) {
+            if (chance(4)) return "";
+            if (chance(3)) value += "other";
+            std::string& text = files_[value];
+            text = section.starts_with("LEC")   ? listText(list<AtmBridgedPvc>())
+                   : section.starts_with("LES") ? listText(list<esiSelector>())
+                                                : listText(list<AtmRoutedPvc>());
+            if (text.empty()) files_.erase(value);
+            return value;
+        }
+        if (chance(6)) return odd[below(6)];
+        if (chance(8)) return std::string(static_cast<std::size_t>(below(50)), 'n');
+        return chance(8) ? value.substr(0, value.size() / 2) : value;
+    }
     std::string remark() { return chance(8) ? " # [remark] = " + std::string(20, 'r') : ""; }
     std::string comment() {
         return "# " + std::string(static_cast<std::size_t>(below(9) ? below(40) : 200), 'c') + lineEnd_;
     }
-    std::string number(const char* key) {
-        static constexpr const char* odd[] = {"", "01", "70000", "-1", "0x1", "7a"};
-        return std::string(key) + " = " + (chance(6) ? odd[below(6)] : std::to_string(below(3)));
-    }
-    std::string name(const char* key) {
-        return std::string(key) + " = " +
-               (chance(5) ? std::string(static_cast<std::size_t>(below(50)), 'n')
-                          : "e" + std::to_string(below(9)));
-    }
-    std::string hex(const char* key, int digits) {
-        const char* set = chance(3) ? "0123456789ABCDEF" : "0123456789abcdef";
-        std::string text = std::string(key) + " = ";
-        for (int i = chance(8) ? below(digits) : 0; i < digits; ++i) text += set[below(16)];
-        return text;
-    }
 
-    template <class Pvc> std::string pvcText() {
-        std::string text = chance(9) ? "# a list\n" : "";
-        for (int count = chance(3) ? 0 : below(51); count > 0; --count) text += pvcRecord(pvc<Pvc>());
-        return text;
-    }
-    std::string pvcRecord(const auto& entry) {
-        std::vector<std::string> lines{
-            "VC =" + std::to_string(static_cast<std::int16_t>(entry.vci)), "Addr =" + addressText(entry),
-            "Encap = " + std::to_string(entry.encapsulation), "Bcast=" + std::to_string(entry.broadcast),
-            "Rate  =" + std::to_string(entry.rate)};
-        std::string text = "[PVC\n";
-        for (const std::string& line : chance(4) ? shuffled(lines) : lines) text += "\t" + line + "\n";
-        return text + "]\n" + (chance(2) ? "\n" : "");
-    }
-    static std::string addressText(const AtmBridgedPvc& pvc) {
-        std::string text = pvc.mac.GetFMacAddress();
-        std::erase(text, ':');
-        return text;
-    }
-    static std::string addressText(const AtmRoutedPvc& pvc) { return pvc.ip.GetFIPAddress(); }
-    std::string clientsText() {
-        std::string text;
-        for (int count = chance(3) ? 0 : below(51); count > 0; --count)
-            text += std::string(client().GetFEsiSelector()) + (chance(9) ? "  \n" : "\n");
-        return text;
-    }
-
-    template <class Pvc> Pvc pvc() {
-        Pvc made{};
-        made.vci = static_cast<std::uint16_t>(32 + below(60));
-        made.encapsulation = below(2);
-        made.broadcast = below(2);
-        made.rate = below(26);
-        if constexpr (requires { made.mac; }) made.mac.bytes()[5] = static_cast<std::uint8_t>(below(9));
+    template <class Entry> Entry entry() {
+        Entry made{};
+        if constexpr (requires { made.vci; }) {
+            made.vci = static_cast<std::uint16_t>(32 + below(60));
+            made.encapsulation = below(2);
+            made.broadcast = below(2);
+            made.rate = below(26);
+        } else {
+            made = esiSelector({0, 0xa0, 0x3e, 0, 0, static_cast<std::uint8_t>(below(200)), 0});
+        }
         return made;
     }
-    esiSelector client() {
-        return esiSelector({0, 0xa0, 0x3e, 0, 0, static_cast<std::uint8_t>(below(200)), 0});
+    template <class Entry> std::vector<Entry> list() {
+        std::vector<Entry> made;
+        for (int count = chance(3) ? 0 : below(51); count > 0; --count) made.push_back(entry<Entry>());
+        return made;
     }
 
-    void changeList(auto& list, auto make) {
+    template <class Entry> void changeList(std::vector<Entry>& list) {
         if (!chance(3)) return;
         if (chance(4)) list.clear();
-        for (int edits = below(4); edits > 0; --edits) {
-            const bool end = list.empty() || chance(3);
-            if (end)
-                list.push_back(make());
-            else if (chance(2))
-                list.erase(list.begin() + below(static_cast<int>(list.size())));
+        for (int edits = below(4); edits > 0; --edits)
+            if (list.empty() || chance(3))
+                list.push_back(entry<Entry>());
+            else if (const auto at = list.begin() + below(static_cast<int>(list.size())); chance(2))
+                list.erase(at);
             else
-                list[static_cast<std::size_t>(below(static_cast<int>(list.size())))] = make();
-        }
+                *at = entry<Entry>();
     }
-    void changeNumbers(const std::vector<std::int32_t*>& numbers) {
-        for (std::int32_t* number : numbers)
-            if (chance(4)) *number = chance(9) ? below(100000) : below(4);
+    template <class Record> void changeRecord(Record& record, bool settings) {
+        if (!settings || chance(2)) return;
+        for (const KeyRow<Record>& row : keyRows<Record>())
+            if (row.written && chance(4))
+                std::visit([&](const auto& field) { changeField(record, field); }, row.field);
     }
-    template <std::size_t size> void changeText(FixedText<size>& text) {
+    template <class Record> void changeField(Record& record, std::int32_t Record::*field) {
+        record.*field = chance(9) ? below(100000) : below(4);
+    }
+    template <class Record, std::size_t size>
+    void changeField(Record& record, FixedText<size> Record::*field) {
         static constexpr const char* texts[] = {"", "two words", "hash#", "[", "plain", "x=y"};
-        if (!chance(4)) return;
-        if (chance(4))
-            text = std::string_view(texts[below(6)]);
+        record.*field = chance(4) ? texts[below(6)]
+                                  : std::string(static_cast<std::size_t>(below(static_cast<int>(size))), 'y');
+    }
+    template <class Record> void changeField(Record& record, const AddressField<Record>& field) {
+        std::string digits;
+        for (int i = field.half == addressPrefix ? 26 : 14; i > 0; --i)
+            digits += "0123456789abcdef"[below(16)];
+        if (field.half == addressPrefix)
+            (record.*field.address).setNetworkPrefix(digits);
         else
-            text = std::string(static_cast<std::size_t>(below(static_cast<int>(size))), 'y');
+            (record.*field.address).setESISelector(digits);
     }
-    void changeAddress(atmAddress& address) {
-        if (!chance(3)) return;
-        for (int half = 0; half < 2; ++half) {
-            std::string digits;
-            for (int i = half ? 14 : 26; i > 0; --i) digits += "0123456789abcdef"[below(16)];
-            if (chance(2)) continue;
-            if (half)
-                address.setESISelector(digits);
-            else
-                address.setNetworkPrefix(digits);
-        }
-    }
+    template <class Field> void changeField(auto& /*record*/, const Field& /*a list's name stays*/) {}
 
     template <class T> std::vector<T> shuffled(std::vector<T> items) {
         for (std::size_t i = items.size(); i > 1; --i)
@@ -236,4 +179,5 @@ class RandomConfig {
 
     std::mt19937 random_;
     std::string lineEnd_ = "\n";
+    std::map<std::string, std::string> files_;
 };

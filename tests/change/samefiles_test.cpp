@@ -3,7 +3,7 @@
 
 #include "randomconfig.h"
 #include "tests/support/failingfiles.h"
-#include "tests/support/temproot.h"
+#include "tests/support/simulator.h"
 
 #include <gmock/gmock.h>
 
@@ -25,14 +25,13 @@ class OnTheDisk : public DriverPdfEdit {
 };
 
 struct SameFiles : testing::Test {
-    TempRoot root;
+    SampleRoot root;
     FailingFiles files;
 
     SameFiles() { files.skipSyncs(); }
 
     void put(const Texts& texts) const {
         fs::remove_all(root.at("/etc/atm"));
-        fs::create_directory(root.at("/etc/atm"));
         for (const auto& [name, text] : texts) root.write(name, text);
     }
     Texts get() const {
@@ -63,10 +62,11 @@ struct SameFiles : testing::Test {
 }  // namespace
 
 TEST_F(SameFiles, OfRandomConfigurations) {
+    const std::string sample = root.read("/etc/atm/tvconf");
     int changed = 0;
     for (unsigned seed = 0; seed < 50; ++seed) {
         RandomConfig random(seed);
-        const Texts before = random.files();
+        const Texts before = random.files(sample);
         put(before);
         AtmDevices mine;
         Configuration configuration("tarvolin", mine);

@@ -7,7 +7,6 @@
 #include "platform/host.h"
 #include "tests/support/scripteddriver.h"
 #include "tests/support/simulator.h"
-#include "tests/support/temproot.h"
 
 #include <cerrno>
 #include <fmt/format.h>
@@ -48,8 +47,7 @@ TEST(SentRequest, NamesServiceSubjectAndAnswer) {
 }
 
 TEST(SentRequest, WhatTheDriverTookIsKnownUntilItIsLost) {
-    const TempRoot root;
-    writeSampleConfiguration(root);
+    const SampleRoot root;
     ScriptedDriver driver;
     AtmDevices mine;
     Configuration configuration("tarvolin", mine);

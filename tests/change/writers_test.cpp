@@ -3,8 +3,8 @@
 // TV_ROUNDS sets how many rounds (bench/writers).
 #include "change/adapterchange.h"
 #include "config/pvcfile.h"
+#include "tests/support/configuration.h"
 #include "tests/support/simulator.h"
-#include "tests/support/temproot.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -155,8 +155,7 @@ pid_t startScript(const TempRoot& root, int round, bool adds) {
 TEST(Writers, TheSumOfAllChangesIsInTheFiles) {
     const char* wanted = std::getenv("TV_ROUNDS");
     const int rounds = wanted ? std::atoi(wanted) : 40;
-    TempRoot root;
-    writeSampleConfiguration(root);
+    SampleRoot root;
     {
         platform::ConfigurationLock lock;
         ASSERT_EQ(lock.take("test", 0ms), 0);
@@ -184,14 +183,12 @@ TEST(Writers, TheSumOfAllChangesIsInTheFiles) {
             done[0].named && (!done[1].named || done[0].last || (done[1].asked && !done[1].last));
         if (done[0].named || done[1].named) name = Program::nameBy(first ? 1 : 2, round);
 
-        AtmDevices now;
-        ASSERT_TRUE(DriverPdfEdit(nullptr, false, now).ReadPdf());
-        std::multiset<int> vcis;
-        for (const AtmBridgedPvc& pvc : now.lec[0][3].pvcs) vcis.insert(pvc.vci);
+        const AtmDevices now = inFiles();
+        const std::vector<int> vcis = each(&AtmBridgedPvc::vci, now.lec[0][3].pvcs);
         const std::string text = root.read("/etc/atm/tvconf");
         const bool same[] = {now.lec[0][0].l3Mtu == done[0].mtu,
                              now.lec[0][1].l3Mtu == done[1].mtu,
-                             vcis == list,
+                             std::multiset<int>(vcis.begin(), vcis.end()) == list,
                              now.lec[0][3].elanName.view() == name,
                              text.find(fmt::format("\n# {} First adapter\n", round)) != text.npos,
                              text.find(fmt::format("4{:025}", round)) != text.npos};

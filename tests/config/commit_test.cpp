@@ -4,14 +4,9 @@
 #include "tests/support/temproot.h"
 
 #include <cerrno>
-#include <chrono>
-#include <csignal>
 #include <fmt/format.h>
 #include <gtest/gtest.h>
-#include <random>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -22,12 +17,12 @@ constexpr const char* file = "/etc/atm/tvconf";
 
 // With 200 lines around it, longer than a stream's buffer: a copy is written in pieces, partly while
 // searching.
-std::string content(int number, int around = 200) {
+std::string content(int number) {
     const std::string filler = "# " + std::string(110, 'f') + "\n";
     std::string text;
-    for (int i = 0; i < around; ++i) text += filler;
+    for (int i = 0; i < 200; ++i) text += filler;
     text += "[A\n\t[B\n\t\tk = " + std::to_string(number) + "\n\t]\n";
-    for (int i = 0; i < around; ++i) text += filler;
+    for (int i = 0; i < 200; ++i) text += filler;
     return text + "]\n";
 }
 
@@ -91,11 +86,16 @@ TEST(Commit, EveryCallFailedInTurn) {
         EXPECT_NE(lines.find(expected), std::string::npos) << expected;
 }
 
-TEST(Commit, ShortWritesAreContinuedAndTheCopyIsOnTheDiskBeforeTheFileGoes) {
+// Also when the process is killed between two calls.
+TEST(Commit, ShortWritesAreContinuedAndTheFileIsWholeAllTheTime) {
     const TempRoot root;
     root.write(file, content(1));
     FailingFiles files;
     files.limitWrites(1000);
+    files.onCall = [&](FileCall) {
+        const std::string now = root.read(file);
+        EXPECT_TRUE(now == content(1) || now == content(2));
+    };
     ASSERT_EQ(save("/A/B", 2), 0);
     EXPECT_EQ(root.read(file), content(2));
     std::string order;
@@ -108,34 +108,19 @@ TEST(Commit, ShortWritesAreContinuedAndTheCopyIsOnTheDiskBeforeTheFileGoes) {
     EXPECT_EQ(order, "attributes sync rename sync ");
 }
 
-TEST(Commit, ModeOwnerAndLinkAreKept) {
+// What else the copy takes is shown where several files are saved.
+TEST(Commit, ModeAndLinkAreKept) {
     const TempRoot root;
-    fs::create_directories(root.at("/srv"));
     root.write("/srv/real", content(1));
     ASSERT_EQ(::chmod(root.at("/srv/real").c_str(), 0640), 0);
-    const bool superUser = ::geteuid() == 0;
-    if (superUser) {
-        ASSERT_EQ(::chown(root.at("/srv/real").c_str(), 12, 34), 0);
-    }
     fs::create_symlink("../../srv/real", root.at(file));
     root.write(fmt::format("/etc/atmTV{:x}", ::getpid()), "left by a killed process");
 
     ASSERT_EQ(save("/A/B", 2), 0);
-    struct stat now {};
-    ASSERT_EQ(::stat(root.at("/srv/real").c_str(), &now), 0);
     EXPECT_TRUE(fs::is_symlink(root.at(file)));
     EXPECT_EQ(root.read("/srv/real"), content(2));
-    EXPECT_EQ(now.st_mode & 07777, 0640U);
-    if (superUser) {
-        EXPECT_EQ(now.st_uid * 100 + now.st_gid, 1234U);
-    }
+    EXPECT_EQ(fs::status(root.at(file)).permissions(), fs::perms(0640));
     EXPECT_EQ(root.temporaryCopies(), 0);
-
-    if (!superUser) return;
-    FailingFiles files;  // as when another user's file is saved: it must not change hands
-    files.failAt(1, EPERM, FileCall::takeAttributes);
-    EXPECT_EQ(save("/A/B", 3), EPERM);
-    EXPECT_EQ(root.read("/srv/real"), content(2));
 }
 
 TEST(Commit, TheCopyStandsBesideAFileOnAnotherFileSystem) {
@@ -156,36 +141,4 @@ TEST(Commit, TheCopyStandsBesideAFileOnAnotherFileSystem) {
         if (call.kind == FileCall::rename) {
             EXPECT_TRUE(call.path.starts_with(root.at("/etc/atm/TV").string()));
         }
-}
-
-TEST(Commit, KilledAtAnyMomentTheFileIsWhole) {
-    constexpr int around = 20;
-    const TempRoot root;
-    root.write(file, content(100, around));
-    std::mt19937 random(1);
-    for (int kills = 0; kills < 500; ++kills) {
-        int ready[2];
-        ASSERT_EQ(::pipe(ready), 0);
-        const pid_t child = ::fork();
-        if (child == 0) {
-            for (int number = 100;; number = number == 999 ? 100 : number + 1) {
-                if (save("/A/B", number) != 0) ::_exit(1);
-                if (number == 100 && ::write(ready[1], "", 1) != 1) ::_exit(1);
-            }
-        }
-        ::close(ready[1]);
-        char byte = 0;
-        ASSERT_EQ(::read(ready[0], &byte, 1), 1);
-        ::close(ready[0]);
-        std::this_thread::sleep_for(std::chrono::microseconds(random() % 5000));
-        ::kill(child, SIGKILL);
-        int state = 0;
-        ::waitpid(child, &state, 0);
-        ASSERT_TRUE(WIFSIGNALED(state)) << "a save failed beside the copies of killed processes";
-
-        const std::string now = root.read(file);
-        const int number = std::atoi(now.c_str() + now.find("k = ") + 4);
-        ASSERT_TRUE(number >= 100 && number <= 999 && now == content(number, around)) << "kill " << kills;
-    }
-    EXPECT_GT(root.temporaryCopies(), 50);  // otherwise too few were struck within a save to tell
 }

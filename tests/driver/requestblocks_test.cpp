@@ -6,45 +6,17 @@
 
 namespace {
 
-AtmLEC client() {
-    AtmLEC lec;
-    lec.useLecs = 0;
-    lec.address = "4700790000000000000000000000a03e00000107";
-    lec.mtuClass = 2;
-    lec.elanName = "engineering";
-    lec.elanType = 1;
-    lec.pvcOnly = 1;
-    lec.l3Mtu = 0x12345;
-    return lec;
+atmAddress address(std::string_view digits) {
+    atmAddress made;
+    made = digits;
+    return made;
 }
-AtmLES server() {
-    AtmLES les;
-    les.elanName = "a-name-of-thirty-one-characters";
-    les.strictName = 1;
-    les.mtuClass = 3;
-    les.strictMtu = 1;
-    les.elanType = 0;
-    return les;
-}
-lecs_req settings() {
-    AtmLECS lecs;
-    lecs.address = "47007900000000000000000000112233445566ff";
-    lecs.elanType = 2;
-    lecs.etherMtuClass = 3;
-    lecs.tokenRingMtuClass = 4;
-    lecs_req request;
-    request = lecs;
-    return request;
-}
-AtmIP1577 ipClient() {
-    AtmIP1577 ip;
-    ip.serverIp = std::string_view("10.1.2.3");
-    ip.subnetMask = std::string_view("255.255.0.0");
-    ip.ip = std::string_view("192.168.1.200");
-    ip.address = "4700790000000000000000000000a03e00000107";
-    ip.pvcOnly = 1;
-    return ip;
-}
+// In the order of the records: the numbers of each record differ from one another where they can.
+const atmAddress lecs = address("4700790000000000000000000000a03e00000107");
+const AtmLEC client{0, 1, {"engineering"}, 2, 0x12345, 0, 1, lecs, {}, {}, {}};
+const AtmLES server{0, {"a-name-of-thirty-one-characters"}, 3, 0, 1, 1, {}, {}};
+const AtmLECS settings{0, 2, 3, 4, address("47007900000000000000000000112233445566ff")};
+const AtmIP1577 ipClient{0, 1, {"10.1.2.3"}, {"255.255.0.0"}, {"192.168.1.200"}, lecs, {}, {}, {}};
 const AtmBridgedPvc bridged{macAddress({0x00, 0xa0, 0x3e, 0x12, 0x34, 0x56}), 100, 1, 1, 155};
 const AtmRoutedPvc routed{ipAddress({10, 1, 2, 3}), 0x1234, 1, 1, 155};
 const lecs_req mapping = lecs_req::mapping(esiSelector({1, 2, 3, 4, 5, 6, 7}), 5);
@@ -78,18 +50,17 @@ struct Case {
 #define ON(Block, operation) [](DriverChannel& d) { return Block(d, 2).operation; }
 const Case cases[] = {
     {"LEC_INIT", "11 00 01 00 02 03 58 00 58 00 00 00 00 00 ad de", lecData,
-     ON(LecRequest, start(3, client()))},
+     ON(LecRequest, start(3, client))},
     {"LEC_DISABLE", "11 00 02 00 02 03 10 00 10 00 00 00 00 00 ad de", "", ON(LecRequest, stop(3))},
     {"BRDG_PVCADD", "11 00 03 00 02 03 1c 00 1c 00 00 00 00 00 ad de", bridgedData,
      ON(LecRequest, changePvc(3, PvcChange::add, bridged))},
     {"LES_ENABLE", "12 00 01 00 02 07 44 00 44 00 00 00 00 00 ad de", lesData,
-     ON(LesRequest, start(7, server()))},
+     ON(LesRequest, start(7, server))},
     {"LECS_SET_ADDR", "13 00 03 00 02 00 3c 00 3c 00 00 00 00 00 ad de", mappingData,
      ON(lecsRequest, addClient(mapping))},
     {"LECS_DEL_ADDR", "13 00 04 00 01 04 3c 00 3c 00 00 00 00 00 ad de", mappingData,
      ON(lecsRequest, delClient(1, 4, mapping))},
-    {"IPATM_INIT", "41 00 01 00 02 00 38 00 38 00 00 00 00 00 ad de", ipData,
-     ON(IpRequest, start(ipClient()))},
+    {"IPATM_INIT", "41 00 01 00 02 00 38 00 38 00 00 00 00 00 ad de", ipData, ON(IpRequest, start(ipClient))},
     {"IPATM_PVCADD", "41 00 04 00 02 00 18 00 18 00 00 00 00 00 ad de", routedData,
      ON(IpRequest, changePvc(PvcChange::add, routed))},
     {"DaiSigDbgTrace", "22 00 03 00 00 00 4c 00 1b 00 00 00 00 00 ad de", "00 00 00 00 00 00 00 00  00 04 01",
@@ -117,10 +88,10 @@ TEST(ChangeRequests, NothingStaleLeaves) {
     LecRequest block(driver.channel(), 0);
     ByteVector reply(200, 0xff);
     driver.expectAny().data(reply).rows(7).rowMarker(9);
-    block.start(1, client());
+    block.start(1, client);
     driver.expect(std::string("11 00 03 00 00 02 1c 00 1c 00 00 00 00 00 ad de ") + bridgedData).data(reply);
     block.changePvc(2, PvcChange::add, bridged);
-    AtmLEC other = client();
+    AtmLEC other = client;
     other.elanName = "x";
     driver.expectAny();
     block.start(1, other);
@@ -146,10 +117,12 @@ TEST(ChangeRequests, ALecsIsStoppedLoadedAndStartedUnlessLoadingFails) {
     for (const auto& outcome : outcomes) {
         ScriptedDriver driver;
         lecsRequest block(driver.channel(), 0);
+        lecs_req request;
+        request = settings;
         driver.expect(stop).resp(outcome.stopResp);
         driver.expect(load).resp(outcome.loadResp);
         if (outcome.requests == 3) driver.expect(go).resp(outcome.goResp);
-        EXPECT_EQ(block.enable(settings()), outcome.result);
+        EXPECT_EQ(block.enable(request), outcome.result);
         EXPECT_EQ(driver.requests().size(), outcome.requests);
     }
 }

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>  // before the window system's macros
 
 #include "tests/e2e/configurationtest.h"
-#include "tests/e2e/holder.h"
+#include "tests/support/holder.h"
 
 #include <sys/stat.h>
 

@@ -1,48 +1,15 @@
 // Two programs never hold the lock of the configuration at the same time.
-#include "platform/lock.h"
+#include <gtest/gtest.h>
 
+#include "tests/support/holder.h"
 #include "tests/support/temproot.h"
 
-#include <csignal>
 #include <fmt/format.h>
-#include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 
 using namespace std::chrono_literals;
 using platform::ConfigurationLock;
-
-namespace {
-
-// A process that takes the lock, and keeps it until it is killed.
-class Holder {
-  public:
-    Holder() {
-        int ready[2];
-        if (::pipe(ready) != 0) return;
-        process = ::fork();
-        if (process == 0) {
-            ConfigurationLock lock;
-            if (lock.take("tvctl", 0ms) != 0 || ::write(ready[1], "", 1) != 1) ::_exit(1);
-            for (;;) ::pause();
-        }
-        ::close(ready[1]);
-        char byte = 0;
-        EXPECT_EQ(::read(ready[0], &byte, 1), 1);
-        ::close(ready[0]);
-    }
-    ~Holder() { kill(); }
-    void kill() {
-        if (process <= 0) return;
-        ::kill(process, SIGKILL);
-        ::waitpid(process, nullptr, 0);
-        process = 0;
-    }
-    pid_t process = 0;
-};
-
-}  // namespace
 
 TEST(ConfigurationLock, NamesItsHolderAndIsFreeWhenTheHolderIsGone) {
     const TempRoot root;
@@ -51,9 +18,9 @@ TEST(ConfigurationLock, NamesItsHolderAndIsFreeWhenTheHolderIsGone) {
     const auto before = std::chrono::steady_clock::now();
     EXPECT_EQ(lock.take("tarvolin", 100ms), EWOULDBLOCK);
     EXPECT_GE(std::chrono::steady_clock::now() - before, 100ms);
-    EXPECT_EQ(lock.holder(), "tvctl (process " + std::to_string(other.process) + ")");
+    EXPECT_EQ(lock.holder(), other.name());
     EXPECT_FALSE(lock.held());
-    other.kill();
+    other.end();
     EXPECT_EQ(lock.take("tarvolin", 0ms), 0);
     const auto line = [](const std::string& text) { return fmt::format("{:<31}\n", text); };
     EXPECT_EQ(root.read(ConfigurationLock::file), line("tarvolin " + std::to_string(::getpid())));
@@ -69,7 +36,6 @@ TEST(ConfigurationLock, NamesItsHolderAndIsFreeWhenTheHolderIsGone) {
 
 TEST(ConfigurationLock, WhatStandsInTheFileIsNotBelieved) {
     const TempRoot root;
-    std::filesystem::create_directory(root.at("/run"));
     for (const char* text :
          {"", "tarvolin", "tarvolin x", "a\nb 12", "tarvolin -5", "\x1b[2J 12", "tarvolin 2147483646"}) {
         ConfigurationLock holder, other;

@@ -70,11 +70,8 @@ TEST(SimCommands, RefusalsSayWhy) {
         {"--adapters 1,,2", "\"1,,2\" is no list"},
         {"--seed many", "many"},
         {"stray", "stray"},
-        {"ctl no-such", "no-such"},
         {"ctl set", "missing"},
-        {"ctl set lex 1.1 state 6", "lex"},
         {"ctl set lec 2.1 state 6", "adapter 2 is not there"},
-        {"ctl set lec 1.1 colour 6", "colour"},
         {"ctl set lec 1.1 state six", "six"},
         {"ctl set lec 1.1 mtu 256", "256"},
         {"ctl set ip 1 row 1 ip 10.0.0.256", "10.0.0.256"},
@@ -82,7 +79,6 @@ TEST(SimCommands, RefusalsSayWhy) {
         {"ctl unset lec 1.1 state", "not set"},
         {"ctl rows lec 1.1 65536", "65535"},
         {"ctl clock step -1", "-1"},
-        {"ctl fault lec.nothing every dead", "lec.nothing"},
         {"ctl fault lec every errno EWHAT", "EWHAT"},
         {"ctl quit now", "too many"},
         {"ctl fault clear 7", "no fault 7"},
@@ -106,14 +102,11 @@ TEST(SimCommands, ANearMissIsAnsweredWithTheFormAndAnExample) {
         {"fault resp 5", "the request comes first", fault},
         {"fault lec.state every 1 resp 5", "every takes no number", fault},
         {"fault lec.state resp 5", "\"every\" or \"nth N\"", fault},
-        {"fault lec.state 2 resp 5", "\"every\" or \"nth N\"", fault},
-        {"fault lec.state once dead", "\"every\" or \"nth N\"", fault},
         {"fault lec 1.1 every dead", "\"every\" or \"nth N\"", fault},
         {"fault lec.state nth resp 5", "nth takes a number from 1, not \"resp\"", fault},
         {"fault lec.state nth", "nth takes a number", fault},
         {"fault lec.state every", "what goes wrong is missing: one of resp, errno", fault},
         {"fault lec.state every resp=5", "nothing goes wrong like \"resp=5\": one of resp, errno", fault},
-        {"fault lec.state every Dead", "nothing goes wrong like \"Dead\"", fault},
         {"fault lec.state every resp", "resp takes one value", fault},
         {"fault lec.state every resp five", "resp does not take \"five\": a code from 0 to 65535", fault},
         {"fault lec.state every errno 0", "errno does not take \"0\": a number from 1 to 4095", fault},
@@ -122,7 +115,6 @@ TEST(SimCommands, ANearMissIsAnsweredWithTheFormAndAnExample) {
         {"fault list", "no request \"list\"", fault},
         {"fault clear lec.state", "no fault \"lec.state\"", fault},
         {"faults", "no command \"faults\"", fault},
-        {"flaut any every dead", "no command \"flaut\"", fault},
         {"lec 1.2 state 6", "no command \"lec\"", set},
         {"SET lec 1.2 state 6", "no command \"SET\"", set},
         {"set lec 1.2 state=6", "no field \"state=6\"", set},
@@ -172,8 +164,7 @@ TEST(SimCommands, ANearMissIsAnsweredWithTheFormAndAnExample) {
 }
 
 TEST(SimCommands, ValuesReadBackAsTheyWereSet) {
-    TempRoot root;
-    writeSampleConfiguration(root);
+    SampleRoot root;
     Simulator simulator;
     const struct {
         const char *set, *get, *shown;

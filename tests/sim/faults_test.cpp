@@ -1,11 +1,11 @@
 // Injected faults, privilege, and clients that do not keep to the rules.
 #include "running.h"
+#include "stranger.h"
 
 #include <chrono>
 #include <functional>
 #include <gtest/gtest.h>
 #include <random>
-#include <sys/wait.h>
 
 namespace {
 
@@ -98,23 +98,16 @@ TEST(SimFaults, PrivilegeDecidesWhatMayBeChanged) {
     EXPECT_EQ(reader.call(trace).resp(), 17);  // it names no trace
 
     if (::geteuid() != 0) GTEST_SKIP() << "needs the super-user to become another user";
-    std::filesystem::permissions(sim.root.path(), std::filesystem::perms(0755));
-    const std::string node = sim.node();
-    const pid_t child = ::fork();
-    if (child == 0) {
-        if (::setgid(65534) != 0 || ::setuid(65534) != 0) ::_exit(9);
-        if (RawClient(node, 2).openError != EACCES) ::_exit(1);
+    const auto action = [&, node = sim.node()] {
+        if (RawClient(node, 2).openError != EACCES) return 1;
         RawClient stranger(node);
-        if (stranger.openError != 0) ::_exit(2);
-        if (stranger.call(lecState).resp() != 0) ::_exit(3);
-        if (stranger.call(lecStop).error != EACCES) ::_exit(4);
-        if (stranger.call(trace).error != EACCES) ::_exit(5);
-        RawClient control(node + ".ctl");
-        ::_exit(control.openError == 0 ? 6 : 0);
-    }
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    EXPECT_EQ(WEXITSTATUS(status), 0);
+        if (stranger.openError != 0) return 2;
+        if (stranger.call(lecState).resp() != 0) return 3;
+        if (stranger.call(lecStop).error != EACCES) return 4;
+        if (stranger.call(trace).error != EACCES) return 5;
+        return RawClient(node + ".ctl").openError == 0 ? 6 : 0;
+    };
+    EXPECT_EQ(asStranger(sim.root, action), 0);
 }
 
 // 20,000 packets: bytes at random, and proper requests with bytes changed, cut off or added.

@@ -1,48 +1,20 @@
 // How many connections a user may have.
 #include "running.h"
+#include "stranger.h"
 
-#include <functional>
 #include <gtest/gtest.h>
 #include <list>
 #include <sys/resource.h>
-#include <sys/wait.h>
 
 namespace {
 
 constexpr char lecState[] = "1400 0100 00 00 2000 1000 0100 0000 adde";
-
-// What the action returns in a process of another user, which lives until `until` has been called here.
-int asStranger(
-    const std::function<int()>& action, const std::function<void()>& until = [] {}) {
-    int ready[2], over[2];
-    if (::pipe(ready) != 0 || ::pipe(over) != 0) return -1;
-    const pid_t child = ::fork();
-    if (child == 0) {
-        ::close(over[1]);
-        if (::setgid(65534) != 0 || ::setuid(65534) != 0) ::_exit(99);
-        const auto result = static_cast<unsigned char>(action());
-        char wait = 0;
-        if (::write(ready[1], &result, 1) != 1 || ::read(over[0], &wait, 1) != 0) ::_exit(98);
-        ::_exit(0);
-    }
-    ::close(ready[1]);
-    ::close(over[0]);
-    unsigned char result = 0;
-    const bool came = ::read(ready[0], &result, 1) == 1;
-    until();
-    ::close(over[1]);
-    ::close(ready[0]);
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return came && status == 0 ? result : -1;
-}
 
 }  // namespace
 
 TEST(SimLimits, AStrangerHasSixteenConnectionsAndLocksNobodyOut) {
     if (::geteuid() != 0) GTEST_SKIP() << "needs the super-user to become another user";
     Running sim;
-    std::filesystem::permissions(sim.root.path(), std::filesystem::perms(0755));
     std::list<RawClient> clients;
     const auto tooMany = [&] {
         for (int i = 0; i < 16; ++i)
@@ -58,7 +30,7 @@ TEST(SimLimits, AStrangerHasSixteenConnectionsAndLocksNobodyOut) {
             if (clients.emplace_back(sim.node()).openError == 0) return 0;
         return 6;
     };
-    EXPECT_EQ(asStranger(tooMany,
+    EXPECT_EQ(asStranger(sim.root, tooMany,
                          [&] {
                              RawClient own(sim.node(), 2);
                              EXPECT_EQ(own.openError, 0);

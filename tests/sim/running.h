@@ -10,12 +10,10 @@
 #include <vector>
 
 struct Running {
-    TempRoot root;
+    SampleRoot root;
     std::optional<Simulator> simulator;
-    explicit Running(const std::vector<std::string>& options = {"--frozen"}) {
-        writeSampleConfiguration(root);
-        simulator.emplace(options);
-    }
+    explicit Running(const std::vector<std::string>& options = {"--frozen"})
+        : simulator(std::in_place, options) {}
     std::string ctl(std::string_view line) const { return simulator->ctl(line); }
     std::string node() const { return root.at("/dev/li").string(); }
 };

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -56,6 +57,9 @@ class FailingFiles : public platform::Files {
 
     // Nothing is brought to the disk, which takes most of a save's time. The calls count all the same.
     void skipSyncs() { skipSyncs_ = true; }
+
+    // Called before each call, with its kind: what a process finds that comes, or is killed, at this moment.
+    std::function<void(FileCall)> onCall;
 
     bool failed() const { return failed_; }
     const std::vector<Call>& calls() const { return calls_; }
@@ -117,6 +121,7 @@ class FailingFiles : public platform::Files {
   private:
     bool fails(FileCall kind, const std::string& path = {}) {
         calls_.push_back({kind, path});
+        if (onCall) onCall(kind);
         if (countdown_ == 0 || (kind_ && *kind_ != kind) || (countdown_ > 1 && --countdown_)) return false;
         if (!lasting_) countdown_ = 0;
         failed_ = true;

@@ -1,4 +1,5 @@
 // File operations on files that exist in memory only; in place of the system's while the object lives.
+// Directories are the beginnings of names only: every one can be made, and a list has files alone.
 #pragma once
 
 #include "platform/files.h"
@@ -7,8 +8,9 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <map>
-#include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 class MemoryFiles : public platform::Files {
   public:
@@ -17,96 +19,147 @@ class MemoryFiles : public platform::Files {
     MemoryFiles(const MemoryFiles&) = delete;
     MemoryFiles& operator=(const MemoryFiles&) = delete;
 
-    void put(const std::string& path, std::string content) {
-        files_[path] = std::make_shared<std::string>(std::move(content));
+    // A file that is there from the beginning.
+    void put(const std::string& path, const std::string& content) {
+        inodes_[++last_] = {content, content, ++clock_};
+        names_[path] = last_;
     }
-    std::string get(const std::string& path) const { return *files_.at(path); }
-    std::size_t count() const { return files_.size(); }
+    std::string get(const std::string& path) const {
+        const auto entry = names_.find(path);
+        return entry == names_.end() ? "(none)" : inodes_.at(entry->second).content;
+    }
+    std::size_t count() const { return names_.size(); }
 
     int open(const platform::HostPath& path, int flags, mode_t) override {
-        const bool directory = flags & O_DIRECTORY, known = files_.contains(path.text);
-        if (!directory && !known && !(flags & O_CREAT)) return fail(ENOENT);
-        if (known && (flags & O_EXCL)) return fail(EEXIST);
-        auto& file = directory ? directory_ : files_[path.text];
-        if (!file) file = std::make_shared<std::string>();
-        open_[++last_] = {file, 0};
-        return last_;
+        const bool known = names_.contains(path.text), made = !known && flags & O_CREAT;
+        if (!goesOn(made)) return -1;
+        if (flags & O_DIRECTORY) return ++descriptor_;  // only to sync it
+        if (known ? flags & O_EXCL : !made) return fail(known ? EEXIST : ENOENT);
+        if (made) {
+            inodes_[++last_].changed = ++clock_;
+            enter({{path.text, last_}});
+        }
+        open_[++descriptor_] = {names_.at(path.text), 0};
+        return descriptor_;
     }
     ssize_t read(int descriptor, void* bytes, size_t count) override {
-        Open& file = open_.at(descriptor);
-        const std::size_t n = std::min(count, file.content->size() - std::min(file.content->size(), file.at));
-        std::copy_n(file.content->data() + file.at, n, static_cast<char*>(bytes));
-        file.at += n;
+        if (!goesOn(false)) return -1;
+        auto& [inode, at] = open_.at(descriptor);
+        const std::string& content = inodes_.at(inode).content;
+        const std::size_t n = std::min(count, content.size() - std::min(content.size(), at));
+        std::copy_n(content.data() + at, n, static_cast<char*>(bytes));
+        at += n;
         return static_cast<ssize_t>(n);
     }
     ssize_t write(int descriptor, const void* bytes, size_t count) override {
-        Open& file = open_.at(descriptor);
-        file.content->resize(std::max(file.content->size(), file.at + count));
-        std::copy_n(static_cast<const char*>(bytes), count, file.content->data() + file.at);
-        file.at += count;
+        if (!goesOn(true)) return -1;
+        auto& [number, at] = open_.at(descriptor);
+        Inode& inode = inodes_.at(number);
+        inode.content.resize(std::max(inode.content.size(), at + count));
+        std::copy_n(static_cast<const char*>(bytes), count, inode.content.data() + at);
+        inode.changed = ++clock_;
+        at += count;
         return static_cast<ssize_t>(count);
     }
     off_t seek(int descriptor, off_t offset, int whence) override {
-        Open& file = open_.at(descriptor);
-        const off_t from =
-            whence == SEEK_SET ? 0 : static_cast<off_t>(whence == SEEK_CUR ? file.at : file.content->size());
-        file.at = static_cast<std::size_t>(from + offset);
-        return from + offset;
+        if (!goesOn(false)) return -1;
+        auto& [inode, at] = open_.at(descriptor);
+        const std::size_t from = whence == SEEK_SET   ? 0
+                                 : whence == SEEK_CUR ? at
+                                                      : inodes_.at(inode).content.size();
+        at = from + static_cast<std::size_t>(offset);
+        return static_cast<off_t>(at);
     }
     int truncate(int descriptor, off_t length) override {
-        open_.at(descriptor).content->resize(static_cast<std::size_t>(length));
+        if (!goesOn(true)) return -1;
+        inodes_.at(open_.at(descriptor).first).content.resize(static_cast<std::size_t>(length));
         return 0;
     }
-    int sync(int) override { return 0; }
-    int close(int descriptor) override { return open_.erase(descriptor) ? 0 : fail(EBADF); }
+    int sync(int) override { return goesOn(true) ? 0 : -1; }
+    int close(int descriptor) override {
+        open_.erase(descriptor);
+        return goesOn(false) ? 0 : -1;
+    }
 
-    int status(int, struct stat& result) override {
-        result = {};
-        result.st_mode = S_IFREG | 0644;
-        return 0;
+    int status(int descriptor, struct stat& result) override {
+        const auto file = open_.find(descriptor);
+        return describe(file == open_.end() ? 0 : file->second.first, result);
     }
-    int status(const platform::HostPath&, struct stat& result) override { return status(0, result); }
-    int takeAttributes(int, int) override { return 0; }
+    int status(const platform::HostPath& path, struct stat& result) override {
+        const auto entry = names_.find(path.text);
+        return entry == names_.end() ? fail(ENOENT) : describe(entry->second, result);
+    }
+    int takeAttributes(int, int) override { return goesOn(false) ? 0 : -1; }
 
     int rename(const platform::HostPath& from, const platform::HostPath& to) override {
-        if (!files_.contains(from.text)) return fail(ENOENT);
-        files_[to.text] = files_.at(from.text);
-        files_.erase(from.text);
-        return 0;
+        if (!names_.contains(from.text)) return fail(ENOENT);
+        return goesOn(true) ? enter({{to.text, names_.at(from.text)}, {from.text, 0}}) : -1;
     }
-    int remove(const platform::HostPath& path) override { return files_.erase(path.text) ? 0 : fail(ENOENT); }
+    int remove(const platform::HostPath& path) override {
+        if (!names_.contains(path.text)) return fail(ENOENT);
+        return goesOn(true) ? enter({{path.text, 0}}) : -1;
+    }
     int resolve(const platform::HostPath& path, platform::HostPath& result) override {
         result = path;
-        return 0;
+        return goesOn(false) ? 0 : -1;
     }
 
-    // Directories are the beginnings of names only: every one can be made, and a list has files alone.
     int makeDirectory(const platform::HostPath&, mode_t) override { return 0; }
     int link(const platform::HostPath& from, const platform::HostPath& to) override {
-        if (!files_.contains(from.text)) return fail(ENOENT);
-        return files_.emplace(to.text, files_.at(from.text)).second ? 0 : fail(EEXIST);
+        if (!names_.contains(from.text) || names_.contains(to.text)) return fail(EEXIST);
+        return goesOn(true) ? enter({{to.text, names_.at(from.text)}}) : -1;
     }
     int list(const platform::HostPath& directory, std::vector<std::string>& names) override {
         names.clear();
-        for (const auto& [path, content] : files_)
+        for (const auto& [path, inode] : names_)
             if (platform::directoryOf({path}) == directory) names.push_back(path.substr(path.rfind('/') + 1));
         return 0;
     }
 
-  private:
-    struct Open {
-        std::shared_ptr<std::string> content;
-        std::size_t at;
+  protected:
+    struct Inode {
+        std::string content, synced;
+        long changed = 0;  // the time of change, counted
     };
+    using Names = std::map<std::string, int>;
+    // Names in a directory come or go (inode 0), one or two at a time.
+    using Change = std::vector<Names::value_type>;
 
+    // Asked before each call; false: it fails with errno.
+    virtual bool goesOn(bool /*changes*/) { return true; }
+    virtual int enter(const Change& change) {
+        apply(change, names_);
+        return 0;
+    }
+    static void apply(const Change& change, Names& names) {
+        for (const auto& [name, inode] : change)
+            if (inode)
+                names[name] = inode;
+            else
+                names.erase(name);
+    }
     static int fail(int error) {
         errno = error;
         return -1;
     }
 
+    std::map<int, Inode> inodes_;
+    Names names_;
+    std::map<int, std::pair<int, std::size_t>> open_;  // inode and place; not the directories
+    int last_ = 0;                                     // inode
+    long clock_ = 0;
+
+  private:
+    int describe(int inode, struct stat& result) {
+        if (!goesOn(false)) return -1;
+        result = {};
+        result.st_mode = S_IFREG | 0644;
+        result.st_nlink = 1;
+        result.st_ino = static_cast<ino_t>(inode);
+        if (inode) result.st_ctim.tv_sec = inodes_.at(inode).changed;
+        return 0;
+    }
+
     platform::Files* before_;
-    std::map<std::string, std::shared_ptr<std::string>> files_;
-    std::shared_ptr<std::string> directory_;
-    std::map<int, Open> open_;
-    int last_ = 0;
+    int descriptor_ = 0;
 };

@@ -21,6 +21,11 @@ Finished runSimulator(const std::string& line, const std::string& behind = {});
 // Copies the sample configuration below the root.
 void writeSampleConfiguration(const TempRoot& root);
 
+// A root that has it.
+struct SampleRoot : TempRoot {
+    SampleRoot() { writeSampleConfiguration(*this); }
+};
+
 class Simulator {
   public:
     // Starts "tvsim" with the options and waits until it listens. Throws std::runtime_error when it does not.

@@ -26,6 +26,7 @@ fs::path TempRoot::at(std::string_view systemPath) const {
 }
 
 void TempRoot::write(std::string_view systemPath, std::string_view content) const {
+    fs::create_directories(at(systemPath).parent_path());
     std::ofstream(at(systemPath), std::ios::binary) << content;
 }
 

@@ -17,6 +17,7 @@ class TempRoot {
     // The place of a system path below this root.
     std::filesystem::path at(std::string_view systemPath) const;
 
+    // Makes the directory, too.
     void write(std::string_view systemPath, std::string_view content) const;
     std::string read(std::string_view systemPath) const;
     bool exists(std::string_view systemPath) const;
