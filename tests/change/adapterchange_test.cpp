@@ -53,9 +53,10 @@ struct Administrator {
     }
 
     // Ends the dialog. Answers the questions, which are kept, with `answer`.
-    ChangeResult end(bool settings = true, bool answer = true) {
+    ChangeResult end(bool settings = true, bool answer = true, bool driver = false) {
         questions.clear();
-        AdapterChange change(configuration, {.adapter = 0, .settings = settings, .before = before});
+        AdapterChange change(configuration,
+                             {.adapter = 0, .settings = settings, .before = before, .driver = driver});
         while (const std::optional<Question> question = change.run()) {
             questions.push_back(question->text);
             change.answer(answer);
@@ -165,9 +166,15 @@ TEST_F(Changes, ConflictsAreAskedAndOneOfTheTwoIsTaken) {
 TEST_F(Changes, WhatBothHaveAddedIsThereOnce) {
     for (Administrator* one : {&user, &other}) one->lec(1).pvcs.push_back(pvc(300));
     user.lec(1).pvcs.push_back(pvc(301));
+    user.lec(1).pvcs.push_back(pvc(302, 7));
+    other.lec(1).pvcs.push_back(pvc(302, 8));
     other.end();
-    user.end();
-    EXPECT_THAT(each(vci, inFiles().lec[0][0].pvcs), ElementsAre(100, 101, 300, 301));
+    const ChangeResult result = user.end(true, false, true);
+    EXPECT_THAT(user.questions,
+                ElementsAre(HasSubstr("LEC 1 PVC 0 / 302: yours 7 MB/s, in the file 8 MB/s\n")));
+    EXPECT_THAT(each(vci, inFiles().lec[0][0].pvcs), ElementsAre(100, 101, 300, 302, 301));
+    EXPECT_THAT(result.notes, ElementsAre(testing::StartsWith("PVC 0 / 302 of LEC 1 is now as in the file.")))
+        << "the driver has 7";
 }
 
 // Neither is taken for removed by others, nor is it a reason to begin again for ever.

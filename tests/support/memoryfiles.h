@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <map>
 #include <string>
+#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -154,6 +155,7 @@ class MemoryFiles : public platform::Files {
         if (!goesOn(false)) return -1;
         result = {};
         result.st_mode = S_IFREG | 0644;
+        result.st_uid = ::geteuid();
         result.st_nlink = 1;
         result.st_ino = static_cast<ino_t>(inode);
         if (inode) result.st_ctim.tv_sec = inodes_.at(inode).changed;
