@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <fmt/format.h>
+#include <set>
 #include <span>
 #include <unordered_map>
+#include <utility>
 
 namespace {
 
@@ -39,39 +41,6 @@ std::string pvcDifferences(const Pvc& pvc, const Pvc& other, const char* address
     return text;
 }
 
-// Whether one entry can be what became of another.
-bool sameKey(const AtmBridgedPvc& a, const AtmBridgedPvc& b) {
-    return a.vci == b.vci;
-}
-bool sameKey(const AtmRoutedPvc& a, const AtmRoutedPvc& b) {
-    return a.vci == b.vci;
-}
-bool sameKey(const esiSelector&, const esiSelector&) {
-    return false;
-}
-
-template <class Entry> std::optional<Entry> takeSuccessor(std::vector<Entry>& added, const Entry& entry) {
-    const auto place = std::ranges::find_if(added, [&](const Entry& other) { return sameKey(entry, other); });
-    if (place == added.end()) return {};
-    std::optional<Entry> found = *place;
-    added.erase(place);
-    return found;
-}
-
-// Puts an entry in place of another, or takes the other away. Without the other it is appended.
-template <class Entry>
-void substitute(std::vector<Entry>& list, const std::optional<Entry>& old,
-                const std::optional<Entry>& entry) {
-    const auto place = old ? std::ranges::find(list, *old) : list.end();
-    if (place == list.end()) {
-        if (entry) list.push_back(*entry);
-    } else if (entry) {
-        *place = *entry;
-    } else {
-        list.erase(place);
-    }
-}
-
 // Entries that differ in nothing but flags and rate are few.
 struct EntryHash {
     std::size_t operator()(const AtmBridgedPvc& pvc) const { return mixed(pvc.mac.bytes(), pvc.vci); }
@@ -82,6 +51,84 @@ struct EntryHash {
         for (const std::uint8_t byte : bytes) hash = hash * 31 + byte;
         return hash;
     }
+};
+
+// What an entry keeps when it is changed. Clients have nothing of the kind.
+std::optional<int> keyOf(const AtmBridgedPvc& pvc) {
+    return pvc.vci;
+}
+std::optional<int> keyOf(const AtmRoutedPvc& pvc) {
+    return pvc.vci;
+}
+std::optional<int> keyOf(const esiSelector&) {
+    return {};
+}
+
+// A list in which entries are found without searching it. Of equal ones the first is meant.
+template <class Entry> class Indexed {
+  public:
+    explicit Indexed(const std::vector<Entry>& entries) {
+        for (const Entry& entry : entries) add(entry);
+    }
+
+    bool has(const Entry& entry) const { return places_.contains(entry); }
+    bool take(const Entry& entry) {
+        if (!has(entry)) return false;
+        remove(*places_.at(entry).begin());
+        return true;
+    }
+    // The first with this entry's key, which becomes what it was changed into.
+    std::optional<Entry> takeSuccessor(const Entry& entry) {
+        const auto key = keyOf(entry);
+        const auto found = key ? keys_.find(*key) : keys_.end();
+        if (found == keys_.end()) return {};
+        const std::size_t place = *found->second.begin();
+        std::optional<Entry> successor = entries_[place];
+        remove(place);
+        return successor;
+    }
+    // Puts an entry in place of another, or takes the other away. Without the other it is appended.
+    void substitute(const std::optional<Entry>& old, const std::optional<Entry>& entry) {
+        if (!old || !has(*old)) {
+            if (entry) add(*entry);
+            return;
+        }
+        const std::size_t place = *places_.at(*old).begin();
+        remove(place);
+        if (entry) put(place, *entry);
+    }
+    void add(const Entry& entry) {
+        entries_.emplace_back();
+        put(entries_.size() - 1, entry);
+    }
+
+    std::vector<Entry> list() const {
+        std::vector<Entry> all;
+        for (const auto& entry : entries_)
+            if (entry) all.push_back(*entry);
+        return all;
+    }
+
+  private:
+    void put(std::size_t place, const Entry& entry) {
+        entries_[place] = entry;
+        places_[entry].insert(place);
+        if (const auto key = keyOf(entry)) keys_[*key].insert(place);
+    }
+    void remove(std::size_t place) {
+        const Entry entry = *std::exchange(entries_[place], std::nullopt);
+        const auto leave = [place](auto& index, const auto& key) {
+            const auto found = index.find(key);
+            found->second.erase(place);
+            if (found->second.empty()) index.erase(found);
+        };
+        leave(places_, entry);
+        if (const auto key = keyOf(entry)) leave(keys_, *key);
+    }
+
+    std::vector<std::optional<Entry>> entries_;
+    std::unordered_map<Entry, std::set<std::size_t>, EntryHash> places_;
+    std::unordered_map<int, std::set<std::size_t>> keys_;
 };
 
 }  // namespace
@@ -141,27 +188,26 @@ std::vector<Entry> mergeLists(const std::vector<Entry>& base, const std::vector<
                               const std::vector<Entry>& theirs, const DecideEntry<Entry>& decide) {
     if (theirs == base || mine == theirs) return mine;
     if (mine == base) return theirs;
-    std::vector<Entry> added = withoutThose(mine, base), theirAdded = withoutThose(theirs, base);
-    std::vector<Entry> merged = theirs;
+    Indexed<Entry> added(withoutThose(mine, base)), theirAdded(withoutThose(theirs, base)), merged(theirs);
     for (const Entry& removed : withoutThose(base, mine)) {
-        const std::optional<Entry> successor = takeSuccessor(added, removed);
-        if (std::ranges::find(merged, removed) != merged.end()) {
-            substitute(merged, std::optional(removed), successor);
+        const std::optional<Entry> successor = added.takeSuccessor(removed);
+        if (merged.has(removed)) {
+            merged.substitute(removed, successor);
             continue;
         }
-        const std::optional<Entry> theirSuccessor = takeSuccessor(theirAdded, removed);
+        const std::optional<Entry> theirSuccessor = theirAdded.takeSuccessor(removed);
         if (successor == theirSuccessor) continue;
-        if (decide({removed, successor, theirSuccessor})) substitute(merged, theirSuccessor, successor);
+        if (decide({removed, successor, theirSuccessor})) merged.substitute(theirSuccessor, successor);
     }
-    for (const Entry& entry : added) {
-        if (const auto same = std::ranges::find(theirAdded, entry); same != theirAdded.end())
-            theirAdded.erase(same);  // both have added it
-        else if (const auto other = takeSuccessor(theirAdded, entry); !other)
-            merged.push_back(entry);
+    for (const Entry& entry : added.list()) {
+        if (theirAdded.take(entry)) continue;  // both have added it
+        const std::optional<Entry> other = theirAdded.takeSuccessor(entry);
+        if (!other)
+            merged.add(entry);
         else if (decide({entry, entry, other}))
-            substitute(merged, other, std::optional(entry));
+            merged.substitute(other, entry);
     }
-    return merged;
+    return merged.list();
 }
 
 #define FOR(Entry)                                                                                           \
