@@ -119,6 +119,7 @@ std::optional<Question> AdapterChange::run() {
     asked_ = Ask::nothing;
     if (done_ || result_.givenUp) return {};
     if (!hasWork()) {
+        noteWithoutTable(configuration_.mine());
         auditRequests();
         done_ = true;
         return {};
@@ -290,13 +291,12 @@ void AdapterChange::takeResult(Round& round) {
         noteUnsaved(round.editor.lacking(), written);
         if (!order_.settings) takeOver(order_.adapter, base, mine, round.theirs);
     }
-    forEachService(order_.adapter, [&](const ServiceName& name, auto record, const std::string&, auto) {
+    noteWithoutTable(round.readable ? written : merge_.devices);
+    forEachService(order_.adapter, [&](const ServiceName&, auto record, const std::string&, auto) {
         using Record = std::remove_cvref_t<decltype(record(mine))>;
         Record &was = record(base), &is = record(mine),
                now = record(round.readable ? written : merge_.devices),
                file = record(round.readable ? round.devices : base);
-        if constexpr (std::is_same_v<Record, AtmLES>)
-            if (!now.clients.empty() && now.clientFile.empty()) result_.withoutTable.push_back(name.words);
         if (order_.settings) {
             is = now;
             was = file;
@@ -326,6 +326,14 @@ void AdapterChange::takeResult(Round& round) {
     }
     this->record(round);
     done_ = true;
+}
+
+void AdapterChange::noteWithoutTable(const AtmDevices& devices) {
+    for (std::size_t m = 0; m < asIndex(lesCount); ++m) {
+        const AtmLES& les = devices.les[asIndex(order_.adapter)][m];
+        if (!les.clients.empty() && les.clientFile.empty())
+            result_.withoutTable.push_back(lesName(order_.adapter, m).words);
+    }
 }
 
 // The driver has what the user made of a list, unless the service was restarted since.

@@ -75,6 +75,7 @@ class AdapterChange {
     void takeResult(Round& round);
     void record(Round& round);
     void noteSent(const ServiceSet& due);
+    void noteWithoutTable(const AtmDevices& devices);
     void noteDifferentLists();
     void noteUnsaved(const DriverPdfEdit::Lacking& lacking, const AtmDevices& written);
     void auditRequests();
