@@ -11,7 +11,6 @@
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <gmock/gmock.h>
-#include <memory>
 #include <random>
 #include <set>
 #include <spawn.h>
