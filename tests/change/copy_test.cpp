@@ -9,7 +9,6 @@
 #include <cerrno>
 #include <fmt/format.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/acl.h>
 #include <sys/wait.h>
 #include <sys/xattr.h>

@@ -3,6 +3,7 @@
 
 #include "change/saverecord.h"
 #include "tests/support/crashingfiles.h"
+#include "tests/support/failingfiles.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
@@ -131,9 +132,10 @@ TEST(FileSet, ACallFailsAndThenPowerIsLost) {
         Search search(set);
         for (int k = 1;; ++k) {
             CrashingFiles files(diskOf(set));
-            files.failAt(k);
+            FailingFiles calls;
+            calls.failAt(k, EIO);
             const SaveOutcome outcome = save(set);
-            if (files.calls() < k) break;
+            if (!calls.failed()) break;
             ++states[outcome.state];
             const bool done = outcome.state == State::done;
             EXPECT_TRUE(done || outcome.error == EIO) << k;
@@ -154,23 +156,18 @@ TEST(FileSet, ACallFailsAndThenPowerIsLost) {
 
 // Two calls fail: a rename, and any call after it, which strikes the way back.
 TEST(FileSet, TheWayBackFails) {
-    struct TwoFail : CrashingFiles {
-        using CrashingFiles::CrashingFiles;
-        using CrashingFiles::rename;
-        int rename(const platform::HostPath& from, const platform::HostPath& to) override {
-            if (--first) return CrashingFiles::rename(from, to);
-            failAt(later);
-            return fail(EIO);
-        }
-        int first = 0, later = 0;
-    };
     Search search(five);
     int unfinished = 0;
     for (int first = 1; first <= 4; ++first)
         for (int k = 1; k < 150; ++k) {
-            TwoFail files(diskOf(five));
-            files.first = first;
-            files.later = k;
+            CrashingFiles files(diskOf(five));
+            FailingFiles calls;
+            int renames = 0;
+            calls.failAt(first, EIO, FileCall::rename);
+            calls.onCall = [&](FileCall kind) {  // the second failure is set at the call behind the first
+                if (renames == first) calls.failAt(k, EIO);
+                renames += renames == first || kind == FileCall::rename;
+            };
             const SaveOutcome outcome = save(five);
             EXPECT_EQ(outcome.error, EIO);
             unfinished += outcome.state == State::unfinished;

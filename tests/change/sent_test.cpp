@@ -4,7 +4,6 @@
 #include "tests/support/logcapture.h"
 #include "tests/support/temproot.h"
 
-#include <fmt/format.h>
 #include <gmock/gmock.h>
 
 namespace {

@@ -8,14 +8,13 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <fcntl.h>
 #include <fmt/format.h>
 #include <gmock/gmock.h>
-#include <memory>
 #include <random>
 #include <set>
 #include <spawn.h>
 #include <sys/prctl.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -39,45 +38,46 @@ struct Done {
 class Program {
   public:
     explicit Program(int number) : number_(number) {
-        int orders[2], answers[2];
-        if (::pipe2(orders, O_CLOEXEC) != 0 || ::pipe2(answers, O_CLOEXEC) != 0) return;
+        int ends[2];
+        if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) return;
         process_ = ::fork();
-        if (process_ == 0) {
-            ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-            ::close(orders[1]);
-            work(orders[0], answers[1]);
-            ::_exit(0);
-        }
-        ::close(orders[0]);
-        ::close(answers[1]);
-        orders_ = orders[1];
-        answers_ = answers[0];
+        line_ = ends[process_ == 0];
+        ::close(ends[process_ != 0]);
+        if (process_ != 0) return;
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        work();
+        ::_exit(0);
     }
     ~Program() {
-        ::close(orders_);
-        ::close(answers_);
+        ::close(line_);
         ::waitpid(process_, nullptr, 0);
     }
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
-    void begin(int round) const { EXPECT_EQ(::write(orders_, &round, sizeof round), ssize_t(sizeof round)); }
+    void begin(int round) const { EXPECT_TRUE(send(round)); }
     Done end() const {
         Done done;
-        if (::read(answers_, &done, sizeof done) != ssize_t(sizeof done)) done.failed = true;
+        if (!receive(done)) done.failed = true;
         return done;
     }
+    static std::string nameBy(int number, int round) { return fmt::format("{}by{}", round, number); }
 
   private:
-    void work(int orders, int answers) {
+    template <class Message> bool send(const Message& message) const {
+        return ::write(line_, &message, sizeof message) == ssize_t(sizeof message);
+    }
+    template <class Message> bool receive(Message& message) const {
+        return ::read(line_, &message, sizeof message) == ssize_t(sizeof message);
+    }
+
+    void work() const {
         std::mt19937 random(static_cast<unsigned>(number_));
         AtmDevices mine;
         Configuration configuration("tarvolin", mine);
         configuration.read();
         std::vector<int> own;
-        for (int round = 0; ::read(orders, &round, sizeof round) == ssize_t(sizeof round);) {
-            const Done done = change(round, random, configuration, own);
-            if (::write(answers, &done, sizeof done) != ssize_t(sizeof done)) return;
+        for (int round = 0; receive(round) && send(change(round, random, configuration, own));) {
         }
     }
 
@@ -123,11 +123,7 @@ class Program {
         return done;
     }
 
-  public:
-    static std::string nameBy(int number, int round) { return fmt::format("{}by{}", round, number); }
-
-  private:
-    int number_, orders_ = -1, answers_ = -1;
+    int number_, line_ = -1;
     pid_t process_ = -1;
 };
 

@@ -1,10 +1,8 @@
 // What the section engine finds, gives and changes.
 #include "config/pdf_io.h"
-#include "tests/support/failingfiles.h"
 #include "tests/support/temproot.h"
 
 #include <cerrno>
-#include <cstring>
 #include <gmock/gmock.h>
 
 using namespace std::string_literals;

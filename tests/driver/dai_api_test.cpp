@@ -5,7 +5,6 @@
 #include "tests/support/scripteddriver.h"
 
 #include <cerrno>
-#include <fcntl.h>
 #include <gtest/gtest.h>
 
 TEST(DaiApi, RefusesWhatIsNoMessageOrNoChannelWithoutACall) {

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <concepts>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>

@@ -2,7 +2,7 @@
 
 #include <chrono>
 #include <fcntl.h>
-#include <functional>
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 #include <optional>
 #include <poll.h>
@@ -16,34 +16,20 @@
 
 namespace {
 
-// The way from a writer to a reader that can be stopped.
-struct Way {
+// The ways from a writer to a reader that can be stopped: ends[0] reads, ends[1] writes.
+const struct {
     const char* name;
-    std::function<bool(int (&ends)[2])> make;  // reader, writer
-    bool refused;                              // the writer may not be opened again
-};
-
-bool pipe(int (&ends)[2]) {
-    return ::pipe(ends) == 0;
-}
-bool terminal(int (&ends)[2]) {
-    return ::openpty(&ends[0], &ends[1], nullptr, nullptr, nullptr) == 0;
-}
-bool stoppedTerminal(int (&ends)[2]) {
-    return terminal(ends) && ::tcflow(ends[1], TCOOFF) == 0;
-}
-bool sockets(int (&ends)[2]) {
-    return ::socketpair(AF_UNIX, SOCK_STREAM, 0, ends) == 0;
-}
-
-const Way ways[] = {
-    {"a pipe", pipe, false},
-    {"another user's pipe", pipe, true},
-    {"a socket", sockets, false},
-    {"a terminal", terminal, false},
-    {"another user's terminal", terminal, true},
-    {"a stopped terminal", stoppedTerminal, false},
-    {"another user's stopped terminal", stoppedTerminal, true},
+    bool (*make)(int (&ends)[2]);
+} ways[] = {
+    {"a pipe", [](int (&ends)[2]) { return ::pipe(ends) == 0; }},
+    {"a socket", [](int (&ends)[2]) { return ::socketpair(AF_UNIX, SOCK_STREAM, 0, ends) == 0; }},
+    {"a terminal",
+     [](int (&ends)[2]) { return ::openpty(&ends[0], &ends[1], nullptr, nullptr, nullptr) == 0; }},
+    {"a stopped terminal",
+     [](int (&ends)[2]) {
+         return ::openpty(&ends[0], &ends[1], nullptr, nullptr, nullptr) == 0 &&
+                ::tcflow(ends[1], TCOOFF) == 0;
+     }},
 };
 
 // While it lives, the process may not open what stands behind the descriptor. The super-user has to become
@@ -98,36 +84,38 @@ TEST(DebugLog, NothingUntilAttachedThenLineByLine) {
 TEST(DebugLog, AReaderThatHasStoppedIsNotWaitedForAndHearsHowMuchItMissed) {
     constexpr int written = 10000;
     const auto beginning = [](const std::string& text) { return text.substr(0, 100); };
-    for (const Way& way : ways) {
-        for (const char* next : {"", "the next line\n"}) {
-            int ends[2];
-            ASSERT_TRUE(way.make(ends)) << way.name;
-            const int flags = ::fcntl(ends[1], F_GETFL);
-            const AnotherUser other(way.refused ? ends[1] : -1);
-            std::optional<platform::LineWriter> writer(std::in_place, ends[1]);
-            const auto begin = std::chrono::steady_clock::now();
-            for (int i = 0; i < written; ++i) writer->write(line(i));
-            EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3)) << way.name;
-            EXPECT_EQ(::fcntl(ends[1], F_GETFL), flags) << way.name;
-            ::tcflow(ends[1], TCOON);
-            std::string text = drained(ends[0]);
-            writer->write(next);
-            writer.reset();
-            text += drained(ends[0]);
-            int seen = 0;
-            for (std::size_t at = 0; text.compare(at, line(seen).size(), line(seen)) == 0; ++seen)
-                at += line(seen).size();
-            EXPECT_LT(seen, written) << way.name << " held everything";
-            std::string expected;
-            for (int i = 0; i < seen; ++i) expected += line(i);
-            const std::size_t whole = expected.size();
-            expected += "... " + std::to_string(written - seen) + " lines dropped\n" + next;
-            EXPECT_EQ(beginning(text.substr(whole)), beginning(expected.substr(whole))) << way.name;
-            EXPECT_EQ(text.size(), expected.size()) << way.name;
-            ::close(ends[0]);
-            ::close(ends[1]);
-        }
-    }
+    const auto look = [&](const auto& way, bool refused, const std::string& next) {
+        SCOPED_TRACE(fmt::format("{} {} {}", way.name, refused, next));
+        int ends[2];
+        ASSERT_TRUE(way.make(ends));
+        const int flags = ::fcntl(ends[1], F_GETFL);
+        const AnotherUser other(refused ? ends[1] : -1);
+        std::optional<platform::LineWriter> writer(std::in_place, ends[1]);
+        const auto begin = std::chrono::steady_clock::now();
+        for (int i = 0; i < written; ++i) writer->write(line(i));
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3));
+        EXPECT_EQ(::fcntl(ends[1], F_GETFL), flags);
+        ::tcflow(ends[1], TCOON);
+        std::string text = drained(ends[0]);
+        writer->write(next);
+        writer.reset();
+        text += drained(ends[0]);
+        int seen = 0;
+        for (std::size_t at = 0; text.compare(at, line(seen).size(), line(seen)) == 0; ++seen)
+            at += line(seen).size();
+        EXPECT_LT(seen, written) << "held everything";
+        std::string expected;
+        for (int i = 0; i < seen; ++i) expected += line(i);
+        const std::size_t whole = expected.size();
+        expected += "... " + std::to_string(written - seen) + " lines dropped\n" + next;
+        EXPECT_EQ(beginning(text.substr(whole)), beginning(expected.substr(whole)));
+        EXPECT_EQ(text.size(), expected.size());
+        ::close(ends[0]);
+        ::close(ends[1]);
+    };
+    for (const auto& way : ways)
+        for (const bool refused : {false, true})  // the writer may not be opened again
+            for (const char* next : {"", "the next line\n"}) look(way, refused, next);
 }
 
 TEST(DebugLog, ALogThatCannotBeWrittenIsDropped) {

@@ -3,7 +3,6 @@
 
 #include <cerrno>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 using platform::files;
 using platform::hostPath;

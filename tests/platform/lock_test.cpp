@@ -46,14 +46,14 @@ TEST(ConfigurationLock, WhatStandsInTheFileIsNotBelieved) {
     }
     ConfigurationLock first, waiting, later;
     ASSERT_EQ(first.take("x", 0ms), 0);
-    std::filesystem::remove(root.at(ConfigurationLock::file));
-    std::thread release([&] {
+    std::thread others([&] {
         std::this_thread::sleep_for(100ms);
+        std::filesystem::remove(root.at(ConfigurationLock::file));
+        EXPECT_EQ(later.take("z", 0ms), 0) << "the file is another one";
         first.release();
     });
-    EXPECT_EQ(later.take("z", 0ms), 0) << "the file is another one";
     EXPECT_EQ(waiting.take("y", 300ms), EWOULDBLOCK);
-    release.join();
+    others.join();
     later.release();
     std::filesystem::remove(root.at(ConfigurationLock::file));
     std::filesystem::create_symlink("/etc/passwd", root.at(ConfigurationLock::file));

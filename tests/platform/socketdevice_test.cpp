@@ -109,6 +109,19 @@ std::string call(int descriptor, int timeout = 15) {
                        block.ic_len);
 }
 
+// A peer, and a connection to it.
+struct Connected {
+    explicit Connected(const std::vector<Step>& steps, Peer::Clock::time_point flood = {})
+        : peer(root, steps, 0, flood) {}
+    ~Connected() { EXPECT_EQ(platform::device().close(descriptor), 0); }
+    Connected(const Connected&) = delete;
+    Connected& operator=(const Connected&) = delete;
+
+    TempRoot root;
+    Peer peer;
+    int descriptor = platform::device().open("/dev/li", 2);
+};
+
 const std::string good = "0 ABCDEFGH 8";
 std::string failure(int error) {
     return fmt::format("{} abcdefgh 8", std::strerror(error));
@@ -143,71 +156,56 @@ TEST(SocketDevice, AnswersGoodAndBad) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
-        const TempRoot root;
-        Peer peer(root, {c.step, {goodReply}});
-        const int descriptor = platform::device().open("/dev/li", 2);
-        ASSERT_GT(descriptor, 0) << std::strerror(errno);
-        EXPECT_EQ(call(descriptor), c.expected);
-        EXPECT_EQ(call(descriptor), good) << "the connection goes on";
-        EXPECT_EQ(platform::device().close(descriptor), 0);
-        peer.finish();
-        EXPECT_EQ(peer.requests[0], packet({1, 1, 2}));
-        EXPECT_EQ(peer.requests[1], packet({2, 2, 0x4C00, 15, 8}, bytes("abcdefgh")));
-        EXPECT_EQ(peer.requests[2], packet({2, 3, 0x4C00, 15, 8}, bytes("abcdefgh")));
+        Connected to({c.step, {goodReply}});
+        EXPECT_EQ(call(to.descriptor), c.expected);
+        EXPECT_EQ(call(to.descriptor), good) << "the connection goes on";
+        to.peer.finish();
+        EXPECT_EQ(to.peer.requests[0], packet({1, 1, 2}));
+        EXPECT_EQ(to.peer.requests[1], packet({2, 2, 0x4C00, 15, 8}, bytes("abcdefgh")));
+        EXPECT_EQ(to.peer.requests[2], packet({2, 3, 0x4C00, 15, 8}, bytes("abcdefgh")));
     }
 }
 
 TEST(SocketDevice, NoAnswerInTimeLeavesTheConnectionUsable) {
-    const TempRoot root;
-    Peer peer(root, {{}, {{-1, goodReply.rest}, {0, packet({0, 0, 1}, bytes("Z"))}}});
-    const int descriptor = platform::device().open("/dev/li", 0);
+    const Connected to({{}, {{-1, goodReply.rest}, {0, packet({0, 0, 1}, bytes("Z"))}}});
     const auto before = std::chrono::steady_clock::now();
-    EXPECT_EQ(call(descriptor, 1), failure(ETIME));
+    EXPECT_EQ(call(to.descriptor, 1), failure(ETIME));
     EXPECT_GE(std::chrono::steady_clock::now() - before, std::chrono::milliseconds(990));
-    EXPECT_EQ(call(descriptor, 1), "0 Zbcdefgh 1") << "the late answer is dropped";
-    platform::device().close(descriptor);
+    EXPECT_EQ(call(to.descriptor, 1), "0 Zbcdefgh 1") << "the late answer is dropped";
 }
 
 TEST(SocketDevice, AFloodOfLateAnswersEndsAtTheDeadline) {
-    const TempRoot root;
     const auto begin = std::chrono::steady_clock::now();
-    Peer peer(root, {{}}, 0, begin + std::chrono::seconds(4));
-    const int descriptor = platform::device().open("/dev/li", 0);
-    EXPECT_EQ(call(descriptor, 1), failure(ETIME));
+    const Connected to({{}}, begin + std::chrono::seconds(4));
+    EXPECT_EQ(call(to.descriptor, 1), failure(ETIME));
     const auto waited = std::chrono::steady_clock::now() - begin;
     EXPECT_GE(waited, std::chrono::milliseconds(990));
     EXPECT_LT(waited, std::chrono::milliseconds(2500));
-    platform::device().close(descriptor);
 }
 
 TEST(SocketDevice, APeerThatHungUpIsGoneForGood) {
-    const TempRoot root;
-    Peer peer(root, {Step()});  // takes the request and closes
-    const int descriptor = platform::device().open("/dev/li", 0);
-    EXPECT_FALSE(platform::device().hungUp(descriptor));
+    const Connected to({Step()});  // takes the request and closes
+    EXPECT_FALSE(platform::device().hungUp(to.descriptor));
     for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(call(descriptor), failure(ENXIO));
-        EXPECT_TRUE(platform::device().hungUp(descriptor));
+        EXPECT_EQ(call(to.descriptor), failure(ENXIO));
+        EXPECT_TRUE(platform::device().hungUp(to.descriptor));
     }
-    EXPECT_EQ(platform::device().close(descriptor), 0);
 }
 
 TEST(SocketDevice, TheLargestMessageFitsBothWays) {
-    const TempRoot root;
-    Peer peer(root, {answer({0, 0, 65535}, std::string(65535, 'y'))});
-    const int descriptor = platform::device().open("/dev/li", 0);
+    Connected to({answer({0, 0, 65535}, std::string(65535, 'y'))});
     std::string message(65536, 'x');
     platform::strioctl block{.ic_cmd = 0x4C00, .ic_timout = 0, .ic_len = 65536, .ic_dp = message.data()};
-    EXPECT_EQ(platform::device().streamsIoctl(descriptor, platform::I_STR, block), -1);
+    EXPECT_EQ(platform::device().streamsIoctl(to.descriptor, platform::I_STR, block), -1);
     EXPECT_EQ(errno, EINVAL);
     block.ic_len = 65535;
-    EXPECT_EQ(platform::device().streamsIoctl(descriptor, platform::I_STR, block), 0) << std::strerror(errno);
+    EXPECT_EQ(platform::device().streamsIoctl(to.descriptor, platform::I_STR, block), 0)
+        << std::strerror(errno);
     EXPECT_EQ(message, std::string(65535, 'y') + "x");
-    EXPECT_EQ(platform::device().streamsIoctl(descriptor, 0x5301, block), -1) << "no call but I_STR";
+    EXPECT_EQ(platform::device().streamsIoctl(to.descriptor, 0x5301, block), -1) << "no call but I_STR";
     EXPECT_EQ(errno, EINVAL);
-    platform::device().close(descriptor);
-    peer.finish();
-    EXPECT_EQ(peer.requests[1].size(), 20U + 65535U);
+    to.peer.finish();
+    EXPECT_EQ(to.peer.requests[1].size(), 20U + 65535U);
 }
 
 TEST(SocketDevice, OpenFailures) {

@@ -47,13 +47,9 @@ class CrashingFiles : public MemoryFiles {
 
     // The disk before each call that changes it, and at the end.
     std::vector<Disk> moments() {
-        note();
+        changing();
         return std::move(moments_);
     }
-    // The k-th call (from 1) fails with EIO.
-    void failAt(int k) { countdown_ = k; }
-    int calls() const { return calls_; }
-
     // Every disk that can be found after the power was lost, each once.
     static void afterPowerLoss(const Disk& disk, const std::function<void(const Disk&)>& look) {
         std::set<Names> all{disk.synced};
@@ -73,7 +69,7 @@ class CrashingFiles : public MemoryFiles {
     }
 
     int sync(int descriptor) override {
-        if (MemoryFiles::sync(descriptor) != 0) return -1;
+        changing();
         if (const auto file = open_.find(descriptor); file != open_.end()) {
             Inode& inode = inodes_.at(file->second.first);
             inode.synced = inode.content;
@@ -85,14 +81,9 @@ class CrashingFiles : public MemoryFiles {
     }
 
   protected:
-    bool goesOn(bool changes) override {
-        if (changes) note();
-        ++calls_;
-        if (countdown_ == 0 || --countdown_) return true;
-        errno = EIO;
-        return false;
-    }
+    void changing() override { moments_.push_back({inodes_, synced_, pending_}); }
     int enter(const Change& change) override {
+        changing();
         pending_.push_back(change);
         return MemoryFiles::enter(change);
     }
@@ -113,10 +104,8 @@ class CrashingFiles : public MemoryFiles {
         }
         from->second = before;
     }
-    void note() { moments_.push_back({inodes_, synced_, pending_}); }
 
     Names synced_;
     std::vector<Change> pending_;
     std::vector<Disk> moments_;
-    int countdown_ = 0, calls_ = 0;
 };

@@ -33,7 +33,6 @@ class MemoryFiles : public platform::Files {
 
     int open(const platform::HostPath& path, int flags, mode_t) override {
         const bool known = names_.contains(path.text), made = !known && flags & O_CREAT;
-        if (!goesOn(made)) return -1;
         if (flags & O_DIRECTORY) return ++descriptor_;  // only to sync it
         if (known ? flags & O_EXCL : !made) return fail(known ? EEXIST : ENOENT);
         if (made) {
@@ -44,7 +43,6 @@ class MemoryFiles : public platform::Files {
         return descriptor_;
     }
     ssize_t read(int descriptor, void* bytes, size_t count) override {
-        if (!goesOn(false)) return -1;
         auto& [inode, at] = open_.at(descriptor);
         const std::string& content = inodes_.at(inode).content;
         const std::size_t n = std::min(count, content.size() - std::min(content.size(), at));
@@ -53,7 +51,7 @@ class MemoryFiles : public platform::Files {
         return static_cast<ssize_t>(n);
     }
     ssize_t write(int descriptor, const void* bytes, size_t count) override {
-        if (!goesOn(true)) return -1;
+        changing();
         auto& [number, at] = open_.at(descriptor);
         Inode& inode = inodes_.at(number);
         inode.content.resize(std::max(inode.content.size(), at + count));
@@ -63,7 +61,6 @@ class MemoryFiles : public platform::Files {
         return static_cast<ssize_t>(count);
     }
     off_t seek(int descriptor, off_t offset, int whence) override {
-        if (!goesOn(false)) return -1;
         auto& [inode, at] = open_.at(descriptor);
         const std::size_t from = whence == SEEK_SET   ? 0
                                  : whence == SEEK_CUR ? at
@@ -72,14 +69,14 @@ class MemoryFiles : public platform::Files {
         return static_cast<off_t>(at);
     }
     int truncate(int descriptor, off_t length) override {
-        if (!goesOn(true)) return -1;
+        changing();
         inodes_.at(open_.at(descriptor).first).content.resize(static_cast<std::size_t>(length));
         return 0;
     }
-    int sync(int) override { return goesOn(true) ? 0 : -1; }
+    int sync(int) override { return 0; }
     int close(int descriptor) override {
         open_.erase(descriptor);
-        return goesOn(false) ? 0 : -1;
+        return 0;
     }
 
     int status(int descriptor, struct stat& result) override {
@@ -90,25 +87,25 @@ class MemoryFiles : public platform::Files {
         const auto entry = names_.find(path.text);
         return entry == names_.end() ? fail(ENOENT) : describe(entry->second, result);
     }
-    int takeAttributes(int, int) override { return goesOn(false) ? 0 : -1; }
+    int takeAttributes(int, int) override { return 0; }
 
     int rename(const platform::HostPath& from, const platform::HostPath& to) override {
         if (!names_.contains(from.text)) return fail(ENOENT);
-        return goesOn(true) ? enter({{to.text, names_.at(from.text)}, {from.text, 0}}) : -1;
+        return enter({{to.text, names_.at(from.text)}, {from.text, 0}});
     }
     int remove(const platform::HostPath& path) override {
         if (!names_.contains(path.text)) return fail(ENOENT);
-        return goesOn(true) ? enter({{path.text, 0}}) : -1;
+        return enter({{path.text, 0}});
     }
     int resolve(const platform::HostPath& path, platform::HostPath& result) override {
         result = path;
-        return goesOn(false) ? 0 : -1;
+        return 0;
     }
 
     int makeDirectory(const platform::HostPath&, mode_t) override { return 0; }
     int link(const platform::HostPath& from, const platform::HostPath& to) override {
         if (!names_.contains(from.text) || names_.contains(to.text)) return fail(EEXIST);
-        return goesOn(true) ? enter({{to.text, names_.at(from.text)}}) : -1;
+        return enter({{to.text, names_.at(from.text)}});
     }
     int list(const platform::HostPath& directory, std::vector<std::string>& names) override {
         names.clear();
@@ -126,8 +123,7 @@ class MemoryFiles : public platform::Files {
     // Names in a directory come or go (inode 0), one or two at a time.
     using Change = std::vector<Names::value_type>;
 
-    // Asked before each call; false: it fails with errno.
-    virtual bool goesOn(bool /*changes*/) { return true; }
+    virtual void changing() {}  // called before each change of a content
     virtual int enter(const Change& change) {
         apply(change, names_);
         return 0;
@@ -152,7 +148,6 @@ class MemoryFiles : public platform::Files {
 
   private:
     int describe(int inode, struct stat& result) {
-        if (!goesOn(false)) return -1;
         result = {};
         result.st_mode = S_IFREG | 0644;
         result.st_uid = ::geteuid();

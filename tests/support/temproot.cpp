@@ -6,6 +6,19 @@
 
 namespace fs = std::filesystem;
 
+namespace {
+
+std::string contentOf(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+}  // namespace
+
+std::string testFile(std::string_view name) {
+    return contentOf(fs::path(TV_TEST_DIRECTORY) / name);
+}
+
 TempRoot::TempRoot() {
     std::string name = (fs::temp_directory_path() / "tvrootXXXXXX").string();
     if (!::mkdtemp(name.data())) throw std::runtime_error("no temporary directory");
@@ -31,8 +44,7 @@ void TempRoot::write(std::string_view systemPath, std::string_view content) cons
 }
 
 std::string TempRoot::read(std::string_view systemPath) const {
-    std::ifstream file(at(systemPath), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    return contentOf(at(systemPath));
 }
 
 bool TempRoot::exists(std::string_view systemPath) const {

@@ -5,6 +5,9 @@
 #include <string>
 #include <string_view>
 
+// The text of a file that stands beside the tests' sources.
+std::string testFile(std::string_view name);
+
 class TempRoot {
   public:
     TempRoot();
