@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tests/e2e/programtest.h"
+#include "tests/e2e/tool.h"
 #include "toolkit/table/table.h"
 #include "ui/config/confids.h"
 #include "ui/config/elandlg.h"
@@ -22,9 +23,13 @@
 #include <thread>
 #include <vector>
 
-using Names = std::vector<std::string>;
-inline const Names nothing;
 constexpr const char* parameterFile = "/etc/atm/tvconf";
+
+// The text of the box about a save that failed.
+constexpr const char* fileIsOld = "The driver keeps what it accepted; the file was not updated.";
+inline std::string saveFailed(const char* file, const char* reason, const char* end = fileIsOld) {
+    return fmt::format("Unable to save the configuration:{}: {}{}", file, reason, end);
+}
 
 // Lines of one text that the other does not have in their place: "-old" and "+new".
 inline std::vector<std::string> differences(const std::string& before, const std::string& after) {
@@ -53,11 +58,19 @@ class ConfigurationTest : public ProgramTest {
     }
 
     // Presses Setup and does the steps on this page of the notebook; they have to close it.
-    void configure(const std::function<void()>& session, const std::string& page = "lecPage") {
+    void configure(const std::string& page, const std::function<void()>& session) {
         ProgramTest::configure([&] {
             turnTo(page);
             session();
         });
+    }
+    void configure(const std::function<void()>& session) { configure("lecPage", session); }
+    // The same, when exactly these message boxes come up; each is dismissed with the key.
+    void expectBoxes(const Names& titles, const char* key, const std::function<void()>& session) {
+        EXPECT_EQ(boxesOf([&] { configure(session); }, key), titles);
+    }
+    void expectBoxes(const Names& titles, const std::function<void()>& session) {
+        expectBoxes(titles, "Return", session);
     }
 
     // A control of the page that is on top, or of the dialog above it: pages share ids.
@@ -106,12 +119,7 @@ class ConfigurationTest : public ProgramTest {
         XmStringTable items = nullptr;
         XtVaGetValues(named(id), XmNitemCount, &count, XmNitems, &items, nullptr);
         Names all;
-        for (int i = 0; i < count; ++i) {
-            char* line = static_cast<char*>(
-                XmStringUnparse(items[i], nullptr, XmCHARSET_TEXT, XmCHARSET_TEXT, nullptr, 0, XmOUTPUT_ALL));
-            all.emplace_back(line);
-            XtFree(line);
-        }
+        for (int i = 0; i < count; ++i) all.push_back(XUser::plain(items[i]));
         return all;
     }
     void pickLine(int id, int line) {  // from 1
@@ -153,11 +161,8 @@ class ConfigurationTest : public ProgramTest {
             press(subOkBTN);
         });
     }
-    void answer(const char* key) {
-        inDialog("PVC Error", [this, key] { user->key(key); });
-    }
 
-    // Somebody else edits a file.
+    // Somebody else edits a file, at the first such place.
     void edit(const std::string& file, const std::string& from, const std::string& to) {
         std::string text = root.read(file);
         const std::size_t at = text.find(from);
@@ -180,8 +185,7 @@ class ConfigurationTest : public ProgramTest {
     // A simulator that starts on the files as they are now knows the same configuration.
     void expectTheFilesHold(const std::string& configuration) {
         window.reset();
-        simulator.reset();
-        simulator.emplace(std::vector<std::string>{"--frozen", "--adapters", "1,2"});
+        startDriver();
         EXPECT_EQ(differences(configuration, dump()), Names{});
     }
 

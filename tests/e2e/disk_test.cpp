@@ -14,29 +14,21 @@ class DiskTest : public ConfigurationTest {
     // Adds a PVC and changes a name under the fault, and says what the box said.
     std::string saveUnder(const std::function<void()>& fault, const std::function<void()>& over, int close) {
         atmDevices = AtmDevices();
-        start({"--frozen", "--adapters", "1"});
+        start("1");
         const auto before = files();
-        const auto session = [&] {
-            configure([&] {
-                enter(elanNameED, "other");
-                addsPvc();
-                press(addBTN);
-                fault();
-                press(close);
-            });
-        };
-        EXPECT_EQ(boxesOf(session), Names{"Configuration Error"});
+        expectBoxes({"Configuration Error"}, [&] {
+            enter(elanNameED, "other");
+            addsPvc();
+            press(addBTN);
+            fault();
+            press(close);
+        });
         EXPECT_EQ(files(), before) << "the old files, whole, and no copy";
         over();
         window.reset();  // saves the list
         EXPECT_NE(root.read("/etc/atm/pvcconf0.0").find("=204"), std::string::npos);
         EXPECT_EQ(files().size(), before.size());
         return boxText;
-    }
-    static std::string failed(const char* file, const char* reason) {
-        return fmt::format("Unable to save the configuration:{}: {}"
-                           "The driver keeps what it accepted; the file was not updated.",
-                           file, reason);
     }
 };
 
@@ -67,7 +59,7 @@ TEST_F(DiskTest, ALimitOfTheProcessIsNoEndOfIt) {
     const rlimit small{400, before.rlim_max};
     EXPECT_EQ(saveUnder([&] { ::setrlimit(RLIMIT_FSIZE, &small); },
                         [&] { ::setrlimit(RLIMIT_FSIZE, &before); }, okBTN),
-              failed(parameterFile, "File too large"));
+              saveFailed(parameterFile, "File too large"));
 }
 
 TEST_F(DiskTest, AFullOrReadOnlyDiskLeavesTheOldFiles) {
@@ -87,10 +79,10 @@ TEST_F(DiskTest, AFullOrReadOnlyDiskLeavesTheOldFiles) {
         root.write("/etc/atm/full/file", "");
         EXPECT_EQ(saveUnder(
                       fill, [&] { std::filesystem::resize_file(root.at("/etc/atm/full/file"), 0); }, close),
-                  failed(file, "No space left on device"));
+                  saveFailed(file, "No space left on device"));
         writeSampleConfiguration(root);
         EXPECT_EQ(saveUnder([&] { disk.turn(MS_RDONLY); }, [&] { disk.turn(0); }, close),
-                  failed(file, "Read-only file system"));
+                  saveFailed(file, "Read-only file system"));
         writeSampleConfiguration(root);
     }
 }

@@ -66,7 +66,7 @@ class Displays : public OnColours, public StatisticsTest {
 // Colours of the resource file and of the pictures, and texts that are letters instead of dark boxes.
 TEST_P(Displays, ColoursAndTextsAreThoseOfTheUsualOne) {
     LogCapture log;
-    start({"--frozen", "--adapters", "1,2"}, {"alarm 1 lop on"});
+    start("1,2", {"alarm 1 lop on"});
     expectShare(window->shell(), 0xc0c0c0, 85, 95);
     expectShare(list().widget(), 0x9cb8dc, 12, 15);  // the selected line
     expectShare(list().widget(), 0x000000, 3, 7);

@@ -3,9 +3,6 @@
 
 #include "tests/support/holder.h"
 #include "tests/e2e/outsideuser.h"
-#include "tests/e2e/tool.h"
-#include "tests/e2e/xsupport.h"
-#include "tests/support/simulator.h"
 #include "version.h"
 
 #include <functional>
@@ -32,54 +29,46 @@ struct Desk {
               (writeSampleConfiguration(root), std::vector<std::string>{"--frozen", "--adapters", "1"})),
           tool(root, arguments) {
         EXPECT_TRUE(user.sees(programTitle)) << tool.output();
-        EXPECT_TRUE(soon([&] { return has(simulator.ctl("log all"), "adapter.mac"); }));
-        EXPECT_TRUE(user.opens(spot::setup.x, spot::setup.y, "Setup ATM"));
-        turn(spot::lecPage);
+        EXPECT_TRUE(wasAsked(simulator, "adapter.mac"));
+        EXPECT_TRUE(user.opens(spot::setup, "Setup ATM"));
+        user.turn(spot::lecPage);
     }
 
-    static bool has(const std::string& text, const std::string& part) { return text.find(part) != text.npos; }
-    static bool soon(const std::function<bool()>& condition) {
-        for (int i = 0; i < 500; ++i) {
-            if (condition()) return true;
-            std::this_thread::sleep_for(20ms);
-        }
-        return false;
-    }
-    bool hasTold(const char* request) {
-        return soon([&] { return has(simulator.ctl("log all"), request); });
-    }
-    bool runs(const char* line) { return has(simulator.ctl("dump config"), line); }
-    std::string nameOf(int client) {  // in the file
-        std::istringstream words(
-            root.read(file).substr(root.read(file).find(fmt::format("[LEC{}", client - 1))));
-        std::string word, name;
-        while (words >> word && word != "ElanName") {
-        }
-        words >> word >> name;
-        return name;
-    }
-
-    void click(Spot spot) { user.click(spot.x, spot.y); }
-    void turn(Spot spot) { user.turn(spot.x, spot.y); }
     void addPvc() {
-        ASSERT_TRUE(user.opens(spot::addPvc.x, spot::addPvc.y, "PVC Settings"));
-        user.enter(spot::pvcVci.x, spot::pvcVci.y, "204");
-        user.key("Return");
-        ASSERT_TRUE(soon([&] { return runs("pvc 00204"); }));
+        ASSERT_TRUE(user.opens(spot::addPvc, "PVC Settings"));
+        user.enter(spot::pvcVci, "204");
+        user.pressKey("Return");
+        ASSERT_TRUE(soon([&] { return has(simulator.ctl("dump config"), "pvc 00204"); }));
         ASSERT_TRUE(user.sees("Setup ATM"));
     }
     void renameTwo() {
-        user.enter(spot::lecName.x, spot::lecName.y, "one");
-        click(spot::instance(2));
-        user.enter(spot::lecName.x, spot::lecName.y, "two");
+        user.enter(spot::lecName, "one");
+        user.click(spot::instance(2));
+        user.enter(spot::lecName, "two");
     }
-    void confirm() { click(spot::ok); }
 };
 
-// What stands at the moment of the end.
+// Ends a process, by a signal or by the death of its server, and checks that it took at most so long.
+double secondsToEnd(Desk& desk, int signal, double most) {
+    const auto began = std::chrono::steady_clock::now();
+    if (signal) {
+        desk.tool.signal(signal);
+    } else {
+        desk.user.leave();
+        desk.server.kill();
+    }
+    EXPECT_EQ(desk.tool.exitStatusWithin(20s), signal ? 128 + signal : 1);
+    const double took = std::chrono::duration<double>(std::chrono::steady_clock::now() - began).count();
+    EXPECT_LT(took, most);
+    return took;
+}
+
+using Lock = std::unique_ptr<Holder>;
+
+// What stands at the moment of the end. A PVC has been added and two names have been changed by then.
 struct Moment {
     const char* name;
-    std::function<void(Desk&, std::unique_ptr<Holder>&)> reach;
+    std::function<void(Desk&, Lock&)> reach;
     // Afterwards: names of LEC 1 and 2 in the file, whether the list has the new PVC, how many requests the
     // driver got, without and with a signal.
     const char *one, *two;
@@ -90,53 +79,37 @@ struct Moment {
 void PrintTo(const Moment& moment, std::ostream* out) {
     *out << moment.name;
 }
+
+void meetTheLock(Desk& desk, Lock& lock) {
+    lock = std::make_unique<Holder>();
+    desk.user.click(spot::ok);
+    EXPECT_TRUE(desk.user.sees("Configuration Busy"));
+}
+
 const Moment moments[] = {
-    {"Edited", [](Desk& d, auto&) { d.renameTwo(), d.click(spot::instance(1)), d.addPvc(); }, "engineering",
-     "accounting", true, 0, 0},
+    {"Edited", [](Desk&, Lock&) {}, "engineering", "accounting", true, 0, 0},
     {"SlowDriver",
-     [](Desk& d, auto&) {
-         d.addPvc();
-         d.renameTwo();
+     [](Desk& d, Lock&) {
          d.simulator.ctl("fault lec.start every late 1200");
-         d.confirm();
-         EXPECT_TRUE(d.hasTold("lec.start"));
+         d.user.click(spot::ok);
+         EXPECT_TRUE(wasAsked(d.simulator, "lec.start"));
      },
      "one", "two", true, 2, 1},
     {"Conflict",
-     [](Desk& d, auto&) {
-         d.addPvc();
-         d.renameTwo();
+     [](Desk& d, Lock&) {
          std::string text = d.root.read(file);
          d.root.write(file, text.replace(text.find("engineering"), 11, "theirs"));
-         d.confirm();
+         d.user.click(spot::ok);
          EXPECT_TRUE(d.user.sees("Configuration Conflict"));
      },
      "theirs", "two", true, 1, 0},
-    {"Busy",
-     [](Desk& d, auto& holder) {
-         d.addPvc();
-         d.renameTwo();
-         holder = std::make_unique<Holder>();
-         d.confirm();
-         EXPECT_TRUE(d.user.sees("Configuration Busy"));
-     },
-     "engineering", "accounting", false, 0, 0, true},
-    {"BusyAndFreeAgain",
-     [](Desk& d, auto& holder) {
-         d.addPvc();
-         d.renameTwo();
-         holder = std::make_unique<Holder>();
-         d.confirm();
-         EXPECT_TRUE(d.user.sees("Configuration Busy"));
-         holder.reset();
-     },
-     "one", "two", true, 2, 0},
+    {"Busy", meetTheLock, "engineering", "accounting", false, 0, 0, true},
+    {"BusyAndFreeAgain", [](Desk& d, Lock& lock) { meetTheLock(d, lock), lock.reset(); }, "one", "two", true,
+     2, 0},
     {"Waiting",
-     [](Desk& d, auto& holder) {
-         d.addPvc();
-         d.renameTwo();
-         holder = std::make_unique<Holder>();
-         d.confirm();
+     [](Desk& d, Lock& lock) {
+         lock = std::make_unique<Holder>();
+         d.user.click(spot::ok);
          std::this_thread::sleep_for(500ms);
      },
      "engineering", "accounting", false, 0, 0, true},
@@ -151,27 +124,20 @@ TEST_P(Endings, WhatTheDriverHasAndWhatWasConfirmedIsSaved) {
     for (const int signal : {0, SIGTERM}) {
         SCOPED_TRACE(signal ? "signal" : "server");
         Desk desk;
-        std::unique_ptr<Holder> holder;
-        moment.reach(desk, holder);
-        const auto began = std::chrono::steady_clock::now();
-        if (signal) {
-            desk.tool.signal(signal);
-        } else {
-            desk.user.leave();
-            desk.server.kill();
-        }
-        EXPECT_EQ(desk.tool.exitStatusWithin(20s), signal ? 128 + signal : 1);
-        const std::chrono::duration<double> took = std::chrono::steady_clock::now() - began;
-        EXPECT_LT(took, signal ? 3s : 20s);
-        EXPECT_EQ(desk.nameOf(1), moment.one);
-        EXPECT_EQ(desk.nameOf(2), moment.two);
-        EXPECT_EQ(Desk::has(desk.root.read(list), "=204"), moment.listed);
+        Lock lock;
+        desk.addPvc();
+        desk.renameTwo();
+        moment.reach(desk, lock);
+        secondsToEnd(desk, signal, signal ? 3 : 20);
+        EXPECT_EQ(nameOfClient(desk.root, 1), moment.one);
+        EXPECT_EQ(nameOfClient(desk.root, 2), moment.two);
+        EXPECT_EQ(has(desk.root.read(list), "=204"), moment.listed);
         std::istringstream log(desk.simulator.ctl("log all"));
         int starts = 0;
-        for (std::string line; std::getline(log, line);) starts += Desk::has(line, "lec.start");
+        for (std::string line; std::getline(log, line);) starts += has(line, "lec.start");
         EXPECT_EQ(starts, signal ? moment.startsBySignal : moment.starts);
-        EXPECT_EQ(Desk::has(desk.tool.output(),
-                            "tarvolin: adapter 1: the list of LEC 1 is not saved, the driver has it\n"),
+        EXPECT_EQ(has(desk.tool.output(),
+                      "tarvolin: adapter 1: the list of LEC 1 is not saved, the driver has it\n"),
                   moment.named);
         EXPECT_EQ(desk.root.temporaryCopies(), 0);
     }
@@ -185,31 +151,26 @@ TEST(EndingsOfRequests, ASilentDriverHoldsUpNoSignal) {
     for (const int signal : {SIGTERM, SIGINT}) {
         Desk desk({"-ADV"});
         for (int client = 1; client <= 4; ++client) {
-            desk.click(spot::instance(client));
-            desk.click(client < 4 ? spot::pvcOnly : spot::lecEnable);
+            desk.user.click(spot::instance(client));
+            desk.user.click(client < 4 ? spot::pvcOnly : spot::lecEnable);
         }
-        desk.turn(spot::lesPage);
+        desk.user.turn(spot::lesPage);
         for (int server = 1; server <= 8; ++server) {
-            desk.click(spot::instance(server));
-            desk.click(spot::lesEnable);
+            desk.user.click(spot::instance(server));
+            desk.user.click(spot::lesEnable);
         }
-        desk.turn(spot::lecsPage);
-        desk.click(spot::lecsEnable);
-        desk.turn(spot::ipPage);
-        desk.click(spot::ipEnable);
+        desk.user.turn(spot::lecsPage);
+        desk.user.click(spot::lecsEnable);
+        desk.user.turn(spot::ipPage);
+        desk.user.click(spot::ipEnable);
         for (const char* control : {"lec", "les", "lecs", "ip"})
             desk.simulator.ctl(fmt::format("fault {}.control every silent", control));
         const std::string before = desk.root.read(file);
-        desk.confirm();
-        EXPECT_TRUE(desk.hasTold("lec.start"));
+        desk.user.click(spot::ok);
+        EXPECT_TRUE(wasAsked(desk.simulator, "lec.start"));
         std::this_thread::sleep_for(300ms);
-        const auto began = std::chrono::steady_clock::now();
-        desk.tool.signal(signal);
-        EXPECT_EQ(desk.tool.exitStatusWithin(20s), 128 + signal);
-        const std::chrono::duration<double> took = std::chrono::steady_clock::now() - began;
-        EXPECT_LT(took, 3s);
         RecordProperty(signal == SIGTERM ? "SIGTERM seconds" : "SIGINT seconds",
-                       fmt::format("{:.3f}", took.count()));
+                       fmt::format("{:.3f}", secondsToEnd(desk, signal, 3)));
         std::istringstream old(before), now(desk.root.read(file));
         int changed = 0;
         for (std::string a, b; std::getline(old, a) && std::getline(now, b);) changed += a != b;

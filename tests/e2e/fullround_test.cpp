@@ -112,36 +112,16 @@ class FullRound : public ConfigurationTest {
         press(pvcOnlyCB);
     }
 
-    // The files of the first adapter.
-    std::map<std::string, std::string> files() {
-        std::map<std::string, std::string> all;
-        for (const char* file :
-             {"tvconf", "pvcconf0.0", "pvcconf0.1", "pvcconf0.2", "pvcconf0.3", "pvcconf0.32", "elan0.0",
-              "elan0.1", "elan0.2", "elan0.3", "elan0.4", "elan0.5", "elan0.6", "elan0.7"}) {
-            const auto path = std::string("/etc/atm/") + file;
-            all[file] = std::filesystem::exists(root.at(path)) ? root.read(path) : std::string();
-        }
-        return all;
-    }
-    // What differs between two states of them, line by line.
-    static std::string changes(const std::map<std::string, std::string>& before,
+    // What differs between two states of the files, line by line.
+    static std::string changes(std::map<std::string, std::string> before,
                                const std::map<std::string, std::string>& after) {
         std::string all;
         for (const auto& [name, text] : after) {
-            all += name + '\n';
-            for (const std::string& line : differences(before.at(name), text)) all += line + '\n';
+            if (text == before[name]) continue;
+            all += name.substr(name.rfind('/') + 1) + '\n';
+            for (const std::string& line : differences(before[name], text)) all += line + '\n';
         }
         return all;
-    }
-
-    template <class Buffer, class Record> static void expectSame(const Record& now, const Record& then) {
-        Buffer a, b;
-        a = now;
-        b = then;
-        if constexpr (requires { a == b; })
-            EXPECT_TRUE(a == b) << typeid(Buffer).name();
-        else
-            EXPECT_TRUE(sameSettings(a, b)) << typeid(Buffer).name();
     }
 
     // Ids of the controls that Tab goes through, from the notebook's tabs on.
@@ -176,14 +156,14 @@ class FullRound : public ConfigurationTest {
 TEST_F(FullRound, WhatIsChangedIsInTheFilesTheDriverAndBackAgain) {
     std::string file = root.read(parameterFile);
     for (const char* section : {"[LECS0", "[IP15770"}) {  // to be switched on
-        const char* enabled = "Enabled                 = 1";
-        file.replace(file.find(enabled, file.find(section, file.find("\n[Adapter0"))), std::strlen(enabled),
-                     "Enabled                 = 0");
+        const std::size_t at = file.find(section, file.find("\n[Adapter0"));
+        file[file.find_first_of("01", file.find("Enabled", at))] = '0';
     }
     root.write(parameterFile, file);
     const auto before = files();
-    start({"--frozen", "--adapters", "1,2"});
-    const auto session = [&] {
+    start();
+    // The driver has no configuration server and no IP client yet: their lists change on consent.
+    const Names boxes = boxesOf([&] {
         configure([&] {
             changeSignalling();
             changeClients();
@@ -193,9 +173,7 @@ TEST_F(FullRound, WhatIsChangedIsInTheFilesTheDriverAndBackAgain) {
             turnTo("signalPage");
             press(okBTN);
         });
-    };
-    // The driver has no configuration server and no IP client yet: their lists change on consent.
-    Names boxes = boxesOf(session);
+    });
     EXPECT_EQ(boxes.back(), "Configuration Change");
 
     std::ifstream golden(TV_GOLDEN_DIRECTORY "/fullround.txt");
@@ -207,7 +185,7 @@ TEST_F(FullRound, WhatIsChangedIsInTheFilesTheDriverAndBackAgain) {
     const AtmDevices records = atmDevices;
     window.reset();
     atmDevices = AtmDevices();
-    start({"--frozen", "--adapters", "1,2"});
+    start();
     for (const std::string& line : differences(held, dump()))
         EXPECT_EQ(line.substr(1, 13), "config sig 1 ") << line << ": signalling is restarted by hand";
     told();
@@ -220,18 +198,16 @@ TEST_F(FullRound, WhatIsChangedIsInTheFilesTheDriverAndBackAgain) {
     });
     EXPECT_EQ(told(), Names{});
     EXPECT_EQ(files(), written);
-    for (std::size_t i = 0; i < lecCount; ++i)
-        expectSame<LECXferBuffer>(atmDevices.lec[0][i], records.lec[0][i]);
-    for (std::size_t i = 0; i < lesCount; ++i)
-        expectSame<LESXferBuffer>(atmDevices.les[0][i], records.les[0][i]);
-    expectSame<LECSXferBuffer>(atmDevices.lecs[0], records.lecs[0]);
-    expectSame<IP1577XferBuffer>(atmDevices.ip1577[0], records.ip1577[0]);
-    expectSame<SigXferBuffer>(atmDevices.sig[0], records.sig[0]);
+    EXPECT_TRUE(atmDevices.lec[0] == records.lec[0]);
+    EXPECT_TRUE(atmDevices.les[0] == records.les[0]);
+    EXPECT_TRUE(atmDevices.lecs[0] == records.lecs[0]);
+    EXPECT_TRUE(atmDevices.ip1577[0] == records.ip1577[0]);
+    EXPECT_TRUE(atmDevices.sig[0] == records.sig[0]);
 }
 
 // Tab goes through each page in the order of its layout; the arrow keys and the space bar turn the pages.
 TEST_F(FullRound, TheNotebookByKeyboardAlone) {
-    start({"--frozen", "--adapters", "1,2"});
+    start();
     const struct {
         const char* name;
         const zLayout& layout;

@@ -40,6 +40,14 @@ class GlobalTest : public ConfigurationTest {
             if (line.starts_with("state trace")) states += line.back();
         return states;
     }
+    // Clicks on these boxes.
+    void switchTraces(const std::vector<int>& boxes) {
+        global([&] {
+            turnTo("debuggingPage");
+            for (const int id : boxes) press(id);
+            press(globalOkBTN);
+        });
+    }
     // Does the steps in the window of the fonts, which have to close it, and closes the settings with OK.
     void font(const std::function<void()>& steps) {
         global([&] {
@@ -55,7 +63,7 @@ class GlobalTest : public ConfigurationTest {
 };
 
 TEST_F(GlobalTest, OkKeepsTheSettingsForTheRunAndCancelDoesNot) {
-    start({"--frozen", "--adapters", "1,2"});
+    start();
     for (const bool ok : {false, true}) {
         global([&] {
             EXPECT_EQ(shownItem(refreshRateCBO), "1000");
@@ -85,7 +93,7 @@ TEST_F(GlobalTest, OkKeepsTheSettingsForTheRunAndCancelDoesNot) {
 }
 
 TEST_F(GlobalTest, TracesAreSwitchedAllTogetherWhenABoxWasClicked) {
-    start({"--frozen", "--adapters", "1,2"});
+    start();
     told();
     const struct {
         std::vector<int> clicks;
@@ -94,11 +102,7 @@ TEST_F(GlobalTest, TracesAreSwitchedAllTogetherWhenABoxWasClicked) {
     } cases[] = {
         {{}, "000", 0}, {{ilmiCB, ilmiCB}, "000", 3}, {{apiCB, ilmiCB}, "101", 3}, {{apiCB}, "001", 3}};
     for (const auto& c : cases) {
-        global([&] {
-            turnTo("debuggingPage");
-            for (const int id : c.clicks) press(id);
-            press(globalOkBTN);
-        });
+        switchTraces(c.clicks);
         EXPECT_EQ(told().size(), c.requests) << c.states;
         EXPECT_EQ(traces(), c.states);
     }
@@ -110,18 +114,12 @@ TEST_F(GlobalTest, TracesAreSwitchedAllTogetherWhenABoxWasClicked) {
         std::size_t requests;
         const char* text;
     } faults[] = {{"nth 1 resp 9", 3, "Trace of API: refused (9)."},
-                  {"every silent", 1,
+                  {"every errno ETIME", 1,
                    "Trace of API: no answer. Whether it is switched is unknown.Trace of Signalling: not "
                    "switched.Trace of ILMI: not switched."}};
     for (const auto& c : faults) {
         simulator->ctl(std::string("fault trace.set ") + c.fault);
-        const auto session = [&] {
-            global([&] {
-                turnTo("debuggingPage");
-                press(signalingCB);
-                press(globalOkBTN);
-            });
-        };
+        const auto session = [&] { switchTraces({signalingCB}); };
         EXPECT_EQ(boxesOf(session), Names{"Driver Error"});
         EXPECT_EQ(boxText, std::string("The driver did not take everything:") + c.text);
         EXPECT_EQ(told().size(), c.requests);
@@ -129,15 +127,9 @@ TEST_F(GlobalTest, TracesAreSwitchedAllTogetherWhenABoxWasClicked) {
 }
 
 TEST_F(GlobalTest, OthersThanRootAndWithoutADriverNobodySendsAnything) {
-    start({"--frozen", "--adapters", "1,2"});
+    start();
     told();
-    const auto session = [&] {
-        global([&] {
-            turnTo("debuggingPage");
-            press(apiCB);
-            press(globalOkBTN);
-        });
-    };
+    const auto session = [&] { switchTraces({apiCB}); };
     platform::pretendSuperUser(false);
     EXPECT_EQ(boxesOf(session), Names{"Privilege Error"});
     EXPECT_EQ(boxText, "Insufficient Privileges.Unable to Modify Signalling Parameters!");
@@ -153,21 +145,20 @@ TEST_F(GlobalTest, OthersThanRootAndWithoutADriverNobodySendsAnything) {
 
     platform::pretendSuperUser(true);
     for (const char* driver : {"that has come", "that has started again"}) {
-        simulator.reset();
-        simulator.emplace(std::vector<std::string>{"--frozen", "--adapters", "1,2"});
+        startDriver();
         session();
         EXPECT_EQ(told().size(), 3U) << driver;
     }
 }
 
 TEST_F(GlobalTest, ChosenFontsReachTheTablesMadeLater) {
-    start({"--frozen", "--adapters", "1,2"});
+    start();
     int usual = 0;
     configure([&] {
         usual = table().textHeight();
         press(cancelBTN);
     });
-    const std::vector<std::string> families = zFontFamilies();
+    const Names families = zFontFamilies();
     const std::string next = *(std::ranges::find(families, "Liberation Sans") + 1);
     for (const char* way : {"Escape", "Return"}) {
         font([&] {

@@ -54,7 +54,7 @@ class Growth : public ConfigurationTest {
 };
 
 TEST_F(Growth, TwoHundredOpenedNotebooksLeaveNothingBehind) {
-    start({"--frozen", "--adapters", "1,2"});
+    start();
     int opened = 0;
     expectNone(200, [&] {
         configure([&] {
@@ -70,7 +70,7 @@ TEST_F(Growth, TwoHundredOpenedNotebooksLeaveNothingBehind) {
 }
 
 TEST_F(Growth, OpenedStatisticsAndSettingsLeaveNothingBehind) {
-    start({"--frozen", "--adapters", "1,2"}, {"clock step 200"});
+    start("1,2", {"clock step 200"});
     advSettings = 1;
     int opened = 0;
     expectNone(60, [&] {

@@ -9,11 +9,20 @@
 
 #include <Xm/Xm.h>
 #include <chrono>
+#include <fmt/format.h>
 
 class MainWindowTest : public ProgramTest {
   protected:
+    // The lines of these adapters.
+    static Names linesOf(const std::vector<int>& adapters) {
+        Names all;
+        for (const int n : adapters)
+            all.push_back(fmt::format("ATM Adapter {}  -  00:a0:3e:00:00:{}1", n, n - 1));
+        return all;
+    }
+    std::string version() { return window->control<zEdit>(driverVersionED).text(); }
     void expectTheEndBy(const std::function<void()>& action) {
-        start({"--frozen", "--adapters", "1"});
+        start("1");
         EXPECT_FALSE(application.ending());
         action();
         user->settle();
@@ -25,11 +34,9 @@ class MainWindowTest : public ProgramTest {
 };
 
 TEST_F(MainWindowTest, ListsTheAdaptersOfTheDriverWithTheirAddressesAndItsVersion) {
-    start({"--frozen", "--adapters", "1,2,3,4"});
-    EXPECT_EQ(lines(), (std::vector<std::string>{
-                           "ATM Adapter 1  -  00:a0:3e:00:00:01", "ATM Adapter 2  -  00:a0:3e:00:00:11",
-                           "ATM Adapter 3  -  00:a0:3e:00:00:21", "ATM Adapter 4  -  00:a0:3e:00:00:31"}));
-    EXPECT_EQ(window->control<zEdit>(driverVersionED).text(), simulator->ctl("get driver revision"));
+    start("1,2,3,4");
+    EXPECT_EQ(lines(), linesOf({1, 2, 3, 4}));
+    EXPECT_EQ(version(), simulator->ctl("get driver revision"));
     EXPECT_EQ(currentAdapter, 0);
     EXPECT_EQ(dlgTitle, lines()[0]);
     EXPECT_STREQ(atmDevices.lec[1][3].mac.GetFMacAddress(), "00:a0:3e:00:00:14");
@@ -42,9 +49,8 @@ TEST_F(MainWindowTest, ListsTheAdaptersOfTheDriverWithTheirAddressesAndItsVersio
 }
 
 TEST_F(MainWindowTest, WorksOnTheAdapterOfTheLineWhereNumbersHaveGaps) {
-    start({"--frozen", "--adapters", "1,3"});
-    ASSERT_EQ(lines(), (std::vector<std::string>{"ATM Adapter 1  -  00:a0:3e:00:00:01",
-                                                 "ATM Adapter 3  -  00:a0:3e:00:00:21"}));
+    start("1,3");
+    ASSERT_EQ(lines(), linesOf({1, 3}));
     user->clickAt(list().widget(), 20, 30);
     EXPECT_EQ(currentAdapter, 2);
     EXPECT_EQ(dlgTitle, lines()[1]);
@@ -65,19 +71,19 @@ TEST_F(MainWindowTest, WithoutADriverSetupWarnsOncePerPressAndTheConfigurationIs
     EXPECT_FALSE(ioctlDesc);
     EXPECT_TRUE(lines().empty());
     EXPECT_EQ(dlgTitle, "");
-    EXPECT_EQ(window->control<zEdit>(driverVersionED).text(), "");
+    EXPECT_EQ(version(), "");
     EXPECT_EQ(atmDevices.lec[0][0].enabled, 1);
     for (int press = 0; press < 2; ++press) {
         const auto boxes = boxesOf([&] { configure([&] { user->key("Escape"); }); });
-        EXPECT_EQ(boxes, std::vector<std::string>{"Driver Error"});
+        EXPECT_EQ(boxes, Names{"Driver Error"});
     }
 }
 
 TEST_F(MainWindowTest, OtherUsersGetOnlyThePrivilegeMessageFromSetupAndDoubleClick) {
     platform::pretendSuperUser(false);
-    start({"--frozen", "--adapters", "1"});
+    start("1");
     const std::string before = root.read("/etc/atm/tvconf");
-    const std::vector<std::string> refused{"Privilege Error"};
+    const Names refused{"Privilege Error"};
     EXPECT_EQ(boxesOf([&] { user->click(user->widget(setupBTN)); }), refused);
     EXPECT_EQ(boxesOf([&] { user->clickAt(list().widget(), 20, 10, 2); }), refused);
     EXPECT_EQ(boxesOf([&] { user->key("Return"); }), refused);
@@ -85,28 +91,20 @@ TEST_F(MainWindowTest, OtherUsersGetOnlyThePrivilegeMessageFromSetupAndDoubleCli
 }
 
 TEST_F(MainWindowTest, ADriverThatMisbehavesCostsLinesNotTheWindow) {
+    const Names both = linesOf({1, 2});
     const struct {
         const char* fault;
-        std::vector<std::string> lines;
+        Names lines;
         bool version;
     } cases[] = {
-        {"adapter.mac nth 1 resp 5", {"", "ATM Adapter 2  -  00:a0:3e:00:00:11"}, true},
-        {"driver.boards every dead", {}, true},
-        {"driver.boards every nrow 65535",
-         {"ATM Adapter 1  -  00:a0:3e:00:00:01", "ATM Adapter 2  -  00:a0:3e:00:00:11"},
-         true},
-        {"driver.revision every late 300",
-         {"ATM Adapter 1  -  00:a0:3e:00:00:01", "ATM Adapter 2  -  00:a0:3e:00:00:11"},
-         true},
-        {"driver.revision every malformed lie",
-         {"ATM Adapter 1  -  00:a0:3e:00:00:01", "ATM Adapter 2  -  00:a0:3e:00:00:11"},
-         false},
-        {"driver.revision every hangup", {}, false},
+        {"adapter.mac nth 1 resp 5", {"", both[1]}, true},    {"driver.boards every dead", {}, true},
+        {"driver.boards every nrow 65535", both, true},       {"driver.revision every late 300", both, true},
+        {"driver.revision every malformed lie", both, false}, {"driver.revision every hangup", {}, false},
     };
     for (const auto& c : cases) {
-        start({"--frozen", "--adapters", "1,2"}, {std::string("fault ") + c.fault});
+        start("1,2", {std::string("fault ") + c.fault});
         EXPECT_EQ(lines(), c.lines) << c.fault;
-        EXPECT_EQ(!window->control<zEdit>(driverVersionED).text().empty(), c.version) << c.fault;
+        EXPECT_EQ(!version().empty(), c.version) << c.fault;
         user->key("Down");
         EXPECT_EQ(list().selected(), c.lines.empty() ? -1 : 1) << c.fault;
         window.reset();
@@ -116,7 +114,7 @@ TEST_F(MainWindowTest, ADriverThatMisbehavesCostsLinesNotTheWindow) {
 
 TEST_F(MainWindowTest, ADriverThatIsSilentIsGivenUpAfterTheStreamsTime) {
     const auto start_ = std::chrono::steady_clock::now();
-    start({"--frozen", "--adapters", "1"}, {"fault driver.revision nth 1 silent"});
+    start("1", {"fault driver.revision nth 1 silent"});
     const auto waited = std::chrono::steady_clock::now() - start_;
     EXPECT_GE(waited, std::chrono::seconds(15));
     EXPECT_LT(waited, std::chrono::seconds(29));
@@ -152,7 +150,7 @@ TEST_F(MainWindowTest, IsOnTheScreenAndPaintedBeforeTheDriverIsAsked) {
 }
 
 TEST_F(MainWindowTest, NothingIsDoneOnAListThatTheDriverHasNotBeenAskedFor) {
-    simulator.emplace(std::vector<std::string>{"--frozen", "--adapters", "3"});
+    startDriver("3");
     for (const int button : {setupBTN, statsBTN}) {
         window.emplace(application, mainLayout);
         const std::string title = button == setupBTN ? "Setup ATM Adapter 3" : "Statistics ATM Adapter 3";
@@ -172,18 +170,11 @@ TEST_F(MainWindowTest, F5AsksForTheAdaptersAgain) {
     const auto versionIsGrey = [&] { return !XtIsSensitive(user->widget(driverVersionED)); };
     const struct {
         std::string adapters;  // empty: no driver
-        std::vector<std::string> lines;
+        std::vector<int> listed;
         int select, adapter;  // of the list afterwards
     } cases[] = {
-        {"1,3", {"ATM Adapter 1  -  00:a0:3e:00:00:01", "ATM Adapter 3  -  00:a0:3e:00:00:21"}, 0, 0},
-        {"2,3", {"ATM Adapter 2  -  00:a0:3e:00:00:11", "ATM Adapter 3  -  00:a0:3e:00:00:21"}, 1, 2},
-        {"", {"ATM Adapter 2  -  00:a0:3e:00:00:11", "ATM Adapter 3  -  00:a0:3e:00:00:21"}, 1, 2},
-        {"2-4",
-         {"ATM Adapter 2  -  00:a0:3e:00:00:11", "ATM Adapter 3  -  00:a0:3e:00:00:21",
-          "ATM Adapter 4  -  00:a0:3e:00:00:31"},
-         1,
-         2},
-        {"4", {"ATM Adapter 4  -  00:a0:3e:00:00:31"}, 0, 3},
+        {"1,3", {1, 3}, 0, 0},    {"2,3", {2, 3}, 1, 2}, {"", {2, 3}, 1, 2},
+        {"2-4", {2, 3, 4}, 1, 2}, {"4", {4}, 0, 3},
     };
     openWindow();
     EXPECT_TRUE(versionIsGrey());
@@ -191,18 +182,17 @@ TEST_F(MainWindowTest, F5AsksForTheAdaptersAgain) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.adapters);
         const bool there = !c.adapters.empty();
-        if (there) simulator.emplace(std::vector<std::string>{"--frozen", "--adapters", c.adapters});
+        if (there) startDriver(c.adapters);
         XmProcessTraversal(user->widget(focus.back()), XmTRAVERSE_CURRENT);
         focus.pop_back();
-        const std::string before = window->control<zEdit>(driverVersionED).text();
+        const std::string before = version();
         user->key("F5");
-        EXPECT_EQ(lines(), c.lines);
+        EXPECT_EQ(lines(), linesOf(c.listed));
         EXPECT_EQ(list().selected(), c.select);
         EXPECT_EQ(currentAdapter, c.adapter);
         EXPECT_EQ(dlgTitle, list().line(c.select));
         EXPECT_EQ(versionIsGrey(), !there);
-        EXPECT_EQ(window->control<zEdit>(driverVersionED).text(),
-                  there ? simulator->ctl("get driver revision") : before);
+        EXPECT_EQ(version(), there ? simulator->ctl("get driver revision") : before);
         if (c.adapters == "1,3") user->clickAt(list().widget(), 20, 30);  // adapter 3
         simulator.reset();
     }
@@ -227,7 +217,7 @@ TEST_F(MainWindowTest, F5PressedWhileTheDriverIsAskedIsDropped) {
 
 TEST_F(MainWindowTest, ADriverThatHasComeIsFoundBySetup) {
     openWindow();
-    simulator.emplace(std::vector<std::string>{"--frozen", "--adapters", "2"});
+    startDriver("2");
     bool came = false;
     const auto boxes = boxesOf([&] {
         configure([&] {
@@ -236,10 +226,9 @@ TEST_F(MainWindowTest, ADriverThatHasComeIsFoundBySetup) {
         });
     });
     EXPECT_TRUE(came);
-    EXPECT_EQ(boxes, std::vector<std::string>{});
+    EXPECT_EQ(boxes, Names{});
     simulator.reset();
-    EXPECT_EQ(boxesOf([&] { configure([&] { user->key("Escape"); }); }),
-              std::vector<std::string>{"Driver Error"});
+    EXPECT_EQ(boxesOf([&] { configure([&] { user->key("Escape"); }); }), Names{"Driver Error"});
     EXPECT_EQ(currentAdapter, 1) << "the one that was chosen";
 }
 

@@ -38,23 +38,18 @@ TEST_F(OthersTest, WhatTheyChangedWhileSetupIsOpenStays) {
     for (const bool touched : {false, true})
         for (const int close : {okBTN, cancelBTN}) {
             SCOPED_TRACE(fmt::format("{} {}", touched, close == okBTN ? "OK" : "Cancel"));
-            writeSampleConfiguration(root);
-            atmDevices = AtmDevices();
-            start({"--frozen", "--adapters", "1,2"});
+            startAfresh();
             std::map<std::string, std::string> theirs;
-            const auto session = [&] {
-                configure([&] {
-                    if (touched) {
-                        enter(elanNameED, "other");
-                        addsPvc();
-                        press(addBTN);
-                    }
-                    othersEdit();
-                    theirs = files();
-                    press(close);
-                });
-            };
-            EXPECT_EQ(boxesOf(session), Names{});
+            expectBoxes({}, [&] {
+                if (touched) {
+                    enter(elanNameED, "other");
+                    addsPvc();
+                    press(addBTN);
+                }
+                othersEdit();
+                theirs = files();
+                press(close);
+            });
             std::map<std::string, std::string> now = files();
             if (touched) {
                 EXPECT_EQ(differences(theirs[parameterFile], now[parameterFile]),
@@ -78,23 +73,23 @@ TEST_F(OthersTest, WhatTheyChangedWhileSetupIsOpenStays) {
                 EXPECT_EQ(pvcRows().size(), 0U);
                 user->key("Escape");
             });
-            window.reset();
         }
 }
 
 // The name of the first client's PVC file leads to something else: it is named, and stays as it is.
 TEST_F(OthersTest, AFileThatIsNoListOfItsKindIsNeitherWrittenNorRemoved) {
+    constexpr const char* wrongKind = "it is not a list of this kind";
     const struct {
         const char *file, *reason;
         int close = okBTN;
     } cases[] = {
-        {parameterFile, "it is not a list of this kind"},
-        {parameterFile, "it is not a list of this kind", cancelBTN},
-        {"/etc/atm/link", "it is not a list of this kind"},
+        {parameterFile, wrongKind},
+        {parameterFile, wrongKind, cancelBTN},
+        {"/etc/atm/link", wrongKind},
         {"/etc/atm/pvcconf1.1", "the parameter file names it more than once"},
-        {ipList, "it is not a list of this kind", cancelBTN},
-        {"/etc/atm/elan0.0", "it is not a list of this kind"},
-        {"/etc/atm/notes", "it is not a list of this kind", cancelBTN},
+        {ipList, wrongKind, cancelBTN},
+        {"/etc/atm/elan0.0", wrongKind},
+        {"/etc/atm/notes", wrongKind, cancelBTN},
         {"/etc/hosts", "it is not a list, and not in /etc/atm"},
         {"/etc/atm/../absent", "it is not a list, and not in /etc/atm", cancelBTN},
         {"/etc/atm/directory", "it is not a regular file"},
@@ -111,19 +106,14 @@ TEST_F(OthersTest, AFileThatIsNoListOfItsKindIsNeitherWrittenNorRemoved) {
         root.write(parameterFile, sample);
         edit(parameterFile, lecList, c.file);
         atmDevices = AtmDevices();
-        start({"--frozen", "--adapters", "1,2"});
+        start();
         const auto before = files();
-        const auto session = [&] {
-            configure([&] {
-                addsPvc();
-                press(addBTN);
-                press(c.close);
-            });
-        };
-        EXPECT_EQ(boxesOf(session), Names{"Configuration Error"});
-        EXPECT_EQ(boxText, fmt::format("Unable to save the configuration:{}: {}"
-                                       "The driver keeps what it accepted; the file was not updated.",
-                                       c.file, c.reason));
+        expectBoxes({"Configuration Error"}, [&] {
+            addsPvc();
+            press(addBTN);
+            press(c.close);
+        });
+        EXPECT_EQ(boxText, saveFailed(c.file, c.reason));
         EXPECT_EQ(files(), before);
         EXPECT_EQ(root.read("/etc/hosts"), "# 127.0.0.1 localhost\n");
         EXPECT_FALSE(root.exists("/etc/absent"));
@@ -139,30 +129,22 @@ TEST_F(OthersTest, AFileThatIsNoListOfItsKindIsNeitherWrittenNorRemoved) {
 TEST_F(OthersTest, AConflictIsAskedAndOneSideIsTaken) {
     for (const bool ok : {true, false}) {
         SCOPED_TRACE(ok);
-        writeSampleConfiguration(root);
-        atmDevices = AtmDevices();
-        start({"--frozen", "--adapters", "1,2"});
-        told();
-        const auto session = [&] {
-            configure([&] {
-                enter(elanNameED, "mine");
-                enter(l3MtuED, "1400");
-                selectRow(1);
-                press(deleteBTN);
-                tab(2);
-                enter(elanNameED, "mine2");
-                edit(parameterFile, "ElanName                = engineering",
-                     "ElanName                = theirs");
-                edit(parameterFile, "ElanName                = accounting",
-                     "ElanName                = theirs2");
-                edit(parameterFile, "ElanName                = backbone",
-                     "ElanName                = theirs3");
-                edit(lecList, "=10\t# MB/s", "=25");  // the rate of the PVC that is deleted
-                told();
-                press(okBTN);
-            });
-        };
-        EXPECT_EQ(boxesOf(session, ok ? "Return" : "Escape"), Names{"Configuration Conflict"});
+        startAfresh();
+        expectBoxes({"Configuration Conflict"}, ok ? "Return" : "Escape", [&] {
+            enter(elanNameED, "mine");
+            enter(l3MtuED, "1400");
+            selectRow(1);
+            press(deleteBTN);
+            tab(2);
+            enter(elanNameED, "mine2");
+            for (const auto& [from, to] :
+                 {std::pair("engineering", "theirs"), {"accounting", "theirs2"}, {"backbone", "theirs3"}})
+                edit(parameterFile, fmt::format("ElanName                = {}", from),
+                     fmt::format("ElanName                = {}", to));
+            edit(lecList, "=10\t# MB/s", "=25");  // the rate of the PVC that is deleted
+            told();
+            press(okBTN);
+        });
         EXPECT_EQ(boxText, "Somebody else has changed the same:"
                            "LEC 1 ELAN Name: yours mine, in the file theirs"
                            "LEC 1 PVC 0 / 100: yours removed, in the file "
@@ -170,20 +152,14 @@ TEST_F(OthersTest, AConflictIsAskedAndOneSideIsTaken) {
                            "LEC 2 ELAN Name: yours mine2, in the file theirs2"
                            "OK takes yours. Cancel takes the file's.");
         const auto now = files();
-        const std::string file = now.at(parameterFile);
-        const auto has = [&](const char* name) {
-            return file.find(fmt::format("ElanName                = {}\n", name)) != std::string::npos;
-        };
-        EXPECT_EQ(has("mine"), ok);
-        EXPECT_EQ(has("theirs"), !ok);
-        EXPECT_EQ(has("mine2"), ok);
-        EXPECT_TRUE(has("theirs3"));
-        EXPECT_NE(file.find("L3Mtu                   = 1400"), std::string::npos);
+        EXPECT_EQ(nameOfClient(root, 1), ok ? "mine" : "theirs");
+        EXPECT_EQ(nameOfClient(root, 2), ok ? "mine2" : "theirs2");
+        EXPECT_EQ(nameOfClient(root, 3), "theirs3");
+        EXPECT_NE(now.at(parameterFile).find("L3Mtu                   = 1400"), std::string::npos);
         EXPECT_EQ(now.at(lecList).find("=100") == std::string::npos, ok);
         // Where the user has given everything up nothing is restarted.
         EXPECT_EQ(told(), ok ? Names({"lec.start 0", "lec.pvc-add 0", "lec.start 1"})
                              : Names({"lec.start 0", "lec.pvc-add 0", "lec.pvc-add 0"}));
-        window.reset();
     }
 }
 
@@ -196,15 +172,12 @@ TEST_F(OthersTest, OfManyConflictsTwentyAreNamedAndTheOthersCounted) {
         theirs += head + "\tEncap =1\n\tBcast =1\n\tRate  =25\n]\n";
     }
     root.write(lecList, mine);
-    start({"--frozen", "--adapters", "1"});
-    const auto session = [&] {
-        configure([&] {
-            for (AtmBridgedPvc& pvc : xferBuffer[0].pvcs) pvc.encapsulation = 0;  // as if by Modify
-            root.write(lecList, theirs);
-            press(cancelBTN);
-        });
-    };
-    EXPECT_EQ(boxesOf(session), Names{"Configuration Conflict"});
+    start("1");
+    expectBoxes({"Configuration Conflict"}, [&] {
+        for (AtmBridgedPvc& pvc : xferBuffer[0].pvcs) pvc.encapsulation = 0;  // as if by Modify
+        root.write(lecList, theirs);
+        press(cancelBTN);
+    });
     std::string text = "Somebody else has changed the same:";
     for (int i = 0; i < 20; ++i)
         text += fmt::format(
@@ -217,23 +190,20 @@ TEST_F(OthersTest, OfManyConflictsTwentyAreNamedAndTheOthersCounted) {
 }
 
 TEST_F(OthersTest, WhoHoldsTheLockIsNamedAndWaitedForOrNot) {
-    start({"--frozen", "--adapters", "1"});
+    start("1");
     const std::map<std::string, std::string> before = files();
     Holder holder;
     const std::string busy = fmt::format("The configuration is being changed by {}."
                                          "OK waits for it again. Cancel gives your changes up."
                                          "What the driver has of your lists already is saved later.",
                                          holder.name());
-    const auto session = [&] {
-        configure([&] {
-            enter(elanNameED, "other");
-            addsPvc();
-            press(addBTN);
-            press(okBTN);
-        });
-    };
     const auto began = std::chrono::steady_clock::now();
-    EXPECT_EQ(boxesOf(session, "Escape"), Names{"Configuration Busy"});
+    expectBoxes({"Configuration Busy"}, "Escape", [&] {
+        enter(elanNameED, "other");
+        addsPvc();
+        press(addBTN);
+        press(okBTN);
+    });
     EXPECT_GT(std::chrono::steady_clock::now() - began, std::chrono::seconds(5));
     EXPECT_EQ(boxText, busy);
     EXPECT_EQ(files(), before);
@@ -249,6 +219,6 @@ TEST_F(OthersTest, WhoHoldsTheLockIsNamedAndWaitedForOrNot) {
         });
         press(okBTN);
     });
-    EXPECT_NE(root.read(parameterFile).find("ElanName                = another"), std::string::npos);
+    EXPECT_EQ(nameOfClient(root, 1), "another");
     EXPECT_NE(root.read(lecList).find("=204"), std::string::npos);
 }

@@ -11,7 +11,7 @@ class PagesTest : public ConfigurationTest {
   protected:
     void startAdvanced() {
         advSettings = 1;
-        start({"--frozen", "--adapters", "1,2"});
+        start();
         simulator->ctl("clock step 60");  // servers up, clients joined
         told();
     }
@@ -34,23 +34,19 @@ TEST_F(PagesTest, RegistrationGreysThePrefixWhichSurvives) {
         for (const int id : {networkPrefixLBL, registeredPrefixED}) EXPECT_EQ(usable(id), !registered) << id;
         for (const int id : {uniRevisionCBO, addrRegCB}) EXPECT_TRUE(usable(id)) << id;
     };
-    const auto session = [&] {
-        configure(
-            [&] {
-                EXPECT_EQ(text(vpiED) + ' ' + text(firstVciED) + ' ' + text(lastVciED), "0 32 1023");
-                expectRegistered(true);
-                press(otherPrefixesCB);
-                press(addrRegCB);
-                expectRegistered(false);
-                enter(registeredPrefixED, "39");
-                press(addrRegCB);
-                expectRegistered(true);
-                choose(uniRevisionCBO, "Up");
-                press(okBTN);
-            },
-            "signalPage");
-    };
-    EXPECT_EQ(boxesOf(session), Names{"Configuration Change"});
+    expectBoxes({"Configuration Change"}, [&] {
+        turnTo("signalPage");
+        EXPECT_EQ(text(vpiED) + ' ' + text(firstVciED) + ' ' + text(lastVciED), "0 32 1023");
+        expectRegistered(true);
+        press(otherPrefixesCB);
+        press(addrRegCB);
+        expectRegistered(false);
+        enter(registeredPrefixED, "39");
+        press(addrRegCB);
+        expectRegistered(true);
+        choose(uniRevisionCBO, "Up");
+        press(okBTN);
+    });
     EXPECT_EQ(boxText, "Signalling parameters changed!You will need to manually restart signalling.");
     EXPECT_EQ(told(), nothing);
     EXPECT_EQ(atmDevices.sig[0].uniRevision, 30);
@@ -62,27 +58,25 @@ TEST_F(PagesTest, RegistrationGreysThePrefixWhichSurvives) {
 TEST_F(PagesTest, TheWellKnownAddressOfTheLecsComesAndGoes) {
     startAdvanced();
     const std::string own = "47:00:79:00:00:00:00:00:00:00:00:00:00";
-    configure(
-        [&] {
-            EXPECT_FALSE(on(wellKnownAddressCB)) << "also when the address is the well-known one";
-            EXPECT_EQ(text(networkPrefixED), own);
-            enter(networkPrefixED, "39");
-            press(wellKnownAddressCB);
-            EXPECT_EQ(text(networkPrefixED), own);
-            EXPECT_EQ(text(esiSelectorED), "00:A0:3E:00:00:01-00");
-            press(wellKnownAddressCB);
-            EXPECT_EQ(text(networkPrefixED), "39:00:00:00:00:00:00:00:00:00:00:00:00");
-            EXPECT_EQ(text(esiSelectorED), "00:a0:3e:00:00:01-00");
-            press(wellKnownAddressCB);
-            press(tokenRingRB);
-            press(enableCB);
-            for (const int id :
-                 {wellKnownAddressCB, networkPrefixED, networkPrefixLBL, esiSelectorED, esiSelectorLBL,
-                  etherMtuCBO, etherMtuLBL, tokenRingMtuCBO, tokenRingMtuLBL, ethernetRB, tokenRingRB})
-                EXPECT_FALSE(usable(id)) << id;
-            press(okBTN);
-        },
-        "lecsPage");
+    configure("lecsPage", [&] {
+        EXPECT_FALSE(on(wellKnownAddressCB)) << "also when the address is the well-known one";
+        EXPECT_EQ(text(networkPrefixED), own);
+        enter(networkPrefixED, "39");
+        press(wellKnownAddressCB);
+        EXPECT_EQ(text(networkPrefixED), own);
+        EXPECT_EQ(text(esiSelectorED), "00:A0:3E:00:00:01-00");
+        press(wellKnownAddressCB);
+        EXPECT_EQ(text(networkPrefixED), "39:00:00:00:00:00:00:00:00:00:00:00:00");
+        EXPECT_EQ(text(esiSelectorED), "00:a0:3e:00:00:01-00");
+        press(wellKnownAddressCB);
+        press(tokenRingRB);
+        press(enableCB);
+        for (const int id :
+             {wellKnownAddressCB, networkPrefixED, networkPrefixLBL, esiSelectorED, esiSelectorLBL,
+              etherMtuCBO, etherMtuLBL, tokenRingMtuCBO, tokenRingMtuLBL, ethernetRB, tokenRingRB})
+            EXPECT_FALSE(usable(id)) << id;
+        press(okBTN);
+    });
     EXPECT_EQ(told(), (Names{"lecs.stop 0"}));
     EXPECT_EQ(atmDevices.lecs[0].address.digits(), "4700790000000000000000000000A03E00000100");
     EXPECT_EQ(atmDevices.lecs[0].elanType, 2) << "greyed values are stored";
@@ -92,12 +86,10 @@ TEST_F(PagesTest, TheWellKnownAddressOfTheLecsComesAndGoes) {
 
 TEST_F(PagesTest, ALoadedLecsGetsEveryMappingOnceAndInOrder) {
     startAdvanced();
-    configure(
-        [&] {
-            choose(tokenRingMtuCBO, "Down");  // default MTU of Token Ring ELANs
-            press(okBTN);
-        },
-        "lecsPage");
+    configure("lecsPage", [&] {
+        choose(tokenRingMtuCBO, "Down");  // default MTU of Token Ring ELANs
+        press(okBTN);
+    });
     Names expected{"lecs.stop 0", "lecs.load 0", "lecs.go 0"};
     std::string mapped;
     for (int les = 0; les < lesCount; ++les)
@@ -129,39 +121,37 @@ TEST_F(PagesTest, ElanClientsFollowTheDriverOrTheUsersConsent) {
             EXPECT_EQ(boxesOf(action, key), Names{"ELAN Client Error"});
             EXPECT_TRUE(boxText.starts_with("Unable to Dynamically " + question)) << boxText;
         };
-        configure(
-            [&] {
-                Names shown{"00:a0:3e:00:00:11-00  PERM", "00:20:40:00:c1:01-00  PERM",
-                            "00:a0:3e:00:00:01-00  TEMP"};
-                EXPECT_EQ(lines(clientLB), shown);
-                press(deleteBTN);  // nothing is selected: nothing happens
+        configure("lesPage", [&] {
+            Names shown{"00:a0:3e:00:00:11-00  PERM", "00:20:40:00:c1:01-00  PERM",
+                        "00:a0:3e:00:00:01-00  TEMP"};
+            EXPECT_EQ(lines(clientLB), shown);
+            press(deleteBTN);  // nothing is selected: nothing happens
 
-                pickLine(clientLB, 1);
-                inSubDialog("Add ELAN Client", "elanClient", [&] {
-                    EXPECT_EQ(text(esiSelectorED), "00:a0:3e:00:00:11-00") << "the selected client";
-                    enter(esiSelectorED, "0020400000ff");
-                    press(subOkBTN);
-                });
-                pressAndAgree(addBTN,
-                              "Add 00:20:40:00:00:ff-00Do you still want to modify Static Configuration?");
-                if (changed) shown.insert(shown.begin() + 2, "00:20:40:00:00:ff-00  PERM");
-                EXPECT_EQ(lines(clientLB), shown);
+            pickLine(clientLB, 1);
+            inSubDialog("Add ELAN Client", "elanClient", [&] {
+                EXPECT_EQ(text(esiSelectorED), "00:a0:3e:00:00:11-00") << "the selected client";
+                enter(esiSelectorED, "0020400000ff");
+                press(subOkBTN);
+            });
+            pressAndAgree(addBTN,
+                          "Add 00:20:40:00:00:ff-00Do you still want to modify Static Configuration?");
+            if (changed) shown.insert(shown.begin() + 2, "00:20:40:00:00:ff-00  PERM");
+            EXPECT_EQ(lines(clientLB), shown);
 
-                pickLine(clientLB, 2);
-                pressAndAgree(deleteBTN, "Delete 00:20:40:00:c1:01-00");
-                if (changed) shown.erase(shown.begin() + 1);
-                EXPECT_EQ(lines(clientLB), shown);
+            pickLine(clientLB, 2);
+            pressAndAgree(deleteBTN, "Delete 00:20:40:00:c1:01-00");
+            if (changed) shown.erase(shown.begin() + 1);
+            EXPECT_EQ(lines(clientLB), shown);
 
-                pickLine(clientLB, 3);
-                pressAndAgree(deleteBTN, "Delete 00:a0:3e:00:00:01-00");
-                EXPECT_EQ(lines(clientLB), shown) << "not read again";
-                tab(2, lesTB);
-                tab(1, lesTB);
-                if (!refuses) shown.pop_back();
-                EXPECT_EQ(lines(clientLB), shown);
-                press(cancelBTN);
-            },
-            "lesPage");
+            pickLine(clientLB, 3);
+            pressAndAgree(deleteBTN, "Delete 00:a0:3e:00:00:01-00");
+            EXPECT_EQ(lines(clientLB), shown) << "not read again";
+            tab(2, lesTB);
+            tab(1, lesTB);
+            if (!refuses) shown.pop_back();
+            EXPECT_EQ(lines(clientLB), shown);
+            press(cancelBTN);
+        });
         EXPECT_EQ(told(), (Names{"lecs.map 0", "lecs.unmap 0", "lecs.unmap 0"}));
         EXPECT_EQ(root.read(list), changed ? "00a03e000011/00\n0020400000ff/00\n" : initial);
         window.reset();
@@ -171,41 +161,39 @@ TEST_F(PagesTest, ElanClientsFollowTheDriverOrTheUsersConsent) {
 TEST_F(PagesTest, ClientsOfOtherServersAreMovedHere) {
     startAdvanced();
     LogCapture log;
-    configure(
-        [&] {
-            tab(2, lesTB);
-            const Names here{"00:a0:3e:00:00:02-00  PERM", "00:20:40:00:c2:01-00  PERM",
-                             "00:a0:3e:00:00:02-00  TEMP"};
-            EXPECT_EQ(lines(clientLB), here);
-            const Names others{"00:a0:3e:00:00:01-00 - LES 1", "00:a0:3e:00:00:11-00 - LES 1",
-                               "00:20:40:00:c1:01-00 - LES 1", "00:20:40:00:c1:02-00 - LES 1",
-                               "00:20:40:00:c1:03-00 - LES 1", "00:a0:3e:00:00:01-00 - LES 1"};
-            for (const char* close : {"OK", "Escape"}) {  // OK with nothing selected, and Cancel
-                inSubDialog("Insert ELAN Client(s)", "moveClients", [&] {
-                    EXPECT_EQ(lines(availableLB), others);
-                    if (*close == 'O') return press(subOkBTN);
-                    pickLine(availableLB, 1);
-                    user->key(close);
-                });
-                press(insertBTN);
-                EXPECT_EQ(lines(clientLB), here) << close;
-            }
-            insertClients(2, 4);
-            EXPECT_EQ(lines(clientLB).size(), 5U);
-            EXPECT_EQ(lines(clientLB)[2], "00:a0:3e:00:00:11-00  PERM");
-            tab(1, lesTB);
-            EXPECT_EQ(lines(clientLB), (Names{"00:a0:3e:00:00:01-00  PERM", "00:20:40:00:c1:01-00  PERM",
-                                              "00:20:40:00:c1:03-00  PERM", "00:a0:3e:00:00:01-00  TEMP"}));
-            press(enableCB);
-            tab(2, lesTB);
-            tab(1, lesTB);
-            EXPECT_EQ(lines(clientLB).size(), 3U) << "a server that is off has no temporary clients";
-            for (const int id : {elanNameLBL, elanNameED, elanMtuLBL, elanMtuCBO, ethernetRB, tokenRingRB,
-                                 strictNameCB, strictMtuCB, clientLB, addBTN, insertBTN, deleteBTN})
-                EXPECT_FALSE(usable(id)) << id;
-            press(cancelBTN);
-        },
-        "lesPage");
+    configure("lesPage", [&] {
+        tab(2, lesTB);
+        const Names here{"00:a0:3e:00:00:02-00  PERM", "00:20:40:00:c2:01-00  PERM",
+                         "00:a0:3e:00:00:02-00  TEMP"};
+        EXPECT_EQ(lines(clientLB), here);
+        const Names others{"00:a0:3e:00:00:01-00 - LES 1", "00:a0:3e:00:00:11-00 - LES 1",
+                           "00:20:40:00:c1:01-00 - LES 1", "00:20:40:00:c1:02-00 - LES 1",
+                           "00:20:40:00:c1:03-00 - LES 1", "00:a0:3e:00:00:01-00 - LES 1"};
+        for (const char* close : {"OK", "Escape"}) {  // OK with nothing selected, and Cancel
+            inSubDialog("Insert ELAN Client(s)", "moveClients", [&] {
+                EXPECT_EQ(lines(availableLB), others);
+                if (*close == 'O') return press(subOkBTN);
+                pickLine(availableLB, 1);
+                user->key(close);
+            });
+            press(insertBTN);
+            EXPECT_EQ(lines(clientLB), here) << close;
+        }
+        insertClients(2, 4);
+        EXPECT_EQ(lines(clientLB).size(), 5U);
+        EXPECT_EQ(lines(clientLB)[2], "00:a0:3e:00:00:11-00  PERM");
+        tab(1, lesTB);
+        EXPECT_EQ(lines(clientLB), (Names{"00:a0:3e:00:00:01-00  PERM", "00:20:40:00:c1:01-00  PERM",
+                                          "00:20:40:00:c1:03-00  PERM", "00:a0:3e:00:00:01-00  TEMP"}));
+        press(enableCB);
+        tab(2, lesTB);
+        tab(1, lesTB);
+        EXPECT_EQ(lines(clientLB).size(), 3U) << "a server that is off has no temporary clients";
+        for (const int id : {elanNameLBL, elanNameED, elanMtuLBL, elanMtuCBO, ethernetRB, tokenRingRB,
+                             strictNameCB, strictMtuCB, clientLB, addBTN, insertBTN, deleteBTN})
+            EXPECT_FALSE(usable(id)) << id;
+        press(cancelBTN);
+    });
     EXPECT_EQ(told(), (Names{"lecs.unmap 0", "lecs.map 1", "lecs.unmap 1", "lecs.map 1"}));
     EXPECT_NE(log.take().find("getting perm entries: LES0\ngetting perm entries: LES2"), std::string::npos);
     EXPECT_EQ(root.read("/etc/atm/elan0.1"),
@@ -216,41 +204,30 @@ TEST_F(PagesTest, ClientsOfOtherServersAreMovedHere) {
 TEST_F(PagesTest, ADriverThatDoesNotAnswerIsNotAskedForEachClientThatMoves) {
     startAdvanced();
     simulator->ctl("fault lecs.unmap every errno ETIME");
-    const auto session = [&] {
-        configure(
-            [&] {
-                tab(2, lesTB);
-                insertClients(2, 3);
-                EXPECT_EQ(lines(clientLB).size(), 5U);
-                press(cancelBTN);
-            },
-            "lesPage");
-    };
-    EXPECT_EQ(boxesOf(session), Names(4, "ELAN Client Error"));
+    expectBoxes(Names(4, "ELAN Client Error"), [&] {
+        turnTo("lesPage");
+        tab(2, lesTB);
+        insertClients(2, 3);
+        EXPECT_EQ(lines(clientLB).size(), 5U);
+        press(cancelBTN);
+    });
     EXPECT_EQ(told(), Names{"lecs.unmap 0"});
 }
 
 TEST_F(PagesTest, ClientsWithoutAClientTableAreNotLostInSilence) {
-    std::string file = root.read(parameterFile);
-    for (const char* table :
-         {"ElanTbl                 = /etc/atm/elan0.0", "ElanTbl                 = /etc/atm/elan0.2"})
-        file.replace(file.find(table), std::string(table).size(), "#");
-    root.write(parameterFile, file);
+    for (const std::string list : {"elan0.0", "elan0.2"})
+        edit(parameterFile, "ElanTbl                 = /etc/atm/" + list, "#");
     startAdvanced();
     for (const int way : {cancelBTN, okBTN}) {
-        const auto session = [&] {
-            configure(
-                [&] {
-                    inSubDialog("Add ELAN Client", "elanClient", [&] {
-                        enter(esiSelectorED, way == cancelBTN ? "0020400000ee" : "0020400000ff");
-                        press(subOkBTN);
-                    });
-                    press(addBTN);
-                    press(way);
-                },
-                "lesPage");
-        };
-        EXPECT_EQ(boxesOf(session), Names{"ELAN Client Error"});
+        expectBoxes({"ELAN Client Error"}, [&] {
+            turnTo("lesPage");
+            inSubDialog("Add ELAN Client", "elanClient", [&] {
+                enter(esiSelectorED, way == cancelBTN ? "0020400000ee" : "0020400000ff");
+                press(subOkBTN);
+            });
+            press(addBTN);
+            press(way);
+        });
         EXPECT_EQ(boxText, "Unable to save the ELAN clients of:LES 1"
                            "The parameter file names no client table (ElanTbl) for them.");
     }
@@ -259,43 +236,41 @@ TEST_F(PagesTest, ClientsWithoutAClientTableAreNotLostInSilence) {
 
 TEST_F(PagesTest, ADriverThatComesWhileTheDialogIsOpenIsToldOfChanges) {
     openWindow();
-    const auto boxes = boxesOf([&] {
-        configure(
-            [&] {
-                simulator.emplace(std::vector<std::string>{"--frozen", "--adapters", "1"});
-                selectRow(1);
-                press(deleteBTN);
-                press(cancelBTN);
-            },
-            "ip1577Page");
+    // At Setup, and no question for consent.
+    expectBoxes({"Driver Error"}, [&] {
+        turnTo("ip1577Page");
+        startDriver("1");
+        selectRow(1);
+        press(deleteBTN);
+        press(cancelBTN);
     });
-    EXPECT_EQ(boxes, Names{"Driver Error"}) << "at Setup, and no question for consent";
     EXPECT_EQ(told(), Names{"ip.pvc-delete 0"});
 }
 
 TEST_F(PagesTest, RoutedPvcsAreAddedModifiedAndDeleted) {
     startAdvanced();
-    configure(
-        [&] {
-            EXPECT_EQ(pvcRows(), Names{"192.168.10.200 | 0 / 120 | LLC_SNAP"});
-            inSubDialog("PVC Settings", "ipPvc", [&] {
-                enter(pvcIpED, "192.168.10.9");
-                enter(pvcVciED, "77");
-                press(subOkBTN);
-            });
-            press(addBTN);
-            inSubDialog("PVC Settings", "ipPvc", [&] {
-                EXPECT_EQ(text(pvcIpED), "192.168.10.9");
-                press(nullRB);
-                press(subOkBTN);
-            });
-            press(modifyBTN);
-            selectRow(1);
-            press(deleteBTN);
-            EXPECT_EQ(pvcRows(), Names{"192.168.10.9 | 0 / 77 | NULL"});
-            press(cancelBTN);
-        },
-        "ip1577Page");
+    configure("ip1577Page", [&] {
+        press(deleteBTN);  // nothing is selected yet: these do nothing, without a word
+        press(modifyBTN);
+        EXPECT_EQ(user->shellLike("PVC Settings"), nullptr);
+        EXPECT_EQ(pvcRows(), Names{"192.168.10.200 | 0 / 120 | LLC_SNAP"});
+        inSubDialog("PVC Settings", "ipPvc", [&] {
+            enter(pvcIpED, "192.168.10.9");
+            enter(pvcVciED, "77");
+            press(subOkBTN);
+        });
+        press(addBTN);
+        inSubDialog("PVC Settings", "ipPvc", [&] {
+            EXPECT_EQ(text(pvcIpED), "192.168.10.9");
+            press(nullRB);
+            press(subOkBTN);
+        });
+        press(modifyBTN);
+        selectRow(1);
+        press(deleteBTN);
+        EXPECT_EQ(pvcRows(), Names{"192.168.10.9 | 0 / 77 | NULL"});
+        press(cancelBTN);
+    });
     EXPECT_EQ(told(), (Names{"ip.pvc-add 0", "ip.pvc-change 0", "ip.pvc-delete 0"}));
     EXPECT_NE(root.read("/etc/atm/pvcconf0.32").find("192.168.10.9"), std::string::npos);
 }
@@ -312,30 +287,28 @@ TEST_F(PagesTest, TheArpServersAddressFollowsItsBox) {
         EXPECT_EQ(usable(serverCB), server);
         for (const int id : foreign) EXPECT_EQ(usable(id), address) << id;
     };
-    configure(
-        [&] {
-            EXPECT_TRUE(on(serverCB));
-            EXPECT_EQ(text(serverIpED), "192.168.10.1");
-            expectUsable(true, true, false);
-            press(serverCB);
-            expectUsable(true, true, true);
-            enter(serverIpED, "192.168.10.99");
-            enter(ipED, "10.0.0.1");
-            press(serverCB);
-            EXPECT_EQ(text(serverIpED), "192.168.10.1") << "the address that was loaded";
-            expectUsable(true, true, false);
-            press(pvcOnlyCB);
-            expectUsable(true, false, false);
-            press(enableCB);
-            expectUsable(false, false, false);
-            press(enableCB);
-            press(pvcOnlyCB);
-            press(serverCB);
-            EXPECT_EQ(text(serverIpED), "192.168.10.99") << "what was typed";
-            press(serverCB);
-            press(okBTN);
-        },
-        "ip1577Page");
+    configure("ip1577Page", [&] {
+        EXPECT_TRUE(on(serverCB));
+        EXPECT_EQ(text(serverIpED), "192.168.10.1");
+        expectUsable(true, true, false);
+        press(serverCB);
+        expectUsable(true, true, true);
+        enter(serverIpED, "192.168.10.99");
+        enter(ipED, "10.0.0.1");
+        press(serverCB);
+        EXPECT_EQ(text(serverIpED), "192.168.10.1") << "the address that was loaded";
+        expectUsable(true, true, false);
+        press(pvcOnlyCB);
+        expectUsable(true, false, false);
+        press(enableCB);
+        expectUsable(false, false, false);
+        press(enableCB);
+        press(pvcOnlyCB);
+        press(serverCB);
+        EXPECT_EQ(text(serverIpED), "192.168.10.99") << "what was typed";
+        press(serverCB);
+        press(okBTN);
+    });
     EXPECT_EQ(atmDevices.ip1577[0].serverIp.view(), "192.168.10.1");
     EXPECT_EQ(atmDevices.ip1577[0].ip.view(), "10.0.0.1") << "no longer its own server";
     EXPECT_EQ(told(), (Names{"ip.start 0", "ip.pvc-add 0"}));

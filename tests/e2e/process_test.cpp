@@ -17,13 +17,17 @@ namespace {
 // The last line of the log once the window is there: nothing is asked of the driver after it.
 constexpr char lastAnswer[] = "GET_BRDS_MACADDR\nPrim:129 Type:2 Link:0 Unit:0 Size:23 SzIO:16";
 
-// Waits until the program has asked the driver everything that it asks before its window is shown.
-bool hasAsked(const Simulator& simulator) {
-    for (int i = 0; i < 500; ++i) {
-        if (simulator.ctl("log all").find("adapter.mac") != std::string::npos) return true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    return false;
+constexpr int lostServer = 0;  // in place of a signal
+
+// Ends the program once its window is there, and returns its status.
+int endOf(Tool& tool, const Simulator& driver, XServer& server, int signal) {
+    EXPECT_TRUE(wasAsked(driver, "adapter.mac"));  // the last of what is asked before the window is shown
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    if (signal == lostServer)
+        server.kill();
+    else
+        tool.signal(signal);
+    return tool.exitStatusWithin(std::chrono::seconds(10));
 }
 
 // The two ends of a pipe that is full, or of a terminal whose output is stopped, as with Ctrl+S.
@@ -64,33 +68,26 @@ TEST(Process, DebugWritesTheCommandLineFirstAndThenTheRootAndTheRequests) {
     ASSERT_TRUE(tool.prints(lastAnswer)) << tool.output();
     EXPECT_EQ(tool.output().substr(0, tool.output().find("Realloc")),
               "-debug -ADV\nTARVOLIN_ROOT - " + root.path().string() + "\n");
-    EXPECT_NE(tool.output().find("GET_PACKAGE_REV\n"), std::string::npos);
-    EXPECT_NE(tool.output().find("NumBoards - 1\nBoards    - 2\n"), std::string::npos);
+    EXPECT_TRUE(has(tool.output(), "GET_PACKAGE_REV\n"));
+    EXPECT_TRUE(has(tool.output(), "NumBoards - 1\nBoards    - 2\n"));
     tool.signal(SIGTERM);
     EXPECT_EQ(tool.exitStatus(), 128 + SIGTERM);
 }
 
 TEST(Process, SignalsAndALostServerAreSaidInOneLineAndLeaveNoTemporaryCopy) {
     const struct {
-        int signal;  // 0: the X server dies
-        int status;
+        int signal, status;
         const char* line;
     } cases[] = {{SIGTERM, 143, "tarvolin: stopped by signal 15 (Terminated)\n"},
                  {SIGINT, 130, "tarvolin: stopped by signal 2 (Interrupt)\n"},
-                 {0, 1, "tarvolin: the connection to the X server is lost\n"}};
+                 {lostServer, 1, "tarvolin: the connection to the X server is lost\n"}};
     for (const auto& c : cases) {
         TempRoot root;
         writeSampleConfiguration(root);
         XServer server;
         Simulator simulator({"--frozen", "--adapters", "1"});
         Tool tool(root, {});
-        EXPECT_TRUE(hasAsked(simulator));
-        std::this_thread::sleep_for(std::chrono::milliseconds(300));  // it shows its window
-        if (c.signal)
-            tool.signal(c.signal);
-        else
-            server.kill();
-        EXPECT_EQ(tool.exitStatus(), c.status) << c.line;
+        EXPECT_EQ(endOf(tool, simulator, server, c.signal), c.status) << c.line;
         EXPECT_EQ(tool.output(), c.line);
         EXPECT_EQ(root.temporaryCopies(), 0);
     }
@@ -99,22 +96,15 @@ TEST(Process, SignalsAndALostServerAreSaidInOneLineAndLeaveNoTemporaryCopy) {
 TEST(Process, AReaderOfItsOutputThatHasStoppedHoldsUpNeitherTheWindowsNorTheEnd) {
     const struct {
         bool terminal;
-        int signal;  // 0: the X server dies
-        int status;
-    } cases[] = {{false, SIGTERM, 143}, {true, SIGTERM, 143}, {false, 0, 1}};
+        int signal, status;
+    } cases[] = {{false, SIGTERM, 143}, {true, SIGTERM, 143}, {false, lostServer, 1}};
     for (const auto& c : cases) {
         TempRoot root;  // without a parameter file: the section engine says so on standard output
         XServer server;
         Simulator simulator({"--frozen", "--adapters", "1"});
         const Stopped output(c.terminal);
         Tool tool(root, {"-debug"}, output.writer);
-        EXPECT_TRUE(hasAsked(simulator)) << c.terminal;
-        std::this_thread::sleep_for(std::chrono::milliseconds(300));  // it shows its window
-        if (c.signal)
-            tool.signal(c.signal);
-        else
-            server.kill();
-        EXPECT_EQ(tool.exitStatusWithin(std::chrono::seconds(10)), c.status) << c.terminal;
+        EXPECT_EQ(endOf(tool, simulator, server, c.signal), c.status) << c.terminal;
         EXPECT_EQ(::fcntl(output.writer, F_GETFL) & O_NONBLOCK, 0) << "other processes write there, too";
     }
 }

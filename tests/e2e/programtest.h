@@ -23,6 +23,9 @@
 #include <utility>
 #include <vector>
 
+using Names = std::vector<std::string>;
+inline const Names nothing;
+
 // The widget library remembers its first display for good: one for all tests of the process.
 struct ProgramDesk {
     static inline const char *screen = "1280x1024x24", *visualClass = "4";  // as XServer takes them
@@ -61,10 +64,23 @@ class ProgramTest : public testing::Test {
         platform::pretendSuperUser({});
     }
 
-    void start(const std::vector<std::string>& options, const std::vector<std::string>& commands = {}) {
-        simulator.emplace(options);
+    // A driver with these adapters that does what the commands say, and the program.
+    void start(const std::string& adapters = "1,2", const Names& commands = {}) {
+        window.reset();
+        startDriver(adapters);
         for (const std::string& command : commands) simulator->ctl(command);
         openWindow();
+    }
+    // The same on the sample configuration, whatever was there before.
+    void startAfresh(const std::string& adapters = "1,2", const Names& commands = {}) {
+        window.reset();
+        writeSampleConfiguration(root);
+        atmDevices = AtmDevices();
+        start(adapters, commands);
+    }
+    void startDriver(const std::string& adapters = "1,2") {
+        simulator.reset();
+        simulator.emplace(Names{"--frozen", "--adapters", adapters});
     }
 
     void openWindow() {
@@ -90,15 +106,15 @@ class ProgramTest : public testing::Test {
 
     zListBox& list() { return window->control<zListBox>(interfaceLB); }
 
-    std::vector<std::string> lines() {
-        std::vector<std::string> all;
+    Names lines() {
+        Names all;
         for (int i = 0; i < list().count(); ++i) all.push_back(list().line(i));
         return all;
     }
 
     // The titles of the message boxes that come up during an action; each is dismissed with the key.
-    std::vector<std::string> boxesOf(const std::function<void()>& action, const char* key = "Return") {
-        const auto titles = std::make_shared<std::vector<std::string>>();
+    Names boxesOf(const std::function<void()>& action, const char* key = "Return") {
+        const auto titles = std::make_shared<Names>();
         boxText.clear();
         boxTexts.clear();
         dismissNext(titles, None, key);
@@ -131,11 +147,9 @@ class ProgramTest : public testing::Test {
     }
 
   private:
-    using Titles = std::vector<std::string>;
-
     // `last` is a window of the server: a new box may have the address of the one that has just been
     // destroyed.
-    void dismissNext(std::weak_ptr<Titles> titles, Window last, const char* key) {
+    void dismissNext(std::weak_ptr<Names> titles, Window last, const char* key) {
         const auto box = [this, last] {
             const Widget found = user->widget("messageBox");
             return found && XtWindow(XtParent(found)) != last ? XtParent(found) : nullptr;

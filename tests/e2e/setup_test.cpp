@@ -21,10 +21,10 @@ TEST_F(SetupTest, PagesThatNobodyLookedAtAreCreatedInOrderAndStored) {
         edited[value] = '7';
     }
     root.write(parameterFile, edited);
-    start({"--frozen", "--adapters", "1"});
+    start("1");
     advSettings = 1;
     LogCapture capture;
-    configure([&] { press(okBTN); }, "signalPage");
+    configure("signalPage", [&] { press(okBTN); });
     const std::string log = capture.take();
     std::size_t at = 0;
     for (const char* line :
@@ -39,7 +39,7 @@ TEST_F(SetupTest, PagesThatNobodyLookedAtAreCreatedInOrderAndStored) {
 }
 
 TEST_F(SetupTest, ClicksOnLecsAndLesKeepTheAddressThatWasTyped) {
-    start({"--frozen", "--adapters", "1"});
+    start("1");
     const std::string digits = "4700790000000000000000000000A03E00000100", zeros(24, '0');
     const auto expectAddress = [&](const std::string& prefix, const std::string& esi) {
         std::string shown = text(networkPrefixED) + text(esiSelectorED);
@@ -74,41 +74,16 @@ TEST_F(SetupTest, ClicksOnLecsAndLesKeepTheAddressThatWasTyped) {
     EXPECT_EQ(atmDevices.lec[0][2].address.digits(), digits);
 }
 
-TEST_F(SetupTest, NoRoutedPvcIsSelectedBeforeSomebodySelectsOne) {
-    start({"--frozen", "--adapters", "1"});
-    told();
-    configure(
-        [&] {
-            const Names before = pvcRows();
-            ASSERT_FALSE(before.empty());
-            press(deleteBTN);
-            press(modifyBTN);
-            EXPECT_EQ(user->shellLike("PVC Settings"), nullptr);
-            EXPECT_EQ(pvcRows(), before);
-            EXPECT_EQ(told(), Names{});
-            selectRow(1);
-            press(deleteBTN);
-            EXPECT_EQ(told(), Names{"ip.pvc-delete 0"});
-            user->key("Escape");
-        },
-        "ip1577Page");
-}
-
 TEST_F(SetupTest, AFailedSaveIsSaidOnceAndOfAChangeOnlyWhenThereIsOne) {
-    start({"--frozen", "--adapters", "1,2"});
+    start();
     std::filesystem::remove(root.at(parameterFile));
     std::filesystem::create_directory(root.at(parameterFile));
-    const std::string failed = "Unable to save the configuration:/etc/atm/tvconf: Is a directory";
     for (const bool changed : {false, true}) {
-        const auto session = [&] {
-            configure([&] {
-                if (changed) enter(elanNameED, "other");
-                press(okBTN);
-            });
-        };
-        EXPECT_EQ(boxesOf(session), Names{"Configuration Error"});
-        EXPECT_EQ(boxText,
-                  failed + (changed ? "The driver keeps what it accepted; the file was not updated." : ""));
+        expectBoxes({"Configuration Error"}, [&] {
+            if (changed) enter(elanNameED, "other");
+            press(okBTN);
+        });
+        EXPECT_EQ(boxText, saveFailed(parameterFile, "Is a directory", changed ? fileIsOld : ""));
     }
 }
 
@@ -116,10 +91,8 @@ TEST_F(SetupTest, AFailedSaveIsSaidOnceAndOfAChangeOnlyWhenThereIsOne) {
 TEST_F(SetupTest, AnAdapterWithoutASectionIsAMatterOnlyWhenSomethingWasChanged) {
     const std::string file = root.read(parameterFile);
     const std::string first = file.substr(0, file.find("[Adapter1"));
-    const std::string missing =
-        "Unable to save the configuration:/etc/atm/tvconf: the section /Adapter1 is missing";
-    const std::string kept = missing + "The driver keeps what it accepted; the file was not updated.",
-                      lost = missing + "The change is not in the file.";
+    const std::string missing = saveFailed(parameterFile, "the section /Adapter1 is missing", "");
+    const std::string kept = missing + fileIsOld, lost = missing + "The change is not in the file.";
     const struct {
         const char *page, *fault;
         int clicked, close;  // clicked: a check box, or the button that adds a PVC; 0: nothing
@@ -140,7 +113,7 @@ TEST_F(SetupTest, AnAdapterWithoutASectionIsAMatterOnlyWhenSomethingWasChanged) 
         SCOPED_TRACE(std::string(c.page) + ' ' + std::to_string(c.clicked) + c.fault);
         atmDevices = AtmDevices();
         root.write(parameterFile, file);
-        simulator.emplace(std::vector<std::string>{"--frozen", "--adapters", "1,2"});
+        startDriver();
         if (*c.fault) simulator->ctl(std::string("fault ") + c.fault);
         root.write(parameterFile, first);  // the driver has read it
         openWindow();
@@ -148,16 +121,13 @@ TEST_F(SetupTest, AnAdapterWithoutASectionIsAMatterOnlyWhenSomethingWasChanged) 
         advSettings = 1;
         user->clickAt(list().widget(), 20, 30);
         ASSERT_EQ(list().selected(), 1);
-        const auto session = [&] {
-            configure(
-                [&] {
-                    if (c.clicked == addBTN) addsPvc();
-                    if (c.clicked) press(c.clicked);
-                    press(c.close);
-                },
-                c.page);
-        };
-        const Names boxes = boxesOf(session);
+        const Names boxes = boxesOf([&] {
+            configure(c.page, [&] {
+                if (c.clicked == addBTN) addsPvc();
+                if (c.clicked) press(c.clicked);
+                press(c.close);
+            });
+        });
         EXPECT_EQ(std::ranges::count(boxes, "Configuration Error"), c.text.empty() ? 0 : 1);
         EXPECT_EQ(boxTexts["Configuration Error"], c.text);
         EXPECT_EQ(boxTexts["Driver Error"],
@@ -183,30 +153,22 @@ TEST_F(SetupTest, AFailedSaveLeavesTheOldFiles) {
                  {FileCall::takeAttributes, 1, false}};
     for (const auto& c : cases) {
         SCOPED_TRACE(fmt::format("{} {}", static_cast<int>(c.call), c.k));
-        writeSampleConfiguration(root);
-        atmDevices = AtmDevices();
-        start({"--frozen", "--adapters", "1,2"});
+        startAfresh();
         std::optional<FailingFiles> files;
-        const auto session = [&] {
-            configure([&] {
-                if (c.cancelled) {
-                    addsPvc();
-                    press(addBTN);
-                } else
-                    enter(elanNameED, "other");
-                files.emplace();
-                files->failAt(c.k, EIO, c.call, true);
-                press(c.cancelled ? cancelBTN : okBTN);
-            });
-        };
-        EXPECT_EQ(boxesOf(session), Names{"Configuration Error"});
+        expectBoxes({"Configuration Error"}, [&] {
+            if (c.cancelled) {
+                addsPvc();
+                press(addBTN);
+            } else
+                enter(elanNameED, "other");
+            files.emplace();
+            files->failAt(c.k, EIO, c.call, true);
+            press(c.cancelled ? cancelBTN : okBTN);
+        });
         files.reset();
-        EXPECT_EQ(boxText,
-                  fmt::format("Unable to save the configuration:{}: Input/output error{}",
-                              c.cancelled ? "/etc/atm/pvcconf0.0" : parameterFile,
-                              c.saved ? "" : "The driver keeps what it accepted; the file was not updated."));
+        EXPECT_EQ(boxText, saveFailed(c.cancelled ? "/etc/atm/pvcconf0.0" : parameterFile,
+                                      "Input/output error", c.saved ? "" : fileIsOld));
         EXPECT_EQ(root.read("/etc/atm/pvcconf0.0"), list);
         EXPECT_EQ(root.read(parameterFile) == file, !c.saved);
-        window.reset();
     }
 }

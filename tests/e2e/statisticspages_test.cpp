@@ -21,42 +21,31 @@ constexpr const char* otherEsi = "a0:a1:a2:a3:a4:a5-a6";
 TEST_F(StatisticsTest, SignallingStatesHaveTheirTextsAndLamps) {
     startOn("signallingStats");
     const struct {
-        int ilmi, saal, signalling;
-        const char *texts, *lamps;
-        bool registered;
+        std::string field, lamp, states;  // and their texts
     } cases[] = {
-        {0, 0, 0, "ILMI Disabled|SSCOP Idle|Signalling Disconnected", "unlit|greyed|greyed", false},
-        {1, 1, 1, "ILMI Registering|Outgoing Connection Pending|Signalling Ready", "greyed|greyed|lit",
-         false},
-        {2, 2, 255, "ILMI Registered|Incoming Connection Pending|Signalling Not configured",
-         "lit|greyed|unlit", true},
-        {3, 3, 2, "ILMI Static Registration|Outgoing disconnection pending|XXXX", "lit|greyed|greyed", true},
-        {255, 4, 0, "ILMI Not configured|Outgoing resync pending|Signalling Disconnected",
-         "unlit|greyed|greyed", false},
-        {4, 5, 1, "XXXX|Incoming resync pending|Signalling Ready", "greyed|greyed|lit", false},
-        {3, 6, 1, "ILMI Static Registration|Outgoing recovery pending|Signalling Ready", "lit|greyed|lit",
-         true},
-        {0, 7, 1, "ILMI Disabled|Incoming recovery pending|Signalling Ready", "unlit|greyed|lit", false},
-        {0, 8, 0, "ILMI Disabled|Recovery response pending|Signalling Disconnected", "unlit|greyed|greyed",
-         false},
-        {2, 9, 1, "ILMI Registered|Data transfer ready|Signalling Ready", "lit|lit|lit", true},
-        {254, 10, 128, "XXXX|XXXX|XXXX", "greyed|greyed|greyed", false},
-        {255, 255, 255, "ILMI Not configured|SSCOP Not configured|Signalling Not configured",
-         "unlit|unlit|unlit", false},
+        {"ilmi", "unlit", "0 ILMI Disabled; 255 ILMI Not configured"},
+        {"ilmi", "lit", "2 ILMI Registered; 3 ILMI Static Registration"},
+        {"ilmi", "greyed", "1 ILMI Registering; 4 XXXX; 254 XXXX"},
+        {"saal", "greyed",
+         "0 SSCOP Idle; 1 Outgoing Connection Pending; 2 Incoming Connection Pending; "
+         "3 Outgoing disconnection pending; 4 Outgoing resync pending; 5 Incoming resync pending; "
+         "6 Outgoing recovery pending; 7 Incoming recovery pending; 8 Recovery response pending; 10 XXXX"},
+        {"saal", "lit", "9 Data transfer ready"},
+        {"saal", "unlit", "255 SSCOP Not configured"},
+        {"signalling", "greyed", "0 Signalling Disconnected; 2 XXXX; 128 XXXX"},
+        {"signalling", "lit", "1 Signalling Ready"},
+        {"signalling", "unlit", "255 Signalling Not configured"},
     };
-    set("sig 1", fmt::format("address {}", address));
-    for (const auto& c : cases) {
-        set("sig 1", fmt::format("ilmi {}; saal {}; signalling {}", c.ilmi, c.saal, c.signalling));
-        const auto seen = [this](const char* suffix) {
-            const std::string end = suffix;
-            return look("ilmi" + end) + '|' + look("saal" + end) + '|' + look("signalling" + end);
-        };
-        user->until([&] { return seen("") == c.texts && seen("Lamp") == c.lamps; }, 2);
-        EXPECT_EQ(seen(""), c.texts);
-        EXPECT_EQ(seen("Lamp"), c.lamps) << c.texts;
-        expectLooks(fmt::format("networkPrefix={}; esiSelector={}", c.registered ? prefix : "",
-                                c.registered ? esi : ""));
-    }
+    set("sig 1", "address {}", address);
+    for (const auto& c : cases)
+        for (const std::string& state : split(c.states)) {
+            const std::size_t blank = state.find(' ');
+            set("sig 1", "{} {}", c.field, state.substr(0, blank));
+            expectLooks("{0}={1}; {0}Lamp={2}", c.field, state.substr(blank + 1), c.lamp);
+            if (c.field != "ilmi") continue;
+            const bool registered = c.lamp == "lit";
+            expectLooks("networkPrefix={}; esiSelector={}", registered ? prefix : "", registered ? esi : "");
+        }
 }
 
 TEST_F(StatisticsTest, SignallingFramesCountFromTheLastClear) {
@@ -68,11 +57,11 @@ TEST_F(StatisticsTest, SignallingFramesCountFromTheLastClear) {
     const std::string labels = "|VPI/VCI|Frames In|Frames Out";
     expectTable("signallingTable", {labels, "ILMI|  0/  16|200|4294967290", "Signalling|  0/   5|40|30"});
     press("clear");
-    const Lines cleared{labels, "ILMI|  0/  16|0|0", "Signalling|  0/   5|0|0"};
+    const Names cleared{labels, "ILMI|  0/  16|0|0", "Signalling|  0/   5|0|0"};
     EXPECT_EQ(tableLines("signallingTable"), cleared) << "at once";
     expectLooks("saal=Data transfer ready");
     ctl("set vc 1 row 2 txPackets 4; set vc 1 row 2 rxPackets 205; set vc 1 row 3 txPackets 29");
-    const Lines grown{labels, "ILMI|  0/  16|5|10", "Signalling|  0/   5|0|4294967295"};
+    const Names grown{labels, "ILMI|  0/  16|5|10", "Signalling|  0/   5|0|4294967295"};
     expectTable("signallingTable", grown);
     // A circuit that is gone, a table of one row and a refused request leave what stands.
     ctl("set vc 1 row 3 vci 6; set vc 1 row 3 rxPackets 99");
@@ -94,7 +83,7 @@ TEST_F(StatisticsTest, ClearOnTheSignallingPageAsksForTheCircuitsAlone) {
     startOn("signallingStats");
     loggedRequests();
     press("clear");
-    EXPECT_EQ(requestNames(), Lines{"vc.table"});
+    EXPECT_EQ(requestNames(), Names{"vc.table"});
 }
 
 // ---- AAL5 ----
@@ -146,6 +135,8 @@ TEST_F(StatisticsTest, AlarmsPutTheirLampsOut) {
 }
 
 TEST_F(StatisticsTest, TheKindOfTheLinkIsTheCaptionOfItsAlarms) {
+    const std::string grey =
+        "losLamp=greyed; lofLamp=greyed; oofLamp=greyed; ferfLamp=greyed; aisLamp=greyed; lopLamp=greyed";
     const struct {
         int kind;
         const char *caption, *label, *lamp;  // with the alarm of a 25 Mbit/s link
@@ -157,59 +148,64 @@ TEST_F(StatisticsTest, TheKindOfTheLinkIsTheCaptionOfItsAlarms) {
     for (const auto& c : cases) {
         startOn("aal5Stats",
                 fmt::format("set adapter 1 link {}; set adapter 1 linkAlarm 3; set adapter 1 lop 1", c.kind));
-        const std::string looks =
-            fmt::format("sonet*title={}; losLampLabel={}; losLamp={}; lofLamp=lit; lopLamp=unlit", c.caption,
-                        c.label, c.lamp);
-        expectLooks(looks);
-        ctl(fmt::format("set adapter 1 link {}", c.kind == 1 ? 1 : 5));  // written once
-        ctl("set adapter 1 valid 0");
+        const std::string caption = fmt::format("sonet*title={}; losLampLabel={}", c.caption, c.label),
+                          lamps = fmt::format("losLamp={}; lofLamp=lit; lopLamp=unlit", c.lamp);
+        expectLooks(caption + "; " + lamps);
+        set("adapter 1", "link {}; valid 0", c.kind == 1 ? 1 : 5);
         ticks();
-        if (c.kind == 1) {
-            expectLooks(looks);
-            set("adapter 1", "los 1; linkAlarm 0");
-            expectLooks("losLamp=lit");
-        } else {
-            const std::string grey =
-                "losLamp=greyed; lofLamp=greyed; oofLamp=greyed; ferfLamp=greyed; aisLamp=greyed; "
-                "lopLamp=greyed";
-            expectLooks(grey + fmt::format("; sonet*title={}", c.caption));
-            set("adapter 1", "valid 1; rxPackets 5");
-            EXPECT_EQ(asked(), Lines{"adapter.aal"}) << c.kind;
-            expectLooks("rxPackets=5; " + grey);
+        expectLooks(caption + "; " + (c.kind == 1 ? lamps : grey));  // the caption is written once
+        set("adapter 1", "valid {}; los 1; linkAlarm 0; rxPackets 5", c.kind == 1 ? 0 : 1);
+        expectLooks("rxPackets=5; " + (c.kind == 1 ? "losLamp=lit" : grey));
+        if (c.kind != 1) {
+            EXPECT_EQ(asked(), Names{"adapter.aal"}) << c.kind;
         }
-        window.reset();
-        simulator.reset();
     }
 }
 
 // ---- LEC ----
 
-TEST_F(StatisticsTest, ALecsStateDecidesLampFieldsAndTables) {
-    startOn("lecStats", "rows lec 1.1 2");
+// Of each service: fields and tables are there while it has a state.
+TEST_F(StatisticsTest, TheStateDecidesLampsFieldsAndTables) {
     const struct {
-        unsigned state, works;
-        const char* lamp;
-        int lesBusRows;
-    } cases[] = {{0, 0, "greyed", 0}, {1, 0, "unlit", 0}, {0, 1, "greyed", 0}, {1, 1, "lit", 0},
-                 {2, 1, "unlit", 0},  {3, 0, "unlit", 0}, {4, 0, "unlit", 0},  {5, 0, "unlit", 0},
-                 {6, 0, "lit", 4},    {7, 0, "unlit", 0}, {6, 0, "lit", 4},    {4294967295, 0, "unlit", 0}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.state);
-        set("lec 1.1", fmt::format("works {}; state {}", c.works, c.state));
-        expectLooks(fmt::format("stateLamp={}; elanName={}; mtu={}", c.lamp, c.state ? "engineering" : "",
-                                c.state ? "1516" : ""));
-        expectRows("lesBusTable", c.lesBusRows);
-        expectRows("lecTable", c.state ? 2 : 0);
+        std::string page, place, other, field, value, table;
+        int rows;
+        std::string states;  // each with a value of the other field, and the lamp
+    } pages[] = {
+        {"lecStats", "lec 1.1", "works", "elanName", "engineering", "lecTable", 2,
+         "0 0 greyed; 1 0 unlit; 0 1 greyed; 1 1 lit; 2 1 unlit; 3 0 unlit; 4 0 unlit; 5 0 unlit; 6 0 lit; "
+         "7 0 unlit; 6 0 lit; 4294967295 0 unlit"},
+        {"lesStats", "les 1.1", "serves", "elanName", "engineering", "clientTable", 6,
+         "1 0 unlit; 1 5 lit; 0 5 greyed; 2 1 unlit; 4294967295 0 unlit; 1 1 lit"},
+        {"lecsStats", "lecs 1", "registered", "validRequests", "5", "", 0,
+         "4 256 lit; 0 1 greyed; 1 0 unlit; 2 1 unlit; 3 0 unlit; 5 1 unlit; 4 0 lit"},
+        {"ip1577Stats", "ip 1", "tx2", "txPackets", "0", "connectionTable", 7,
+         "1 0 unlit; 0 0 greyed; 2 0 unlit; 3 0 unlit; 4 0 unlit; 5 0 lit; 6 0 unlit"},
+    };
+    start("1,2", {"rows lec 1.1 2", "rows les 1.1 6", "rows ip 1 7", "set lecs 1 validRequests 5"});
+    openDialog();
+    for (const auto& p : pages) {
+        turnTo(p.page);
+        for (const std::string& row : split(p.states)) {
+            SCOPED_TRACE(p.place + ' ' + row);
+            std::istringstream words(row);
+            std::string state, other, lamp;
+            words >> state >> other >> lamp;
+            set(p.place, "{} {}; state {}", p.other, other, state);
+            expectLooks("stateLamp={}; {}={}", lamp, p.field, state == "0" ? "" : p.value);
+            if (p.rows) expectRows(p.table, state == "0" ? 0 : p.rows);
+            if (p.page == "lecStats") expectRows("lesBusTable", state == "6" ? 4 : 0);
+            if (p.page == "lecsStats")
+                expectLooks("regLamp={}", state == "0" ? "greyed" : other == "0" ? "unlit" : "lit");
+        }
     }
 }
 
 TEST_F(StatisticsTest, AnotherLecShowsNothingOfTheOneBefore) {
     startOn("lecStats", "set lec 1.1 elanName Tarvolin; rows vc 1 3; set vc 1 row 3 vci 900");
-    const auto show = [this](int lec) { user->clickAt(onPage("lecTabs"), 65 * lec - 35, 15); };
     set("lec 1.1", "works 1; state 1");
     set("lec 1.2", "works 0; state 1; elanName second");
     expectLooks("stateLamp=lit; elanName=Tarvolin");
-    show(2);
+    show("lecTabs", 2);
     expectLooks("stateLamp=unlit; elanName=second");
     set("lec 1.2", "works 1");
     expectLooks("stateLamp=lit");
@@ -217,9 +213,9 @@ TEST_F(StatisticsTest, AnotherLecShowsNothingOfTheOneBefore) {
     set("lec 1.1", "state 6; controlDirectVci 900; multicastSendVci 900");
     set("lec 1.2", "state 6; controlDirectVci 0; controlDistributeVci 0; multicastSendVci 901; "
                    "multicastForwardVci 0");
-    show(1);
+    show("lecTabs", 1);
     expectCell("lesBusTable", 1, 1, "  0/ 900");
-    show(2);
+    show("lecTabs", 2);
     expectCell("lesBusTable", 1, 3, "  0/ 901");
     EXPECT_EQ(cell("lesBusTable", 1, 1) + cell("lesBusTable", 2, 3), "");
 }
@@ -227,19 +223,18 @@ TEST_F(StatisticsTest, AnotherLecShowsNothingOfTheOneBefore) {
 TEST_F(StatisticsTest, ALecShowsWhatTheDriverSays) {
     startOn("lecStats", "rows vc 1 60; rows lec 1.3 2");
     set("lec 1.3",
-        fmt::format("state 6; address {0}; elanType 2; mtu 4; elanName abcdefghijklmnopqrstuvwxyz012345; "
-                    "mac 01:23:45:67:89:ab; controlDirect {0}; controlDistribute {1}; multicastSend {1}; "
-                    "multicastForward {0}; controlDirectVci 32; controlDistributeVci 0; "
-                    "multicastSendVci 65535; multicastForwardVci 999",
-                    address, otherAddress));
+        "state 6; address {0}; elanType 2; mtu 4; elanName abcdefghijklmnopqrstuvwxyz012345; "
+        "mac 01:23:45:67:89:ab; controlDirect {0}; controlDistribute {1}; multicastSend {1}; "
+        "multicastForward {0}; controlDirectVci 32; controlDistributeVci 0; "
+        "multicastSendVci 65535; multicastForwardVci 999",
+        address, otherAddress);
     set("vc 1 row 58", "vci 32; txPackets 1000; rxPackets 2000");
     set("vc 1 row 59", "vci 65535; txPackets 3000; rxPackets 4000");
-    set("lec 1.3 row 1",
-        fmt::format("mac 10:20:30:40:50:60; kind 1; vci 100; address {}; txPackets 70; rxPackets 80",
-                    otherAddress));
+    set("lec 1.3 row 1", "mac 10:20:30:40:50:60; kind 1; vci 100; address {}; txPackets 70; rxPackets 80",
+        otherAddress);
     set("lec 1.3 row 2", "mac 10:20:30:40:50:61; kind 2; vci 40000; txPackets 4294967295; rxPackets 0");
     expectLooks("elanName=engineering");
-    user->clickAt(onPage("lecTabs"), 65 * 3 - 35, 15);
+    show("lecTabs", 3);
     const std::string fields = fmt::format("elanName=abcdefghijklmnopqrstuvwxyz012345; "
                                            "macAddress=01:23:45:67:89:ab; elanType=Token Ring; mtu=18190; "
                                            "networkPrefix={}; esiSelector={}; stateLamp=lit",
@@ -256,7 +251,7 @@ TEST_F(StatisticsTest, ALecShowsWhatTheDriverSays) {
     expectTable("lecTable", {labels, "1|10:20:30:40:50:60|  0/ 100|70|80" + there,
                              "2|10:20:30:40:50:61|  0/40000|4294967295|0" + pvc});
     press("clear");
-    const Lines cleared{labels, "1|10:20:30:40:50:60|  0/ 100|0|0" + there,
+    const Names cleared{labels, "1|10:20:30:40:50:60|  0/ 100|0|0" + there,
                         "2|10:20:30:40:50:61|  0/40000|0|0" + pvc};
     EXPECT_EQ(tableLines("lecTable"), cleared);
     EXPECT_EQ(cell("lesBusTable", 2, 1) + cell("lesBusTable", 3, 1) + cell("lesBusTable", 3, 3), "000");
@@ -267,7 +262,7 @@ TEST_F(StatisticsTest, ALecShowsWhatTheDriverSays) {
     expectCell("lecTable", 3, 2, "2");
     expectCell("lesBusTable", 2, 1, "1");
     // Baselines of connections belong to the VCI, those of the circuits to LES and BUS to the client.
-    user->clickAt(onPage("lecTabs"), 65 * 1 - 35, 15);
+    show("lecTabs", 1);
     expectCell("lecTable", 3, 1, "5");
     expectCell("lesBusTable", 2, 1, "1001");
     // A connection that is gone leaves its row; another state empties the table.
@@ -281,7 +276,7 @@ TEST_F(StatisticsTest, ALecShowsWhatTheDriverSays) {
     EXPECT_EQ(cell("lesBusTable", 2, 1), "1001");
     set("lec 1.1", "controlDirectVci 0");
     for (const int state : {5, 6}) {
-        set("lec 1.1", fmt::format("state {}", state));
+        set("lec 1.1", "state {}", state);
         expectRows("lesBusTable", state == 6 ? 4 : 0);
     }
     EXPECT_EQ(cell("lesBusTable", 0, 4) + cell("lesBusTable", 1, 1), "Multicast Fwd");
@@ -297,7 +292,7 @@ TEST_F(StatisticsTest, AFailureEmptiesThePageUntilTheDriverAnswersAgain) {
                  {"lesStats", "les", "elanName", "clientTable", false},
                  {"lecsStats", "lecs", "validRequests", nullptr, false},
                  {"ip1577Stats", "ip", "rxPackets", "connectionTable", false}};
-    start({"--frozen", "--adapters", "1,2"}, {"clock step 300"});
+    start("1,2", {"clock step 300"});
     openDialog();
     for (const auto& c : cases) {
         SCOPED_TRACE(c.page);
@@ -331,15 +326,14 @@ TEST_F(StatisticsTest, AFailureEmptiesThePageUntilTheDriverAnswersAgain) {
 
 TEST_F(StatisticsTest, ALesShowsWhatTheDriverSays) {
     startOn("lesStats", "rows les 1.2 6");
-    set("les 1.2", fmt::format("state 1; serves 1; address {}; bus {}; elanType 1; mtu 2; elanName second",
-                               address, otherAddress));
+    set("les 1.2", "state 1; serves 1; address {}; bus {}; elanType 1; mtu 2; elanName second", address,
+        otherAddress);
     for (int row = 1; row <= 6; ++row)
         set(fmt::format("les 1.2 row {}", row),
-            fmt::format(
-                "mac 00:00:00:00:00:0{0}; state {1}; controlVci 4{0}; controlTx 10{0}; controlRx 20{0}; "
-                "multicastVci 5{0}; multicastTx 30{0}; multicastRx 40{0}; address {2}",
-                row, row == 6 ? 65535 : row - 1, row % 2 ? address : otherAddress));
-    user->clickAt(onPage("lesTabs"), 65 * 2 - 35, 15);
+            "mac 00:00:00:00:00:0{0}; state {1}; controlVci 4{0}; controlTx 10{0}; controlRx 20{0}; "
+            "multicastVci 5{0}; multicastTx 30{0}; multicastRx 40{0}; address {2}",
+            row, row == 6 ? 65535 : row - 1, row % 2 ? address : otherAddress);
+    show("lesTabs", 2);
     const std::string all =
         fmt::format("stateLamp=lit; elanName=second; elanType=Ethernet; mtu=4544; networkPrefix={}; "
                     "esiSelector={}; busNetworkPrefix={}; busEsiSelector={}",
@@ -347,7 +341,7 @@ TEST_F(StatisticsTest, ALesShowsWhatTheDriverSays) {
     expectLooks(all);
     const char* const states[] = {"Idle", "Signalling A", "Signalling B", "Active", "XXXX", "XXXX"};
     const auto lines = [&](const char* counters) {
-        Lines result{"|LD Address|State|Ctl Dir VCI|CD Tx Pkts|CD Rx Pkts|Mul Snd VCI|MSTx Pkts|MS Rx Pkts|"
+        Names result{"|LD Address|State|Ctl Dir VCI|CD Tx Pkts|CD Rx Pkts|Mul Snd VCI|MSTx Pkts|MS Rx Pkts|"
                      "Network Prefix|ESI/Selector"};
         for (int row = 1; row <= 6; ++row)
             result.push_back(fmt::format("{0}|00:00:00:00:00:0{0}|{1}|  0/  4{0}|", row, states[row - 1]) +
@@ -364,18 +358,6 @@ TEST_F(StatisticsTest, ALesShowsWhatTheDriverSays) {
         "set les 1.2 row 6 multicastRx 400");
     expectCell("clientTable", 8, 6, "4294967295");
     EXPECT_EQ(cell("clientTable", 8, 1), "401");
-
-    const struct {
-        unsigned state, serves;
-        const char* lamp;
-    } cases[] = {{1, 0, "unlit"},          {1, 5, "lit"}, {0, 5, "greyed"}, {2, 1, "unlit"},
-                 {4294967295, 0, "unlit"}, {1, 1, "lit"}};
-    for (const auto& c : cases) {
-        set("les 1.2", fmt::format("serves {}; state {}", c.serves, c.state));
-        expectLooks(fmt::format("stateLamp={}; elanName={}; busEsiSelector={}", c.lamp,
-                                c.state ? "second" : "", c.state ? otherEsi : ""));
-        expectRows("clientTable", c.state ? 6 : 0);
-    }
 }
 
 TEST_F(StatisticsTest, TheLargestTableIsShownToItsLastRowAndFollows) {
@@ -401,9 +383,10 @@ TEST_F(StatisticsTest, TheLargestTableIsShownToItsLastRowAndFollows) {
 
 TEST_F(StatisticsTest, TheLecsShowsWhatTheDriverSays) {
     startOn("lecsStats");
-    set("lecs 1", fmt::format("state 4; address {}; elanType 2; etherMtu 3; tokenRingMtu 9; registered 256; "
-                              "validRequests 4294967295; invalidRequests 21; rejected 22; made 23; open 24",
-                              address));
+    set("lecs 1",
+        "state 4; address {}; elanType 2; etherMtu 3; tokenRingMtu 9; registered 256; "
+        "validRequests 4294967295; invalidRequests 21; rejected 22; made 23; open 24",
+        address);
     const std::string counters =
         "validRequests=4294967295; invalidRequests=21; rejected=22; connectionsMade=23; "
         "connectionsOpen=24";
@@ -411,21 +394,12 @@ TEST_F(StatisticsTest, TheLecsShowsWhatTheDriverSays) {
         fmt::format("elanType=Token Ring; etherMtu=9234; tokenRingMtu=XXXX; networkPrefix={}; "
                     "esiSelector={}",
                     prefix, esi);
-    const struct {
-        unsigned state, registered;
-        const char* lamps;
-    } cases[] = {{4, 256, "stateLamp=lit; regLamp=lit"},   {0, 1, "stateLamp=greyed; regLamp=greyed"},
-                 {1, 0, "stateLamp=unlit; regLamp=unlit"}, {2, 1, "stateLamp=unlit; regLamp=lit"},
-                 {3, 0, "stateLamp=unlit; regLamp=unlit"}, {5, 1, "stateLamp=unlit; regLamp=lit"},
-                 {4, 0, "stateLamp=lit; regLamp=unlit"}};
-    for (const auto& c : cases) {
-        set("lecs 1", fmt::format("state {}; registered {}", c.state, c.registered));
-        expectLooks(c.lamps);
-        ticks();
-        expectLooks(c.lamps);
-        for (const std::string& part : split(counters + "; " + others))
-            expectLooks(c.state ? part : part.substr(0, part.find('=') + 1));
-    }
+    expectLooks(counters + "; " + others);
+    set("lecs 1", "state 0");
+    for (const std::string& part : split(counters + "; " + others))
+        expectLooks(part.substr(0, part.find('=') + 1));
+    set("lecs 1", "state 4");
+    expectLooks(counters);
     press("clear");
     expectZero(counters);
     set("lecs 1", "open 20; validRequests 3");
@@ -438,20 +412,20 @@ TEST_F(StatisticsTest, TheLecsShowsWhatTheDriverSays) {
 TEST_F(StatisticsTest, ClassicalIpShowsWhatTheDriverSays) {
     startOn("ip1577Stats", "rows ip 1 7");
     set("ip 1", "state 5; tx1 1; tx2 20; txDrop1 3; txDrop2 40; txDrop3 500; rx1 2147483647; rx2 6; rx3 70");
-    for (int i = 1; i <= 9; ++i) set("ip 1", fmt::format("rxDrop{} {}", i, 1 << i));
+    for (int i = 1; i <= 9; ++i) set("ip 1", "rxDrop{} {}", i, 1 << i);
     const char* const kinds[] = {"1", "65537", "0", "2", "0", "0", "0"};
     for (int row = 1; row <= 7; ++row)
         set(fmt::format("ip 1 row {}", row),
-            fmt::format("state {0}; kind {1}; vci {2}; txPackets 10{3}; rxPackets 20{3}; ip 10.0.255.{3}; "
-                        "address {4}",
-                        row - 1, kinds[row - 1], row == 7 ? 65535 : 30 + row, row, address));
+            "state {0}; kind {1}; vci {2}; txPackets 10{3}; rxPackets 20{3}; ip 10.0.255.{3}; "
+            "address {4}",
+            row - 1, kinds[row - 1], row == 7 ? 65535 : 30 + row, row, address);
     const std::string counters = "rxPackets=-2147483573; txPackets=21; rxDropped=1022; txDropped=543";
     expectLooks("stateLamp=lit; " + counters);
     const char* const states[] = {
         "Unused MAC entry",           "Waiting for VCC connection", "Active", "Waiting for ARP response",
         "Waiting for InARP response", "Reverifying connection",     "XXXX"};
     const auto lines = [&](const char* packets) {
-        Lines result{"|IP Address|VPI/VCI|State|Tx Packets|Rx Packets|Network Prefix|ESI/Selector"};
+        Names result{"|IP Address|VPI/VCI|State|Tx Packets|Rx Packets|Network Prefix|ESI/Selector"};
         for (int row = 1; row <= 7; ++row)
             result.push_back(fmt::format("{0}|10.0.255.{0}|  0/{1:4}|{2}|", row, row == 7 ? -1 : 30 + row,
                                          states[row - 1]) +
@@ -467,19 +441,12 @@ TEST_F(StatisticsTest, ClassicalIpShowsWhatTheDriverSays) {
     set("ip 1", "rxDrop5 33; txDrop2 0; row 7 rxPackets 206");
     expectLooks("rxDropped=1; txDropped=-40");
     expectCell("connectionTable", 5, 7, "4294967295");
-    const char* const lamps[] = {"greyed", "unlit", "unlit", "unlit", "unlit", "lit", "unlit"};
-    for (const int state : {1, 0, 2, 3, 4, 5, 6}) {
-        set("ip 1", fmt::format("state {}", state));
-        expectLooks(fmt::format("stateLamp={}; txPackets={}", lamps[state], state ? "0" : ""));
-        expectRows("connectionTable", state ? 7 : 0);
-    }
 }
 
 TEST_F(StatisticsTest, ConnectionsWithOneVciShowZeroAtOnceAndCountFromTheLastOne) {
     timerTime = 60000;
     startOn("ip1577Stats", "rows ip 1 2");
-    for (const int row : {1, 2})
-        set(fmt::format("ip 1 row {}", row), fmt::format("vci 33; txPackets 10{}", row));
+    for (const int row : {1, 2}) set(fmt::format("ip 1 row {}", row), "vci 33; txPackets 10{}", row);
     press("clear");
     EXPECT_EQ(cell("connectionTable", 4, 1) + cell("connectionTable", 4, 2), "00");
     timerTime = period;

@@ -8,18 +8,16 @@
 #include <Xm/TextF.h>
 #include <Xm/ToggleB.h>
 #include <algorithm>
+#include <fmt/format.h>
 #include <set>
 #include <sstream>
 #include <string>
 #include <vector>
 
-using Lines = std::vector<std::string>;
-inline const Lines nothing;
-
 // The parts of a text between ';' and blanks.
-inline Lines split(const std::string& text) {
+inline Names split(const std::string& text) {
     std::istringstream in(text);
-    Lines parts;
+    Names parts;
     for (std::string part; std::getline(in >> std::ws, part, ';');) parts.push_back(part);
     return parts;
 }
@@ -37,7 +35,7 @@ class StatisticsTest : public ProgramTest {
 
     // A dialog with this page on top, over a simulator that does what the commands say.
     void startOn(const char* page, const std::string& commands = "") {
-        start({"--frozen", "--adapters", "1,2"}, split(commands));
+        start("1,2", split(commands));
         openDialog();
         turnTo(page);
     }
@@ -75,8 +73,10 @@ class StatisticsTest : public ProgramTest {
     void ctl(const std::string& commands) {
         for (const std::string& command : split(commands)) simulator->ctl(command);
     }
-    void set(const std::string& place, const std::string& fields) {  // "state 6; mtu 2"
-        for (const std::string& field : split(fields)) simulator->ctl("set " + place + ' ' + field);
+    template <class... Values>  // "state {}; mtu {}", 6, 2
+    void set(const std::string& place, const std::string& fields, const Values&... values) {
+        for (const std::string& field : split(fmt::format(fmt::runtime(fields), values...)))
+            simulator->ctl("set " + place + ' ' + field);
     }
 
     // The text of a field or a caption; "lit", "unlit" or "greyed" for a lamp.
@@ -86,8 +86,9 @@ class StatisticsTest : public ProgramTest {
             return !XtIsSensitive(control) ? "greyed" : XmToggleButtonGetState(control) ? "lit" : "unlit";
         return XmIsTextField(control) ? XUser::textOf(control) : XUser::labelOf(control);
     }
-    // Every control looks so at the next ticks: "mtu=1516; stateLamp=lit".
-    void expectLooks(const std::string& looks) {
+    // Every control looks so at the next ticks: "mtu=1516; stateLamp={}", "lit".
+    template <class... Values> void expectLooks(const std::string& format, const Values&... values) {
+        const std::string looks = fmt::format(fmt::runtime(format), values...);
         const auto actual = [&] {
             std::string found;
             for (const std::string& control : split(looks)) {
@@ -118,15 +119,15 @@ class StatisticsTest : public ProgramTest {
 
     zTable& table(const std::string& name) { return XUser::tableIn(onPage(name)); }
     // Row labels and cells, separated by '|', with the column labels in front.
-    Lines tableLines(const std::string& name) {
+    Names tableLines(const std::string& name) {
         std::string all = table(name).tabSeparated();
         std::ranges::replace(all, '\t', '|');
         std::istringstream in(all);
-        Lines lines;
+        Names lines;
         for (std::string line; std::getline(in, line);) lines.push_back(line);
         return lines;
     }
-    void expectTable(const std::string& name, const Lines& lines) {
+    void expectTable(const std::string& name, const Names& lines) {
         user->until([&] { return tableLines(name) == lines; }, 2);
         EXPECT_EQ(tableLines(name), lines) << name;
     }
@@ -135,22 +136,24 @@ class StatisticsTest : public ProgramTest {
         EXPECT_EQ(table(name).model().rows(), rows) << name;
     }
     std::string cell(const std::string& name, int column, int row) { return table(name).text({column, row}); }
+    // The client or server of this tab.
+    void show(const char* tabs, int number) { user->clickAt(onPage(tabs), 65 * number - 35, 15); }
     void expectCell(const std::string& name, int column, int row, const std::string& text) {
         user->until([&] { return cell(name, column, row) == text; }, 2);
         EXPECT_EQ(cell(name, column, row), text) << name << ' ' << column << ',' << row;
     }
 
-    // Some ticks pass.
-    void ticks() {
-        user->until([] { return false; }, 0.2);
+    void pass(double seconds) {
+        user->until([] { return false; }, seconds);
     }
+    void ticks() { pass(0.2); }  // some of them
     // The names of the requests since the log was read, each once.
-    Lines requestNames() {
+    Names requestNames() {
         std::set<std::string> names;
         for (const auto& [name, unit] : loggedRequests()) names.insert(name);
         return {names.begin(), names.end()};
     }
-    Lines asked() {  // within some ticks
+    Names asked() {  // within some ticks
         loggedRequests();
         ticks();
         return requestNames();

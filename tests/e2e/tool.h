@@ -1,13 +1,14 @@
 // The program as a process.
 #pragma once
 
+#include "tests/support/simulator.h"
 #include "tests/support/temproot.h"
 
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
-#include <filesystem>
-#include <fstream>
+#include <functional>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <sys/wait.h>
@@ -15,15 +16,48 @@
 #include <unistd.h>
 #include <vector>
 
+inline void waitABit() {
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+}
+
+// Waits until the condition holds; false after so many seconds.
+inline bool soon(const std::function<bool()>& condition, double seconds = 20) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) return false;
+        waitABit();
+    }
+    return true;
+}
+
+inline bool has(const std::string& text, std::string_view part) {
+    return text.find(part) != std::string::npos;
+}
+
+// Waits until the driver has been asked for this.
+inline bool wasAsked(const Simulator& driver, std::string_view request) {
+    return soon([&] { return has(driver.ctl("log all"), request); });
+}
+
+// The name of this client in the parameter file, from 1.
+inline std::string nameOfClient(const TempRoot& root, int client) {
+    const std::string text = root.read("/etc/atm/tvconf");
+    const std::size_t section = text.find("[LEC" + std::to_string(client - 1));
+    std::istringstream words(text.substr(text.find("ElanName", section)));
+    std::string word;
+    words >> word >> word >> word;
+    return word;
+}
+
 // The tool, running, with what it prints going to a file, or to a descriptor of the caller.
 class Tool {
   public:
-    Tool(const TempRoot& root, std::vector<std::string> arguments, int output = -1)
-        : output_(root.path() / "output") {
+    Tool(const TempRoot& root, std::vector<std::string> arguments, int output = -1) : root_(root) {
         arguments.insert(arguments.begin(), TARVOLIN_PROGRAM);
         process_ = ::fork();
         if (process_ != 0) return;
-        const int file = output >= 0 ? output : ::open(output_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        const int file =
+            output >= 0 ? output : ::open(root.at("/output").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
         ::dup2(file, 1);
         ::dup2(file, 2);
         std::vector<char*> words;
@@ -42,32 +76,22 @@ class Tool {
     Tool& operator=(const Tool&) = delete;
 
     // The text that it has printed so far.
-    std::string output() const {
-        std::ifstream file(output_);
-        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    }
+    std::string output() const { return root_.read("/output"); }
 
-    // Waits until the output holds the text.
     bool prints(std::string_view text) const {
-        for (int i = 0; i < 1000; ++i) {
-            if (output().find(text) != std::string::npos) return true;
-            std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        }
-        return false;
+        return soon([&] { return has(output(), text); });
     }
 
     void signal(int number) const { ::kill(process_, number); }
 
     // As exitStatus(), or -1 when it runs on for so long.
     int exitStatusWithin(std::chrono::seconds patience) {
-        const auto deadline = std::chrono::steady_clock::now() + patience;
         siginfo_t ended{};
-        while (::waitid(P_PID, static_cast<id_t>(process_), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
-               ended.si_pid == 0) {
-            if (std::chrono::steady_clock::now() > deadline) return -1;
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        }
-        return exitStatus();
+        const auto running = [&] {
+            return ::waitid(P_PID, static_cast<id_t>(process_), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+                   ended.si_pid == 0;
+        };
+        return soon([&] { return !running(); }, static_cast<double>(patience.count())) ? exitStatus() : -1;
     }
 
     // Its status, or 128 + the signal that ended it; waits for the end.
@@ -79,6 +103,6 @@ class Tool {
     }
 
   private:
-    std::filesystem::path output_;
+    const TempRoot& root_;
     pid_t process_ = -1;
 };

@@ -4,22 +4,14 @@
 #include <gtest/gtest.h>  // before the window system's macros
 
 #include "tests/e2e/outsideuser.h"
-#include "tests/e2e/tool.h"
-#include "tests/e2e/xsupport.h"
-#include "tests/support/simulator.h"
 #include "version.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <fmt/format.h>
 #include <random>
-#include <sstream>
-
-using namespace std::chrono_literals;
 
 namespace {
-
-constexpr const char* file = "/etc/atm/tvconf";
 
 // One administrator, with a display of their own.
 struct Administrator {
@@ -31,42 +23,31 @@ struct Administrator {
         EXPECT_TRUE(user.sees(programTitle)) << tool.output();
     }
 
-    void click(Spot spot) { user.click(spot.x, spot.y); }
-    void turn(Spot spot) { user.turn(spot.x, spot.y); }
     void begin() {
         ASSERT_TRUE(user.sees(programTitle));
-        ASSERT_TRUE(user.opens(spot::setup.x, spot::setup.y, "Setup ATM")) << tool.output();
-        turn(spot::lecPage);
+        ASSERT_TRUE(user.opens(spot::setup, "Setup ATM")) << tool.output();
+        user.turn(spot::lecPage);
     }
     void rename(int client, const std::string& name) {
-        click(spot::instance(client));
-        user.enter(spot::lecName.x, spot::lecName.y, name);
+        user.click(spot::instance(client));
+        user.enter(spot::lecName, name);
     }
     void addPvc(int vci) {
-        click(spot::instance(1));
-        ASSERT_TRUE(user.opens(spot::addPvc.x, spot::addPvc.y, "PVC Settings"));
-        user.enter(spot::pvcMac.x, spot::pvcMac.y, fmt::format("00000000{:04}", vci));
-        user.enter(spot::pvcVci.x, spot::pvcVci.y, std::to_string(vci));
-        user.key("Return");
-        while (user.isUp("PVC Settings")) std::this_thread::sleep_for(10ms);
+        user.click(spot::instance(1));
+        ASSERT_TRUE(user.opens(spot::addPvc, "PVC Settings"));
+        user.enter(spot::pvcMac, fmt::format("00000000{:04}", vci));
+        user.enter(spot::pvcVci, std::to_string(vci));
+        user.pressKey("Return");
+        ASSERT_TRUE(soon([&] { return !user.isUp("PVC Settings"); }));
         ASSERT_TRUE(user.sees("Setup ATM"));
     }
     // Answers a question, and notes that there was one.
     void answer(bool ok, bool& asked) {
         if (!user.isUp("Configuration Conflict") || !user.sees("Configuration Conflict")) return;
         asked = true;
-        user.key(ok ? "Return" : "Escape");
+        user.pressKey(ok ? "Return" : "Escape");
     }
 };
-
-std::string nameOf(const std::string& text, int client) {
-    std::istringstream words(text.substr(text.find(fmt::format("[LEC{}", client - 1))));
-    std::string word, name;
-    while (words >> word && word != "ElanName") {
-    }
-    words >> word >> name;
-    return name;
-}
 
 }  // namespace
 
@@ -99,10 +80,10 @@ TEST(WritersInWindows, TheSumOfAllChangesIsInTheFiles) {
             "cd '{}' && flock run/tarvolin.lock sed -i 's/^# .*First adapter/# {} First adapter/' "
             "etc/atm/tvconf",
             root.path().string(), round);
-        one.user.click(spot::ok.x, spot::ok.y, false);
+        one.user.click(spot::ok, false);
         std::FILE* const running = ::popen(script.c_str(), "w");
         ASSERT_TRUE(running);
-        two.user.click(spot::ok.x, spot::ok.y, false);
+        two.user.click(spot::ok, false);
         const bool ok = random() % 2;
         bool asked[2] = {};
         // Each has changed something, so each save is in the history.
@@ -110,7 +91,7 @@ TEST(WritersInWindows, TheSumOfAllChangesIsInTheFiles) {
         while (!root.exists(last)) {
             one.answer(ok, asked[0]);
             two.answer(ok, asked[1]);
-            std::this_thread::sleep_for(20ms);
+            waitABit();
         }
         ASSERT_EQ(::pclose(running), 0);
         ASSERT_EQ(asked[0] + asked[1], named[0] && named[1]) << "exactly one is asked";
@@ -120,12 +101,12 @@ TEST(WritersInWindows, TheSumOfAllChangesIsInTheFiles) {
             common = fmt::format("{}{}", first ? 'a' : 'b', round);
         }
 
-        const std::string text = root.read(file), list = root.read("/etc/atm/pvcconf0.0");
-        ASSERT_EQ(nameOf(text, 1), fmt::format("a{}", round));
-        ASSERT_EQ(nameOf(text, 2), fmt::format("b{}", round));
-        ASSERT_EQ(nameOf(text, 3), common);
-        ASSERT_NE(text.find(fmt::format("# {} First adapter", round)), text.npos);
-        for (const int vci : added) ASSERT_NE(list.find(fmt::format("={}\t", vci)), list.npos) << vci;
+        const std::string text = root.read("/etc/atm/tvconf"), list = root.read("/etc/atm/pvcconf0.0");
+        ASSERT_EQ(nameOfClient(root, 1), fmt::format("a{}", round));
+        ASSERT_EQ(nameOfClient(root, 2), fmt::format("b{}", round));
+        ASSERT_EQ(nameOfClient(root, 3), common);
+        ASSERT_TRUE(has(text, fmt::format("# {} First adapter", round)));
+        for (const int vci : added) ASSERT_TRUE(has(list, fmt::format("={}\t", vci))) << vci;
     }
     fmt::print("{} rounds, nothing lost, {} conflicts asked\n", rounds, questions);
 }

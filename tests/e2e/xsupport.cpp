@@ -60,41 +60,77 @@ Display* programDisplay(const zApplication& application) {
 
 // The program's own top-level windows that are on the screen.
 std::vector<Widget> mappedShells(const zApplication& application) {
-    Display* display = programDisplay(application);
-    Window root = 0, parent = 0, *windows = nullptr;
-    unsigned count = 0;
     std::vector<Widget> shells;
-    if (!XQueryTree(display, DefaultRootWindow(display), &root, &parent, &windows, &count)) return shells;
-    for (unsigned i = 0; i < count; ++i) {
-        const Widget shell = XtWindowToWidget(display, windows[i]);
-        XWindowAttributes attributes{};
-        if (shell && XtIsShell(shell) && XGetWindowAttributes(display, windows[i], &attributes) &&
-            attributes.map_state == IsViewable)
+    for (const Window window : shownWindows(programDisplay(application)))
+        if (const Widget shell = XtWindowToWidget(programDisplay(application), window);
+            shell && XtIsShell(shell))
             shells.push_back(shell);
-    }
-    XFree(windows);
     return shells;
 }
 
 }  // namespace
 
-XUser::XUser(zApplication& application) : application_(application), display_(XOpenDisplay(nullptr)) {
+std::vector<Window> shownWindows(Display* display) {
+    Window root = 0, parent = 0, *windows = nullptr;
+    unsigned count = 0;
+    if (!XQueryTree(display, DefaultRootWindow(display), &root, &parent, &windows, &count)) return {};
+    std::vector<Window> shown(windows, windows + count);
+    if (windows) XFree(windows);
+    std::erase_if(shown, [&](Window window) {
+        XWindowAttributes attributes{};
+        return !XGetWindowAttributes(display, window, &attributes) || attributes.map_state != IsViewable;
+    });
+    return shown;
+}
+
+std::string titleOfWindow(Display* display, Window window) {
+    char* name = nullptr;
+    if (!XFetchName(display, window, &name) || !name) return {};
+    std::string title = name;
+    XFree(name);
+    return title;
+}
+
+XInput::XInput() : display_(XOpenDisplay(nullptr)) {
     if (!display_) throw std::runtime_error("no display");
 }
 
-XUser::~XUser() {
-    XCloseDisplay(display_);
+void XInput::leave() {
+    if (display_) XCloseDisplay(display_);
+    display_ = nullptr;
 }
 
-void XUser::clickAt(Widget target, int x, int y, int times) {
-    Position rootX = 0, rootY = 0;
-    XtTranslateCoords(target, static_cast<Position>(x), static_cast<Position>(y), &rootX, &rootY);
+void XInput::pressKey(const char* name, const char* held) {
+    const auto code = [this](const char* key) { return XKeysymToKeycode(display_, XStringToKeysym(key)); };
+    if (held) XTestFakeKeyEvent(display_, code(held), True, 0);
+    XTestFakeKeyEvent(display_, code(name), True, 0);
+    XTestFakeKeyEvent(display_, code(name), False, 0);
+    if (held) XTestFakeKeyEvent(display_, code(held), False, 0);
+    XSync(display_, False);
+}
+
+void XInput::pressAt(int rootX, int rootY, int times) {
     XTestFakeMotionEvent(display_, -1, rootX, rootY, 0);
     for (int i = 0; i < times; ++i) {
         XTestFakeButtonEvent(display_, 1, True, 0);
         XTestFakeButtonEvent(display_, 1, False, 0);
     }
     XSync(display_, False);
+}
+
+void XInput::giveKeyboard(Window window) {
+    XSetInputFocus(display_, window, RevertToParent, CurrentTime);
+    XSync(display_, False);
+}
+
+void XUser::pressButton(Widget target, int x, int y, int times) {
+    Position rootX = 0, rootY = 0;
+    XtTranslateCoords(target, static_cast<Position>(x), static_cast<Position>(y), &rootX, &rootY);
+    pressAt(rootX, rootY, times);
+}
+
+void XUser::clickAt(Widget target, int x, int y, int times) {
+    pressButton(target, x, y, times);
     settle();
 }
 
@@ -105,25 +141,12 @@ void XUser::click(Widget target, int times) {
 }
 
 void XUser::pointAt(Widget target) {
-    Position rootX = 0, rootY = 0;
-    XtTranslateCoords(target, 5, 5, &rootX, &rootY);
-    XTestFakeMotionEvent(display_, -1, rootX, rootY, 0);
-    XSync(display_, False);
-    settle();
+    clickAt(target, 5, 5, 0);
 }
 
 void XUser::key(const char* name, const char* held) {
     pressKey(name, held);
     settle();
-}
-
-void XUser::pressButton(Widget target, int x, int y) {
-    Position rootX = 0, rootY = 0;
-    XtTranslateCoords(target, static_cast<Position>(x), static_cast<Position>(y), &rootX, &rootY);
-    XTestFakeMotionEvent(display_, -1, rootX, rootY, 0);
-    XTestFakeButtonEvent(display_, 1, True, 0);
-    XTestFakeButtonEvent(display_, 1, False, 0);
-    XSync(display_, False);
 }
 
 int XUser::darkest(Widget target, int left, int top) const {
@@ -143,15 +166,6 @@ int XUser::darkest(Widget target, int left, int top) const {
     return found;
 }
 
-void XUser::pressKey(const char* name, const char* held) {
-    const auto code = [this](const char* key) { return XKeysymToKeycode(display_, XStringToKeysym(key)); };
-    if (held) XTestFakeKeyEvent(display_, code(held), True, 0);
-    XTestFakeKeyEvent(display_, code(name), True, 0);
-    XTestFakeKeyEvent(display_, code(name), False, 0);
-    if (held) XTestFakeKeyEvent(display_, code(held), False, 0);
-    XSync(display_, False);
-}
-
 void XUser::type(std::string_view text) {
     for (const char c : text) {
         const char name[] = {c, '\0'};
@@ -160,8 +174,7 @@ void XUser::type(std::string_view text) {
 }
 
 void XUser::focus(Widget shell) {
-    XSetInputFocus(display_, XtWindow(shell), RevertToParent, CurrentTime);
-    XSync(display_, False);
+    giveKeyboard(XtWindow(shell));
     settle();
 }
 
@@ -226,11 +239,7 @@ Widget XUser::widget(const std::string& name) const {
 }
 
 std::string XUser::titleOf(Widget shell) {
-    char* name = nullptr;
-    if (!XFetchName(XtDisplay(shell), XtWindow(shell), &name) || !name) return {};
-    std::string title = name;
-    XFree(name);
-    return title;
+    return titleOfWindow(XtDisplay(shell), XtWindow(shell));
 }
 
 Widget XUser::shellLike(const std::string& beginning) const {
@@ -243,15 +252,20 @@ std::string XUser::messageOf(Widget shell) {
     return labelOf(XtNameToWidget(shell, "messageBox"), XmNmessageString);
 }
 
+std::string XUser::plain(XmString text) {
+    char* held = static_cast<char*>(
+        XmStringUnparse(text, nullptr, XmCHARSET_TEXT, XmCHARSET_TEXT, nullptr, 0, XmOUTPUT_ALL));
+    std::string result = held ? held : "";
+    XtFree(held);
+    return result;
+}
+
 std::string XUser::labelOf(Widget control, const char* resource) {
     XmString label = nullptr;
     XtVaGetValues(control, resource, &label, nullptr);
-    char* text = static_cast<char*>(
-        XmStringUnparse(label, nullptr, XmCHARSET_TEXT, XmCHARSET_TEXT, nullptr, 0, XmOUTPUT_ALL));
-    std::string result = text ? text : "";
-    XtFree(text);
+    std::string text = plain(label);
     XmStringFree(label);
-    return result;
+    return text;
 }
 
 zTable& XUser::tableIn(Widget frame) {

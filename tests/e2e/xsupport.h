@@ -27,14 +27,34 @@ class XServer {
     pid_t process_ = -1;
 };
 
-// A second client of the display that moves the pointer and presses keys, while `application` runs the
-// program under test in this process.
-class XUser {
+// The windows on the screen, from the lowest up.
+std::vector<unsigned long> shownWindows(_XDisplay* display);
+std::string titleOfWindow(_XDisplay* display, unsigned long window);
+
+// A mouse and a keyboard, on a connection of their own to the display. What is done only is in the server's
+// queue then.
+class XInput {
   public:
-    explicit XUser(zApplication& application);
-    ~XUser();
-    XUser(const XUser&) = delete;
-    XUser& operator=(const XUser&) = delete;
+    XInput();
+    ~XInput() { leave(); }
+    XInput(const XInput&) = delete;
+    XInput& operator=(const XInput&) = delete;
+
+    // A key, named as in keysymdef.h ("Return", "Tab", "a"), with "Control_L" or another one held.
+    void pressKey(const char* name, const char* held = nullptr);
+    void leave();  // before the server dies
+
+  protected:
+    void pressAt(int rootX, int rootY, int times);  // 0: only the pointer moves
+    void giveKeyboard(unsigned long window);        // there is no window manager to do it
+
+    _XDisplay* display_;
+};
+
+// A second client of the display, while `application` runs the program under test in this process.
+class XUser : public XInput {
+  public:
+    explicit XUser(zApplication& application) : application_(application) {}
 
     // The widget with this name anywhere in the application's windows, or null.
     Widget widget(const std::string& name) const;
@@ -43,14 +63,11 @@ class XUser {
     void click(Widget target, int times = 1);  // the middle
     void clickAt(Widget target, int x, int y, int times = 1);
     void pointAt(Widget target);
-    // A key, named as in keysymdef.h ("Return", "Tab", "a"), with "Control_L" or another one held.
-    void key(const char* name, const char* held = nullptr);
-    // Key and click without settling: the events are left in the queue.
-    void pressKey(const char* name, const char* held = nullptr);
-    void pressButton(Widget target, int x = 5, int y = 5);
+    void key(const char* name, const char* held = nullptr);                // as pressKey(), and settles
+    void pressButton(Widget target, int x = 5, int y = 5, int times = 1);  // does not settle
     void type(std::string_view text);  // lower case letters, digits, '-' and '.'
-    void focus(Widget shell);          // there is no window manager to do it
-    void askToClose(Widget shell);     // as a window manager does; does not settle
+    void focus(Widget shell);
+    void askToClose(Widget shell);  // as a window manager does; does not settle
 
     // Runs the event loop until the condition holds; false after `seconds`.
     bool until(const std::function<bool()>& condition, double seconds = 10) const;
@@ -63,6 +80,7 @@ class XUser {
     Widget shellLike(const std::string& beginning) const;
     static std::string titleOf(Widget shell);
     static std::string messageOf(Widget shell);  // the text of a message box
+    static std::string plain(union __XmStringRec* text);
     static std::string labelOf(Widget control, const char* resource = "labelString");
     static std::string textOf(Widget field);
     static zTable& tableIn(Widget frame);
@@ -76,5 +94,4 @@ class XUser {
     struct Watch;
 
     zApplication& application_;
-    _XDisplay* display_;  // the user's own connection
 };
