@@ -13,8 +13,8 @@ atmAddress address(std::string_view digits) {
 }
 // In the order of the records: the numbers of each record differ from one another where they can.
 const atmAddress lecs = address("4700790000000000000000000000a03e00000107");
-const AtmLEC client{0, 1, {"engineering"}, 2, 0x12345, 0, 1, lecs, {}, {}, {}};
-const AtmLES server{0, {"a-name-of-thirty-one-characters"}, 3, 0, 1, 1, {}, {}};
+const AtmLEC client{0, 1, {"engineering"}, 2, 0x12345, 0, 3, lecs, {}, {}, {}};
+const AtmLES server{0, {"a-name-of-thirty-one-characters"}, 3, 0, 2, 1, {}, {}};
 const AtmLECS settings{0, 2, 3, 4, address("47007900000000000000000000112233445566ff")};
 const AtmIP1577 ipClient{0, 1, {"10.1.2.3"}, {"255.255.0.0"}, {"192.168.1.200"}, lecs, {}, {}, {}};
 const AtmBridgedPvc bridged{macAddress({0x00, 0xa0, 0x3e, 0x12, 0x34, 0x56}), 100, 1, 1, 155};
@@ -24,10 +24,10 @@ const lecs_req mapping = lecs_req::mapping(esiSelector({1, 2, 3, 4, 5, 6, 7}), 5
 const char lecData[] =
     "00 00 00 00  47 00 79 00 00 00 00 00 00 00 00 00 00 00 a0 3e 00 00 01 07  02 00 00 00"
     "65 6e 67 69 6e 65 65 72 69 6e 67 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
-    "01 00 00 00  01 00 00 00  45 23 01 00";
+    "03 00 00 00  01 00 00 00  45 23 01 00";
 const char lesData[] =
     "61 2d 6e 61 6d 65 2d 6f 66 2d 74 68 69 72 74 79 2d 6f 6e 65 2d 63 68 61 72 61 63 74 65 72 73 00"
-    "01 00 00 00  03 00 00 00  01 00 00 00  00 00 00 00  00 00 00 00";
+    "01 00 00 00  03 00 00 00  02 00 00 00  00 00 00 00  00 00 00 00";
 const char lecsData[] =
     "47 00 79 00 00 00 00 00 00 00 00 00 00 11 22 33 44 55 66 ff  02 00 00 00  03 00 00 00"
     "04 00 00 00  11 22 33 44 55 66 ff  00  00 00 00 00";
