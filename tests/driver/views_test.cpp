@@ -72,17 +72,11 @@ TEST(Views, LanEmulationClient) {
               "000102030405060708090a0b0c0d0e0f10111213 20 21 3d:3e:3f:40:41:42");
     EXPECT_EQ(fields(stats.elanName()), "1c 1d 1e 1f 20 21 22 23 24 25 26 27 28 29 2a 2b "
                                         "2c 2d 2e 2f 30 31 32 33 34 35 36 37 38 39 3a 3b");
-    const struct {
-        LecConnection connection;
-        const char* expected;
-    } connections[] = {
-        {LecConnection::controlDirect, "cacb 4c4d4e4f505152535455565758595a5b5c5d5e5f"},
-        {LecConnection::controlDistribute, "c8c9 dfdedddcdbdad9d8d7d6d5d4d3d2d1d0cfcecdcc"},
-        {LecConnection::multicastSend, "9e9f c7c6c5c4c3c2c1c0bfbebdbcbbbab9b8b7b6b5b4"},
-        {LecConnection::multicastForward, "9c9d b3b2b1b0afaeadacabaaa9a8a7a6a5a4a3a2a1a0"},
-    };
-    for (const auto& c : connections)
-        EXPECT_EQ(fields(stats.vci(c.connection), stats.address(c.connection)), c.expected);
+    const auto connection = [&](LecConnection c) { return fields(stats.vci(c), stats.address(c)); };
+    EXPECT_EQ(connection(LecConnection::controlDirect), "cacb 4c4d4e4f505152535455565758595a5b5c5d5e5f");
+    EXPECT_EQ(connection(LecConnection::controlDistribute), "c8c9 dfdedddcdbdad9d8d7d6d5d4d3d2d1d0cfcecdcc");
+    EXPECT_EQ(connection(LecConnection::multicastSend), "9e9f c7c6c5c4c3c2c1c0bfbebdbcbbbab9b8b7b6b5b4");
+    EXPECT_EQ(connection(LecConnection::multicastForward), "9c9d b3b2b1b0afaeadacabaaa9a8a7a6a5a4a3a2a1a0");
     const auto row = view<LecRowView, 72>();
     EXPECT_EQ(fields(row.mac(), row.switched(), row.address(), row.vci(), row.tx(), row.rx()),
               "00:01:02:03:04:05 no 0f101112131415161718191a1b1c1d1e1f202122 2726 33323130 37363534");
