@@ -1,6 +1,7 @@
 // A whole change beside others that change the same files, and under every fault of the file system.
 #include "change/adapterchange.h"
 
+#include "administrator.h"
 #include "config/pvcfile.h"
 #include "tests/support/configuration.h"
 #include "tests/support/failingfiles.h"
@@ -33,38 +34,6 @@ AtmBridgedPvc pvc(int number, int rate = 0) {
     made.rate = rate;
     return made;
 }
-
-// One administrator with the sample configuration, who works on adapter 1.
-struct Administrator {
-    AtmDevices mine;
-    Configuration configuration{"tarvolin", mine};
-    AtmDevices before;
-
-    Administrator() {
-        EXPECT_TRUE(configuration.read());
-        begin();
-    }
-
-    AtmLEC& lec(std::size_t number) { return mine.lec[0][number - 1]; }
-
-    void begin() {
-        configuration.readAgain(0);
-        before = mine;
-    }
-
-    // Ends the dialog. Answers the questions, which are kept, with `answer`.
-    ChangeResult end(bool settings = true, bool answer = true, bool driver = false) {
-        questions.clear();
-        AdapterChange change(configuration,
-                             {.adapter = 0, .settings = settings, .before = before, .driver = driver});
-        while (const std::optional<Question> question = change.run()) {
-            questions.push_back(question->text);
-            change.answer(answer);
-        }
-        return change.result();
-    }
-    std::vector<std::string> questions;
-};
 
 struct Changes : testing::Test {
     SampleRoot root;

@@ -4,9 +4,9 @@
 #include "change/fileset.h"
 #include "change/saverecord.h"
 
+#include "administrator.h"
 #include "config/pvcfile.h"
 #include "tests/support/simulator.h"
-#include "tests/support/temproot.h"
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
@@ -29,13 +29,13 @@ struct Case {
     std::string failure;     // of the PVC
 };
 
-void apply(const TempRoot& root, const Edit& edit) {
+void edit(const TempRoot& root, const Edit& how) {
     std::string text = root.read(file);
-    if (edit.first.empty() && edit.second.empty()) return;
-    if (edit.first == "all") return root.write(file, edit.second);
-    const std::size_t at = text.find(edit.first);
-    ASSERT_NE(at, std::string::npos) << edit.first;
-    root.write(file, text.replace(at, edit.first.size(), edit.second));
+    if (how.first.empty() && how.second.empty()) return;
+    if (how.first == "all") return root.write(file, how.second);
+    const std::size_t at = text.find(how.first);
+    ASSERT_NE(at, std::string::npos) << how.first;
+    root.write(file, text.replace(at, how.first.size(), how.second));
 }
 
 std::map<std::string, std::string> lists(const TempRoot& root) {
@@ -77,23 +77,16 @@ const Case cases[] = {
 
 TEST(Unreadable, ListsStay) {
     for (const Case& c : cases) {
-        const TempRoot root;
-        writeSampleConfiguration(root);
-        apply(root, c.before);
-        AtmDevices mine;
-        Configuration configuration("tarvolin", mine);
-        EXPECT_TRUE(configuration.read());
-        configuration.readAgain(0);
-        const AtmDevices before = mine;
+        const SampleRoot root;
+        edit(root, c.before);
+        Administrator user;
         const auto was = lists(root);
-        if (c.adds) mine.lec[0][0].pvcs.emplace_back().vci = 204;
-        apply(root, c.meanwhile);
-        AdapterChange change(configuration, {.adapter = 0, .settings = c.settings, .before = before});
-        const std::optional<Question> question = change.run();
-        EXPECT_FALSE(question) << c.what << ": " << question->text;
-        EXPECT_EQ(lists(root), was) << c.what;
+        if (c.adds) user.lec(1).pvcs.emplace_back().vci = 204;
+        edit(root, c.meanwhile);
         std::string failures;
-        for (const SaveFailure& failure : change.result().failures) failures += failure.reason;
+        for (const SaveFailure& failure : user.end(c.settings).failures) failures += failure.reason;
+        EXPECT_THAT(user.questions, testing::IsEmpty()) << c.what;
+        EXPECT_EQ(lists(root), was) << c.what;
         if (c.failure != "-") {
             EXPECT_EQ(failures, c.failure) << c.what;
         }
@@ -102,17 +95,14 @@ TEST(Unreadable, ListsStay) {
 
 // A section that cannot be read says nothing of the client, which runs.
 TEST(Unreadable, ARunningClientIsNotStopped) {
-    const TempRoot root;
-    writeSampleConfiguration(root);
+    const SampleRoot root;
     const Simulator simulator({"--frozen", "--adapters", "1"});
-    AtmDevices mine;
-    Configuration configuration("tarvolin", mine);
-    ASSERT_TRUE(configuration.read());
-    ChangeOrder order{.adapter = 0, .before = mine, .driver = true};
+    Administrator user;
+    ChangeOrder order{.adapter = 0, .before = user.before, .driver = true};
     order.changed.lec.set(0);
-    mine.lec[0][0].l3Mtu = 1400;
-    apply(root, emptied);
-    AdapterChange change(configuration, order);
+    user.lec(1).l3Mtu = 1400;
+    edit(root, emptied);
+    AdapterChange change(user.configuration, order);
     EXPECT_FALSE(change.run());
     EXPECT_THAT(simulator.ctl("dump config"), testing::HasSubstr("config lec 1.1 enabled 1\n"));
     EXPECT_THAT(simulator.ctl("dump config"), testing::HasSubstr("config lec 1.1 l3Mtu 1400\n"));
@@ -147,33 +137,23 @@ TEST(Unreadable, ARecordOfAnotherUserIsNotObeyed) {
 
 // The copies of this very save change it, over and over.
 TEST(Unreadable, ADirectoryInPlaceOfAListHoldsNothingUp) {
-    const TempRoot root;
-    writeSampleConfiguration(root);
-    apply(root, {"= /etc/atm/pvcconf0.0", "= /etc/atm"});
-    AtmDevices mine;
-    Configuration configuration("tarvolin", mine);
-    EXPECT_TRUE(configuration.read());
-    const AtmDevices before = mine;
-    mine.lec[0][1].l3Mtu = 1400;
-    AdapterChange change(configuration, {.adapter = 0, .before = before});
-    EXPECT_FALSE(change.run());
-    EXPECT_TRUE(change.result().wrote);
+    const SampleRoot root;
+    edit(root, {"= /etc/atm/pvcconf0.0", "= /etc/atm"});
+    Administrator user;
+    user.lec(2).l3Mtu = 1400;
+    EXPECT_TRUE(user.end().wrote);
+    EXPECT_THAT(user.questions, testing::IsEmpty());
 }
 
 // A list's file that is a link, to comments outside the folder.
 TEST(Unreadable, CommentsElsewhereAreNoEmptyList) {
-    const TempRoot root;
-    writeSampleConfiguration(root);
+    const SampleRoot root;
     root.write("/notes", "# of somebody\n");
     fs::remove(root.at("/etc/atm/pvcconf0.0"));
     fs::create_symlink("../../notes", root.at("/etc/atm/pvcconf0.0"));
-    AtmDevices mine;
-    Configuration configuration("tarvolin", mine);
-    EXPECT_TRUE(configuration.read());
-    const AtmDevices before = mine;
-    mine.lec[0][0].pvcs.emplace_back().vci = 204;
-    AdapterChange change(configuration, {.adapter = 0, .before = before});
-    EXPECT_FALSE(change.run());
+    Administrator user;
+    user.lec(1).pvcs.emplace_back().vci = 204;
+    EXPECT_EQ(user.end().failures.size(), 1U);
+    EXPECT_THAT(user.questions, testing::IsEmpty());
     EXPECT_EQ(root.read("/notes"), "# of somebody\n");
-    EXPECT_EQ(change.result().failures.size(), 1U);
 }
