@@ -1,8 +1,8 @@
 // The X server is lost, or a signal comes, while a real process is in the middle of Setup.
 #include <gtest/gtest.h>  // before the window system's macros
 
-#include "tests/support/holder.h"
 #include "tests/e2e/outsideuser.h"
+#include "tests/support/holder.h"
 #include "version.h"
 
 #include <functional>
