@@ -157,6 +157,13 @@ LineWriter& standardError() {
 
 // The C library lets a program assign these streams. Every writer goes through them: this way no line of ours
 // can be forgotten, and the warnings of Xt and Motif are no exception.
+void openStandardDescriptors() {
+    // open() gives the lowest number that is free.
+    int descriptor = 0;
+    while (descriptor >= 0 && descriptor <= STDERR_FILENO) descriptor = ::open("/dev/null", O_RDWR);
+    ::close(descriptor);
+}
+
 void guardStandardStreams() {
     if (std::FILE* stream = streamOver(standardOutput())) stdout = stream;
     if (std::FILE* stream = streamOver(standardError())) stderr = stream;

@@ -173,6 +173,24 @@ TEST_F(DriverLost, ARefusalIsAnAnswer) {
     }
 }
 
+// The driver that has come does not know the adapter.
+TEST_F(DriverLost, ADriverThatRefusesLeavesOldValuesGreyed) {
+    startOn("aal5Stats", "set adapter 1 rxPackets 5");
+    turnTo("signallingStats");
+    simulator.reset();
+    expectSilent();
+    simulator.emplace(std::vector<std::string>{"--frozen", "--adapters", "2"});
+    expectAnswers();
+    EXPECT_TRUE(greyed("ilmi"));
+    EXPECT_TRUE(greyedTable("signallingTable"));
+    turnTo("aal5Stats");
+    EXPECT_TRUE(greyed("rxPackets"));
+    EXPECT_EQ(look("rxPackets"), "5");
+    simulator.reset();
+    startDriver();
+    EXPECT_TRUE(user->until([this] { return !greyed("rxPackets"); }, 2));
+}
+
 // The driver's counters start from 0 with it.
 TEST_F(DriverLost, WhatWasClearedIsForgottenWithTheDriver) {
     const std::string before =

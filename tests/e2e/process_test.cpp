@@ -7,6 +7,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 #include <pty.h>
 #include <termios.h>
@@ -90,6 +91,39 @@ TEST(Process, SignalsAndALostServerAreSaidInOneLineAndLeaveNoTemporaryCopy) {
         EXPECT_EQ(endOf(tool, simulator, server, c.signal), c.status) << c.line;
         EXPECT_EQ(tool.output(), c.line);
         EXPECT_EQ(root.temporaryCopies(), 0);
+    }
+}
+
+TEST(Process, AServerThatStandsStillDoesNotHoldUpTheEnd) {
+    TempRoot root;
+    writeSampleConfiguration(root);
+    XServer server;
+    Simulator simulator({"--frozen", "--adapters", "1"});
+    Tool tool(root, {});
+    EXPECT_TRUE(wasAsked(simulator, "adapter.mac"));
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));  // it shows its window
+    server.stop();
+    tool.signal(SIGTERM);
+    EXPECT_EQ(tool.exitStatusWithin(std::chrono::seconds(1)), 143);
+    EXPECT_EQ(tool.output(), "tarvolin: stopped by signal 15 (Terminated)\n");
+}
+
+// The program is there when it is asked to end after a second, and ends.
+TEST(Process, StartsAsTheShellLeavesIt) {
+    constexpr int ended = 124, killed = 137;  // timeout(1) says so
+    const struct {
+        const char* command;
+        int status;
+    } cases[] = {{"timeout -k 3 1 {} -debug 1>&- 2>&-", ended},
+                 {"timeout -k 3 1 {} -debug 0<&- 1>&- 2>&-", ended},
+                 {"timeout -k 2 -s HUP 1 sh -c 'trap \"\" HUP; exec {}' 2>&-", killed}};
+    TempRoot root;
+    writeSampleConfiguration(root);
+    XServer server;
+    Simulator simulator({"--frozen", "--adapters", "1"});
+    for (const auto& c : cases) {
+        const int status = std::system(fmt::format(fmt::runtime(c.command), TARVOLIN_PROGRAM).c_str());
+        EXPECT_EQ(WEXITSTATUS(status), c.status) << c.command;
     }
 }
 

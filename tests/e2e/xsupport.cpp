@@ -43,7 +43,12 @@ XServer::XServer(const std::string& screen, const char* visualClass) {
 XServer::~XServer() {
     if (process_ <= 0) return;
     ::kill(process_, SIGTERM);
+    ::kill(process_, SIGCONT);
     ::waitpid(process_, nullptr, 0);
+}
+
+void XServer::stop() {
+    ::kill(process_, SIGSTOP);
 }
 
 void XServer::kill() {

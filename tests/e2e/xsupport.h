@@ -22,6 +22,7 @@ class XServer {
     XServer& operator=(const XServer&) = delete;
 
     void kill();  // at once, as when a server crashes
+    void stop();  // it stands still, as behind a link that has broken down
 
   private:
     pid_t process_ = -1;

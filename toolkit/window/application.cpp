@@ -13,6 +13,8 @@
 #include <cstring>
 #include <fcntl.h>
 #include <fmt/core.h>
+#include <sys/socket.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 namespace {
@@ -24,8 +26,27 @@ zApplication* running = nullptr;
 std::string runningName;
 int signalPipe[2] = {-1, -1};
 
+// A server that stands still must not hold up the end: what waits for it fails when the connection is shut
+// down.
+volatile std::sig_atomic_t connection = -1;  // the descriptor
+volatile std::sig_atomic_t endedBy = 0;      // the signal
+constexpr int graceMicroseconds = 400'000;   // of a second that the end may take
+
+extern "C" void shutConnection(int) {
+    const int error = errno;
+    if (connection >= 0) ::shutdown(connection, SHUT_RDWR);
+    errno = error;
+}
+
+void setGrace(int microseconds) {
+    const itimerval once{{0, 0}, {0, microseconds}};
+    ::setitimer(ITIMER_REAL, &once, nullptr);
+}
+
 extern "C" void noteSignal(int number) {
     const int error = errno;
+    if (!endedBy) setGrace(graceMicroseconds);
+    endedBy = number;
     platform::noteEndAsked();
     const auto byte = static_cast<unsigned char>(number);
     const ssize_t ignored = ::write(signalPipe[1], &byte, 1);
@@ -33,13 +54,27 @@ extern "C" void noteSignal(int number) {
     errno = error;
 }
 
+// As nohup does it.
+bool isIgnored(int number) {
+    struct sigaction now {};
+    return ::sigaction(number, nullptr, &now) == 0 && now.sa_handler == SIG_IGN;
+}
+
+void saySignal(const std::string& program, int number) {
+    fmt::print(stderr, "{}: stopped by signal {} ({})\n", program, number, ::strsignal(number));
+}
+
 // Xlib ends the process when this returns. No X call is allowed here.
 int connectionLost(Display*) {
-    fmt::print(stderr, "{}: the connection to the X server is lost\n", runningName);
+    const int number = endedBy;
+    if (!number)
+        fmt::print(stderr, "{}: the connection to the X server is lost\n", runningName);
+    else if (running && !running->ending())
+        saySignal(runningName, number);
     if (running && running->onConnectionLost) running->onConnectionLost();
     if (running && running->onAbort) running->onAbort();
     std::fflush(nullptr);
-    ::_exit(1);
+    ::_exit(number ? 128 + number : 1);
 }
 
 // X errors are logged and not fatal: the program may be in the middle of a save.
@@ -91,7 +126,12 @@ zApplication::zApplication(std::string programName, std::string className, std::
                   this);
     struct sigaction action {};
     action.sa_handler = noteSignal;
-    for (const int number : endingSignals) ::sigaction(number, &action, nullptr);
+    endedBy = 0;
+    for (const int number : endingSignals)
+        if (!(number == SIGHUP && isIgnored(number))) ::sigaction(number, &action, nullptr);
+    action.sa_handler = shutConnection;
+    action.sa_flags = SA_RESTART;
+    ::sigaction(SIGALRM, &action, nullptr);
     // A lost log or driver, and a file that the process may not let grow, are reported by the call that
     // writes.
     std::signal(SIGPIPE, SIG_IGN);
@@ -99,10 +139,13 @@ zApplication::zApplication(std::string programName, std::string className, std::
 }
 
 zApplication::~zApplication() {
-    for (const int number : endingSignals) std::signal(number, SIG_DFL);
+    for (const int number : endingSignals)
+        if (!isIgnored(number)) std::signal(number, SIG_DFL);
     if (connection_->root) XtDestroyWidget(connection_->root);
     connection_->cache.reset();
     XtDestroyApplicationContext(connection_->context);  // closes the display, too
+    connection = -1;
+    setGrace(0);
     for (int& end : signalPipe) {
         ::close(end);
         end = -1;
@@ -122,6 +165,7 @@ bool zApplication::openDisplay() {
     connection_->display = XtOpenDisplay(connection_->context, nullptr, programName_.c_str(),
                                          className_.c_str(), nullptr, 0, &count, words.data());
     if (connection_->display) {
+        connection = ConnectionNumber(connection_->display);
         avoidRenderOnColourMaps(connection_->display);
         connection_->cache = std::make_unique<zDisplayCache>(connection_->display);
         if (!connection_->cache->alarms().working()) {
@@ -177,7 +221,7 @@ void zApplication::quit() {
 
 void zApplication::stoppedBySignal(int number) {
     if (ending_) return;
-    fmt::print(stderr, "{}: stopped by signal {} ({})\n", programName_, number, ::strsignal(number));
+    saySignal(programName_, number);
     status_ = 128 + number;  // as the shell reports it
     if (onAbort) onAbort();
     quit();

@@ -56,8 +56,13 @@ void DStatsDlgAAL5PG::UpdateDisplay(int index, bool clear) {
             showAlarms(reply);
         else if (cut())
             return;
+        else
+            keptOldValues();
     }
-    if (const AalStatsView reply = query_.GetAalStats()) counters_.show(reply, clear);
+    if (const AalStatsView reply = query_.GetAalStats())
+        counters_.show(reply, clear);
+    else
+        keptOldValues();
 }
 
 void DStatsDlgAAL5PG::countAnew() {

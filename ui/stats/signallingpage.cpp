@@ -50,16 +50,17 @@ constexpr StatsColumn<VcRowView> columns[] = {
 SignallingPGSigStatsTBL::SignallingPGSigStatsTBL(zTable& table, const StatsSource& source)
     : NamedRowsTable(table, columns, circuits, "Signalling"), query_(source.channel, source.adapter) {}
 
-void SignallingPGSigStatsTBL::UpdateDisplay(int index, bool clear) {
+bool SignallingPGSigStatsTBL::UpdateDisplay(int index, bool clear) {
     query_.setUnit(static_cast<std::uint8_t>(index));
     // Both circuits are among the first 16 rows.
     const auto circuitTable = query_.GetTable(1, 16);
-    if (circuitTable.size() <= 1) return;
+    if (circuitTable.size() <= 1) return false;
     for (std::size_t i = 0; i < std::size(circuitVcis); ++i) {
         const VcRowView row = query_.GetVciEntry(circuitVcis[i]);
         if (!row || (!shown_.update(i, row.bytes()) && !clear)) continue;
         writeRow(static_cast<int>(i) + 1, row, baselines_[i], clear);
     }
+    return true;
 }
 
 DStatsDlgSignallingPG::DStatsDlgSignallingPG(const StatsSource& source)
@@ -70,17 +71,18 @@ DStatsDlgSignallingPG::DStatsDlgSignallingPG(const StatsSource& source)
 }
 
 void DStatsDlgSignallingPG::refresh(bool clear) {
-    if (!clear) {
+    if (clear)
+        keptOldValues();  // of the states, which are not asked for
+    else
         UpdateDisplay(0);
-        if (cut()) return;
-    }
-    table_.UpdateDisplay(0, clear);
+    if (cut()) return;
+    if (!table_.UpdateDisplay(0, clear)) keptOldValues();
 }
 
 void DStatsDlgSignallingPG::UpdateDisplay(int index) {
     query_.setUnit(static_cast<std::uint8_t>(index));
     const LinkStateView reply = query_.GetLinkState();
-    if (!reply) return;
+    if (!reply) return keptOldValues();
     for (std::size_t i = 0; i < lamps_.size(); ++i)
         lamps_[i].show(lookOf(lamps[i].colour((reply.*lamps[i].state)())));
     states_.show(reply);

@@ -14,8 +14,9 @@ class SignallingPGSigStatsTBL : public NamedRowsTable<VcRowView> {
   public:
     SignallingPGSigStatsTBL(zTable& table, const StatsSource& source);
 
-    // The row of a circuit that the driver does not report stays as it is. Without an answer all rows do.
-    void UpdateDisplay(int index, bool clear);
+    // The row of a circuit that the driver does not report stays as it is. Without an answer all rows do, and
+    // it returns false.
+    bool UpdateDisplay(int index, bool clear);
 
     void countAnew() {
         baselines_ = {};

@@ -31,7 +31,7 @@ void StatsPage::refreshUntil(Clock::time_point end, bool clear) {
         countAnew();
     }
     clearing_ |= clear;
-    withheld_ = false;
+    withheld_ = kept_ = false;
     answers_.restart();
     look_ = Clock::now() + noticeable;
     end_ = end;
@@ -43,8 +43,8 @@ void StatsPage::refreshUntil(Clock::time_point end, bool clear) {
     if (!withheld_) clearing_ = false;
     if (!cut()) {
         // Going through all controls at each tick would cost more than the tick.
-        if (greyed_) board_.grey(false);
-        greyed_ = false;
+        if (greyed_ && !kept_) board_.grey(false);
+        greyed_ &= kept_;
         filled_ = true;
     }
     if (onRefreshed) onRefreshed();

@@ -1,8 +1,8 @@
 // Base of the pages of the statistics notebook.
 //
 // The driver may come and go, and it may be slow. A refresh ends with the first request that gets no answer;
-// what the page shows stays and is greyed until a refresh has all its answers. It also ends, between two
-// requests, when it has run for long and the user waits: see cut().
+// what the page shows stays and is greyed until a refresh has all its answers, and nothing old is left. It
+// also ends, between two requests, when it has run for long and the user waits: see cut().
 #pragma once
 
 #include "driver/channel.h"
@@ -57,6 +57,10 @@ class StatsPage : public TimerPage {
     // Counters are shown as the driver counts them, whatever was cleared before: it has started anew.
     virtual void countAnew() {}
 
+    // To be called in a refresh when the driver has refused a query and old values stay: greyed ones stay
+    // greyed.
+    void keptOldValues() { kept_ = true; }
+
     // In this refresh a request got no answer, or has not been sent because the user waits.
     bool cut() const { return withheld_ || answers_.missed(); }
 
@@ -70,6 +74,7 @@ class StatsPage : public TimerPage {
     DriverChannel& channel_;
     AnswerWatch answers_;  // since the refresh began
     bool withheld_ = false;
+    bool kept_ = false;      // in this refresh
     bool missed_ = false;    // the last refresh got no answer
     bool clearing_ = false;  // Clear was pressed and is not done
     unsigned long reopenings_;
