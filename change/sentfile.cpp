@@ -51,7 +51,7 @@ std::string SentFile::text(const LastSent& sent) {
             for (const auto& [key, value] : values)
                 of[escaped(key)] = {{"value", escaped(value.text)}, {"time", escaped(value.time)}};
         }
-        adapters[std::to_string(number)] = {{"boot", escaped(adapter.identity.boot)},
+        adapters[std::to_string(number + 1)] = {{"boot", escaped(adapter.identity.boot)},
                                             {"revision", escaped(adapter.identity.revision)},
                                             {"mac", escaped(adapter.identity.mac)},
                                             {"forgotten", escaped(adapter.forgotten)},
@@ -69,7 +69,9 @@ bool SentFile::read(std::string_view text, LastSent& sent) {
     LastSent result;
     result.forgotten_ = from.text(json, "forgotten");
     for (const auto& [number, adapter] : from.object(json, "adapters").items()) {
-        LastSent::Adapter& to = result.adapters_[from.number(number)];
+        const int counted = from.number(number);  // from 1
+        if (counted < 1) return false;
+        LastSent::Adapter& to = result.adapters_[counted - 1];
         to.identity = {from.text(adapter, "boot"), from.text(adapter, "revision"), from.text(adapter, "mac")};
         to.forgotten = from.text(adapter, "forgotten");
         for (const auto& [service, values] : from.object(adapter, "services").items()) {

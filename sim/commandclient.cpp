@@ -1,6 +1,7 @@
 #include "sim/commandclient.h"
 
 #include "platform/index.h"
+#include "platform/safetext.h"
 #include "sim/commands.h"
 #include "sim/nodes.h"
 
@@ -27,7 +28,9 @@ int complain(const std::string& reason) {
 int sendCommand(const std::vector<std::string>& words) {
     if (words.empty() || words[0] == "help" || words[0] == "--help" || words[0] == "-h") {
         const std::string text = commandHelp(words.size() > 1 ? words[1] : "");
-        if (text.empty()) return complain(fmt::format("no command \"{}\"; see \"tvsim ctl help\"", words[1]));
+        if (text.empty())
+            return complain(
+                fmt::format("no command \"{}\"; see \"tvsim ctl help\"", platform::escaped(words[1])));
         fmt::print("{}", text);
         return 0;
     }

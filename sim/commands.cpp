@@ -1,5 +1,7 @@
 #include "sim/commands.h"
 
+#include "platform/safetext.h"
+
 #include "sim/changerequests.h"
 #include "sim/dump.h"
 #include "sim/faultcommand.h"
@@ -183,7 +185,7 @@ CommandReply quit(Commands&, Words) {
 }
 CommandReply help(Commands&, Words words) {
     std::string text = commandHelp(words.empty() ? std::string_view{} : words[0]);
-    return text.empty() ? refuse(fmt::format("no command \"{}\"", words[0]))
+    return text.empty() ? refuse(fmt::format("no command \"{}\"", platform::escaped(words[0])))
                         : CommandReply{.text = std::move(text)};
 }
 
@@ -310,7 +312,7 @@ CommandReply Commands::run(const std::vector<std::string>& words) {
     }
     const Command* command = meant(words[0]);
     return CommandReply::refusal(
-        fmt::format("no command \"{}\"; {}", words[0],
+        fmt::format("no command \"{}\"; {}", platform::escaped(words[0]),
                     command ? "the form is: " + formOf(*command) : "see \"ctl help\""));
 }
 

@@ -114,8 +114,8 @@ TEST(Sent, ADamagedFileIsSaidAndNotUsed) {
         EXPECT_TRUE(refused(whole.substr(0, length))) << length;
     for (const auto& [from, to] : {std::pair("\"format\": 1", "\"format\": 2"),
                                    {"\"format\"", "\"Format\""},
-                                   {"\"1\": {", "\"one\": {"},
-                                   {"\"1\": {", "\"\": {"},
+                                   {"\"2\": {", "\"one\": {"},
+                                   {"\"2\": {", "\"\": {"},
                                    {"\"4544\"", "4544"},
                                    {"\"boot\": \"boot\"", "\"boot\": null"},
                                    {"\"services\"", "\"service\""},
