@@ -52,10 +52,10 @@ std::string SentFile::text(const LastSent& sent) {
                 of[escaped(key)] = {{"value", escaped(value.text)}, {"time", escaped(value.time)}};
         }
         adapters[std::to_string(number + 1)] = {{"boot", escaped(adapter.identity.boot)},
-                                            {"revision", escaped(adapter.identity.revision)},
-                                            {"mac", escaped(adapter.identity.mac)},
-                                            {"forgotten", escaped(adapter.forgotten)},
-                                            {"services", std::move(services)}};
+                                                {"revision", escaped(adapter.identity.revision)},
+                                                {"mac", escaped(adapter.identity.mac)},
+                                                {"forgotten", escaped(adapter.forgotten)},
+                                                {"services", std::move(services)}};
     }
     const Json json{
         {"format", format}, {"forgotten", escaped(sent.forgotten_)}, {"adapters", std::move(adapters)}};
