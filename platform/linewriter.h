@@ -50,8 +50,8 @@ class LineWriter {
 LineWriter& standardOutput();
 LineWriter& standardError();
 
-// To be called first in a program: a standard descriptor that is closed is that of the null device from now on,
-// so that no file and no connection gets its number.
+// To be called first in a program: a standard descriptor that is closed is that of the null device from now
+// on, so that no file and no connection gets its number.
 void openStandardDescriptors();
 
 // From now on stdout and stderr, also those of the libraries, write through these, line by line.
