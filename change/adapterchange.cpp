@@ -252,6 +252,7 @@ void AdapterChange::save(Round& round) {
 // A file gets a further name in the history, which is no change of it.
 void AdapterChange::keepHistory(Round& round, const std::vector<FileEdit>& edits) {
     std::vector<FileAtRisk> files;
+    files.reserve(edits.size());
     for (const FileEdit& edit : edits) files.push_back({edit.name, edit.place});
     round.history.begin(files);
     for (const FileEdit& edit : edits) round.editor.files().takeTimeOfChange(edit.name);
