@@ -21,6 +21,7 @@ std::vector<NamedService> make(int adapter) {
 std::span<const NamedService> namedServices(int adapter) {
     static const std::vector<std::vector<NamedService>> all = [] {
         std::vector<std::vector<NamedService>> services;
+        services.reserve(adapterCount);
         for (int a = 0; a < adapterCount; ++a) services.push_back(make(a));
         return services;
     }();
