@@ -191,6 +191,58 @@ TEST_F(DriverLost, ADriverThatRefusesLeavesOldValuesGreyed) {
     EXPECT_TRUE(user->until([this] { return !greyed("rxPackets"); }, 2));
 }
 
+// The main window finds the new driver, over the channel that the dialog uses, too.
+TEST_F(DriverLost, ADriverThatOthersHaveLostLeavesOldValuesGreyed) {
+    start("1,2", {"set adapter 1 rxPackets 5"});
+    ctl("fault open every errno EBUSY");
+    openDialog();
+    timerTime = 60000;
+    turnTo("aal5Stats");
+    startDriver("2");
+    raise(window->shell());
+    user->key("F5");
+    raise(dialog);
+    press("clear");
+    EXPECT_EQ(silence(), "");
+    EXPECT_EQ(look("rxPackets"), "5");
+    EXPECT_TRUE(greyed("rxPackets"));
+}
+
+// What the new driver tells is shown, and nothing of the one before beside it.
+TEST_F(DriverLost, OldValuesAreNotShownBesideNewOnes) {
+    startOn("aal5Stats", "set adapter 1 rxPackets 5; set lec 1.1 state 6; set lec 1.1 controlDirectVci 16; "
+                         "set lec 1.1 controlDistributeVci 5; set vc 1 row 1 vci 16; set vc 1 row 2 vci 5; "
+                         "set vc 1 row 1 rxPackets 5000; set vc 1 row 2 rxPackets 5000");
+    expectLooks("losLamp=lit");
+    turnTo("signallingStats");
+    expectCell("signallingTable", 2, 2, "5000");
+    turnTo("lecStats");
+    expectCell("lesBusTable", 3, 2, "5000");
+    timerTime = 60000;  // from now on a page is refreshed when it is turned to, and at the tick that runs
+    turnTo("aal5Stats");
+    turnTo("lecStats");
+    simulator.reset();
+    press("clear");
+    startDriver();
+    ctl("set adapter 1 rxPackets 7; set lec 1.1 state 6; set lec 1.1 controlDirectVci 16; "
+        "set lec 1.1 controlDistributeVci 0; fault adapter.suni every resp 5; fault vc.table every resp 5");
+    turnTo("signallingStats");
+    EXPECT_TRUE(greyedTable("signallingTable"));
+    turnTo("aal5Stats");
+    EXPECT_FALSE(greyed("rxPackets"));
+    expectLooks("rxPackets=7; losLamp=greyed");
+    turnTo("lecStats");
+    EXPECT_FALSE(greyed("mtu"));
+    expectCell("lesBusTable", 1, 1, "  0/  16");
+    for (const auto& [column, row] : {std::pair(3, 1), {1, 2}, {3, 2}})
+        expectCell("lesBusTable", column, row, "");
+    ctl("fault clear; rows vc 1 3; set vc 1 row 1 vci 16; set vc 1 row 1 rxPackets 60; set vc 1 row 2 vci 6");
+    turnTo("signallingStats");
+    EXPECT_FALSE(greyedTable("signallingTable"));
+    expectCell("signallingTable", 2, 1, "60");
+    expectCell("signallingTable", 2, 2, "");
+}
+
 // The driver's counters start from 0 with it.
 TEST_F(DriverLost, WhatWasClearedIsForgottenWithTheDriver) {
     const std::string before =

@@ -56,8 +56,8 @@ void DStatsDlgAAL5PG::UpdateDisplay(int index, bool clear) {
             showAlarms(reply);
         else if (cut())
             return;
-        else
-            keptOldValues();
+        else if (old())
+            for (myBitmapButton& lamp : lamps_) lamp.show(LampLook::greyed);
     }
     if (const AalStatsView reply = query_.GetAalStats())
         counters_.show(reply, clear);

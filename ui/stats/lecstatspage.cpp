@@ -44,15 +44,16 @@ LECPGLES_BUSTBL::LECPGLES_BUSTBL(zTable& table, const StatsSource& source)
     : NamedRowsTable(table, lesBusColumns, lesBusRows, "Multicast Send"),
       query_(source.channel, source.adapter), circuits_(source.channel, source.adapter) {}
 
-bool LECPGLES_BUSTBL::UpdateDisplay(int lec, bool clear) {
+bool LECPGLES_BUSTBL::UpdateDisplay(int lec, bool clear, bool old) {
     query_.setUnit(static_cast<std::uint8_t>(lec));
     const LecStatsView stats = query_.GetStats();
     if (!stats) return false;
-    if (lec != shown_) empty();
-    shown_ = lec;
-    nameRows();
     circuits_.setUnit(static_cast<std::uint8_t>(lec));
     circuits_.GetEntireTable();
+    if (!circuits_.answered()) return false;
+    if (lec != shown_ || old) empty();
+    shown_ = lec;
+    nameRows();
     for (std::size_t i = 0; i < std::size(connections); ++i) {
         const std::uint16_t vci = stats.vci(connections[i]);
         if (vci == 0) continue;
@@ -95,7 +96,7 @@ void DStatsDlgLECPG::showClient(bool clear) {
     const bool connected = result != 0 && lecTable_.UpdateDisplay(lec_, clear);
     if (cut()) return;
     if (!connected) lecTable_.empty();
-    const bool joined = result == 2 && lesBusTable_.UpdateDisplay(lec_, clear);
+    const bool joined = result == 2 && lesBusTable_.UpdateDisplay(lec_, clear, old());
     if (!joined && !cut()) lesBusTable_.empty();
 }
 

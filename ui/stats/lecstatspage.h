@@ -22,9 +22,9 @@ class LECPGLES_BUSTBL : public NamedRowsTable<LesBusRow> {
   public:
     LECPGLES_BUSTBL(zTable& table, const StatsSource& source);
 
-    // False without an answer. The row of a connection that does not exist stays as it is while the same
-    // client is shown.
-    bool UpdateDisplay(int lec, bool clear);
+    // False without an answer. The row of a connection that does not exist, and counters that the driver does
+    // not report, stay as they are while the same client is shown, and nothing old.
+    bool UpdateDisplay(int lec, bool clear, bool old);
 
     void countAnew() { baselines_ = {}; }
 

@@ -50,17 +50,24 @@ constexpr StatsColumn<VcRowView> columns[] = {
 SignallingPGSigStatsTBL::SignallingPGSigStatsTBL(zTable& table, const StatsSource& source)
     : NamedRowsTable(table, columns, circuits, "Signalling"), query_(source.channel, source.adapter) {}
 
-bool SignallingPGSigStatsTBL::UpdateDisplay(int index, bool clear) {
+bool SignallingPGSigStatsTBL::UpdateDisplay(int index, bool clear, bool old) {
     query_.setUnit(static_cast<std::uint8_t>(index));
     // Both circuits are among the first 16 rows.
     const auto circuitTable = query_.GetTable(1, 16);
-    if (circuitTable.size() <= 1) return false;
+    if (!circuitTable) return false;
     for (std::size_t i = 0; i < std::size(circuitVcis); ++i) {
-        const VcRowView row = query_.GetVciEntry(circuitVcis[i]);
+        const VcRowView row = circuitTable.size() > 1 ? query_.GetVciEntry(circuitVcis[i]) : VcRowView();
+        if (!row && old) emptyRow(i);
         if (!row || (!shown_.update(i, row.bytes()) && !clear)) continue;
         writeRow(static_cast<int>(i) + 1, row, baselines_[i], clear);
     }
     return true;
+}
+
+void SignallingPGSigStatsTBL::emptyRow(std::size_t circuit) {
+    shown_.forget(circuit);
+    for (int column = 1; column <= static_cast<int>(std::size(columns)); ++column)
+        SetCellText({column, static_cast<int>(circuit) + 1}, "");
 }
 
 DStatsDlgSignallingPG::DStatsDlgSignallingPG(const StatsSource& source)
@@ -76,7 +83,7 @@ void DStatsDlgSignallingPG::refresh(bool clear) {
     else
         UpdateDisplay(0);
     if (cut()) return;
-    if (!table_.UpdateDisplay(0, clear)) keptOldValues();
+    if (!table_.UpdateDisplay(0, clear, old())) keptOldValues();
 }
 
 void DStatsDlgSignallingPG::UpdateDisplay(int index) {

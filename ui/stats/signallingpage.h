@@ -14,9 +14,9 @@ class SignallingPGSigStatsTBL : public NamedRowsTable<VcRowView> {
   public:
     SignallingPGSigStatsTBL(zTable& table, const StatsSource& source);
 
-    // The row of a circuit that the driver does not report stays as it is. Without an answer all rows do, and
-    // it returns false.
-    bool UpdateDisplay(int index, bool clear);
+    // The row of a circuit that the driver does not report stays as it is, or is emptied if it is old.
+    // Without a table all rows stay, and it returns false.
+    bool UpdateDisplay(int index, bool clear, bool old);
 
     void countAnew() {
         baselines_ = {};
@@ -24,6 +24,8 @@ class SignallingPGSigStatsTBL : public NamedRowsTable<VcRowView> {
     }
 
   private:
+    void emptyRow(std::size_t circuit);
+
     vccInfo query_;
     std::array<Baselines, 2> baselines_{};
     ShownBytes shown_;

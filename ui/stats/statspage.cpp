@@ -17,7 +17,8 @@ StatsPage::StatsPage(const StatsSource& source, const zLayout& layout)
 
 void StatsPage::enableTimer() {
     const bool inVain = missed_ && channel_.silentSince() != 0;  // the wait may be long: not at once again
-    refreshWith([this] { Update(); }, (!filled_ || greyed_) && !inVain);
+    const bool lost = reopenings_ != channel_.reopenings();
+    refreshWith([this] { Update(); }, (!filled_ || greyed_ || lost) && !inVain);
 }
 
 void StatsPage::grey() {
@@ -29,6 +30,7 @@ void StatsPage::refreshUntil(Clock::time_point end, bool clear) {
     if (reopenings_ != channel_.reopenings()) {
         reopenings_ = channel_.reopenings();
         countAnew();
+        grey();  // a channel that others use may be open again, and no request of this dialog be missed
     }
     clearing_ |= clear;
     withheld_ = kept_ = false;

@@ -57,6 +57,10 @@ class StatsPage : public TimerPage {
     // Counters are shown as the driver counts them, whatever was cleared before: it has started anew.
     virtual void countAnew() {}
 
+    // What the page shows is from before a loss. What the driver then refuses or does not report either gets
+    // an empty text or a greyed lamp, or stays with keptOldValues().
+    bool old() const { return greyed_; }
+
     // To be called in a refresh when the driver has refused a query and old values stay: greyed ones stay
     // greyed.
     void keptOldValues() { kept_ = true; }
