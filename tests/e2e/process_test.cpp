@@ -95,17 +95,21 @@ TEST(Process, SignalsAndALostServerAreSaidInOneLineAndLeaveNoTemporaryCopy) {
 }
 
 TEST(Process, AServerThatStandsStillDoesNotHoldUpTheEnd) {
-    TempRoot root;
-    writeSampleConfiguration(root);
-    XServer server;
-    Simulator simulator({"--frozen", "--adapters", "1"});
-    Tool tool(root, {});
-    EXPECT_TRUE(wasAsked(simulator, "adapter.mac"));
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));  // it shows its window
-    server.stop();
-    tool.signal(SIGTERM);
-    EXPECT_EQ(tool.exitStatusWithin(std::chrono::seconds(1)), 143);
-    EXPECT_EQ(tool.output(), "tarvolin: stopped by signal 15 (Terminated)\n");
+    for (const bool fromTheStart : {false, true}) {
+        TempRoot root;
+        writeSampleConfiguration(root);
+        XServer server;
+        Simulator simulator({"--frozen", "--adapters", "1"});
+        if (fromTheStart) server.stop();
+        Tool tool(root, {});
+        EXPECT_TRUE(fromTheStart || wasAsked(simulator, "adapter.mac"));
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));  // it shows its window, or waits for it
+        server.stop();
+        tool.signal(SIGTERM);
+        if (fromTheStart) waitABit(), tool.signal(SIGINT);  // is too late to be the reason
+        EXPECT_EQ(tool.exitStatusWithin(std::chrono::seconds(1)), 143) << fromTheStart;
+        EXPECT_EQ(tool.output(), "tarvolin: stopped by signal 15 (Terminated)\n") << fromTheStart;
+    }
 }
 
 // The program is there when it is asked to end after a second, and ends.

@@ -13,6 +13,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <fmt/core.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <unistd.h>
@@ -20,6 +21,7 @@
 namespace {
 
 constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP};
+std::array<std::string, endingSignals.size()> signalLines;  // what is said when they come
 
 // For the signal and error handlers.
 zApplication* running = nullptr;
@@ -29,12 +31,28 @@ int signalPipe[2] = {-1, -1};
 // A server that stands still must not hold up the end: what waits for it fails when the connection is shut
 // down.
 volatile std::sig_atomic_t connection = -1;  // the descriptor
-volatile std::sig_atomic_t endedBy = 0;      // the signal
+volatile std::sig_atomic_t endedBy = 0;      // the first signal
 constexpr int graceMicroseconds = 400'000;   // of a second that the end may take
+
+const std::string& signalLine(int number) {
+    std::size_t at = 0;
+    while (at + 1 < endingSignals.size() && endingSignals[at] != number) ++at;
+    return signalLines[at];
+}
+
+// While the connection is being opened its descriptor is not known, and nothing has been begun.
+void endAtOnce() {
+    const std::string& line = signalLine(endedBy);
+    pollfd reader{STDERR_FILENO, POLLOUT, 0};
+    const ssize_t ignored = ::poll(&reader, 1, 0) > 0 ? ::write(STDERR_FILENO, line.data(), line.size()) : 0;
+    static_cast<void>(ignored);
+    ::_exit(128 + endedBy);
+}
 
 extern "C" void shutConnection(int) {
     const int error = errno;
-    if (connection >= 0) ::shutdown(connection, SHUT_RDWR);
+    if (connection < 0) endAtOnce();
+    ::shutdown(connection, SHUT_RDWR);
     errno = error;
 }
 
@@ -45,8 +63,10 @@ void setGrace(int microseconds) {
 
 extern "C" void noteSignal(int number) {
     const int error = errno;
-    if (!endedBy) setGrace(graceMicroseconds);
-    endedBy = number;
+    if (!endedBy) {
+        endedBy = number;
+        setGrace(graceMicroseconds);
+    }
     platform::noteEndAsked();
     const auto byte = static_cast<unsigned char>(number);
     const ssize_t ignored = ::write(signalPipe[1], &byte, 1);
@@ -60,17 +80,13 @@ bool isIgnored(int number) {
     return ::sigaction(number, nullptr, &now) == 0 && now.sa_handler == SIG_IGN;
 }
 
-void saySignal(const std::string& program, int number) {
-    fmt::print(stderr, "{}: stopped by signal {} ({})\n", program, number, ::strsignal(number));
-}
-
 // Xlib ends the process when this returns. No X call is allowed here.
 int connectionLost(Display*) {
     const int number = endedBy;
     if (!number)
         fmt::print(stderr, "{}: the connection to the X server is lost\n", runningName);
     else if (running && !running->ending())
-        saySignal(runningName, number);
+        fmt::print(stderr, "{}", signalLine(number));
     if (running && running->onConnectionLost) running->onConnectionLost();
     if (running && running->onAbort) running->onAbort();
     std::fflush(nullptr);
@@ -127,6 +143,9 @@ zApplication::zApplication(std::string programName, std::string className, std::
     struct sigaction action {};
     action.sa_handler = noteSignal;
     endedBy = 0;
+    for (std::size_t i = 0; i < endingSignals.size(); ++i)
+        signalLines[i] = fmt::format("{}: stopped by signal {} ({})\n", programName_, endingSignals[i],
+                                     ::strsignal(endingSignals[i]));
     for (const int number : endingSignals)
         if (!(number == SIGHUP && isIgnored(number))) ::sigaction(number, &action, nullptr);
     action.sa_handler = shutConnection;
@@ -144,8 +163,8 @@ zApplication::~zApplication() {
     if (connection_->root) XtDestroyWidget(connection_->root);
     connection_->cache.reset();
     XtDestroyApplicationContext(connection_->context);  // closes the display, too
-    connection = -1;
     setGrace(0);
+    connection = -1;
     for (int& end : signalPipe) {
         ::close(end);
         end = -1;
@@ -221,7 +240,7 @@ void zApplication::quit() {
 
 void zApplication::stoppedBySignal(int number) {
     if (ending_) return;
-    saySignal(programName_, number);
+    fmt::print(stderr, "{}", signalLine(number));
     status_ = 128 + number;  // as the shell reports it
     if (onAbort) onAbort();
     quit();
