@@ -155,8 +155,6 @@ LineWriter& standardError() {
     return writer;
 }
 
-// The C library lets a program assign these streams. Every writer goes through them: this way no line of ours
-// can be forgotten, and the warnings of Xt and Motif are no exception.
 void openStandardDescriptors() {
     // open() gives the lowest number that is free.
     int descriptor = 0;
@@ -164,6 +162,8 @@ void openStandardDescriptors() {
     ::close(descriptor);
 }
 
+// The C library lets a program assign these streams. Every writer goes through them: this way no line of ours
+// can be forgotten, and the warnings of Xt and Motif are no exception.
 void guardStandardStreams() {
     if (std::FILE* stream = streamOver(standardOutput())) stdout = stream;
     if (std::FILE* stream = streamOver(standardError())) stderr = stream;

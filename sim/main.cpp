@@ -1,6 +1,7 @@
 // tvsim: stands at the driver's device and answers as the driver would.
 #include "config/driverpdf.h"
 #include "platform/index.h"
+#include "platform/linewriter.h"
 #include "sim/commandclient.h"
 #include "sim/commands.h"
 #include "sim/server.h"
@@ -113,6 +114,7 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    platform::openStandardDescriptors();
     try {
         return run(argc, argv);
     } catch (const std::exception& failure) {
