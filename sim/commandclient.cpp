@@ -46,6 +46,9 @@ int sendCommand(const std::vector<std::string>& words) {
 
     std::string command;
     for (const std::string& word : words) command.append(word).push_back('\0');
+    if (command.size() > longestCommand)
+        return complain(
+            fmt::format("a command has at most {} bytes, this one has {}", longestCommand, command.size()));
     for (std::string_view left = command; !left.empty();) {
         const ssize_t length = ::send(socket.get(), left.data(), left.size(), MSG_NOSIGNAL);
         if (length < 0) return complain(fmt::format("{}: {}", path.text, std::strerror(errno)));

@@ -1,7 +1,5 @@
 #include "sim/commands.h"
 
-#include "platform/safetext.h"
-
 #include "sim/changerequests.h"
 #include "sim/dump.h"
 #include "sim/faultcommand.h"
@@ -23,8 +21,8 @@ namespace {
 
 using Words = std::span<const std::string>;
 
-CommandReply refuse(std::string reason) {
-    return CommandReply::misuse(std::move(reason));
+CommandReply refuse(std::string_view reason) {
+    return CommandReply::misuse(reason);
 }
 
 CommandReply showTime(Commands& c) {
@@ -185,7 +183,7 @@ CommandReply quit(Commands&, Words) {
 }
 CommandReply help(Commands&, Words words) {
     std::string text = commandHelp(words.empty() ? std::string_view{} : words[0]);
-    return text.empty() ? refuse(fmt::format("no command \"{}\"", platform::escaped(words[0])))
+    return text.empty() ? refuse(fmt::format("no command \"{}\"", words[0]))
                         : CommandReply{.text = std::move(text)};
 }
 
@@ -312,7 +310,7 @@ CommandReply Commands::run(const std::vector<std::string>& words) {
     }
     const Command* command = meant(words[0]);
     return CommandReply::refusal(
-        fmt::format("no command \"{}\"; {}", platform::escaped(words[0]),
+        fmt::format("no command \"{}\"; {}", words[0],
                     command ? "the form is: " + formOf(*command) : "see \"ctl help\""));
 }
 

@@ -1,14 +1,19 @@
 // The commands: what "tvsim ctl" sends to the running simulator.
 #pragma once
 
+#include "platform/safetext.h"
 #include "sim/faults.h"
 #include "sim/requestlog.h"
 #include "sim/state.h"
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace sim {
+
+constexpr std::size_t longestCommand = 65536;  // bytes of its words, each with its end
 
 struct CommandReply {
     bool ok = true;
@@ -16,9 +21,12 @@ struct CommandReply {
     bool misused = false;  // the words are not of the command's form
     std::string text{};    // what the command shows, or why it was refused
 
-    static CommandReply refusal(std::string reason) { return {.ok = false, .text = std::move(reason)}; }
-    static CommandReply misuse(std::string reason) {
-        return {.ok = false, .misused = true, .text = std::move(reason)};
+    // Reasons repeat what was typed, and are read on a terminal.
+    static CommandReply refusal(std::string_view reason) {
+        return {.ok = false, .text = platform::escaped(reason)};
+    }
+    static CommandReply misuse(std::string_view reason) {
+        return {.ok = false, .misused = true, .text = platform::escaped(reason)};
     }
 };
 

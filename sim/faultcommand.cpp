@@ -12,8 +12,8 @@ namespace {
 
 using Words = std::span<const std::string>;
 
-CommandReply misused(std::string reason) {
-    return CommandReply::misuse(std::move(reason));
+CommandReply misused(std::string_view reason) {
+    return CommandReply::misuse(reason);
 }
 
 std::optional<std::int64_t> errorNumber(const std::string& word) {
@@ -105,7 +105,7 @@ CommandReply faultCommand(Faults& faults, Words words) {
         added.nth = static_cast<unsigned>(*nth);
         words = words.subspan(1);
     }
-    if (std::string reason = readDamage(words, added); !reason.empty()) return misused(std::move(reason));
+    if (std::string reason = readDamage(words, added); !reason.empty()) return misused(reason);
     return {.text = fmt::format("{}\n", faults.add(added))};
 }
 

@@ -62,6 +62,7 @@ std::optional<std::int64_t> wholeNumber(std::string_view text) {
 std::string fieldText(const Field& field, ConstBytes bytes) {
     switch (field.kind) {
     case Kind::Number:
+    case Kind::Signed:
         return fmt::format("{}", getNumber(bytes));
     case Kind::Text:
         return {bytes.begin(), std::find(bytes.begin(), bytes.end(), 0)};
@@ -79,10 +80,12 @@ std::string fieldText(const Field& field, ConstBytes bytes) {
 
 std::optional<std::vector<std::uint8_t>> fieldBytes(const Field& field, std::string_view text) {
     switch (field.kind) {
-    case Kind::Number: {
+    case Kind::Number:
+    case Kind::Signed: {
         const std::optional<std::int64_t> value = wholeNumber(text);
         const std::int64_t limit = std::int64_t{1} << 8 * field.width;
-        if (!value || *value >= limit || *value < -limit / 2) return std::nullopt;
+        const std::int64_t least = field.kind == Kind::Signed ? -limit / 2 : 0;
+        if (!value || *value >= limit || *value < least) return std::nullopt;
         std::vector<std::uint8_t> bytes(field.width);
         putNumber(bytes, static_cast<std::uint64_t>(*value));
         return bytes;
@@ -104,6 +107,8 @@ std::string_view kindText(Kind kind) {
     switch (kind) {
     case Kind::Number:
         return "number";
+    case Kind::Signed:
+        return "number, also a negative one";
     case Kind::Text:
         return "text";
     case Kind::Mac:

@@ -13,9 +13,9 @@ namespace sim {
 // The field's bytes as text: numbers in decimal, addresses in their usual form, text up to its NUL.
 std::string fieldText(const Field& field, ConstBytes bytes);
 
-// The bytes of a value: decimal or 0x numbers, also negative ones, that fit the field; all digits of an
-// address, with or without separators; four dotted numbers; text that leaves room for its NUL. Nothing for
-// any other text.
+// The bytes of a value: decimal or 0x numbers that fit the field, negative ones where it has a sign; all
+// digits of an address, with or without separators; four dotted numbers; text that leaves room for its NUL.
+// Nothing for any other text.
 std::optional<std::vector<std::uint8_t>> fieldBytes(const Field& field, std::string_view text);
 
 // What such a value looks like, for messages.

@@ -351,7 +351,7 @@ constexpr Field ipStats[] = {
 };
 constexpr Field ipRow[] = {
     {"state", 0, 2, Number, peerState, 0},        {"kind", 4, 4, Number, peerKind, 0},
-    {"vci", 12, 2, Number, peerVci, 0},           {"txPackets", 20, 4, Number, peerPackets, sent},
+    {"vci", 12, 2, Signed, peerVci, 0},           {"txPackets", 20, 4, Number, peerPackets, sent},
     {"rxPackets", 24, 4, Number, peerPackets, 0}, {"ip", 30, 4, Ip, peerIp, 0},
     {"address", 34, 20, Atm, peerAtm, 0},
 };

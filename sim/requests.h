@@ -21,7 +21,15 @@ struct Subject {
     const Peer* peer;  // null outside tables
 };
 
-enum class Kind : std::uint8_t { Number, Text, Mac, Esi, Atm, Ip };
+enum class Kind : std::uint8_t {
+    Number,
+    Signed,  // a number that readers take for a negative one from its highest bit on
+    Text,
+    Mac,
+    Esi,
+    Atm,
+    Ip
+};
 
 // One named field of a reply or of a table row. `source` writes exactly `width` bytes; `arg` is its
 // parameter.

@@ -12,7 +12,6 @@ namespace sim {
 namespace {
 
 constexpr std::size_t mostPending = 1000;  // late answers on one connection, before it is closed
-constexpr std::size_t mostInput = 65536;   // bytes of a command
 constexpr std::size_t turn = 64;           // packets of one connection before the others have theirs
 constexpr int retryAfter = 100;            // milliseconds until another descriptor may be free
 
@@ -111,7 +110,7 @@ void Server::readCommand(CommandLink& link) {
     for (;;) {
         const ssize_t length = ::recv(link.socket.get(), part, sizeof part, 0);
         if (length < 0 && wouldBlock()) return;
-        if (length < 0 || link.input.size() > mostInput) {
+        if (length < 0 || link.input.size() > longestCommand) {
             link.gone = true;
             return;
         }

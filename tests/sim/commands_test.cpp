@@ -88,6 +88,8 @@ TEST(SimCommands, RefusalsSayWhy) {
         EXPECT_NE(ended.status, 0) << words;
         EXPECT_NE(ended.err.find(says), std::string::npos) << words << ended.err;
     }
+    EXPECT_NE(runSimulator("ctl " + std::string(70000, 'x')).err.find("at most 65536 bytes"),
+              std::string::npos);
     EXPECT_EQ(simulator.ctl("fault"), "");  // a refused command leaves nothing behind
 }
 
@@ -119,6 +121,8 @@ TEST(SimCommands, ANearMissIsAnsweredWithTheFormAndAnExample) {
         {"SET lec 1.2 state 6", "no command \"SET\"", set},
         {"set lec 1.2 state=6", "no field \"state=6\"", set},
         {"set lec.state 1.2 6", "no target \"lec.state\"", set},
+        {"set lec\x1b[7m\xff 1.2 6", "no target \"lec\\x1b[7m\\xff\"", set},
+        {"set lec 1.2 state -1", "\"-1\" does not fit state: number, 4 bytes", set},
         {"set lec 1.2 state", "exactly one value", set},
         {"set lec 1 state 6", "\"1\" is no instance of lec", set},
         {"set lec 1.2 elanName my name", "exactly one value", set},
@@ -172,7 +176,8 @@ TEST(SimCommands, ValuesReadBackAsTheyWereSet) {
         {"set lec 1.2 state 0xff", "get lec 1.2 state", "255"},
         {"set adapter 2 mac 00-A0-3E-00-00-FE", "get adapter 2 mac", "00:a0:3e:00:00:fe"},
         {"clock step 9", "get lec 2.3 mac", "00:a0:3e:00:00:00"},  // derived, and wraps within its byte
-        {"set vc 1 row 2 txPackets -1", "get vc 1 row 2 txPackets", "4294967295"},
+        {"set vc 1 row 2 txPackets 4294967295", "get vc 1 row 2 txPackets", "4294967295"},
+        {"set ip 1 row 2 vci -1", "get ip 1 row 2 vci", "65535"},
         {"set lecs 1 row 1 client 00a03e000001/05", "get lecs 1 row 1 client", "00:a0:3e:00:00:01-05"},
         {"alarm 1 los on", "get adapter 1 los", "1"},
         {"link 1 25", "get adapter 1 valid", "0"},
