@@ -66,8 +66,7 @@ TEST_F(StatisticsTest, EveryWayOfClosingEndsTheDialogAndNoOther) {
         if (way == "window manager") user->askToClose(dialog);
         user->settle();
         EXPECT_EQ(user->shellLike("Statistics "), first) << way;
-        dialog = first;
-        raise(first);
+        backTo(first);
         EXPECT_EQ(asked(), (Names{"sig.link", "vc.table"})) << way;
         press("close");
         EXPECT_EQ(user->shellLike("Statistics "), nullptr) << way;
@@ -90,14 +89,12 @@ TEST_F(StatisticsTest, DialogsStayWithTheirAdapterAndHaveBaselinesOfTheirOwn) {
     expectLooks("rxPackets=0");
     ctl("set adapter 1 rxPackets 1005; set adapter 2 rxPackets 2005");
     expectLooks("rxPackets=5");
-    dialog = first;
-    raise(first);
+    backTo(first);
     turnTo("signallingStats");
     expectLooks("saal=Data transfer ready");
     turnTo("aal5Stats");
     expectLooks("rxPackets=1005");
-    dialog = second;
-    raise(second);
+    backTo(second);
     expectLooks("rxPackets=5");
     turnTo("lecStats");
     turnTo("aal5Stats");
