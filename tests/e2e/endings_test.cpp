@@ -15,14 +15,7 @@ namespace {
 
 constexpr const char *file = "/etc/atm/tvconf", *list = "/etc/atm/pvcconf0.0";
 
-// Where an administrator sits, with Setup open.
-struct Place {
-    TempRoot root;
-    Simulator simulator;
-    Place()
-        : simulator(
-              (writeSampleConfiguration(root), std::vector<std::string>{"--frozen", "--adapters", "1"})) {}
-};
+// An administrator with Setup open.
 struct Desk : Place, Administrator {
     explicit Desk(const std::vector<std::string>& arguments = {}) : Administrator(root, arguments) {
         EXPECT_TRUE(wasAsked(simulator, "adapter.mac"));
