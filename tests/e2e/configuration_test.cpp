@@ -10,32 +10,25 @@
 TEST_F(ConfigurationTest, OneChangedClientIsRestartedWithItsPvcsAndSaved) {
     start();
     told();
-    const std::string before = root.read(parameterFile), runningBefore = dump();
-    int cursorInside = 0;
+    const std::string before = root.read(parameterFile);
     configure([&] {
-        EXPECT_EQ(user->shellLike("Setup ") ? XUser::titleOf(user->shellLike("Setup ")) : "",
-                  "Setup ATM Adapter 1  -  00:a0:3e:00:00:01");
+        EXPECT_TRUE(user->shellLike("Setup ATM Adapter 1  -  00:a0:3e:00:00:01"));
         EXPECT_EQ(shownItem(elanMtuCBO), "1516");
         choose(elanMtuCBO, "Down");
         EXPECT_EQ(shownItem(elanMtuCBO), "4544");
         EXPECT_EQ(text(l3MtuED), "4544") << "follows the larger ELAN MTU";
         EXPECT_FALSE(user->widget("lesPage") || user->widget("lecsPage")) << "those are advanced";
-        cursorInside = window->cursor();
+        EXPECT_EQ(window->cursor(), zArrowCursor);
         press(okBTN);
     });
-    EXPECT_EQ(cursorInside, zArrowCursor);
     EXPECT_EQ(window->cursor(), zArrowCursor);
     EXPECT_EQ(user->shellLike("Setup "), nullptr);
-
     EXPECT_EQ(told(), (Names{"lec.start 0", "lec.pvc-add 0", "lec.pvc-add 0"}));
 
     EXPECT_EQ(differences(before, root.read(parameterFile)),
               (Names{"-\t\tMfs                     = 1", "+\t\tMfs                     = 2",
                      "-\t\tL3Mtu                   = 1500  # largest packet of the layer above",
                      "+\t\tL3Mtu                   = 4544  # largest packet of the layer above"}));
-    EXPECT_EQ(differences(runningBefore, dump()),
-              (Names{"-config lec 1.1 mtuClass 1", "+config lec 1.1 mtuClass 2", "-config lec 1.1 l3Mtu 1500",
-                     "+config lec 1.1 l3Mtu 4544"}));
     expectTheFilesHold(dump());
 }
 
@@ -44,31 +37,33 @@ TEST_F(ConfigurationTest, OkWithoutAChangeAndCancelTouchNothing) {
     const std::string running = dump();
     const auto before = files();
     const struct {
-        const char* name;
-        std::function<void()> close;
-    } ways[] = {{"OK", [this] { press(okBTN); }},
-                {"Return", [this] { user->key("Return"); }},
-                {"Cancel after edits",
-                 [this] {
-                     enter(elanNameED, "other");
-                     press(enableCB);
-                     press(cancelBTN);
-                 }},
-                {"Escape", [this] { user->key("Escape"); }},
-                {"OK after a PVC that was not confirmed", [this] {
-                     inDialog("PVC Settings", [this] {
-                         enter(pvcVciED, "777");
-                         user->key("Escape");
-                     });
-                     press(addBTN);
-                     press(okBTN);
-                 }}};
-    for (const auto& way : ways) {
+        std::vector<Edit> edits;  // the last one closes the dialog
+        const char* key = "";     // or this key does
+    } ways[] = {{{{okBTN}}},
+                {{}, "Return"},
+                {{}, "Escape"},
+                {{{elanNameED, "other"}, {enableCB}, {cancelBTN}}},
+                {{{elanNameED, "other"}, {enableCB}}, "Escape"}};
+    const auto expectNothing = [&](const std::function<void()>& session) {
         told();
-        configure(way.close);
-        EXPECT_EQ(told(), nothing) << way.name;
-        EXPECT_EQ(files(), before) << way.name;
+        configure(session);
+        EXPECT_EQ(told(), nothing);
+        EXPECT_EQ(files(), before);
+    };
+    for (const auto& way : ways) {
+        SCOPED_TRACE(&way - ways);
+        expectNothing([&] {
+            fill(way.edits);
+            if (*way.key) user->key(way.key);
+        });
     }
+    expectNothing([&] {
+        inSubDialog(addBTN, "lecPvc", [this] {
+            enter(pvcVciED, "777");
+            user->key("Escape");
+        });
+        press(okBTN);
+    });
     EXPECT_EQ(dump(), running);
 }
 
@@ -138,24 +133,17 @@ TEST_F(ConfigurationTest, PvcListsFollowTheDriverOrTheUsersConsent) {
             EXPECT_EQ(user->shellLike("PVC Settings"), nullptr);
 
             selectRow(1);
-            inDialog("PVC Settings", [&] {
+            inSubDialog(modifyBTN, "lecPvc", [&] {
                 EXPECT_EQ(text(pvcMacED), "00:20:40:00:a1:01");
                 EXPECT_EQ(text(pvcVciED), "100");
                 EXPECT_TRUE(on(llcSnapRB));
                 EXPECT_TRUE(on(broadcastCB));
-                enter(pvcMacED, "aabbcc000001");
-                press(subOkBTN);
+                fill({{pvcMacED, "aabbcc000001"}, {subOkBTN}});
             });
-            press(modifyBTN);
-
-            inDialog("PVC Settings", [&] {
+            inSubDialog(addBTN, "lecPvc", [&] {
                 EXPECT_EQ(text(pvcMacED), "aa:bb:cc:00:00:01") << "what was confirmed last";
-                enter(pvcMacED, "aabbcc000002");
-                enter(pvcVciED, "300");
-                press(subOkBTN);
+                fill({{pvcMacED, "aabbcc000002"}, {pvcVciED, "300"}, {subOkBTN}});
             });
-            press(addBTN);
-
             selectRow(1);
             press(deleteBTN);
             EXPECT_EQ(pvcRows(), c.result);
@@ -189,11 +177,10 @@ TEST_F(ConfigurationTest, ValuesThatNoControlCanShowSurviveOk) {
         tab(2);
         tab(1);
         selectRow(1);
-        inDialog("PVC Settings", [&] {
+        inSubDialog(modifyBTN, "lecPvc", [&] {
             EXPECT_EQ(text(pvcVciED), "41000");
             user->key("Return");
         });
-        press(modifyBTN);
         EXPECT_EQ(pvcRows().front(), "00:20:40:00:a1:01 | 0 / 41000 | LLC_SNAP | TRUE");
         EXPECT_EQ(XUser::cutTexts(table()), Names{});
         press(okBTN);

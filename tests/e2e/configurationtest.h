@@ -10,9 +10,9 @@
 #include "ui/config/lcpvcdlg.h"
 #include "ui/subdialog.h"
 
+#include <Xm/ComboBox.h>
 #include <Xm/List.h>
-#include <Xm/TabBox.h>
-#include <Xm/TabStack.h>
+#include <Xm/TextF.h>
 #include <Xm/ToggleB.h>
 #include <chrono>
 #include <filesystem>
@@ -21,6 +21,7 @@
 #include <sstream>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 constexpr const char* parameterFile = "/etc/atm/tvconf";
@@ -82,14 +83,7 @@ class ConfigurationTest : public ProgramTest {
     }
     // Clicks on the tab of the page with this board name.
     void turnTo(const std::string& page) {
-        const Widget book = user->widget(pagesNB), board = user->widget(page);
-        ASSERT_TRUE(book && board) << page;
-        const Widget tabs = XtNameToWidget(book, "tabBox");
-        constexpr int row = 15;
-        int x = 0;
-        while (x < 700 && XmTabStackIndexToWidget(book, XmTabBoxXYToIndex(tabs, x, row)) != board) ++x;
-        user->clickAt(book, x + 5, row);
-        ASSERT_EQ(XmTabStackGetSelectedTab(book), board) << page;
+        ProgramTest::turnTo(user->widget(pagesNB), user->widget(page));
         page_ = page;
     }
     // From here on controls are those of this page.
@@ -146,21 +140,42 @@ class ConfigurationTest : public ProgramTest {
         EXPECT_EQ(table().activeCell().row, row);
     }
 
-    // Does the steps in the sub-dialog with this board name when it comes up.
-    void inSubDialog(const std::string& title, const std::string& board, const std::function<void()>& steps) {
-        inDialog(title, [=, this] {
-            const std::string page = std::exchange(page_, board);
-            steps();
-            page_ = page;
-        });
+    // What is typed into a field, or the key for a list; a box or a button is clicked on.
+    struct Edit {
+        int id;
+        std::string value = "";
+    };
+    void fill(const std::vector<Edit>& edits) {
+        for (const Edit& edit : edits) {
+            const Widget control = named(edit.id);
+            if (XtIsSubclass(control, xmComboBoxWidgetClass))
+                choose(edit.id, edit.value.c_str());
+            else if (XmIsTextField(control))
+                enter(edit.id, edit.value);
+            else
+                press(edit.id);
+        }
     }
-    // When Add is pressed on the LEC page.
-    void addsPvc() {
-        inSubDialog("PVC Settings", "lecPvc", [this] {
-            enter(pvcVciED, "204");
+    // Presses the button and does the steps in the dialog that comes up, by its name.
+    void inSubDialog(int button, const std::string& dialog, const std::function<void()>& steps) {
+        user->when([=, this] { return user->widget(dialog) != nullptr; },
+                   [=, this] {
+                       user->focus(user->widget(dialog));
+                       const std::string page = std::exchange(page_, dialog);
+                       steps();
+                       page_ = page;
+                   });
+        press(button);
+    }
+    // The same with edits, which are confirmed.
+    void inSubDialog(int button, const std::string& dialog, const std::vector<Edit>& edits) {
+        inSubDialog(button, dialog, [&] {
+            fill(edits);
             press(subOkBTN);
         });
     }
+    // On the LEC page.
+    void addPvc() { inSubDialog(addBTN, "lecPvc", {{pvcVciED, "204"}}); }
 
     // Somebody else edits a file, at the first such place.
     void edit(const std::string& file, const std::string& from, const std::string& to) {

@@ -18,8 +18,7 @@ class DiskTest : public ConfigurationTest {
         const auto before = files();
         expectBoxes({"Configuration Error"}, [&] {
             enter(elanNameED, "other");
-            addsPvc();
-            press(addBTN);
+            addPvc();
             fault();
             press(close);
         });

@@ -7,7 +7,6 @@
 
 #include <cstdlib>
 #include <fmt/format.h>
-#include <map>
 
 namespace {
 
@@ -34,24 +33,16 @@ class Displays : public OnColours, public StatisticsTest {
 
     // How many of a hundred pixels of the widget have this colour, as near as five bits come to it.
     double share(Widget widget, unsigned rgb) const {
-        Dimension width = 0, height = 0;
-        XtVaGetValues(widget, XtNwidth, &width, XtNheight, &height, nullptr);
-        XImage* image = XGetImage(display(), XtWindow(widget), 0, 0, width, height, AllPlanes, ZPixmap);
-        std::map<unsigned long, int> pixels;
-        for (int y = 0; y < height; ++y)
-            for (int x = 0; x < width; ++x) ++pixels[XGetPixel(image, x, y)];
-        XDestroyImage(image);
-        int alike = 0;
-        for (const auto& [pixel, count] : pixels) {
-            XColor colour{};
-            colour.pixel = pixel;
-            XQueryColors(display(), DefaultColormap(display(), 0), &colour, 1);
-            const auto near = [rgb](unsigned short component, int shift) {
-                return std::abs((component >> 8) - static_cast<int>(rgb >> shift & 255)) <= 8;
-            };
-            if (near(colour.red, 16) && near(colour.green, 8) && near(colour.blue, 0)) alike += count;
+        int alike = 0, all = 0;
+        for (const auto& [colour, count] : user->colours(widget)) {
+            bool near = true;
+            for (const unsigned shift : {0U, 8U, 16U})
+                near &= std::abs(static_cast<int>(colour >> shift & 255U) -
+                                 static_cast<int>(rgb >> shift & 255U)) <= 8;
+            alike += near ? count : 0;
+            all += count;
         }
-        return 100.0 * alike / (width * height);
+        return 100.0 * alike / all;
     }
     void expectShare(Widget widget, unsigned rgb, double least, double most) const {
         user->settle();

@@ -179,14 +179,13 @@ TEST_F(DriverLost, ADriverThatRefusesLeavesOldValuesGreyed) {
     turnTo("signallingStats");
     simulator.reset();
     expectSilent();
-    simulator.emplace(std::vector<std::string>{"--frozen", "--adapters", "2"});
+    startDriver("2");
     expectAnswers();
     EXPECT_TRUE(greyed("ilmi"));
     EXPECT_TRUE(greyedTable("signallingTable"));
     turnTo("aal5Stats");
     EXPECT_TRUE(greyed("rxPackets"));
     EXPECT_EQ(look("rxPackets"), "5");
-    simulator.reset();
     startDriver();
     EXPECT_TRUE(user->until([this] { return !greyed("rxPackets"); }, 2));
 }
@@ -275,7 +274,6 @@ TEST_F(DriverLost, WhatWasClearedIsForgottenWithTheDriver) {
     };
     expectAll("5000", false);
     expectAll("0", true);
-    simulator.reset();
     startDriver();
     ctl(after);
     expectAll("60", false);

@@ -3,7 +3,6 @@
 
 #include "tests/e2e/outsideuser.h"
 #include "tests/support/holder.h"
-#include "version.h"
 
 #include <functional>
 #include <memory>
@@ -16,35 +15,11 @@ namespace {
 
 constexpr const char *file = "/etc/atm/tvconf", *list = "/etc/atm/pvcconf0.0";
 
-// A tool on a display of its own, with its user.
-struct Desk {
-    TempRoot root;
-    XServer server;
-    Simulator simulator;
-    Tool tool;
-    OutsideUser user;
-
-    explicit Desk(const std::vector<std::string>& arguments = {})
-        : simulator(
-              (writeSampleConfiguration(root), std::vector<std::string>{"--frozen", "--adapters", "1"})),
-          tool(root, arguments) {
-        EXPECT_TRUE(user.sees(programTitle)) << tool.output();
+// An administrator with Setup open.
+struct Desk : Place, Administrator {
+    explicit Desk(const std::vector<std::string>& arguments = {}) : Administrator(root, arguments) {
         EXPECT_TRUE(wasAsked(simulator, "adapter.mac"));
-        EXPECT_TRUE(user.opens(spot::setup, "Setup ATM"));
-        user.turn(spot::lecPage);
-    }
-
-    void addPvc() {
-        ASSERT_TRUE(user.opens(spot::addPvc, "PVC Settings"));
-        user.enter(spot::pvcVci, "204");
-        user.pressKey("Return");
-        ASSERT_TRUE(soon([&] { return has(simulator.ctl("dump config"), "pvc 00204"); }));
-        ASSERT_TRUE(user.sees("Setup ATM"));
-    }
-    void renameTwo() {
-        user.enter(spot::lecName, "one");
-        user.click(spot::instance(2));
-        user.enter(spot::lecName, "two");
+        begin();
     }
 };
 
@@ -126,8 +101,10 @@ TEST_P(Endings, WhatTheDriverHasAndWhatWasConfirmedIsSaved) {
         const int signal = end == "server" ? 0 : SIGTERM;
         Desk desk;
         Lock lock;
-        desk.addPvc();
-        desk.renameTwo();
+        desk.addPvc(204);
+        EXPECT_TRUE(wasAsked(desk.simulator, "lec.pvc-add"));
+        desk.rename(1, "one");
+        desk.rename(2, "two");
         moment.reach(desk, lock);
         secondsToEnd(desk, signal, signal ? 3 : 20, end.size() > 6);
         EXPECT_EQ(nameOfClient(desk.root, 1), moment.one);

@@ -7,39 +7,20 @@
 #include "ui/config/leslayout.h"
 #include "ui/config/siglayout.h"
 
-#include <Xm/ComboBox.h>
-#include <Xm/TextF.h>
 #include <fmt/format.h>
 #include <fstream>
 #include <map>
 
 class FullRound : public ConfigurationTest {
   protected:
-    struct Edit {
-        int id;
-        const char* value = "";  // typed into a field, or the key for a list; a box or button is clicked on
-    };
-
     void SetUp() override {
         ConfigurationTest::SetUp();
         advSettings = 1;
     }
 
-    void edit(std::initializer_list<Edit> edits) {
-        for (const Edit& e : edits) {
-            const Widget control = named(e.id);
-            if (XtIsSubclass(control, xmComboBoxWidgetClass))
-                choose(e.id, e.value);
-            else if (XtIsSubclass(control, xmTextFieldWidgetClass))
-                enter(e.id, e.value);
-            else
-                press(e.id);
-        }
-    }
-
     void changeSignalling() {
         turnTo("signalPage");
-        edit({{uniRevisionCBO, "Up"},
+        fill({{uniRevisionCBO, "Up"},
               {portChangeCB},
               {otherPrefixesCB},
               {addrRegCB},
@@ -51,20 +32,16 @@ class FullRound : public ConfigurationTest {
         for (int i = 0; i < lecCount; ++i) {
             tab(i + 1);
             if (i == 3) press(enableCB);
-            edit({{elanNameED, fmt::format("lan-{}", i).c_str()},
+            fill({{elanNameED, fmt::format("lan-{}", i)},
                   {elanTypeCBO, type[i]},
                   {elanMtuCBO, "Down"},
                   {l3MtuED, "9999"}});
             press(i == 2 ? lecsRB : lesRB);
-            edit({{networkPrefixED, fmt::format("4{}", i).c_str()},
-                  {esiSelectorED, fmt::format("0{}ff", i).c_str()}});
-            inSubDialog("PVC Settings", "lecPvc", [&] {
-                edit({{pvcMacED, fmt::format("aabbcc0000{:02x}", i).c_str()},
-                      {pvcVciED, fmt::format("{}", 2000 + i).c_str()},
-                      {i % 2 ? llcSnapRB : nullRB}});
-                press(subOkBTN);
-            });
-            press(addBTN);
+            fill({{networkPrefixED, fmt::format("4{}", i)}, {esiSelectorED, fmt::format("0{}ff", i)}});
+            inSubDialog(addBTN, "lecPvc",
+                        {{pvcMacED, fmt::format("aabbcc0000{:02x}", i)},
+                         {pvcVciED, std::to_string(2000 + i)},
+                         {i % 2 ? llcSnapRB : nullRB}});
             press(pvcOnlyCB);  // greys the rest, which is stored all the same
         }
     }
@@ -74,20 +51,16 @@ class FullRound : public ConfigurationTest {
             tab(i + 1, lesTB);
             if (!on(enableCB)) press(enableCB);
             press(i == 1 ? ethernetRB : tokenRingRB);
-            edit({{elanNameED, fmt::format("elan-{}", i).c_str()},
+            fill({{elanNameED, fmt::format("elan-{}", i)},
                   {elanMtuCBO, "Down"},
                   {strictNameCB},
                   {strictMtuCB}});
-            inSubDialog("Add ELAN Client", "elanClient", [&] {
-                edit({{esiSelectorED, fmt::format("00aa{:02x}", i).c_str()}});
-                press(subOkBTN);
-            });
-            press(addBTN);
+            inSubDialog(addBTN, "elanClient", {{esiSelectorED, fmt::format("00aa{:02x}", i)}});
         }
     }
     void changeLecs() {
         turnTo("lecsPage");
-        edit({{enableCB},
+        fill({{enableCB},
               {networkPrefixED, "4712"},
               {esiSelectorED, "0034"},
               {etherMtuCBO, "Down"},
@@ -96,17 +69,14 @@ class FullRound : public ConfigurationTest {
     }
     void changeIp() {
         turnTo("ip1577Page");
-        edit({{enableCB},
+        fill({{enableCB},
               {ipED, "10.20.30.40"},
               {subnetMaskED, "255.255.0.0"},
               {serverCB},
               {serverIpED, "10.20.30.1"},
               {networkPrefixED, "4856"},
               {esiSelectorED, "0078"}});
-        inSubDialog("PVC Settings", "ipPvc", [&] {
-            edit({{pvcIpED, "10.20.30.50"}, {pvcVciED, "3000"}, {subOkBTN}});
-        });
-        press(addBTN);
+        inSubDialog(addBTN, "ipPvc", {{pvcIpED, "10.20.30.50"}, {pvcVciED, "3000"}});
         selectRow(1);
         press(deleteBTN);
         press(pvcOnlyCB);

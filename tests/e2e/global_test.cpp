@@ -17,21 +17,15 @@ class GlobalTest : public ConfigurationTest {
 
     // Presses Global and does the steps, which have to close the dialog.
     void global(const std::function<void()>& steps) {
-        bool done = false;
-        inDialog("Global Settings", [&] {
+        inDialogOf(globalBTN, "Global Settings", [&] {
             turnTo("applicationPage");
             steps();
-            done = true;
         });
-        user->click(window->control<zBitmapButton>(globalBTN).widget());
-        ASSERT_TRUE(done);
     }
     int selectedLine(int id) {  // from 1; 0: none
         int *chosen = nullptr, count = 0;
-        const bool any = XmListGetSelectedPos(named(id), &chosen, &count);
-        const int line = any && count ? chosen[0] : 0;
-        if (any) XtFree(reinterpret_cast<char*>(chosen));
-        return line;
+        XtVaGetValues(named(id), XmNselectedPositions, &chosen, XmNselectedPositionCount, &count, nullptr);
+        return count ? chosen[0] : 0;
     }
     std::string traces() {  // as the driver has them: 1 is on
         std::string states;

@@ -58,11 +58,10 @@ TEST_F(Growth, TwoHundredOpenedNotebooksLeaveNothingBehind) {
     int opened = 0;
     expectNone(200, [&] {
         configure([&] {
-            inDialog("PVC Settings", [&] {
+            inSubDialog(addBTN, "lecPvc", [&] {
                 ++opened;
                 user->key("Escape");
             });
-            press(addBTN);
             user->key("Escape");
         });
     });
@@ -84,7 +83,7 @@ TEST_F(Growth, OpenedStatisticsAndSettingsLeaveNothingBehind) {
         user->key("Escape");
         ASSERT_FALSE(user->shellLike("Statistics "));
         user->focus(window->shell());
-        inDialog("Global Settings", [&] {
+        inDialogOf(globalBTN, "Global Settings", [&] {
             lookAt("applicationPage");
             inDialog("Table Font", [&] {
                 ++opened;
@@ -93,7 +92,6 @@ TEST_F(Growth, OpenedStatisticsAndSettingsLeaveNothingBehind) {
             press(fontBTN);
             user->key("Escape");
         });
-        user->click(window->control<zBitmapButton>(globalBTN).widget());
     });
     EXPECT_EQ(opened, caches + 60);
 }

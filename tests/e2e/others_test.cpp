@@ -43,8 +43,7 @@ TEST_F(OthersTest, WhatTheyChangedWhileSetupIsOpenStays) {
             expectBoxes({}, [&] {
                 if (touched) {
                     enter(elanNameED, "other");
-                    addsPvc();
-                    press(addBTN);
+                    addPvc();
                 }
                 othersEdit();
                 theirs = files();
@@ -109,8 +108,7 @@ TEST_F(OthersTest, AFileThatIsNoListOfItsKindIsNeitherWrittenNorRemoved) {
         start();
         const auto before = files();
         expectBoxes({"Configuration Error"}, [&] {
-            addsPvc();
-            press(addBTN);
+            addPvc();
             press(c.close);
         });
         EXPECT_EQ(boxText, saveFailed(c.file, c.reason));
@@ -200,8 +198,7 @@ TEST_F(OthersTest, WhoHoldsTheLockIsNamedAndWaitedForOrNot) {
     const auto began = std::chrono::steady_clock::now();
     expectBoxes({"Configuration Busy"}, "Escape", [&] {
         enter(elanNameED, "other");
-        addsPvc();
-        press(addBTN);
+        addPvc();
         press(okBTN);
     });
     EXPECT_GT(std::chrono::steady_clock::now() - began, std::chrono::seconds(5));

@@ -1,13 +1,16 @@
-// A user of a tool that runs as a process of its own: windows are known by their titles, controls by their
-// places.
+// A tool that runs as a process of its own, and its user: windows are known by their titles, controls by
+// their places.
 #pragma once
 
 #include "tests/e2e/tool.h"
 #include "tests/e2e/xsupport.h"
+#include "version.h"
 
 #include <X11/Xlib.h>
+#include <fmt/format.h>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Places in the windows, in pixels of the usual font.
 struct Spot {
@@ -113,4 +116,35 @@ class OutsideUser : public XInput {
 
     XErrorHandler before_;
     Window window_ = 0;
+};
+
+// One administrator, with a display of their own.
+struct Administrator {
+    XServer server;
+    Tool tool;
+    OutsideUser user;
+
+    explicit Administrator(const TempRoot& root, const std::vector<std::string>& arguments = {})
+        : tool(root, arguments) {
+        EXPECT_TRUE(user.sees(programTitle)) << tool.output();
+    }
+
+    void begin() {
+        ASSERT_TRUE(user.sees(programTitle));
+        ASSERT_TRUE(user.opens(spot::setup, "Setup ATM")) << tool.output();
+        user.turn(spot::lecPage);
+    }
+    void rename(int client, const std::string& name) {
+        user.click(spot::instance(client));
+        user.enter(spot::lecName, name);
+    }
+    void addPvc(int vci) {
+        user.click(spot::instance(1));
+        ASSERT_TRUE(user.opens(spot::addPvc, "PVC Settings"));
+        user.enter(spot::pvcMac, fmt::format("00000000{:04}", vci));
+        user.enter(spot::pvcVci, std::to_string(vci));
+        user.pressKey("Return");
+        ASSERT_TRUE(soon([&] { return !user.isUp("PVC Settings"); }));
+        ASSERT_TRUE(user.sees("Setup ATM"));
+    }
 };

@@ -17,12 +17,11 @@ class PagesTest : public ConfigurationTest {
     }
     // Moves two clients, by their lines, to the server that is shown.
     void insertClients(int line, int other) {
-        inSubDialog("Insert ELAN Client(s)", "moveClients", [=, this] {
+        inSubDialog(insertBTN, "moveClients", [=, this] {
             pickLine(availableLB, line);
             pickLine(availableLB, other);
             press(subOkBTN);
         });
-        press(insertBTN);
     }
 };
 
@@ -84,25 +83,6 @@ TEST_F(PagesTest, TheWellKnownAddressOfTheLecsComesAndGoes) {
     expectTheFilesHold(dump());
 }
 
-TEST_F(PagesTest, ALoadedLecsGetsEveryMappingOnceAndInOrder) {
-    startAdvanced();
-    configure("lecsPage", [&] {
-        choose(tokenRingMtuCBO, "Down");  // default MTU of Token Ring ELANs
-        press(okBTN);
-    });
-    Names expected{"lecs.stop 0", "lecs.load 0", "lecs.go 0"};
-    std::string mapped;
-    for (int les = 0; les < lesCount; ++les)
-        for (const esiSelector& client : atmDevices.les[0][static_cast<std::size_t>(les)].clients) {
-            expected.push_back("lecs.map 0");
-            mapped += fmt::format("  row {} client={} les={} kind=1\n", expected.size() - 3,
-                                  client.GetF2EsiSelector(), les);
-        }
-    EXPECT_EQ(told(), expected);
-    simulator->ctl("clock step 5");
-    EXPECT_NE(simulator->ctl("show lecs 1").find(mapped), std::string::npos) << mapped;
-}
-
 // A LAN Emulation Server's clients, in the words of the list.
 TEST_F(PagesTest, ElanClientsFollowTheDriverOrTheUsersConsent) {
     const char* list = "/etc/atm/elan0.0";
@@ -128,7 +108,7 @@ TEST_F(PagesTest, ElanClientsFollowTheDriverOrTheUsersConsent) {
             press(deleteBTN);  // nothing is selected: nothing happens
 
             pickLine(clientLB, 1);
-            inSubDialog("Add ELAN Client", "elanClient", [&] {
+            inDialog("Add ELAN Client", [&] {
                 EXPECT_EQ(text(esiSelectorED), "00:a0:3e:00:00:11-00") << "the selected client";
                 enter(esiSelectorED, "0020400000ff");
                 press(subOkBTN);
@@ -170,13 +150,12 @@ TEST_F(PagesTest, ClientsOfOtherServersAreMovedHere) {
                            "00:20:40:00:c1:01-00 - LES 1", "00:20:40:00:c1:02-00 - LES 1",
                            "00:20:40:00:c1:03-00 - LES 1", "00:a0:3e:00:00:01-00 - LES 1"};
         for (const char* close : {"OK", "Escape"}) {  // OK with nothing selected, and Cancel
-            inSubDialog("Insert ELAN Client(s)", "moveClients", [&] {
+            inSubDialog(insertBTN, "moveClients", [&] {
                 EXPECT_EQ(lines(availableLB), others);
                 if (*close == 'O') return press(subOkBTN);
                 pickLine(availableLB, 1);
                 user->key(close);
             });
-            press(insertBTN);
             EXPECT_EQ(lines(clientLB), here) << close;
         }
         insertClients(2, 4);
@@ -221,11 +200,8 @@ TEST_F(PagesTest, ClientsWithoutAClientTableAreNotLostInSilence) {
     for (const int way : {cancelBTN, okBTN}) {
         expectBoxes({"ELAN Client Error"}, [&] {
             turnTo("lesPage");
-            inSubDialog("Add ELAN Client", "elanClient", [&] {
-                enter(esiSelectorED, way == cancelBTN ? "0020400000ee" : "0020400000ff");
-                press(subOkBTN);
-            });
-            press(addBTN);
+            const char* client = way == cancelBTN ? "0020400000ee" : "0020400000ff";
+            inSubDialog(addBTN, "elanClient", {{esiSelectorED, client}});
             press(way);
         });
         EXPECT_EQ(boxText, "Unable to save the ELAN clients of:LES 1"
@@ -254,18 +230,11 @@ TEST_F(PagesTest, RoutedPvcsAreAddedModifiedAndDeleted) {
         press(modifyBTN);
         EXPECT_EQ(user->shellLike("PVC Settings"), nullptr);
         EXPECT_EQ(pvcRows(), Names{"192.168.10.200 | 0 / 120 | LLC_SNAP"});
-        inSubDialog("PVC Settings", "ipPvc", [&] {
-            enter(pvcIpED, "192.168.10.9");
-            enter(pvcVciED, "77");
-            press(subOkBTN);
-        });
-        press(addBTN);
-        inSubDialog("PVC Settings", "ipPvc", [&] {
+        inSubDialog(addBTN, "ipPvc", {{pvcIpED, "192.168.10.9"}, {pvcVciED, "77"}});
+        inSubDialog(modifyBTN, "ipPvc", [&] {
             EXPECT_EQ(text(pvcIpED), "192.168.10.9");
-            press(nullRB);
-            press(subOkBTN);
+            fill({{nullRB}, {subOkBTN}});
         });
-        press(modifyBTN);
         selectRow(1);
         press(deleteBTN);
         EXPECT_EQ(pvcRows(), Names{"192.168.10.9 | 0 / 77 | NULL"});

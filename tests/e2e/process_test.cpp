@@ -20,15 +20,17 @@ constexpr char lastAnswer[] = "GET_BRDS_MACADDR\nPrim:129 Type:2 Link:0 Unit:0 S
 
 constexpr int lostServer = 0;  // in place of a signal
 
-// Ends the program once its window is there, and returns its status.
-int endOf(Tool& tool, const Simulator& driver, XServer& server, int signal) {
+// Ends the program once its window is there, and returns its status. A server that stands still has to hold
+// up nothing.
+int endOf(Tool& tool, const Simulator& driver, XServer& server, int signal, bool standsStill = false) {
     EXPECT_TRUE(wasAsked(driver, "adapter.mac"));  // the last of what is asked before the window is shown
     std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    if (standsStill) server.stop();
     if (signal == lostServer)
         server.kill();
     else
         tool.signal(signal);
-    return tool.exitStatusWithin(std::chrono::seconds(10));
+    return tool.exitStatusWithin(std::chrono::seconds(standsStill ? 1 : 10));
 }
 
 // The two ends of a pipe that is full, or of a terminal whose output is stopped, as with Ctrl+S.
@@ -79,37 +81,33 @@ TEST(Process, SignalsAndALostServerAreSaidInOneLineAndLeaveNoTemporaryCopy) {
     const struct {
         int signal, status;
         const char* line;
+        bool standsStill = false;  // the server does
     } cases[] = {{SIGTERM, 143, "tarvolin: stopped by signal 15 (Terminated)\n"},
                  {SIGINT, 130, "tarvolin: stopped by signal 2 (Interrupt)\n"},
+                 {SIGTERM, 143, "tarvolin: stopped by signal 15 (Terminated)\n", true},
                  {lostServer, 1, "tarvolin: the connection to the X server is lost\n"}};
     for (const auto& c : cases) {
-        TempRoot root;
-        writeSampleConfiguration(root);
+        const Place place;
         XServer server;
-        Simulator simulator({"--frozen", "--adapters", "1"});
-        Tool tool(root, {});
-        EXPECT_EQ(endOf(tool, simulator, server, c.signal), c.status) << c.line;
+        Tool tool(place.root, {});
+        EXPECT_EQ(endOf(tool, place.simulator, server, c.signal, c.standsStill), c.status) << c.line;
         EXPECT_EQ(tool.output(), c.line);
-        EXPECT_EQ(root.temporaryCopies(), 0);
+        EXPECT_EQ(place.root.temporaryCopies(), 0);
     }
 }
 
-TEST(Process, AServerThatStandsStillDoesNotHoldUpTheEnd) {
-    for (const bool fromTheStart : {false, true}) {
-        TempRoot root;
-        writeSampleConfiguration(root);
-        XServer server;
-        Simulator simulator({"--frozen", "--adapters", "1"});
-        if (fromTheStart) server.stop();
-        Tool tool(root, {});
-        EXPECT_TRUE(fromTheStart || wasAsked(simulator, "adapter.mac"));
-        std::this_thread::sleep_for(std::chrono::milliseconds(300));  // it shows its window, or waits for it
-        server.stop();
-        tool.signal(SIGTERM);
-        if (fromTheStart) waitABit(), tool.signal(SIGINT);  // is too late to be the reason
-        EXPECT_EQ(tool.exitStatusWithin(std::chrono::seconds(1)), 143) << fromTheStart;
-        EXPECT_EQ(tool.output(), "tarvolin: stopped by signal 15 (Terminated)\n") << fromTheStart;
-    }
+// Before there is a connection.
+TEST(Process, AServerThatDoesNotAnswerAtTheStartDoesNotHoldUpTheEnd) {
+    const Place place;
+    XServer server;
+    server.stop();
+    Tool tool(place.root, {});
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));  // it waits for the server
+    tool.signal(SIGTERM);
+    waitABit();
+    tool.signal(SIGINT);  // is too late to be the reason
+    EXPECT_EQ(tool.exitStatusWithin(std::chrono::seconds(1)), 143);
+    EXPECT_EQ(tool.output(), "tarvolin: stopped by signal 15 (Terminated)\n");
 }
 
 // The program is there when it is asked to end after a second, and ends.
@@ -121,10 +119,8 @@ TEST(Process, StartsAsTheShellLeavesIt) {
     } cases[] = {{"timeout -k 3 1 {} -debug 1>&- 2>&-", ended},
                  {"timeout -k 3 1 {} -debug 0<&- 1>&- 2>&-", ended},
                  {"timeout -k 2 -s HUP 1 sh -c 'trap \"\" HUP; exec {}' 2>&-", killed}};
-    TempRoot root;
-    writeSampleConfiguration(root);
-    XServer server;
-    Simulator simulator({"--frozen", "--adapters", "1"});
+    const Place place;
+    const XServer server;
     for (const auto& c : cases) {
         const int status = std::system(fmt::format(fmt::runtime(c.command), TARVOLIN_PROGRAM).c_str());
         EXPECT_EQ(WEXITSTATUS(status), c.status) << c.command;

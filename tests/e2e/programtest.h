@@ -15,6 +15,8 @@
 #include "version.h"
 
 #include <X11/Intrinsic.h>
+#include <Xm/TabBox.h>
+#include <Xm/TabStack.h>
 #include <map>
 #include <memory>
 #include <optional>
@@ -112,6 +114,17 @@ class ProgramTest : public testing::Test {
         return all;
     }
 
+    // Clicks on the tab of this sheet of a notebook.
+    void turnTo(Widget book, Widget sheet) {
+        ASSERT_TRUE(book && sheet);
+        const Widget tabs = XtNameToWidget(book, "tabBox");
+        constexpr int row = 15;
+        int x = 0;
+        while (x < 700 && XmTabStackIndexToWidget(book, XmTabBoxXYToIndex(tabs, x, row)) != sheet) ++x;
+        user->clickAt(book, x + 5, row);
+        ASSERT_EQ(XmTabStackGetSelectedTab(book), sheet) << XtName(sheet);
+    }
+
     // The titles of the message boxes that come up during an action; each is dismissed with the key.
     Names boxesOf(const std::function<void()>& action, const char* key = "Return") {
         const auto titles = std::make_shared<Names>();
@@ -125,16 +138,18 @@ class ProgramTest : public testing::Test {
     std::string boxText;                          // of the last one, without its line breaks
     std::map<std::string, std::string> boxTexts;  // of all, by title
 
-    // Presses Setup and does the session's steps in the configuration dialog, which they have to close.
-    void configure(const std::function<void()>& session) {
+    // Presses this button of the main window and does the steps in the dialog that comes up; they have to
+    // close it.
+    void inDialogOf(int button, const std::string& title, const std::function<void()>& steps) {
         bool done = false;
-        inDialog("Setup ", [&] {
-            session();
+        inDialog(title, [&] {
+            steps();
             done = true;
         });
-        user->click(window->control<zBitmapButton>(setupBTN).widget());
-        ASSERT_TRUE(done) << "the dialog did not come up";
+        user->click(window->control<zBitmapButton>(button).widget());
+        ASSERT_TRUE(done) << title << "did not come up";
     }
+    void configure(const std::function<void()>& session) { inDialogOf(setupBTN, "Setup ", session); }
 
     // Does the steps as soon as there is a window whose title begins so.
     void inDialog(const std::string& title, const std::function<void()>& steps) {

@@ -123,8 +123,10 @@ TEST_F(SetupTest, AnAdapterWithoutASectionIsAMatterOnlyWhenSomethingWasChanged) 
         ASSERT_EQ(list().selected(), 1);
         const Names boxes = boxesOf([&] {
             configure(c.page, [&] {
-                if (c.clicked == addBTN) addsPvc();
-                if (c.clicked) press(c.clicked);
+                if (c.clicked == addBTN)
+                    addPvc();
+                else if (c.clicked)
+                    press(c.clicked);
                 press(c.close);
             });
         });
@@ -157,8 +159,7 @@ TEST_F(SetupTest, AFailedSaveLeavesTheOldFiles) {
         std::optional<FailingFiles> files;
         expectBoxes({"Configuration Error"}, [&] {
             if (c.cancelled) {
-                addsPvc();
-                press(addBTN);
+                addPvc();
             } else
                 enter(elanNameED, "other");
             files.emplace();

@@ -162,9 +162,9 @@ TEST_F(StatisticsTest, TheKindOfTheLinkIsTheCaptionOfItsAlarms) {
     }
 }
 
-// ---- LEC ----
+// ---- All services ----
 
-// Of each service: fields and tables are there while it has a state.
+// Fields and tables are there while it has a state.
 TEST_F(StatisticsTest, TheStateDecidesLampsFieldsAndTables) {
     const struct {
         std::string page, place, other, field, value, table;
@@ -199,6 +199,47 @@ TEST_F(StatisticsTest, TheStateDecidesLampsFieldsAndTables) {
         }
     }
 }
+
+// A service that fails and comes back in the state that it had, on every page that has one.
+TEST_F(StatisticsTest, AFailureEmptiesThePageUntilTheDriverAnswersAgain) {
+    const struct {
+        const char *page, *service, *field, *table;
+        bool tableWithoutStats;  // the table needs the state only
+    } cases[] = {{"lecStats", "lec", "elanName", "lecTable", true},
+                 {"lesStats", "les", "elanName", "clientTable", false},
+                 {"lecsStats", "lecs", "validRequests", nullptr, false},
+                 {"ip1577Stats", "ip", "rxPackets", "connectionTable", false}};
+    start("1,2", {"clock step 300"});
+    openDialog();
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.page);
+        turnTo(c.page);
+        ticks();
+        const std::string value = look(c.field);
+        ASSERT_NE(value, "");
+        const int rows = c.table ? table(c.table).model().rows() : 0;
+        ASSERT_TRUE(!c.table || rows > 0);
+        const auto expectAll = [&](const std::string& text, const char* lamp, int shownRows) {
+            expectLooks(fmt::format("{}={}; stateLamp={}", c.field, text, lamp));
+            if (c.table) expectRows(c.table, shownRows);
+        };
+        for (const std::string fault : {"state every resp 5", "state every dead", "state every errno EIO",
+                                        "stats every resp 5", "rows every resp 5", "table every resp 5"}) {
+            SCOPED_TRACE(fault);
+            ctl(fmt::format("fault {}.{}", c.service, fault));
+            if (fault.starts_with("state"))
+                expectAll("", "greyed", 0);
+            else if (fault.starts_with("stats"))
+                expectAll("", "lit", c.tableWithoutStats ? rows : 0);
+            else
+                expectAll(value, "lit", 0);
+            ctl("fault clear");
+            expectAll(value, "lit", rows);
+        }
+    }
+}
+
+// ---- LEC ----
 
 TEST_F(StatisticsTest, AnotherLecShowsNothingOfTheOneBefore) {
     startOn("lecStats", "set lec 1.1 elanName Tarvolin; rows vc 1 3; set vc 1 row 3 vci 900");
@@ -281,45 +322,6 @@ TEST_F(StatisticsTest, ALecShowsWhatTheDriverSays) {
     }
     EXPECT_EQ(cell("lesBusTable", 0, 4) + cell("lesBusTable", 1, 1), "Multicast Fwd");
     EXPECT_EQ(user->tooltipOf(onPage("lesBusTable*cells")), "LES/BUS Connections");
-}
-
-// A service that fails and comes back in the state that it had, on every page that has one.
-TEST_F(StatisticsTest, AFailureEmptiesThePageUntilTheDriverAnswersAgain) {
-    const struct {
-        const char *page, *service, *field, *table;
-        bool tableWithoutStats;  // the table needs the state only
-    } cases[] = {{"lecStats", "lec", "elanName", "lecTable", true},
-                 {"lesStats", "les", "elanName", "clientTable", false},
-                 {"lecsStats", "lecs", "validRequests", nullptr, false},
-                 {"ip1577Stats", "ip", "rxPackets", "connectionTable", false}};
-    start("1,2", {"clock step 300"});
-    openDialog();
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.page);
-        turnTo(c.page);
-        ticks();
-        const std::string value = look(c.field);
-        ASSERT_NE(value, "");
-        const int rows = c.table ? table(c.table).model().rows() : 0;
-        ASSERT_TRUE(!c.table || rows > 0);
-        const auto expectAll = [&](const std::string& text, const char* lamp, int shownRows) {
-            expectLooks(fmt::format("{}={}; stateLamp={}", c.field, text, lamp));
-            if (c.table) expectRows(c.table, shownRows);
-        };
-        for (const std::string fault : {"state every resp 5", "state every dead", "state every errno EIO",
-                                        "stats every resp 5", "rows every resp 5", "table every resp 5"}) {
-            SCOPED_TRACE(fault);
-            ctl(fmt::format("fault {}.{}", c.service, fault));
-            if (fault.starts_with("state"))
-                expectAll("", "greyed", 0);
-            else if (fault.starts_with("stats"))
-                expectAll("", "lit", c.tableWithoutStats ? rows : 0);
-            else
-                expectAll(value, "lit", 0);
-            ctl("fault clear");
-            expectAll(value, "lit", rows);
-        }
-    }
 }
 
 // ---- LES ----

@@ -4,7 +4,6 @@
 #include "tests/e2e/programtest.h"
 #include "toolkit/table/table.h"
 
-#include <Xm/TabStack.h>
 #include <Xm/TextF.h>
 #include <Xm/ToggleB.h>
 #include <algorithm>
@@ -46,7 +45,11 @@ class StatisticsTest : public ProgramTest {
         if (before) raise(before);  // windows are found from the lowest up
         dialog = user->shellLike(title);
         ASSERT_TRUE(dialog && dialog != before) << title;
-        raise(dialog);
+        backTo(dialog);
+    }
+    void backTo(Widget shell) {  // the steps are about it now
+        dialog = shell;
+        raise(shell);
     }
     // There is no window manager, and every window comes to the middle of the screen.
     void raise(Widget shell) {
@@ -61,12 +64,7 @@ class StatisticsTest : public ProgramTest {
     }
     Widget onPage(const std::string& name) { return named(page_ + '*' + name); }
     void turnTo(const std::string& page) {
-        constexpr int middles[] = {45, 120, 187, 252, 318, 378};  // of the tabs
-        const Widget book = named("pages"), sheet = named(page);
-        int position = 0;
-        while (position < 5 && XmTabStackIndexToWidget(book, position) != sheet) ++position;
-        user->clickAt(book, middles[position], 15);
-        ASSERT_EQ(XmTabStackGetSelectedTab(book), sheet) << page;
+        ProgramTest::turnTo(named("pages"), named(page));
         page_ = page;
     }
     void press(const char* button) { user->click(named(button)); }
@@ -97,8 +95,7 @@ class StatisticsTest : public ProgramTest {
             }
             return found;
         };
-        user->until([&] { return actual() == looks; }, 2);
-        EXPECT_EQ(actual(), looks);
+        expectSoon<std::string>(actual, looks);
     }
 
     // The line at the lower edge.
@@ -127,20 +124,24 @@ class StatisticsTest : public ProgramTest {
         for (std::string line; std::getline(in, line);) lines.push_back(line);
         return lines;
     }
+    // What is shown becomes this within some ticks.
+    template <class Value> void expectSoon(const std::function<Value()>& shown, const Value& value) {
+        user->until([&] { return shown() == value; }, 2);
+        EXPECT_EQ(shown(), value);
+    }
     void expectTable(const std::string& name, const Names& lines) {
-        user->until([&] { return tableLines(name) == lines; }, 2);
-        EXPECT_EQ(tableLines(name), lines) << name;
+        expectSoon<Names>([&] { return tableLines(name); }, lines);
     }
     void expectRows(const std::string& name, int rows) {
-        user->until([&] { return table(name).model().rows() == rows; }, 2);
-        EXPECT_EQ(table(name).model().rows(), rows) << name;
+        SCOPED_TRACE(name);
+        expectSoon<int>([&] { return table(name).model().rows(); }, rows);
     }
     std::string cell(const std::string& name, int column, int row) { return table(name).text({column, row}); }
     // The client or server of this tab.
     void show(const char* tabs, int number) { user->clickAt(onPage(tabs), 65 * number - 35, 15); }
     void expectCell(const std::string& name, int column, int row, const std::string& text) {
-        user->until([&] { return cell(name, column, row) == text; }, 2);
-        EXPECT_EQ(cell(name, column, row), text) << name << ' ' << column << ',' << row;
+        SCOPED_TRACE(fmt::format("{} {},{}", name, column, row));
+        expectSoon<std::string>([&] { return cell(name, column, row); }, text);
     }
 
     void pass(double seconds) {

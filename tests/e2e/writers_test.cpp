@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>  // before the window system's macros
 
 #include "tests/e2e/outsideuser.h"
-#include "version.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -13,41 +12,12 @@
 
 namespace {
 
-// One administrator, with a display of their own.
-struct Administrator {
-    XServer server;
-    Tool tool;
-    OutsideUser user;
-
-    explicit Administrator(const TempRoot& root) : tool(root, {}) {
-        EXPECT_TRUE(user.sees(programTitle)) << tool.output();
-    }
-
-    void begin() {
-        ASSERT_TRUE(user.sees(programTitle));
-        ASSERT_TRUE(user.opens(spot::setup, "Setup ATM")) << tool.output();
-        user.turn(spot::lecPage);
-    }
-    void rename(int client, const std::string& name) {
-        user.click(spot::instance(client));
-        user.enter(spot::lecName, name);
-    }
-    void addPvc(int vci) {
-        user.click(spot::instance(1));
-        ASSERT_TRUE(user.opens(spot::addPvc, "PVC Settings"));
-        user.enter(spot::pvcMac, fmt::format("00000000{:04}", vci));
-        user.enter(spot::pvcVci, std::to_string(vci));
-        user.pressKey("Return");
-        ASSERT_TRUE(soon([&] { return !user.isUp("PVC Settings"); }));
-        ASSERT_TRUE(user.sees("Setup ATM"));
-    }
-    // Answers a question, and notes that there was one.
-    void answer(bool ok, bool& asked) {
-        if (!user.isUp("Configuration Conflict") || !user.sees("Configuration Conflict")) return;
-        asked = true;
-        user.pressKey(ok ? "Return" : "Escape");
-    }
-};
+// Answers a question, and notes that there was one.
+void answer(OutsideUser& user, bool ok, bool& asked) {
+    if (!user.isUp("Configuration Conflict") || !user.sees("Configuration Conflict")) return;
+    asked = true;
+    user.pressKey(ok ? "Return" : "Escape");
+}
 
 }  // namespace
 
@@ -89,8 +59,8 @@ TEST(WritersInWindows, TheSumOfAllChangesIsInTheFiles) {
         // Each has changed something, so each save is in the history.
         const std::string last = fmt::format("/var/lib/tarvolin/history/{:04}/manifest.json", 2 * round);
         while (!root.exists(last)) {
-            one.answer(ok, asked[0]);
-            two.answer(ok, asked[1]);
+            answer(one.user, ok, asked[0]);
+            answer(two.user, ok, asked[1]);
             waitABit();
         }
         ASSERT_EQ(::pclose(running), 0);

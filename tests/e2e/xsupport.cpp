@@ -154,20 +154,31 @@ void XUser::key(const char* name, const char* held) {
     settle();
 }
 
-int XUser::darkest(Widget target, int left, int top) const {
+std::map<unsigned, int> XUser::colours(Widget target, int left, int top) const {
     XWindowAttributes place{};
     XGetWindowAttributes(display_, XtWindow(target), &place);
-    int found = 255;
     XImage* image =
         XGetImage(display_, XtWindow(target), left, top, static_cast<unsigned>(place.width - left),
                   static_cast<unsigned>(place.height - top), AllPlanes, ZPixmap);
-    if (!image) return found;
+    if (!image) return {};
+    std::map<unsigned long, int> pixels;
     for (int y = 0; y < image->height; ++y)
-        for (int x = 0; x < image->width; ++x) {
-            const unsigned long p = XGetPixel(image, x, y);
-            found = std::min(found, static_cast<int>(((p >> 16 & 255) + (p >> 8 & 255) + (p & 255)) / 3));
-        }
+        for (int x = 0; x < image->width; ++x) ++pixels[XGetPixel(image, x, y)];
     XDestroyImage(image);
+    std::map<unsigned, int> found;
+    for (const auto& [pixel, count] : pixels) {
+        XColor colour{};
+        colour.pixel = pixel;
+        XQueryColor(display_, place.colormap, &colour);
+        found[(colour.red >> 8U) << 16U | (colour.green >> 8U) << 8U | colour.blue >> 8U] += count;
+    }
+    return found;
+}
+
+int XUser::darkest(Widget target, int left, int top) const {
+    int found = 255;
+    for (const auto& [rgb, count] : colours(target, left, top))
+        found = std::min(found, static_cast<int>(((rgb >> 16 & 255) + (rgb >> 8 & 255) + (rgb & 255)) / 3));
     return found;
 }
 
@@ -235,6 +246,7 @@ void XUser::when(std::function<bool()> condition, std::function<void()> action) 
 Widget XUser::widget(const std::string& name) const {
     // A shell's search goes on into its popups, also into those that are being destroyed.
     for (const Widget shell : mappedShells(application_)) {
+        if (XtName(shell) == name) return shell;
         const Widget found = XtNameToWidget(shell, ("*" + name).c_str());
         Widget own = found;
         while (own && !XtIsShell(own)) own = XtParent(own);

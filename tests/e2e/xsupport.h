@@ -5,6 +5,7 @@
 #include "toolkit/window/application.h"
 
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
@@ -57,7 +58,7 @@ class XUser : public XInput {
   public:
     explicit XUser(zApplication& application) : application_(application) {}
 
-    // The widget with this name anywhere in the application's windows, or null.
+    // The widget or window with this name anywhere in the application's windows, or null.
     Widget widget(const std::string& name) const;
     Widget widget(int id) const { return widget("id" + std::to_string(id)); }
 
@@ -85,10 +86,10 @@ class XUser : public XInput {
     static std::string labelOf(Widget control, const char* resource = "labelString");
     static std::string textOf(Widget field);
     static zTable& tableIn(Widget frame);
-    // The brightness, from 0 to 255, of the darkest pixel of a window, without so much of its left and its
-    // top.
-    int darkest(Widget target, int left = 0, int top = 0) const;
-    static std::vector<std::string> cutTexts(zTable& table);  // that have no room in their cells
+    // How many pixels of a window, without so much of its left and its top, have which colour: 0xrrggbb.
+    std::map<unsigned, int> colours(Widget target, int left = 0, int top = 0) const;
+    int darkest(Widget target, int left = 0, int top = 0) const;  // brightness of one of them, 0 to 255
+    static std::vector<std::string> cutTexts(zTable& table);      // that have no room in their cells
     std::string tooltipOf(Widget control);  // after the pointer has come to rest on it; empty: it has none
 
   private:
