@@ -42,7 +42,7 @@ std::string respOf(const ChangeRecord& record, std::string_view key, bool ofList
 }
 
 std::string userName() {
-    const platform::Account user = platform::invoker().user;
+    const platform::Account user = platform::realUser();
     return user.name.empty() ? std::to_string(user.id) : user.name;
 }
 

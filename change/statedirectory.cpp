@@ -26,6 +26,8 @@ int checkOurs(const HostPath& directory) {
 
 int makeStateDirectory(std::string_view systemPath, HostPath& place) {
     place = platform::hostPath(systemPath);
+    // Usually they are there.
+    if (checkOurs(platform::hostPath(stateDirectory)) == 0 && checkOurs(place) == 0) return 0;
     for (std::size_t end = systemPath.find('/', 1);; end = systemPath.find('/', end + 1)) {
         const std::string_view part = systemPath.substr(0, end);
         const HostPath directory = platform::hostPath(part);

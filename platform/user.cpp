@@ -54,9 +54,13 @@ void pretendSuperUser(std::optional<bool> answer) {
     pretended = answer;
 }
 
+Account realUser() {
+    return {::getuid(), nameOf(::getuid())};
+}
+
 Invoker invoker() {
     Invoker result;
-    result.user = {::getuid(), nameOf(::getuid())};
+    result.user = realUser();
     std::string text;
     if (readWhole(HostPath{"/proc/self/loginuid"}, text, longestName)) {
         if (text.ends_with('\n')) text.pop_back();

@@ -33,5 +33,6 @@ constexpr std::size_t longestName = 64;
 
 // Each name is looked up once, since that may ask the network.
 Invoker invoker();
+Account realUser();  // of invoker(), without reading files
 
 }  // namespace platform

@@ -170,7 +170,8 @@ std::map<unsigned, int> XUser::colours(Widget target, int left, int top) const {
         XColor colour{};
         colour.pixel = pixel;
         XQueryColor(display_, place.colormap, &colour);
-        found[(colour.red >> 8U) << 16U | (colour.green >> 8U) << 8U | colour.blue >> 8U] += count;
+        const unsigned red = colour.red >> 8U, green = colour.green >> 8U, blue = colour.blue >> 8U;
+        found[red << 16U | green << 8U | blue] += count;
     }
     return found;
 }

@@ -1,0 +1,98 @@
+// What a change sends to the driver, and what is kept of it.
+#include "change/adapterchange.h"
+
+#include "change/driverphase.h"
+#include "change/restart.h"
+#include "change/sent.h"
+#include "config/recordrows.h"
+#include "platform/host.h"
+
+#include <algorithm>
+#include <ctime>
+#include <fcntl.h>
+#include <type_traits>
+
+namespace {
+
+// Which services are given other settings, or other lists, than before.
+ServiceSet differing(int adapter, const ServiceSet& among, const AtmDevices& before,
+                     const AtmDevices& after) {
+    ServiceSet set;
+    forEachService(adapter, [&](const ServiceName&, auto record, const std::string&, auto bit) {
+        using Record = std::remove_cvref_t<decltype(record(before))>;
+        Record was = record(before), is = record(after);
+        bool differs = std::ranges::any_of(
+            keyRows<Record>(), [&](const KeyRow<Record>& row) { return !sameField(row.field, was, is); });
+        if constexpr (hasList<Record>) differs |= *listOf(was) != *listOf(is);
+        bit(set) = differs && bit(among);
+    });
+    return set;
+}
+
+ServiceSet without(const ServiceSet& set, const ServiceSet& others) {
+    ServiceSet rest;
+    rest.lec = set.lec & ~others.lec;
+    rest.les = set.les & ~others.les;
+    rest.lecs = set.lecs && !others.lecs;
+    rest.ip = set.ip && !others.ip;
+    rest.signalling = set.signalling && !others.signalling;
+    return rest;
+}
+
+template <class Record> bool isEnabled(const Record& record) {
+    if constexpr (requires { record.enabled; })
+        return record.enabled != 0;
+    else
+        return true;
+}
+
+}  // namespace
+
+void AdapterChange::send() {
+    ServiceSet due = without(order_.changed, merge_.givenUp);
+    // A second time only what has become different since, also what was given up after it had been sent.
+    if (sent_) due = differing(order_.adapter, due | sentServices_, *sent_, merge_.devices);
+    sent_ = merge_.devices;
+    sentServices_ = sentServices_ | due;
+    if (!due.any() || driverStopped_) return;
+    DriverChannel channel;
+    if (order_.driver) channel.open(O_RDWR);
+    DriverPhase phase(channel, order_.driver, result_.record);
+    restartServices(order_.adapter, merge_.devices, due, phase, channel);
+    const std::vector<std::string> sentences = phase.sentences();
+    result_.driver.insert(result_.driver.end(), sentences.begin(), sentences.end());
+    result_.tookAny |= phase.tookAny();
+    driverStopped_ = phase.stopped();
+    if (order_.driver) noteSent(due);
+}
+
+// What the driver has taken is kept; where it has not answered nothing is known any more.
+void AdapterChange::noteSent(const ServiceSet& due) {
+    const auto& requests = result_.record.requests;
+    const DriverIdentity identity{platform::bootId(), configuration_.driverRevision,
+                                  configuration_.mine().lec[asIndex(order_.adapter)][0].mac.GetFMacAddress()};
+    if (configuration_.forgetLostDriver()) return;
+    LastSent sent;
+    sent.load();
+    bool unknown = false;
+    forEachService(order_.adapter, [&](const ServiceName& name, auto record, const std::string&, auto bit) {
+        if (!bit(due)) return;
+        const auto last =
+            std::ranges::find_if(requests.rbegin(), requests.rend(), [&](const SentRequest& request) {
+                return request.service == name.path && request.subject.empty();
+            });
+        if (last == requests.rend()) return;
+        unknown |= last->answer == RequestResult::unanswered;
+        if (last->answer != RequestResult::taken) return;
+        const auto& settings = record(merge_.devices);
+        std::map<std::string, std::string> values;
+        sent.forgetService(order_.adapter, name.path);
+        for (const auto& row : keyRows<std::remove_cvref_t<decltype(settings)>>())
+            // A service is stopped without its settings.
+            if (isEnabled(settings) || std::string_view(row.name) == "enabled")
+                values[row.name] = valueText(row, settings, ValueForm::name);
+        sent.note(order_.adapter, identity, name.path, values, std::time(nullptr));
+    });
+    if (unknown) sent.forget(order_.adapter, "A request got no answer.");
+    sent.save();
+}
