@@ -63,10 +63,9 @@ struct Stopped {
 }  // namespace
 
 TEST(Process, DebugWritesTheCommandLineFirstAndThenTheRootAndTheRequests) {
-    TempRoot root;
-    writeSampleConfiguration(root);
-    XServer server;
-    Simulator simulator({"--frozen", "--adapters", "2"});
+    const SampleRoot root;
+    const XServer server;
+    const Simulator simulator({"--frozen", "--adapters", "2"});
     Tool tool(root, {"-debug", "-ADV"});
     ASSERT_TRUE(tool.prints(lastAnswer)) << tool.output();
     EXPECT_EQ(tool.output().substr(0, tool.output().find("Realloc")),

@@ -51,12 +51,8 @@ inline std::string nameOfClient(const TempRoot& root, int client) {
 
 // The sample configuration and a driver of one adapter, below a root of their own.
 struct Place {
-    TempRoot root;
-    Simulator simulator;
-
-    Place()
-        : simulator(
-              (writeSampleConfiguration(root), std::vector<std::string>{"--frozen", "--adapters", "1"})) {}
+    SampleRoot root;
+    Simulator simulator{{"--frozen", "--adapters", "1"}};
 };
 
 // The tool, running, with what it prints going to a file, or to a descriptor of the caller.

@@ -24,9 +24,8 @@ void answer(OutsideUser& user, bool ok, bool& asked) {
 TEST(WritersInWindows, TheSumOfAllChangesIsInTheFiles) {
     const char* wanted = std::getenv("TV_ROUNDS");
     const int rounds = wanted ? std::atoi(wanted) : 6;
-    TempRoot root;
-    writeSampleConfiguration(root);
-    Simulator simulator({"--frozen", "--adapters", "1"});
+    const Place place;
+    const TempRoot& root = place.root;
     Administrator one(root), two(root);
     std::mt19937 random(1);
     std::string common = "backbone";
