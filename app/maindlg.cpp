@@ -66,7 +66,7 @@ void DMainDlg::setupOnce() {
 void DMainDlg::showAdapters(Discovery found) {
     auto& version = control<zEdit>(driverVersionED);
     if (found.complete || !found.version.empty()) version.setText(found.version);
-    configuration_.driverRevision = found.version;
+    if (!found.version.empty()) configuration_.driverRevision = found.version;
     version.grey(!found.complete);
     // The adapters are still configured when the driver is gone, and the user has chosen one of them.
     if (!found.complete && found.adapters.empty() && !adapters_.empty()) return;

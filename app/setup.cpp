@@ -68,12 +68,16 @@ class WithoutWindows {
     std::function<void()> before_;
 };
 
-// When nobody could be asked.
-void sayGivenUp(const ChangeResult& result, const Configuration& configuration) {
+// When nobody could be asked, or shown anything.
+void sayWithoutWindows(const ChangeResult& result, const Configuration& configuration) {
     if (result.givenUp && result.changed)
         fmt::print(stderr,
                    "tarvolin: the changes are not saved, since the configuration is being changed by {}\n",
                    configuration.holder());
+    for (const auto* sentences : {&result.driver, &result.notes})
+        for (const std::string& sentence : *sentences) fmt::print(stderr, "tarvolin: {}\n", sentence);
+    for (const SaveFailure& failure : result.failures)
+        fmt::print(stderr, "tarvolin: {}: {}\n", failure.file, failure.reason);
 }
 
 void takeListsOver() {
@@ -111,7 +115,7 @@ void setUpAdapter(zWindow& window, Configuration& configuration) {
             else
                 takeListsOver();
             changed = order.changed;
-            order.driver = static_cast<bool>(ioctlDesc);
+            order.driver = ioctlDesc || SetupIoctlDesc;  // which came while the dialog was open
             order.display = window.application().displayName();
             accepted = SetupIoctlDesc.acceptedChanges() != before;
             change.emplace(configuration, std::move(order));
@@ -119,7 +123,7 @@ void setUpAdapter(zWindow& window, Configuration& configuration) {
         const WithoutWindows rest(window.application(), [&] {
             if (!change) begin();
             change->finishAlone();
-            sayGivenUp(change->result(), configuration);
+            sayWithoutWindows(change->result(), configuration);
             saveUnsavedLists(configuration);
         });
         dialog.runModal();
@@ -130,12 +134,13 @@ void setUpAdapter(zWindow& window, Configuration& configuration) {
                 zQuestionBox(window.application(), window.shell(), question->text, question->title);
             if (window.application().ending()) {  // nobody has answered
                 change->finishAlone();
-                sayGivenUp(change->result(), configuration);
                 break;
             }
             change->answer(ok);
         }
         result = change->result();
+        for (std::string& note : configuration.takeNotes()) result.notes.push_back(std::move(note));
+        if (window.application().ending()) sayWithoutWindows(result, configuration);
         accepted |= result.tookAny;
         window.setCursor(zArrowCursor);
     }
@@ -155,12 +160,17 @@ void setUpAdapter(zWindow& window, Configuration& configuration) {
 void saveUnsavedLists(Configuration& configuration) {
     for (int adapter = 0; adapter < adapterCount; ++adapter) {
         if (configuration.unsavedLists(adapter).empty()) continue;
-        AdapterChange change(configuration,
-                             {.adapter = adapter, .settings = false, .before = configuration.mine()});
+        AdapterChange change(configuration, {.adapter = adapter,
+                                             .settings = false,
+                                             .before = configuration.mine(),
+                                             .driver = static_cast<bool>(ioctlDesc)});
         change.finishAlone();
+        for (const std::string& note : change.result().notes)
+            fmt::print(stderr, "tarvolin: adapter {}: {}\n", adapter + 1, note);
         for (const std::string& name : configuration.unsavedLists(adapter))
             fmt::print(stderr, "tarvolin: adapter {}: the list of {} is not saved, the driver has it\n",
                        adapter + 1, name);
     }
     configuration.noteLostDriver();
+    for (const std::string& note : configuration.takeNotes()) fmt::print(stderr, "tarvolin: {}\n", note);
 }

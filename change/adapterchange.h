@@ -9,6 +9,7 @@
 #include "change/fileset.h"
 #include "change/merge.h"
 
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <string>
@@ -77,6 +78,7 @@ class AdapterChange {
     void noteSent(const ServiceSet& due);
     void noteWithoutTable(const AtmDevices& devices);
     void noteDifferentLists();
+    void noteDriverAhead();
     void noteUnsaved(const DriverPdfEdit::Lacking& lacking, const AtmDevices& written);
     void auditRequests();
     void giveUp();
@@ -88,6 +90,7 @@ class AdapterChange {
     Merge merge_;
     std::optional<AtmDevices> sent_;  // what the services were restarted with
     ServiceSet sentServices_;
+    std::optional<std::chrono::steady_clock::time_point> sendingSince_;
     bool driverStopped_ = false;  // nothing more is sent
     Ask asked_ = Ask::nothing;
     bool alone_ = false, done_ = false;

@@ -88,3 +88,8 @@ void auditTrouble(std::string_view change, std::string_view what, std::string_vi
                          fmt::format("change={} {}={} user={} result=failed", fieldValue(change), what,
                                      fieldValue(reason), fieldValue(userName())));
 }
+
+void auditRecovery(std::string_view note) {
+    platform::sendSyslog(LogLevel::notice, fmt::format("change=none recovery={} user={}", fieldValue(note),
+                                                       fieldValue(userName())));
+}

@@ -22,3 +22,6 @@ void audit(const ChangeRecord& record, std::string_view change);
 
 // Sends a line about something that did not work beside a save: `what` names the field with the reason.
 void auditTrouble(std::string_view change, std::string_view what, std::string_view reason);
+
+// Sends what became of a save that was interrupted.
+void auditRecovery(std::string_view note);

@@ -161,11 +161,10 @@ void AdapterChange::noteDifferentLists() {
         if (bit(sentServices_)) restarted.insert(name.words);
     });
     for (const auto& [service, entry] : merge_.entriesGivenUp)
-        if (order_.driver && !restarted.contains(service))
-            result_.notes.push_back(
-                fmt::format("{} of {} is now as in the file. The driver has your change until the service is "
-                            "restarted.",
-                            entry, service));
+        if ((order_.driver || alone_) && !restarted.contains(service))
+            result_.notes.push_back(fmt::format(
+                "{} of {} is now as in the file.{}", entry, service,
+                order_.driver ? " The driver has your change until the service is restarted." : ""));
 }
 
 // Of what the user changed: keys that the file has no line for, and names that it does not give back whole.

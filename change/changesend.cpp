@@ -57,7 +57,8 @@ void AdapterChange::send() {
     if (!due.any() || driverStopped_) return;
     DriverChannel channel;
     if (order_.driver) channel.open(O_RDWR);
-    DriverPhase phase(channel, order_.driver, result_.record);
+    if (!sendingSince_) sendingSince_ = DriverPhase::Clock::now();
+    DriverPhase phase(channel, order_.driver, result_.record, *sendingSince_);
     restartServices(order_.adapter, merge_.devices, due, phase, channel);
     const std::vector<std::string> sentences = phase.sentences();
     result_.driver.insert(result_.driver.end(), sentences.begin(), sentences.end());
@@ -83,7 +84,14 @@ void AdapterChange::noteSent(const ServiceSet& due) {
             });
         if (last == requests.rend()) return;
         unknown |= last->answer == RequestResult::unanswered;
-        if (last->answer != RequestResult::taken) return;
+        if (last->answer != RequestResult::taken) {
+            // Stopped, and not started again.
+            const bool half = std::ranges::any_of(requests, [&](const SentRequest& request) {
+                return request.service == name.path && request.answer == RequestResult::taken;
+            });
+            if (half) sent.forgetService(order_.adapter, name.path);
+            return;
+        }
         const auto& settings = record(merge_.devices);
         std::map<std::string, std::string> values;
         sent.forgetService(order_.adapter, name.path);

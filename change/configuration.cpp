@@ -1,5 +1,6 @@
 #include "change/configuration.h"
 
+#include "change/audit.h"
 #include "change/copy.h"
 #include "change/fileset.h"
 #include "change/merge.h"
@@ -50,7 +51,10 @@ int Configuration::lock(std::chrono::milliseconds patience, std::string& failed)
     const platform::HostPath record = saveRecord(place);
     const std::size_t known = notes_.size();
     const int error = recoverFiles(record, notes_);
-    for (std::size_t i = known; i < notes_.size(); ++i) tvlog << notes_[i] << std::endl;
+    for (std::size_t i = known; i < notes_.size(); ++i) {
+        tvlog << notes_[i] << std::endl;
+        auditRecovery(notes_[i]);
+    }
     if (error) {
         lock_.release();
         failed = record.text;

@@ -58,8 +58,8 @@ const char* formatOf(StepKind kind, RequestResult answer) {
 
 }  // namespace
 
-DriverPhase::DriverPhase(DriverChannel& channel, bool wanted, ChangeRecord& record)
-    : wanted_(wanted), record_(record) {
+DriverPhase::DriverPhase(DriverChannel& channel, bool wanted, ChangeRecord& record, Clock::time_point began)
+    : wanted_(wanted), record_(record), began_(began) {
     if (!wanted || channel) return;
     stopped_ = fmt::format("The driver cannot be opened: {}.", std::strerror(errno));
     tvlog << "Cannot open the driver to apply changes: " << std::strerror(errno) << std::endl;
@@ -69,7 +69,7 @@ bool DriverPhase::mayGo() {
     if (!stopped_.empty()) return false;
     if (platform::endAsked())
         stopped_ = "Nothing more was sent, since the program was asked to end.";
-    else if (std::chrono::steady_clock::now() - began_ > longest)
+    else if (Clock::now() - began_ > longest)
         stopped_ = fmt::format("Nothing more was sent after {} seconds.", longest.count());
     return stopped_.empty();
 }
@@ -79,9 +79,9 @@ RequestResult DriverPhase::take(const Step& step, const reqParam& request, const
     if (mayGo()) {
         const int result = send();
         sent.resp = request.header().Resp;
-        sent.answer = result == 0          ? RequestResult::taken
-                      : request.answered() ? RequestResult::refused
-                                           : RequestResult::unanswered;
+        sent.answer = result == 0         ? RequestResult::taken
+                      : request.decided() ? RequestResult::refused
+                                          : RequestResult::unanswered;
         if (sent.answer == RequestResult::unanswered) {
             stopped_ = request.outcome() == Outcome::absent
                            ? "The driver was lost. Nothing more was sent."

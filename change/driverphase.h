@@ -40,8 +40,10 @@ struct Step {
 class DriverPhase {
   public:
     // Nothing is sent over a closed channel. Without `wanted` there was no driver, and nobody misses it;
-    // otherwise it could not be opened, which errno says.
-    DriverPhase(DriverChannel& channel, bool wanted, ChangeRecord& record);
+    // otherwise it could not be opened, which errno says. `began`: when the first request of the change was.
+    using Clock = std::chrono::steady_clock;
+    DriverPhase(DriverChannel& channel, bool wanted, ChangeRecord& record,
+                Clock::time_point began = Clock::now());
 
     bool wanted() const { return wanted_; }
 
@@ -58,7 +60,7 @@ class DriverPhase {
 
     bool wanted_;
     ChangeRecord& record_;
-    std::chrono::steady_clock::time_point began_ = std::chrono::steady_clock::now();
+    Clock::time_point began_;
     std::string stopped_;  // why nothing more is sent; empty: it is
     std::vector<std::string> sentences_;
     bool tookAny_ = false;

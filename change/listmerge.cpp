@@ -3,6 +3,8 @@
 #include "platform/index.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <deque>
 #include <fmt/format.h>
 #include <set>
 #include <span>
@@ -34,6 +36,7 @@ std::string pvcDifferences(const Pvc& pvc, const Pvc& other, const char* address
     const auto add = [&text](bool differs, const std::string& part) {
         if (differs) text += (text.empty() ? "" : ", ") + part;
     };
+    add(pvc.vci != other.vci, fmt::format("VCI {}", pvc.vci));
     add(otherAddress, address);
     add(pvc.encapsulation != other.encapsulation, encapsulationText(pvc.encapsulation));
     add(pvc.broadcast != other.broadcast, broadcastText(pvc.broadcast));
@@ -62,6 +65,48 @@ std::optional<int> keyOf(const AtmRoutedPvc& pvc) {
 }
 std::optional<int> keyOf(const esiSelector&) {
     return {};
+}
+
+// What an entry may have kept when it was changed: its VCI and address, or else one of them. Clients are what
+// they are.
+std::optional<std::uint64_t> likeness(const auto& address, std::optional<std::uint16_t> vci) {
+    std::uint64_t value = 0;
+    for (const std::uint8_t byte : address) value = value << 8U | byte;
+    return value << 16U | vci.value_or(0);
+}
+enum class Kept { all, vci, address };
+std::optional<std::uint64_t> kept(const AtmBridgedPvc& pvc, Kept what) {
+    if (what == Kept::vci) return pvc.vci;
+    return likeness(pvc.mac.bytes(), what == Kept::all ? std::optional(pvc.vci) : std::nullopt);
+}
+std::optional<std::uint64_t> kept(const AtmRoutedPvc& pvc, Kept what) {
+    if (what == Kept::vci) return pvc.vci;
+    return likeness(pvc.ip.bytes(), what == Kept::all ? std::optional(pvc.vci) : std::nullopt);
+}
+std::optional<std::uint64_t> kept(const esiSelector&, Kept) {
+    return {};
+}
+
+// What each of the removed entries was changed into.
+template <class Entry>
+std::vector<std::optional<Entry>> successors(const std::vector<Entry>& removed,
+                                             const std::vector<Entry>& added) {
+    std::vector<std::optional<Entry>> found(removed.size());
+    std::vector<bool> used(added.size());
+    for (const Kept what : {Kept::all, Kept::vci, Kept::address}) {
+        std::unordered_map<std::uint64_t, std::deque<std::size_t>> like;
+        for (std::size_t i = 0; i < added.size(); ++i)
+            if (const auto key = kept(added[i], what); key && !used[i]) like[*key].push_back(i);
+        for (std::size_t i = 0; i < removed.size(); ++i) {
+            const auto key = kept(removed[i], what);
+            const auto places = key && !found[i] ? like.find(*key) : like.end();
+            if (places == like.end() || places->second.empty()) continue;
+            used[places->second.front()] = true;
+            found[i] = added[places->second.front()];
+            places->second.pop_front();
+        }
+    }
+    return found;
 }
 
 // A list in which entries are found without searching it. Of equal ones the first is meant.
@@ -188,14 +233,28 @@ std::vector<Entry> mergeLists(const std::vector<Entry>& base, const std::vector<
                               const std::vector<Entry>& theirs, const DecideEntry<Entry>& decide) {
     if (theirs == base || mine == theirs) return mine;
     if (mine == base) return theirs;
-    Indexed<Entry> added(withoutThose(mine, base)), theirAdded(withoutThose(theirs, base)), merged(theirs);
-    for (const Entry& removed : withoutThose(base, mine)) {
-        const std::optional<Entry> successor = added.takeSuccessor(removed);
+    const std::vector<Entry> myRemoved = withoutThose(base, mine), myAdded = withoutThose(mine, base);
+    const std::vector<Entry> theirRemoved = withoutThose(base, theirs), theirNew = withoutThose(theirs, base);
+    const auto mySuccessors = successors(myRemoved, myAdded),
+               theirSuccessors = successors(theirRemoved, theirNew);
+    std::unordered_map<Entry, std::deque<std::size_t>, EntryHash> places;  // in theirRemoved
+    for (std::size_t i = 0; i < theirRemoved.size(); ++i) places[theirRemoved[i]].push_back(i);
+
+    Indexed<Entry> added(myAdded), theirAdded(theirNew), merged(theirs);
+    for (std::size_t i = 0; i < myRemoved.size(); ++i) {
+        const Entry& removed = myRemoved[i];
+        const std::optional<Entry>& successor = mySuccessors[i];
+        if (successor) added.take(*successor);
         if (merged.has(removed)) {
             merged.substitute(removed, successor);
             continue;
         }
-        const std::optional<Entry> theirSuccessor = theirAdded.takeSuccessor(removed);
+        std::optional<Entry> theirSuccessor;
+        if (auto& left = places[removed]; !left.empty()) {
+            theirSuccessor = theirSuccessors[left.front()];
+            left.pop_front();
+        }
+        if (theirSuccessor) theirAdded.take(*theirSuccessor);
         if (successor == theirSuccessor) continue;
         if (decide({removed, successor, theirSuccessor})) merged.substitute(theirSuccessor, successor);
     }

@@ -35,14 +35,21 @@ bool onlyComments(std::string_view text) {
     return comments;
 }
 
+// Of a line that is too long only the beginning is read, also of a comment that the program has written.
+void lookAtComment(std::string_view line, std::size_t hash, ListForm& form) {
+    if (hash == std::string_view::npos) return;
+    const std::string_view comment = trimmed(line.substr(hash + 1));
+    const bool cut = line.size() >= lineLimit;
+    const auto isWritten = [&](std::string_view written) {
+        return cut ? written.starts_with(comment) : written == comment;
+    };
+    if (!comment.empty() && std::ranges::none_of(writtenComments, isWritten)) drop(form, "a comment");
+}
+
 void lookAtRecordLine(std::string_view line, IsAddress foreign, ListForm& form) {
     const std::size_t hash = line.find('#');
     const std::string_view value = trimmed(line.substr(0, hash));
-    if (hash != std::string_view::npos && line.size() < lineLimit) {
-        const std::string_view comment = trimmed(line.substr(hash + 1));
-        if (!comment.empty() && std::ranges::find(writtenComments, comment) == writtenComments.end())
-            drop(form, "a comment");
-    }
+    lookAtComment(line, hash, form);
     const bool known = std::ranges::any_of(
         keys, [&](std::string_view key) { return value.find(key) != std::string_view::npos; });
     if (!known && !value.empty() && value != "]") drop(form, "a line that is no value of a record");
@@ -50,6 +57,9 @@ void lookAtRecordLine(std::string_view line, IsAddress foreign, ListForm& form) 
     if (value.find("Addr") != std::string_view::npos && equals != std::string_view::npos &&
         foreign(trimmed(value.substr(equals + 1))))
         form.isList = false;
+    if (equals != std::string_view::npos &&
+        trimmed(value.substr(equals + 1)).find_first_of(" \t") != std::string_view::npos)
+        drop(form, "text behind a value");
 }
 
 // `foreign` knows the addresses of the other kind.
@@ -67,6 +77,7 @@ ListForm formOfPvcs(std::string_view text, IsAddress foreign) {
             continue;
         }
         begun = true;
+        lookAtComment(line, line.find('#'), form);
         int missing = recordLines;
         for (; more && missing > 0; --missing) {
             more = lines.next(line);

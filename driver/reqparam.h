@@ -36,6 +36,8 @@ class reqParam {
     int result() const { return result_; }  // of the last daiRequest
     Outcome outcome() const { return outcome_; }
     bool answered() const { return isAnswer(outcome_); }
+    // The answer says what became of the request: it did not break off before its Resp.
+    bool decided() const { return answered() && header_.Resp != respUnanswered; }
     std::size_t capacity() const { return capacity_; }
 
     // The buffer behind the header: the data of the request, and after it the data of the reply.

@@ -187,6 +187,15 @@ TEST_F(OthersTest, OfManyConflictsTwentyAreNamedAndTheOthersCounted) {
     EXPECT_EQ(root.read(lecList).find("Rate  =25"), std::string::npos);
 }
 
+// Also when nothing is changed, since nobody reads the log.
+TEST_F(OthersTest, WhatBecameOfAnInterruptedSaveIsSaid) {
+    root.write("/etc/atm/.tarvolin-save", "cut");
+    start();
+    expectBoxes({"Configuration Error"}, [&] { press(cancelBTN); });
+    EXPECT_THAT(boxText, testing::HasSubstr("A save that had not begun"));
+    expectBoxes({}, [&] { press(cancelBTN); });
+}
+
 TEST_F(OthersTest, WhoHoldsTheLockIsNamedAndWaitedForOrNot) {
     start("1");
     const std::map<std::string, std::string> before = files();

@@ -79,7 +79,7 @@ void DGlobalDlg::switchTraces() {
     bool silent = false;  // each wait can take many seconds
     for (const auto& trace : traces) {
         if (!silent && traces_.switchTrace(trace.component, trace.on != 0) == 0) continue;
-        const bool sent = !std::exchange(silent, silent || !traces_.answered());
+        const bool sent = !std::exchange(silent, silent || !traces_.decided());
         refused +=
             !sent    ? fmt::format("\nTrace of {}: not switched.", trace.name)
             : silent ? fmt::format("\nTrace of {}: no answer. Whether it is switched is unknown.", trace.name)
