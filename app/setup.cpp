@@ -26,12 +26,15 @@ std::string paragraph(const std::string& title, const std::vector<std::string>& 
     return text;
 }
 
+bool bothers(const ChangeResult& result) {
+    return !result.failures.empty() && (result.changed || !result.onlySectionsMissing());
+}
+
 // What the files did not take. The last sentence is there only if something was changed and no change is in
 // the files.
 std::string fileText(const ChangeResult& result, bool accepted) {
     std::string text;
-    const bool bothers = result.changed || !result.onlySectionsMissing();
-    if (!result.failures.empty() && bothers) {
+    if (bothers(result)) {
         std::vector<std::string> lines;
         for (const SaveFailure& failure : result.failures)
             lines.push_back(failure.file + ": " + failure.reason);
@@ -76,6 +79,7 @@ void sayWithoutWindows(const ChangeResult& result, const Configuration& configur
                    configuration.holder());
     for (const auto* sentences : {&result.driver, &result.notes})
         for (const std::string& sentence : *sentences) fmt::print(stderr, "tarvolin: {}\n", sentence);
+    if (!bothers(result)) return;
     for (const SaveFailure& failure : result.failures)
         fmt::print(stderr, "tarvolin: {}: {}\n", failure.file, failure.reason);
 }

@@ -129,26 +129,13 @@ void AdapterChange::auditRequests() {
 // The driver has the list edits, which wait for the next save.
 void AdapterChange::giveUp() {
     result_.givenUp = true;
-    noteDriverAhead();
+    noteDriverAhead(sentServices_, result_.record.requests.size());
     auditRequests();
     forEachService(order_.adapter, [&](const ServiceName&, auto record, const std::string&, auto) {
         auto& mine = record(configuration_.mine());
         auto before = record(order_.before);
         if constexpr (hasList<std::remove_cvref_t<decltype(before)>>) *listOf(before) = *listOf(mine);
         mine = before;
-    });
-}
-
-// What the driver was sent before the question is in no file.
-void AdapterChange::noteDriverAhead() {
-    if (!sent_ || !order_.driver) return;
-    forEachService(order_.adapter, [&](const ServiceName& name, auto, const std::string&, auto bit) {
-        const auto took = [&](const SentRequest& request) {
-            return request.service == name.path && request.answer == RequestResult::taken;
-        };
-        if (bit(sentServices_) && std::ranges::any_of(result_.record.requests, took))
-            result_.notes.push_back(
-                fmt::format("The driver has your change of {}, which is not in the file.", name.words));
     });
 }
 

@@ -75,10 +75,11 @@ class AdapterChange {
     void keepHistory(Round& round, const std::vector<FileEdit>& edits);
     void takeResult(Round& round);
     void record(Round& round);
-    void noteSent(const ServiceSet& due);
+    void restart(const ServiceSet& due);
+    void noteSent(const ServiceSet& due, std::size_t before);
     void noteWithoutTable(const AtmDevices& devices);
     void noteDifferentLists();
-    void noteDriverAhead();
+    void noteDriverAhead(const ServiceSet& among, std::size_t before);
     void noteUnsaved(const DriverPdfEdit::Lacking& lacking, const AtmDevices& written);
     void auditRequests();
     void giveUp();

@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <ctime>
 #include <fcntl.h>
+#include <fmt/format.h>
+#include <span>
 #include <type_traits>
 
 namespace {
@@ -46,15 +48,37 @@ template <class Record> bool isEnabled(const Record& record) {
         return true;
 }
 
+// Of those about the service itself, not about entries of its list; null: there is none.
+const SentRequest* lastOf(std::span<const SentRequest> requests, const std::string& service) {
+    const auto last = std::find_if(requests.rbegin(), requests.rend(), [&](const SentRequest& request) {
+        return request.service == service && request.subject.empty();
+    });
+    return last == requests.rend() ? nullptr : &*last;
+}
+
+bool tookOne(std::span<const SentRequest> requests, const std::string& service) {
+    return std::ranges::any_of(requests, [&](const SentRequest& request) {
+        return request.service == service && request.subject.empty() &&
+               request.answer == RequestResult::taken;
+    });
+}
+
 }  // namespace
 
 void AdapterChange::send() {
     ServiceSet due = without(order_.changed, merge_.givenUp);
     // A second time only what has become different since, also what was given up after it had been sent.
+    const std::size_t before = result_.record.requests.size();
     if (sent_) due = differing(order_.adapter, due | sentServices_, *sent_, merge_.devices);
+    const bool again = sent_.has_value();
     sent_ = merge_.devices;
     sentServices_ = sentServices_ | due;
-    if (!due.any() || driverStopped_) return;
+    if (due.any() && !driverStopped_) restart(due);
+    if (again) noteDriverAhead(due, before);
+}
+
+void AdapterChange::restart(const ServiceSet& due) {
+    const std::size_t before = result_.record.requests.size();
     DriverChannel channel;
     if (order_.driver) channel.open(O_RDWR);
     if (!sendingSince_) sendingSince_ = DriverPhase::Clock::now();
@@ -64,12 +88,25 @@ void AdapterChange::send() {
     result_.driver.insert(result_.driver.end(), sentences.begin(), sentences.end());
     result_.tookAny |= phase.tookAny();
     driverStopped_ = phase.stopped();
-    if (order_.driver) noteSent(due);
+    if (order_.driver) noteSent(due, before);
+}
+
+// What the driver took before a question, and what was not taken back after it, since the request number
+// `before`.
+void AdapterChange::noteDriverAhead(const ServiceSet& among, std::size_t before) {
+    const std::span<const SentRequest> all = result_.record.requests;
+    forEachService(order_.adapter, [&](const ServiceName& name, auto, const std::string&, auto bit) {
+        const SentRequest* last = lastOf(all.first(before), name.path);
+        if (bit(among) && last && last->answer == RequestResult::taken &&
+            !tookOne(all.subspan(before), name.path))
+            result_.notes.push_back(
+                fmt::format("The driver runs {} with settings that are not in the file.", name.words));
+    });
 }
 
 // What the driver has taken is kept; where it has not answered nothing is known any more.
-void AdapterChange::noteSent(const ServiceSet& due) {
-    const auto& requests = result_.record.requests;
+void AdapterChange::noteSent(const ServiceSet& due, std::size_t before) {
+    const std::span<const SentRequest> requests = std::span(result_.record.requests).subspan(before);
     const DriverIdentity identity{platform::bootId(), configuration_.driverRevision,
                                   configuration_.mine().lec[asIndex(order_.adapter)][0].mac.GetFMacAddress()};
     if (configuration_.forgetLostDriver()) return;
@@ -78,18 +115,12 @@ void AdapterChange::noteSent(const ServiceSet& due) {
     bool unknown = false;
     forEachService(order_.adapter, [&](const ServiceName& name, auto record, const std::string&, auto bit) {
         if (!bit(due)) return;
-        const auto last =
-            std::ranges::find_if(requests.rbegin(), requests.rend(), [&](const SentRequest& request) {
-                return request.service == name.path && request.subject.empty();
-            });
-        if (last == requests.rend()) return;
+        const SentRequest* last = lastOf(requests, name.path);
+        if (!last) return;
         unknown |= last->answer == RequestResult::unanswered;
         if (last->answer != RequestResult::taken) {
-            // Stopped, and not started again.
-            const bool half = std::ranges::any_of(requests, [&](const SentRequest& request) {
-                return request.service == name.path && request.answer == RequestResult::taken;
-            });
-            if (half) sent.forgetService(order_.adapter, name.path);
+            const bool onlyStopped = tookOne(requests, name.path);
+            if (onlyStopped) sent.forgetService(order_.adapter, name.path);
             return;
         }
         const auto& settings = record(merge_.devices);

@@ -56,32 +56,20 @@ struct EntryHash {
     }
 };
 
-// What an entry keeps when it is changed. Clients have nothing of the kind.
-std::optional<int> keyOf(const AtmBridgedPvc& pvc) {
-    return pvc.vci;
-}
-std::optional<int> keyOf(const AtmRoutedPvc& pvc) {
-    return pvc.vci;
-}
-std::optional<int> keyOf(const esiSelector&) {
-    return {};
-}
-
-// What an entry may have kept when it was changed: its VCI and address, or else one of them. Clients are what
-// they are.
-std::optional<std::uint64_t> likeness(const auto& address, std::optional<std::uint16_t> vci) {
-    std::uint64_t value = 0;
-    for (const std::uint8_t byte : address) value = value << 8U | byte;
-    return value << 16U | vci.value_or(0);
-}
+// What an entry may have kept when it was changed: its VCI and its address, or else one of them. Clients have
+// nothing of the kind.
 enum class Kept { all, vci, address };
-std::optional<std::uint64_t> kept(const AtmBridgedPvc& pvc, Kept what) {
-    if (what == Kept::vci) return pvc.vci;
-    return likeness(pvc.mac.bytes(), what == Kept::all ? std::optional(pvc.vci) : std::nullopt);
+const auto& addressOf(const AtmBridgedPvc& pvc) {
+    return pvc.mac.bytes();
 }
-std::optional<std::uint64_t> kept(const AtmRoutedPvc& pvc, Kept what) {
+const auto& addressOf(const AtmRoutedPvc& pvc) {
+    return pvc.ip.bytes();
+}
+template <class Pvc> std::optional<std::uint64_t> kept(const Pvc& pvc, Kept what) {
     if (what == Kept::vci) return pvc.vci;
-    return likeness(pvc.ip.bytes(), what == Kept::all ? std::optional(pvc.vci) : std::nullopt);
+    std::uint64_t value = 0;
+    for (const std::uint8_t byte : addressOf(pvc)) value = value << 8U | byte;
+    return value << 16U | (what == Kept::all ? pvc.vci : 0U);
 }
 std::optional<std::uint64_t> kept(const esiSelector&, Kept) {
     return {};
@@ -122,9 +110,9 @@ template <class Entry> class Indexed {
         remove(*places_.at(entry).begin());
         return true;
     }
-    // The first with this entry's key, which becomes what it was changed into.
+    // The first with this entry's VCI.
     std::optional<Entry> takeSuccessor(const Entry& entry) {
-        const auto key = keyOf(entry);
+        const auto key = kept(entry, Kept::vci);
         const auto found = key ? keys_.find(*key) : keys_.end();
         if (found == keys_.end()) return {};
         const std::size_t place = *found->second.begin();
@@ -158,7 +146,7 @@ template <class Entry> class Indexed {
     void put(std::size_t place, const Entry& entry) {
         entries_[place] = entry;
         places_[entry].insert(place);
-        if (const auto key = keyOf(entry)) keys_[*key].insert(place);
+        if (const auto key = kept(entry, Kept::vci)) keys_[*key].insert(place);
     }
     void remove(std::size_t place) {
         const Entry entry = *std::exchange(entries_[place], std::nullopt);
@@ -168,12 +156,12 @@ template <class Entry> class Indexed {
             if (found->second.empty()) index.erase(found);
         };
         leave(places_, entry);
-        if (const auto key = keyOf(entry)) leave(keys_, *key);
+        if (const auto key = kept(entry, Kept::vci)) leave(keys_, *key);
     }
 
     std::vector<std::optional<Entry>> entries_;
     std::unordered_map<Entry, std::set<std::size_t>, EntryHash> places_;
-    std::unordered_map<int, std::set<std::size_t>> keys_;
+    std::unordered_map<std::uint64_t, std::set<std::size_t>> keys_;  // by VCI
 };
 
 }  // namespace

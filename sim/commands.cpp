@@ -308,7 +308,7 @@ CommandReply Commands::run(const std::vector<std::string>& words) {
         if (reply.misused) reply.text += "; the form is: " + formOf(command);
         return reply;
     }
-    const Command* command = meant(words[0]);
+    const Command* command = meant(words[0].substr(0, words[0].find(' ')));  // also of a whole line in quotes
     return CommandReply::refusal(
         fmt::format("no command \"{}\"; {}", words[0],
                     command ? "the form is: " + formOf(*command) : "see \"ctl help\""));

@@ -53,29 +53,50 @@ TEST_F(WithDriver, OfAServerThatWasOnlyStoppedNothingIsKept) {
     }
 }
 
-// The conflict comes while the service restarts, and then somebody else holds the lock.
-TEST_F(WithDriver, WhatItRunsWithWhenTheUserGivesUpIsNamed) {
-    driver.ctl("fault lec.start every late 600");
-    const std::string was = user.before.lec[0][0].elanName.str();
-    user.lec(1).elanName = "mine";
-    AdapterChange change(user.configuration, restart(true, false));
-    std::thread editor([&] {
-        std::this_thread::sleep_for(300ms);
-        std::string text = root.read(parameters);
-        text.replace(text.find(was, text.find("[LEC0")), was.size(), "theirs");
-        root.write(parameters, text);
-    });
-    std::optional<Question> question = change.run();
-    editor.join();
-    ASSERT_TRUE(question);
-    EXPECT_THAT(question->text, HasSubstr("yours mine, in the file theirs"));
+// An editor renames LEC 1, too, while it is restarted.
+struct LateConflict : WithDriver {
+    std::optional<AdapterChange> change;
+
+    LateConflict() {
+        driver.ctl("fault lec.start every late 600");
+        const std::string was = user.before.lec[0][0].elanName.str();
+        user.lec(1).elanName = "mine";
+        change.emplace(user.configuration, restart(true, false));
+        std::thread editor([&] {
+            std::this_thread::sleep_for(300ms);
+            std::string text = root.read(parameters);
+            text.replace(text.find(was, text.find("[LEC0")), was.size(), "theirs");
+            root.write(parameters, text);
+        });
+        const std::optional<Question> question = change->run();
+        editor.join();
+        EXPECT_THAT(question ? question->text : "", HasSubstr("yours mine, in the file theirs"));
+        driver.ctl("fault clear");
+    }
+    void expectNamed() {
+        EXPECT_THAT(change->result().notes,
+                    ElementsAre("The driver runs LEC 1 with settings that are not in the file."));
+        EXPECT_THAT(root.read("/var/lib/tarvolin/sent.json"), HasSubstr("\"mine\""));
+    }
+};
+
+TEST_F(LateConflict, WhatTheDriverRunsWhenTheUserGivesUpIsNamed) {
     platform::ConfigurationLock other;
     ASSERT_EQ(other.take("other", 1s), 0);
-    change.answer(true);
-    ASSERT_TRUE(question = change.run());
+    change->answer(true);
+    const std::optional<Question> question = change->run();
+    ASSERT_TRUE(question);
     EXPECT_EQ(question->title, "Configuration Busy");
-    change.answer(false);
-    EXPECT_FALSE(change.run());
-    EXPECT_THAT(change.result().notes,
-                ElementsAre("The driver has your change of LEC 1, which is not in the file."));
+    change->answer(false);
+    EXPECT_FALSE(change->run());
+    expectNamed();
+}
+
+TEST_F(LateConflict, WhatTheDriverDoesNotGiveBackIsNamed) {
+    driver.ctl("fault lec.start every resp 5");
+    change->answer(false);
+    EXPECT_FALSE(change->run());
+    expectNamed();
+    EXPECT_THAT(change->result().driver,
+                testing::Contains("LEC 1: restart refused (5). It runs with its old settings."));
 }
