@@ -6,13 +6,16 @@
 #include "driver/channel.h"
 #include "model/settings.h"
 #include "model/tvdatbuf.h"
+#include "platform/ending.h"
 #include "toolkit/window/messagebox.h"
 #include "ui/config/confdlg.h"
 
+#include <deque>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 #include <functional>
 #include <optional>
+#include <sstream>
 #include <utility>
 
 namespace {
@@ -26,15 +29,12 @@ std::string paragraph(const std::string& title, const std::vector<std::string>& 
     return text;
 }
 
-bool bothers(const ChangeResult& result) {
-    return !result.failures.empty() && (result.changed || !result.onlySectionsMissing());
-}
-
 // What the files did not take. The last sentence is there only if something was changed and no change is in
 // the files.
 std::string fileText(const ChangeResult& result, bool accepted) {
     std::string text;
-    if (bothers(result)) {
+    // Where nothing was changed, an adapter without a section misses nothing.
+    if (!result.failures.empty() && (result.changed || !result.onlySectionsMissing())) {
         std::vector<std::string> lines;
         for (const SaveFailure& failure : result.failures)
             lines.push_back(failure.file + ": " + failure.reason);
@@ -71,17 +71,33 @@ class WithoutWindows {
     std::function<void()> before_;
 };
 
-// When nobody could be asked, or shown anything.
-void sayWithoutWindows(const ChangeResult& result, const Configuration& configuration) {
-    if (result.givenUp && result.changed)
-        fmt::print(stderr,
-                   "tarvolin: the changes are not saved, since the configuration is being changed by {}\n",
-                   configuration.holder());
-    for (const auto* sentences : {&result.driver, &result.notes})
-        for (const std::string& sentence : *sentences) fmt::print(stderr, "tarvolin: {}\n", sentence);
-    if (!bothers(result)) return;
-    for (const SaveFailure& failure : result.failures)
-        fmt::print(stderr, "tarvolin: {}: {}\n", failure.file, failure.reason);
+// What is to be said of a change, each in a box of its own, or without windows on standard error.
+struct Box {
+    std::string text;
+    const char* title;
+};
+
+std::deque<Box> boxesOf(const ChangeResult& result, bool accepted, bool signalling) {
+    std::deque<Box> boxes{{fileText(result, accepted), "Configuration Error"},
+                          {driverText(result), "Driver Error"}};
+    if (!result.withoutTable.empty())
+        boxes.push_back(
+            {fmt::format("Unable to save the ELAN clients of:\n\n{}\n\nThe parameter file names no "
+                         "client table (ElanTbl) for them.",
+                         fmt::join(result.withoutTable, "\n")),
+             "ELAN Client Error"});
+    if (signalling && !result.givenUp)
+        boxes.push_back({"Signalling parameters changed!\nYou will need to manually restart signalling.",
+                         "Configuration Change"});
+    for (Box& box : boxes) box.text.erase(box.text.find_last_not_of('\n') + 1);
+    std::erase_if(boxes, [](const Box& box) { return box.text.empty(); });
+    return boxes;
+}
+
+void print(int adapter, const std::string& text) {
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);)
+        if (!line.empty()) fmt::print(stderr, "tarvolin: adapter {}: {}\n", adapter + 1, line);
 }
 
 void takeListsOver() {
@@ -92,73 +108,81 @@ void takeListsOver() {
 }  // namespace
 
 void setUpAdapter(zWindow& window, Configuration& configuration) {
-    const auto warn = [&window](const std::string& text, const char* title) {
-        const std::size_t end = text.find_last_not_of('\n');
-        if (end != text.npos)
-            zMessageBox(window.application(), window.shell(), zMessageStyle::warning, text.substr(0, end + 1),
-                        title);
-    };
-    ChangeResult result;
+    zApplication& application = window.application();
+    const int adapter = currentAdapter;
+    configuration.readAgain(adapter);
+    MapDataToXferBuffer();
+    ChangeOrder order{.adapter = adapter, .before = atmDevices};
     ServiceSet changed;
+    const unsigned long before = SetupIoctlDesc.acceptedChanges();
     bool accepted = false;
-    {
-        configuration.readAgain(currentAdapter);
-        MapDataToXferBuffer();
-        ChangeOrder order{.adapter = currentAdapter, .before = atmDevices};
-        const unsigned long before = SetupIoctlDesc.acceptedChanges();
-        DConfigDlg dialog(window);
-        SetupIoctlDesc.onChange = [&order](const SentChange& sent) {
-            order.requests.push_back(sentRequest(sent));
-        };
-        std::optional<AdapterChange> change;
-        const auto begin = [&] {
-            SetupIoctlDesc.onChange = nullptr;
-            order.settings = dialog.okFlag();
-            if (order.settings)
-                order.changed = MapXferBufferToData();
-            else
-                takeListsOver();
-            changed = order.changed;
-            order.driver = ioctlDesc || SetupIoctlDesc;  // which came while the dialog was open
-            order.display = window.application().displayName();
-            accepted = SetupIoctlDesc.acceptedChanges() != before;
-            change.emplace(configuration, std::move(order));
-        };
-        const WithoutWindows rest(window.application(), [&] {
+    std::optional<DConfigDlg> dialog(std::in_place, window);
+    SetupIoctlDesc.onChange = [&order](const SentChange& sent) {
+        order.requests.push_back(sentRequest(sent));
+    };
+    std::optional<AdapterChange> change;
+    const auto begin = [&] {
+        SetupIoctlDesc.onChange = nullptr;
+        order.settings = dialog->okFlag();
+        if (order.settings)
+            order.changed = MapXferBufferToData();
+        else
+            takeListsOver();
+        changed = order.changed;
+        order.driver = ioctlDesc || SetupIoctlDesc;  // also a driver that came while the dialog was open
+        order.display = application.displayName();
+        accepted = SetupIoctlDesc.acceptedChanges() != before;
+        change.emplace(configuration, std::move(order));
+    };
+
+    std::deque<Box> boxes;  // that nobody has seen yet
+    bool concluded = false, printed = false;
+    const auto conclude = [&] {
+        ChangeResult result = change->result();
+        for (std::string& note : configuration.takeNotes()) result.notes.push_back(std::move(note));
+        boxes = boxesOf(result, accepted || result.tookAny, changed.signalling);
+        concluded = true;
+    };
+    const auto printBoxes = [&] {
+        if (!std::exchange(printed, true) && change->result().givenUp && change->result().changed)
+            print(adapter,
+                  fmt::format("the changes are not saved, since the configuration is being changed by {}",
+                              configuration.holder()));
+        for (; !boxes.empty(); boxes.pop_front()) print(adapter, boxes.front().text);
+    };
+    const WithoutWindows rest(application, [&] {
+        if (!concluded) {
             if (!change) begin();
             change->finishAlone();
-            sayWithoutWindows(change->result(), configuration);
-            saveUnsavedLists(configuration);
-        });
-        dialog.runModal();
-        window.setCursor(zWatchCursor);
-        begin();
-        while (const std::optional<Question> question = change->run()) {
-            const bool ok =
-                zQuestionBox(window.application(), window.shell(), question->text, question->title);
-            if (window.application().ending()) {  // nobody has answered
-                change->finishAlone();
-                break;
-            }
-            change->answer(ok);
+            conclude();
         }
-        result = change->result();
-        for (std::string& note : configuration.takeNotes()) result.notes.push_back(std::move(note));
-        if (window.application().ending()) sayWithoutWindows(result, configuration);
-        accepted |= result.tookAny;
-        window.setCursor(zArrowCursor);
+        printBoxes();
+        saveUnsavedLists(configuration);
+    });
+
+    dialog->runModal();
+    window.setCursor(zWatchCursor);
+    begin();
+    while (const std::optional<Question> question = change->run()) {
+        const bool ok = zQuestionBox(application, window.shell(), question->text, question->title);
+        if (application.ending()) {  // nobody has answered
+            change->finishAlone();
+            break;
+        }
+        change->answer(ok);
     }
-    warn(fileText(result, accepted), "Configuration Error");
-    warn(driverText(result), "Driver Error");
-    if (!result.withoutTable.empty())
-        warn(fmt::format(
-                 "Unable to save the ELAN clients of:\n\n{}\n\nThe parameter file names no client table "
-                 "(ElanTbl) for them.",
-                 fmt::join(result.withoutTable, "\n")),
-             "ELAN Client Error");
-    if (changed.signalling && !result.givenUp)
-        warn("Signalling parameters changed!\nYou will need to manually restart signalling.",
-             "Configuration Change");
+    conclude();
+    if (platform::endAsked()) printBoxes();
+    window.setCursor(zArrowCursor);
+    dialog.reset();
+    while (!boxes.empty()) {
+        zMessageBox(application, window.shell(), zMessageStyle::warning, boxes.front().text,
+                    boxes.front().title);
+        if (application.ending())  // nobody has read it
+            printBoxes();
+        else
+            boxes.pop_front();
+    }
 }
 
 void saveUnsavedLists(Configuration& configuration) {
@@ -169,11 +193,9 @@ void saveUnsavedLists(Configuration& configuration) {
                                              .before = configuration.mine(),
                                              .driver = static_cast<bool>(ioctlDesc)});
         change.finishAlone();
-        for (const std::string& note : change.result().notes)
-            fmt::print(stderr, "tarvolin: adapter {}: {}\n", adapter + 1, note);
+        for (const std::string& note : change.result().notes) print(adapter, note);
         for (const std::string& name : configuration.unsavedLists(adapter))
-            fmt::print(stderr, "tarvolin: adapter {}: the list of {} is not saved, the driver has it\n",
-                       adapter + 1, name);
+            print(adapter, fmt::format("the list of {} is not saved, the driver has it", name));
     }
     configuration.noteLostDriver();
     for (const std::string& note : configuration.takeNotes()) fmt::print(stderr, "tarvolin: {}\n", note);

@@ -129,7 +129,8 @@ void AdapterChange::auditRequests() {
 // The driver has the list edits, which wait for the next save.
 void AdapterChange::giveUp() {
     result_.givenUp = true;
-    noteDriverAhead(sentServices_, result_.record.requests.size());
+    lookAhead(sentServices_, result_.record.requests.size());
+    noteDriverAhead();
     auditRequests();
     forEachService(order_.adapter, [&](const ServiceName&, auto record, const std::string&, auto) {
         auto& mine = record(configuration_.mine());

@@ -6,6 +6,7 @@
 
 #include "change/changerecord.h"
 #include "change/configuration.h"
+#include "change/driverphase.h"
 #include "change/fileset.h"
 #include "change/merge.h"
 
@@ -79,7 +80,8 @@ class AdapterChange {
     void noteSent(const ServiceSet& due, std::size_t before);
     void noteWithoutTable(const AtmDevices& devices);
     void noteDifferentLists();
-    void noteDriverAhead(const ServiceSet& among, std::size_t before);
+    void lookAhead(const ServiceSet& due, std::size_t before);
+    void noteDriverAhead();
     void noteUnsaved(const DriverPdfEdit::Lacking& lacking, const AtmDevices& written);
     void auditRequests();
     void giveUp();
@@ -91,8 +93,11 @@ class AdapterChange {
     Merge merge_;
     std::optional<AtmDevices> sent_;  // what the services were restarted with
     ServiceSet sentServices_;
+    ServiceSet ahead_;  // services that run with settings that the file will not have
+    std::vector<DriverSentence> sentences_;
     std::optional<std::chrono::steady_clock::time_point> sendingSince_;
     bool driverStopped_ = false;  // nothing more is sent
+    bool driverLost_ = false;     // there is none to run anything
     Ask asked_ = Ask::nothing;
     bool alone_ = false, done_ = false;
     ChangeResult result_;

@@ -136,6 +136,7 @@ void AdapterChange::takeResult(Round& round) {
     for (const std::string& dropped : round.editor.dropped())
         if (result_.wrote) result_.notes.push_back(dropped);
     noteDifferentLists();
+    noteDriverAhead();
     for (std::string& note : configuration_.takeNotes()) result_.notes.push_back(std::move(note));
     if (round.readable) {
         const AtmDevices& now = result_.wrote ? round.devices : written;

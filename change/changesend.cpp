@@ -16,6 +16,13 @@
 
 namespace {
 
+template <class Record> bool isEnabled(const Record& record) {
+    if constexpr (requires { record.enabled; })
+        return record.enabled != 0;
+    else
+        return true;
+}
+
 // Which services are given other settings, or other lists, than before.
 ServiceSet differing(int adapter, const ServiceSet& among, const AtmDevices& before,
                      const AtmDevices& after) {
@@ -26,6 +33,8 @@ ServiceSet differing(int adapter, const ServiceSet& among, const AtmDevices& bef
         bool differs = std::ranges::any_of(
             keyRows<Record>(), [&](const KeyRow<Record>& row) { return !sameField(row.field, was, is); });
         if constexpr (hasList<Record>) differs |= *listOf(was) != *listOf(is);
+        // What is stopped and stays so is not stopped again: some services refuse that.
+        differs &= isEnabled(was) || isEnabled(is);
         bit(set) = differs && bit(among);
     });
     return set;
@@ -39,13 +48,6 @@ ServiceSet without(const ServiceSet& set, const ServiceSet& others) {
     rest.ip = set.ip && !others.ip;
     rest.signalling = set.signalling && !others.signalling;
     return rest;
-}
-
-template <class Record> bool isEnabled(const Record& record) {
-    if constexpr (requires { record.enabled; })
-        return record.enabled != 0;
-    else
-        return true;
 }
 
 // Of those about the service itself, not about entries of its list; null: there is none.
@@ -68,13 +70,12 @@ bool tookOne(std::span<const SentRequest> requests, const std::string& service) 
 void AdapterChange::send() {
     ServiceSet due = without(order_.changed, merge_.givenUp);
     // A second time only what has become different since, also what was given up after it had been sent.
-    const std::size_t before = result_.record.requests.size();
     if (sent_) due = differing(order_.adapter, due | sentServices_, *sent_, merge_.devices);
-    const bool again = sent_.has_value();
     sent_ = merge_.devices;
     sentServices_ = sentServices_ | due;
+    const std::size_t before = result_.record.requests.size();
     if (due.any() && !driverStopped_) restart(due);
-    if (again) noteDriverAhead(due, before);
+    lookAhead(due, before);
 }
 
 void AdapterChange::restart(const ServiceSet& due) {
@@ -84,21 +85,40 @@ void AdapterChange::restart(const ServiceSet& due) {
     if (!sendingSince_) sendingSince_ = DriverPhase::Clock::now();
     DriverPhase phase(channel, order_.driver, result_.record, *sendingSince_);
     restartServices(order_.adapter, merge_.devices, due, phase, channel);
-    const std::vector<std::string> sentences = phase.sentences();
-    result_.driver.insert(result_.driver.end(), sentences.begin(), sentences.end());
+    // What was said of these services before holds no longer.
+    forEachService(order_.adapter, [&](const ServiceName& name, auto, const std::string&, auto bit) {
+        std::erase_if(sentences_, [&](const DriverSentence& said) {
+            return said.service.empty() || (bit(due) && said.service == name.path);
+        });
+    });
+    const std::vector<DriverSentence> sentences = phase.sentences();
+    sentences_.insert(sentences_.end(), sentences.begin(), sentences.end());
+    result_.driver.clear();
+    for (const DriverSentence& sentence : sentences_) result_.driver.push_back(sentence.text);
     result_.tookAny |= phase.tookAny();
     driverStopped_ = phase.stopped();
+    driverLost_ = phase.lost();
     if (order_.driver) noteSent(due, before);
 }
 
-// What the driver took before a question, and what was not taken back after it, since the request number
-// `before`.
-void AdapterChange::noteDriverAhead(const ServiceSet& among, std::size_t before) {
+// A service that took settings in an earlier round, and has not been restarted with those that are saved now,
+// is ahead of the file. `before`: how many requests there were before this round.
+void AdapterChange::lookAhead(const ServiceSet& due, std::size_t before) {
     const std::span<const SentRequest> all = result_.record.requests;
     forEachService(order_.adapter, [&](const ServiceName& name, auto, const std::string&, auto bit) {
-        const SentRequest* last = lastOf(all.first(before), name.path);
-        if (bit(among) && last && last->answer == RequestResult::taken &&
-            !tookOne(all.subspan(before), name.path))
+        if (!bit(due)) return;
+        const SentRequest *earlier = lastOf(all.first(before), name.path),
+                          *now = lastOf(all.subspan(before), name.path);
+        const bool isKnown = !now || now->answer != RequestResult::unanswered;
+        bit(ahead_) = !tookOne(all.subspan(before), name.path) && isKnown &&
+                      (bit(ahead_) || (earlier && earlier->answer == RequestResult::taken));
+    });
+}
+
+void AdapterChange::noteDriverAhead() {
+    if (driverLost_) return;
+    forEachService(order_.adapter, [&](const ServiceName& name, auto, const std::string&, auto bit) {
+        if (bit(ahead_))
             result_.notes.push_back(
                 fmt::format("The driver runs {} with settings that are not in the file.", name.words));
     });

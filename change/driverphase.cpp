@@ -61,6 +61,7 @@ const char* formatOf(StepKind kind, RequestResult answer) {
 DriverPhase::DriverPhase(DriverChannel& channel, bool wanted, ChangeRecord& record, Clock::time_point began)
     : wanted_(wanted), record_(record), began_(began) {
     if (!wanted || channel) return;
+    lost_ = true;
     stopped_ = fmt::format("The driver cannot be opened: {}.", std::strerror(errno));
     tvlog << "Cannot open the driver to apply changes: " << std::strerror(errno) << std::endl;
 }
@@ -83,22 +84,23 @@ RequestResult DriverPhase::take(const Step& step, const reqParam& request, const
                       : request.decided() ? RequestResult::refused
                                           : RequestResult::unanswered;
         if (sent.answer == RequestResult::unanswered) {
-            stopped_ = request.outcome() == Outcome::absent
-                           ? "The driver was lost. Nothing more was sent."
-                           : "Nothing more was sent after a request without an answer.";
+            lost_ = request.outcome() == Outcome::absent;
+            stopped_ = lost_ ? "The driver was lost. Nothing more was sent."
+                             : "Nothing more was sent after a request without an answer.";
             tvlog << stopped_ << std::endl;
         }
     }
     tookAny_ |= sent.answer == RequestResult::taken;
     const char* format = sent.answer == RequestResult::taken ? nullptr : formatOf(step.kind, sent.answer);
     if (format)
-        sentences_.push_back(fmt::format(fmt::runtime(format), step.service.words, sent.resp, step.subject));
+        sentences_.push_back({step.service.path, fmt::format(fmt::runtime(format), step.service.words,
+                                                             sent.resp, step.subject)});
     record_.requests.push_back(sent);
     return sent.answer;
 }
 
-std::vector<std::string> DriverPhase::sentences() const {
-    std::vector<std::string> all = sentences_;
-    if (!all.empty() && !stopped_.empty()) all.push_back(stopped_);
+std::vector<DriverSentence> DriverPhase::sentences() const {
+    std::vector<DriverSentence> all = sentences_;
+    if (!all.empty() && !stopped_.empty()) all.push_back({"", stopped_});
     return all;
 }

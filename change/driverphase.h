@@ -37,11 +37,18 @@ struct Step {
     std::string subject = {};  // "PVC 0 / 204"
 };
 
+// About a service by its path; or, without one, why nothing more was sent.
+struct DriverSentence {
+    std::string service, text;
+};
+
 class DriverPhase {
   public:
-    // Nothing is sent over a closed channel. Without `wanted` there was no driver, and nobody misses it;
-    // otherwise it could not be opened, which errno says. `began`: when the first request of the change was.
     using Clock = std::chrono::steady_clock;
+
+    // Nothing is sent over a closed channel. Without `wanted` there was no driver, and nobody misses it;
+    // otherwise it could not be opened, which errno says. `began`: when the first request of the change was
+    // sent.
     DriverPhase(DriverChannel& channel, bool wanted, ChangeRecord& record,
                 Clock::time_point began = Clock::now());
 
@@ -51,9 +58,10 @@ class DriverPhase {
     RequestResult take(const Step& step, const reqParam& request, const std::function<int()>& send);
 
     // A sentence for each request that was not taken, and the reason why nothing more was sent.
-    std::vector<std::string> sentences() const;
+    std::vector<DriverSentence> sentences() const;
     bool tookAny() const { return tookAny_; }
     bool stopped() const { return !stopped_.empty(); }
+    bool lost() const { return lost_; }  // there is no driver any more
 
   private:
     bool mayGo();
@@ -62,6 +70,7 @@ class DriverPhase {
     ChangeRecord& record_;
     Clock::time_point began_;
     std::string stopped_;  // why nothing more is sent; empty: it is
-    std::vector<std::string> sentences_;
+    bool lost_ = false;
+    std::vector<DriverSentence> sentences_;
     bool tookAny_ = false;
 };

@@ -44,11 +44,17 @@ std::string pvcDifferences(const Pvc& pvc, const Pvc& other, const char* address
     return text;
 }
 
-// Entries that differ in nothing but flags and rate are few.
 struct EntryHash {
-    std::size_t operator()(const AtmBridgedPvc& pvc) const { return mixed(pvc.mac.bytes(), pvc.vci); }
-    std::size_t operator()(const AtmRoutedPvc& pvc) const { return mixed(pvc.ip.bytes(), pvc.vci); }
+    std::size_t operator()(const AtmBridgedPvc& pvc) const { return mixed(pvc.mac.bytes(), numbers(pvc)); }
+    std::size_t operator()(const AtmRoutedPvc& pvc) const { return mixed(pvc.ip.bytes(), numbers(pvc)); }
     std::size_t operator()(const esiSelector& client) const { return mixed(client.bytes(), 0); }
+
+    static std::size_t numbers(const auto& pvc) {
+        std::size_t hash = pvc.vci;
+        for (const std::int32_t number : {pvc.encapsulation, pvc.broadcast, pvc.rate})
+            hash = hash * 65599 + static_cast<std::uint32_t>(number);
+        return hash;
+    }
 
     static std::size_t mixed(const auto& bytes, std::size_t hash) {
         for (const std::uint8_t byte : bytes) hash = hash * 31 + byte;
@@ -221,34 +227,34 @@ std::vector<Entry> mergeLists(const std::vector<Entry>& base, const std::vector<
                               const std::vector<Entry>& theirs, const DecideEntry<Entry>& decide) {
     if (theirs == base || mine == theirs) return mine;
     if (mine == base) return theirs;
-    const std::vector<Entry> myRemoved = withoutThose(base, mine), myAdded = withoutThose(mine, base);
-    const std::vector<Entry> theirRemoved = withoutThose(base, theirs), theirNew = withoutThose(theirs, base);
+    const std::vector<Entry> myRemoved = withoutThose(base, mine), theirRemoved = withoutThose(base, theirs);
+    // What both have added is there, and nobody's change of anything.
+    const std::vector<Entry> myNew = withoutThose(mine, base), theirNew = withoutThose(theirs, base);
+    const std::vector<Entry> myAdded = withoutThose(myNew, theirNew),
+                             theirAdded = withoutThose(theirNew, myNew);
     const auto mySuccessors = successors(myRemoved, myAdded),
-               theirSuccessors = successors(theirRemoved, theirNew);
+               theirSuccessors = successors(theirRemoved, theirAdded);
     std::unordered_map<Entry, std::deque<std::size_t>, EntryHash> places;  // in theirRemoved
     for (std::size_t i = 0; i < theirRemoved.size(); ++i) places[theirRemoved[i]].push_back(i);
 
-    Indexed<Entry> added(myAdded), theirAdded(theirNew), merged(theirs);
+    Indexed<Entry> restOfMine(myAdded), restOfTheirs(theirAdded), merged(theirs);
     for (std::size_t i = 0; i < myRemoved.size(); ++i) {
         const Entry& removed = myRemoved[i];
         const std::optional<Entry>& successor = mySuccessors[i];
-        if (successor) added.take(*successor);
-        if (merged.has(removed)) {
+        if (successor) restOfMine.take(*successor);
+        auto& left = places[removed];
+        if (left.empty()) {  // they still have it
             merged.substitute(removed, successor);
             continue;
         }
-        std::optional<Entry> theirSuccessor;
-        if (auto& left = places[removed]; !left.empty()) {
-            theirSuccessor = theirSuccessors[left.front()];
-            left.pop_front();
-        }
-        if (theirSuccessor) theirAdded.take(*theirSuccessor);
+        const std::optional<Entry> theirSuccessor = theirSuccessors[left.front()];
+        left.pop_front();
+        if (theirSuccessor) restOfTheirs.take(*theirSuccessor);
         if (successor == theirSuccessor) continue;
         if (decide({removed, successor, theirSuccessor})) merged.substitute(theirSuccessor, successor);
     }
-    for (const Entry& entry : added.list()) {
-        if (theirAdded.take(entry)) continue;  // both have added it
-        const std::optional<Entry> other = theirAdded.takeSuccessor(entry);
+    for (const Entry& entry : restOfMine.list()) {
+        const std::optional<Entry> other = restOfTheirs.takeSuccessor(entry);
         if (!other)
             merged.add(entry);
         else if (decide({entry, entry, other}))

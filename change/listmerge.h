@@ -37,9 +37,9 @@ template <class Entry> struct EntryConflict {
 // Decides a conflict: true takes mine, false theirs.
 template <class Entry> using DecideEntry = std::function<bool(const EntryConflict<Entry>&)>;
 
-// My changes since `base` applied to their list. An entry is changed when one is removed and one with the
-// same VCI is added, the same address if there are several, or with the same address; one that both add as it
-// is, is there once. If nobody else has changed the list, the result is exactly mine.
+// My changes since `base` applied to their list. What one side removes and adds is a change of one entry
+// if both have the same VCI (of several, the one with the same address), or else the same address. One that
+// both add as it is, is there once. If nobody else has changed the list, the result is exactly mine.
 template <class Entry>
 std::vector<Entry> mergeLists(const std::vector<Entry>& base, const std::vector<Entry>& mine,
                               const std::vector<Entry>& theirs, const DecideEntry<Entry>& decide);

@@ -70,7 +70,7 @@ int recoverFiles(const HostPath& record, std::vector<std::string>& notes) {
     const bool committed = steps && (begun || !lost);
     if (!committed) {
         if (steps) removeCopies(*steps);
-        notes.push_back("A save that had not begun to replace files was given up.");
+        notes.push_back("An interrupted save, which had replaced no file yet, was dropped.");
         return files().remove(record) == 0 ? 0 : errno;
     }
     for (std::size_t i = 0; i < steps->size(); ++i) {

@@ -35,7 +35,8 @@ bool onlyComments(std::string_view text) {
     return comments;
 }
 
-// Of a line that is too long only the beginning is read, also of a comment that the program has written.
+// Of a line that is too long only the beginning is read: a comment that is cut there passes for the beginning
+// of one that the program writes.
 void lookAtComment(std::string_view line, std::size_t hash, ListForm& form) {
     if (hash == std::string_view::npos) return;
     const std::string_view comment = trimmed(line.substr(hash + 1));
@@ -59,25 +60,29 @@ void lookAtRecordLine(std::string_view line, IsAddress foreign, ListForm& form) 
         form.isList = false;
     if (equals != std::string_view::npos &&
         trimmed(value.substr(equals + 1)).find_first_of(" \t") != std::string_view::npos)
-        drop(form, "text behind a value");
+        drop(form, "text after a value");
 }
 
 // `foreign` knows the addresses of the other kind.
 ListForm formOfPvcs(std::string_view text, IsAddress foreign) {
     ListForm form;
     TextLines lines(text);
+    constexpr std::string_view begin = "[PVC";
     bool begun = false;
     for (bool more = true; more;) {
         std::string_view line;
         more = lines.next(line);
-        if (!line.starts_with("[PVC")) {
+        if (!line.starts_with(begin)) {
             const std::string_view word = trimmed(line);
             if (!word.empty() && word != "]")
                 drop(form, isComment(line) ? "a comment" : "a line beside its records");
             continue;
         }
         begun = true;
-        lookAtComment(line, line.find('#'), form);
+        const std::size_t hash = line.find('#');
+        lookAtComment(line, hash, form);
+        if (!trimmed(line.substr(0, hash)).substr(begin.size()).empty())
+            drop(form, "text beside its records");
         int missing = recordLines;
         for (; more && missing > 0; --missing) {
             more = lines.next(line);

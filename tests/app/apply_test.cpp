@@ -51,7 +51,8 @@ class ApplyTest : public testing::Test {
         record = {};
         DriverPhase phase(channel, static_cast<bool>(ioctlDesc), record);
         restartServices(currentAdapter, atmDevices, changed, phase, channel);
-        sentences = phase.sentences();
+        sentences.clear();
+        for (const DriverSentence& sentence : phase.sentences()) sentences.push_back(sentence.text);
         std::istringstream lines(log.take());
         for (std::string line; std::getline(lines, line);)
             if (const auto at = line.find(" data changed"); at != line.npos) told += ' ' + line.substr(0, at);

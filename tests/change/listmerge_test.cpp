@@ -50,6 +50,11 @@ TEST(MergeLists, ChangesOfBothSides) {
         // Which of two of one VCI was changed, their addresses tell.
         {"5a 5b", "5b1", "5b", "", "5b1", "5b1"},
         {"5a 5b", "5b1", "5a", "5b 5b1 -; ", "5b1", ""},
+        // What both have added, or both removed, is that once.
+        {"1a", "7a", "1a 7a", "", "7a", "7a"},
+        {"3a1", "3a", "3a1 3a", "", "3a", "3a"},
+        {"", "3a1 4b", "4b", "", "4b 3a1", "4b 3a1"},
+        {"2a 2a", "2a", "2a 3c", "", "2a 3c", "2a 3c"},
         // A changed VCI is a change, too.
         {"1a", "7a", "", "1a 7a -; ", "7a", ""},
         {"1a", "7a", "8a", "1a 7a 8a; ", "7a", "8a"},

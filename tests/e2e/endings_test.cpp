@@ -153,5 +153,7 @@ TEST(EndingsOfRequests, ASilentDriverHoldsUpNoSignal) {
         int changed = 0;
         for (std::string a, b; std::getline(old, a) && std::getline(now, b);) changed += a != b;
         EXPECT_EQ(changed, 14);
+        for (const char* said : {"LEC 1: no answer to the restart.", "LES 8: not "})
+            EXPECT_THAT(desk.tool.output(), testing::HasSubstr(said));
     }
 }

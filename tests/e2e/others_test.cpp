@@ -192,7 +192,7 @@ TEST_F(OthersTest, WhatBecameOfAnInterruptedSaveIsSaid) {
     root.write("/etc/atm/.tarvolin-save", "cut");
     start();
     expectBoxes({"Configuration Error"}, [&] { press(cancelBTN); });
-    EXPECT_THAT(boxText, testing::HasSubstr("A save that had not begun"));
+    EXPECT_THAT(boxText, testing::HasSubstr("An interrupted save"));
     expectBoxes({}, [&] { press(cancelBTN); });
 }
 
