@@ -1,7 +1,11 @@
 #include "change/merge.h"
 
 #include "change/listmerge.h"
+#include "change/movedclients.h"
 #include "config/recordrows.h"
+#include "platform/index.h"
+
+#include <algorithm>
 
 #include <type_traits>
 
@@ -32,6 +36,14 @@ template <class Record> void copyField(const KeyField<Record>& field, const Reco
 template <class Entry>
 std::string sideText(const std::optional<Entry>& entry, const std::optional<Entry>& other) {
     return !entry ? "removed" : other ? entryDifferences(*entry, *other) : entryText(*entry);
+}
+
+// Until it is decided the file's side is taken.
+bool decide(const std::string& line, const Decisions& decisions, Merge& merge) {
+    const auto decision = decisions.find(Conflict{line});
+    if (decision != decisions.end()) return decision->second;
+    merge.conflicts.push_back({line});
+    return false;
 }
 
 // Merges one service.
@@ -102,12 +114,7 @@ template <class Record> class ServiceMerge {
         }
     }
 
-    bool decide(const std::string& line) {
-        const auto decision = decisions_.find(Conflict{line});
-        if (decision != decisions_.end()) return decision->second;
-        result_.conflicts.push_back({line});
-        return false;
-    }
+    bool decide(const std::string& line) { return ::decide(line, decisions_, result_); }
 
     const ServiceName& name_;
     const Record &base_, &mine_, &theirs_;
@@ -116,6 +123,29 @@ template <class Record> class ServiceMerge {
     Record merged_;
     int changed_ = 0, lost_ = 0;
 };
+
+// A client that both have moved, to different servers, is on both of them after the lists are merged.
+void mergeMoves(int adapter, const std::vector<MovedClient>& moves, const Decisions& decisions,
+                Merge& merge) {
+    const auto wordsOf = [&](std::size_t server) { return lesName(adapter, server).words; };
+    const auto fate = [&](const std::optional<std::size_t>& server) {
+        return server ? "moved to " + wordsOf(*server) : "removed";
+    };
+    for (const MovedClient& move : moves) {
+        const std::string name = entryName(move.client);
+        const bool mine = decide(fmt::format("{} {}: yours {}, in the file {}", wordsOf(move.from), name,
+                                             fate(move.mine), fate(move.theirs)),
+                                 decisions, merge);
+        if (const std::optional<std::size_t>& loser = mine ? move.theirs : move.mine) {
+            std::vector<esiSelector>& clients = merge.devices.les[asIndex(adapter)][*loser].clients;
+            const auto last = std::find(clients.rbegin(), clients.rend(), move.client);
+            if (last != clients.rend()) clients.erase(std::next(last).base());
+        }
+        if (mine) continue;
+        for (const std::optional<std::size_t>& server : {move.mine, move.theirs})
+            if (server) merge.entriesGivenUp.push_back({wordsOf(*server), name});
+    }
+}
 
 }  // namespace
 
@@ -128,6 +158,7 @@ Merge mergeAdapter(int adapter, const AtmDevices& base, const AtmDevices& mine, 
         record(merge.devices) = service.run(settings);
         bit(merge.givenUp) = service.givenUp();
     });
+    mergeMoves(adapter, movedApart(base, mine, theirs, adapter), decisions, merge);
     return merge;
 }
 
