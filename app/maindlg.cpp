@@ -1,5 +1,6 @@
 #include "app/maindlg.h"
 
+#include "app/changewindows.h"
 #include "app/setup.h"
 #include "model/settings.h"
 #include "platform/index.h"
@@ -132,6 +133,7 @@ void DMainDlg::clickedStatsBTN() {
 }
 
 void DMainDlg::clickedCloseBTN() {
+    saveUnsavedListsAsking(*this, configuration_);
     application().quit();
 }
 

@@ -10,7 +10,3 @@
 // the files or the driver did not take. `window` shows the watch cursor while changes are applied. When the X
 // server is lost meanwhile, all this is done without windows.
 void setUpAdapter(zWindow& window, Configuration& configuration);
-
-// At the end of a run: saves the lists that could not be saved before, since somebody else held the lock.
-// What cannot be saved is named on standard error.
-void saveUnsavedLists(Configuration& configuration);

@@ -28,6 +28,11 @@ bool ChangeResult::onlySectionsMissing() const {
     return save.error == 0 && std::ranges::all_of(failures, &SaveFailure::sectionMissing);
 }
 
+bool ChangeResult::tookAny() const {
+    return std::ranges::any_of(record.requests,
+                               [](const SentRequest& sent) { return sent.answer == RequestResult::taken; });
+}
+
 AdapterChange::AdapterChange(Configuration& configuration, ChangeOrder order)
     : configuration_(configuration), order_(std::move(order)) {
     const AtmDevices& mine = configuration_.mine();
@@ -58,7 +63,7 @@ std::optional<Question> AdapterChange::run() {
         std::string failed;
         const int error = configuration_.lock(patience, failed);
         if (error == EWOULDBLOCK || (error == EINTR && platform::endAsked())) {
-            if (!alone_ && error == EWOULDBLOCK) return lockQuestion();
+            if (!alone_ && !order_.last && error == EWOULDBLOCK) return lockQuestion();
             giveUp();
             return {};
         }

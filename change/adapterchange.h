@@ -29,6 +29,7 @@ struct ChangeOrder {
     bool driver = false;      // there is a driver
     std::vector<SentRequest> requests = {};  // that the dialog has sent
     std::string display = {};                // of the X server, for the history
+    bool last = false;                       // there is no later time for what waits for the lock
 };
 
 struct ChangeResult {
@@ -39,12 +40,12 @@ struct ChangeResult {
     std::vector<SaveFailure> failures;      // what could not be stored, or why nothing could be saved
     std::vector<std::string> notes;         // about the files
     std::vector<std::string> driver;        // what the driver did not take
-    bool tookAny = false;                   // the driver took a request
     std::vector<std::string> withoutTable;  // servers with clients and without a client table: "LES 3"
     ChangeRecord record;
 
     // Nothing failed, except that an adapter without a section has nowhere to keep settings.
     bool onlySectionsMissing() const;
+    bool tookAny() const;  // the driver took a request
 };
 
 class AdapterChange {

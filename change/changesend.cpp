@@ -95,7 +95,6 @@ void AdapterChange::restart(const ServiceSet& due) {
     sentences_.insert(sentences_.end(), sentences.begin(), sentences.end());
     result_.driver.clear();
     for (const DriverSentence& sentence : sentences_) result_.driver.push_back(sentence.text);
-    result_.tookAny |= phase.tookAny();
     driverStopped_ = phase.stopped();
     driverLost_ = phase.lost();
     if (order_.driver) noteSent(due, before);

@@ -113,14 +113,22 @@ void Configuration::readAgain(int adapter) {
     unlock();
 }
 
-std::vector<std::string> Configuration::unsavedLists(int adapter) const {
+std::vector<std::string> Configuration::changedLists(int adapter, bool kept) const {
     std::vector<std::string> names;
     forEachService(adapter, [&](const ServiceName& name, auto record, const std::string&, auto) {
         const auto &was = record(base_), &is = record(mine_);
         if constexpr (hasList<decltype(was)>)
-            if (*listOf(was) != *listOf(is) && canKeepList(is)) names.push_back(name.words);
+            if (*listOf(was) != *listOf(is) && canKeepList(is) == kept) names.push_back(name.words);
     });
     return names;
+}
+
+std::vector<std::string> Configuration::unsavedLists(int adapter) const {
+    return changedLists(adapter, true);
+}
+
+std::vector<std::string> Configuration::listsWithoutFile(int adapter) const {
+    return changedLists(adapter, false);
 }
 
 std::vector<std::string> Configuration::takeNotes() {

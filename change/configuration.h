@@ -28,6 +28,8 @@ class Configuration {
 
     // The adapter's lists that this program has changed and not saved: "LEC 2", "LES 1".
     std::vector<std::string> unsavedLists(int adapter) const;
+    // Of those that no file can keep: servers without a client table.
+    std::vector<std::string> listsWithoutFile(int adapter) const;
 
     const AtmDevices& base() const { return base_; }  // as the files had it when `mine` was made of it
     const AtmDevices& mine() const { return mine_; }
@@ -63,6 +65,8 @@ class Configuration {
     std::vector<std::string> takeNotes();
 
   private:
+    std::vector<std::string> changedLists(int adapter, bool kept) const;
+
     std::string program_;
     AtmDevices& mine_;
     AtmDevices base_;

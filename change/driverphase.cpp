@@ -90,7 +90,6 @@ RequestResult DriverPhase::take(const Step& step, const reqParam& request, const
             tvlog << stopped_ << std::endl;
         }
     }
-    tookAny_ |= sent.answer == RequestResult::taken;
     const char* format = sent.answer == RequestResult::taken ? nullptr : formatOf(step.kind, sent.answer);
     if (format)
         sentences_.push_back({step.service.path, fmt::format(fmt::runtime(format), step.service.words,

@@ -59,7 +59,6 @@ class DriverPhase {
 
     // A sentence for each request that was not taken, and the reason why nothing more was sent.
     std::vector<DriverSentence> sentences() const;
-    bool tookAny() const { return tookAny_; }
     bool stopped() const { return !stopped_.empty(); }
     bool lost() const { return lost_; }  // there is no driver any more
 
@@ -72,5 +71,4 @@ class DriverPhase {
     std::string stopped_;  // why nothing more is sent; empty: it is
     bool lost_ = false;
     std::vector<DriverSentence> sentences_;
-    bool tookAny_ = false;
 };

@@ -61,15 +61,13 @@ class DriverChannel {
     // When the first request was sent that, as all since, has got no answer. 0: the driver answers.
     std::time_t silentSince() const { return silentSince_; }
 
-    unsigned long unanswered() const { return unanswered_; }            // requests without an answer
-    unsigned long acceptedChanges() const { return acceptedChanges_; }  // change requests that succeeded
+    unsigned long unanswered() const { return unanswered_; }  // requests without an answer
     // How often the driver has hung up, so that the channel had to be opened again. Counted at once, before
     // anything is sent over the channel opened again: what was changed before may be lost with that driver.
     unsigned long reopenings() const { return reopenings_; }
 
     // For the request blocks: what became of a change request.
-    void noteChange(const SentChange& change) {
-        if (change.outcome == Outcome::success) ++acceptedChanges_;
+    void noteChange(const SentChange& change) const {
         if (onChange) onChange(change);
     }
     std::function<void(const SentChange&)> onChange;
@@ -91,7 +89,6 @@ class DriverChannel {
     Outcome outcome_ = Outcome::success;
     std::time_t silentSince_ = 0;
     unsigned long unanswered_ = 0;
-    unsigned long acceptedChanges_ = 0;
     unsigned long reopenings_ = 0;
 };
 

@@ -39,7 +39,7 @@ TEST(Calls, OfOneOk) {
         AdapterChange change(configuration, std::move(order));
         EXPECT_FALSE(change.run());
         EXPECT_EQ(change.result().wrote, setting || lists);
-        EXPECT_EQ(change.result().tookAny, setting);
+        EXPECT_EQ(change.result().tookAny(), setting);
         EXPECT_THAT(change.result().driver, testing::IsEmpty());
         return Cost{files.count(FileCall::sync), files.count(FileCall::rename)};
     };

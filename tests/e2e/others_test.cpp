@@ -228,3 +228,25 @@ TEST_F(OthersTest, WhoHoldsTheLockIsNamedAndWaitedForOrNot) {
     EXPECT_EQ(nameOfClient(root, 1), "another");
     EXPECT_NE(root.read(lecList).find("=204"), std::string::npos);
 }
+
+// Close asks as OK would. (A run that has ended stays so: this is a test of its own.)
+TEST_F(OthersTest, ListsThatWaitAreAskedAboutBeforeTheRunEnds) {
+    start("1");
+    Holder holder;
+    expectBoxes({"Configuration Busy"}, "Escape", [&] {
+        addPvc();
+        selectRow(1);
+        press(deleteBTN);  // 100
+        press(cancelBTN);
+    });
+    edit(lecList, "=10\t# MB/s", "=25");
+    holder.end();
+    const auto boxes = boxesOf([&] {
+        user->click(user->widget(closeBTN));
+        EXPECT_EQ(application.run(), 0);
+    });
+    EXPECT_EQ(boxes, Names{"Configuration Conflict"});
+    EXPECT_THAT(boxText, testing::HasSubstr("LEC 1 PVC 0 / 100: yours removed, in the file VCI 100"));
+    EXPECT_EQ(root.read(lecList).find("=100"), std::string::npos);
+    EXPECT_NE(root.read(lecList).find("=204"), std::string::npos);
+}

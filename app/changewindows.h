@@ -1,0 +1,51 @@
+// A change of an adapter's configuration with windows: questions are asked, and what is to be said of it
+// comes in boxes. What nobody can read any more stands on standard error, once.
+#pragma once
+
+#include "change/adapterchange.h"
+#include "toolkit/window/window.h"
+
+#include <deque>
+#include <functional>
+#include <optional>
+
+class ChangeWindows {
+  public:
+    // `order` tells what to change when it comes to that, also when the X server is lost before.
+    ChangeWindows(zWindow& parent, Configuration& configuration, int adapter,
+                  std::function<ChangeOrder()> order);
+    ~ChangeWindows();
+    ChangeWindows(const ChangeWindows&) = delete;
+    ChangeWindows& operator=(const ChangeWindows&) = delete;
+
+    // Asks until the change is done. Boxes are shown afterwards, when other windows have gone.
+    void carryOut();
+    void showBoxes();
+
+  private:
+    struct Box {
+        std::string text;
+        const char* title;
+    };
+
+    void begin();
+    void conclude();
+    void printBoxes();
+    void finishWithoutWindows();
+
+    zWindow& parent_;
+    Configuration& configuration_;
+    int adapter_;
+    std::function<ChangeOrder()> order_;
+    std::function<void()> onConnectionLost_;  // of the application, before
+    bool signalling_ = false;                 // the user has changed its settings
+    std::optional<AdapterChange> change_;
+    std::deque<Box> boxes_;  // that nobody has seen yet
+    bool concluded_ = false, printed_ = false;
+};
+
+// Lists that the driver has and no file: at the end of a run, as long as windows can ask and say something.
+void saveUnsavedListsAsking(zWindow& parent, Configuration& configuration);
+
+// The same without windows. What is not saved stands on standard error.
+void saveUnsavedLists(Configuration& configuration);
