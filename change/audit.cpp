@@ -32,7 +32,7 @@ std::string respOf(const SentRequest& request) {
 // How the service's requests went, those about its list entries or the others: the first that was not taken
 // tells, else the last.
 std::string respOf(const ChangeRecord& record, std::string_view key, bool ofList) {
-    std::string resp = "none";
+    std::string resp = record.result == completedLater ? "unknown" : "none";
     for (const SentRequest& request : record.requests) {
         if (request.service != serviceOf(key) || request.subject.empty() == ofList) continue;
         resp = respOf(request);
@@ -55,7 +55,8 @@ std::vector<AuditLine> auditLines(const ChangeRecord& record, std::string_view c
         lines.push_back({level, fmt::format("change={} {} user={} result={}", fieldValue(change), middle,
                                             fieldValue(user), fieldValue(result))});
     };
-    const LogLevel level = record.result == "ok" ? LogLevel::notice : LogLevel::warning;
+    const bool good = record.result == "ok" || record.result == completedLater;
+    const LogLevel level = good ? LogLevel::notice : LogLevel::warning;
     for (const KeyChange& key : record.keys)
         add(level,
             fmt::format("key={} old={} new={} resp={}", fieldValue(key.key), fieldValue(key.before),

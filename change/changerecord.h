@@ -27,6 +27,10 @@ struct SentRequest {
     int resp = 0;  // the header's Resp; means something when taken or refused
 };
 
+// The result of a save that was completed by another process than the one that began it: what that one sent
+// to the driver is not known.
+inline constexpr const char* completedLater = "completed later";
+
 struct ChangeRecord {
     std::string program = "tarvolin";
     std::string display;  // of the X server, empty without one

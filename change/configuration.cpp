@@ -49,13 +49,7 @@ int Configuration::lock(std::chrono::milliseconds patience, std::string& failed)
     platform::HostPath place = platform::hostPath(PdfEdit::parameterFile);
     platform::files().resolve(place, place);
     const platform::HostPath record = saveRecord(place);
-    const std::size_t known = notes_.size();
-    const int error = recoverFiles(record, notes_);
-    for (std::size_t i = known; i < notes_.size(); ++i) {
-        tvlog << notes_[i] << std::endl;
-        auditRecovery(notes_[i]);
-    }
-    if (error) {
+    if (const int error = recover(record)) {
         lock_.release();
         failed = record.text;
         return error;
@@ -66,6 +60,34 @@ int Configuration::lock(std::chrono::milliseconds patience, std::string& failed)
     removeDeadCopies(platform::directoryOf(folder), CopiesOf::engine);
     forgetLostDriver();
     return 0;
+}
+
+// Nobody has told syslog what the interrupted save changed: it would have done so at its end.
+int Configuration::recover(const platform::HostPath& record) {
+    struct stat status {};
+    if (platform::files().status(record, status) != 0 && errno == ENOENT) return 0;
+    const auto inFiles = [] {
+        AtmDevices devices;
+        DriverPdfEdit(nullptr, false, devices).ReadPdf();
+        return devices;
+    };
+    const AtmDevices before = inFiles();
+    const std::size_t known = notes_.size();
+    const int error = recoverFiles(record, notes_);
+    for (std::size_t i = known; i < notes_.size(); ++i) {
+        tvlog << notes_[i] << std::endl;
+        auditRecovery(notes_[i]);
+    }
+    const AtmDevices after = inFiles();
+    for (int adapter = 0; adapter < adapterCount; ++adapter) {
+        ChangeRecord completed;
+        completed.program = program_;
+        completed.keys = keyChanges(adapter, before, after);
+        completed.lists = listChanges(adapter, before, after);
+        completed.result = completedLater;
+        audit(completed, "none");
+    }
+    return error;
 }
 
 void Configuration::driverLost() {

@@ -66,6 +66,7 @@ class Configuration {
 
   private:
     std::vector<std::string> changedLists(int adapter, bool kept) const;
+    int recover(const platform::HostPath& record);
 
     std::string program_;
     AtmDevices& mine_;

@@ -52,6 +52,19 @@ bool readRecord(const HostPath& record, std::string& text) {
     return false;
 }
 
+// The save's version of a file that somebody has edited since stays beside it, under a name that is free.
+std::string keepVersion(const SaveStep& step) {
+    if (step.removes() || contentAt(step.copyPlace()) != step.after) return {};
+    HostPath kept;
+    struct stat status {};
+    for (int number = 1; number < 100; ++number) {
+        kept.text = fmt::format("{}.unsaved{}", step.place.text, number == 1 ? "" : std::to_string(number));
+        if (files().status(kept, status) == 0 || errno != ENOENT) continue;
+        return files().rename(step.copyPlace(), kept) == 0 ? kept.text : "";
+    }
+    return {};
+}
+
 }  // namespace
 
 int recoverFiles(const HostPath& record, std::vector<std::string>& notes) {
@@ -82,7 +95,8 @@ int recoverFiles(const HostPath& record, std::vector<std::string>& notes) {
         if (progress[i] == Progress::edited || progress[i] == Progress::lost)
             notes.push_back(
                 fmt::format("{} was changed since an interrupted save, and left alone.", step.place.text));
-        if (progress[i] == Progress::edited && !step.removes()) files().remove(step.copyPlace());
+        if (const std::string kept = progress[i] == Progress::edited ? keepVersion(step) : ""; !kept.empty())
+            notes.back() += fmt::format(" The save's version is in {}.", kept);
     }
     if (syncDirectories(*steps, &record) != 0) return errno;
     return files().remove(record) == 0 ? 0 : errno;

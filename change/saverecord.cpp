@@ -52,7 +52,7 @@ std::string contentHash(std::string_view bytes) {
 }
 
 std::string fileIdentity(const struct stat& status) {
-    return fmt::format("{}:{}.{:09}", status.st_ino, status.st_ctim.tv_sec, status.st_ctim.tv_nsec);
+    return fmt::format("{}:{}.{:09}", status.st_ino, status.st_mtim.tv_sec, status.st_mtim.tv_nsec);
 }
 
 std::optional<std::string> saveRecordText(std::span<const SaveStep> steps) {

@@ -33,7 +33,8 @@ constexpr const char* noContent = "-";
 
 std::string contentHash(std::string_view bytes);
 
-// What tells a file from a later one with the same name and content: its number and time of change.
+// What tells a file from a later one with the same name and content: its number, and when it was last
+// written. Its mode or a further name does not matter.
 std::string fileIdentity(const struct stat& status);
 
 // Nothing when a path could not be written in this form.

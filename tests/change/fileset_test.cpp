@@ -217,7 +217,8 @@ TEST(FileSet, WhatSomebodyEditedSinceIsLeftAlone) {
             const std::vector<std::string> notes = recovered();
             EXPECT_EQ(after.get("/etc/atm/pvc0") + after.get("/etc/atm/clients"), "editededited");
             edited += notes.size() > 1 &&
-                      notes.front() == "/etc/atm/pvc0 was changed since an interrupted save, and left alone.";
+                      notes.front() == "/etc/atm/pvc0 was changed since an interrupted save, and left alone. "
+                                       "The save's version is in /etc/atm/pvc0.unsaved.";
         });
     EXPECT_GT(edited, 10);
 }

@@ -153,7 +153,7 @@ class MemoryFiles : public platform::Files {
         result.st_uid = ::geteuid();
         result.st_nlink = 1;
         result.st_ino = static_cast<ino_t>(inode);
-        if (inode) result.st_ctim.tv_sec = inodes_.at(inode).changed;
+        if (inode) result.st_mtim.tv_sec = result.st_ctim.tv_sec = inodes_.at(inode).changed;
         return 0;
     }
 
