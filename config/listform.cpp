@@ -3,7 +3,10 @@
 #include "config/listlines.h"
 
 #include <array>
+#include <charconv>
+#include <cstdint>
 #include <filesystem>
+#include <limits>
 
 using namespace listlines;
 
@@ -47,24 +50,51 @@ void lookAtComment(std::string_view line, std::size_t hash, ListForm& form) {
     if (!comment.empty() && std::ranges::none_of(writtenComments, isWritten)) drop(form, "a comment");
 }
 
-void lookAtRecordLine(std::string_view line, IsAddress foreign, ListForm& form) {
-    const std::size_t hash = line.find('#');
-    const std::string_view value = trimmed(line.substr(0, hash));
-    lookAtComment(line, hash, form);
-    const bool known = std::ranges::any_of(
-        keys, [&](std::string_view key) { return value.find(key) != std::string_view::npos; });
-    if (!known && !value.empty() && value != "]") drop(form, "a line that is no value of a record");
-    const std::size_t equals = value.find('=');
-    if (value.find("Addr") != std::string_view::npos && equals != std::string_view::npos &&
-        foreign(trimmed(value.substr(equals + 1))))
-        form.isList = false;
-    if (equals != std::string_view::npos &&
-        trimmed(value.substr(equals + 1)).find_first_of(" \t") != std::string_view::npos)
-        drop(form, "text after a value");
+// A number that is read as it stands. As VCIs are written, from -32768 to -1, they are read, too.
+bool isNumber(std::string_view text, bool vci) {
+    std::int32_t number = 0;
+    if (text.starts_with('+')) text.remove_prefix(1);
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size() &&
+           (!vci || (number >= std::numeric_limits<std::int16_t>::min() &&
+                     number <= std::numeric_limits<std::uint16_t>::max()));
 }
 
-// `foreign` knows the addresses of the other kind.
-ListForm formOfPvcs(std::string_view text, IsAddress foreign) {
+struct Kind {
+    IsAddress own, foreign;
+};
+
+void lookAtValue(std::string_view key, std::string_view value, const Kind& kind, ListForm& form) {
+    if (value.empty()) return;
+    if (value.find_first_of(" \t") != std::string_view::npos)
+        drop(form, "text after a value");
+    else if (key != "Addr" && !isNumber(value, key == "VC"))
+        drop(form, "a value that is no number of its kind");
+    else if (key == "Addr" && kind.foreign(value))
+        form.isList = false;
+    else if (key == "Addr" && !kind.own(value))
+        drop(form, "a value that is no address of its kind");
+}
+
+// `seen`: a bit for each key that the record had before.
+void lookAtRecordLine(std::string_view line, const Kind& kind, unsigned& seen, ListForm& form) {
+    const std::size_t hash = line.find('#');
+    const std::string_view text = trimmed(line.substr(0, hash));
+    lookAtComment(line, hash, form);
+    const std::size_t equals = text.find('=');
+    bool known = false;
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        if (text.find(keys[i]) == std::string_view::npos) continue;
+        known = true;
+        if (seen >> i & 1) drop(form, "a value that a record has twice");
+        seen |= 1U << i;
+        if (equals != std::string_view::npos)
+            lookAtValue(keys[i], trimmed(text.substr(equals + 1)), kind, form);
+    }
+    if (!known && !text.empty() && text != "]") drop(form, "a line that is no value of a record");
+}
+
+ListForm formOfPvcs(std::string_view text, const Kind& kind) {
     ListForm form;
     TextLines lines(text);
     constexpr std::string_view begin = "[PVC";
@@ -83,10 +113,11 @@ ListForm formOfPvcs(std::string_view text, IsAddress foreign) {
         lookAtComment(line, hash, form);
         if (!trimmed(line.substr(0, hash)).substr(begin.size()).empty())
             drop(form, "text beside its records");
+        unsigned seen = 0;
         int missing = recordLines;
         for (; more && missing > 0; --missing) {
             more = lines.next(line);
-            lookAtRecordLine(line, foreign, form);
+            lookAtRecordLine(line, kind, seen, form);
         }
         // A line without an end counts as cut, too.
         if (missing == 0 && more)
@@ -101,11 +132,11 @@ ListForm formOfPvcs(std::string_view text, IsAddress foreign) {
 }  // namespace
 
 ListForm listForm(std::string_view text, const std::vector<AtmRoutedPvc>&) {
-    return formOfPvcs(text, isMacText);
+    return formOfPvcs(text, {isDottedDecimal, isMacText});
 }
 
 ListForm listForm(std::string_view text, const std::vector<AtmBridgedPvc>&) {
-    return formOfPvcs(text, isDottedDecimal);
+    return formOfPvcs(text, {isMacText, isDottedDecimal});
 }
 
 ListForm listForm(std::string_view text, const std::vector<esiSelector>&) {
