@@ -32,7 +32,7 @@ TEST(PvcFile, WhatIsTakenFromOddText) {
                       first = "[PVC\nVC=1\nAddr=10.0.0.1\n" + rest;
     const std::string malformed = "Malformed Address In - list Record 1\n",
                       beyond = "VCI Beyond 16 Bits In - list Record 1 Value ";
-    const auto vci = [](std::string text) { return "[PVC\nVC=" + text + "\nAddr=1.2.3.4\n\n\n\n"; };
+    const auto vci = [](const std::string& text) { return "[PVC\nVC=" + text + "\nAddr=1.2.3.4\n\n\n\n"; };
     const struct {
         std::string text;
         std::vector<int> vcis, rates;
