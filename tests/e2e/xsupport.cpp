@@ -114,11 +114,11 @@ void XInput::pressKey(const char* name, const char* held) {
     XSync(display_, False);
 }
 
-void XInput::pressAt(int rootX, int rootY, int times) {
+void XInput::pressAt(int rootX, int rootY, int times, unsigned button) {
     XTestFakeMotionEvent(display_, -1, rootX, rootY, 0);
     for (int i = 0; i < times; ++i) {
-        XTestFakeButtonEvent(display_, 1, True, 0);
-        XTestFakeButtonEvent(display_, 1, False, 0);
+        XTestFakeButtonEvent(display_, button, True, 0);
+        XTestFakeButtonEvent(display_, button, False, 0);
     }
     XSync(display_, False);
 }
@@ -143,6 +143,13 @@ void XUser::click(Widget target, int times) {
     Dimension width = 0, height = 0;
     XtVaGetValues(target, XtNwidth, &width, XtNheight, &height, nullptr);
     clickAt(target, width / 2, height / 2, times);
+}
+
+void XUser::clickMiddle(Widget target) {
+    Position rootX = 0, rootY = 0;
+    XtTranslateCoords(target, 5, 5, &rootX, &rootY);
+    pressAt(rootX, rootY, 1, Button2);
+    settle();
 }
 
 void XUser::pointAt(Widget target) {

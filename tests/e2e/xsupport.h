@@ -47,8 +47,8 @@ class XInput {
     void leave();  // before the server dies
 
   protected:
-    void pressAt(int rootX, int rootY, int times);  // 0: only the pointer moves
-    void giveKeyboard(unsigned long window);        // there is no window manager to do it
+    void pressAt(int rootX, int rootY, int times, unsigned button = 1);  // 0 times: only the pointer moves
+    void giveKeyboard(unsigned long window);  // there is no window manager to do it
 
     _XDisplay* display_;
 };
@@ -65,6 +65,7 @@ class XUser : public XInput {
     void click(Widget target, int times = 1);  // the middle
     void clickAt(Widget target, int x, int y, int times = 1);
     void pointAt(Widget target);
+    void clickMiddle(Widget target);                                       // the button, near the left edge
     void key(const char* name, const char* held = nullptr);                // as pressKey(), and settles
     void pressButton(Widget target, int x = 5, int y = 5, int times = 1);  // does not settle
     void type(std::string_view text);  // lower case letters, digits, '-' and '.'

@@ -6,6 +6,7 @@
 #include "toolkit/controls/choice.h"
 #include "toolkit/controls/dropdown.h"
 #include "toolkit/controls/edit.h"
+#include "toolkit/controls/fieldmask.h"
 #include "toolkit/controls/lamp.h"
 #include "toolkit/controls/notebook.h"
 #include "toolkit/controls/tabstrip.h"
@@ -23,11 +24,15 @@ namespace {
 
 constexpr const char* three[] = {"one", "two", "three"};
 
+constexpr zFieldMask fourDigitAddress{
+    .picture = "[0-9a-f][0-9a-f]':'[0-9a-f][0-9a-f]", .takes = "", .full = ""};
+constexpr zFieldMask fourDigits{.picture = "####", .takes = "", .full = ""};
+
 constexpr zControlRow pageRows[] = {
     {.id = 20, .kind = zKind::tabStrip, .place = {0, 0, 150, 20}, .items = three},
     {.kind = zKind::groupBox, .place = {4, 22, 140, 90}, .text = "Group", .name = "group"},
-    {.id = 21, .kind = zKind::edit, .place = {8, 30, 80, 12}, .mask = "[0-9a-f][0-9a-f]':'[0-9a-f][0-9a-f]"},
-    {.id = 22, .kind = zKind::numberEdit, .place = {8, 44, 40, 12}, .mask = "####"},
+    {.id = 21, .kind = zKind::edit, .place = {8, 30, 80, 12}, .mask = &fourDigitAddress},
+    {.id = 22, .kind = zKind::numberEdit, .place = {8, 44, 40, 12}, .mask = &fourDigits},
     {.id = 23, .kind = zKind::dropDown, .place = {8, 58, 60, 40}, .items = three},
     {.id = 24, .kind = zKind::checkBox, .place = {8, 74, 60, 12}, .text = "Check"},
     {.id = 25, .kind = zKind::radioButton, .place = {8, 88, 40, 10}, .text = "A", .style = zFirstOfGroup},

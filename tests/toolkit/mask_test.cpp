@@ -56,14 +56,14 @@ TEST(Picture, EveryEditOfAPrefixGivesAPrefix) {
             const auto edit = picture.edit(text, start, end, keys, caret);
             ++(edit ? accepted : refused);
             if (!edit) return;
-            ASSERT_TRUE(isPrefix(edit->text) && edit->caret <= edit->text.size())
+            ASSERT_TRUE(isPrefix(edit.text) && edit.caret <= edit.text.size())
                 << '"' << text << "\" " << start << ".." << end << " \"" << keys << "\" gives \""
-                << edit->text << "\" at " << edit->caret;
-            const std::string whole = picture.completed(edit->text);
-            ASSERT_TRUE(isPrefix(whole)) << edit->text << " completed: " << whole;
-            if (!picture.isAddress() || edit->text.empty()) return;
+                << edit.text << "\" at " << edit.caret;
+            const std::string whole = picture.completed(edit.text);
+            ASSERT_TRUE(isPrefix(whole)) << edit.text << " completed: " << whole;
+            if (!picture.isAddress() || edit.text.empty()) return;
             ASSERT_EQ(whole.size(), picture.completed("1").size());
-            ASSERT_EQ(picture.format(picture.bare(edit->text)), edit->text);
+            ASSERT_EQ(picture.format(picture.bare(edit.text)), edit.text);
         };
         for (const std::string& text : field.texts) {
             ASSERT_TRUE(isPrefix(text)) << text;
@@ -107,7 +107,8 @@ const Step steps[] = {
     {ipAddressMask, "{000.000}.000.000", "10.192", "10.192|.000.000"},
     {elanNameMask, "abcdefghijkl|mnopqrstuvwxyz01234", "x", "abcdefghijkl|mnopqrstuvwxyz01234"},
     // Pastes.
-    {macAddressMask, "{00:a0:3e:12:34:56}", "p:0:a0:3e:99:99:99:99:99", "0a:03:e9:99:99:99|"},
+    {macAddressMask, "{00:a0:3e:12:34:56}", "p:00:a0:3e:99:99:99:99", "{00:a0:3e:12:34:56}"},
+    {fourDigitsMask, "{1500}", "p:70000", "{1500}"},
     {macAddressMask, "|", "p: 00a03e123456\n", "00:a0:3e:12:34:56|"},
     {elanNameMask, "a|z", "p:two words", "a|z"},
     // What never fitted stays.
@@ -136,8 +137,8 @@ std::string walk(const Step& step) {
             typed.clear();
         }
         if (const auto edit = picture.edit(text, from, to, typed, caret)) {
-            text = edit->text;
-            start = end = edit->caret;
+            text = edit.text;
+            start = end = edit.caret;
         }
     }
     if (start == end) return text.insert(start, 1, '|');

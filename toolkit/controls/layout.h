@@ -8,6 +8,8 @@
 
 #include <span>
 
+struct zFieldMask;
+
 struct zRect {
     int x = 0, y = 0, width = 0, height = 0;
 };
@@ -15,7 +17,7 @@ struct zRect {
 enum class zKind {
     staticText,
     edit,        // one line of text; a mask restricts what can be typed
-    numberEdit,  // an unsigned decimal number, at most as many digits as the mask has '#'
+    numberEdit,  // an unsigned decimal number, as many digits as the mask takes
     listBox,     // one line can be selected, with zSeveral any number of lines
     dropDown,    // one of its items is selected; the height includes the open list
     checkBox,
@@ -48,7 +50,7 @@ struct zControlRow {
     const char* tooltip = nullptr;
     int picture = 0;  // its number in the picture table (picture.h); 0: none
     unsigned style = zPlain;
-    const char* mask = nullptr;               // a picture in the notation of mask.h
+    const zFieldMask* mask = nullptr;         // what can be typed into an edit; null: any text
     std::span<const char* const> items = {};  // for drop-down lists and tab strips
 };
 

@@ -24,6 +24,14 @@ bool has(const std::bitset<256>& set, char c) {
     return set[static_cast<unsigned char>(c)];
 }
 
+zPicture::Edit full() {
+    return {.refusal = zPicture::Refusal::full};
+}
+
+zPicture::Edit misfit(char c) {
+    return {.refusal = zPicture::Refusal::character, .misfit = c};
+}
+
 // The characters of a bracket expression. `at` is the position after '[' and is moved to the one after ']'.
 std::bitset<256> characters(std::string_view notation, std::size_t& at) {
     const auto next = [&] { return static_cast<unsigned char>(notation[notation[at] == '\\' ? ++at : at]); };
@@ -74,8 +82,8 @@ zPicture::zPicture(std::string_view notation) {
         if (!elements_[i].fixed) places_.push_back(i);
 }
 
-std::optional<zPicture::Edit> zPicture::edit(const std::string& text, std::size_t start, std::size_t end,
-                                             std::string_view typed, std::size_t caret) const {
+zPicture::Edit zPicture::edit(const std::string& text, std::size_t start, std::size_t end,
+                              std::string_view typed, std::size_t caret) const {
     end = std::min(end, text.size());
     start = std::min(start, end);
     // At a fixed character, Backspace moves the caret before it, Delete after it.
@@ -113,9 +121,8 @@ std::string zPicture::bare(std::string_view shown) const {
     return value;
 }
 
-std::optional<zPicture::Edit> zPicture::editAddress(const std::string& text, std::size_t start,
-                                                    std::size_t end, std::string_view typed,
-                                                    bool forwards) const {
+zPicture::Edit zPicture::editAddress(const std::string& text, std::size_t start, std::size_t end,
+                                     std::string_view typed, bool forwards) const {
     struct Digit {
         char c;
         bool misfit;  // was at a place that does not allow it
@@ -136,10 +143,7 @@ std::optional<zPicture::Edit> zPicture::editAddress(const std::string& text, std
     std::size_t taken = 0;
     for (const char c : typed) {
         if (isFixed(c)) continue;
-        if (at == places_.size()) {
-            if (taken == 0) return {};  // no room at all
-            break;
-        }
+        if (at == places_.size()) return full();
         if (overwrite && at < digits.size())
             digits[at] = {c, false};
         else
@@ -148,7 +152,7 @@ std::optional<zPicture::Edit> zPicture::editAddress(const std::string& text, std
         ++taken;
     }
     if (!typed.empty() && taken == 0) {
-        if (start != end) return {};
+        if (start != end) return misfit(typed.front());
         const bool before = start < elements_.size() && elements_[start].fixed && start < text.size();
         return Edit{text, start + before};  // a fixed character, which is there already
     }
@@ -156,7 +160,8 @@ std::optional<zPicture::Edit> zPicture::editAddress(const std::string& text, std
 
     std::string value;
     for (std::size_t place = 0; place < digits.size(); ++place) {
-        if (!digits[place].misfit && !has(elements_[places_[place]].set, digits[place].c)) return {};
+        if (!digits[place].misfit && !has(elements_[places_[place]].set, digits[place].c))
+            return misfit(digits[place].c);
         value += digits[place].c;
     }
     return Edit{format(value), value.empty() ? 0 : positionOf(at)};
@@ -192,8 +197,8 @@ zPicture::Caret zPicture::locate(const Runs& runs, std::size_t position) const {
     return {run, position};
 }
 
-std::optional<zPicture::Edit> zPicture::editRuns(const std::string& text, std::size_t start, std::size_t end,
-                                                 std::string_view typed, bool forwards) const {
+zPicture::Edit zPicture::editRuns(const std::string& text, std::size_t start, std::size_t end,
+                                  std::string_view typed, bool forwards) const {
     Runs runs = split(text);
     Caret at = locate(runs, start);
     const Caret behind = locate(runs, end);
@@ -225,15 +230,12 @@ std::optional<zPicture::Edit> zPicture::editRuns(const std::string& text, std::s
             if (at.run == runs.size()) runs.emplace_back();
             element = &elements_[places_[at.run]];
         }
-        if (!has(element->set, c)) return {};
-        if (runs[at.run].size() >= element->most) {
-            if (!taken) return {};
-            break;
-        }
+        if (!has(element->set, c)) return misfit(c);
+        if (runs[at.run].size() >= element->most) return full();
         runs[at.run].insert(at.offset++, 1, c);
         taken = true;
     }
-    if (!typed.empty() && !taken && start != end) return {};
+    if (!typed.empty() && !taken && start != end) return misfit(typed.front());
 
     // When a run has just become full, the fixed character after it is inserted.
     const bool typedToEnd = taken && at.run + 1 == runs.size() && at.offset == runs[at.run].size();

@@ -11,7 +11,6 @@
 
 #include <bitset>
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,17 +20,25 @@ class zPicture {
     // The notation is not checked: it is a constant of the program.
     explicit zPicture(std::string_view notation);
 
+    enum class Refusal {
+        none,
+        character,  // one that is typed, or moves to another place, does not fit there
+        full        // there is no room
+    };
     struct Edit {
-        std::string text;
-        std::size_t caret;  // position in the text
+        std::string text = {};
+        std::size_t caret = 0;  // position in the text
+        Refusal refusal = Refusal::none;
+        char misfit = 0;  // the character that was refused
+
+        explicit operator bool() const { return refusal == Refusal::none; }
     };
 
-    // The field after `typed` has replaced the characters from `start` up to, but not including, `end`; none
+    // The field after `typed` has replaced the characters from `start` up to, but not including, `end`; false
     // if the picture does not allow it. `caret` is the caret's position before. Leading and trailing blanks
-    // of a pasted text and fixed characters in it are skipped; if it is too long, the rest is dropped. Old
-    // characters that do not match are kept.
-    std::optional<Edit> edit(const std::string& text, std::size_t start, std::size_t end,
-                             std::string_view typed, std::size_t caret) const;
+    // of a pasted text and fixed characters in it are skipped. Old characters that do not match are kept.
+    Edit edit(const std::string& text, std::size_t start, std::size_t end, std::string_view typed,
+              std::size_t caret) const;
 
     // Inserts the fixed characters of an address picture into a bare value and cuts it to the picture's
     // length. Other pictures return the value unchanged.
@@ -58,9 +65,8 @@ class zPicture {
     };
     using Runs = std::vector<std::string>;
 
-    std::optional<Edit> editAddress(const std::string&, std::size_t, std::size_t, std::string_view,
-                                    bool) const;
-    std::optional<Edit> editRuns(const std::string&, std::size_t, std::size_t, std::string_view, bool) const;
+    Edit editAddress(const std::string&, std::size_t, std::size_t, std::string_view, bool) const;
+    Edit editRuns(const std::string&, std::size_t, std::size_t, std::string_view, bool) const;
     Runs split(std::string_view text) const;
     Edit joined(const Runs& runs, Caret caret) const;
     Caret locate(const Runs& runs, std::size_t position) const;

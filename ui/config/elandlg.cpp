@@ -1,8 +1,8 @@
 #include "ui/config/elandlg.h"
 
-#include "model/masks.h"
 #include "toolkit/controls/edit.h"
 #include "ui/config/confids.h"
+#include "ui/fieldmasks.h"
 
 esiSelector esiSelectorXferBuffer;
 
@@ -10,7 +10,7 @@ namespace {
 
 constexpr zControlRow rows[] = {
     {.id = esiSelectorLBL, .kind = zKind::staticText, .place = {34, 8, 49, 10}, .text = "ESI/Selector:"},
-    {.id = esiSelectorED, .kind = zKind::edit, .place = {34, 21, 78, 12}, .mask = esiSelectorMask},
+    {.id = esiSelectorED, .kind = zKind::edit, .place = {34, 21, 78, 12}, .mask = &esiSelectorField},
     okRow({15, 62, 50, 18}),
     cancelRow({78, 62, 50, 18}),
 };

@@ -1,8 +1,8 @@
 #include "ui/config/iplayout.h"
 
-#include "model/masks.h"
 #include "resources/pictureids.h"
 #include "ui/config/confids.h"
+#include "ui/fieldmasks.h"
 
 namespace {
 
@@ -15,29 +15,29 @@ constexpr zControlRow rows[] = {
      .kind = zKind::edit,
      .place = {126, 16, 70, 12},
      .tooltip = "Address of 1577 Client",
-     .mask = ipAddressMask},
+     .mask = &ipAddressField},
     {.id = subnetMaskLBL, .kind = zKind::staticText, .place = {73, 34, 51, 8}, .text = "Subnet Mask:"},
     {.id = subnetMaskED,
      .kind = zKind::edit,
      .place = {126, 32, 70, 12},
      .text = "255.255.255.0",
-     .mask = ipAddressMask},
+     .mask = &ipAddressField},
     {.id = secondGB, .kind = zKind::groupBox, .place = {8, 54, 244, 60}, .text = "ARP Server"},
     {.id = serverCB, .kind = zKind::checkBox, .place = {19, 64, 41, 14}, .text = "Enable"},
     {.id = serverIpLBL, .kind = zKind::staticText, .place = {79, 66, 43, 8}, .text = "IP Address:"},
-    {.id = serverIpED, .kind = zKind::edit, .place = {126, 64, 70, 12}, .mask = ipAddressMask},
+    {.id = serverIpED, .kind = zKind::edit, .place = {126, 64, 70, 12}, .mask = &ipAddressField},
     {.id = networkPrefixLBL, .kind = zKind::staticText, .place = {18, 82, 54, 8}, .text = "Network Prefix:"},
     {.id = networkPrefixED,
      .kind = zKind::edit,
      .place = {18, 95, 137, 12},
      .text = "47:00:00:00:00:00:00:00:00:00:00:00:00",
-     .mask = networkPrefixMask},
+     .mask = &networkPrefixField},
     {.id = esiSelectorLBL, .kind = zKind::staticText, .place = {166, 82, 49, 10}, .text = "ESI/Selector:"},
     {.id = esiSelectorED,
      .kind = zKind::edit,
      .place = {166, 95, 78, 12},
      .text = "11:22:33:44:55:66-01",
-     .mask = esiSelectorMask},
+     .mask = &esiSelectorField},
     {.id = pvcTableLBL, .kind = zKind::staticText, .place = {84, 119, 42, 8}, .text = "PVC Table:"},
     {.id = pvcTBL, .kind = zKind::table, .place = {19, 132, 169, 55}},
     {.id = addBTN,

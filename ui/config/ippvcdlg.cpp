@@ -1,7 +1,7 @@
 #include "ui/config/ippvcdlg.h"
 
-#include "model/masks.h"
 #include "ui/config/confids.h"
+#include "ui/fieldmasks.h"
 
 AtmRoutedPvc pvcXferBuffer;
 
@@ -9,9 +9,9 @@ namespace {
 
 constexpr zControlRow rows[] = {
     {.id = pvcIpLBL, .kind = zKind::staticText, .place = {26, 18, 43, 8}, .text = "IP Address:"},
-    {.id = pvcIpED, .kind = zKind::edit, .place = {26, 30, 70, 12}, .mask = ipAddressMask},
+    {.id = pvcIpED, .kind = zKind::edit, .place = {26, 30, 70, 12}, .mask = &ipAddressField},
     {.kind = zKind::staticText, .place = {26, 48, 19, 8}, .text = "VCI:", .name = "vciLabel"},
-    {.id = pvcVciED, .kind = zKind::numberEdit, .place = {26, 59, 32, 12}, .mask = fourDigitsMask},
+    {.id = pvcVciED, .kind = zKind::numberEdit, .place = {26, 59, 32, 12}, .mask = &fourDigitsField},
     {.id = secondGB, .kind = zKind::groupBox, .place = {114, 18, 63, 53}, .text = "Encapsulation"},
     {.id = llcSnapRB,
      .kind = zKind::radioButton,

@@ -1,8 +1,8 @@
 #include "ui/config/lcpvcdlg.h"
 
-#include "model/masks.h"
 #include "toolkit/controls/edit.h"
 #include "ui/config/confids.h"
+#include "ui/fieldmasks.h"
 
 AtmBridgedPvc bridgedPvcXferBuffer;
 
@@ -10,9 +10,9 @@ namespace {
 
 constexpr zControlRow rows[] = {
     {.id = pvcMacLBL, .kind = zKind::staticText, .place = {26, 18, 51, 8}, .text = "MAC Address:"},
-    {.id = pvcMacED, .kind = zKind::edit, .place = {26, 30, 70, 12}, .mask = macAddressMask},
+    {.id = pvcMacED, .kind = zKind::edit, .place = {26, 30, 70, 12}, .mask = &macAddressField},
     {.id = pvcVciLBL, .kind = zKind::staticText, .place = {26, 55, 19, 8}, .text = "VCI:"},
-    {.id = pvcVciED, .kind = zKind::numberEdit, .place = {26, 66, 32, 12}, .mask = fourDigitsMask},
+    {.id = pvcVciED, .kind = zKind::numberEdit, .place = {26, 66, 32, 12}, .mask = &fourDigitsField},
     {.kind = zKind::groupBox, .place = {114, 18, 63, 42}, .text = "Encapsulation", .name = "encapsulation"},
     {.id = llcSnapRB,
      .kind = zKind::radioButton,

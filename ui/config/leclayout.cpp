@@ -1,8 +1,8 @@
 #include "ui/config/leclayout.h"
 
-#include "model/masks.h"
 #include "resources/pictureids.h"
 #include "ui/config/confids.h"
+#include "ui/fieldmasks.h"
 
 namespace {
 
@@ -22,7 +22,7 @@ constexpr zControlRow rows[] = {
     {.id = macAddressLBL, .kind = zKind::staticText, .place = {130, 34, 48, 8}, .text = "MAC Address:"},
     {.id = macAddressED, .kind = zKind::edit, .place = {182, 32, 64, 12}, .style = zReadOnly},
     {.id = elanNameLBL, .kind = zKind::staticText, .place = {12, 47, 47, 8}, .text = "ELAN Name:"},
-    {.id = elanNameED, .kind = zKind::edit, .place = {12, 58, 50, 12}, .mask = elanNameMask},
+    {.id = elanNameED, .kind = zKind::edit, .place = {12, 58, 50, 12}, .mask = &elanNameField},
     {.id = elanTypeLBL, .kind = zKind::staticText, .place = {71, 47, 45, 8}, .text = "ELAN Type:"},
     {.id = elanTypeCBO, .kind = zKind::dropDown, .place = {71, 57, 60, 35}, .items = elanTypes},
     {.id = elanMtuLBL, .kind = zKind::staticText, .place = {139, 47, 60, 8}, .text = "ELAN MTU Size:"},
@@ -32,7 +32,7 @@ constexpr zControlRow rows[] = {
      .kind = zKind::numberEdit,
      .place = {202, 58, 44, 12},
      .tooltip = "Layer 3 MTU Size",
-     .mask = fourDigitsMask},
+     .mask = &fourDigitsField},
     {.kind = zKind::groupBox, .place = {4, 82, 250, 42}, .text = "LECS / LES ATM Address", .name = "address"},
     {.id = lecsRB,
      .kind = zKind::radioButton,
@@ -52,13 +52,13 @@ constexpr zControlRow rows[] = {
      .place = {114, 92, 137, 12},
      .text = "47:00:00:00:00:00:00:00:00:00:00:00:00",
      .tooltip = "Address of LECS or LES if bypassed",
-     .mask = networkPrefixMask},
+     .mask = &networkPrefixField},
     {.id = esiSelectorLBL, .kind = zKind::staticText, .place = {60, 108, 49, 10}, .text = "ESI/Selector:"},
     {.id = esiSelectorED,
      .kind = zKind::edit,
      .place = {114, 108, 78, 12},
      .text = "00:00:00:00:00:00-00",
-     .mask = esiSelectorMask},
+     .mask = &esiSelectorField},
     {.id = pvcTableLBL, .kind = zKind::staticText, .place = {84, 128, 42, 8}, .text = "PVC Table:"},
     {.id = pvcTBL, .kind = zKind::table, .place = {19, 138, 169, 56}},
     {.id = addBTN,

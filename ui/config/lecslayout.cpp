@@ -1,7 +1,7 @@
 #include "ui/config/lecslayout.h"
 
-#include "model/masks.h"
 #include "ui/config/confids.h"
+#include "ui/fieldmasks.h"
 
 namespace {
 
@@ -20,9 +20,9 @@ constexpr zControlRow rows[] = {
      .text = "Use 'Well Known Address'",
      .tooltip = "Use 'Well Known Address' as LECS Address"},
     {.id = networkPrefixLBL, .kind = zKind::staticText, .place = {12, 38, 54, 8}, .text = "Network Prefix:"},
-    {.id = networkPrefixED, .kind = zKind::edit, .place = {12, 50, 140, 12}, .mask = networkPrefixMask},
+    {.id = networkPrefixED, .kind = zKind::edit, .place = {12, 50, 140, 12}, .mask = &networkPrefixField},
     {.id = esiSelectorLBL, .kind = zKind::staticText, .place = {162, 38, 53, 8}, .text = "ESI / Selector:"},
-    {.id = esiSelectorED, .kind = zKind::edit, .place = {162, 50, 78, 12}, .mask = esiSelectorMask},
+    {.id = esiSelectorED, .kind = zKind::edit, .place = {162, 50, 78, 12}, .mask = &esiSelectorField},
     {.kind = zKind::groupBox, .place = {4, 74, 117, 50}, .text = "Default MTU Sizes", .name = "mtus"},
     {.id = etherMtuLBL, .kind = zKind::staticText, .place = {12, 89, 35, 8}, .text = "Ethernet:"},
     {.id = etherMtuCBO, .kind = zKind::dropDown, .place = {66, 87, 48, 41}, .items = mtus},

@@ -1,8 +1,8 @@
 #include "ui/config/leslayout.h"
 
-#include "model/masks.h"
 #include "resources/pictureids.h"
 #include "ui/config/confids.h"
+#include "ui/fieldmasks.h"
 
 namespace {
 
@@ -18,7 +18,7 @@ constexpr zControlRow rows[] = {
      .text = "Enable",
      .tooltip = "Enable Current Client"},
     {.id = elanNameLBL, .kind = zKind::staticText, .place = {12, 49, 47, 8}, .text = "ELAN Name:"},
-    {.id = elanNameED, .kind = zKind::edit, .place = {12, 63, 50, 12}, .mask = elanNameMask},
+    {.id = elanNameED, .kind = zKind::edit, .place = {12, 63, 50, 12}, .mask = &elanNameField},
     {.id = elanMtuLBL, .kind = zKind::staticText, .place = {71, 49, 55, 8}, .text = "ELAN MTU Size:"},
     {.id = elanMtuCBO, .kind = zKind::dropDown, .place = {72, 63, 48, 40}, .items = elanMtus},
     {.kind = zKind::groupBox, .place = {132, 24, 61, 58}, .text = "ELAN Type", .name = "elanType"},

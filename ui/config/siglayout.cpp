@@ -1,7 +1,7 @@
 #include "ui/config/siglayout.h"
 
-#include "model/masks.h"
 #include "ui/config/confids.h"
+#include "ui/fieldmasks.h"
 
 namespace {
 
@@ -29,7 +29,7 @@ constexpr zControlRow rows[] = {
      .kind = zKind::edit,
      .place = {60, 138, 140, 12},
      .text = "47:00:00:00:00:00:00:00:00:00:00:00:00",
-     .mask = networkPrefixMask},
+     .mask = &networkPrefixField},
     {.id = portChangeCB,
      .kind = zKind::checkBox,
      .place = {60, 157, 105, 10},
