@@ -16,6 +16,8 @@ TEST_F(ConfigurationTest, OneChangedClientIsRestartedWithItsPvcsAndSaved) {
         EXPECT_EQ(shownItem(elanMtuCBO), "1516");
         choose(elanMtuCBO, "Down");
         EXPECT_EQ(shownItem(elanMtuCBO), "4544");
+        EXPECT_EQ(text(l3MtuED), "1500") << "the arrow keys may be on their way";
+        user->key("Tab");
         EXPECT_EQ(text(l3MtuED), "4544") << "follows the larger ELAN MTU";
         EXPECT_FALSE(user->widget("lesPage") || user->widget("lecsPage")) << "those are advanced";
         EXPECT_EQ(window->cursor(), zArrowCursor);

@@ -174,6 +174,57 @@ TEST_F(ControlsTest, WhatTheUserSelectsIsToldOnceAndWhatTheProgramSelectsIsNot) 
     EXPECT_EQ(book.selected(), 0);
 }
 
+// A choice is what the list is closed on, or what stands when the control is left.
+TEST_F(ControlsTest, ADropDownListEndsAtItsEndsAndTellsOnlyWhatIsChosen) {
+    auto& list = control<zDropDown>(23);
+    list.onSelect = [&] { log += fmt::format("list {} ", list.selected()); };
+    const struct {
+        int before;
+        std::vector<const char*> keys;  // "^" with Control
+        int after;
+        const char* log;
+    } cases[] = {
+        {1, {"Down", "Down", "Down"}, 2, ""},
+        {1, {"Up", "Up", "Up"}, 0, ""},
+        {1, {"Down", "Tab"}, 2, "list 2 "},
+        {1, {"Down", "Up", "Tab"}, 1, ""},
+        {1, {"Down", "Return"}, 2, "list 2 ok "},
+        {0, {"^Down", "Down", "Down", "Down", "Return"}, 2, "list 2 "},
+        {2, {"^Down", "Up", "Up", "Up", "^Up"}, 0, "list 0 "},
+        {0, {"^Down", "Down", "Escape"}, 0, ""},
+        {0, {"^Down", "Down", "Escape", "Return"}, 0, "ok "},
+        {-1, {"Down", "Tab"}, 0, "list 0 "},
+    };
+    for (const auto& [before, names, after, told] : cases) {
+        list.select(before);
+        XmProcessTraversal(list.widget(), XmTRAVERSE_CURRENT);
+        user.settle();
+        log.clear();
+        for (const std::string name : names)
+            if (name[0] == '^')
+                user.key(name.c_str() + 1, "Control_L");
+            else
+                user.key(name.c_str());
+        const std::string what = fmt::format("{} {}", before, fmt::join(names, " "));
+        EXPECT_EQ(list.selected(), after) << what;
+        EXPECT_EQ(log, told) << what;
+    }
+    log.clear();
+    const Widget opened = XtNameToWidget(list.widget(), "*List");
+    Dimension width = 0, height = 0;
+    XtVaGetValues(list.widget(), XmNwidth, &width, nullptr);
+    user.clickAt(list.widget(), width - 8, 8);
+    XtVaGetValues(opened, XmNheight, &height, nullptr);
+    user.clickAt(opened, 10, height - 6);
+    EXPECT_EQ(log, "list 2 ") << "by the mouse";
+
+    list.select(0);
+    XmProcessTraversal(list.widget(), XmTRAVERSE_CURRENT);
+    user.key("Down");
+    page.store();
+    EXPECT_EQ(log.substr(log.size() - 7), "list 1 ") << "nobody left the list";
+}
+
 TEST_F(ControlsTest, ALampCannotBePressed) {
     auto& lamp = control<zLamp>(27);
     lamp.check(true);

@@ -3,9 +3,36 @@
 #include "toolkit/controls/rowwidget.h"
 
 #include <X11/StringDefs.h>
+#include <X11/keysym.h>
 #include <Xm/ComboBox.h>
 #include <Xm/List.h>
 #include <Xm/TextF.h>
+#include <Xm/VirtKeys.h>
+#include <utility>
+
+// The text has the keyboard while the list is closed, the list while it is open.
+struct zDropDown::Handlers {
+    static void event(Widget, XtPointer self, XEvent* event, Boolean* goesOn) {
+        auto& control = *static_cast<zDropDown*>(self);
+        if (event->type == KeyPress)
+            *goesOn = !press(control, event->xkey);
+        else if (event->type == FocusOut && !control.open_)
+            control.changed();
+    }
+
+    // True: the library must not have the key.
+    static bool press(zDropDown& control, const XKeyEvent& key) {
+        Modifiers used = 0;
+        KeySym symbol = NoSymbol;
+        XtTranslateKeycode(key.display, static_cast<KeyCode>(key.keycode), key.state, &used, &symbol);
+        if (symbol == osfXK_Cancel) control.cancelled_ = control.open_;
+        if ((symbol == XK_Return || symbol == XK_KP_Enter) && !control.open_) control.changed();
+        if (key.state & ControlMask) return false;  // opens and closes the list
+        const int position = control.selected();
+        return (symbol == osfXK_Down && position == control.count_ - 1) ||
+               (symbol == osfXK_Up && position == 0);
+    }
+};
 
 zDropDown::zDropDown(Widget board, const zRect& place, const zControlRow& row)
     : zControl(row), count_(static_cast<int>(row.items.size())) {
@@ -22,22 +49,41 @@ zDropDown::zDropDown(Widget board, const zRect& place, const zControlRow& row)
     resources.set(XmNmarginWidth, 0).set(XmNmarginHeight, 0);
     resources.set(XmNnavigationType, XmEXCLUSIVE_TAB_GROUP);
     attach(zMakeWidget(xmComboBoxWidgetClass, board, row, resources));
-    const Widget text = XtNameToWidget(widget(), "*Text");
+    const Widget text = part("*Text");
     XtVaSetValues(text, XmNmarginHeight, zCentredMargin(text, place.height - 4), nullptr);
     zSetGeometry(widget(), place);
-    listen(XmNselectionCallback, [](zControl& self, void*) { static_cast<zDropDown&>(self).changed(); });
-    const Widget shell = XtNameToWidget(widget(), "*GrabShell");
-    listen(shell, XtNpopupCallback,
-           [](zControl& self, void*) { static_cast<zDropDown&>(self).open_ = true; });
+
+    static const XtTranslations keys = XtParseTranslationTable(
+        "<Key>osfActivate: CBDropDownList()\n<Key>Return: CBDropDownList()\n<Key>KP_Enter: CBDropDownList()");
+    XtOverrideTranslations(part("*List"), keys);
+    for (const char* name : {"*Text", "*List"})
+        XtInsertEventHandler(part(name), KeyPressMask | FocusChangeMask, False, Handlers::event, this,
+                             XtListHead);
+    const Widget shell = part("*GrabShell");
+    listen(shell, XtNpopupCallback, [](zControl& self, void*) {
+        auto& control = static_cast<zDropDown&>(self);
+        control.open_ = true;
+        control.openedOn_ = control.selected();
+    });
     listen(shell, XtNpopdownCallback, [](zControl& self, void*) {
-        static_cast<zDropDown&>(self).open_ = false;
-        static_cast<zDropDown&>(self).changed();
+        auto& control = static_cast<zDropDown&>(self);
+        control.open_ = false;
+        if (std::exchange(control.cancelled_, false)) control.show(control.openedOn_);
+        control.changed();
     });
 }
 
-// Arrow keys in an open list select each item that they pass: only the one on closing is reported.
+zDropDown::~zDropDown() {
+    for (const char* name : {"*Text", "*List"})
+        XtRemoveEventHandler(part(name), KeyPressMask | FocusChangeMask, False, Handlers::event, this);
+}
+
+Widget zDropDown::part(const char* name) const {
+    return XtNameToWidget(widget(), name);
+}
+
 void zDropDown::changed() {
-    if (byProgram_ || open_ || selected() == reported_) return;
+    if (open_ || selected() == reported_) return;
     reported_ = selected();
     if (const auto handler = onSelect) handler();
 }
@@ -48,6 +94,7 @@ void zDropDown::load() {
 }
 
 void zDropDown::store() {
+    changed();
     const int now = selected();
     if (!variable_ || now == shown_) return;
     shown_ = now;
@@ -55,24 +102,25 @@ void zDropDown::store() {
 }
 
 int zDropDown::selected() const {
-    const Widget list = XtNameToWidget(widget(), "*List");
     int* positions = nullptr;
     int found = 0;
-    if (!XmListGetSelectedPos(list, &positions, &found)) return -1;
+    if (!XmListGetSelectedPos(part("*List"), &positions, &found)) return -1;
     const int first = positions[0] - 1;
     XtFree(reinterpret_cast<char*>(positions));
     return first;
 }
 
 void zDropDown::select(int position) {
-    byProgram_ = true;
+    show(position);
+    reported_ = selected();
+}
+
+void zDropDown::show(int position) {
     if (position >= 0 && position < count_) {
         XtVaSetValues(widget(), XmNselectedPosition, position, nullptr);
     } else {
         static char nothing[] = "";
-        XmListDeselectAllItems(XtNameToWidget(widget(), "*List"));
-        XmTextFieldSetString(XtNameToWidget(widget(), "*Text"), nothing);
+        XmListDeselectAllItems(part("*List"));
+        XmTextFieldSetString(part("*Text"), nothing);
     }
-    byProgram_ = false;
-    reported_ = selected();
 }

@@ -1,4 +1,5 @@
-// Drop-down lists.
+// Drop-down lists. Up and Down end at the first and the last item. In the open list Return chooses the item
+// and Escape goes back to the one before; neither presses a button of the window.
 #pragma once
 
 #include "toolkit/controls/control.h"
@@ -7,6 +8,8 @@
 
 class zDropDown : public zControl {
   public:
+    ~zDropDown() override;
+
     // Dialog units: a line of text with the field's shadows. A row's height includes the open list.
     static constexpr int closedHeight = 14;
 
@@ -21,15 +24,22 @@ class zDropDown : public zControl {
     int selected() const;       // -1: none
     void select(int position);  // does not call onSelect
 
-    std::function<void()> onSelect;  // the user has selected another item
+    // The user has chosen another item: closed the list on it, left the control, pressed Return or asked for
+    // store(). Items that arrow keys pass on the way are not told.
+    std::function<void()> onSelect;
 
   private:
+    struct Handlers;
+
+    Widget part(const char* name) const;
     void changed();
+    void show(int position);
 
     int count_;
     zBoundNumber variable_;
     int shown_ = -1;
     int reported_ = 0;  // the position at the last call of onSelect or select()
     bool open_ = false;
-    bool byProgram_ = false;
+    int openedOn_ = -1;  // the position when the list was opened
+    bool cancelled_ = false;
 };

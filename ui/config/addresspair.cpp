@@ -3,9 +3,18 @@
 #include "toolkit/controls/board.h"
 #include "ui/config/confids.h"
 
+void fillBothFromOne(const zBoard& board) {
+    auto& prefix = board.control<zEdit>(networkPrefixED);
+    auto& esiSelector = board.control<zEdit>(esiSelectorED);
+    prefix.onPartner = [&esiSelector](const std::string& text) { esiSelector.setText(text); };
+    esiSelector.onPartner = [&prefix](const std::string& text) { prefix.setText(text); };
+}
+
 AddressPair::AddressPair(const zBoard& board)
     : networkPrefix_(board.control<zEdit>(networkPrefixED)),
-      esiSelector_(board.control<zEdit>(esiSelectorED)) {}
+      esiSelector_(board.control<zEdit>(esiSelectorED)) {
+    fillBothFromOne(board);
+}
 
 void AddressPair::showWellKnown() {
     if (!wellKnownShown_) {

@@ -15,9 +15,14 @@ struct AddressHalves {
 inline constexpr AddressHalves wellKnownAddress{"47:00:79:00:00:00:00:00:00:00:00:00:00",
                                                 "00:A0:3E:00:00:01-00"};
 
+// A whole address that is pasted into one of the fields networkPrefixED and esiSelectorED of a board fills
+// the other one, too.
+void fillBothFromOne(const zBoard& board);
+
 class AddressPair {
   public:
-    // The fields networkPrefixED and esiSelectorED of a board, which are bound to the transfer buffer.
+    // The fields networkPrefixED and esiSelectorED of a board, which are bound to the transfer buffer. Either
+    // is filled from the other one (fillBothFromOne).
     explicit AddressPair(const zBoard& board);
 
     // Stores what was typed so far, and shows the well-known address. When that was shown before, edited or

@@ -3,6 +3,7 @@
 #include "driver/channel.h"
 #include "model/settings.h"
 #include "toolkit/controls/edit.h"
+#include "ui/config/addresspair.h"
 #include "ui/config/confids.h"
 #include "ui/config/iplayout.h"
 #include "ui/config/ippvcdlg.h"
@@ -30,6 +31,7 @@ DConfigDlgI1577PG::DConfigDlgI1577PG(zFormDialog& dialog)
 void DConfigDlgI1577PG::connect() {
     table_.emplace(control<zTable>(pvcTBL));
     editor_.emplace(dialog_, board(), *table_, pvcXferBuffer, pvcList());
+    fillBothFromOne(board());
     board().bind(ip1577XferBuffer, fields);
     board().load();
     control<zCheckBox>(serverCB).check(ip1577XferBuffer.arpServerHere != 0);
