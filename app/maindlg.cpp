@@ -28,6 +28,7 @@ DMainDlg::DMainDlg(zApplication& application, const zLayout& layout)
     DriverChannel::onLost = [this] { configuration_.driverLost(); };
     application.onConnectionLost = [this] { saveUnsavedLists(configuration_); };
     SetDlgTitle();
+    obeyCommandLine();
     onPainted = [this] { setupOnce(); };
     show();
 }

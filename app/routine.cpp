@@ -6,12 +6,51 @@
 #include "platform/debuglog.h"
 #include "platform/linewriter.h"
 #include "platform/root.h"
+#include "platform/safetext.h"
 #include "resources/pictures.h"
 #include "toolkit/window/application.h"
+#include "version.h"
 
 #include <algorithm>
 #include <cctype>
 #include <fmt/ranges.h>
+
+namespace {
+
+constexpr char debugOption[] = "-DEBUG", advancedOption[] = "-ADV";
+
+constexpr char usage[] =
+    "Usage: tarvolin [option]...\n"
+    "Configures and watches the ATM network adapters of this host.\n"
+    "\n"
+    "  -debug      write to standard error what is sent to the driver and what it answers\n"
+    "  -adv        start in advanced mode, with the pages of the LAN emulation servers\n"
+    "  --help      show this text\n"
+    "  --version   show the version\n"
+    "\n"
+    "Those of X programs act on the main window. Its size is fixed, so a geometry gives its place only:\n"
+    "\n"
+    "  -display DISPLAY   -geometry +X+Y   -title TITLE   -name NAME   -iconic   -xrm RESOURCE\n";
+
+// Answers a question that needs no display.
+bool answered(const std::vector<std::string>& arguments) {
+    const auto asks = [&](const char* option) { return std::ranges::count(arguments, option) > 0; };
+    if (asks("--help"))
+        fmt::print("{}", usage);
+    else if (asks("--version"))
+        fmt::print("tarvolin {}\n", versionNumber);
+    else
+        return false;
+    return true;
+}
+
+void nameIgnored(const zApplication& application) {
+    for (const std::string& word : application.unusedArguments())
+        if (!holdsOption(word, debugOption) && !holdsOption(word, advancedOption))
+            fmt::print(stderr, "{}: ignored: \"{}\"\n", application.programName(), platform::escaped(word));
+}
+
+}  // namespace
 
 bool holdsOption(const std::string& commandLine, const std::string& text) {
     const auto alike = [](char a, char b) { return std::toupper(static_cast<unsigned char>(a)) == b; };
@@ -20,22 +59,24 @@ bool holdsOption(const std::string& commandLine, const std::string& text) {
 }
 
 void takeOptions(const std::string& commandLine) {
-    if (holdsOption(commandLine, "-DEBUG")) {
+    if (holdsOption(commandLine, debugOption)) {
         tvlog.attach(platform::standardError());
         tvlog << commandLine << std::endl;
     }
-    if (holdsOption(commandLine, "-ADV")) advSettings = 1;
+    if (holdsOption(commandLine, advancedOption)) advSettings = 1;
 }
 
-int runApplication(const std::string& programName, const std::vector<std::string>& commandLine) {
+int runApplication(const std::string& command, const std::vector<std::string>& arguments) {
     platform::guardStandardStreams();
-    takeOptions(fmt::format("{}", fmt::join(commandLine, " ")));
+    if (answered(arguments)) return 0;
+    takeOptions(fmt::format("{}", fmt::join(arguments, " ")));
     platform::logRootDirectory();
 
     zSetPictures(programPictures());
-    zApplication application(programName, "Tarvolin", commandLine, fallbackResources);
+    zApplication application(command, "Tarvolin", arguments, fallbackResources);
     application.onAbort = AbandonSections;
     if (!application.openDisplay()) return 1;
+    nameIgnored(application);
     DMainDlg mainWindow(application, mainLayout);
     return application.run();
 }

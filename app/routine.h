@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-// `commandLine`: the arguments after the program name. Returns the exit status.
-int runApplication(const std::string& programName, const std::vector<std::string>& commandLine);
+// `command`: the program as it was called. `arguments`: those after it. Returns the exit status.
+int runApplication(const std::string& command, const std::vector<std::string>& arguments);
 
 // Evaluates the tool's own options, -debug and -adv.
 void takeOptions(const std::string& commandLine);

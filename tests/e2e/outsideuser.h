@@ -17,7 +17,7 @@ struct Spot {
     int x, y;
 };
 namespace spot {
-inline constexpr Spot setup{577, 111}, ok{278, 621}, cancel{409, 621};
+inline constexpr Spot setup{577, 111}, statistics{577, 180}, ok{278, 621}, cancel{409, 621};
 inline constexpr Spot lecPage{137, 30}, lesPage{199, 30}, lecsPage{259, 30}, ipPage{315, 30};
 inline constexpr Spot pvcOnly{211, 140}, lecName{94, 201}, addPvc{528, 384}, pvcVci{105, 171},
     pvcMac{105, 85};

@@ -88,6 +88,7 @@ class Tool {
         return soon([&] { return has(output(), text); });
     }
 
+    pid_t process() const { return process_; }
     void signal(int number) const { ::kill(process_, number); }
 
     // As exitStatus(), or -1 when it runs on for so long.

@@ -117,14 +117,15 @@ struct zApplication::Connection {
     Display* display = nullptr;
     std::unique_ptr<zDisplayCache> cache;
     // Parent of every shell, never mapped: Motif's display object, destroyed with the last shell, then lives
-    // as long as the connection.
+    // as long as the connection. Its window is the client leader of the others.
     Widget root = nullptr;
 };
 
-zApplication::zApplication(std::string programName, std::string className, std::vector<std::string> arguments,
+zApplication::zApplication(std::string command, std::string className, std::vector<std::string> arguments,
                            const char* const* fallbacks)
-    : programName_(std::move(programName)), className_(std::move(className)),
-      arguments_(std::move(arguments)), fallbacks_(fallbacks), connection_(std::make_unique<Connection>()) {
+    : command_(std::move(command)), programName_(command_.substr(command_.rfind('/') + 1)),
+      className_(std::move(className)), arguments_(std::move(arguments)), fallbacks_(fallbacks),
+      connection_(std::make_unique<Connection>()) {
     running = this;
     runningName = programName_;
     XtToolkitInitialize();
@@ -177,12 +178,12 @@ bool zApplication::openDisplay() {
         fmt::print(stderr, "{}: Fontconfig finds no fonts\n", programName_);
         return false;
     }
-    std::vector<char*> words{programName_.data()};
+    std::vector<char*> words{command_.data()};
     for (std::string& argument : arguments_) words.push_back(argument.data());
     words.push_back(nullptr);
     int count = static_cast<int>(words.size()) - 1;
-    connection_->display = XtOpenDisplay(connection_->context, nullptr, programName_.c_str(),
-                                         className_.c_str(), nullptr, 0, &count, words.data());
+    connection_->display = XtOpenDisplay(connection_->context, nullptr, nullptr, className_.c_str(), nullptr,
+                                         0, &count, words.data());
     if (connection_->display) {
         connection = ConnectionNumber(connection_->display);
         avoidRenderOnColourMaps(connection_->display);
@@ -191,14 +192,52 @@ bool zApplication::openDisplay() {
             fmt::print(stderr, "{}: no descriptor is left for timers\n", programName_);
             return false;
         }
+        unusedArguments_.assign(words.begin() + 1, words.begin() + count);
+        String name = nullptr, ofClass = nullptr;
+        XtGetApplicationNameAndClass(connection_->display, &name, &ofClass);
         connection_->root =
-            XtVaAppCreateShell(programName_.c_str(), className_.c_str(), applicationShellWidgetClass,
-                               connection_->display, XmNmappedWhenManaged, False, nullptr);
+            XtVaAppCreateShell(name, ofClass, applicationShellWidgetClass, connection_->display, XmNwidth, 1,
+                               XmNheight, 1, XmNmappedWhenManaged, False, nullptr);
+        XtRealizeWidget(connection_->root);
         return true;
     }
-    const char* name = XDisplayName(nullptr);
-    fmt::print(stderr, "{}: cannot open the display \"{}\"\n", programName_, name ? name : "");
+    fmt::print(stderr, "{}: cannot open the display \"{}\"\n", programName_, wantedDisplay());
     return false;
+}
+
+// As Xt has looked for it.
+std::string zApplication::wantedDisplay() const {
+    static char option[] = "-display", specifier[] = ".display";
+    XrmOptionDescRec options[] = {{option, specifier, XrmoptionSepArg, nullptr}};
+    std::vector<std::string> held{command_};
+    held.insert(held.end(), arguments_.begin(), arguments_.end());
+    std::vector<char*> words;
+    for (std::string& word : held) words.push_back(word.data());
+    words.push_back(nullptr);
+    int count = static_cast<int>(held.size());
+    XrmDatabase found = nullptr;
+    XrmParseCommand(&found, options, XtNumber(options), "x", &count, words.data());
+    char* type = nullptr;
+    XrmValue value{};
+    const bool given = found && XrmGetResource(found, "x.display", "X.Display", &type, &value);
+    const char* name = XDisplayName(given ? value.addr : nullptr);
+    std::string text = name ? name : "";
+    if (found) XrmDestroyDatabase(found);
+    return text;
+}
+
+zPlacing zApplication::placing() const {
+    struct Read {
+        String geometry, title;
+        Boolean iconic;
+    } read{};
+    static XtResource resources[] = {
+        {XtNgeometry, XtCGeometry, XtRString, sizeof(String), offsetof(Read, geometry), XtRImmediate,
+         nullptr},
+        {XtNtitle, XtCTitle, XtRString, sizeof(String), offsetof(Read, title), XtRImmediate, nullptr},
+        {XtNiconic, XtCIconic, XtRBoolean, sizeof(Boolean), offsetof(Read, iconic), XtRImmediate, nullptr}};
+    XtGetApplicationResources(connection_->root, &read, resources, XtNumber(resources), nullptr, 0);
+    return {read.geometry ? read.geometry : "", read.title ? read.title : "", read.iconic != False};
 }
 
 int zApplication::run() {

@@ -9,19 +9,33 @@
 #include <string>
 #include <vector>
 
+// What the user wants of the main window: options on the command line, or resources of the program.
+struct zPlacing {
+    std::string geometry;  // as XParseGeometry(3) reads it
+    std::string title;     // empty: the program's own
+    bool iconic = false;
+};
+
 class zApplication {
   public:
-    // `arguments` are those after the program name; Xt takes its own options (-display, -xrm) from them.
+    // `command` is the program as it was called, with or without a path. `arguments` are those after it.
     // `fallbacks` are resource lines, terminated by null, that are used if no app-defaults file is found;
     // they must outlive the application. The display is not opened yet.
-    zApplication(std::string programName, std::string className, std::vector<std::string> arguments,
+    zApplication(std::string command, std::string className, std::vector<std::string> arguments,
                  const char* const* fallbacks);
     ~zApplication();
     zApplication(const zApplication&) = delete;
     zApplication& operator=(const zApplication&) = delete;
 
-    // Connects to the X server. False after one line on standard error if that fails.
+    // Connects to the X server, and takes the options of X programs (-display, -name, -xrm...) from the
+    // arguments. False after one line on standard error if that fails.
     bool openDisplay();
+
+    const std::string& programName() const { return programName_; }  // without a path
+    const std::vector<std::string>& arguments() const { return arguments_; }
+    const std::string& command() const { return command_; }
+    // The arguments that are no options of X programs. Empty before openDisplay().
+    const std::vector<std::string>& unusedArguments() const { return unusedArguments_; }
 
     // Runs until quit() or until SIGINT, SIGTERM or SIGHUP. Returns the exit status: 0 after quit(), 128 plus
     // the signal's number after a signal, with one line on standard error. When the connection to the X
@@ -51,6 +65,8 @@ class zApplication {
     void* display() const;
     std::string displayName() const;  // ":0"; empty before openDisplay
 
+    zPlacing placing() const;
+
     // A shell widget for a top-level window, not mapped yet. The caller destroys it.
     Widget createShell(const char* name);
 
@@ -60,9 +76,13 @@ class zApplication {
     void stoppedBySignal(int number);
     void doQuietWork();
 
+    std::string wantedDisplay() const;
+
+    std::string command_;
     std::string programName_;
     std::string className_;
     std::vector<std::string> arguments_;
+    std::vector<std::string> unusedArguments_;
     const char* const* fallbacks_;
     std::unique_ptr<Connection> connection_;
     bool ending_ = false;

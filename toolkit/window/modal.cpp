@@ -20,7 +20,7 @@ Widget zCreateModalShell(const char* name, Widget parent) {
 void zRunModal(zApplication& application, Widget shell, Widget board, const bool& done) {
     XtManageChild(board);
     zCentreShell(shell);
-    XtMapWidget(shell);
+    zMapShell(shell);
     XtAddGrab(shell, True, False);  // Motif's own grab lets clicks through to other windows
     const Widget below = std::exchange(topmost, shell);
     application.runUntil(done);

@@ -2,10 +2,13 @@
 
 #include "toolkit/library/xftdraws.h"
 
+#include <X11/Xatom.h>
+#include <X11/Xutil.h>
 #include <Xm/Protocols.h>
 #include <Xm/VendorS.h>
 #include <Xm/Xm.h>
 #include <algorithm>
+#include <unistd.h>
 
 namespace {
 
@@ -22,6 +25,18 @@ void zCentreShell(Widget shell) {
     const int x = std::max(0, (WidthOfScreen(screen) - width) / 2);
     const int y = std::max(0, (HeightOfScreen(screen) - height) / 2);
     XtVaSetValues(shell, XmNx, x, XmNy, y, nullptr);
+}
+
+void zMapShell(Widget shell) {
+    Display* display = XtDisplay(shell);
+    String name = nullptr, ofClass = nullptr;
+    XtGetApplicationNameAndClass(display, &name, &ofClass);
+    XClassHint names{const_cast<char*>(name), const_cast<char*>(ofClass)};
+    XSetClassHint(display, XtWindow(shell), &names);  // the library's have the shell's own name
+    const long process = ::getpid();
+    XChangeProperty(display, XtWindow(shell), XInternAtom(display, "_NET_WM_PID", False), XA_CARDINAL, 32,
+                    PropModeReplace, reinterpret_cast<const unsigned char*>(&process), 1);
+    XtMapWidget(shell);
 }
 
 void zOnCloseRequest(Widget shell, void (*asked)(Widget, void*, void*), void* data) {

@@ -9,6 +9,7 @@
 #include <X11/Xatom.h>
 #include <X11/cursorfont.h>
 #include <Xm/Xm.h>
+#include <fmt/format.h>
 
 namespace {
 
@@ -16,6 +17,26 @@ namespace {
 template <class Visit> void forEachWidget(Widget top, const Visit& visit) {
     if (XtIsWidget(top)) visit(top);  // and no gadget, which has no window
     for (const Widget child : zChildren(top)) forEachWidget(child, visit);
+}
+
+// The part of a geometry that says where. Empty if there is none.
+std::string placeOf(const std::string& geometry) {
+    int x = 0, y = 0;
+    unsigned width = 0, height = 0;
+    const int found = XParseGeometry(geometry.c_str(), &x, &y, &width, &height);
+    if (!(found & XValue) || !(found & YValue)) return {};
+    const auto part = [](int offset, bool fromFarEdge) {
+        return fmt::format("{}{}", fromFarEdge ? '-' : '+', fromFarEdge ? -offset : offset);
+    };
+    return part(x, found & XNegative) + part(y, found & YNegative);
+}
+
+void setCommand(Widget shell, const zApplication& application) {
+    std::vector<std::string> words = application.arguments();
+    words.insert(words.begin(), application.command());
+    std::vector<char*> places;
+    for (std::string& word : words) places.push_back(word.data());
+    XSetCommand(XtDisplay(shell), XtWindow(shell), places.data(), static_cast<int>(places.size()));
 }
 
 }  // namespace
@@ -138,6 +159,15 @@ void zFormDialog::realize() {
     setIcon(layout_.icon);
 }
 
+void zFormDialog::obeyCommandLine() {
+    const zPlacing wanted = application().placing();
+    if (!wanted.title.empty()) setTitle(wanted.title);
+    if (wanted.iconic) XtVaSetValues(shell_, XmNinitialState, IconicState, nullptr);
+    place_ = placeOf(wanted.geometry);
+    if (!place_.empty()) XtVaSetValues(shell_, XmNgeometry, place_.c_str(), nullptr);
+    isMain_ = true;
+}
+
 void zFormDialog::onKey(const char* name, std::function<void()> pressed) {
     keys_.push_back(std::make_unique<Key>(shell_, name, std::move(pressed)));
 }
@@ -145,8 +175,9 @@ void zFormDialog::onKey(const char* name, std::function<void()> pressed) {
 void zFormDialog::show() {
     realize();
     if (onPainted) XtAddEventHandler(board_->widget(), ExposureMask, False, Painting::begins, this);
-    zCentreShell(shell_);
-    XtMapWidget(shell_);
+    if (isMain_) setCommand(shell_, application());
+    if (place_.empty()) zCentreShell(shell_);
+    zMapShell(shell_);
 }
 
 void zFormDialog::runModal() {

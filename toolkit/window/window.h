@@ -50,7 +50,11 @@ class zFormDialog : public zWindow {
     zFormDialog(zWindow& parent, const zLayout& layout);
     ~zFormDialog() override;
 
-    // Centres the window on the screen and shows it.
+    // Makes it the program's main window: -geometry, -title and -iconic act on it, and session managers learn
+    // the command line from it. Before show().
+    void obeyCommandLine();
+
+    // Centres the window on the screen, unless the user has given a place, and shows it.
     void show();
 
     // Shows the dialog until endModal() is called or the application ends, then unmaps it. Meanwhile the
@@ -88,4 +92,6 @@ class zFormDialog : public zWindow {
     std::vector<std::unique_ptr<Key>> keys_;
     bool realized_ = false;
     bool done_ = false;
+    bool isMain_ = false;
+    std::string place_;  // the user's; empty: centred
 };

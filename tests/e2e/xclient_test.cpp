@@ -1,0 +1,169 @@
+// What the tool does as an X client: options on its command line, and what its windows tell a window manager.
+#include <gtest/gtest.h>  // before the window system's macros
+
+#include "tests/e2e/outsideuser.h"
+
+#include <X11/Xutil.h>
+#include <array>
+#include <climits>
+#include <fmt/ranges.h>
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+// A second client, to which windows are what the server says of them.
+struct Onlooker {
+    Display* display = XOpenDisplay(nullptr);
+    ~Onlooker() { XCloseDisplay(display); }
+
+    // The tool's window with this title, or 0 when none comes up.
+    Window window(std::string_view title) const {
+        Window found = 0;
+        soon([&] {
+            for (const Window shown : shownWindows(display))
+                if (titleOfWindow(display, shown) == title) found = shown;
+            return found != 0;
+        });
+        return found;
+    }
+    // The texts or numbers of a property, with blanks between them.
+    std::string property(Window window, const char* name) const {
+        Atom type = 0;
+        int format = 0;
+        unsigned long count = 0, left = 0;
+        unsigned char* data = nullptr;
+        XGetWindowProperty(display, window, XInternAtom(display, name, False), 0, 1000, False,
+                           AnyPropertyType, &type, &format, &count, &left, &data);
+        std::string text;
+        for (unsigned long i = 0; i < count; ++i)
+            if (format == 32)
+                text += fmt::format("{}{}", i ? " " : "", reinterpret_cast<unsigned long*>(data)[i]);
+            else if (data[i] || i + 1 < count)  // the last text's end is no blank
+                text += data[i] ? static_cast<char>(data[i]) : ' ';
+        if (data) XFree(data);
+        return text;
+    }
+    int initialState(Window window) const {
+        XWMHints* hints = XGetWMHints(display, window);
+        const int state = hints && hints->flags & StateHint ? hints->initial_state : -1;
+        if (hints) XFree(hints);
+        return state;
+    }
+    bool placedByUser(Window window) const {
+        XSizeHints hints{};
+        long supplied = 0;
+        return XGetWMNormalHints(display, window, &hints, &supplied) && hints.flags & USPosition;
+    }
+    unsigned long background(Window window) const {
+        XImage* image = XGetImage(display, window, 2, 2, 1, 1, AllPlanes, ZPixmap);
+        const unsigned long pixel = image ? XGetPixel(image, 0, 0) : 0;
+        if (image) XDestroyImage(image);
+        return pixel;
+    }
+};
+
+std::string hostName() {
+    std::array<char, HOST_NAME_MAX + 1> name{};
+    ::gethostname(name.data(), name.size());
+    return name.data();
+}
+
+}  // namespace
+
+TEST(XClient, HelpAndVersionNeedNoDisplay) {
+    const struct {
+        Words arguments;
+        std::string_view says;
+    } cases[] = {{{"--version"}, "tarvolin 2.0\n"},
+                 {{"-adv", "--help"}, "Usage: tarvolin [option]...\n"},
+                 {{"--help", "--version"}, "Usage: tarvolin [option]...\n"}};
+    const TempRoot root;
+    ::setenv("DISPLAY", ":4711", 1);
+    for (const auto& c : cases) {
+        Tool tool(root, c.arguments);
+        EXPECT_EQ(tool.exitStatus(), 0) << c.says;
+        EXPECT_EQ(tool.output().substr(0, c.says.size()), c.says);
+    }
+}
+
+// What is no option and holds none of the tool's own is named, and nothing else is.
+TEST(XClient, OptionsDoWhatTheyDoInOtherPrograms) {
+    constexpr int width = 1280, height = 1024, centred = INT_MAX;
+    constexpr unsigned long grey = 0xc0c0c0, blue = 0x112233;
+    const struct {
+        Words arguments;
+        std::string title = programTitle, instance = "tarvolin", says = "";
+        Spot place{centred, centred};  // negative: from the right and lower edge
+        int state = NormalState;
+        unsigned long background = grey;
+    } cases[] = {
+        {.arguments = {}},
+        {.arguments = {"-title", "North exchange"}, .title = "North exchange"},
+        {.arguments = {"-name", "north"}, .instance = "north"},
+        {.arguments = {"-iconic"}, .state = IconicState},
+        {.arguments = {"-geometry", "+30+40"}, .place = {30, 40}},
+        {.arguments = {"-geometry", "900x700-10-20"}, .place = {-10, -20}},
+        {.arguments = {"-geometry", "900x700"}},
+        {.arguments = {"-geometry"}, .says = "tarvolin: ignored: \"-geometry\"\n"},
+        {.arguments = {"-xrm", "Tarvolin*board.background: #112233"}, .background = blue},
+        {.arguments = {"-name", "a", "-xrm", "a*board.background: #112233", "-xrm", "a.title: A"},
+         .title = "A",
+         .instance = "a",
+         .background = blue},
+        {.arguments = {"pre-Advanced", "north", "-verbose\n"},
+         .says = "tarvolin: ignored: \"north\"\ntarvolin: ignored: \"-verbose\\x0a\"\n"},
+    };
+    const SampleRoot root;
+    const XServer server(fmt::format("{}x{}x24", width, height));
+    const Onlooker onlooker;
+    unsigned long usualSize = 0;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(fmt::format("{}", fmt::join(c.arguments, " ")));
+        const Tool tool(root, c.arguments);
+        const Window window = onlooker.window(c.title);
+        ASSERT_NE(window, 0U) << tool.output();
+
+        XWindowAttributes now{};
+        XGetWindowAttributes(onlooker.display, window, &now);
+        const auto at = [](int wanted, int free) {
+            return wanted == centred ? free / 2 : wanted < 0 ? free + wanted : wanted;
+        };
+        EXPECT_EQ(now.x, at(c.place.x, width - now.width));
+        EXPECT_EQ(now.y, at(c.place.y, height - now.height));
+        const unsigned long size = static_cast<unsigned long>(now.width) << 16 | now.height;
+        EXPECT_EQ(size, usualSize ? usualSize : size);
+        usualSize = size;
+
+        EXPECT_EQ(onlooker.placedByUser(window), c.place.x != centred);
+        EXPECT_EQ(onlooker.property(window, "WM_CLASS"), c.instance + " Tarvolin");
+        EXPECT_EQ(onlooker.initialState(window), c.state);
+        EXPECT_TRUE(soon([&] { return onlooker.background(window) == c.background; }, 5));
+        EXPECT_EQ(tool.output(), c.says);
+    }
+}
+
+TEST(XClient, WindowManagersLearnTheProgramAndTheProcessOfEachWindow) {
+    Place place;
+    const XServer server;
+    const Onlooker onlooker;
+    const Tool tool(place.root, {"-title", "Main", "-adv"});
+    OutsideUser user;
+    ASSERT_TRUE(user.sees("Main")) << tool.output();
+    const Window main = onlooker.window("Main");
+    ASSERT_TRUE(user.opens(spot::setup, "Setup ATM"));
+    const std::string leader = onlooker.property(main, "WM_CLIENT_LEADER");
+    EXPECT_FALSE(leader.empty());
+    EXPECT_EQ(onlooker.property(main, "WM_COMMAND"), TARVOLIN_PROGRAM " -title Main -adv");
+    for (const Window window : shownWindows(onlooker.display)) {
+        SCOPED_TRACE(titleOfWindow(onlooker.display, window));
+        if (titleOfWindow(onlooker.display, window).empty()) continue;  // a tooltip
+        const std::pair<const char*, std::string> expected[] = {
+            {"WM_CLASS", "tarvolin Tarvolin"},
+            {"WM_CLIENT_MACHINE", hostName()},
+            {"WM_CLIENT_LEADER", leader},
+            {"_NET_WM_PID", std::to_string(tool.process())},
+        };
+        for (const auto& [name, value] : expected) EXPECT_EQ(onlooker.property(window, name), value) << name;
+    }
+}
