@@ -1,4 +1,5 @@
-// bench_mapped PAIRS PROGRAM FLOOR: starts the two programs in turn and waits for the first window of each.
+// bench_mapped PAIRS PROGRAM FLOOR [LINK]: starts the two programs in turn, on the display LINK if there is
+// one, which leads to that of DISPLAY, and waits for the first window of each.
 // Prints the milliseconds from exec to the window and the resident memory of each, as medians, with the
 // median of the ratios pair by pair.
 #include <X11/Xlib.h>
@@ -30,13 +31,14 @@ double residentKilobytes(pid_t process) {
     return 0;
 }
 
-Start measure(Display* display, const char* program) {
+Start measure(Display* display, const char* program, const char* link) {
     const Clock::time_point begin = Clock::now();
     const pid_t process = ::fork();
     if (process == 0) {
         const int nowhere = ::open("/dev/null", O_WRONLY);
         ::dup2(nowhere, 1);
         ::dup2(nowhere, 2);
+        if (link) ::setenv("DISPLAY", link, 1);
         ::execl(program, program, nullptr);
         ::_exit(127);
     }
@@ -67,16 +69,16 @@ void report(const char* what, const std::vector<double>& program, const std::vec
 }  // namespace
 
 int main(int argc, char** argv) {
-    Display* display = argc == 4 ? XOpenDisplay(nullptr) : nullptr;
+    Display* display = argc == 4 || argc == 5 ? XOpenDisplay(nullptr) : nullptr;
     if (!display) {
-        fmt::print(stderr, "usage: bench_mapped PAIRS PROGRAM FLOOR, with a display\n");
+        fmt::print(stderr, "usage: bench_mapped PAIRS PROGRAM FLOOR [LINK], with a display\n");
         return 2;
     }
     XSelectInput(display, DefaultRootWindow(display), SubstructureNotifyMask);
     std::vector<double> times[2], memory[2];
     for (int pair = -1; pair < std::atoi(argv[1]); ++pair) {
         for (int which = 0; which < 2; ++which) {
-            const Start start = measure(display, argv[2 + which]);
+            const Start start = measure(display, argv[2 + which], argc == 5 ? argv[4] : nullptr);
             if (pair < 0) continue;  // the first pair warms the caches
             times[which].push_back(start.milliseconds);
             memory[which].push_back(start.kilobytes);

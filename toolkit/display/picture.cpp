@@ -1,12 +1,12 @@
 #include "toolkit/display/picture.h"
 
 #include "toolkit/display/displaycache.h"
-#include "toolkit/library/querycolour.h"
+#include "toolkit/library/pixmaps.h"
+#include "toolkit/library/truecolour.h"
 
 #include <X11/Intrinsic.h>
 #include <X11/xpm.h>
 #include <algorithm>
-#include <bit>
 #include <cstdlib>
 #include <cstring>
 #include <fmt/format.h>
@@ -21,45 +21,25 @@ char** xpmData(const zPictureRow& row) {
     return const_cast<char**>(row.xpm);
 }
 
-// Computes a pixel value of a true colour visual. libXpm would need a round trip per colour.
-unsigned long scaled(unsigned long value, unsigned long mask) {
-    const int shift = std::countr_zero(mask);
-    const int bits = std::popcount(mask);
-    return ((value >> (8 - std::min(bits, 8))) << shift) & mask;
-}
-
-int trueColour(Display* display, Colormap, char* name, XColor* colour, void*) {
-    const Visual* visual = DefaultVisual(display, DefaultScreen(display));
-    if (!name || name[0] != '#' || std::strlen(name) != 7) return -1;
-    const unsigned long rgb = std::strtoul(name + 1, nullptr, 16);
-    colour->pixel = scaled(rgb >> 16 & 255, visual->red_mask) | scaled(rgb >> 8 & 255, visual->green_mask) |
-                    scaled(rgb & 255, visual->blue_mask);
-    return 1;
-}
-
-// Computed pixels are not allocated: nothing to free.
-int keepColours(Display*, Colormap, Pixel*, int, void*) {
-    return 1;
-}
-
 Pixmap make(Widget widget, const zPictureRow& row, Pixel background) {
     char symbol[] = "background";
     const XColor rgb = zColourOf(widget, background);
     std::string value = fmt::format("#{:02x}{:02x}{:02x}", rgb.red >> 8, rgb.green >> 8, rgb.blue >> 8);
     XpmColorSymbol colour{symbol, value.data(), 0};
     XpmAttributes attributes{};
-    attributes.valuemask = XpmColorSymbols | XpmCloseness;
+    attributes.valuemask = XpmColorSymbols;
     attributes.colorsymbols = &colour;
     attributes.numsymbols = 1;
-    attributes.closeness = 40000;  // in a full colour map any close colour is better than none
-    if (DefaultVisualOfScreen(XtScreen(widget))->c_class == TrueColor) {
-        attributes.valuemask |= XpmAllocColor | XpmFreeColors;
-        attributes.alloc_color = trueColour;
-        attributes.free_colors = keepColours;
+    // In a full colour map any close colour is better than none. Elsewhere the library would read the map all
+    // the same.
+    if (DefaultVisualOfScreen(XtScreen(widget))->c_class != TrueColor) {
+        attributes.valuemask |= XpmCloseness;
+        attributes.closeness = 40000;
     }
     Pixmap made = None;
     XpmCreatePixmapFromData(XtDisplay(widget), RootWindowOfScreen(XtScreen(widget)), xpmData(row), &made,
                             nullptr, &attributes);
+    if (made) zKnowPixmap(widget, made, attributes.width, attributes.height);
     XpmFreeAttributes(&attributes);
     return made;
 }

@@ -1,7 +1,7 @@
 #include "toolkit/table/tablepaint.h"
 
 #include "toolkit/display/displaycache.h"
-#include "toolkit/library/querycolour.h"
+#include "toolkit/library/truecolour.h"
 
 #include <X11/Xft/Xft.h>
 #include <Xm/Xm.h>

@@ -4,6 +4,8 @@
 #include "platform/ending.h"
 #include "toolkit/display/displaycache.h"
 #include "toolkit/display/fonts.h"
+#include "toolkit/library/atoms.h"
+#include "toolkit/library/keyboard.h"
 
 #include <X11/Intrinsic.h>
 #include <X11/Shell.h>
@@ -187,6 +189,7 @@ bool zApplication::openDisplay() {
     if (connection_->display) {
         connection = ConnectionNumber(connection_->display);
         avoidRenderOnColourMaps(connection_->display);
+        zInternAtoms(connection_->display);
         connection_->cache = std::make_unique<zDisplayCache>(connection_->display);
         if (!connection_->cache->alarms().working()) {
             fmt::print(stderr, "{}: no descriptor is left for timers\n", programName_);
@@ -195,6 +198,8 @@ bool zApplication::openDisplay() {
         unusedArguments_.assign(words.begin() + 1, words.begin() + count);
         String name = nullptr, ofClass = nullptr;
         XtGetApplicationNameAndClass(connection_->display, &name, &ofClass);
+        const zKeyboardTable keys(
+            connection_->display);  // the library reads its own keys with its first widget
         connection_->root =
             XtVaAppCreateShell(name, ofClass, applicationShellWidgetClass, connection_->display, XmNwidth, 1,
                                XmNheight, 1, XmNmappedWhenManaged, False, nullptr);
