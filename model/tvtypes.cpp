@@ -3,13 +3,16 @@
 #include "model/statecodes.h"
 
 #include <span>
+#include <type_traits>
 
 namespace {
 
-struct CodeText {
-    std::int16_t code;
+template <class Code> struct TextOf {
+    Code code;
     const char* text;
 };
+using CodeText = TextOf<std::int16_t>;
+using StateText = TextOf<std::uint32_t>;
 
 constexpr CodeText mtuTexts[] = {{1, "1516"}, {2, "4544"}, {3, "9234"}, {4, "18190"}};
 
@@ -49,8 +52,30 @@ constexpr CodeText lmacTexts[] = {{lmacUnused, "Unused MAC entry"},
                                   {lmacInArp, "Waiting for InARP response"},
                                   {lmacReverifying, "Reverifying connection"}};
 
-const char* textOf(std::span<const CodeText> table, std::int16_t code) {
-    for (const CodeText& row : table)
+// Between absent and running a client goes through the phases of the LAN Emulation protocol, one by one.
+constexpr StateText lecTexts[] = {{lecAbsent, "no such client"},
+                                  {lecOnPvcs, "Starting"},
+                                  {2, "Configuring"},
+                                  {3, "Joining"},
+                                  {4, "Registering"},
+                                  {5, "Connecting to the BUS"},
+                                  {lecJoined, "Joined"}};
+
+constexpr StateText lesTexts[] = {{lesAbsent, "no such server"}, {lesServing, "Starting"}};
+
+constexpr StateText lecsTexts[] = {{lecsAbsent, "no configuration server"},
+                                   {1, "Starting"},
+                                   {2, "Starting"},
+                                   {3, "Starting"},
+                                   {lecsRunning, "Running"}};
+
+constexpr StateText ipTexts[] = {
+    {ipAbsent, "no such client"}, {1, "Starting"}, {2, "Starting"}, {3, "Starting"}, {4, "Starting"},
+    {ipRunning, "Running"}};
+
+template <class Code>
+const char* textOf(std::span<const TextOf<Code>> table, std::type_identity_t<Code> code) {
+    for (const auto& row : table)
         if (row.code == code) return row.text;
     return "XXXX";
 }
@@ -58,25 +83,38 @@ const char* textOf(std::span<const CodeText> table, std::int16_t code) {
 }  // namespace
 
 const char* MtuTypeToString(std::int16_t code) {
-    return textOf(mtuTexts, code);
+    return textOf<std::int16_t>(mtuTexts, code);
 }
 const char* ElanTypeToString(std::int16_t code) {
-    return textOf(elanTexts, code);
+    return textOf<std::int16_t>(elanTexts, code);
 }
 const char* BusStateToString(std::int16_t code) {
-    return textOf(busTexts, code);
+    return textOf<std::int16_t>(busTexts, code);
 }
 const char* SaalStateToString(std::int16_t code) {
-    return textOf(saalTexts, code);
+    return textOf<std::int16_t>(saalTexts, code);
 }
 const char* SigStateToString(std::int16_t code) {
-    return textOf(sigTexts, code);
+    return textOf<std::int16_t>(sigTexts, code);
 }
 const char* IlmiStateToString(std::int16_t code) {
-    return textOf(ilmiTexts, code);
+    return textOf<std::int16_t>(ilmiTexts, code);
 }
 const char* LmacStateToString(std::int16_t code) {
-    return textOf(lmacTexts, code);
+    return textOf<std::int16_t>(lmacTexts, code);
+}
+
+const char* LecStateToString(std::uint32_t code, bool flag) {
+    return code == lecOnPvcs && flag ? "On PVCs" : textOf<std::uint32_t>(lecTexts, code);
+}
+const char* LesStateToString(std::uint32_t code, bool flag) {
+    return code == lesServing && flag ? "Serving" : textOf<std::uint32_t>(lesTexts, code);
+}
+const char* LecsStateToString(std::uint32_t code) {
+    return textOf<std::uint32_t>(lecsTexts, code);
+}
+const char* IpStateToString(std::uint32_t code) {
+    return textOf<std::uint32_t>(ipTexts, code);
 }
 
 int IlmiStateToColor(std::int16_t code) {

@@ -12,6 +12,12 @@ const char* SigStateToString(std::int16_t code);   // UNI signalling
 const char* IlmiStateToString(std::int16_t code);  // ILMI address registration
 const char* LmacStateToString(std::int16_t code);  // entry of the Classical IP connection table
 
+// States of services, with the flag that some come with; of one that is absent "no such client" or the like.
+const char* LecStateToString(std::uint32_t code, bool flag);
+const char* LesStateToString(std::uint32_t code, bool flag);
+const char* LecsStateToString(std::uint32_t code);
+const char* IpStateToString(std::uint32_t code);
+
 // Codes of lamps. Off: not configured or disabled.
 enum LampCode { lampOff = 0, lampTransition = 1, lampUp = 2 };
 

@@ -13,7 +13,6 @@ enum PictureId {
     modifyBitmap = 511,
     deleteBitmap = 512,
     insertBitmap = 514,
-    lampBitmap = 519,  // of every lamp
     okBitmap = 535,
     cancelBitmap = 536,
 };

@@ -7,7 +7,6 @@
 #include "resources/global.xpm"
 #include "resources/information.xpm"
 #include "resources/insert.xpm"
-#include "resources/lamp.xpm"
 #include "resources/modify.xpm"
 #include "resources/ok.xpm"
 #include "resources/question.xpm"
@@ -31,7 +30,6 @@ std::span<const zPictureRow> programPictures() {
                                            {modifyBitmap, modifyPicture},
                                            {deleteBitmap, deletePicture},
                                            {insertBitmap, insertPicture},
-                                           {lampBitmap, lampPicture},
                                            {okBitmap, okPicture},
                                            {cancelBitmap, cancelPicture}};
     return rows;

@@ -1,10 +1,12 @@
-// Displays of 24, 16 and 8 bits, and one without fonts.
+// Displays of 24, 16 and 8 bits, one with the user's colours, and one without fonts.
 #include <gtest/gtest.h>  // before the window system's macros
 
 #include "tests/e2e/statisticstest.h"
 #include "tests/e2e/tool.h"
 #include "tests/support/scripteddriver.h"
+#include "ui/config/confids.h"
 
+#include <Xm/List.h>
 #include <cstdlib>
 #include <fmt/format.h>
 
@@ -69,8 +71,8 @@ TEST_P(Displays, ColoursAndTextsAreThoseOfTheUsualOne) {
     expectShare(onPage("signallingTable"), 0x000000, 0.2, 1);
     turnTo("aal5Stats");
     expectLooks("losLamp=lit; lopLamp=unlit");
-    expectShare(onPage("losLamp"), 0x50d850, 17, 18);
-    expectShare(onPage("lopLamp"), 0x304830, 17, 18);
+    expectShare(onPage("losLamp"), 0x50d850, 35, 36);
+    expectShare(onPage("lopLamp"), 0x304830, 35, 36);
     EXPECT_EQ(log.take().find("X error"), std::string::npos);
 }
 
@@ -78,6 +80,55 @@ INSTANTIATE_TEST_SUITE_P(Depths, Displays,
                          testing::Values(Colours{"1280x1024x24", "4", 24}, Colours{"1280x1024x16", "4", 16},
                                          Colours{"1280x1024x8", "3", 8}),
                          [](const auto& of) { return fmt::format("{}bits", of.param.bits); });
+
+// A dark scheme of the user's: every text and sign stands out from its ground.
+struct DarkResources {  // before the desk is there
+    DarkResources() {
+        ProgramDesk::arguments = {"-xrm", "*background: #202020", "-xrm", "*foreground: #e0e0e0"};
+    }
+};
+struct DarkColours : DarkResources, StatisticsTest {
+    int brightness(Widget widget, const char* resource) const {
+        Pixel pixel = 0;
+        XtVaGetValues(widget, resource, &pixel, nullptr);
+        return static_cast<int>((pixel >> 16 & 255) * 3 + (pixel >> 8 & 255) * 6 + (pixel & 255)) / 10;
+    }
+    // All widgets that show something, from this one down.
+    void expectLightOnDark(Widget top) const {
+        if (XtIsShell(top) || !XtIsWidget(top)) return;
+        EXPECT_GE(brightness(top, XmNforeground), 200) << XtName(top);
+        EXPECT_LE(brightness(top, XmNbackground), 80) << XtName(top);
+        if (XmIsList(top)) {
+            EXPECT_LE(brightness(top, XmNselectColor), 110) << XtName(top) << ", a selected line";
+        }
+        if (!XtIsComposite(top)) return;
+        WidgetList children = nullptr;
+        Cardinal count = 0;
+        XtVaGetValues(top, XmNchildren, &children, XmNnumChildren, &count, nullptr);
+        for (Cardinal i = 0; i < count; ++i) expectLightOnDark(children[i]);
+    }
+    int count(Widget widget, unsigned colour) const {
+        user->settle();
+        return user->colours(widget)[colour];
+    }
+};
+
+TEST_F(DarkColours, ReachEverythingThatIsDrawn) {
+    start("1,2");
+    expectLightOnDark(user->widget("board"));
+    configure([this] {
+        const Widget setup = user->shellLike("Setup ");
+        ProgramTest::turnTo(user->widget(pagesNB), XtNameToWidget(setup, "*lecPage"));
+        expectLightOnDark(XtNameToWidget(setup, "board"));
+        const Widget chosen = user->widget(lecsRB), other = user->widget(lesRB);
+        EXPECT_GT(count(chosen, 0xe0e0e0), count(other, 0xe0e0e0) + 40) << "the dot";
+        user->key("Escape");
+    });
+    openDialog();
+    expectLightOnDark(XtNameToWidget(dialog, "board"));
+    EXPECT_GT(count(XtNameToWidget(onPage("signallingTable"), "*cells"), 0xe0e0e0), 20) << "texts in cells";
+    EXPECT_EQ(user->colours(onPage("signallingTable")).count(0xffffff), 0U);
+}
 
 TEST(WithoutFonts, TheProgramSaysSo) {
     TempRoot root;

@@ -42,6 +42,9 @@ TEST_F(StatisticsTest, SignallingStatesHaveTheirTextsAndLamps) {
             const std::size_t blank = state.find(' ');
             set("sig 1", "{} {}", c.field, state.substr(0, blank));
             expectLooks("{0}={1}; {0}Lamp={2}", c.field, state.substr(blank + 1), c.lamp);
+            if (c.lamp == "lit" && c.field == "saal") {
+                EXPECT_EQ(user->tooltipOf(onPage("saalLamp")), "Data transfer ready, state 9");
+            }
             if (c.field != "ilmi") continue;
             const bool registered = c.lamp == "lit";
             expectLooks("networkPrefix={}; esiSelector={}", registered ? prefix : "", registered ? esi : "");
@@ -130,8 +133,14 @@ TEST_F(StatisticsTest, AlarmsPutTheirLampsOut) {
     }
     ctl("alarm 1 lof on; alarm 1 ferf on; alarm 1 lop on; alarm 1 los on");
     expectLooks("lofLamp=unlit; ferfLamp=unlit; lopLamp=unlit; losLamp=unlit; aisLamp=lit");
+    EXPECT_EQ(user->tooltipOf(onPage("aisLamp")), "No alarm indication signal, state 0");
+    ctl("alarm 1 lop off");
+    ticks();
+    EXPECT_EQ(user->tooltipOf(onPage("lopLamp")), "Unknown during loss of frame, state 0");
+    ctl("alarm 1 lop on");
     ctl("alarm 1 lof off; alarm 1 los off");
     expectLooks("lofLamp=lit; ferfLamp=unlit; lopLamp=unlit; losLamp=lit; aisLamp=lit");
+    EXPECT_EQ(user->tooltipOf(onPage("ferfLamp")), "Far end receive failure, state 1");
 }
 
 TEST_F(StatisticsTest, TheKindOfTheLinkIsTheCaptionOfItsAlarms) {
@@ -170,16 +179,45 @@ TEST_F(StatisticsTest, TheStateDecidesLampsFieldsAndTables) {
         std::string page, place, other, field, value, table;
         int rows;
         std::string states;  // each with a value of the other field, and the lamp
+        std::vector<std::pair<int, std::string>> tooltips;  // of the lamp in some states
     } pages[] = {
-        {"lecStats", "lec 1.1", "works", "elanName", "engineering", "lecTable", 2,
+        {"lecStats",
+         "lec 1.1",
+         "works",
+         "elanName",
+         "engineering",
+         "lecTable",
+         2,
          "0 0 greyed; 1 0 unlit; 0 1 greyed; 1 1 lit; 2 1 unlit; 3 0 unlit; 4 0 unlit; 5 0 unlit; 6 0 lit; "
-         "7 0 unlit; 6 0 lit; 4294967295 0 unlit"},
-        {"lesStats", "les 1.1", "serves", "elanName", "engineering", "clientTable", 6,
-         "1 0 unlit; 1 5 lit; 0 5 greyed; 2 1 unlit; 4294967295 0 unlit; 1 1 lit"},
-        {"lecsStats", "lecs 1", "registered", "validRequests", "5", "", 0,
-         "4 256 lit; 0 1 greyed; 1 0 unlit; 2 1 unlit; 3 0 unlit; 5 1 unlit; 4 0 lit"},
-        {"ip1577Stats", "ip 1", "tx2", "txPackets", "0", "connectionTable", 7,
-         "1 0 unlit; 0 0 greyed; 2 0 unlit; 3 0 unlit; 4 0 unlit; 5 0 lit; 6 0 unlit"},
+         "7 0 unlit; 6 0 lit; 4294967295 0 unlit",
+         {{0, "no such client"}, {1, "On PVCs, state 1"}, {3, "Joining, state 3"}, {9, "XXXX, state 9"}}},
+        {"lesStats",
+         "les 1.1",
+         "serves",
+         "elanName",
+         "engineering",
+         "clientTable",
+         6,
+         "1 0 unlit; 1 5 lit; 0 5 greyed; 2 1 unlit; 4294967295 0 unlit; 1 1 lit",
+         {{0, "no such server"}, {1, "Serving, state 1"}}},
+        {"lecsStats",
+         "lecs 1",
+         "registered",
+         "validRequests",
+         "5",
+         "",
+         0,
+         "4 256 lit; 0 1 greyed; 1 0 unlit; 2 1 unlit; 3 0 unlit; 5 1 unlit; 4 0 lit",
+         {{0, "no configuration server"}, {2, "Starting, state 2"}}},
+        {"ip1577Stats",
+         "ip 1",
+         "tx2",
+         "txPackets",
+         "0",
+         "connectionTable",
+         7,
+         "1 0 unlit; 0 0 greyed; 2 0 unlit; 3 0 unlit; 4 0 unlit; 5 0 lit; 6 0 unlit",
+         {{0, "no such client"}, {5, "Running, state 5"}}},
     };
     start("1,2", {"rows lec 1.1 2", "rows les 1.1 6", "rows ip 1 7", "set lecs 1 validRequests 5"});
     openDialog();
@@ -196,6 +234,11 @@ TEST_F(StatisticsTest, TheStateDecidesLampsFieldsAndTables) {
             if (p.page == "lecStats") expectRows("lesBusTable", state == "6" ? 4 : 0);
             if (p.page == "lecsStats")
                 expectLooks("regLamp={}", state == "0" ? "greyed" : other == "0" ? "unlit" : "lit");
+        }
+        for (const auto& [state, text] : p.tooltips) {
+            set(p.place, "{} 1; state {}", p.other, state);
+            ticks();
+            EXPECT_EQ(user->tooltipOf(onPage("stateLamp")), text);
         }
     }
 }
@@ -406,7 +449,10 @@ TEST_F(StatisticsTest, TheLecsShowsWhatTheDriverSays) {
     expectZero(counters);
     set("lecs 1", "open 20; validRequests 3");
     expectLooks("connectionsOpen=4294967292; validRequests=4; rejected=0; " + others);
-    EXPECT_EQ(user->tooltipOf(onPage("regLamp")), "LECS Registration");
+    EXPECT_EQ(user->tooltipOf(onPage("regLamp")), "LECS Registration: registered, state 1");
+    set("lecs 1", "registered 0");
+    expectLooks("regLamp=unlit");
+    EXPECT_EQ(user->tooltipOf(onPage("regLamp")), "LECS Registration: not registered, state 0");
 }
 
 // ---- 1577 ----

@@ -47,6 +47,10 @@ void zBoard::store() {
     for (const auto& control : controls_) control->store();
 }
 
+void zBoard::setTooltipDetail(const zControl& control, const std::string& detail) {
+    tooltips_->setDetail(control.outermost(), detail);
+}
+
 void zBoard::enable(std::span<const zEnableRow> rows, unsigned conditions) {
     for (const zEnableRow& row : rows)
         control<zControl>(row.id).enable((row.needs & conditions) == row.needs);

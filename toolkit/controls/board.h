@@ -59,6 +59,9 @@ class zBoard {
     void load();
     void store();
 
+    // Says something of a control in its tooltip, after the text of its row, if it has one.
+    void setTooltipDetail(const zControl& control, const std::string& detail);
+
     void enable(std::span<const zEnableRow> rows, unsigned conditions);
     void grey(bool on);  // every control that can be greyed
 

@@ -13,11 +13,14 @@ Widget makeToggle(Widget board, const zRect& place, const zControlRow& row, unsi
     resources.set(XmNalignment, XmALIGNMENT_BEGINNING).set(XmNmarginWidth, 0).set(XmNmarginHeight, 0);
     resources.set(XmNmarginTop, 0).set(XmNmarginBottom, 0);
     resources.set(XmNnavigationType, XmEXCLUSIVE_TAB_GROUP);
-    if (indicator == XmONE_OF_MANY_ROUND)
-        resources.set(XmNindicatorOn, XmINDICATOR_FILL).set(XmNselectColor, 0);
-    else
-        resources.set(XmNindicatorOn, XmINDICATOR_CHECK_BOX);
-    return zMakeWidget(xmToggleButtonWidgetClass, board, row, resources);
+    const bool round = indicator == XmONE_OF_MANY_ROUND;
+    resources.set(XmNindicatorOn, round ? XmINDICATOR_FILL : XmINDICATOR_CHECK_BOX);
+    const Widget toggle = zMakeWidget(xmToggleButtonWidgetClass, board, row, resources);
+    if (!round) return toggle;
+    Pixel ink = 0;  // of the dot, as of the text
+    XtVaGetValues(toggle, XmNforeground, &ink, nullptr);
+    XtVaSetValues(toggle, XmNselectColor, ink, nullptr);
+    return toggle;
 }
 
 }  // namespace

@@ -1,10 +1,9 @@
-// Lamps: pictures that look like buttons and show a state. They cannot be pressed. The XPM colour
-// "background" of the picture becomes the X resource selectColor when the lamp is lit, unselectColor when it
-// is not, and the background of the control when it is greyed.
+// Lamps: drawn signs (lampface.h) that show a state and cannot be pressed. Their glass has the X resource
+// selectColor when the lamp is lit, unselectColor when it is not, and the background of the control when it
+// is greyed. Signs are drawn in the foreground or the background, whichever stands out more.
 #pragma once
 
 #include "toolkit/controls/control.h"
-#include "toolkit/display/picture.h"
 
 class zLamp : public zControl {
   public:

@@ -8,6 +8,7 @@
 #include <X11/Shell.h>
 #include <Xm/Label.h>
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace {
@@ -67,8 +68,23 @@ zTooltips::~zTooltips() {
 
 void zTooltips::add(Widget control, std::string text) {
     XtAddEventHandler(control, ButtonPressMask, False, Handlers::press, this);
-    under_ = nullptr;  // the vector may move its elements
-    tips_.push_back({control, std::move(text)});
+    if (XtIsRealized(control)) zPropagateMotion(control);
+    tips_.push_back({control, std::move(text), {}});
+}
+
+void zTooltips::setDetail(Widget control, std::string detail) {
+    auto tip = std::ranges::find(tips_, control, &Tip::control);
+    if (tip == tips_.end()) {
+        add(control, {});
+        tip = std::prev(tips_.end());
+    }
+    tip->detail = std::move(detail);
+    if (shell_ && under_ == &*tip)
+        XtVaSetValues(label_, XmNlabelString, zXmText(tip->whole()).get(), nullptr);
+}
+
+std::string zTooltips::Tip::whole() const {
+    return text + (text.empty() || detail.empty() ? "" : ": ") + detail;
 }
 
 void zTooltips::realized() {
@@ -112,13 +128,13 @@ void zTooltips::show() {
     while (!XtIsShell(top)) top = XtParent(top);
     shell_ = XtVaCreatePopupShell("TipShell", overrideShellWidgetClass, top, XmNallowShellResize, True,
                                   XmNborderWidth, 1, nullptr);
-    const zXmText text(under_->text);
+    const zXmText text(under_->whole());
     const XmRenderTable font = zDisplayCache::of(display).renderTable(shell_, "plain");
-    const Widget label = XtVaCreateManagedWidget("TipLabel", xmLabelWidgetClass, shell_, XmNlabelString,
-                                                 text.get(), XmNrenderTable, font, nullptr);
+    label_ = XtVaCreateManagedWidget("TipLabel", xmLabelWidgetClass, shell_, XmNlabelString, text.get(),
+                                     XmNrenderTable, font, nullptr);
     XtRealizeWidget(shell_);
     Dimension width = 0, height = 0;
-    XtVaGetValues(label, XmNwidth, &width, XmNheight, &height, nullptr);
+    XtVaGetValues(label_, XmNwidth, &width, XmNheight, &height, nullptr);
     const int right = WidthOfScreen(XtScreen(board_)), bottom = HeightOfScreen(XtScreen(board_));
     const int left = std::max(0, std::min(rootX, right - width - 2));
     // Above the pointer where there is no room below it.

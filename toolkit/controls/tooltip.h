@@ -7,8 +7,8 @@
 #include "toolkit/display/alarm.h"
 #include "toolkit/display/widget.h"
 
+#include <deque>
 #include <string>
-#include <vector>
 
 class zTooltips {
   public:
@@ -19,13 +19,17 @@ class zTooltips {
     zTooltips& operator=(const zTooltips&) = delete;
 
     void add(Widget control, std::string text);
+    // What is to be said of a control at the moment; it follows the control's own text, if there is one.
+    void setDetail(Widget control, std::string detail);
     void realized();  // call it once, when the controls are realized
     void hide();
 
   private:
     struct Tip {
         Widget control;
-        std::string text;
+        std::string text, detail;
+
+        std::string whole() const;
     };
     struct Handlers;
 
@@ -34,9 +38,10 @@ class zTooltips {
     void show();
 
     Widget board_;
-    std::vector<Tip> tips_;
+    std::deque<Tip> tips_;
     const Tip* under_ = nullptr;  // of the control under the pointer
     Widget shell_ = nullptr;      // null: no text is shown
+    Widget label_ = nullptr;      // in the shell
     std::chrono::milliseconds delay_{}, duration_{};
     zAlarm alarm_;  // until the text is shown, and then until it goes
 };

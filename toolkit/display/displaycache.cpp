@@ -3,6 +3,7 @@
 #include "toolkit/library/rendertable.h"
 
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -20,7 +21,7 @@ zDisplayCache::~zDisplayCache() {
     std::erase(caches, std::pair(display_, this));
     for (const auto& [name, font] : fonts_)
         if (font) XftFontClose(display_, font);
-    for (const auto& [key, pixmap] : pixmaps_)
+    for (const auto& [shown, pixmap] : pixmaps_)
         if (pixmap) XFreePixmap(display_, pixmap);
     for (const auto& [shape, cursor] : cursors_) XFreeCursor(display_, cursor);
 }

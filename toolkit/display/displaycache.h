@@ -7,9 +7,9 @@
 
 #include <X11/Xft/Xft.h>
 #include <Xm/Xm.h>
+#include <array>
 #include <map>
 #include <string>
-#include <utility>
 
 class zDisplayCache {
   public:
@@ -29,8 +29,10 @@ class zDisplayCache {
     // The render table "plain", "bold" or "small", from X resources such as Tarvolin*bold*fontName.
     XmRenderTable renderTable(Widget widget, const std::string& name);
 
-    // By number in the picture table and background colour. None until the caller stores the pixmap here.
-    Pixmap& pixmap(int picture, unsigned long background) { return pixmaps_[{picture, background}]; }
+    // By what it shows: its number in the picture table and the background colour, or what it is drawn of.
+    // None until the caller stores the pixmap here.
+    using Shown = std::array<unsigned long, 7>;
+    Pixmap& pixmap(const Shown& shown) { return pixmaps_[shown]; }
 
   private:
     Display* display_;
@@ -38,5 +40,5 @@ class zDisplayCache {
     std::map<int, Cursor> cursors_;
     std::map<std::string, XftFont*> fonts_;
     std::map<std::string, XmRenderTable> renderTables_;
-    std::map<std::pair<int, unsigned long>, Pixmap> pixmaps_;
+    std::map<Shown, Pixmap> pixmaps_;
 };

@@ -59,7 +59,8 @@ const zPictureRow* zFindPicture(int id) {
 unsigned long zPixmapOf(Widget widget, int id, unsigned long background) {
     const zPictureRow* row = zFindPicture(id);
     if (!row) return 0;
-    Pixmap& pixmap = zDisplayCache::of(XtDisplay(widget)).pixmap(id, background);
+    Pixmap& pixmap =
+        zDisplayCache::of(XtDisplay(widget)).pixmap({static_cast<unsigned long>(id), background});
     if (!pixmap) pixmap = make(widget, *row, background);
     return pixmap;
 }

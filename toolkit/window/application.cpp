@@ -2,6 +2,7 @@
 
 #include "platform/debuglog.h"
 #include "platform/ending.h"
+#include "toolkit/display/colours.h"
 #include "toolkit/display/displaycache.h"
 #include "toolkit/display/fonts.h"
 #include "toolkit/library/atoms.h"
@@ -190,6 +191,7 @@ bool zApplication::openDisplay() {
         connection = ConnectionNumber(connection_->display);
         avoidRenderOnColourMaps(connection_->display);
         zInternAtoms(connection_->display);
+        zFollowColours(connection_->display);
         connection_->cache = std::make_unique<zDisplayCache>(connection_->display);
         if (!connection_->cache->alarms().working()) {
             fmt::print(stderr, "{}: no descriptor is left for timers\n", programName_);

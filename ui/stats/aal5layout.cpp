@@ -37,17 +37,17 @@ constexpr zControlRow rows[] = {
      .style = zReadOnly},
     {.kind = zKind::groupBox, .place = {146, 4, 140, 202}, .text = "SONET", .name = "sonet"},
     {.place = {154, 19, 36, 8}, .text = "LOS:", .name = "losLampLabel"},
-    {.kind = zKind::lamp, .place = {194, 16, 18, 14}, .name = "losLamp", .picture = lampBitmap},
+    {.kind = zKind::lamp, .place = {194, 16, 18, 14}, .name = "losLamp"},
     {.place = {154, 50, 36, 8}, .text = "LOF:", .name = "lofLampLabel"},
-    {.kind = zKind::lamp, .place = {194, 47, 18, 14}, .name = "lofLamp", .picture = lampBitmap},
+    {.kind = zKind::lamp, .place = {194, 47, 18, 14}, .name = "lofLamp"},
     {.place = {154, 81, 36, 8}, .text = "OOF:", .name = "oofLampLabel"},
-    {.kind = zKind::lamp, .place = {194, 78, 18, 14}, .name = "oofLamp", .picture = lampBitmap},
+    {.kind = zKind::lamp, .place = {194, 78, 18, 14}, .name = "oofLamp"},
     {.place = {154, 112, 36, 8}, .text = "FERF:", .name = "ferfLampLabel"},
-    {.kind = zKind::lamp, .place = {194, 109, 18, 14}, .name = "ferfLamp", .picture = lampBitmap},
+    {.kind = zKind::lamp, .place = {194, 109, 18, 14}, .name = "ferfLamp"},
     {.place = {154, 143, 36, 8}, .text = "AIS:", .name = "aisLampLabel"},
-    {.kind = zKind::lamp, .place = {194, 140, 18, 14}, .name = "aisLamp", .picture = lampBitmap},
+    {.kind = zKind::lamp, .place = {194, 140, 18, 14}, .name = "aisLamp"},
     {.place = {154, 174, 36, 8}, .text = "LOP:", .name = "lopLampLabel"},
-    {.kind = zKind::lamp, .place = {194, 171, 18, 14}, .name = "lopLamp", .picture = lampBitmap},
+    {.kind = zKind::lamp, .place = {194, 171, 18, 14}, .name = "lopLamp"},
 };
 
 }  // namespace

@@ -26,27 +26,40 @@ constexpr struct {
     {link25, "25 Mb/s"}, {linkMultimode, "OC3c MM"}, {linkSingleMode, "OC3c SM"}, {link155Utp, "155 UTP"}};
 
 // A lamp is lit while there is no such alarm.
-using Alarms = SuniStatsView;
-constexpr struct {
-    const char* name;
-    bool (*clear)(const Alarms& reply);
-} lamps[] = {
-    {"losLamp",
-     [](const Alarms& a) { return (a.linkKind() == link25 ? a.linkAlarm() : a.lossOfSignal()) == 0; }},
-    {"lofLamp", [](const Alarms& a) { return a.lossOfFrame() == 0; }},
-    {"oofLamp", [](const Alarms& a) { return a.outOfFrame() == 0; }},
-    // This one and lopLamp mean nothing without frames.
-    {"ferfLamp", [](const Alarms& a) { return a.farEndFailure() == 0 && a.lossOfFrame() == 0; }},
-    {"aisLamp", [](const Alarms& a) { return a.alarmIndication() == 0; }},
-    {"lopLamp", [](const Alarms& a) { return a.lossOfPointer() == 0 && a.lossOfFrame() == 0; }},
+struct Alarm {
+    const char* lamp;
+    std::uint32_t (SuniStatsView::*word)() const;
+    const char *clear, *raised;
+    bool needsFrames = false;  // it means nothing without them
 };
+constexpr Alarm alarms[] = {
+    {"losLamp", &SuniStatsView::lossOfSignal, "No loss of signal", "Loss of signal"},
+    {"lofLamp", &SuniStatsView::lossOfFrame, "No loss of frame", "Loss of frame"},
+    {"oofLamp", &SuniStatsView::outOfFrame, "In frame", "Out of frame"},
+    {"ferfLamp", &SuniStatsView::farEndFailure, "No far end receive failure", "Far end receive failure",
+     true},
+    {"aisLamp", &SuniStatsView::alarmIndication, "No alarm indication signal", "Alarm indication signal"},
+    {"lopLamp", &SuniStatsView::lossOfPointer, "No loss of pointer", "Loss of pointer", true},
+};
+// A 25 Mbit/s link has one alarm of its own, in place of the first.
+constexpr Alarm linkAlarm{"losLamp", &SuniStatsView::linkAlarm, "Link up", "Link down"};
+
+void showAlarm(myBitmapButton& lamp, const Alarm& alarm, const SuniStatsView& reply) {
+    const std::uint32_t word = (reply.*alarm.word)();
+    const bool unknown = alarm.needsFrames && reply.lossOfFrame() != 0;
+    lamp.show(word == 0 && !unknown ? LampLook::lit : LampLook::unlit,
+              {word      ? alarm.raised
+               : unknown ? "Unknown during loss of frame"
+                         : alarm.clear,
+               word});
+}
 
 }  // namespace
 
 DStatsDlgAAL5PG::DStatsDlgAAL5PG(const StatsSource& source)
     : StatsPage(source, aal5StatsLayout), query_(source.channel, source.adapter),
       counters_(board(), counters) {
-    for (const auto& lamp : lamps) lamps_.emplace_back(board().control<zLamp>(lamp.name));
+    for (const Alarm& alarm : alarms) lamps_.emplace_back(board(), alarm.lamp);
 }
 
 void DStatsDlgAAL5PG::UpdateDisplay(int index, bool clear) {
@@ -57,7 +70,7 @@ void DStatsDlgAAL5PG::UpdateDisplay(int index, bool clear) {
         else if (cut())
             return;
         else if (old())
-            for (myBitmapButton& lamp : lamps_) lamp.show(LampLook::greyed);
+            for (myBitmapButton& lamp : lamps_) lamp.show(LampLook::greyed, {notTold});
     }
     if (const AalStatsView reply = query_.GetAalStats())
         counters_.show(reply, clear);
@@ -75,8 +88,12 @@ void DStatsDlgAAL5PG::showAlarms(const SuniStatsView& reply) {
     if (!linkKindShown_) showLinkKind(reply.linkKind());
     linkKindShown_ = true;
     alarms_ = reply.valid() != 0 || reply.linkKind() == link25;
-    for (std::size_t i = 0; i < lamps_.size(); ++i)
-        lamps_[i].show(!alarms_ ? LampLook::greyed : lamps[i].clear(reply) ? LampLook::lit : LampLook::unlit);
+    for (std::size_t i = 0; i < lamps_.size(); ++i) {
+        if (!alarms_)
+            lamps_[i].show(LampLook::greyed, {"This link reports no alarms"});
+        else
+            showAlarm(lamps_[i], i == 0 && reply.linkKind() == link25 ? linkAlarm : alarms[i], reply);
+    }
 }
 
 void DStatsDlgAAL5PG::showLinkKind(std::uint32_t kind) {

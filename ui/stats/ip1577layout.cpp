@@ -6,7 +6,7 @@ namespace {
 constexpr zControlRow rows[] = {
     {.kind = zKind::groupBox, .place = {4, 4, 60, 94}, .text = "1577", .name = "service"},
     {.place = {12, 19, 20, 8}, .text = "State", .name = "stateLampLabel"},
-    {.kind = zKind::lamp, .place = {36, 16, 18, 14}, .name = "stateLamp", .picture = lampBitmap},
+    {.kind = zKind::lamp, .place = {36, 16, 18, 14}, .name = "stateLamp"},
     {.kind = zKind::groupBox, .place = {68, 4, 218, 45}, .text = "1577 Statistics", .name = "statistics"},
     {.place = {76, 19, 74, 8}, .text = "Received Packets:", .name = "rxPacketsLabel"},
     {.kind = zKind::edit, .place = {152, 17, 56, 12}, .text = "0", .name = "rxPackets", .style = zReadOnly},

@@ -41,8 +41,7 @@ bool IP1577PGConnectionTBL::UpdateDisplay(int index, bool clear) {
 
 DStatsDlgIP1577PG::DStatsDlgIP1577PG(const StatsSource& source)
     : StatsPage(source, ip1577StatsLayout), query_(source.channel, source.adapter), fields_(board(), fields),
-      lamp_(board().control<zLamp>("stateLamp")), table_(board().control<zTable>("connectionTable"), source) {
-}
+      lamp_(board(), "stateLamp"), table_(board().control<zTable>("connectionTable"), source) {}
 
 void DStatsDlgIP1577PG::refresh(bool clear) {
     const bool filled = UpdateDisplay(0, clear) && table_.UpdateDisplay(0, clear);
@@ -59,7 +58,8 @@ bool DStatsDlgIP1577PG::UpdateDisplay(int index, bool clear) {
     const IpStateView reply = query_.GetState();
     if (cut()) return false;
     const std::uint32_t state = reply.state();
-    lamp_.show(serviceLook(state != ipAbsent, state == ipRunning));
+    lamp_.show(serviceLook(state != ipAbsent, state == ipRunning),
+               serviceWords(reply, state, IpStateToString(state)));
     const IpStatsView stats = state != ipAbsent ? query_.GetStats() : IpStatsView();
     if (cut()) return false;
     fields_.show(stats, clear);

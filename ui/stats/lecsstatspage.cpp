@@ -24,17 +24,27 @@ constexpr StatsField<Stats> fields[] = {
 
 DStatsDlgLECSPG::DStatsDlgLECSPG(const StatsSource& source)
     : StatsPage(source, lecsStatsLayout), query_(source.channel, source.adapter), fields_(board(), fields),
-      lamp_(board().control<zLamp>("stateLamp")), registered_(board().control<zLamp>("regLamp")) {}
+      lamp_(board(), "stateLamp"), registered_(board(), "regLamp") {}
+
+void DStatsDlgLECSPG::showRegistration(const LecsStatsView& stats, std::uint32_t state) {
+    if (!stats)
+        registered_.show(LampLook::greyed, {state == lecsAbsent ? LecsStateToString(state) : notTold});
+    else if (stats.registered())
+        registered_.show(LampLook::lit, {"registered", stats.registered()});
+    else
+        registered_.show(LampLook::unlit, {"not registered", 0});
+}
 
 bool DStatsDlgLECSPG::UpdateDisplay(int index, bool clear) {
     query_.setUnit(static_cast<std::uint8_t>(index));
     const LecsStateView reply = query_.GetState();
     if (cut()) return false;
     const std::uint32_t state = reply.state();
-    lamp_.show(serviceLook(state != lecsAbsent, state == lecsRunning));
+    lamp_.show(serviceLook(state != lecsAbsent, state == lecsRunning),
+               serviceWords(reply, state, LecsStateToString(state)));
     const LecsStatsView stats = state != lecsAbsent ? query_.GetStats() : LecsStatsView();
     if (cut()) return false;
-    registered_.show(!stats ? LampLook::greyed : stats.registered() ? LampLook::lit : LampLook::unlit);
+    showRegistration(stats, state);
     fields_.show(stats, clear);
     return static_cast<bool>(stats);
 }

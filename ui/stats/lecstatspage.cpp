@@ -76,8 +76,7 @@ bool LECPGLECTBL::UpdateDisplay(int lec, bool clear) {
 
 DStatsDlgLECPG::DStatsDlgLECPG(const StatsSource& source)
     : StatsPage(source, lecStatsLayout), query_(source.channel, source.adapter), fields_(board(), fields),
-      lamp_(board().control<zLamp>("stateLamp")),
-      lesBusTable_(board().control<zTable>("lesBusTable"), source),
+      lamp_(board(), "stateLamp"), lesBusTable_(board().control<zTable>("lesBusTable"), source),
       lecTable_(board().control<zTable>("lecTable"), source) {
     board().control<zTabStrip>("lecTabs").onSelect = [this](int lec) { selChangeLecTB(lec); };
 }
@@ -101,7 +100,7 @@ void DStatsDlgLECPG::showClient(bool clear) {
 }
 
 void DStatsDlgLECPG::showNothing() {
-    lamp_.show(LampLook::greyed);
+    lamp_.show(LampLook::greyed, {});
     fields_.blank();
     lecTable_.empty();
     lesBusTable_.empty();
@@ -117,8 +116,9 @@ int DStatsDlgLECPG::UpdateDisplay(int lec) {
     const LecStateView reply = query_.GetState();
     if (cut()) return 0;
     const std::uint32_t state = reply.state();
-    lamp_.show(
-        serviceLook(state != lecAbsent, state == lecJoined || (state == lecOnPvcs && reply.flag() != 0)));
+    const bool flag = reply.flag() != 0;
+    lamp_.show(serviceLook(state != lecAbsent, state == lecJoined || (state == lecOnPvcs && flag)),
+               serviceWords(reply, state, LecStateToString(state, flag)));
     const LecStatsView stats = state != lecAbsent ? query_.GetStats() : LecStatsView();
     if (cut()) return 0;
     fields_.show(stats);

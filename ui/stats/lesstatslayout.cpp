@@ -9,7 +9,7 @@ constexpr zControlRow rows[] = {
     {.kind = zKind::tabStrip, .place = {0, 0, 286, 20}, .name = "lesTabs", .items = instances},
     {.kind = zKind::groupBox, .place = {4, 20, 282, 74}, .text = "LES", .name = "les"},
     {.place = {12, 35, 20, 8}, .text = "State", .name = "stateLampLabel"},
-    {.kind = zKind::lamp, .place = {34, 32, 18, 14}, .name = "stateLamp", .picture = lampBitmap},
+    {.kind = zKind::lamp, .place = {34, 32, 18, 14}, .name = "stateLamp"},
     {.place = {58, 35, 50, 8}, .text = "ELAN Name:", .name = "elanNameLabel"},
     {.kind = zKind::edit, .place = {110, 33, 142, 12}, .text = "", .name = "elanName", .style = zReadOnly},
     {.place = {58, 50, 50, 8}, .text = "ELAN Type:", .name = "elanTypeLabel"},

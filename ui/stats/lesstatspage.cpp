@@ -46,7 +46,7 @@ bool LESPGClientTBL::UpdateDisplay(int les, bool clear) {
 
 DStatsDlgLESPG::DStatsDlgLESPG(const StatsSource& source)
     : StatsPage(source, lesStatsLayout), query_(source.channel, source.adapter), fields_(board(), fields),
-      lamp_(board().control<zLamp>("stateLamp")), table_(board().control<zTable>("clientTable"), source) {
+      lamp_(board(), "stateLamp"), table_(board().control<zTable>("clientTable"), source) {
     board().control<zTabStrip>("lesTabs").onSelect = [this](int les) { selChangeLesTB(les); };
 }
 
@@ -61,7 +61,7 @@ void DStatsDlgLESPG::refresh(bool clear) {
 }
 
 void DStatsDlgLESPG::showNothing() {
-    lamp_.show(LampLook::greyed);
+    lamp_.show(LampLook::greyed, {});
     fields_.blank();
     table_.empty();
 }
@@ -70,8 +70,10 @@ bool DStatsDlgLESPG::UpdateDisplay(int les) {
     query_.setUnit(static_cast<std::uint8_t>(les));
     const LesStateView reply = query_.GetState();
     if (cut()) return false;
-    const bool present = reply.state() != lesAbsent;
-    lamp_.show(serviceLook(present, reply.state() == lesServing && reply.flag() != 0));
+    const std::uint32_t state = reply.state();
+    const bool present = state != lesAbsent, flag = reply.flag() != 0;
+    lamp_.show(serviceLook(present, state == lesServing && flag),
+               serviceWords(reply, state, LesStateToString(state, flag)));
     const LesStatsView stats = present ? query_.GetStats() : LesStatsView();
     if (cut()) return false;
     fields_.show(stats);

@@ -6,11 +6,11 @@ namespace {
 constexpr zControlRow rows[] = {
     {.kind = zKind::groupBox, .place = {4, 4, 80, 66}, .text = "Signalling State", .name = "states"},
     {.place = {12, 19, 42, 8}, .text = "ILMI:", .name = "ilmiLampLabel"},
-    {.kind = zKind::lamp, .place = {58, 16, 18, 14}, .name = "ilmiLamp", .picture = lampBitmap},
+    {.kind = zKind::lamp, .place = {58, 16, 18, 14}, .name = "ilmiLamp"},
     {.place = {12, 35, 42, 8}, .text = "QSAAL:", .name = "saalLampLabel"},
-    {.kind = zKind::lamp, .place = {58, 32, 18, 14}, .name = "saalLamp", .picture = lampBitmap},
+    {.kind = zKind::lamp, .place = {58, 32, 18, 14}, .name = "saalLamp"},
     {.place = {12, 51, 42, 8}, .text = "Signalling:", .name = "signallingLampLabel"},
-    {.kind = zKind::lamp, .place = {58, 48, 18, 14}, .name = "signallingLamp", .picture = lampBitmap},
+    {.kind = zKind::lamp, .place = {58, 48, 18, 14}, .name = "signallingLamp"},
 
     {.kind = zKind::groupBox, .place = {88, 4, 198, 66}, .text = "State Detail", .name = "details"},
     {.place = {96, 19, 42, 8}, .text = "ILMI:", .name = "ilmiLabel"},

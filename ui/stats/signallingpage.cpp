@@ -21,10 +21,11 @@ constexpr struct {
     const char* name;
     std::int16_t (LinkStateView::*state)() const;
     int (*colour)(std::int16_t state);
+    const char* (*words)(std::int16_t state);
 } lamps[] = {
-    {"ilmiLamp", &LinkStateView::ilmi, IlmiStateToColor},
-    {"saalLamp", &LinkStateView::saal, SaalStateToColor},
-    {"signallingLamp", &LinkStateView::signalling, SigStateToColor},
+    {"ilmiLamp", &LinkStateView::ilmi, IlmiStateToColor, IlmiStateToString},
+    {"saalLamp", &LinkStateView::saal, SaalStateToColor, SaalStateToString},
+    {"signallingLamp", &LinkStateView::signalling, SigStateToColor, SigStateToString},
 };
 
 LampLook lookOf(int colour) {
@@ -74,7 +75,7 @@ DStatsDlgSignallingPG::DStatsDlgSignallingPG(const StatsSource& source)
     : StatsPage(source, signallingStatsLayout), query_(source.channel, source.adapter),
       states_(board(), stateFields), address_(board(), addressFields),
       table_(board().control<zTable>("signallingTable"), source) {
-    for (const auto& lamp : lamps) lamps_.emplace_back(board().control<zLamp>(lamp.name));
+    for (const auto& lamp : lamps) lamps_.emplace_back(board(), lamp.name);
 }
 
 void DStatsDlgSignallingPG::refresh(bool clear) {
@@ -90,8 +91,10 @@ void DStatsDlgSignallingPG::UpdateDisplay(int index) {
     query_.setUnit(static_cast<std::uint8_t>(index));
     const LinkStateView reply = query_.GetLinkState();
     if (!reply) return keptOldValues();
-    for (std::size_t i = 0; i < lamps_.size(); ++i)
-        lamps_[i].show(lookOf(lamps[i].colour((reply.*lamps[i].state)())));
+    for (std::size_t i = 0; i < lamps_.size(); ++i) {
+        const std::int16_t state = (reply.*lamps[i].state)();
+        lamps_[i].show(lookOf(lamps[i].colour(state)), {lamps[i].words(state), state});
+    }
     states_.show(reply);
     if (registered(reply))
         address_.show(reply);

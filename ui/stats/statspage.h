@@ -23,6 +23,14 @@ struct StatsSource {
     std::uint8_t adapter;
 };
 
+// What the tooltip of a lamp says when the driver refuses to tell.
+constexpr const char* notTold = "The driver does not say";
+
+// What that of a service's lamp says. The words for state 0, that of an absent service, come without it.
+template <class View> LampWords serviceWords(const View& reply, std::uint32_t state, const char* words) {
+    return {!reply ? notTold : words, state ? std::int64_t{state} : LampWords::noCode};
+}
+
 class StatsPage : public TimerPage {
   public:
     using Clock = std::chrono::steady_clock;
