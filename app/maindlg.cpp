@@ -1,6 +1,7 @@
 #include "app/maindlg.h"
 
 #include "app/changewindows.h"
+#include "app/firstfile.h"
 #include "app/setup.h"
 #include "model/settings.h"
 #include "platform/index.h"
@@ -116,6 +117,10 @@ void DMainDlg::clickedSetupBTN() {
             return;
         }
     }
+    std::vector<int> found;
+    for (const FoundAdapter& adapter : adapters_) found.push_back(adapter.index);
+    offerFirstFile(*this, configuration_, found);
+    if (application().ending()) return;
     if (!ioctlDesc) warn("Atm Driver Not Loaded. \nNo dynamic configuration available!", "Driver Error");
     setUpAdapter(*this, configuration_);
 }

@@ -90,6 +90,11 @@ void auditTrouble(std::string_view change, std::string_view what, std::string_vi
                                      fieldValue(reason), fieldValue(userName())));
 }
 
+void auditFirstFile(std::string_view file) {
+    platform::sendSyslog(LogLevel::notice, fmt::format("change=none created={} user={} result=ok",
+                                                       fieldValue(file), fieldValue(userName())));
+}
+
 void auditRecovery(std::string_view note) {
     platform::sendSyslog(LogLevel::notice, fmt::format("change=none recovery={} user={}", fieldValue(note),
                                                        fieldValue(userName())));

@@ -23,5 +23,8 @@ void audit(const ChangeRecord& record, std::string_view change);
 // Sends a line about something that did not work beside a save: `what` names the field with the reason.
 void auditTrouble(std::string_view change, std::string_view what, std::string_view reason);
 
+// Sends that a file is there now where none was.
+void auditFirstFile(std::string_view file);
+
 // Sends what became of a save that was interrupted.
 void auditRecovery(std::string_view note);

@@ -1,6 +1,7 @@
 // Reads and writes records along the key tables, and the list files.
 #include "config/driverpdf.h"
 
+#include "config/defaultnames.h"
 #include "config/pvcfile.h"
 #include "config/recordrows.h"
 #include "platform/debuglog.h"
@@ -16,22 +17,6 @@ namespace {
 
 bool isAdapter(int adapter) {
     return adapter >= 0 && adapter < adapterCount;
-}
-
-std::string sectionPath(int adapter, std::string_view name) {
-    return fmt::format("/Adapter{}/{}", adapter, name);
-}
-
-std::string sectionPath(int adapter, std::string_view name, int instance) {
-    return fmt::format("/Adapter{}/{}{}", adapter, name, instance);
-}
-
-std::string lecPvcFile(int adapter, int lec) {
-    return fmt::format("/etc/atm/pvcconf{}.{}", adapter, lec);
-}
-
-std::string ipPvcFile(int adapter) {
-    return fmt::format("/etc/atm/pvcconf{}.32", adapter);
 }
 
 std::string reasonFor(int error, const std::string& path) {

@@ -154,3 +154,58 @@ TEST_F(SetupTest, ADirectoryThatCannotBeSyncedLeavesTheNewFile) {
     EXPECT_EQ(boxText, saveFailed(parameterFile, "Input/output error", ""));
     EXPECT_EQ(nameOfClient(root, 1), "other");
 }
+
+// A system without a parameter file is asked about before anything is typed.
+TEST_F(SetupTest, AFirstStartWritesTheParameterFileWhenTheUserWants) {
+    const struct {
+        const char *adapters, *key;  // without adapters there is no driver
+        Names boxes, sections;
+    } cases[] = {
+        {"1,3", "Escape", {"Configuration Error", "Configuration Error"}, {}},
+        {"1,3", "Return", {"Configuration Error"}, {"[Adapter0", "[Adapter2"}},
+        {"",
+         "Return",
+         {"Configuration Error", "Driver Error"},
+         {"[Adapter0", "[Adapter1", "[Adapter2", "[Adapter3"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.adapters) + c.key);
+        window.reset();
+        simulator.reset();
+        atmDevices = AtmDevices();
+        std::filesystem::remove_all(root.at("/etc/atm"));
+        std::filesystem::create_directory(root.at("/etc/atm"));
+        if (*c.adapters) startDriver(c.adapters);
+        openWindow();
+        std::string question, written;
+        const Names boxes = boxesOf(
+            [&] {
+                configure("lecPage", [&] {
+                    question = boxTexts["Configuration Error"];
+                    if (root.exists(parameterFile)) written = root.read(parameterFile);
+                    EXPECT_EQ(text(l3MtuED), "1");
+                    press(okBTN);
+                });
+            },
+            c.key);
+        EXPECT_EQ(boxes, c.boxes);
+        EXPECT_EQ(question, "There is no /etc/atm/tvconf.Write one with a section for each adapter?");
+        Names sections;
+        std::istringstream lines(written);
+        for (std::string line; std::getline(lines, line);)
+            if (line.starts_with("[")) sections.push_back(line);
+        EXPECT_EQ(sections, c.sections);
+        EXPECT_EQ(root.exists(parameterFile), !c.sections.empty());
+        if (c.sections.empty()) continue;
+        EXPECT_EQ(root.read(parameterFile), written) << "OK without a change";
+        EXPECT_EQ(boxesOf([&] {
+                      configure("lecPage", [&] {
+                          press(enableCB);
+                          enter(elanNameED, "floor");
+                          press(okBTN);
+                      });
+                  }),
+                  *c.adapters ? nothing : Names{"Driver Error"});
+        EXPECT_EQ(nameOfClient(root, 1), "floor");
+    }
+}

@@ -2,7 +2,7 @@
 
 #include "toolkit/controls/lampface.h"
 #include "toolkit/controls/rowwidget.h"
-#include "toolkit/library/querycolour.h"
+#include "toolkit/library/truecolour.h"
 
 #include <Xm/ToggleB.h>
 #include <cstdlib>
