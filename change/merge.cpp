@@ -1,9 +1,8 @@
 #include "change/merge.h"
 
 #include "change/listmerge.h"
-#include "change/movedclients.h"
+#include "change/listmoves.h"
 #include "config/recordrows.h"
-#include "platform/index.h"
 
 #include <algorithm>
 
@@ -124,26 +123,41 @@ template <class Record> class ServiceMerge {
     int changed_ = 0, lost_ = 0;
 };
 
-// A client that both have moved, to different servers, is on both of them after the lists are merged.
-void mergeMoves(int adapter, const std::vector<MovedClient>& moves, const Decisions& decisions,
-                Merge& merge) {
-    const auto wordsOf = [&](std::size_t server) { return lesName(adapter, server).words; };
-    const auto fate = [&](const std::optional<std::size_t>& server) {
-        return server ? "moved to " + wordsOf(*server) : "removed";
+// Takes an entry out of the list of one service, the last one of its key.
+void takeOut(int adapter, std::size_t service, EntryKey key, AtmDevices& devices) {
+    std::size_t place = 0;
+    forEachService(adapter, [&](const ServiceName&, auto record, const std::string&, auto) {
+        auto& of = record(devices);
+        if constexpr (hasList<std::remove_cvref_t<decltype(of)>>)
+            if (place == service) {
+                auto& list = *listOf(of);
+                const auto last = std::find_if(list.rbegin(), list.rend(),
+                                               [&](const auto& entry) { return entryKey(entry) == key; });
+                if (last != list.rend()) list.erase(std::next(last).base());
+            }
+        ++place;
+    });
+}
+
+// An entry that the sides have given to different lists is in both after these are merged.
+void mergeMoves(int adapter, const std::vector<EntryMove>& moves, const Decisions& decisions, Merge& merge) {
+    const auto wordsOf = [&](std::size_t service) -> const std::string& {
+        return namedServices(adapter)[service].name.words;
     };
-    for (const MovedClient& move : moves) {
-        const std::string name = entryName(move.client);
-        const bool mine = decide(fmt::format("{} {}: yours {}, in the file {}", wordsOf(move.from), name,
-                                             fate(move.mine), fate(move.theirs)),
-                                 decisions, merge);
-        if (const std::optional<std::size_t>& loser = mine ? move.theirs : move.mine) {
-            std::vector<esiSelector>& clients = merge.devices.les[asIndex(adapter)][*loser].clients;
-            const auto last = std::find(clients.rbegin(), clients.rend(), move.client);
-            if (last != clients.rend()) clients.erase(std::next(last).base());
-        }
-        if (mine) continue;
-        for (const std::optional<std::size_t>& server : {move.mine, move.theirs})
-            if (server) merge.entriesGivenUp.push_back({wordsOf(*server), name});
+    for (const EntryMove& move : moves) {
+        const auto fate = [&](const std::optional<std::size_t>& to) {
+            return !to ? "removed" : (move.from ? "moved to " : "added to ") + wordsOf(*to);
+        };
+        const bool mine =
+            decide(fmt::format("{}{}: yours {}, in the file {}", move.from ? wordsOf(*move.from) + ' ' : "",
+                               move.name, fate(move.mine), fate(move.theirs)),
+                   decisions, merge);
+        if (const auto& loser = mine ? move.theirs : move.mine)
+            takeOut(adapter, *loser, move.key, merge.devices);
+        // The driver has it where the user wanted it; what was only removed it lacks where the others want
+        // it.
+        if (!mine)
+            merge.entriesGivenUp.push_back({wordsOf(move.mine ? *move.mine : *move.theirs), move.name});
     }
 }
 
@@ -163,6 +177,8 @@ Merge mergeAdapter(int adapter, const AtmDevices& base, const AtmDevices& mine, 
 }
 
 void takeOver(int adapter, AtmDevices& base, AtmDevices& mine, const AtmDevices& theirs) {
+    const std::set<std::size_t> entangled = entangledLists(base, mine, theirs, adapter);
+    std::size_t service = 0;
     forEachService(adapter, [&](const ServiceName&, auto record, const std::string&, auto) {
         using Record = std::remove_cvref_t<decltype(record(mine))>;
         Record &was = record(base), &is = record(mine), file = record(theirs);
@@ -172,8 +188,9 @@ void takeOver(int adapter, AtmDevices& base, AtmDevices& mine, const AtmDevices&
             copyField(row.field, file, is);
         }
         if constexpr (hasList<Record>)
-            if (*listOf(was) == *listOf(is) || *listOf(is) == *listOf(file))
+            if ((*listOf(was) == *listOf(is) || *listOf(is) == *listOf(file)) && !entangled.contains(service))
                 *listOf(was) = *listOf(is) = *listOf(file);
+        ++service;
     });
 }
 
