@@ -52,17 +52,23 @@ bool readRecord(const HostPath& record, std::string& text) {
     return false;
 }
 
-// The save's version of a file that somebody has edited since stays beside it, under a name that is free.
-std::string keepVersion(const SaveStep& step) {
-    if (step.removes() || contentAt(step.copyPlace()) != step.after) return {};
-    HostPath kept;
-    struct stat status {};
-    for (int number = 1; number < 100; ++number) {
-        kept.text = fmt::format("{}.unsaved{}", step.place.text, number == 1 ? "" : std::to_string(number));
-        if (files().status(kept, status) == 0 || errno != ENOENT) continue;
-        return files().rename(step.copyPlace(), kept) == 0 ? kept.text : "";
+// The save's version of a file that somebody has edited since stays beside it, under a name that is free. Its
+// name, or nothing when there is no such version; 0, or -1 and errno.
+int keepVersion(const SaveStep& step, std::string& kept) {
+    if (step.removes()) return 0;
+    const bool there = contentAt(step.copyPlace()) == step.after;
+    for (int number = 1; number < 1000; ++number) {
+        const HostPath place{
+            fmt::format("{}.unsaved{}", step.place.text, number == 1 ? "" : std::to_string(number))};
+        const std::string content = contentAt(place);
+        if (content == noContent && !there) return 0;
+        if (content != noContent && content != step.after) continue;
+        // An earlier recovery may have come as far as this.
+        kept = place.text;
+        return there ? files().rename(step.copyPlace(), place) : 0;
     }
-    return {};
+    errno = EEXIST;
+    return -1;
 }
 
 }  // namespace
@@ -83,7 +89,7 @@ int recoverFiles(const HostPath& record, std::vector<std::string>& notes) {
     const bool committed = steps && (begun || !lost);
     if (!committed) {
         if (steps) removeCopies(*steps);
-        notes.push_back("An interrupted save, which had replaced no file yet, was dropped.");
+        notes.push_back("An interrupted save was dropped: its copies are not all there.");
         return files().remove(record) == 0 ? 0 : errno;
     }
     for (std::size_t i = 0; i < steps->size(); ++i) {
@@ -92,11 +98,15 @@ int recoverFiles(const HostPath& record, std::vector<std::string>& notes) {
         if (progress[i] == Progress::due)
             notes.push_back(
                 fmt::format("{} was brought up to date after an interrupted save.", step.place.text));
+        if (progress[i] == Progress::done && step.before != step.after)
+            notes.push_back(
+                fmt::format("{} is as an interrupted save has left it already.", step.place.text));
         if (progress[i] == Progress::edited || progress[i] == Progress::lost)
             notes.push_back(
                 fmt::format("{} was changed since an interrupted save, and left alone.", step.place.text));
-        if (const std::string kept = progress[i] == Progress::edited ? keepVersion(step) : ""; !kept.empty())
-            notes.back() += fmt::format(" The save's version is in {}.", kept);
+        std::string kept;
+        if (progress[i] == Progress::edited && keepVersion(step, kept) != 0) return errno;
+        if (!kept.empty()) notes.back() += fmt::format(" The save's version is in {}.", kept);
     }
     if (syncDirectories(*steps, &record) != 0) return errno;
     return files().remove(record) == 0 ? 0 : errno;

@@ -466,9 +466,8 @@ template <class List> bool DriverPdfEdit::writeList(const std::string& name, con
         addFailure({.file = name, .reason = reason, .unknown = error != 0 && !isNoFile(error)});
         return false;
     }
-    if (const std::string text = known_->read<List>(name, files_.read(name).content).form.dropped;
-        !text.empty())
-        dropped_.push_back(fmt::format("{} had {}, which is not kept.", name, text));
+    for (const std::string& what : known_->read<List>(name, files_.read(name).content).form.dropped)
+        dropped_.push_back(fmt::format("{} had {}, which is not kept.", name, what));
     if (list.empty()) {
         files_.remove(name);
     } else {

@@ -6,7 +6,9 @@
 #include <charconv>
 #include <cstdint>
 #include <filesystem>
+#include <fmt/format.h>
 #include <limits>
+#include <utility>
 
 using namespace listlines;
 
@@ -19,8 +21,8 @@ constexpr std::array<std::string_view, 5> writtenComments{
     "For Bridged PVC only; 1=Broadcast 0=Non-Broadcast", "MB/s"};
 constexpr std::array<std::string_view, 5> keys{"VC", "Addr", "Encap", "Bcast", "Rate"};
 
-void drop(ListForm& form, const char* what) {
-    if (form.dropped.empty()) form.dropped = what;
+void drop(ListForm& form, std::string what) {
+    if (std::ranges::find(form.dropped, what) == form.dropped.end()) form.dropped.push_back(std::move(what));
 }
 
 bool isComment(std::string_view line) {
@@ -64,20 +66,30 @@ struct Kind {
     IsAddress own, foreign;
 };
 
-void lookAtValue(std::string_view key, std::string_view value, const Kind& kind, ListForm& form) {
+// Where a PVC's record is read from.
+struct RecordPlace {
+    std::size_t number;  // from 1
+    unsigned seen = 0;   // a bit for each key that it had so far
+};
+
+void dropValue(ListForm& form, const RecordPlace& record, const char* fault) {
+    drop(form, fmt::format("a value in record {} that is {}", record.number, fault));
+}
+
+void lookAtValue(std::string_view key, std::string_view value, const Kind& kind, const RecordPlace& record,
+                 ListForm& form) {
     if (value.empty()) return;
     if (value.find_first_of(" \t") != std::string_view::npos)
         drop(form, "text after a value");
     else if (key != "Addr" && !isNumber(value, key == "VC"))
-        drop(form, "a value that is no number of its kind");
+        dropValue(form, record, "no number of its kind");
     else if (key == "Addr" && kind.foreign(value))
         form.isList = false;
     else if (key == "Addr" && !kind.own(value))
-        drop(form, "a value that is no address of its kind");
+        dropValue(form, record, "no address of its kind");
 }
 
-// `seen`: a bit for each key that the record had before.
-void lookAtRecordLine(std::string_view line, const Kind& kind, unsigned& seen, ListForm& form) {
+void lookAtRecordLine(std::string_view line, const Kind& kind, RecordPlace& record, ListForm& form) {
     const std::size_t hash = line.find('#');
     const std::string_view text = trimmed(line.substr(0, hash));
     lookAtComment(line, hash, form);
@@ -86,10 +98,10 @@ void lookAtRecordLine(std::string_view line, const Kind& kind, unsigned& seen, L
     for (std::size_t i = 0; i < keys.size(); ++i) {
         if (text.find(keys[i]) == std::string_view::npos) continue;
         known = true;
-        if (seen >> i & 1) drop(form, "a value that a record has twice");
-        seen |= 1U << i;
+        if (record.seen >> i & 1) dropValue(form, record, "there twice");
+        record.seen |= 1U << i;
         if (equals != std::string_view::npos)
-            lookAtValue(keys[i], trimmed(text.substr(equals + 1)), kind, form);
+            lookAtValue(keys[i], trimmed(text.substr(equals + 1)), kind, record, form);
     }
     if (!known && !text.empty() && text != "]") drop(form, "a line that is no value of a record");
 }
@@ -99,6 +111,7 @@ ListForm formOfPvcs(std::string_view text, const Kind& kind) {
     TextLines lines(text);
     constexpr std::string_view begin = "[PVC";
     bool begun = false;
+    RecordPlace record{0};
     for (bool more = true; more;) {
         std::string_view line;
         more = lines.next(line);
@@ -113,17 +126,18 @@ ListForm formOfPvcs(std::string_view text, const Kind& kind) {
         lookAtComment(line, hash, form);
         if (!trimmed(line.substr(0, hash)).substr(begin.size()).empty())
             drop(form, "text beside its records");
-        unsigned seen = 0;
+        ++record.number;
+        record.seen = 0;
         int missing = recordLines;
         for (; more && missing > 0; --missing) {
             more = lines.next(line);
-            lookAtRecordLine(line, kind, seen, form);
+            lookAtRecordLine(line, kind, record, form);
         }
         // A line without an end counts as cut, too.
         if (missing == 0 && more)
             form.hasEntry = true;
         else
-            form.dropped = "a last record that is cut";
+            drop(form, "a last record that is cut");
     }
     form.isList = form.isList && (begun || onlyComments(text));
     return form;
@@ -145,19 +159,20 @@ ListForm listForm(std::string_view text, const std::vector<esiSelector>&) {
         if (!trimmed(text).empty()) drop(form, "a comment");
         return form;
     }
-    TextLines lines(text);
-    for (bool more = true; more;) {
-        std::string_view line;
-        more = lines.next(line);
-        for (line = trimmed(line); !line.empty();) {
-            const std::string_view word = line.substr(0, line.find_first_of(" \t"));
-            line = trimmed(line.substr(word.size()));
-            form.hasEntry |= isClientText(word);
-            if (!isClientText(word))
-                drop(form, more ? "a word that is no client" : "a last client that is cut");
-        }
+    // Fifteen characters are a client, whatever blanks are between them: with others among them all that
+    // follow are read as other ones.
+    constexpr std::size_t length = std::string_view("00a03e000001/00").size();
+    std::string client;
+    for (const char c : text) {
+        if (std::string_view(" \t\r\n\v\f").find(c) != std::string_view::npos) continue;
+        client += c;
+        if (client.size() < length) continue;
+        form.hasEntry = true;
+        form.isList = form.isList && isClientText(client);
+        client.clear();
     }
-    form.isList = form.hasEntry;
+    form.isList = form.isList && form.hasEntry;
+    if (!client.empty()) drop(form, "a last client that is cut");
     return form;
 }
 

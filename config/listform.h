@@ -8,11 +8,11 @@
 #include <vector>
 
 struct ListForm {
-    bool isList = true;  // records of its kind, or nothing but comments
+    bool isList = true;  // records of its kind that are read as they stand, or nothing but comments
     bool hasEntry = false;
-    // What the text has beside its entries and a save would drop: "a cut last record", "a comment"; empty:
-    // nothing.
-    std::string dropped;
+    // What the text has beside its entries, or in place of a value, and a save would drop: "a comment", "a
+    // value in record 2 that is no number of its kind". Each once.
+    std::vector<std::string> dropped;
 };
 
 // The form of a text as the list of one kind. Entries of another kind make it none.

@@ -39,6 +39,12 @@ int openLockFile() {
     return descriptor;
 }
 
+// It is written to: a further name of some other file is none, and neither is a pipe.
+bool isLockFile(int descriptor) {
+    struct stat status {};
+    return ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink <= 1;
+}
+
 bool standsAtItsPlace(int descriptor, struct stat& held) {
     struct stat found {};
     return ::fstat(descriptor, &held) == 0 &&
@@ -77,6 +83,10 @@ int ConfigurationLock::take(const std::string& program, std::chrono::millisecond
     if (held()) return 0;
     const int descriptor = openLockFile();
     if (descriptor < 0) return errno;
+    if (!isLockFile(descriptor)) {
+        ::close(descriptor);
+        return EPERM;
+    }
     Clock::time_point deadline = Clock::now() + patience;
     bool ending = false;
     while (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {

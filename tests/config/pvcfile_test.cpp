@@ -5,6 +5,7 @@
 #include "fixture.h"
 #include "tests/support/logcapture.h"
 
+#include <fmt/ranges.h>
 #include <gmock/gmock.h>
 #include <sstream>
 
@@ -115,23 +116,28 @@ TEST(PvcFile, WhatIsAListOfItsKind) {
         {routedPvcs, "[PVC\nVC=1 #" + std::string(90, 'x') + "\nAddr=10.0.0.1\nEncap=1\nBcast=0\nRate=7\n]\n",
          true, true, "a comment"},
         {routedPvcs, "[PVC\nVC=70077\nAddr=10.0.0.1\nEncap=1\nBcast=0\nRate=7\n]\n", true, true,
-         "a value that is no number of its kind"},
+         "a value in record 1 that is no number of its kind"},
         {routedPvcs, "[PVC\nVC=1\nAddr=10.0.0.1\nEncap=1\nBcast=0\nRate=7k\n]\n", true, true,
-         "a value that is no number of its kind"},
+         "a value in record 1 that is no number of its kind"},
         {routedPvcs, "[PVC\nVC=-25536\nAddr=bridge7\nEncap=1\nBcast=0\nRate=7\n]\n", true, true,
-         "a value that is no address of its kind"},
+         "a value in record 1 that is no address of its kind"},
         {routedPvcs, "[PVC\nVC=1\nAddr=10.0.0.1\nVC=2\nBcast=0\nRate=7\n]\n", true, true,
-         "a value that a record has twice"},
+         "a value in record 1 that is there twice"},
         {routedPvcs, written + "[PVC\nVC=1\n", true, true, "a last record that is cut"},
         {routedPvcs, "[PVC\nVC=1\n", true, false, "a last record that is cut"},
         {clients, clientText, true, true},
         {clients, "00a03e000001/00 00a03e000002/01", true, true},
+        {clients, "00a03e0000 01/00", true, true},
         {clients, "# none\n", true, false, "a comment"},
         {clients, "", true, false},
         {clients, std::string(clientText) + "00a03e00", true, true, "a last client that is cut"},
-        {clients, std::string(clientText) + "server 3\n", true, true, "a word that is no client"},
-        {clients, record, false, false, "a word that is no client"},
-        {clients, "00a03e000001\n", false, false, "a word that is no client"},
+        // Text among clients makes others of them.
+        {clients, "# my list\n" + std::string(clientText), false, true},
+        {clients, "00a03e000001/00 # printer\n" + std::string(clientText), false, true},
+        {clients, record, false, true},
+        {clients, "00a03e000001\n", false, false},
+        {routedPvcs, "# lab\n" + record + "[PVC\nVC=1\nAddr=x\nEncap=1\nBcast=0\nRate=7\n]\n", true, true,
+         "a comment; a value in record 2 that is no address of its kind"},
     };
     for (const auto& c : cases) {
         const ListForm form = c.kind == routedPvcs    ? listForm(c.text, std::vector<AtmRoutedPvc>())
@@ -140,7 +146,7 @@ TEST(PvcFile, WhatIsAListOfItsKind) {
         EXPECT_EQ(form.isList, c.isList) << c.text;
         EXPECT_EQ(form.hasEntry, c.hasEntry) << c.text;
         if (c.isList) {
-            EXPECT_EQ(form.dropped, c.dropped) << c.text;
+            EXPECT_EQ(fmt::format("{}", fmt::join(form.dropped, "; ")), c.dropped) << c.text;
         }
     }
     for (const char* name : {"/etc/atm/x", "/etc/atm/lists/x", "/etc/atm/../atm/./x"})

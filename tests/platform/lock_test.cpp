@@ -58,4 +58,9 @@ TEST(ConfigurationLock, WhatStandsInTheFileIsNotBelieved) {
     std::filesystem::remove(root.at(ConfigurationLock::file));
     std::filesystem::create_symlink("/etc/passwd", root.at(ConfigurationLock::file));
     EXPECT_EQ(ConfigurationLock().take("x", 0ms), ELOOP);
+    std::filesystem::remove(root.at(ConfigurationLock::file));
+    root.write("/etc/other", "of somebody");
+    std::filesystem::create_hard_link(root.at("/etc/other"), root.at(ConfigurationLock::file));
+    EXPECT_EQ(ConfigurationLock().take("x", 0ms), EPERM);
+    EXPECT_EQ(root.read("/etc/other"), "of somebody");
 }
