@@ -159,11 +159,11 @@ void saveUnsavedListsAsking(zWindow& parent, Configuration& configuration) {
     }
 }
 
-void saveUnsavedLists(Configuration& configuration) {
+void saveUnsavedLists(Configuration& configuration, std::chrono::milliseconds patience) {
     for (int adapter = 0; adapter < adapterCount; ++adapter) {
         if (!configuration.unsavedLists(adapter).empty()) {
             AdapterChange change(configuration, unsavedListsOf(configuration, adapter));
-            change.finishAlone();
+            change.finishAlone(patience);
             for (const std::string& note : change.result().notes) print(adapter, note);
         }
         for (const std::string& name : configuration.listsWithoutFile(adapter))

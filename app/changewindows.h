@@ -5,6 +5,7 @@
 #include "change/adapterchange.h"
 #include "toolkit/window/window.h"
 
+#include <chrono>
 #include <deque>
 #include <functional>
 #include <optional>
@@ -47,5 +48,7 @@ class ChangeWindows {
 // Lists that the driver has and no file: at the end of a run, as long as windows can ask and say something.
 void saveUnsavedListsAsking(zWindow& parent, Configuration& configuration);
 
-// The same without windows. What is not saved stands on standard error.
-void saveUnsavedLists(Configuration& configuration);
+// The same without windows; `patience`: with others who hold the lock. What is not saved stands on standard
+// error.
+void saveUnsavedLists(Configuration& configuration,
+                      std::chrono::milliseconds patience = std::chrono::seconds(5));

@@ -37,7 +37,8 @@ DMainDlg::DMainDlg(zApplication& application, const zLayout& layout)
 DMainDlg::~DMainDlg() {
     DriverChannel::onLost = nullptr;
     application().onConnectionLost = nullptr;
-    saveUnsavedLists(configuration_);
+    // Who was asked does not wait once more.
+    saveUnsavedLists(configuration_, std::chrono::seconds(askedAboutLists_ ? 0 : 5));
     statistics_.clear();  // some may ask over the channel
     ioctlDesc.close();
 }
@@ -140,6 +141,7 @@ void DMainDlg::clickedStatsBTN() {
 
 void DMainDlg::clickedCloseBTN() {
     saveUnsavedListsAsking(*this, configuration_);
+    askedAboutLists_ = true;
     application().quit();
 }
 

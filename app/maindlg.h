@@ -51,6 +51,7 @@ class DMainDlg : public zFormDialog {
     Configuration configuration_{"tarvolin"};
     aalInfo adapterQuery_;
     bool asked_ = false;                                  // setup() has been called
+    bool askedAboutLists_ = false;                        // that wait, at the end
     int chosen_ = 0;                                      // the adapter that was selected last
     std::vector<FoundAdapter> adapters_;                  // by list position
     std::vector<std::unique_ptr<DStatsDlg>> statistics_;  // those that are open

@@ -8,17 +8,15 @@
 #include <cerrno>
 #include <cstring>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <type_traits>
-
-using namespace std::chrono_literals;
 
 namespace {
 
-constexpr std::chrono::milliseconds patience = 5s;
 constexpr std::size_t mostLines = 20;  // of a question
 constexpr int mostTries = 20;          // as others write: each takes milliseconds
 
-std::string answers(const char* ok, const char* cancel) {
+std::string answers(std::string_view ok, std::string_view cancel) {
     return fmt::format("\n\nOK {}. Cancel {}.", ok, cancel);
 }
 
@@ -61,9 +59,9 @@ std::optional<Question> AdapterChange::run() {
     }
     for (int tries = 1;; ++tries) {
         std::string failed;
-        const int error = configuration_.lock(patience, failed);
+        const int error = configuration_.lock(patience_, failed);
         if (error == EWOULDBLOCK || (error == EINTR && platform::endAsked())) {
-            if (!alone_ && !order_.last && error == EWOULDBLOCK) return lockQuestion();
+            if (!alone_ && error == EWOULDBLOCK) return lockQuestion();
             giveUp();
             return {};
         }
@@ -99,12 +97,15 @@ void AdapterChange::fail(const std::string& file, const std::string& reason) {
 
 std::optional<Question> AdapterChange::lockQuestion() {
     asked_ = Ask::lock;
-    const bool lists = !configuration_.unsavedLists(order_.adapter).empty();
+    const std::vector<std::string> lists = configuration_.unsavedLists(order_.adapter);
+    const std::string cancel =
+        order_.last       ? fmt::format("ends without saving the lists of {}", fmt::join(lists, ", "))
+        : order_.settings ? "gives your changes up"
+                          : "saves your lists later";
     return Question{"Configuration Busy",
                     fmt::format("The configuration is being changed by {}.{}{}", configuration_.holder(),
-                                answers("waits for it again",
-                                        order_.settings ? "gives your changes up" : "saves your lists later"),
-                                order_.settings && lists
+                                answers("waits for it again", cancel),
+                                order_.settings && !lists.empty()
                                     ? "\nWhat the driver has of your lists already is saved later."
                                     : "")};
 }
@@ -145,7 +146,8 @@ void AdapterChange::giveUp() {
     });
 }
 
-void AdapterChange::finishAlone() {
+void AdapterChange::finishAlone(std::chrono::milliseconds patience) {
     alone_ = true;
+    patience_ = patience;
     if (!result_.givenUp) run();
 }

@@ -29,7 +29,7 @@ struct ChangeOrder {
     bool driver = false;      // there is a driver
     std::vector<SentRequest> requests = {};  // that the dialog has sent
     std::string display = {};                // of the X server, for the history
-    bool last = false;                       // there is no later time for what waits for the lock
+    bool last = false;                       // at the end of the run: lists cannot wait for a later save
 };
 
 struct ChangeResult {
@@ -59,12 +59,14 @@ class AdapterChange {
     void answer(bool ok);
 
     // To be called in place of run() when nobody can be asked any more: takes the file's side where both have
-    // changed something, and gives up when the lock is not free.
-    void finishAlone();
+    // changed something, and gives up when the lock is not free in time.
+    void finishAlone(std::chrono::milliseconds patience = usualPatience);
 
     const ChangeResult& result() const { return result_; }
 
   private:
+    static constexpr std::chrono::seconds usualPatience{5};  // with others who hold the lock
+
     enum class Ask { nothing, lock, conflicts };
 
     struct Round;
@@ -100,6 +102,7 @@ class AdapterChange {
     bool driverStopped_ = false;  // nothing more is sent
     bool driverLost_ = false;     // there is none to run anything
     Ask asked_ = Ask::nothing;
+    std::chrono::milliseconds patience_ = usualPatience;
     bool alone_ = false, done_ = false;
     ChangeResult result_;
 };

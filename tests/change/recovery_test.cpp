@@ -2,6 +2,7 @@
 #include "administrator.h"
 #include "change/fileset.h"
 #include "change/saverecord.h"
+#include "tests/support/failingfiles.h"
 #include "tests/support/logsocket.h"
 #include "tests/support/simulator.h"
 #include "tests/support/temproot.h"
@@ -90,6 +91,20 @@ TEST_F(Recovery, TheSavesVersionOfAnEditedFileStaysBesideIt) {
         EXPECT_EQ(root.read(list), "edited before " + content);
         EXPECT_EQ(root.read(kept), content);
     }
+}
+
+// What cannot be kept is not given up: the next one who takes the lock tries again.
+TEST_F(Recovery, AVersionThatCannotBeKeptHoldsItUp) {
+    leave({replacement(list, "of the save")});
+    root.write(list, "edited");
+    std::vector<std::string> notes;
+    {
+        FailingFiles failing;
+        failing.failAt(1, EIO, FileCall::rename);
+        EXPECT_EQ(recoverFiles(at("/etc/atm/.tarvolin-save"), notes), EIO);
+    }
+    EXPECT_THAT(recover(), ElementsAre(HasSubstr("pvcconf0.0.unsaved.")));
+    EXPECT_EQ(root.read("/etc/atm/pvcconf0.0.unsaved"), "of the save");
 }
 
 TEST_F(Recovery, WhatItPutsIntoForceIsToldToSyslog) {

@@ -250,3 +250,26 @@ TEST_F(OthersTest, ListsThatWaitAreAskedAboutBeforeTheRunEnds) {
     EXPECT_EQ(root.read(lecList).find("=100"), std::string::npos);
     EXPECT_NE(root.read(lecList).find("=204"), std::string::npos);
 }
+
+TEST_F(OthersTest, WhoEndsWhileTheLockIsHeldIsAskedOnceAndToldWhatIsLost) {
+    start("1");
+    const Holder holder;
+    expectBoxes({"Configuration Busy"}, "Escape", [&] {
+        addPvc();
+        press(cancelBTN);
+    });
+    testing::internal::CaptureStderr();
+    const auto boxes = boxesOf(
+        [&] {
+            user->click(user->widget(closeBTN));
+            EXPECT_EQ(application.run(), 0);
+        },
+        "Escape");
+    EXPECT_EQ(boxes, Names{"Configuration Busy"});
+    EXPECT_THAT(boxText, testing::EndsWith("Cancel ends without saving the lists of LEC 1."));
+    const auto began = std::chrono::steady_clock::now();
+    window.reset();
+    EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(2));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "tarvolin: adapter 1: the list of LEC 1 is not saved, the driver has it\n");
+}
