@@ -47,6 +47,8 @@ struct Request {
     std::function<void(const std::string&)> arrived;
     bool utf8 = true;
 
+    explicit Request(std::function<void(const std::string&)> handler) : arrived(std::move(handler)) {}
+
     static void send(Widget widget, std::unique_ptr<Request> request, Time time) {
         const Atom target = request->utf8 ? atom(widget, "UTF8_STRING") : XA_STRING;
         XtGetSelectionValue(widget, atom(widget, "CLIPBOARD"), target, answered, request.release(), time);
