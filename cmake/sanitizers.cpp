@@ -21,7 +21,8 @@ const char* __lsan_default_options() {
 
 // What the libraries never free: see doc/libraries.md.
 const char* __lsan_default_suppressions() {
-    return "leak:libfontconfig.so\nleak:XtOwnSelection\nleak:XtDisownSelection\nleak:XtOpenDisplay\n"
+    return "leak:libfontconfig.so\nleak:XtOwnSelection\nleak:XtDisownSelection\nleak:"
+           "XtGetSelectionValue\nleak:XtOpenDisplay\n"
            "leak:_XmGetPixmapBasedGC\nleak:_XmTextFieldReplaceText\n";
 }
 }

@@ -191,6 +191,8 @@ TEST_F(ControlsTest, ADropDownListEndsAtItsEndsAndTellsOnlyWhatIsChosen) {
         {1, {"Down", "Return"}, 2, "list 2 ok "},
         {0, {"^Down", "Down", "Down", "Down", "Return"}, 2, "list 2 "},
         {2, {"^Down", "Up", "Up", "Up", "^Up"}, 0, "list 0 "},
+        {1, {"^Down", "Return"}, 1, ""},
+        {1, {"^Down", "KP_Enter", "^Down", "Down", "KP_Enter"}, 2, "list 2 "},
         {0, {"^Down", "Down", "Escape"}, 0, ""},
         {0, {"^Down", "Down", "Escape", "Return"}, 0, "ok "},
         {-1, {"Down", "Tab"}, 0, "list 0 "},

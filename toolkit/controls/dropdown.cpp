@@ -26,7 +26,10 @@ struct zDropDown::Handlers {
         KeySym symbol = NoSymbol;
         XtTranslateKeycode(key.display, static_cast<KeyCode>(key.keycode), key.state, &used, &symbol);
         if (symbol == osfXK_Cancel) control.cancelled_ = control.open_;
-        if ((symbol == XK_Return || symbol == XK_KP_Enter) && !control.open_) control.changed();
+        if (symbol == XK_Return || symbol == XK_KP_Enter || symbol == osfXK_Activate) {
+            control.changed();  // unless it is open
+            return false;
+        }
         if (key.state & ControlMask) return false;  // opens and closes the list
         const int position = control.selected();
         return (symbol == osfXK_Down && position == control.count_ - 1) ||
@@ -53,9 +56,6 @@ zDropDown::zDropDown(Widget board, const zRect& place, const zControlRow& row)
     XtVaSetValues(text, XmNmarginHeight, zCentredMargin(text, place.height - 4), nullptr);
     zSetGeometry(widget(), place);
 
-    static const XtTranslations keys = XtParseTranslationTable(
-        "<Key>osfActivate: CBDropDownList()\n<Key>Return: CBDropDownList()\n<Key>KP_Enter: CBDropDownList()");
-    XtOverrideTranslations(part("*List"), keys);
     for (const char* name : {"*Text", "*List"})
         XtInsertEventHandler(part(name), KeyPressMask | FocusChangeMask, False, Handlers::event, this,
                              XtListHead);
