@@ -65,7 +65,9 @@ TEST_F(TypingTest, AWholeAddressFillsBothHalvesOnEveryPageThatHasThem) {
 }
 
 TEST_F(TypingTest, TheVciThatIsTypedIsTheOneThatTheDriverGets) {
+    bridgedPvcXferBuffer = {};  // the dialog begins with what it was left with
     start();
+    told();
     configure([&] {
         inSubDialog(addBTN, "lecPvc", [&] {
             XmProcessTraversal(named(pvcVciED), XmTRAVERSE_CURRENT);
