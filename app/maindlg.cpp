@@ -11,6 +11,7 @@
 #include "toolkit/controls/listbox.h"
 #include "toolkit/window/messagebox.h"
 #include "ui/global/globldlg.h"
+#include "ui/manual.h"
 
 #include <algorithm>
 #include <fcntl.h>
@@ -52,6 +53,7 @@ void DMainDlg::connect() {
     control<zBitmapButton>(statsBTN).onClick = [this] { clickedStatsBTN(); };
     control<zBitmapButton>(globalBTN).onClick = [this] { clickedGlobalBTN(); };
     onKey("F5", [this] { setup(); });
+    offerManual(*this);
     onClose = [this] { clickedCloseBTN(); };
 }
 

@@ -1,11 +1,13 @@
 #include "ui/subdialog.h"
 
 #include "toolkit/controls/button.h"
+#include "ui/manual.h"
 
 SubDialog::SubDialog(zWindow& parent, const zLayout& layout) : zFormDialog(parent, layout) {
     control<zBitmapButton>(subOkBTN).onClick = [this] { clickedOkBTN(); };
     control<zBitmapButton>(subCancelBTN).onClick = [this] { clickedCancelBTN(); };
     onClose = [this] { clickedCancelBTN(); };
+    offerManual(*this);
 }
 
 void SubDialog::clickedOkBTN() {

@@ -10,6 +10,7 @@
 #include "toolkit/controls/notebook.h"
 #include "toolkit/controls/statics.h"
 #include "toolkit/controls/tabstrip.h"
+#include "toolkit/controls/textview.h"
 #include "toolkit/table/table.h"
 
 #include <algorithm>
@@ -44,6 +45,7 @@ constexpr Maker makers[] = {
     {zKind::tabStrip, make<zTabStrip>},
     {zKind::notebook, make<zNotebook>},
     {zKind::table, make<zTable>},
+    {zKind::textView, make<zTextView>},
     {zKind::frame, make<zFrame>},
 };
 constexpr std::size_t indexOf(zKind kind) {

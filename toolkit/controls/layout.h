@@ -28,7 +28,8 @@ enum class zKind {
     tabStrip,      // tabs without pages: one of its items is selected
     notebook,      // tabs with pages, each with its own layout
     table,
-    frame,  // a separator line, vertical if the width is at most 1 unit
+    textView,  // a long text to read
+    frame,     // a separator line, vertical if the width is at most 1 unit
 };
 
 enum zStyle : unsigned {

@@ -26,7 +26,7 @@ class zDisplayCache {
     Cursor cursor(int shape);                            // of the cursor font
     XftFont* font(int screen, const std::string& name);  // null: there is none
 
-    // The render table "plain", "bold" or "small", from X resources such as Tarvolin*bold*fontName.
+    // The render table "plain", "bold", "small" or "fixed", from X resources such as Tarvolin*bold*fontName.
     XmRenderTable renderTable(Widget widget, const std::string& name);
 
     // By what it shows: its number in the picture table and the background colour, or what it is drawn of.

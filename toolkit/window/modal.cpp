@@ -32,7 +32,9 @@ void zRunModal(zApplication& application, Widget shell, Widget board, const bool
 }
 
 bool zBlockedByModal(Widget shell) {
-    if (!topmost || topmost == shell) return false;
+    if (!topmost) return false;
+    for (Widget above = shell; above; above = XtParent(above))
+        if (above == topmost) return false;
     XRaiseWindow(XtDisplay(topmost), XtWindow(topmost));
     return true;
 }

@@ -10,6 +10,6 @@ Widget zCreateModalShell(const char* name, Widget parent);
 // ends, then unmaps it. Meanwhile the other windows take no input.
 void zRunModal(zApplication& application, Widget shell, Widget board, const bool& done);
 
-// True while another modal dialog is open, which is then raised: requests of the window manager for `shell`
-// are to be ignored.
+// True while a modal dialog is open that `shell` neither is nor belongs to; it is then raised: requests of
+// the window manager for `shell` are to be ignored.
 bool zBlockedByModal(Widget shell);

@@ -114,6 +114,14 @@ struct zFormDialog::Painting {
     }
 };
 
+// A control passes the key on to the manager that holds it, up to one that has such a callback.
+struct zFormDialog::Help {
+    static void asked(Widget, XtPointer self, XtPointer) {
+        const auto handler = static_cast<zFormDialog*>(self)->help_;
+        handler();
+    }
+};
+
 zFormDialog::zFormDialog(zApplication& application, const zLayout& layout)
     : zWindow(application), layout_(layout) {
     shell_ = application.createShell(layout.name);
@@ -121,11 +129,13 @@ zFormDialog::zFormDialog(zApplication& application, const zLayout& layout)
     XtManageChild(board_->widget());
 }
 
-zFormDialog::zFormDialog(zWindow& parent, const zLayout& layout)
+zFormDialog::zFormDialog(zWindow& parent, const zLayout& layout, zModality modality)
     : zWindow(parent.application()), layout_(layout) {
     shell_ = zCreateModalShell(layout.name, parent.shell());
     build(layout);
-    XtVaSetValues(board_->widget(), XmNdialogStyle, XmDIALOG_FULL_APPLICATION_MODAL, nullptr);
+    const bool modal = modality == zModality::modal;
+    XtVaSetValues(board_->widget(), XmNdialogStyle,
+                  modal ? XmDIALOG_FULL_APPLICATION_MODAL : XmDIALOG_MODELESS, nullptr);
 }
 
 void zFormDialog::build(const zLayout& layout) {
@@ -143,6 +153,8 @@ void zFormDialog::build(const zLayout& layout) {
 }
 
 zFormDialog::~zFormDialog() {
+    beside_.reset();
+    if (help_) XtRemoveCallback(board_->widget(), XmNhelpCallback, Help::asked, this);
     painting_.reset();
     keys_.clear();
     XtRemoveEventHandler(board_->widget(), ExposureMask, False, Painting::begins, this);
@@ -172,8 +184,19 @@ void zFormDialog::onKey(const char* name, std::function<void()> pressed) {
     keys_.push_back(std::make_unique<Key>(shell_, name, std::move(pressed)));
 }
 
+void zFormDialog::onHelp(std::function<void()> asked) {
+    if (!help_) XtAddCallback(board_->widget(), XmNhelpCallback, Help::asked, this);
+    help_ = std::move(asked);
+}
+
+void zFormDialog::openBeside(std::unique_ptr<zFormDialog> dialog) {
+    beside_ = std::move(dialog);
+    beside_->show();
+}
+
 void zFormDialog::show() {
     realize();
+    XtManageChild(board_->widget());
     if (onPainted) XtAddEventHandler(board_->widget(), ExposureMask, False, Painting::begins, this);
     if (isMain_) setCommand(shell_, application());
     if (place_.empty()) zCentreShell(shell_);
@@ -184,4 +207,5 @@ void zFormDialog::runModal() {
     realize();
     done_ = false;
     zRunModal(application(), shell_, board_->widget(), done_);
+    beside_.reset();
 }

@@ -43,11 +43,13 @@ class zWindow {
     int cursor_ = zArrowCursor;
 };
 
-// A window built from a layout: a top-level window, or a modal dialog with a parent window.
+enum class zModality { modal, modeless };
+
+// A window built from a layout: a top-level window, or a dialog with a parent window.
 class zFormDialog : public zWindow {
   public:
     zFormDialog(zApplication& application, const zLayout& layout);
-    zFormDialog(zWindow& parent, const zLayout& layout);
+    zFormDialog(zWindow& parent, const zLayout& layout, zModality modality = zModality::modal);
     ~zFormDialog() override;
 
     // Makes it the program's main window: -geometry, -title and -iconic act on it, and session managers learn
@@ -56,6 +58,11 @@ class zFormDialog : public zWindow {
 
     // Centres the window on the screen, unless the user has given a place, and shows it.
     void show();
+
+    // Shows a modeless dialog of this window in place of the one before. It takes input while this window
+    // does, and goes with it.
+    void openBeside(std::unique_ptr<zFormDialog> dialog);
+    void closeBeside() { beside_.reset(); }  // the dialog itself may call it
 
     // Shows the dialog until endModal() is called or the application ends, then unmaps it. Meanwhile the
     // other windows take no input and ignore requests to close them.
@@ -76,11 +83,17 @@ class zFormDialog : public zWindow {
     // control of the board has the focus. Presses that come while it runs are dropped.
     void onKey(const char* name, std::function<void()> pressed);
 
+    // Calls `asked` for the help key (F1), whatever has the focus, also on pages that are created later.
+    void onHelp(std::function<void()> asked);
+
+    const char* name() const { return layout_.name; }
+
   protected:
     // Creates the windows. Call it when the board is complete, before the window is shown for the first time.
     void realize();
 
   private:
+    struct Help;
     struct Key;
     struct Painting;
 
@@ -90,6 +103,8 @@ class zFormDialog : public zWindow {
     std::unique_ptr<zBoard> board_;
     std::unique_ptr<zAfterPainting> painting_;
     std::vector<std::unique_ptr<Key>> keys_;
+    std::function<void()> help_;
+    std::unique_ptr<zFormDialog> beside_;
     bool realized_ = false;
     bool done_ = false;
     bool isMain_ = false;

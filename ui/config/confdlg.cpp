@@ -15,6 +15,7 @@
 #include "ui/config/lespage.h"
 #include "ui/config/siglayout.h"
 #include "ui/config/signalpage.h"
+#include "ui/manual.h"
 #include "ui/subdialog.h"
 
 #include <fcntl.h>
@@ -68,6 +69,7 @@ DConfigDlg::DConfigDlg(zWindow& parent) : zFormDialog(parent, frame) {
     control<zBitmapButton>(okBTN).onClick = [this] { onOk(); };
     control<zBitmapButton>(cancelBTN).onClick = [this] { onCancel(); };
     onClose = [this] { onCancel(); };
+    offerManual(*this);
     parent.setCursor(zArrowCursor);
 }
 

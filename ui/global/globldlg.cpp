@@ -7,6 +7,7 @@
 #include "toolkit/controls/button.h"
 #include "toolkit/window/messagebox.h"
 #include "ui/global/globlids.h"
+#include "ui/manual.h"
 #include "ui/subdialog.h"
 
 #include <fcntl.h>
@@ -40,6 +41,7 @@ DGlobalDlg::DGlobalDlg(zWindow& parent) : zFormDialog(parent, frame), traces_(io
     control<zBitmapButton>(globalOkBTN).onClick = [this] { onOk(); };
     control<zBitmapButton>(globalCancelBTN).onClick = [this] { onCancel(); };
     onClose = [this] { onCancel(); };
+    offerManual(*this);
 }
 
 int DGlobalDlg::onOk() {

@@ -5,6 +5,7 @@
 #include "resources/pictureids.h"
 #include "toolkit/controls/button.h"
 #include "toolkit/controls/statics.h"
+#include "ui/manual.h"
 #include "ui/stats/aal5page.h"
 #include "ui/stats/ip1577page.h"
 #include "ui/stats/lecsstatspage.h"
@@ -79,6 +80,7 @@ DStatsDlg::DStatsDlg(zWindow& parent)
     board().control<zBitmapButton>("clear").onClick = [this] { onOk(); };
     board().control<zBitmapButton>("close").onClick = [this] { onCancel(); };
     onClose = [this] { onCancel(); };
+    offerManual(*this);
     parent.setCursor(zArrowCursor);
     setTitle(("Statistics " + dlgTitle).substr(0, longestTitle));
     show();
