@@ -1,6 +1,7 @@
 #include "toolkit/controls/lampface.h"
 
 #include "toolkit/display/displaycache.h"
+#include "toolkit/library/pixmaps.h"
 
 #include <algorithm>
 #include <array>
@@ -83,5 +84,7 @@ Pixmap zDrawnLamp(Widget lamp, const zLampFace& face) {
     if (face.shape == zLampShape::lit) drawing.check();
     if (face.shape == zLampShape::unlit) drawing.ring();
     if (face.shape == zLampShape::greyed) drawing.dash();
-    return pixmap = drawing.made();
+    pixmap = drawing.made();
+    zKnowPixmap(lamp, pixmap, static_cast<unsigned>(face.width), static_cast<unsigned>(face.height));
+    return pixmap;
 }
