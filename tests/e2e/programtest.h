@@ -31,7 +31,7 @@ inline const Names nothing;
 // The widget library remembers its first display for good: one for all tests of the process.
 struct ProgramDesk {
     static inline const char *screen = "1280x1024x24", *visualClass = "4";  // as XServer takes them
-    static inline Names arguments;                                         // of the program
+    static inline Names arguments;                                          // of the program
     XServer server{screen, visualClass};
     zApplication application{"tarvolin", "Tarvolin", arguments, fallbackResources};
     bool open = application.openDisplay();
