@@ -15,7 +15,13 @@ using Words = std::vector<std::string>;
 // A second client, to which windows are what the server says of them.
 struct Onlooker {
     Display* display = XOpenDisplay(nullptr);
-    ~Onlooker() { XCloseDisplay(display); }
+    // Windows of the last tool may go while they are looked at.
+    XErrorHandler before = XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
+
+    ~Onlooker() {
+        XCloseDisplay(display);
+        XSetErrorHandler(before);
+    }
 
     // The tool's window with this title, or 0 when none comes up.
     Window window(std::string_view title) const {

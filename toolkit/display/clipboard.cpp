@@ -12,13 +12,9 @@ namespace {
 
 std::string held;  // what this application has copied
 
-// The hidden shell above all windows, which lives as long as the display. Selections need its window.
+// The hidden shell above all windows, which lives as long as the display.
 Widget owner(Widget widget) {
     while (XtParent(widget)) widget = XtParent(widget);
-    if (!XtIsRealized(widget)) {
-        XtVaSetValues(widget, XtNwidth, 1, XtNheight, 1, nullptr);
-        XtRealizeWidget(widget);
-    }
     return widget;
 }
 
