@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr std::uint8_t errorPacket = 0, replyPacket = 1, genericEvent = 35, queryExtension = 98;
+constexpr std::uint8_t replyPacket = 1, genericEvent = 35, queryExtension = 98;
 
 // The core requests that have a reply.
 const std::map<std::uint8_t, const char*> coreNames{

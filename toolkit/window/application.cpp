@@ -202,9 +202,9 @@ bool zApplication::openDisplay() {
         XtGetApplicationNameAndClass(connection_->display, &name, &ofClass);
         const zKeyboardTable keys(
             connection_->display);  // the library reads its own keys with its first widget
-        connection_->root =
-            XtVaAppCreateShell(name, ofClass, applicationShellWidgetClass, connection_->display, XmNwidth, 1,
-                               XmNheight, 1, XmNmappedWhenManaged, False, nullptr);
+        connection_->root = XtVaAppCreateShell(name, ofClass, applicationShellWidgetClass,
+                                               connection_->display, XmNwidth, 1, XmNheight, 1, XmNgeometry,
+                                               nullptr, XmNtitle, name, XmNmappedWhenManaged, False, nullptr);
         XtRealizeWidget(connection_->root);
         return true;
     }
