@@ -15,7 +15,6 @@ class Drawing {
           pixmap_(XCreatePixmap(display_, RootWindowOfScreen(XtScreen(lamp)), unsignedOf(face.width),
                                 unsignedOf(face.height), unsignedOf(DefaultDepthOfScreen(XtScreen(lamp))))),
           gc_(XCreateGC(display_, pixmap_, 0, nullptr)) {
-        zKnowPixmap(lamp, pixmap_, unsignedOf(face.width), unsignedOf(face.height));
         XSetForeground(display_, gc_, face.glass);
         XFillRectangle(display_, pixmap_, gc_, 0, 0, unsignedOf(face.width), unsignedOf(face.height));
         XSetForeground(display_, gc_, face.frame);
