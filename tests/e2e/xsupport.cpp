@@ -139,6 +139,18 @@ void XUser::clickAt(Widget target, int x, int y, int times) {
     settle();
 }
 
+void XUser::rightClickAt(Widget target, int x, int y) {
+    rightButton(target, x, y, true);
+    rightButton(target, x, y, false);
+    settle();
+}
+
+void XUser::rightButton(Widget target, int x, int y, bool down) {
+    pressButton(target, x, y, 0);
+    XTestFakeButtonEvent(display_, Button3, down, 0);
+    XSync(display_, False);
+}
+
 void XUser::click(Widget target, int times) {
     Dimension width = 0, height = 0;
     XtVaGetValues(target, XtNwidth, &width, XtNheight, &height, nullptr);
@@ -313,6 +325,29 @@ std::string XUser::textOf(Widget field) {
     char* held = XmTextFieldGetString(field);
     std::string text = held;
     XtFree(held);
+    return text;
+}
+
+// As another client gets it.
+std::string XUser::clipboard() const {
+    const Window window = XCreateSimpleWindow(display_, DefaultRootWindow(display_), 0, 0, 1, 1, 0, 0, 0);
+    const Atom place = XInternAtom(display_, "PASTED", False);
+    XConvertSelection(display_, XInternAtom(display_, "CLIPBOARD", False),
+                      XInternAtom(display_, "UTF8_STRING", False), place, window, CurrentTime);
+    XEvent answer{};
+    std::string text;
+    const auto answered = [&] { return XCheckTypedWindowEvent(display_, window, SelectionNotify, &answer); };
+    if (until([&] { return answered() == True; }) && answer.xselection.property != None) {
+        Atom type = None;
+        int format = 0;
+        unsigned long length = 0, rest = 0;
+        unsigned char* bytes = nullptr;
+        XGetWindowProperty(display_, window, place, 0, 1 << 20, True, AnyPropertyType, &type, &format,
+                           &length, &rest, &bytes);
+        if (bytes) text.assign(reinterpret_cast<char*>(bytes), length);
+        XFree(bytes);
+    }
+    XDestroyWindow(display_, window);
     return text;
 }
 

@@ -64,6 +64,8 @@ class XUser : public XInput {
 
     void click(Widget target, int times = 1);  // the middle
     void clickAt(Widget target, int x, int y, int times = 1);
+    void rightClickAt(Widget target, int x, int y);
+    void rightButton(Widget target, int x, int y, bool down);  // does not settle
     void pointAt(Widget target);
     void clickMiddle(Widget target);                                       // the button, near the left edge
     void key(const char* name, const char* held = nullptr);                // as pressKey(), and settles
@@ -91,6 +93,7 @@ class XUser : public XInput {
     std::map<unsigned, int> colours(Widget target, int left = 0, int top = 0) const;
     int darkest(Widget target, int left = 0, int top = 0) const;  // brightness of one of them, 0 to 255
     static std::vector<std::string> cutTexts(zTable& table);      // that have no room in their cells
+    std::string clipboard() const;                                // "" without an owner
     std::string tooltipOf(Widget control);  // after the pointer has come to rest on it; empty: it has none
 
   private:

@@ -3,14 +3,14 @@
 #include "tests/toolkit/desk.h"
 #include "toolkit/table/table.h"
 
-#include <X11/Xatom.h>
 #include <Xm/Xm.h>
 #include <fmt/format.h>
-#include <optional>
 
 namespace {
 
-constexpr zControlRow rows[] = {{.id = 30, .kind = zKind::table, .place = {4, 4, 120, 60}}};
+constexpr zControlRow rows[] = {
+    {.id = 30, .kind = zKind::table, .place = {4, 4, 120, 60}},
+    {.id = 31, .kind = zKind::bitmapButton, .place = {4, 70, 40, 14}, .text = "Other"}};
 constexpr zLayout layout{
     .id = 1, .name = "tables", .caption = "Tables", .width = 130, .height = 90, .rows = rows};
 
@@ -163,6 +163,39 @@ TEST_F(TableTest, KeyboardAndMouseMoveTheActiveCell) {
     EXPECT_EQ(table.activeCell(), (zTableLoc{0, 0}));
 }
 
+// The active cell is outlined, and the table is framed, as long as it has the focus of its window.
+TEST_F(TableTest, TheFocusIsShownWhileItIsThere) {
+    const auto dark = [this] {
+        user.settle();
+        return user.colours(table.outermost())[0];
+    };
+    Widget other = user.widget("id31");
+    XmProcessTraversal(other, XmTRAVERSE_CURRENT);
+    table.setActiveCell({2, 2});
+    const int without = dark();
+    user.pointAt(table.widget());
+    EXPECT_EQ(dark(), without);
+    XmProcessTraversal(table.widget(), XmTRAVERSE_CURRENT);
+    const int with = dark();
+    EXPECT_GT(with, without + 2 * 60);
+    user.pointAt(other);
+    EXPECT_EQ(dark(), with);
+    XmProcessTraversal(other, XmTRAVERSE_CURRENT);
+    EXPECT_EQ(dark(), without);
+
+    XSetInputFocus(display, PointerRoot, RevertToNone, CurrentTime);  // the focus is with the pointer
+    user.pointAt(other);
+    EXPECT_EQ(dark(), without);
+    user.pointAt(table.widget());
+    EXPECT_EQ(dark(), without) << "the pointer is over the table, the focus of the window is not";
+    user.focus(window.shell());
+
+    table.resize(3, 0);
+    const int empty = dark();
+    XmProcessTraversal(table.widget(), XmTRAVERSE_CURRENT);
+    EXPECT_GT(dark(), empty + 100) << "without a cell to outline";
+}
+
 TEST_F(TableTest, RowsThatComeAndGoLeaveTheViewWhereItWasScrolled) {
     const auto firstRow = [this] {
         int value = 0;
@@ -190,17 +223,7 @@ TEST_F(TableTest, ControlCPutsLabelsAndRowsOnTheClipboard) {
     table.resize(2, 2);
     user.clickAt(table.widget(), 60, labelHeight() + 5);
     user.key("c", "Control_L");
-    std::optional<std::string> got;
-    const auto receive = [](Widget, XtPointer place, Atom*, Atom*, XtPointer value, unsigned long* length,
-                            int*) {
-        const char* text = static_cast<char*>(value);
-        *static_cast<std::optional<std::string>*>(place) = std::string(text, text ? *length : 0);
-        XtFree(static_cast<char*>(value));
-    };
-    XtGetSelectionValue(window.shell(), XInternAtom(display, "CLIPBOARD", False),
-                        XInternAtom(display, "UTF8_STRING", False), receive, &got, CurrentTime);
-    EXPECT_TRUE(user.until([&] { return got.has_value(); }));
-    EXPECT_EQ(got, "\tLabel 1\tLabel 2\n1\t1/1\t2/1\n2\t1/2\t2/2\n");
+    EXPECT_EQ(user.clipboard(), "\tLabel 1\tLabel 2\n1\t1/1\t2/1\n2\t1/2\t2/2\n");
 }
 
 TEST_F(TableTest, TablesMayGrowToTheirLimitShrinkToNothingAndGoWhileDrawingIsDue) {

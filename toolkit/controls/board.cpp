@@ -10,6 +10,16 @@
 #include <fmt/format.h>
 #include <stdexcept>
 
+namespace {
+
+// Tables have menus, which nobody would look for.
+std::string withMenuHint(const char* tooltip) {
+    return tooltip ? std::string(tooltip) + " (right button or Menu key: menu)"
+                   : "Right button or Menu key: menu";
+}
+
+}  // namespace
+
 zBoard::zBoard(Widget parent, const char* name, const zLayout& layout) : layout_(layout) {
     const char* font = layout.font.weight > zFontRow::normal ? "bold" : "plain";
     zResources resources;
@@ -33,7 +43,10 @@ zBoard::zBoard(Widget parent, const char* name, const zLayout& layout) : layout_
         }
         if (row.style & zDefaultButton) XtVaSetValues(widget_, XmNdefaultButton, control.widget(), nullptr);
         if (row.style & zCancelButton) XtVaSetValues(widget_, XmNcancelButton, control.widget(), nullptr);
-        if (row.tooltip) tooltips_->add(control.outermost(), row.tooltip);
+        if (row.kind == zKind::table)
+            tooltips_->add(control.outermost(), withMenuHint(row.tooltip), zTooltips::Place::outside);
+        else if (row.tooltip)
+            tooltips_->add(control.outermost(), row.tooltip);
     }
 }
 

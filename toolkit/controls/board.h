@@ -46,6 +46,10 @@ class zBoard {
         return as<Kind>(find(id), "id" + std::to_string(id));
     }
     template <typename Kind> Kind& control(std::string_view name) const { return as<Kind>(find(name), name); }
+    template <typename Kind, typename Visit> void forEach(const Visit& visit) const {
+        for (const auto& control : controls_)
+            if (auto* found = dynamic_cast<Kind*>(control.get())) visit(*found);
+    }
     // The group that a radio button belongs to.
     zRadioGroup& group(int id) const { return control<zRadioButton>(id).group(); }
 

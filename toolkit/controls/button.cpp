@@ -4,6 +4,16 @@
 
 #include <Xm/PushB.h>
 
+namespace {
+
+bool withShift(const XEvent* event) {
+    if (!event) return false;
+    const bool key = event->type == KeyPress || event->type == KeyRelease;
+    return (key ? event->xkey.state : event->xbutton.state) & ShiftMask;
+}
+
+}  // namespace
+
 zBitmapButton::zBitmapButton(Widget board, const zRect& place, const zControlRow& row) : zControl(row) {
     const zXmText text(row.text);
     zResources resources(place);
@@ -12,7 +22,15 @@ zBitmapButton::zBitmapButton(Widget board, const zRect& place, const zControlRow
     attach(zMakeWidget(xmPushButtonWidgetClass, board, row, resources));
     if (const Pixmap picture = zPixmapOf(widget(), row.picture, zBackground(widget())))
         XtVaSetValues(widget(), XmNlabelType, XmPIXMAP_AND_STRING, XmNlabelPixmap, picture, nullptr);
-    listen(XmNactivateCallback, [](zControl& self, void*) {
-        if (const auto handler = static_cast<zBitmapButton&>(self).onClick) handler();
+    // Motif leaves Return to the window, which presses its default button.
+    static const XtTranslations keys =
+        XtParseTranslationTable("<Key>osfActivate: ArmAndActivate()\n<Key>Return: ArmAndActivate()\n"
+                                "Shift<Key>osfSelect: ArmAndActivate()\nShift<Key>space: ArmAndActivate()");
+    XtOverrideTranslations(widget(), keys);
+    listen(XmNactivateCallback, [](zControl& self, void* data) {
+        const auto& button = static_cast<zBitmapButton&>(self);
+        const XEvent* event = static_cast<XmPushButtonCallbackStruct*>(data)->event;
+        const auto handler = withShift(event) && button.onShiftClick ? button.onShiftClick : button.onClick;
+        if (handler) handler();
     });
 }

@@ -11,4 +11,5 @@ class zBitmapButton : public zControl {
     zBitmapButton(Widget board, const zRect& place, const zControlRow& row);
 
     std::function<void()> onClick;
+    std::function<void()> onShiftClick;  // with Shift held, by mouse or key; without it: onClick
 };

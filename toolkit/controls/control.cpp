@@ -1,6 +1,10 @@
 #include "toolkit/controls/control.h"
 
+#include "toolkit/controls/contextmenu.h"
+#include "toolkit/display/clipboard.h"
+
 #include <Xm/Xm.h>
+#include <utility>
 
 // Connects a control to one callback list of a widget, for as long as the control lives.
 struct zControl::Listener {
@@ -35,6 +39,23 @@ void zControl::enable(bool on) {
 void zControl::greySensitive(bool on) {
     greyed_ = on;
     XtSetSensitive(outermost(), enabled_ && !greyed_);
+}
+
+void zControl::setMenu(std::function<zMenuRows()> rows) {
+    menu_ =
+        std::make_unique<zContextMenu>(zContextMenu::Control{widget_, [this](int x, int y) { point(x, y); },
+                                                             [this] { return selectedPlace(); }},
+                                       std::move(rows));
+}
+
+void zControl::toClipboard(std::string text) const {
+    zCopyToClipboard(widget_, std::move(text), XtLastTimestampProcessed(XtDisplay(widget_)));
+}
+
+zRect zControl::selectedPlace() const {
+    Dimension width = 0, height = 0;
+    XtVaGetValues(widget_, XmNwidth, &width, XmNheight, &height, nullptr);
+    return {0, 0, width, height};
 }
 
 void zControl::listen(Widget widget, const char* callback, Handler handler) {

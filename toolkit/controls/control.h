@@ -16,8 +16,13 @@
 #include "toolkit/controls/variable.h"
 #include "toolkit/display/widget.h"
 
+#include <functional>
 #include <memory>
+#include <string>
 #include <vector>
+
+class zContextMenu;
+struct zMenuRow;
 
 class zControl {
   public:
@@ -35,6 +40,13 @@ class zControl {
     // read and not written, such as read-only fields, lamps and tables, have a look for it.
     virtual void grey(bool /*on*/) {}
 
+    // Gives the control a context menu (contextmenu.h).
+    void setMenu(std::function<std::vector<zMenuRow>()> rows);
+    bool hasMenu() const { return menu_ != nullptr; }
+
+    // Puts the text on the clipboard, where it stays when the window is closed.
+    void toClipboard(std::string text) const;
+
     virtual void bind(zVariable) {}
     virtual void load() {}
     virtual void store() {}
@@ -44,6 +56,11 @@ class zControl {
 
   protected:
     explicit zControl(const zControlRow& row);
+
+    // For the context menu, in pixels of the widget: the user means what is here; and the place of what is
+    // selected.
+    virtual void point(int /*x*/, int /*y*/) {}
+    virtual zRect selectedPlace() const;
 
     // For grey(): insensitive while greyed or not enabled.
     void greySensitive(bool on);
@@ -63,4 +80,5 @@ class zControl {
     Widget widget_ = nullptr;
     bool enabled_ = true, greyed_ = false;
     std::vector<std::unique_ptr<Listener>> listeners_;
+    std::unique_ptr<zContextMenu> menu_;
 };

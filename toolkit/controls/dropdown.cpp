@@ -54,6 +54,7 @@ zDropDown::zDropDown(Widget board, const zRect& place, const zControlRow& row)
     attach(zMakeWidget(xmComboBoxWidgetClass, board, row, resources));
     const Widget text = part("*Text");
     XtVaSetValues(text, XmNmarginHeight, zCentredMargin(text, place.height - 4), nullptr);
+    look_.emplace(text);
     zSetGeometry(widget(), place);
 
     for (const char* name : {"*Text", "*List"})
@@ -80,6 +81,11 @@ zDropDown::~zDropDown() {
 
 Widget zDropDown::part(const char* name) const {
     return XtNameToWidget(widget(), name);
+}
+
+void zDropDown::enable(bool on) {
+    zControl::enable(on);
+    look_->grey(!on);
 }
 
 void zDropDown::changed() {

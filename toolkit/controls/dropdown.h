@@ -3,8 +3,10 @@
 #pragma once
 
 #include "toolkit/controls/control.h"
+#include "toolkit/controls/fieldlook.h"
 
 #include <functional>
+#include <optional>
 
 class zDropDown : public zControl {
   public:
@@ -15,6 +17,8 @@ class zDropDown : public zControl {
 
     // `place` is that of the closed list.
     zDropDown(Widget board, const zRect& place, const zControlRow& row);
+
+    void enable(bool on) override;
 
     // Bound to a number: the position of the item, from 0. A position without an item shows an empty field.
     void bind(zVariable variable) override { variable_.bind(variable); }
@@ -36,6 +40,7 @@ class zDropDown : public zControl {
     void show(int position);
 
     int count_;
+    std::optional<zFieldLook> look_;  // of the field with the chosen item
     zBoundNumber variable_;
     int shown_ = -1;
     int reported_ = 0;  // the position at the last call of onSelect or select()

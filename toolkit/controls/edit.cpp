@@ -127,6 +127,7 @@ zEdit::zEdit(Widget board, const zRect& place, const zControlRow& row)
     attach(zMakeWidget(xmTextFieldWidgetClass, board, row, resources));
     shown_ = row.text;
     mark_.emplace(widget());
+    look_.emplace(widget());
 
     // XmTextField draws its line below the top margin: centre it in the height from the layout.
     XtVaSetValues(widget(), XmNmarginHeight, zCentredMargin(widget(), place.height), nullptr);
@@ -146,6 +147,11 @@ zEdit::zEdit(Widget board, const zRect& place, const zControlRow& row)
 
 zEdit::~zEdit() {
     XtRemoveEventHandler(widget(), KeyPressMask | ButtonPressMask, False, Handlers::event, this);
+}
+
+void zEdit::enable(bool on) {
+    zControl::enable(on);
+    look_->grey(!on);
 }
 
 void zEdit::setText(const std::string& value) {

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "toolkit/controls/control.h"
+#include "toolkit/controls/fieldlook.h"
 #include "toolkit/controls/fieldmark.h"
 #include "toolkit/controls/mask.h"
 
@@ -28,6 +29,7 @@ class zEdit : public zControl {
     // runs of digits are stored as 0.
     void store() override;
 
+    void enable(bool on) override;
     void grey(bool on) override {
         if (readOnly_) greySensitive(on);
     }
@@ -76,6 +78,7 @@ class zEdit : public zControl {
     bool readOnly_;
     const zFieldMask* mask_;
     std::optional<zPicture> picture_;  // none: the field is read-only
+    std::optional<zFieldLook> look_;
     std::string* variable_ = nullptr;
     std::string shown_;
     bool byProgram_ = false;

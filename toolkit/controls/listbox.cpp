@@ -68,6 +68,21 @@ std::vector<int> zListBox::allSelected() const {
     return all;
 }
 
+void zListBox::point(int, int y) {
+    const int position = XmListYToPos(widget(), static_cast<Position>(y)) - 1;
+    if (position < 0 || position >= count() || position == selected()) return;
+    select(position);
+    if (const auto handler = onSelect) handler();
+}
+
+zRect zListBox::selectedPlace() const {
+    Position x = 0, y = 0;
+    Dimension width = 0, height = 0;
+    if (!XmListPosToBounds(widget(), selected() + 1, &x, &y, &width, &height))
+        return zControl::selectedPlace();
+    return {x, y, width, height};
+}
+
 Widget zListBox::outermost() const {
     return XtParent(widget());
 }

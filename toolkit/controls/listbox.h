@@ -25,6 +25,10 @@ class zListBox : public zControl {
     std::function<void()> onSelect;    // the user has selected a line
     std::function<void()> onActivate;  // double-click, or Return on a line
 
+  protected:
+    void point(int x, int y) override;  // the line becomes the selected one
+    zRect selectedPlace() const override;
+
   private:
     zRect place_;
     std::vector<std::string> lines_;

@@ -1,6 +1,7 @@
 #include "toolkit/controls/tabs.h"
 
 #include "toolkit/library/children.h"
+#include "toolkit/library/exposure.h"
 
 #include <Xm/TabBox.h>
 #include <Xm/TabStack.h>
@@ -15,8 +16,12 @@ Widget zMakeTabs(Widget board, const zControlRow& row, zResources& resources) {
     static const XtTranslations keys = XtParseTranslationTable(
         "<Key>osfActivate: PrimitiveParentActivate()\n<Key>Return: PrimitiveParentActivate()\n"
         "<Key>osfCancel: PrimitiveParentCancel()");
-    for (const Widget box : zChildren(tabs))
-        if (XtIsSubclass(box, xmTabBoxWidgetClass))
-            for (const Widget focused : zChildren(box)) XtOverrideTranslations(focused, keys);
+    for (const Widget box : zChildren(tabs)) {
+        if (!XtIsSubclass(box, xmTabBoxWidgetClass)) continue;
+        for (const Widget focused : zChildren(box)) {
+            XtOverrideTranslations(focused, keys);
+            zRepaintWhole(focused);
+        }
+    }
     return tabs;
 }

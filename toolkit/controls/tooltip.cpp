@@ -17,8 +17,8 @@ struct Delays {
     int post, duration;
 };
 
-// A delay long enough not to disturb; a duration long enough to read a line twice.
-constexpr int defaultDelay = 600, defaultDuration = 8000;
+// A delay long enough not to disturb; a duration long enough to read a line.
+constexpr int defaultDelay = 600, defaultDuration = 5000;
 
 Delays delaysOf(Widget widget) {
     static char delayName[] = "toolTipPostDelay", delayClass[] = "ToolTipPostDelay";
@@ -35,6 +35,10 @@ Delays delaysOf(Widget widget) {
 }
 
 constexpr int belowPointer = 20;  // clears the pointer's shape
+constexpr int gap = 2;            // to the control that a text stands off
+
+zTooltips* active = nullptr;  // the one whose text is shown or due
+XtEventDispatchProc usual = nullptr;
 
 }  // namespace
 
@@ -46,7 +50,25 @@ struct zTooltips::Handlers {
         else if (event->xcrossing.detail != NotifyInferior)
             tips->pointerLeft();
     }
-    static void press(Widget, XtPointer self, XEvent*, Boolean*) { static_cast<zTooltips*>(self)->hide(); }
+    // The board hears of motion over the controls that have tooltips, and not of what is beside them.
+    static void left(Widget control, XtPointer self, XEvent* event, Boolean*) {
+        auto* tips = static_cast<zTooltips*>(self);
+        const XCrossingEvent& crossing = event->xcrossing;
+        if (crossing.mode == NotifyNormal && crossing.detail != NotifyInferior && tips->under_ &&
+            tips->under_->control == control)
+            tips->pointerLeft();
+    }
+
+    // Every key and button of the program, whatever control it is for.
+    static Boolean press(XEvent* event) {
+        if (active) active->hide();
+        return usual(event);
+    }
+    static void hearPresses(Display* display) {
+        for (const int type : {KeyPress, ButtonPress})
+            if (const auto before = XtSetEventDispatcher(display, type, press); before != press)
+                usual = before;
+    }
 };
 
 zTooltips::zTooltips(Widget board)
@@ -57,19 +79,20 @@ zTooltips::zTooltips(Widget board)
     delay_ = std::chrono::milliseconds(delays.post);
     duration_ = std::chrono::milliseconds(delays.duration);
     XtAddEventHandler(board_, PointerMotionMask | LeaveWindowMask, False, Handlers::board, this);
+    Handlers::hearPresses(XtDisplay(board_));
 }
 
 zTooltips::~zTooltips() {
     hide();
     XtRemoveEventHandler(board_, PointerMotionMask | LeaveWindowMask, False, Handlers::board, this);
     for (const Tip& tip : tips_)
-        XtRemoveEventHandler(tip.control, ButtonPressMask, False, Handlers::press, this);
+        XtRemoveEventHandler(tip.control, LeaveWindowMask, False, Handlers::left, this);
 }
 
-void zTooltips::add(Widget control, std::string text) {
-    XtAddEventHandler(control, ButtonPressMask, False, Handlers::press, this);
+void zTooltips::add(Widget control, std::string text, Place place) {
     if (XtIsRealized(control)) zPropagateMotion(control);
-    tips_.push_back({control, std::move(text), {}});
+    XtAddEventHandler(control, LeaveWindowMask, False, Handlers::left, this);
+    tips_.push_back({control, std::move(text), {}, place});
 }
 
 void zTooltips::setDetail(Widget control, std::string detail) {
@@ -102,7 +125,9 @@ void zTooltips::pointerAt(int x, int y) {
     if (now == under_) return;
     hide();
     under_ = now;
-    if (now) alarm_.set(delay_);
+    if (!now) return;
+    active = this;
+    alarm_.set(delay_);
 }
 
 void zTooltips::pointerLeft() {
@@ -112,6 +137,7 @@ void zTooltips::pointerLeft() {
 
 void zTooltips::hide() {
     alarm_.stop();
+    if (active == this) active = nullptr;
     if (!shell_) return;
     zFreeXftDraws(shell_);
     XtDestroyWidget(std::exchange(shell_, nullptr));
@@ -135,12 +161,23 @@ void zTooltips::show() {
     XtRealizeWidget(shell_);
     Dimension width = 0, height = 0;
     XtVaGetValues(label_, XmNwidth, &width, XmNheight, &height, nullptr);
-    const int right = WidthOfScreen(XtScreen(board_)), bottom = HeightOfScreen(XtScreen(board_));
-    const int left = std::max(0, std::min(rootX, right - width - 2));
-    // Above the pointer where there is no room below it.
-    const int under = rootY + belowPointer;
-    XtVaSetValues(shell_, XmNx, left, XmNy,
-                  under + height + 2 > bottom ? rootY - height - belowPointer / 2 : under, nullptr);
+    put(rootX, rootY, width + 2, height + 2);
     XtPopup(shell_, XtGrabNone);
     alarm_.set(duration_);
+}
+
+// The border included. Where there is no room below it comes above.
+void zTooltips::put(int rootX, int rootY, int width, int height) const {
+    int under = rootY + belowPointer, above = rootY - belowPointer / 2;
+    if (under_->place == Place::outside) {
+        Position left = 0, top = 0;
+        Dimension controlHeight = 0;
+        XtTranslateCoords(under_->control, 0, 0, &left, &top);
+        XtVaGetValues(under_->control, XmNheight, &controlHeight, nullptr);
+        under = top + controlHeight + gap;
+        above = top - gap;
+    }
+    const int right = WidthOfScreen(XtScreen(board_)), bottom = HeightOfScreen(XtScreen(board_));
+    XtVaSetValues(shell_, XmNx, std::max(0, std::min(rootX, right - width)), XmNy,
+                  under + height > bottom ? above - height : under, nullptr);
 }

@@ -1,4 +1,5 @@
-// Tooltips: texts that appear when the pointer rests on a control, even a greyed one.
+// Tooltips: texts that appear when the pointer rests on a control, even a greyed one. A key or a mouse button
+// makes them go.
 //
 // Motif's own tooltips take the keyboard focus while they are shown; these do not. Delay and duration are the
 // application resources toolTipPostDelay and toolTipPostDuration, in milliseconds.
@@ -18,7 +19,9 @@ class zTooltips {
     zTooltips(const zTooltips&) = delete;
     zTooltips& operator=(const zTooltips&) = delete;
 
-    void add(Widget control, std::string text);
+    enum class Place { pointer, outside };  // below the pointer, or off the control, which has to be read
+
+    void add(Widget control, std::string text, Place place = Place::pointer);
     // What is to be said of a control at the moment; it follows the control's own text, if there is one.
     void setDetail(Widget control, std::string detail);
     void realized();  // call it once, when the controls are realized
@@ -28,6 +31,7 @@ class zTooltips {
     struct Tip {
         Widget control;
         std::string text, detail;
+        Place place;
 
         std::string whole() const;
     };
@@ -36,6 +40,7 @@ class zTooltips {
     void pointerAt(int x, int y);
     void pointerLeft();
     void show();
+    void put(int rootX, int rootY, int width, int height) const;
 
     Widget board_;
     std::deque<Tip> tips_;

@@ -3,13 +3,11 @@
 #include "platform/index.h"
 #include "toolkit/controls/rowwidget.h"
 
-#include <X11/Xatom.h>
 #include <X11/keysym.h>
 #include <Xm/DrawingA.h>
 #include <Xm/Frame.h>
 #include <Xm/ScrollBar.h>
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 namespace {
@@ -17,6 +15,7 @@ namespace {
 constexpr int barThickness = 15;  // as in Motif's lists
 constexpr int barGap = 2;
 constexpr int shadow = 2;
+constexpr int ring = 1;         // around the table: shows the keyboard focus, as other controls show it
 constexpr int rowMargin = 4;    // above and below a text, in total
 constexpr int labelMargin = 6;  // the same for a label, including its edges
 constexpr int wheelRows = 3, wheelPixels = 40;
@@ -59,17 +58,22 @@ struct zTable::Handlers {
             break;
         case FocusIn:
         case FocusOut:
-            table.focused_ = event->type == FocusIn;
-            table.changed(table.active_);
+            if (isOwn(event->xfocus)) table.showFocus(event->type == FocusIn);
             break;
         }
+    }
+
+    // Those about the pointer come while another control has the focus.
+    static bool isOwn(const XFocusChangeEvent& event) {
+        return event.detail != NotifyPointer && event.detail != NotifyPointerRoot &&
+               event.detail != NotifyInferior;
     }
 
     static void key(zTable& table, XKeyEvent& event) {
         const KeySym symbol = XLookupKeysym(&event, 0);
         const bool control = event.state & ControlMask;
         if (control && (symbol == XK_c || symbol == XK_Insert)) {
-            table.copy(event.time);
+            table.toClipboard(table.tabSeparated());
             return;
         }
         for (const Move& move : moves) {
@@ -86,8 +90,7 @@ struct zTable::Handlers {
         switch (event.button) {
         case Button1:
             XmProcessTraversal(table.widget(), XmTRAVERSE_CURRENT);
-            if (const zTableLoc at = grid.at(event.x, event.y); at.row > 0)
-                table.moveTo({std::max(1, at.column), at.row});
+            table.point(event.x, event.y);
             break;
         case Button4:
         case Button5: {
@@ -112,41 +115,6 @@ struct zTable::Handlers {
         XtVaGetValues(table.horizontal_, XmNvalue, &left, nullptr);
         table.scrollTo(row, left);
     }
-
-    static zTable* of(Widget canvas) {
-        XtPointer self = nullptr;
-        XtVaGetValues(canvas, XmNuserData, &self, nullptr);
-        return static_cast<zTable*>(self);
-    }
-
-    static Boolean convert(Widget canvas, Atom*, Atom* target, Atom* type, XtPointer* value,
-                           unsigned long* length, int* format) {
-        Display* display = XtDisplay(canvas);
-        const Atom targets = XInternAtom(display, "TARGETS", False);
-        const Atom utf8 = XInternAtom(display, "UTF8_STRING", False);
-        if (*target == targets) {
-            const Atom all[] = {targets, utf8, XA_STRING};
-            *value = XtMalloc(sizeof all);
-            std::memcpy(*value, all, sizeof all);
-            *type = XA_ATOM;
-            *length = std::size(all);
-            *format = 32;
-            return True;
-        }
-        if (*target != utf8 && *target != XA_STRING) return False;
-        const std::string& text = of(canvas)->clipboard_;
-        *value = XtMalloc(static_cast<Cardinal>(text.size() + 1));
-        std::memcpy(*value, text.c_str(), text.size() + 1);
-        *type = *target;
-        *length = text.size();
-        *format = 8;
-        return True;
-    }
-
-    static void lost(Widget canvas, Atom*) {
-        of(canvas)->ownsClipboard_ = false;
-        of(canvas)->clipboard_.clear();
-    }
 };
 
 zTable::zTable(Widget board, const zRect& place, const zControlRow& row)
@@ -155,8 +123,9 @@ zTable::zTable(Widget board, const zRect& place, const zControlRow& row)
     resources.set(XmNmarginWidth, 0).set(XmNmarginHeight, 0).set(XmNresizePolicy, XmRESIZE_NONE);
     container_ = zMakeWidget(xmDrawingAreaWidgetClass, board, row, resources);
     frame_ = XtVaCreateManagedWidget("frame", xmFrameWidgetClass, container_, XmNshadowType, XmSHADOW_IN,
-                                     XmNshadowThickness, shadow, XmNmarginWidth, 0, XmNmarginHeight, 0,
-                                     XmNwidth, place.width, XmNheight, place.height, nullptr);
+                                     XmNshadowThickness, shadow, XmNmarginWidth, 0, XmNmarginHeight, 0, XmNx,
+                                     ring, XmNy, ring, XmNwidth, place.width - 2 * ring, XmNheight,
+                                     place.height - 2 * ring, nullptr);
     vertical_ = makeBar(container_, "vertical", XmVERTICAL);
     horizontal_ = makeBar(container_, "horizontal", XmHORIZONTAL);
     attach(XtVaCreateManagedWidget("cells", xmDrawingAreaWidgetClass, frame_, XmNmarginWidth, 0,
@@ -174,6 +143,10 @@ zTable::zTable(Widget board, const zRect& place, const zControlRow& row)
         const XExposeEvent& e = event->xexpose;
         table.paint_->show({e.x, e.y, e.width, e.height});
     });
+    listen(container_, XmNexposeCallback, [](zControl& self, void*) {
+        const auto& table = static_cast<zTable&>(self);
+        if (table.focused_) table.drawRing();
+    });
     for (const Widget bar : {vertical_, horizontal_})
         for (const char* callback : {XmNvalueChangedCallback, XmNdragCallback})
             listen(bar, callback, Handlers::bar);
@@ -182,9 +155,37 @@ zTable::zTable(Widget board, const zRect& place, const zControlRow& row)
 zTable::~zTable() {
     XtRemoveEventHandler(widget(), KeyPressMask | ButtonPressMask | FocusChangeMask, False, Handlers::event,
                          this);
-    if (ownsClipboard_)
-        XtDisownSelection(widget(), XInternAtom(XtDisplay(widget()), "CLIPBOARD", False),
-                          XtLastTimestampProcessed(XtDisplay(widget())));
+}
+
+void zTable::showFocus(bool on) {
+    if (on == focused_) return;
+    focused_ = on;
+    changed(active_);
+    if (!realized_) return;
+    if (on)
+        drawRing();
+    else
+        for (const zRect& side : ringSides())
+            XClearArea(XtDisplay(container_), XtWindow(container_), side.x, side.y,
+                       static_cast<unsigned>(side.width), static_cast<unsigned>(side.height), False);
+}
+
+std::array<zRect, 4> zTable::ringSides() const {
+    const int width = place_.width, height = place_.height;
+    return {{{0, 0, width, ring},
+             {0, height - ring, width, ring},
+             {0, 0, ring, height},
+             {width - ring, 0, ring, height}}};
+}
+
+void zTable::drawRing() const {
+    XGCValues values{};
+    XtVaGetValues(container_, XmNhighlightColor, &values.foreground, nullptr);
+    const GC gc = XtGetGC(container_, GCForeground, &values);
+    for (const zRect& side : ringSides())
+        XFillRectangle(XtDisplay(container_), XtWindow(container_), gc, side.x, side.y,
+                       static_cast<unsigned>(side.width), static_cast<unsigned>(side.height));
+    XtReleaseGC(container_, gc);
 }
 
 void zTable::enable(bool on) {
@@ -276,6 +277,10 @@ void zTable::setActiveCell(zTableLoc location) {
     }
 }
 
+void zTable::point(int x, int y) {
+    if (const zTableLoc at = grid_.at(x, y); at.row > 0) moveTo({std::max(1, at.column), at.row});
+}
+
 // Moves the active cell for the user, to the nearest existing cell.
 void zTable::moveTo(zTableLoc location) {
     if (grid_.rows == 0 || grid_.columns() == 0) return;
@@ -308,13 +313,14 @@ void zTable::arrange() {
     const int contentWidth = grid_.widths[0] + grid_.columnsWidth() + 2 * shadow;
     const int contentHeight = grid_.labelHeight + grid_.rows * grid_.rowHeight + 2 * shadow;
     constexpr int room = barThickness + barGap;
-    bool across = contentWidth > place_.width;
-    const bool down = contentHeight > place_.height - (across ? room : 0);
-    across = contentWidth > place_.width - (down ? room : 0);
-    const int width = place_.width - (down ? room : 0), height = place_.height - (across ? room : 0);
+    const int inWidth = place_.width - 2 * ring, inHeight = place_.height - 2 * ring;
+    bool across = contentWidth > inWidth;
+    const bool down = contentHeight > inHeight - (across ? room : 0);
+    across = contentWidth > inWidth - (down ? room : 0);
+    const int width = inWidth - (down ? room : 0), height = inHeight - (across ? room : 0);
 
     if (grid_.width() != width - 2 * shadow || grid_.height() != height - 2 * shadow) {
-        zSetGeometry(frame_, {0, 0, width, height});  // resizes the canvas, too
+        zSetGeometry(frame_, {ring, ring, width, height});  // resizes the canvas, too
         paint_->resize(width - 2 * shadow, height - 2 * shadow);
     }
     grid_.setView(width - 2 * shadow, height - 2 * shadow);
@@ -326,8 +332,8 @@ void zTable::arrange() {
         XtManageChild(bar);
         zSetGeometry(bar, r);
     };
-    put(vertical_, down, {place_.width - barThickness, 0, barThickness, height});
-    put(horizontal_, across, {0, place_.height - barThickness, width, barThickness});
+    put(vertical_, down, {ring + inWidth - barThickness, ring, barThickness, height});
+    put(horizontal_, across, {ring, ring + inHeight - barThickness, width, barThickness});
     if (follow) grid_.reveal(active_);
     updateScrollBars();
     changedAll();
@@ -409,23 +415,20 @@ std::string zTable::text(zTableLoc location) {
 }
 
 std::string zTable::tabSeparated() {
-    writeRows(1, grid_.rows);
     std::string text;
     bool labelled = false;
     for (int column = 1; column <= grid_.columns(); ++column) labelled |= !model_.text({column, 0}).empty();
-    const int first = grid_.widths[0] > 0 ? 0 : 1;
-    for (int row = labelled ? 0 : 1; row <= grid_.rows; ++row) {
-        for (int column = first; column <= grid_.columns(); ++column) {
-            if (column > first) text += '\t';
-            text += textOf({column, row});
-        }
-        text += '\n';
-    }
+    for (int row = labelled ? 0 : 1; row <= grid_.rows; ++row) text += tabSeparated(row) + '\n';
     return text;
 }
 
-void zTable::copy(unsigned long time) {
-    clipboard_ = tabSeparated();
-    ownsClipboard_ = XtOwnSelection(widget(), XInternAtom(XtDisplay(widget()), "CLIPBOARD", False), time,
-                                    Handlers::convert, Handlers::lost, nullptr);
+std::string zTable::tabSeparated(int row) {
+    writeRows(row, row);
+    std::string text;
+    const int first = grid_.widths[0] > 0 ? 0 : 1;
+    for (int column = first; column <= grid_.columns(); ++column) {
+        if (column > first) text += '\t';
+        text += textOf({column, row});
+    }
+    return text;
 }

@@ -12,6 +12,7 @@
 #include "toolkit/table/tablemodel.h"
 #include "toolkit/table/tablepaint.h"
 
+#include <array>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -57,8 +58,14 @@ class zTable : public zControl {
 
     std::function<void()> onActiveChange;  // the user has moved the active cell
 
-    // The text that Ctrl+C copies: the column labels, if there are any, and the rows.
+    // Labels and cells with tabs between them: the column labels, if there are any, and the rows, as Ctrl+C
+    // copies them; or one row, which ends without a new line.
     std::string tabSeparated();
+    std::string tabSeparated(int row);
+
+  protected:
+    void point(int x, int y) override;  // the cell becomes the active one
+    zRect selectedPlace() const override { return grid_.visible(active_); }
 
   private:
     struct Handlers;
@@ -74,7 +81,9 @@ class zTable : public zControl {
     void flush();
     void paintCell(zTableLoc location);
     void moveTo(zTableLoc location);
-    void copy(unsigned long time);
+    void showFocus(bool on);
+    std::array<zRect, 4> ringSides() const;
+    void drawRing() const;
 
     zRect place_;
     Widget container_, frame_, vertical_, horizontal_;
@@ -92,6 +101,4 @@ class zTable : public zControl {
     zAlarm painting_;  // set while something is to be painted
     std::function<void(int)> write_;
     std::vector<bool> stale_;  // rows not written since rowsChanged()
-    std::string clipboard_;
-    bool ownsClipboard_ = false;
 };
