@@ -10,6 +10,7 @@
 #include "toolkit/controls/edit.h"
 #include "toolkit/controls/listbox.h"
 #include "toolkit/window/messagebox.h"
+#include "ui/copymenu.h"
 #include "ui/global/globldlg.h"
 #include "ui/manual.h"
 
@@ -48,6 +49,7 @@ void DMainDlg::connect() {
     auto& list = control<zListBox>(interfaceLB);
     list.onSelect = [this] { selChangeInterfaceLB(); };
     list.onActivate = [this] { doubleClickInterfaceLB(); };
+    list.setMenu([this] { return listMenu(); });
     control<zBitmapButton>(closeBTN).onClick = [this] { clickedCloseBTN(); };
     control<zBitmapButton>(setupBTN).onClick = [this] { clickedSetupBTN(); };
     control<zBitmapButton>(statsBTN).onClick = [this] { clickedStatsBTN(); };
@@ -99,6 +101,12 @@ void DMainDlg::selChangeInterfaceLB() {
     currentAdapter = known ? adapters_[asIndex(position)].index : std::min(position, lastAdapter);
     if (known) chosen_ = currentAdapter;
     SetDlgTitle();
+}
+
+zMenuRows DMainDlg::listMenu() {
+    zMenuRows rows = copyMenu(control<zListBox>(interfaceLB));
+    rows.push_back({.label = "Rescan", .action = [this] { setup(); }, .keys = "F5"});
+    return rows;
 }
 
 void DMainDlg::doubleClickInterfaceLB() {

@@ -5,6 +5,7 @@
 #include "change/configuration.h"
 #include "driver/channel.h"
 #include "driver/dai_io.h"
+#include "toolkit/controls/contextmenu.h"
 #include "toolkit/window/window.h"
 #include "ui/stats/statsdlg.h"
 
@@ -41,6 +42,7 @@ class DMainDlg : public zFormDialog {
     void SetDlgTitle();
 
     void selChangeInterfaceLB();
+    zMenuRows listMenu();
     void doubleClickInterfaceLB();
     void clickedSetupBTN();
     void clickedGlobalBTN();

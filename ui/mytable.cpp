@@ -2,11 +2,13 @@
 
 #include "model/settings.h"
 #include "platform/index.h"
+#include "ui/copymenu.h"
 
 #include <algorithm>
 
 myTable::myTable(zTable& table) : table_(table) {
     table_.setFont(tblFontSpec);
+    table_.setMenu([this] { return copyMenu(table_); });
 }
 
 void myTable::SetCellText(zTableLoc location, std::string_view text) {

@@ -264,20 +264,25 @@ TEST_F(DriverLost, WhatWasClearedIsForgottenWithTheDriver) {
                     {"lecStats", nullptr, "lesBusTable", 2},
                     {"lecStats", nullptr, "lecTable", 3},
                     {"lesStats", nullptr, "clientTable", 4}};
-    const auto expectAll = [&](const std::string& text, bool clear) {
+    enum { look, clear, undo };
+    const auto expectAll = [&](const std::string& text, int act) {
         for (const auto& c : counters) {
             turnTo(c.page);
-            if (clear) press("clear");
+            if (act == clear) press("clear");
+            if (act == undo) undoClear();
             if (c.field) expectLooks(c.field + ("=" + text));
             if (c.table) expectCell(c.table, c.column, 1, text);
         }
     };
-    expectAll("5000", false);
-    expectAll("0", true);
+    expectAll("5000", look);
+    expectAll("0", clear);
+    expectAll("5000", undo);
+    expectAll("0", clear);
     startDriver();
     ctl(after);
-    expectAll("60", false);
-    expectAll("0", true);
+    expectAll("60", look);
+    expectAll("60", undo);
+    expectAll("0", clear);
 }
 
 TEST_F(DriverLost, RowsOutOfSightAreThereWhileTheDriverIsNot) {

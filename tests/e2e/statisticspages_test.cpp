@@ -364,7 +364,8 @@ TEST_F(StatisticsTest, ALecShowsWhatTheDriverSays) {
         expectRows("lesBusTable", state == 6 ? 4 : 0);
     }
     EXPECT_EQ(cell("lesBusTable", 0, 4) + cell("lesBusTable", 1, 1), "Multicast Fwd");
-    EXPECT_EQ(user->tooltipOf(onPage("lesBusTable*cells")), "LES/BUS Connections");
+    EXPECT_EQ(user->tooltipOf(onPage("lesBusTable*cells")),
+              "LES/BUS Connections (right button or Menu key: menu)");
 }
 
 // ---- LES ----

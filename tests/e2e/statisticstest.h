@@ -68,6 +68,10 @@ class StatisticsTest : public ProgramTest {
         page_ = page;
     }
     void press(const char* button) { user->click(named(button)); }
+    void undoClear() {  // Clear with Shift
+        XmProcessTraversal(named("clear"), XmTRAVERSE_CURRENT);
+        user->key("space", "Shift_L");
+    }
     void ctl(const std::string& commands) {
         for (const std::string& command : split(commands)) simulator->ctl(command);
     }

@@ -60,6 +60,7 @@ DStatsDlgAAL5PG::DStatsDlgAAL5PG(const StatsSource& source)
     : StatsPage(source, aal5StatsLayout), query_(source.channel, source.adapter),
       counters_(board(), counters) {
     for (const Alarm& alarm : alarms) lamps_.emplace_back(board(), alarm.lamp);
+    counts({&counters_});
 }
 
 void DStatsDlgAAL5PG::UpdateDisplay(int index, bool clear) {
@@ -78,9 +79,8 @@ void DStatsDlgAAL5PG::UpdateDisplay(int index, bool clear) {
         keptOldValues();
 }
 
-void DStatsDlgAAL5PG::countAnew() {
-    counters_.countAnew();
-    alarms_ = true;  // the driver that has come may know others
+void DStatsDlgAAL5PG::driverCame() {
+    alarms_ = true;
     linkKindShown_ = false;
 }
 

@@ -16,7 +16,7 @@ class DStatsDlgAAL5PG final : public StatsPage {
 
   private:
     void refresh(bool clear) override { UpdateDisplay(0, clear); }
-    void countAnew() override;
+    void driverCame() override;
     void showAlarms(const SuniStatsView& reply);
     void showLinkKind(std::uint32_t kind);
 

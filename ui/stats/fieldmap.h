@@ -4,6 +4,7 @@
 #include "toolkit/controls/board.h"
 #include "toolkit/controls/edit.h"
 #include "ui/myedit.h"
+#include "ui/stats/baselines.h"
 #include "ui/stats/shownbytes.h"
 #include "ui/stats/statstext.h"
 
@@ -16,7 +17,7 @@ template <class View> struct StatsField {
 };
 
 // Shows one kind of reply. Only texts that change reach the screen.
-template <class View> class FieldMap {
+template <class View> class FieldMap : public Baselines<std::vector<std::uint32_t>> {
   public:
     // The board must outlive this object.
     FieldMap(const zBoard& board, std::span<const StatsField<View>> rows) {
@@ -29,13 +30,9 @@ template <class View> class FieldMap {
     void show(const View& reply, bool clear = false) {
         if (!reply) return blank();
         if (!shown_.update(0, reply.bytes()) && !clear) return;
-        for (Field& field : fields_) field.edit.write(textOf(field.value, reply, field.baseline, clear));
-    }
-
-    // Counters start from what the driver counts, as if nothing had been cleared.
-    void countAnew() {
-        shown_.forget();
-        for (Field& field : fields_) field.baseline = 0;
+        baselines_.resize(fields_.size());
+        for (std::size_t i = 0; i < fields_.size(); ++i)
+            fields_[i].edit.write(textOf(fields_[i].value, reply, baselines_[i], clear));
     }
 
     // Empties all fields.
@@ -48,8 +45,9 @@ template <class View> class FieldMap {
     struct Field {
         StatsValue<View> value;
         myEdit edit;
-        std::uint32_t baseline = 0;
     };
+
+    void rewrite() override { shown_.forget(); }
 
     std::vector<Field> fields_;
     ShownBytes shown_;

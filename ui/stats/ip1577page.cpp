@@ -41,16 +41,13 @@ bool IP1577PGConnectionTBL::UpdateDisplay(int index, bool clear) {
 
 DStatsDlgIP1577PG::DStatsDlgIP1577PG(const StatsSource& source)
     : StatsPage(source, ip1577StatsLayout), query_(source.channel, source.adapter), fields_(board(), fields),
-      lamp_(board(), "stateLamp"), table_(board().control<zTable>("connectionTable"), source) {}
+      lamp_(board(), "stateLamp"), table_(board().control<zTable>("connectionTable"), source) {
+    counts({&fields_, &table_});
+}
 
 void DStatsDlgIP1577PG::refresh(bool clear) {
     const bool filled = UpdateDisplay(0, clear) && table_.UpdateDisplay(0, clear);
     if (!filled && !cut()) table_.empty();
-}
-
-void DStatsDlgIP1577PG::countAnew() {
-    fields_.countAnew();
-    table_.countAnew();
 }
 
 bool DStatsDlgIP1577PG::UpdateDisplay(int index, bool clear) {

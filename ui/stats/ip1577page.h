@@ -24,7 +24,6 @@ class DStatsDlgIP1577PG final : public StatsPage {
 
   private:
     void refresh(bool clear) override;
-    void countAnew() override;
 
     ip1577Info query_;
     FieldMap<IpStatsView> fields_;

@@ -24,7 +24,9 @@ constexpr StatsField<Stats> fields[] = {
 
 DStatsDlgLECSPG::DStatsDlgLECSPG(const StatsSource& source)
     : StatsPage(source, lecsStatsLayout), query_(source.channel, source.adapter), fields_(board(), fields),
-      lamp_(board(), "stateLamp"), registered_(board(), "regLamp") {}
+      lamp_(board(), "stateLamp"), registered_(board(), "regLamp") {
+    counts({&fields_});
+}
 
 void DStatsDlgLECSPG::showRegistration(const LecsStatsView& stats, std::uint32_t state) {
     if (!stats)

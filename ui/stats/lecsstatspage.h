@@ -13,7 +13,6 @@ class DStatsDlgLECSPG final : public StatsPage {
 
   private:
     void refresh(bool clear) override { UpdateDisplay(0, clear); }
-    void countAnew() override { fields_.countAnew(); }
     void showRegistration(const LecsStatsView& stats, std::uint32_t state);
 
     lecsInfo query_;

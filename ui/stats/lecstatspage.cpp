@@ -78,6 +78,7 @@ DStatsDlgLECPG::DStatsDlgLECPG(const StatsSource& source)
     : StatsPage(source, lecStatsLayout), query_(source.channel, source.adapter), fields_(board(), fields),
       lamp_(board(), "stateLamp"), lesBusTable_(board().control<zTable>("lesBusTable"), source),
       lecTable_(board().control<zTable>("lecTable"), source) {
+    counts({&lesBusTable_, &lecTable_});
     board().control<zTabStrip>("lecTabs").onSelect = [this](int lec) { selChangeLecTB(lec); };
 }
 
@@ -104,11 +105,6 @@ void DStatsDlgLECPG::showNothing() {
     fields_.blank();
     lecTable_.empty();
     lesBusTable_.empty();
-}
-
-void DStatsDlgLECPG::countAnew() {
-    lecTable_.countAnew();
-    lesBusTable_.countAnew();
 }
 
 int DStatsDlgLECPG::UpdateDisplay(int lec) {

@@ -18,7 +18,10 @@ struct LesBusRow {
     const atmAddress& address() const { return remote; }
 };
 
-class LECPGLES_BUSTBL : public NamedRowsTable<LesBusRow> {
+using LecCounters = std::array<StatsTable<LesBusRow>::RowCounters, 4>;  // by row
+
+class LECPGLES_BUSTBL : public NamedRowsTable<LesBusRow>,
+                        public Baselines<std::array<LecCounters, 4>> {  // by client
   public:
     LECPGLES_BUSTBL(zTable& table, const StatsSource& source);
 
@@ -26,13 +29,10 @@ class LECPGLES_BUSTBL : public NamedRowsTable<LesBusRow> {
     // not report, stay as they are while the same client is shown, and nothing old.
     bool UpdateDisplay(int lec, bool clear, bool old);
 
-    void countAnew() { baselines_ = {}; }
-
   private:
     lecInfo query_;
     vccInfo circuits_;
-    std::array<std::array<Baselines, 4>, 4> baselines_{};  // by client and row
-    int shown_ = -1;                                       // the client in the rows
+    int shown_ = -1;  // the client in the rows
 };
 
 // Baselines are kept by VCI, the same for all clients.
@@ -55,7 +55,6 @@ class DStatsDlgLECPG final : public StatsPage {
 
   private:
     void refresh(bool clear) override;
-    void countAnew() override;
     void selChangeLecTB(int lec) { lec_ = lec; }
     void showClient(bool clear);
     void showNothing();

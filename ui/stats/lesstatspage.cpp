@@ -47,6 +47,7 @@ bool LESPGClientTBL::UpdateDisplay(int les, bool clear) {
 DStatsDlgLESPG::DStatsDlgLESPG(const StatsSource& source)
     : StatsPage(source, lesStatsLayout), query_(source.channel, source.adapter), fields_(board(), fields),
       lamp_(board(), "stateLamp"), table_(board().control<zTable>("clientTable"), source) {
+    counts({&table_});
     board().control<zTabStrip>("lesTabs").onSelect = [this](int les) { selChangeLesTB(les); };
 }
 

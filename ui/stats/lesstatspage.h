@@ -29,7 +29,6 @@ class DStatsDlgLESPG final : public StatsPage {
 
   private:
     void refresh(bool clear) override;
-    void countAnew() override { table_.countAnew(); }
     void selChangeLesTB(int les) { les_ = les; }
     void showNothing();
 

@@ -76,6 +76,7 @@ DStatsDlgSignallingPG::DStatsDlgSignallingPG(const StatsSource& source)
       states_(board(), stateFields), address_(board(), addressFields),
       table_(board().control<zTable>("signallingTable"), source) {
     for (const auto& lamp : lamps) lamps_.emplace_back(board(), lamp.name);
+    counts({&table_});
 }
 
 void DStatsDlgSignallingPG::refresh(bool clear) {

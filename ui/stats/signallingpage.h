@@ -10,7 +10,8 @@
 #include <array>
 #include <vector>
 
-class SignallingPGSigStatsTBL : public NamedRowsTable<VcRowView> {
+class SignallingPGSigStatsTBL : public NamedRowsTable<VcRowView>,
+                                public Baselines<std::array<StatsTable<VcRowView>::RowCounters, 2>> {
   public:
     SignallingPGSigStatsTBL(zTable& table, const StatsSource& source);
 
@@ -18,16 +19,11 @@ class SignallingPGSigStatsTBL : public NamedRowsTable<VcRowView> {
     // Without a table all rows stay, and it returns false.
     bool UpdateDisplay(int index, bool clear, bool old);
 
-    void countAnew() {
-        baselines_ = {};
-        shown_.forget();
-    }
-
   private:
+    void rewrite() override { shown_.forget(); }
     void emptyRow(std::size_t circuit);
 
     vccInfo query_;
-    std::array<Baselines, 2> baselines_{};
     ShownBytes shown_;
 };
 
@@ -40,7 +36,6 @@ class DStatsDlgSignallingPG final : public StatsPage {
 
   private:
     void refresh(bool clear) override;
-    void countAnew() override { table_.countAnew(); }
 
     sigInfo query_;
     FieldMap<LinkStateView> states_, address_;

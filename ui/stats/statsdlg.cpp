@@ -30,12 +30,12 @@ constexpr zControlRow rows[] = {
      .place = {38, 250, 50, 18},
      .text = "Clear",
      .name = "clear",
-     .style = zDefaultButton},
+     .tooltip = "Counters of this page start from 0; with Shift this is taken back"},
     {.kind = zKind::bitmapButton,
      .place = {96, 250, 50, 18},
      .text = "Close",
      .name = "close",
-     .style = zCancelButton},
+     .style = zDefaultButton | zCancelButton},
     {.kind = zKind::bitmapButton, .place = {154, 250, 50, 18}, .text = "Apply", .name = "apply"},
     {.kind = zKind::bitmapButton, .place = {212, 250, 50, 18}, .text = "Help", .name = "help"},
     // In the only room that the window has: the buttons with their frames reach down to its edge.
@@ -77,7 +77,10 @@ DStatsDlg::DStatsDlg(zWindow& parent)
     for (const auto& page : pages_) page->onRefreshed = [this] { showSilence(); };
     showSilence();
     notebook.onSelect = [this](int position) { selChangeTB(position); };
-    board().control<zBitmapButton>("clear").onClick = [this] { onOk(); };
+    auto& clear = board().control<zBitmapButton>("clear");
+    clear.onClick = [this] { onOk(); };
+    clear.onShiftClick = [this] { current_->undoClear(); };
+    for (const char* idle : {"apply", "help"}) board().control<zBitmapButton>(idle).enable(false);
     board().control<zBitmapButton>("close").onClick = [this] { onCancel(); };
     onClose = [this] { onCancel(); };
     offerManual(*this);

@@ -1,6 +1,10 @@
 #include "ui/stats/statspage.h"
 
 #include "toolkit/window/inputwaits.h"
+#include "ui/stats/statsmenu.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -14,6 +18,11 @@ constexpr std::chrono::milliseconds lookAgain{20};
 StatsPage::StatsPage(const StatsSource& source, const zLayout& layout)
     : TimerPage(source.application), board_(source.notebook.addPage(layout)), channel_(source.channel),
       answers_(source.channel), reopenings_(source.channel.reopenings()) {}
+
+void StatsPage::counts(std::initializer_list<Counting*> all) {
+    counting_ = all;
+    giveMenus(board_, *this);
+}
 
 void StatsPage::enableTimer() {
     const bool inVain = missed_ && channel_.silentSince() != 0;  // the wait may be long: not at once again
@@ -29,7 +38,9 @@ void StatsPage::grey() {
 void StatsPage::refreshUntil(Clock::time_point end, bool clear) {
     if (reopenings_ != channel_.reopenings()) {
         reopenings_ = channel_.reopenings();
-        countAnew();
+        for (Counting* part : counting_) part->countAnew();
+        undo_ = false;
+        driverCame();
         grey();  // a channel that others use may be open again, and no request of this dialog be missed
     }
     clearing_ |= clear;
@@ -42,7 +53,7 @@ void StatsPage::refreshUntil(Clock::time_point end, bool clear) {
     channel_.interrupt = {};
 
     missed_ = answers_.missed();
-    if (!withheld_) clearing_ = false;
+    if (!withheld_) endClear();
     if (!cut()) {
         // Going through all controls at each tick would cost more than the tick.
         if (greyed_ && !kept_) board_.grey(false);
@@ -50,6 +61,30 @@ void StatsPage::refreshUntil(Clock::time_point end, bool clear) {
         filled_ = true;
     }
     if (onRefreshed) onRefreshed();
+}
+
+void StatsPage::ClearStats() {
+    if (!clearing_)
+        for (Counting* part : counting_) part->beginClear();
+    refreshUntil(Clock::time_point::max(), true);
+}
+
+void StatsPage::endClear() {
+    const bool cleared =
+        clearing_ && std::ranges::any_of(counting_, [](const Counting* part) { return part->changed(); });
+    clearing_ = false;
+    if (!cleared) return;
+    for (Counting* part : counting_) part->endClear();
+    undo_ = true;
+}
+
+void StatsPage::undoClear() {
+    // One that was begun counts as far as it has come; the one before it is not meant.
+    if (clearing_) undo_ = false;
+    endClear();
+    if (!std::exchange(undo_, false)) return;
+    for (Counting* part : counting_) part->undoClear();
+    Update();
 }
 
 bool StatsPage::withholds() {

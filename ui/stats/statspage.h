@@ -8,11 +8,14 @@
 #include "driver/channel.h"
 #include "toolkit/controls/notebook.h"
 #include "ui/mybitmapbutton.h"
+#include "ui/stats/baselines.h"
 #include "ui/timerpage.h"
 
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
+#include <vector>
 
 // Where a page is placed, and what it asks: the dialog's adapter over the dialog's channel, which outlives
 // the page.
@@ -43,7 +46,11 @@ class StatsPage : public TimerPage {
     void Update() { refreshUntil(Clock::time_point::max(), false); }
 
     // Does what Update() does, and counters start from 0.
-    void ClearStats() override { refreshUntil(Clock::time_point::max(), true); }
+    void ClearStats() override;
+
+    // Takes the last Clear back: once, and only while the driver that it was for is there.
+    bool canUndoClear() const { return undo_ || clearing_; }
+    void undoClear();
 
     // Update() for a dialog that is opened: no request is sent after `end`. A page that has not got all its
     // answers by then is filled when it is turned to.
@@ -62,8 +69,12 @@ class StatsPage : public TimerPage {
     // have shown stays, and the refresh ends.
     virtual void refresh(bool clear) = 0;
 
-    // Counters are shown as the driver counts them, whatever was cleared before: it has started anew.
-    virtual void countAnew() {}
+    // To be called at the end of the constructor: what the page's Clear is about. Its members outlive every
+    // refresh.
+    void counts(std::initializer_list<Counting*> all);
+
+    // The driver has started anew. It may know what the last one did not; nothing is cleared any more.
+    virtual void driverCame() {}
 
     // What the page shows is from before a loss. What the driver then refuses or does not report either gets
     // an empty text or a greyed lamp, or stays with keptOldValues().
@@ -80,15 +91,18 @@ class StatsPage : public TimerPage {
 
   private:
     void refreshUntil(Clock::time_point end, bool clear);
+    void endClear();
     bool withholds();
 
     zBoard& board_;
     DriverChannel& channel_;
     AnswerWatch answers_;  // since the refresh began
     bool withheld_ = false;
-    bool kept_ = false;      // in this refresh
-    bool missed_ = false;    // the last refresh got no answer
+    bool kept_ = false;    // in this refresh
+    bool missed_ = false;  // the last refresh got no answer
+    std::vector<Counting*> counting_;
     bool clearing_ = false;  // Clear was pressed and is not done
+    bool undo_ = false;      // the last Clear can be taken back
     unsigned long reopenings_;
     bool filled_ = false;  // with the answers of a whole refresh, be they greyed
     bool greyed_ = false;

@@ -4,6 +4,7 @@
 
 #include "platform/index.h"
 #include "ui/mytable.h"
+#include "ui/stats/baselines.h"
 #include "ui/stats/shownbytes.h"
 #include "ui/stats/statstext.h"
 
@@ -30,13 +31,13 @@ template <class Row> struct StatsColumn {
 
 template <class Row> class StatsTable : public myTable {
   public:
+    static constexpr int mostCounters = 4;
+    using RowCounters = std::array<std::uint32_t, mostCounters>;  // by counter column
+
     // Removes all rows.
     void empty() { setRows(0); }
 
   protected:
-    static constexpr int mostCounters = 4;
-    using Baselines = std::array<std::uint32_t, mostCounters>;  // by counter column
-
     StatsTable(zTable& table, std::span<const StatsColumn<Row>> columns, int rows)
         : myTable(table), columns_(columns) {
         assert(std::ranges::count_if(columns, [](const auto& c) { return c.value.counter; }) <= mostCounters);
@@ -51,7 +52,7 @@ template <class Row> class StatsTable : public myTable {
     void setRows(int rows) { resize(static_cast<int>(columns_.size()), rows); }
 
     // Writes one row, the cells of counters only if asked to.
-    void writeRow(int number, const Row& row, Baselines& baselines, bool clear, bool withCounters = true) {
+    void writeRow(int number, const Row& row, RowCounters& baselines, bool clear, bool withCounters = true) {
         std::size_t counter = 0;
         std::uint32_t none = 0;
         int column = 0;
@@ -64,7 +65,7 @@ template <class Row> class StatsTable : public myTable {
     }
 
     // Makes the current values of the row's counters their baselines.
-    void countFrom(const Row& row, Baselines& baselines) const {
+    void countFrom(const Row& row, RowCounters& baselines) const {
         std::size_t counter = 0;
         for (const StatsColumn<Row>& c : columns_)
             if (c.value.counter) baselines[counter++] = c.value.counter(row);
@@ -97,7 +98,9 @@ template <class Row> class NamedRowsTable : public StatsTable<Row> {
 
 // A table with as many rows as the driver reports, numbered. The baselines of the counters belong to a key in
 // the row, so that they follow a connection when rows come and go. Only visible rows are turned into text.
-template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : public StatsTable<Row> {
+template <class Row, class Key, class Hash = std::hash<Key>>
+class KeyedTable : public StatsTable<Row>,
+                   public Baselines<std::unordered_map<Key, typename StatsTable<Row>::RowCounters, Hash>> {
   public:
     ~KeyedTable() override { this->table().writeOnDemand({}); }
 
@@ -105,12 +108,6 @@ template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : 
         rows_ = {};
         shown_.forget();
         StatsTable<Row>::empty();
-    }
-
-    // Counters start from what the driver counts, as if nothing had been cleared.
-    void countAnew() {
-        baselines_.clear();
-        shown_.forget();
     }
 
   protected:
@@ -129,7 +126,7 @@ template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : 
         if (rows.size() == 0) return false;
         rows_ = rows;
         if (clear)
-            for (const Row row : rows) this->countFrom(row, baselines_[key_(row)]);
+            for (const Row row : rows) this->countFrom(row, this->baselines_[key_(row)]);
         shown_.forget(clear || cleared_ ? 0 : rows.size());
         cleared_ = clear;
         numberRows(static_cast<int>(rows.size()));
@@ -139,11 +136,13 @@ template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : 
     }
 
   private:
+    void rewrite() override { shown_.forget(); }
+
     void write(int number) {
         const Row row = rows_[asIndex(number) - 1];
         if (!row || !shown_.update(asIndex(number) - 1, row.bytes())) return;
-        typename StatsTable<Row>::Baselines baselines{};
-        if (const auto found = baselines_.find(key_(row)); found != baselines_.end())
+        typename StatsTable<Row>::RowCounters baselines{};
+        if (const auto found = this->baselines_.find(key_(row)); found != this->baselines_.end())
             baselines = found->second;
         this->writeRow(number, row, baselines, cleared_);
     }
@@ -157,7 +156,6 @@ template <class Row, class Key, class Hash = std::hash<Key>> class KeyedTable : 
     }
 
     KeyOf key_;
-    std::unordered_map<Key, typename StatsTable<Row>::Baselines, Hash> baselines_;
     bool cleared_ = false;  // all counters show 0 until the next fill(), also those of rows that share a key
     std::size_t digits_ = 0;
     TableView<Row> rows_;

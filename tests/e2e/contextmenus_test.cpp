@@ -1,0 +1,112 @@
+#include <gtest/gtest.h>  // before the window system's macros
+
+#include "tests/e2e/statisticstest.h"
+#include "ui/config/confids.h"
+
+namespace {
+
+class ContextMenus : public StatisticsTest {
+  protected:
+    // Opens the menu of a control with the Menu key; its rows, those that are greyed in brackets.
+    Names menuOf(Widget control) {
+        XmProcessTraversal(control, XmTRAVERSE_CURRENT);
+        user->key("Menu");
+        const Widget menu = user->widget("menu");
+        if (!menu) return nothing;
+        Names labels;
+        WidgetList items = nullptr;
+        Cardinal count = 0;
+        XtVaGetValues(menu, XmNchildren, &items, XmNnumChildren, &count, nullptr);
+        for (const Widget item : std::span(items, count)) {
+            const std::string label = XUser::labelOf(item);
+            labels.push_back(XtIsSensitive(item) ? label : '(' + label + ')');
+        }
+        return labels;
+    }
+    // What is on the clipboard after the row of the menu that is open has been chosen.
+    std::string copied(int row) {
+        for (int i = 1; i < row; ++i) user->key("Down");
+        user->key("Return");
+        return user->clipboard();
+    }
+};
+
+TEST_F(ContextMenus, CountersAndTablesAreCopiedAndClearIsUndone) {
+    startOn("aal5Stats", "set adapter 1 rxPackets 1005; set vc 1 row 1 vci 16; set vc 1 row 1 rxPackets 7; "
+                         "set vc 1 row 1 txPackets 8; set vc 1 row 2 vci 5; set vc 1 row 2 rxPackets 9; "
+                         "set vc 1 row 2 txPackets 10");
+    expectLooks("rxPackets=1005");
+    const Widget field = onPage("rxPackets");
+    EXPECT_EQ(menuOf(field), (Names{"Copy Cell", "(Undo Clear)"}));
+    EXPECT_EQ(copied(1), "1005");
+    press("clear");
+    expectLooks("rxPackets=0");
+    EXPECT_EQ(menuOf(field), (Names{"Copy Cell", "Undo Clear"}));
+    EXPECT_EQ(copied(2), "1005") << "as before";
+    expectLooks("rxPackets=1005");
+
+    turnTo("signallingStats");
+    expectCell("signallingTable", 2, 1, "7");
+    zTable& frames = table("signallingTable");
+    EXPECT_EQ(menuOf(frames.widget()), (Names{"(Copy Cell)", "(Copy Row)", "Copy Table", "(Undo Clear)"}));
+    EXPECT_EQ(copied(1), frames.tabSeparated());
+    frames.setActiveCell({3, 2});
+    const Names all{"Copy Cell", "Copy Row", "Copy Table", "(Undo Clear)"};
+    EXPECT_EQ(menuOf(frames.widget()), all);
+    EXPECT_EQ(copied(1), "10");
+    menuOf(frames.widget());
+    EXPECT_EQ(copied(2), "Signalling\t  0/   5\t9\t10");
+    press("close");
+    EXPECT_EQ(user->clipboard(), "Signalling\t  0/   5\t9\t10") << "without its window";
+}
+
+TEST_F(ContextMenus, TheAdapterListIsCopiedAndRescanned) {
+    start("1,2");
+    EXPECT_EQ(menuOf(list().widget()), (Names{"Copy Row", "Rescan"}));
+    EXPECT_EQ(copied(1), list().line(0));
+    const std::size_t before = lines().size();
+    startDriver("1,2,3");
+    menuOf(list().widget());
+    copied(2);
+    EXPECT_EQ(lines().size(), before + 1);
+}
+
+TEST_F(ContextMenus, TablesOfModalDialogsHaveThem) {
+    start();
+    configure([this] {
+        ProgramTest::turnTo(user->widget(pagesNB), user->widget("ip1577Page"));
+        zTable& pvcs = XUser::tableIn(user->widget(pvcTBL));
+        EXPECT_EQ(menuOf(pvcs.widget()), (Names{"(Copy Cell)", "(Copy Row)", "Copy Table"}));
+        EXPECT_EQ(copied(1), pvcs.tabSeparated());
+        user->key("Escape");
+    });
+}
+
+TEST_F(StatisticsTest, AClearThatWasNotDoneIsNotTheOneThatIsTakenBack) {
+    startOn("aal5Stats", "set adapter 1 rxPackets 1000");
+    press("clear");
+    expectLooks("rxPackets=0");
+    ctl("set adapter 1 rxPackets 1005");
+    expectLooks("rxPackets=5");
+    ctl("fault adapter.aal every resp 5");
+    press("clear");
+    ctl("fault clear");
+    for (int times = 0; times < 2; ++times) {
+        undoClear();
+        expectLooks("rxPackets=1005");
+    }
+    user->key("Return");  // on Clear, which has the focus
+    expectLooks("rxPackets=0");
+    undoClear();
+    expectLooks("rxPackets=1005");
+}
+
+TEST_F(StatisticsTest, ReturnClosesUnlessAButtonHasTheFocusAndApplyAndHelpDoNothing) {
+    startOn("aal5Stats");
+    for (const char* idle : {"apply", "help"}) EXPECT_FALSE(XtIsSensitive(named(idle))) << idle;
+    XmProcessTraversal(onPage("rxPackets"), XmTRAVERSE_CURRENT);
+    user->key("Return");
+    EXPECT_FALSE(user->shellLike("Statistics "));
+}
+
+}  // namespace
