@@ -13,7 +13,9 @@ zMenuRows copyMenu(zTable& table) {
         {.label = "Copy Row",
          .action = [&table, active] { table.toClipboard(table.tabSeparated(active.row)); },
          .enabled = active.row > 0},
-        {.label = "Copy Table", .action = [&table] { table.toClipboard(table.tabSeparated()); }, .keys = "Ctrl+C"},
+        {.label = "Copy Table",
+         .action = [&table] { table.toClipboard(table.tabSeparated()); },
+         .keys = "Ctrl+C"},
     };
 }
 
