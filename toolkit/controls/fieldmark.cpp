@@ -1,6 +1,7 @@
 #include "toolkit/controls/fieldmark.h"
 
-#include <X11/Intrinsic.h>
+#include "toolkit/display/presses.h"
+
 #include <X11/Xutil.h>
 #include <Xm/TextF.h>
 #include <utility>
@@ -8,18 +9,16 @@
 namespace {
 
 zFieldMark* left = nullptr;  // what is marked until the next key
-XtEventDispatchProc dispatchKey = nullptr;
-
-// Keys are dispatched to the control with the focus, which need not be a field: they are heard before that.
-Boolean nextKey(XEvent* event) {
-    if (!IsModifierKey(XLookupKeysym(&event->xkey, 0))) {
-        if (zFieldMark* mark = std::exchange(left, nullptr)) mark->clear();
-        XtSetEventDispatcher(event->xany.display, KeyPress, dispatchKey);
-    }
-    return dispatchKey(event);
-}
 
 }  // namespace
+
+// Keys are for the control with the focus, which need not be a field.
+void zFieldMark::hearKeys(Display* display) {
+    static const zPresses keys(display, [](XEvent& event) {
+        if (event.type != KeyPress || IsModifierKey(XLookupKeysym(&event.xkey, 0))) return;
+        if (zFieldMark* mark = std::exchange(left, nullptr)) mark->clear();
+    });
+}
 
 zFieldMark::~zFieldMark() {
     if (left == this) left = nullptr;
@@ -37,8 +36,7 @@ void zFieldMark::set(std::size_t from, std::size_t to) {
 void zFieldMark::leave(std::size_t from, std::size_t to) {
     set(from, to);
     left = this;
-    const XtEventDispatchProc standing = XtSetEventDispatcher(XtDisplay(field_), KeyPress, nextKey);
-    if (standing != nextKey) dispatchKey = standing;
+    hearKeys(XtDisplay(field_));
 }
 
 void zFieldMark::clear() {

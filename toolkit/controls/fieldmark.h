@@ -2,9 +2,9 @@
 // Typing and pasting replace it, which is the field's business. Inside the toolkit only.
 #pragma once
 
-#include "toolkit/display/widget.h"
-
 #include <cstddef>
+
+#include <X11/Intrinsic.h>
 
 class zFieldMark {
   public:
@@ -26,6 +26,8 @@ class zFieldMark {
     std::size_t to() const { return to_; }
 
   private:
+    static void hearKeys(Display* display);
+
     Widget field_;
     std::size_t from_ = 0, to_ = 0;
 };

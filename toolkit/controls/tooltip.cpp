@@ -38,7 +38,6 @@ constexpr int belowPointer = 20;  // clears the pointer's shape
 constexpr int gap = 2;            // to the control that a text stands off
 
 zTooltips* active = nullptr;  // the one whose text is shown or due
-XtEventDispatchProc usual = nullptr;
 
 }  // namespace
 
@@ -58,28 +57,19 @@ struct zTooltips::Handlers {
             tips->under_->control == control)
             tips->pointerLeft();
     }
-
-    // Every key and button of the program, whatever control it is for.
-    static Boolean press(XEvent* event) {
-        if (active) active->hide();
-        return usual(event);
-    }
-    static void hearPresses(Display* display) {
-        for (const int type : {KeyPress, ButtonPress})
-            if (const auto before = XtSetEventDispatcher(display, type, press); before != press)
-                usual = before;
-    }
 };
 
 zTooltips::zTooltips(Widget board)
-    : board_(board), alarm_(XtDisplay(board), [this] { shell_ ? hide() : show(); }) {
+    : board_(board), alarm_(XtDisplay(board), [this] { shell_ ? hide() : show(); }),
+      presses_(XtDisplay(board), [this](XEvent&) {
+          if (active == this) hide();
+      }) {
     Widget top = board;
     while (XtParent(top)) top = XtParent(top);
     const Delays delays = delaysOf(top);
     delay_ = std::chrono::milliseconds(delays.post);
     duration_ = std::chrono::milliseconds(delays.duration);
     XtAddEventHandler(board_, PointerMotionMask | LeaveWindowMask, False, Handlers::board, this);
-    Handlers::hearPresses(XtDisplay(board_));
 }
 
 zTooltips::~zTooltips() {

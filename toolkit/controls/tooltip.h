@@ -6,6 +6,7 @@
 #pragma once
 
 #include "toolkit/display/alarm.h"
+#include "toolkit/display/presses.h"
 #include "toolkit/display/widget.h"
 
 #include <deque>
@@ -48,5 +49,6 @@ class zTooltips {
     Widget shell_ = nullptr;      // null: no text is shown
     Widget label_ = nullptr;      // in the shell
     std::chrono::milliseconds delay_{}, duration_{};
-    zAlarm alarm_;  // until the text is shown, and then until it goes
+    zAlarm alarm_;      // until the text is shown, and then until it goes
+    zPresses presses_;  // of whatever control
 };
