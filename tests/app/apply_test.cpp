@@ -132,20 +132,6 @@ TEST_F(ApplyTest, AChangeOfOneFieldSendsWhatItsServiceNeedsAndNothingElse) {
 // What the driver does not take is named, and changes neither the rest of the sequence nor the records. After
 // a request without an answer nothing more is sent.
 TEST_F(ApplyTest, WhatTheDriverDoesNotTakeIsNamed) {
-    const std::vector<std::string> refused{
-        "LEC 3: restart refused (5). It runs with its old settings.",
-        "PVC 0 / 100 of LEC 3 refused (5). The client was not restarted and may have it already.",
-        "PVC 0 / 101 of LEC 3 refused (5). The client was not restarted and may have it already.",
-        "LES 5: restart refused (5). It may run with its old settings.",
-        "LECS: restart refused (5). It is stopped, or runs with its old settings.",
-        "Client 01:00:00:00:00:00-00 of LES 1 refused (5). The LECS was not restarted and may have it "
-        "already.",
-        "Client 02:00:00:00:00:00-00 of LES 1 refused (5). The LECS was not restarted and may have it "
-        "already.",
-        "Client 03:00:00:00:00:00-00 of LES 3 refused (5). The LECS was not restarted and may have it "
-        "already.",
-        "Classical IP: restart refused (5). It runs with its old settings.",
-        "PVC 0 / 200 of Classical IP refused (5). The client was not restarted and may have it already."};
     const std::vector<std::string> unsent{"LES 5: not restarted. It runs with its old settings.",
                                           "LECS: not restarted. It runs with its old settings.",
                                           "Classical IP: not restarted. It runs with its old settings."};
@@ -157,15 +143,15 @@ TEST_F(ApplyTest, WhatTheDriverDoesNotTakeIsNamed) {
     const struct {
         const char* name;
         void (*prepare)(ScriptedDriver&);
-        std::size_t requests;
-        std::vector<std::string> sentences;
+        std::size_t requests, named;
+        std::vector<std::string> sentences;  // not of refusals: the windows' tests show each of those
     } drivers[] = {
-        {"refuses", [](ScriptedDriver& d) { d.otherwise([](auto, Answer& a) { a.resp(5); }); }, 12, refused},
-        {"hangs", [](ScriptedDriver& d) { d.otherwise([](auto, Answer& a) { a.error(ETIME); }); }, 1,
+        {"refuses", [](ScriptedDriver& d) { d.otherwise([](auto, Answer& a) { a.resp(5); }); }, 12, 10, {}},
+        {"hangs", [](ScriptedDriver& d) { d.otherwise([](auto, Answer& a) { a.error(ETIME); }); }, 1, 5,
          with("LEC 3: no answer to the restart. What it runs with is unknown.", unsent,
               "Nothing more was sent after a request without an answer.")},
-        {"was not there at start-up", [](ScriptedDriver&) { ioctlDesc.close(); }, 0, {}},
-        {"cannot be opened now", [](ScriptedDriver& d) { d.failCall(1, EACCES); }, 0,
+        {"was not there at start-up", [](ScriptedDriver&) { ioctlDesc.close(); }, 0, 0, {}},
+        {"cannot be opened now", [](ScriptedDriver& d) { d.failCall(1, EACCES); }, 0, 5,
          with("LEC 3: not restarted. It runs with its old settings.", unsent,
               "The driver cannot be opened: Permission denied.")},
     };
@@ -181,7 +167,10 @@ TEST_F(ApplyTest, WhatTheDriverDoesNotTakeIsNamed) {
         const std::string told = apply();
         EXPECT_EQ(driver.requests().size() - before, d.requests) << d.name;
         EXPECT_TRUE(told.starts_with(" Lec2 Les4 Lecs IP1577 Signalling")) << told;
-        EXPECT_EQ(sentences, d.sentences) << d.name;
+        EXPECT_EQ(sentences.size(), d.named) << d.name;
+        if (!d.sentences.empty()) {
+            EXPECT_EQ(sentences, d.sentences) << d.name;
+        }
         EXPECT_EQ(atmDevices.lec[2][2].elanName.view(), "x") << d.name;
         EXPECT_EQ(atmDevices.lecs[2].etherMtuClass, 3) << d.name;
         EXPECT_EQ(atmDevices.sig[2].uniRevision, 31) << d.name;

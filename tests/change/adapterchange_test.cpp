@@ -72,17 +72,6 @@ TEST_F(Changes, WhatOthersChangedStaysTheirs) {
     EXPECT_EQ(user.lec(2).elanName.view(), "theirs") << "and the next dialog shows it";
 }
 
-TEST_F(Changes, NothingEditedNothingWritten) {
-    root.write("/etc/atm/pvcconf0.3", listText(std::vector<AtmBridgedPvc>{pvc(77)}));
-    const fs::file_time_type stamp = fs::last_write_time(root.at(file));
-    EXPECT_FALSE(user.end(false).wrote);
-    EXPECT_TRUE(root.exists("/etc/atm/pvcconf0.3")) << "made by somebody while the dialog was open";
-    EXPECT_EQ(fs::last_write_time(root.at(file)), stamp);
-    EXPECT_FALSE(root.exists("/var/lib/tarvolin"));
-    user.begin();
-    EXPECT_THAT(each(vci, user.lec(4).pvcs), ElementsAre(77)) << "Setup reads again";
-}
-
 TEST_F(Changes, AfterCancelTheNameOfANewListFileIsSavedWithIt) {
     edit(file, "= /etc/atm/pvcconf0.1", "=");
     user.begin();
@@ -164,13 +153,15 @@ TEST_F(Changes, OneFileOfSeveralNames) {
     EXPECT_TRUE(user.end().wrote);
     EXPECT_THAT(each(vci, inFiles().lec[0][0].pvcs), ElementsAre(100, 101, 300));
     EXPECT_THAT(each(vci, inFiles().lec[0][1].pvcs), ElementsAre(100, 101));
-    for (const char* name : {"/etc/atm/.tarvolin-save", "/etc/atm/sub/list", "/etc/atm/./tvconf"}) {
+    for (const char* name :
+         {"/etc/atm/.tarvolin-save", "/etc/atm/sub/list", "/etc/atm/./tvconf", "/etc/atm"}) {
         writeSampleConfiguration(root);
         edit(file, "= /etc/atm/pvcconf0.2", std::string("= ") + name);
         user.begin();
         user.lec(3).pvcs.push_back(pvc(300));
         user.lec(1).l3Mtu += 1;
         EXPECT_EQ(user.end().failures.size(), 1U) << name;
+        EXPECT_THAT(user.questions, IsEmpty()) << name;
         EXPECT_EQ(inFiles().lec[0][0].l3Mtu, user.lec(1).l3Mtu) << name;
     }
 }
@@ -189,25 +180,6 @@ TEST_F(Changes, AFileThatChangesWhileItIsSavedIsMergedAgain) {
     EXPECT_EQ(now.lec[0][0].mtuClass, 3);
     EXPECT_TRUE(now.lec[0][0].elanName.view().starts_with('x')) << now.lec[0][0].elanName.view();
     EXPECT_TRUE(root.exists("/var/lib/tarvolin/history/0001/manifest.json"));
-}
-
-TEST_F(Changes, AHeldLockIsAskedAboutAndListsWaitForTheNextSave) {
-    user.lec(1).pvcs.push_back(pvc(300));
-    user.lec(1).mtuClass = 3;
-    {
-        platform::ConfigurationLock held;
-        ASSERT_EQ(held.take("tvctl", 0ms), 0);
-        const ChangeResult result = user.end(true, false);
-        EXPECT_TRUE(result.givenUp);
-        ASSERT_EQ(user.questions.size(), 1U);
-        EXPECT_THAT(user.questions[0], HasSubstr(fmt::format("tvctl (process {})", ::getpid())));
-    }
-    EXPECT_EQ(user.lec(1).mtuClass, user.before.lec[0][0].mtuClass) << "the fields are given up";
-    EXPECT_THAT(user.configuration.unsavedLists(0), ElementsAre("LEC 1"));
-    user.begin();
-    EXPECT_TRUE(user.end(false).wrote);
-    EXPECT_EQ(inFiles().lec[0][0].pvcs.back().vci, 300);
-    EXPECT_THAT(user.configuration.unsavedLists(0), IsEmpty());
 }
 
 TEST_F(Changes, WhatTheFileDoesNotKeepIsNamed) {

@@ -134,26 +134,3 @@ TEST(Unreadable, ARecordOfAnotherUserIsNotObeyed) {
         EXPECT_FALSE(root.exists("/victim")) << "nothing else was in the way";
     }
 }
-
-// The copies of this very save change it, over and over.
-TEST(Unreadable, ADirectoryInPlaceOfAListHoldsNothingUp) {
-    const SampleRoot root;
-    edit(root, {"= /etc/atm/pvcconf0.0", "= /etc/atm"});
-    Administrator user;
-    user.lec(2).l3Mtu = 1400;
-    EXPECT_TRUE(user.end().wrote);
-    EXPECT_THAT(user.questions, testing::IsEmpty());
-}
-
-// A list's file that is a link, to comments outside the folder.
-TEST(Unreadable, CommentsElsewhereAreNoEmptyList) {
-    const SampleRoot root;
-    root.write("/notes", "# of somebody\n");
-    fs::remove(root.at("/etc/atm/pvcconf0.0"));
-    fs::create_symlink("../../notes", root.at("/etc/atm/pvcconf0.0"));
-    Administrator user;
-    user.lec(1).pvcs.emplace_back().vci = 204;
-    EXPECT_EQ(user.end().failures.size(), 1U);
-    EXPECT_THAT(user.questions, testing::IsEmpty());
-    EXPECT_EQ(root.read("/notes"), "# of somebody\n");
-}

@@ -151,6 +151,7 @@ TEST_F(DriverPdf, FilesThatAreNoListsAreLeftAlone) {
         {"/etc/atm/../other", "(none)", "it is not a list, and not in /etc/atm"},
         {"/etc/empty", "", "it is not a list, and not in /etc/atm"},
         {"/etc/comments", "# nothing\n", "it is not a list, and not in /etc/atm"},
+        {"/etc/atm/away", "(link)/etc/comments", "it is not a list, and not in /etc/atm"},
         {"/etc/list", bridgedText, ""},
         {"/etc/atm/new", "(none)", ""},
         {"/etc/atm/comments", "# nothing\n", ""},
