@@ -39,13 +39,6 @@ struct Changes : testing::Test {
     SampleRoot root;
     LogCapture log;
     Administrator user, other;
-
-    // Somebody edits the file.
-    void edit(const char* name, const std::string& from, const std::string& to) const {
-        std::string text = root.read(name);
-        ASSERT_NE(text.find(from), std::string::npos) << from;
-        root.write(name, text.replace(text.find(from), from.size(), to));
-    }
 };
 
 }  // namespace
@@ -54,7 +47,7 @@ TEST_F(Changes, WhatOthersChangedStaysTheirs) {
     other.lec(2).elanName = "theirs";
     other.lec(1).pvcs.push_back(pvc(300));
     EXPECT_TRUE(other.end().wrote);
-    edit(file, "InterruptNumber", "# somebody was here\n\tInterruptNumber");
+    root.edit(file, "InterruptNumber", "# somebody was here\n\tInterruptNumber");
     user.lec(2).mtuClass = 3;
     user.lec(1).pvcs.push_back(pvc(301));
     user.lec(1).pvcs.erase(user.lec(1).pvcs.begin());
@@ -73,7 +66,7 @@ TEST_F(Changes, WhatOthersChangedStaysTheirs) {
 }
 
 TEST_F(Changes, AfterCancelTheNameOfANewListFileIsSavedWithIt) {
-    edit(file, "= /etc/atm/pvcconf0.1", "=");
+    root.edit(file, "= /etc/atm/pvcconf0.1", "=");
     user.begin();
     user.lec(2).pvcs.push_back(pvc(300));
     user.lec(2).mtuClass = 3;
@@ -156,7 +149,7 @@ TEST_F(Changes, OneFileOfSeveralNames) {
     for (const char* name :
          {"/etc/atm/.tarvolin-save", "/etc/atm/sub/list", "/etc/atm/./tvconf", "/etc/atm"}) {
         writeSampleConfiguration(root);
-        edit(file, "= /etc/atm/pvcconf0.2", std::string("= ") + name);
+        root.edit(file, "= /etc/atm/pvcconf0.2", std::string("= ") + name);
         user.begin();
         user.lec(3).pvcs.push_back(pvc(300));
         user.lec(1).l3Mtu += 1;
@@ -172,7 +165,7 @@ TEST_F(Changes, AFileThatChangesWhileItIsSavedIsMergedAgain) {
     bool done = false;
     files.onCall = [&](FileCall kind) {  // the copy has been made
         if (kind != FileCall::sync || std::exchange(done, true)) return;
-        edit(file, "ElanName                = ", "ElanName                = x");
+        root.edit(file, "ElanName                = ", "ElanName                = x");
     };
     EXPECT_TRUE(user.end().wrote);
     EXPECT_TRUE(done);
@@ -183,7 +176,7 @@ TEST_F(Changes, AFileThatChangesWhileItIsSavedIsMergedAgain) {
 }
 
 TEST_F(Changes, WhatTheFileDoesNotKeepIsNamed) {
-    edit(file, "L3Mtu", "#L3Mtu");
+    root.edit(file, "L3Mtu", "#L3Mtu");
     user.begin();
     user.lec(1).l3Mtu = 9000;
     user.lec(2).elanName = std::string(31, 'n');

@@ -113,14 +113,7 @@ struct SameFiles : testing::Test {
         fs::remove_all(root.at("/etc/atm"));
         for (const auto& [name, text] : texts) root.write(name, text);
     }
-    Texts get() const {
-        Texts texts;
-        for (const auto& entry : fs::directory_iterator(root.at("/etc/atm"))) {
-            const std::string name = "/etc/atm/" + entry.path().filename().string();
-            texts[name] = root.read(name);
-        }
-        return texts;
-    }
+    Texts get() const { return root.files("/etc/atm"); }
 
     Texts oldWay(int adapter, bool settings, const AtmDevices& devices) const {
         AtmDevices mine;

@@ -30,19 +30,13 @@ struct Case {
 };
 
 void edit(const TempRoot& root, const Edit& how) {
-    std::string text = root.read(file);
-    if (how.first.empty() && how.second.empty()) return;
     if (how.first == "all") return root.write(file, how.second);
-    const std::size_t at = text.find(how.first);
-    ASSERT_NE(at, std::string::npos) << how.first;
-    root.write(file, text.replace(at, how.first.size(), how.second));
+    if (!how.first.empty()) root.edit(file, how.first, how.second);
 }
 
 std::map<std::string, std::string> lists(const TempRoot& root) {
-    std::map<std::string, std::string> all;
-    for (const auto& entry : fs::directory_iterator(root.at("/etc/atm")))
-        if (entry.path().filename() != "tvconf")
-            all[entry.path().filename()] = root.read("/etc/atm/" + entry.path().filename().string());
+    auto all = root.files("/etc/atm");
+    all.erase(file);
     return all;
 }
 

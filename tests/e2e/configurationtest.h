@@ -177,23 +177,10 @@ class ConfigurationTest : public ProgramTest {
     // On the LEC page.
     void addPvc() { inSubDialog(addBTN, "lecPvc", {{pvcVciED, "204"}}); }
 
-    // Somebody else edits a file, at the first such place.
     void edit(const std::string& file, const std::string& from, const std::string& to) {
-        std::string text = root.read(file);
-        const std::size_t at = text.find(from);
-        ASSERT_NE(at, std::string::npos) << file << ": " << from;
-        root.write(file, text.replace(at, from.size(), to));
+        root.edit(file, from, to);
     }
-    // The regular files below /etc/atm.
-    std::map<std::string, std::string> files() {
-        std::map<std::string, std::string> all;
-        for (const auto& entry : std::filesystem::directory_iterator(root.at("/etc/atm")))
-            if (entry.is_regular_file()) {
-                const std::string name = "/etc/atm/" + entry.path().filename().string();
-                all[name] = root.read(name);
-            }
-        return all;
-    }
+    std::map<std::string, std::string> files() { return root.files("/etc/atm"); }
 
     std::string dump() { return simulator->ctl("dump config"); }
 

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <gtest/gtest.h>
 #include <stdexcept>
 
 namespace fs = std::filesystem;
@@ -49,6 +50,21 @@ std::string TempRoot::read(std::string_view systemPath) const {
 
 bool TempRoot::exists(std::string_view systemPath) const {
     return fs::exists(at(systemPath));
+}
+
+void TempRoot::edit(std::string_view systemPath, std::string_view from, std::string_view to) const {
+    std::string text = read(systemPath);
+    const std::size_t at = text.find(from);
+    ASSERT_NE(at, std::string::npos) << systemPath << ": " << from;
+    write(systemPath, text.replace(at, from.size(), to));
+}
+
+std::map<std::string, std::string> TempRoot::files(std::string_view directory) const {
+    std::map<std::string, std::string> texts;
+    for (const auto& entry : fs::directory_iterator(at(directory)))
+        if (entry.is_regular_file())
+            texts[std::string(directory) + '/' + entry.path().filename().string()] = contentOf(entry.path());
+    return texts;
 }
 
 int TempRoot::temporaryCopies() const {

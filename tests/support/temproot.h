@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -23,7 +24,11 @@ class TempRoot {
     // Makes the directory, too.
     void write(std::string_view systemPath, std::string_view content) const;
     std::string read(std::string_view systemPath) const;
+    // As somebody edits it, at the first such place, which has to be there.
+    void edit(std::string_view systemPath, std::string_view from, std::string_view to) const;
     bool exists(std::string_view systemPath) const;
+    // The texts of the regular files in a directory, by their system paths.
+    std::map<std::string, std::string> files(std::string_view directory) const;
     int temporaryCopies() const;  // and records of saves, that are there
 
   private:
