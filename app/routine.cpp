@@ -19,6 +19,9 @@ namespace {
 
 constexpr char debugOption[] = "-DEBUG", advancedOption[] = "-ADV";
 
+// Of Setup and Statistics, in dialog units.
+constexpr int largestWidth = 300, largestHeight = 280;
+
 constexpr char usage[] =
     "Usage: tarvolin [option]...\n"
     "Configures and watches the ATM network adapters of this host.\n"
@@ -75,6 +78,7 @@ int runApplication(const std::string& command, const std::vector<std::string>& a
     zSetPictures(programPictures());
     zApplication application(command, "Tarvolin", arguments, fallbackResources);
     application.onAbort = AbandonSections;
+    application.fitScreen(largestWidth, largestHeight);
     if (!application.openDisplay()) return 1;
     nameIgnored(application);
     DMainDlg mainWindow(application, mainLayout);

@@ -18,24 +18,26 @@ std::string withMenuHint(const char* tooltip) {
                    : "Right button or Menu key: menu";
 }
 
-}  // namespace
-
-zBoard::zBoard(Widget parent, const char* name, const zLayout& layout) : layout_(layout) {
+Widget makeBoard(Widget parent, const char* name, const zLayout& layout) {
     const char* font = layout.font.weight > zFontRow::normal ? "bold" : "plain";
     zResources resources;
     resources.set(XmNmarginWidth, 0).set(XmNmarginHeight, 0).set(XmNresizePolicy, XmRESIZE_NONE);
     resources.set(XmNautoUnmanage, False).set(XmNdefaultPosition, False);
     resources.setFonts(zDisplayCache::of(XtDisplay(parent)).renderTable(parent, font));
-    widget_ =
-        XtCreateWidget(name, xmBulletinBoardWidgetClass, parent, resources.args.data(), resources.count());
-    const zDialogUnits units = zDialogUnits::ofBoard(widget_);
-    size_ = units.pixels({0, 0, layout.width, layout.height});
+    return XtCreateWidget(name, xmBulletinBoardWidgetClass, parent, resources.args.data(), resources.count());
+}
+
+}  // namespace
+
+zBoard::zBoard(Widget parent, const char* name, const zLayout& layout)
+    : layout_(layout), widget_(makeBoard(parent, name, layout)), units_(zDialogUnits::ofBoard(widget_)),
+      size_(units_.pixels({0, 0, layout.width, layout.height})) {
     XtVaSetValues(widget_, XmNwidth, size_.width, XmNheight, size_.height, nullptr);
 
     tooltips_ = std::make_unique<zTooltips>(widget_);
     std::shared_ptr<zRadioGroup> group;
     for (const zControlRow& row : layout.rows) {
-        controls_.push_back(zCreateControl(widget_, units, row));
+        controls_.push_back(zCreateControl(widget_, units_, row));
         zControl& control = *controls_.back();
         if (auto* button = dynamic_cast<zRadioButton*>(&control)) {
             if (row.style & zFirstOfGroup) group = std::make_shared<zRadioGroup>();
@@ -71,6 +73,24 @@ void zBoard::enable(std::span<const zEnableRow> rows, unsigned conditions) {
 
 void zBoard::grey(bool on) {
     for (const auto& control : controls_) control->grey(on);
+}
+
+bool zBoard::stretches() const {
+    return std::ranges::any_of(layout_.rows, [](const zControlRow& row) { return row.more != zMore{}; });
+}
+
+void zBoard::stretch(int right, int down) {
+    XtVaSetValues(widget_, XmNwidth, size_.width + right, XmNheight, size_.height + down, nullptr);
+    for (std::size_t i = 0; i < controls_.size(); ++i) {
+        const zMore& more = layout_.rows[i].more;
+        if (more == zMore{}) continue;
+        zRect place = zPlaceOf(units_, layout_.rows[i]);
+        place.x += right * more.right / 100;
+        place.width += right * more.wider / 100;
+        place.y += down * more.down / 100;
+        place.height += down * more.higher / 100;
+        controls_[i]->place(place);
+    }
 }
 
 void zBoard::realized() const {

@@ -3,6 +3,7 @@
 
 #include "toolkit/controls/choice.h"
 #include "toolkit/controls/control.h"
+#include "toolkit/controls/dialogunits.h"
 #include "toolkit/controls/layout.h"
 #include "toolkit/controls/tooltip.h"
 #include "toolkit/display/widget.h"
@@ -38,7 +39,13 @@ class zBoard {
     zBoard& operator=(const zBoard&) = delete;
 
     Widget widget() const { return widget_; }
-    const zRect& size() const { return size_; }  // in pixels
+    const zRect& size() const { return size_; }  // of the layout, in pixels
+    const zDialogUnits& units() const { return units_; }
+
+    // Whether controls take part in a board that is larger than its layout (zMore).
+    bool stretches() const;
+    // Makes a board so much larger than its layout, in pixels, and places its controls.
+    void stretch(int right, int down);
 
     // The control with this id, or the one without an id that has this name. Throws std::logic_error if the
     // layout has no such control of this kind.
@@ -83,6 +90,7 @@ class zBoard {
 
     const zLayout& layout_;
     Widget widget_;
+    zDialogUnits units_;
     zRect size_;
     std::vector<std::unique_ptr<zControl>> controls_;
     std::unique_ptr<zTooltips> tooltips_;

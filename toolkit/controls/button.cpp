@@ -1,5 +1,6 @@
 #include "toolkit/controls/button.h"
 
+#include "toolkit/controls/dialogunits.h"
 #include "toolkit/controls/rowwidget.h"
 
 #include <Xm/PushB.h>
@@ -20,7 +21,8 @@ zBitmapButton::zBitmapButton(Widget board, const zRect& place, const zControlRow
     resources.set(XmNlabelString, text).set(XmNrecomputeSize, False);
     resources.set(XmNnavigationType, XmEXCLUSIVE_TAB_GROUP);
     attach(zMakeWidget(xmPushButtonWidgetClass, board, row, resources));
-    if (const Pixmap picture = zPixmapOf(widget(), row.picture, zBackground(widget())))
+    if (const Pixmap picture = zPixmapOf(widget(), row.picture, zBackground(widget()),
+                                         zDialogUnits::ofBoard(board).baseHeight()))
         XtVaSetValues(widget(), XmNlabelType, XmPIXMAP_AND_STRING, XmNlabelPixmap, picture, nullptr);
     // Motif leaves Return to the window, which presses its default button.
     static const XtTranslations keys =

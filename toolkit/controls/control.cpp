@@ -1,6 +1,7 @@
 #include "toolkit/controls/control.h"
 
 #include "toolkit/controls/contextmenu.h"
+#include "toolkit/controls/rowwidget.h"
 #include "toolkit/display/clipboard.h"
 
 #include <Xm/Xm.h>
@@ -34,6 +35,10 @@ zControl::~zControl() = default;
 void zControl::enable(bool on) {
     enabled_ = on;
     XtSetSensitive(outermost(), enabled_ && !greyed_);
+}
+
+void zControl::place(const zRect& place) {
+    zSetGeometry(outermost(), place);
 }
 
 void zControl::greySensitive(bool on) {

@@ -51,6 +51,9 @@ class zControl {
     virtual void load() {}
     virtual void store() {}
 
+    // Gives the control another place and size, in pixels of the board.
+    virtual void place(const zRect& place);
+
     // Called when the board has been realized.
     virtual void realized() {}
 

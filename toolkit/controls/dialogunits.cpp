@@ -8,10 +8,9 @@
 zDialogUnits zDialogUnits::ofBoard(Widget board) {
     XmRenderTable table = nullptr;
     XtVaGetValues(board, XmNlabelRenderTable, &table, nullptr);
-    const zXmText alphabet("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
     Dimension width = 0, height = 0;
-    XmStringExtent(table, alphabet.get(), &width, &height);
-    return {(width / 26 + 1) / 2, height};
+    XmStringExtent(table, zXmText(alphabet).get(), &width, &height);
+    return ofAlphabet(width, height);
 }
 
 zRect zDialogUnits::pixels(const zRect& units) const {

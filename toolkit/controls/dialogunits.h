@@ -9,6 +9,10 @@ class zDialogUnits {
   public:
     zDialogUnits(int baseWidth, int baseHeight) : baseWidth_(baseWidth), baseHeight_(baseHeight) {}
 
+    // Of a font in which the alphabet has this extent in pixels.
+    static constexpr const char* alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+    static zDialogUnits ofAlphabet(int width, int height) { return {(width / 26 + 1) / 2, height}; }
+
     // For the label font of a bulletin board.
     static zDialogUnits ofBoard(Widget board);
 

@@ -57,9 +57,12 @@ static_assert(std::ranges::adjacent_find(makers, std::ranges::greater_equal(), &
 
 }  // namespace
 
-std::unique_ptr<zControl> zCreateControl(Widget board, const zDialogUnits& units, const zControlRow& row) {
-    const Maker& maker = makers[indexOf(row.kind)];
+zRect zPlaceOf(const zDialogUnits& units, const zControlRow& row) {
     zRect place = row.place;
-    if (maker.height) place.height = maker.height;
-    return maker.make(board, units.pixels(place), row);
+    if (const int fixed = makers[indexOf(row.kind)].height) place.height = fixed;
+    return units.pixels(place);
+}
+
+std::unique_ptr<zControl> zCreateControl(Widget board, const zDialogUnits& units, const zControlRow& row) {
+    return makers[indexOf(row.kind)].make(board, zPlaceOf(units, row), row);
 }

@@ -42,6 +42,15 @@ enum zStyle : unsigned {
     zSmallFont = 32,     // a list in the small font
 };
 
+// What becomes of a control in a window that is larger than its layout: in hundredths of what the window, or
+// the notebook page, has more in this direction. A window of which no row says anything has a fixed size.
+struct zMore {
+    int right = 0, down = 0;    // it moves
+    int wider = 0, higher = 0;  // it grows
+
+    bool operator==(const zMore&) const = default;
+};
+
 struct zControlRow {
     int id = -1;
     zKind kind = zKind::staticText;
@@ -53,6 +62,7 @@ struct zControlRow {
     unsigned style = zPlain;
     const zFieldMask* mask = nullptr;         // what can be typed into an edit; null: any text
     std::span<const char* const> items = {};  // for drop-down lists and tab strips
+    zMore more = {};
 };
 
 struct zFontRow {

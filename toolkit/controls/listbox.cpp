@@ -27,6 +27,11 @@ zListBox::zListBox(Widget board, const zRect& place, const zControlRow& row) : z
     });
 }
 
+void zListBox::place(const zRect& place) {
+    place_ = place;
+    zControl::place(place);
+}
+
 void zListBox::setLines(std::vector<std::string> lines) {
     lines_ = std::move(lines);
     XmListDeleteAllItems(widget());

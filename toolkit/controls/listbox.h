@@ -21,6 +21,7 @@ class zListBox : public zControl {
     int selected() const;                  // the first one
     std::vector<int> allSelected() const;  // in ascending order
     Widget outermost() const override;
+    void place(const zRect& place) override;
 
     std::function<void()> onSelect;    // the user has selected a line
     std::function<void()> onActivate;  // double-click, or Return on a line

@@ -8,7 +8,7 @@
 #include <algorithm>
 
 zNotebook::zNotebook(Widget board, const zRect& place, const zControlRow& row)
-    : zControl(row), place_(place) {
+    : zControl(row), layoutPlace_(place), place_(place) {
     zResources resources(place);
     attach(zMakeTabs(board, row, resources));
     listen(XmNtabSelectedCallback, [](zControl& self, void* data) {
@@ -59,6 +59,18 @@ void zNotebook::raise() {
     if (XtIsManaged(page.board->widget())) return;
     XtManageChild(page.board->widget());
     page.board->realized();
+    if (place_.width != layoutPlace_.width || place_.height != layoutPlace_.height) fill(*page.board);
+}
+
+void zNotebook::fill(zBoard& board) const {
+    board.stretch(place_.width - layoutPlace_.width, place_.height - layoutPlace_.height);
+}
+
+void zNotebook::place(const zRect& place) {
+    place_ = place;
+    zControl::place(place);
+    for (const Page& page : pages_)
+        if (page.board && XtIsManaged(page.board->widget())) fill(*page.board);
 }
 
 void zNotebook::realized() {

@@ -22,6 +22,7 @@ class zNotebook : public zControl {
 
     std::function<void(int position)> onSelect;  // the user has turned to another page
 
+    void place(const zRect& place) override;  // its pages grow with it
     void realized() override;
 
   private:
@@ -34,7 +35,9 @@ class zNotebook : public zControl {
 
     void make(Page& page);
     void raise();
+    void fill(zBoard& board) const;
 
+    const zRect layoutPlace_;
     zRect place_;
     std::vector<Page> pages_;
 };

@@ -35,7 +35,12 @@ void zTabStrip::select(int position) {
     XmTabStackSelectTab(tabs_[asIndex(position)], True);
 }
 
+void zTabStrip::place(const zRect& place) {
+    place_ = place;
+    zControl::place(place);
+}
+
 void zTabStrip::realized() {
     // The tab stack computed a size of its own when the tabs were added.
-    zSetGeometry(widget(), place_);
+    zControl::place(place_);
 }

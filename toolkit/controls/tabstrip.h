@@ -16,6 +16,7 @@ class zTabStrip : public zControl {
 
     std::function<void(int position)> onSelect;  // the user has selected another tab
 
+    void place(const zRect& place) override;
     void realized() override;
 
   private:

@@ -1,6 +1,7 @@
 #include "toolkit/display/colours.h"
 
-#include <X11/Intrinsic.h>
+#include "toolkit/display/database.h"
+
 #include <fmt/format.h>
 #include <optional>
 #include <string>
@@ -27,36 +28,12 @@ constexpr struct {
     {"*highlightColor", "a.highlightColor", "A.HighlightColor", "#303030", nullptr, 80},
 };
 
-class Resources {
-  public:
-    explicit Resources(Display* display) : display_(display), database_(XtDatabase(display)) {
-        XtGetApplicationNameAndClass(display, &name_, &class_);
-    }
-
-    std::string value(const char* name, const char* classes) const {
-        char* type = nullptr;
-        XrmValue found{};
-        if (!XrmGetResource(database_, fmt::format("{}.{}", name_, name).c_str(),
-                            fmt::format("{}.{}", class_, classes).c_str(), &type, &found) ||
-            !found.addr)
-            return {};
-        return static_cast<const char*>(static_cast<void*>(found.addr));
-    }
-    void put(const char* specifier, const std::string& value) {
-        XrmPutStringResource(&database_, fmt::format("{}{}", class_, specifier).c_str(), value.c_str());
-    }
-    std::optional<XColor> colour(const std::string& text) const {
-        XColor rgb{};
-        const Colormap colours = DefaultColormap(display_, DefaultScreen(display_));
-        if (!XParseColor(display_, colours, text.c_str(), &rgb)) return {};
-        return rgb;
-    }
-
-  private:
-    Display* display_;
-    XrmDatabase database_;
-    String name_ = nullptr, class_ = nullptr;
-};
+std::optional<XColor> colourOf(Display* display, const std::string& text) {
+    XColor rgb{};
+    const Colormap colours = DefaultColormap(display, DefaultScreen(display));
+    if (!XParseColor(display, colours, text.c_str(), &rgb)) return {};
+    return rgb;
+}
 
 // As the eye weighs them.
 int brightness(const XColor& rgb) {
@@ -72,13 +49,13 @@ std::string mixed(const XColor& ground, const XColor& other, int hundredths) {
 }  // namespace
 
 void zFollowColours(Display* display) {
-    Resources resources(display);
-    const auto background = resources.colour(resources.value("a.background", "A.Background"));
-    const auto foreground = resources.colour(resources.value("a.foreground", "A.Foreground"));
+    zDatabase resources(display);
+    const auto background = colourOf(display, resources.value("a.background", "A.Background"));
+    const auto foreground = colourOf(display, resources.value("a.foreground", "A.Foreground"));
     if (!background || !foreground || brightness(*foreground) <= brightness(*background)) return;
     for (const auto& row : rows) {
         if (resources.value(row.name, row.classes) != row.light) continue;  // the user has chosen it
-        const auto other = row.other ? resources.colour(row.other) : foreground;
+        const auto other = row.other ? colourOf(display, row.other) : foreground;
         if (other) resources.put(row.specifier, mixed(*background, *other, row.hundredths));
     }
 }

@@ -29,8 +29,8 @@ class zDisplayCache {
     // The render table "plain", "bold", "small" or "fixed", from X resources such as Tarvolin*bold*fontName.
     XmRenderTable renderTable(Widget widget, const std::string& name);
 
-    // By what it shows: its number in the picture table and the background colour, or what it is drawn of.
-    // None until the caller stores the pixmap here.
+    // By what it shows: its number in the picture table, the background colour and its size, or what it is
+    // drawn of. None until the caller stores the pixmap here.
     using Shown = std::array<unsigned long, 7>;
     Pixmap& pixmap(const Shown& shown) { return pixmaps_[shown]; }
 

@@ -21,7 +21,24 @@ char** xpmData(const zPictureRow& row) {
     return const_cast<char**>(row.xpm);
 }
 
-Pixmap make(Widget widget, const zPictureRow& row, Pixel background) {
+// An image in so many halves of its size.
+struct Enlarged {
+    std::vector<unsigned> pixels;
+    XpmImage image;
+
+    Enlarged(const XpmImage& of, int halves) : image(of) {
+        const auto factor = static_cast<unsigned>(halves);
+        image.width = of.width * factor / 2;
+        image.height = of.height * factor / 2;
+        pixels.reserve(std::size_t{image.width} * image.height);
+        for (unsigned y = 0; y < image.height; ++y)
+            for (unsigned x = 0; x < image.width; ++x)
+                pixels.push_back(of.data[std::size_t{y * 2 / factor} * of.width + x * 2 / factor]);
+        image.data = pixels.data();
+    }
+};
+
+Pixmap make(Widget widget, const zPictureRow& row, Pixel background, int halves) {
     char symbol[] = "background";
     const XColor rgb = zColourOf(widget, background);
     std::string value = fmt::format("#{:02x}{:02x}{:02x}", rgb.red >> 8, rgb.green >> 8, rgb.blue >> 8);
@@ -37,11 +54,22 @@ Pixmap make(Widget widget, const zPictureRow& row, Pixel background) {
         attributes.closeness = 40000;
     }
     Pixmap made = None;
-    XpmCreatePixmapFromData(XtDisplay(widget), RootWindowOfScreen(XtScreen(widget)), xpmData(row), &made,
-                            nullptr, &attributes);
-    if (made) zKnowPixmap(widget, made, attributes.width, attributes.height);
+    XpmImage image{};
+    if (XpmCreateXpmImageFromData(xpmData(row), &image, nullptr) != XpmSuccess) return None;
+    Enlarged enlarged(image, halves);
+    XpmCreatePixmapFromXpmImage(XtDisplay(widget), RootWindowOfScreen(XtScreen(widget)), &enlarged.image,
+                                &made, nullptr, &attributes);
+    if (made) zKnowPixmap(widget, made, enlarged.image.width, enlarged.image.height);
     XpmFreeAttributes(&attributes);
+    XpmFreeXpmImage(&image);
     return made;
+}
+
+// Of the usual 12 point font at 96 dots per inch, for which pictures are drawn.
+constexpr int usualTextHeight = 19;
+
+int halvesBeside(int textHeight) {
+    return std::max(2, (2 * textHeight + usualTextHeight / 2) / usualTextHeight);
 }
 
 }  // namespace
@@ -56,12 +84,14 @@ const zPictureRow* zFindPicture(int id) {
     return row == pictures.end() ? nullptr : &*row;
 }
 
-unsigned long zPixmapOf(Widget widget, int id, unsigned long background) {
+unsigned long zPixmapOf(Widget widget, int id, unsigned long background, int textHeight) {
     const zPictureRow* row = zFindPicture(id);
     if (!row) return 0;
+    const int halves = halvesBeside(textHeight);
     Pixmap& pixmap =
-        zDisplayCache::of(XtDisplay(widget)).pixmap({static_cast<unsigned long>(id), background});
-    if (!pixmap) pixmap = make(widget, *row, background);
+        zDisplayCache::of(XtDisplay(widget))
+            .pixmap({static_cast<unsigned long>(id), background, static_cast<unsigned long>(halves)});
+    if (!pixmap) pixmap = make(widget, *row, background, halves);
     return pixmap;
 }
 

@@ -23,8 +23,9 @@ void zSetPictures(std::span<const zPictureRow> rows);
 const zPictureRow* zFindPicture(int id);
 
 // The Pixmap of a picture, or 0 if there is no such picture. XPM colours with the symbol "background" become
-// `background`. The pixmap is created once per display and owned by the toolkit.
-unsigned long zPixmapOf(Widget widget, int id, unsigned long background);
+// `background`. Beside a text of this height, in pixels, it is larger if the text is larger than the usual
+// one, in steps of a half; 0: as it is. The pixmap is created once per display and owned by the toolkit.
+unsigned long zPixmapOf(Widget widget, int id, unsigned long background, int textHeight = 0);
 
 // The picture in the format of _NET_WM_ICON: width, height, then rows of ARGB values. Empty if there is no
 // such picture.

@@ -22,6 +22,9 @@ constexpr int wheelRows = 3, wheelPixels = 40;
 constexpr int widthMargin = 8;              // left and right of a text, in total
 constexpr char usualText[] = "0000000000";  // determines the default column width
 
+constexpr EventMask handledEvents =
+    KeyPressMask | ButtonPressMask | ButtonReleaseMask | PointerMotionMask | FocusChangeMask;
+
 Widget makeBar(Widget parent, const char* name, unsigned char orientation) {
     return XtVaCreateWidget(name, xmScrollBarWidgetClass, parent, XmNorientation, orientation, XmNtraversalOn,
                             False, XmNhighlightThickness, 0, nullptr);
@@ -49,6 +52,10 @@ constexpr Move moves[] = {
 struct zTable::Handlers {
     static void event(Widget, XtPointer self, XEvent* event, Boolean*) {
         auto& table = *static_cast<zTable*>(self);
+        const bool pointer =
+            event->type == ButtonPress || event->type == ButtonRelease || event->type == MotionNotify;
+        if (pointer && table.drag_.event(table.widget(), *event)) return;
+        if (event->type == MotionNotify) passOn(table, *event);
         switch (event->type) {
         case KeyPress:
             key(table, event->xkey);
@@ -67,6 +74,19 @@ struct zTable::Handlers {
     static bool isOwn(const XFocusChangeEvent& event) {
         return event.detail != NotifyPointer && event.detail != NotifyPointerRoot &&
                event.detail != NotifyInferior;
+    }
+
+    // To the board, whose tooltips wait for it: it got the motions that the canvas does not ask for.
+    static void passOn(const zTable& table, XEvent event) {
+        const Widget board = XtParent(table.container_);
+        for (Widget inside = table.widget(); inside != board; inside = XtParent(inside)) {
+            Position x = 0, y = 0;
+            XtVaGetValues(inside, XmNx, &x, XmNy, &y, nullptr);
+            event.xmotion.x += x;
+            event.xmotion.y += y;
+        }
+        event.xmotion.window = XtWindow(board);
+        XtDispatchEventToWidget(board, &event);
     }
 
     static void key(zTable& table, XKeyEvent& event) {
@@ -118,7 +138,10 @@ struct zTable::Handlers {
 };
 
 zTable::zTable(Widget board, const zRect& place, const zControlRow& row)
-    : zControl(row), place_(place), painting_(XtDisplay(board), [this] { flush(); }) {
+    : zControl(row), place_(place), drag_(
+                                        row, grid_, [this](int column) { return fittedWidth(column); },
+                                        [this](int column, int width) { widen(column, width); }),
+      painting_(XtDisplay(board), [this] { flush(); }) {
     zResources resources(place);
     resources.set(XmNmarginWidth, 0).set(XmNmarginHeight, 0).set(XmNresizePolicy, XmRESIZE_NONE);
     container_ = zMakeWidget(xmDrawingAreaWidgetClass, board, row, resources);
@@ -134,8 +157,7 @@ zTable::zTable(Widget board, const zRect& place, const zControlRow& row)
     paint_ = std::make_unique<zTablePaint>(widget());
     setFont({});
 
-    XtAddEventHandler(widget(), KeyPressMask | ButtonPressMask | FocusChangeMask, False, Handlers::event,
-                      this);
+    XtAddEventHandler(widget(), handledEvents, False, Handlers::event, this);
     listen(XmNexposeCallback, [](zControl& self, void* data) {
         auto& table = static_cast<zTable&>(self);
         const XEvent* event = static_cast<XmDrawingAreaCallbackStruct*>(data)->event;
@@ -153,8 +175,7 @@ zTable::zTable(Widget board, const zRect& place, const zControlRow& row)
 }
 
 zTable::~zTable() {
-    XtRemoveEventHandler(widget(), KeyPressMask | ButtonPressMask | FocusChangeMask, False, Handlers::event,
-                         this);
+    XtRemoveEventHandler(widget(), handledEvents, False, Handlers::event, this);
 }
 
 void zTable::showFocus(bool on) {
@@ -199,6 +220,12 @@ void zTable::grey(bool on) {
     changedAll();
 }
 
+void zTable::place(const zRect& place) {
+    place_ = place;
+    zControl::place(place);
+    arrange();
+}
+
 void zTable::realized() {
     realized_ = true;
     arrange();
@@ -239,9 +266,20 @@ void zTable::writeRows(int first, int last) {
 }
 
 void zTable::setColumnWidth(int column, int width) {
+    widen(column, drag_.chosen(column).value_or(width));
+}
+
+void zTable::widen(int column, int width) {
     if (column < 0 || column > grid_.columns() || grid_.widths[asIndex(column)] == width) return;
     grid_.widths[asIndex(column)] = width;
     arrange();
+}
+
+// So that every text of the column is whole, also of rows that nobody has seen.
+int zTable::fittedWidth(int column) {
+    int widest = 0;
+    for (int row = 0; row <= grid_.rows; ++row) widest = std::max(widest, textWidth(text({column, row})));
+    return widest + widthMargin;
 }
 
 void zTable::fitColumn(int column, std::initializer_list<std::string_view> texts) {

@@ -8,6 +8,7 @@
 #include "platform/index.h"
 #include "toolkit/controls/control.h"
 #include "toolkit/display/alarm.h"
+#include "toolkit/table/columndrag.h"
 #include "toolkit/table/tablegrid.h"
 #include "toolkit/table/tablemodel.h"
 #include "toolkit/table/tablepaint.h"
@@ -24,6 +25,7 @@ class zTable : public zControl {
     ~zTable() override;
 
     Widget outermost() const override { return container_; }
+    void place(const zRect& place) override;
     void enable(bool on) override;
     void grey(bool on) override;  // the texts; the table can be scrolled and copied as before
     void realized() override;
@@ -41,7 +43,8 @@ class zTable : public zControl {
     void rowsChanged();
     std::string text(zTableLoc location);  // as shown
 
-    // In pixels. Column 0 has the row labels; it is hidden at width 0.
+    // In pixels. Column 0 has the row labels; it is hidden at width 0. A width that the user has chosen
+    // (columndrag.h) stays.
     void setColumnWidth(int column, int width);
     void fitColumn(int column, std::initializer_list<std::string_view> texts);  // to the widest text
     int columnWidth(int column) const { return grid_.widths[asIndex(column)]; }
@@ -72,6 +75,8 @@ class zTable : public zControl {
 
     std::string textOf(zTableLoc location) const;
     void writeRows(int first, int last);
+    void widen(int column, int width);
+    int fittedWidth(int column);
     void arrange();
     void updateScrollBars();
     void scrollTo(int firstRow, int left);
@@ -90,6 +95,7 @@ class zTable : public zControl {
     std::unique_ptr<zTablePaint> paint_;
     zTableModel model_;
     zTableGrid grid_;
+    zColumnDrag drag_;
     zTableLoc active_;
     zTableLoc awaited_;  // the active cell before the table lost all its rows
     bool greyed_ = false;

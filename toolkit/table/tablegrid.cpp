@@ -3,6 +3,7 @@
 #include "platform/index.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <numeric>
 
 void zTableGrid::setView(int width, int height) {
@@ -63,6 +64,19 @@ zTableLoc zTableGrid::at(int x, int y) const {
         if (x >= place.x && x < place.x + place.width) return {column, row};
     }
     return {};
+}
+
+int zTableGrid::edgeAt(int x, int y) const {
+    constexpr int near = 3;
+    if (y < 0 || y >= labelHeight) return -1;
+    for (int column = columns(); column >= 0; --column) {
+        if (widths[asIndex(column)] == 0) continue;
+        const zRect place = cell({column, 0});
+        const int right = place.x + place.width;
+        const bool hidden = column > 0 && right <= widths[0];  // behind the row labels
+        if (!hidden && std::abs(x - right) <= near) return column;
+    }
+    return -1;
 }
 
 bool zTableGrid::reveal(zTableLoc l) {

@@ -34,6 +34,9 @@ class zTableGrid {
 
     zTableLoc at(int x, int y) const;  // {0, 0}: no cell
 
+    // The column with its right edge here, among the labels of the columns; -1: none.
+    int edgeAt(int x, int y) const;
+
     // Scrolls as little as needed to show the cell. False if nothing moved.
     bool reveal(zTableLoc location);
 

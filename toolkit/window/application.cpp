@@ -2,6 +2,7 @@
 
 #include "platform/debuglog.h"
 #include "platform/ending.h"
+#include "toolkit/controls/fontsizes.h"
 #include "toolkit/display/colours.h"
 #include "toolkit/display/displaycache.h"
 #include "toolkit/display/fonts.h"
@@ -192,6 +193,8 @@ bool zApplication::openDisplay() {
         avoidRenderOnColourMaps(connection_->display);
         zInternAtoms(connection_->display);
         zFollowColours(connection_->display);
+        for (const std::string& refused : zChooseFontSizes(connection_->display, largest_))
+            fmt::print(stderr, "{}: {}\n", programName_, refused);
         connection_->cache = std::make_unique<zDisplayCache>(connection_->display);
         if (!connection_->cache->alarms().working()) {
             fmt::print(stderr, "{}: no descriptor is left for timers\n", programName_);

@@ -1,6 +1,7 @@
 // The GUI application: connection to the display, event loop, and how a run ends.
 #pragma once
 
+#include "toolkit/controls/layout.h"
 #include "toolkit/display/widget.h"
 
 #include <deque>
@@ -26,6 +27,10 @@ class zApplication {
     ~zApplication();
     zApplication(const zApplication&) = delete;
     zApplication& operator=(const zApplication&) = delete;
+
+    // The size of the largest dialog, in dialog units of the plain font: on a screen without room for it the
+    // fonts are smaller (fontsizes.h). Before openDisplay().
+    void fitScreen(int width, int height) { largest_ = {.width = width, .height = height}; }
 
     // Connects to the X server, and takes the options of X programs (-display, -name, -xrm...) from the
     // arguments. False after one line on standard error if that fails.
@@ -88,4 +93,5 @@ class zApplication {
     bool ending_ = false;
     std::deque<std::function<void()>> quietWork_;
     int status_ = 0;
+    zRect largest_;
 };

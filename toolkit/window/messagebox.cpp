@@ -1,5 +1,6 @@
 #include "toolkit/window/messagebox.h"
 
+#include "toolkit/controls/dialogunits.h"
 #include "toolkit/controls/rowwidget.h"
 #include "toolkit/display/displaycache.h"
 #include "toolkit/display/picture.h"
@@ -33,7 +34,8 @@ bool showBox(zApplication& application, Widget parent, const Kind& kind, const s
     resources.setFonts(zDisplayCache::of(XtDisplay(shell)).renderTable(shell, fitted.font));
     const Widget box = XtCreateWidget("messageBox", xmMessageBoxWidgetClass, shell, resources.args.data(),
                                       resources.count());
-    if (const Pixmap symbol = zPixmapOf(box, kind.picture, zBackground(box)))
+    if (const Pixmap symbol =
+            zPixmapOf(box, kind.picture, zBackground(box), zDialogUnits::ofBoard(box).baseHeight()))
         XtVaSetValues(box, XmNsymbolPixmap, symbol, nullptr);
     if (!kind.asks) XtUnmanageChild(XtNameToWidget(box, "OK"));
     XtUnmanageChild(XtNameToWidget(box, "Help"));

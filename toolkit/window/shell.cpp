@@ -12,19 +12,39 @@
 
 namespace {
 
+constexpr int titleBar = 24;  // of a window manager, about
+
 Atom closeRequest(Widget shell) {
     return XInternAtom(XtDisplay(shell), "WM_DELETE_WINDOW", False);
 }
 
-}  // namespace
-
-void zCentreShell(Widget shell) {
+// What the screen has more than the shell.
+zSpot roomBeside(Widget shell) {
     Dimension width = 0, height = 0;
     XtVaGetValues(shell, XmNwidth, &width, XmNheight, &height, nullptr);
     const Screen* screen = XtScreen(shell);
-    const int x = std::max(0, (WidthOfScreen(screen) - width) / 2);
-    const int y = std::max(0, (HeightOfScreen(screen) - height) / 2);
-    XtVaSetValues(shell, XmNx, x, XmNy, y, nullptr);
+    return {std::max(0, WidthOfScreen(screen) - width), std::max(0, HeightOfScreen(screen) - height)};
+}
+
+zSpot moveTo(Widget shell, const zSpot& spot) {
+    XtVaSetValues(shell, XmNx, spot.x, XmNy, spot.y, nullptr);
+    return spot;
+}
+
+}  // namespace
+
+zSpot zCentreShell(Widget shell) {
+    const zSpot room = roomBeside(shell);
+    return moveTo(shell, {room.x / 2, room.y / 2});
+}
+
+zSpot zPlaceBeside(Widget shell, const zSpot& other, int away) {
+    const zSpot room = roomBeside(shell);
+    const auto next = [away](int from, int most) {
+        if (from + away <= most) return from + away;
+        return from >= away ? 0 : most;  // begin anew, or go as far as possible
+    };
+    return moveTo(shell, {next(other.x, room.x), next(other.y, std::max(0, room.y - titleBar))});
 }
 
 void zMapShell(Widget shell) {

@@ -3,8 +3,17 @@
 
 #include "toolkit/display/widget.h"
 
+// Where a shell has its upper left corner, in pixels of the screen.
+struct zSpot {
+    int x = 0, y = 0;
+};
+
 // Moves a realized shell to the middle of its screen.
-void zCentreShell(Widget shell);
+zSpot zCentreShell(Widget shell);
+
+// Moves a realized shell right and down from where another one stands, at least so many pixels in one of the
+// directions, as far as there is room on the screen.
+zSpot zPlaceBeside(Widget shell, const zSpot& other, int away);
 
 // Maps a realized shell. Window managers learn which program and which process it belongs to.
 void zMapShell(Widget shell);

@@ -9,7 +9,10 @@
 #include <X11/Xatom.h>
 #include <X11/cursorfont.h>
 #include <Xm/Xm.h>
+#include <algorithm>
+#include <cstdlib>
 #include <fmt/format.h>
+#include <map>
 
 namespace {
 
@@ -38,6 +41,11 @@ void setCommand(Widget shell, const zApplication& application) {
     for (std::string& word : words) places.push_back(word.data());
     XSetCommand(XtDisplay(shell), XtWindow(shell), places.data(), static_cast<int>(places.size()));
 }
+
+// While the program runs: of each layout that can be resized the last size, and the windows that were shown
+// without a place of the user's, but modal ones.
+std::map<const zLayout*, zRect> lastSizes;
+std::vector<const zFormDialog*> shownWindows;
 
 }  // namespace
 
@@ -122,6 +130,12 @@ struct zFormDialog::Help {
     }
 };
 
+struct zFormDialog::Sizing {
+    static void event(Widget, XtPointer self, XEvent* event, Boolean*) {
+        if (event->type == ConfigureNotify) static_cast<zFormDialog*>(self)->fillWindow();
+    }
+};
+
 zFormDialog::zFormDialog(zApplication& application, const zLayout& layout)
     : zWindow(application), layout_(layout) {
     shell_ = application.createShell(layout.name);
@@ -142,8 +156,12 @@ void zFormDialog::build(const zLayout& layout) {
     setTitle(layout.caption);
     board_ = std::make_unique<zBoard>(shell_, "board", layout);
     const zRect& size = board_->size();
-    XtVaSetValues(shell_, XmNminWidth, size.width, XmNmaxWidth, size.width, XmNminHeight, size.height,
-                  XmNmaxHeight, size.height, nullptr);
+    XtVaSetValues(shell_, XmNminWidth, size.width, XmNminHeight, size.height, nullptr);
+    if (board_->stretches())
+        XtAddEventHandler(board_->widget(), StructureNotifyMask, False, Sizing::event, this);
+    else
+        XtVaSetValues(shell_, XmNmaxWidth, size.width, XmNmaxHeight, size.height, nullptr);
+    filled_ = size;
     const auto closing = [](Widget, XtPointer self, XtPointer) {
         auto* dialog = static_cast<zFormDialog*>(self);
         if (zBlockedByModal(dialog->shell())) return;
@@ -158,6 +176,8 @@ zFormDialog::~zFormDialog() {
     painting_.reset();
     keys_.clear();
     XtRemoveEventHandler(board_->widget(), ExposureMask, False, Painting::begins, this);
+    XtRemoveEventHandler(board_->widget(), StructureNotifyMask, False, Sizing::event, this);
+    std::erase(shownWindows, this);
     board_.reset();
     zDestroyShell(shell_);
 }
@@ -165,10 +185,35 @@ zFormDialog::~zFormDialog() {
 void zFormDialog::realize() {
     if (realized_) return;
     realized_ = true;
+    const auto last = lastSizes.find(&layout_);
+    if (last != lastSizes.end())
+        XtVaSetValues(shell_, XmNwidth, last->second.width, XmNheight, last->second.height, nullptr);
     XtRealizeWidget(shell_);
     XtRealizeWidget(board_->widget());  // not managed in a dialog before it is shown
     board_->realized();
+    if (last != lastSizes.end()) fillWindow();
     setIcon(layout_.icon);
+}
+
+// The board has the size of its window.
+void zFormDialog::fillWindow() {
+    Dimension width = 0, height = 0;
+    XtVaGetValues(board_->widget(), XmNwidth, &width, XmNheight, &height, nullptr);
+    const zRect &least = board_->size(), now{0, 0, width, height};
+    if (now.width == filled_.width && now.height == filled_.height) return;
+    filled_ = lastSizes[&layout_] = now;
+    board_->stretch(std::max(0, width - least.width), std::max(0, height - least.height));
+}
+
+void zFormDialog::placeShell() {
+    constexpr int titleBar = 12;  // dialog units
+    const int away = board_->units().y(titleBar);
+    spot_ = zCentreShell(shell_);
+    const bool taken = std::ranges::any_of(shownWindows, [&](const zFormDialog* shown) {
+        return std::abs(shown->spot_.x - spot_.x) < away && std::abs(shown->spot_.y - spot_.y) < away;
+    });
+    if (taken) spot_ = zPlaceBeside(shell_, shownWindows.back()->spot_, away);
+    shownWindows.push_back(this);
 }
 
 void zFormDialog::obeyCommandLine() {
@@ -199,7 +244,7 @@ void zFormDialog::show() {
     XtManageChild(board_->widget());
     if (onPainted) XtAddEventHandler(board_->widget(), ExposureMask, False, Painting::begins, this);
     if (isMain_) setCommand(shell_, application());
-    if (place_.empty()) zCentreShell(shell_);
+    if (place_.empty()) placeShell();
     zMapShell(shell_);
 }
 

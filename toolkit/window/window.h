@@ -7,6 +7,7 @@
 #include "toolkit/display/widget.h"
 #include "toolkit/window/afterpainting.h"
 #include "toolkit/window/application.h"
+#include "toolkit/window/shell.h"
 
 #include <functional>
 #include <memory>
@@ -56,7 +57,9 @@ class zFormDialog : public zWindow {
     // the command line from it. Before show().
     void obeyCommandLine();
 
-    // Centres the window on the screen, unless the user has given a place, and shows it.
+    // Shows the window: where the user has said, or in the middle of the screen, and beside the last one if
+    // one of those shown before stands there. A window that can be resized comes in the size that the last
+    // one of its layout had.
     void show();
 
     // Shows a modeless dialog of this window in place of the one before. It takes input while this window
@@ -96,8 +99,11 @@ class zFormDialog : public zWindow {
     struct Help;
     struct Key;
     struct Painting;
+    struct Sizing;
 
     void build(const zLayout& layout);
+    void placeShell();
+    void fillWindow();
 
     const zLayout& layout_;
     std::unique_ptr<zBoard> board_;
@@ -109,4 +115,6 @@ class zFormDialog : public zWindow {
     bool done_ = false;
     bool isMain_ = false;
     std::string place_;  // the user's; empty: centred
+    zSpot spot_;         // where show() has put it
+    zRect filled_;       // the size that its controls fill
 };

@@ -4,7 +4,7 @@
 namespace {
 
 constexpr zControlRow rows[] = {
-    {.kind = zKind::groupBox, .place = {4, 4, 282, 90}, .text = "LECS", .name = "lecs"},
+    {.kind = zKind::groupBox, .place = {4, 4, 282, 90}, .text = "LECS", .name = "lecs", .more = takesWidth},
     {.place = {12, 19, 20, 8}, .text = "State", .name = "stateLampLabel"},
     {.kind = zKind::lamp, .place = {34, 16, 18, 14}, .name = "stateLamp"},
     {.place = {12, 34, 20, 8}, .text = "Reg", .name = "regLampLabel"},
@@ -50,7 +50,11 @@ constexpr zControlRow rows[] = {
      .style = zReadOnly},
     {.place = {12, 143, 92, 8}, .text = "Requests Rejected:", .name = "rejectedLabel"},
     {.kind = zKind::edit, .place = {106, 141, 52, 12}, .text = "0", .name = "rejected", .style = zReadOnly},
-    {.kind = zKind::groupBox, .place = {168, 98, 118, 60}, .text = "Connections", .name = "connections"},
+    {.kind = zKind::groupBox,
+     .place = {168, 98, 118, 60},
+     .text = "Connections",
+     .name = "connections",
+     .more = takesWidth},
     {.place = {176, 113, 54, 8}, .text = "Total Made:", .name = "connectionsMadeLabel"},
     {.kind = zKind::edit,
      .place = {232, 111, 48, 12},

@@ -6,8 +6,12 @@ namespace {
 constexpr const char* instances[] = {"LEC 1", "LEC 2", "LEC 3", "LEC 4"};
 
 constexpr zControlRow rows[] = {
-    {.kind = zKind::tabStrip, .place = {0, 0, 286, 20}, .name = "lecTabs", .items = instances},
-    {.kind = zKind::groupBox, .place = {4, 20, 282, 74}, .text = "LEC", .name = "lec"},
+    {.kind = zKind::tabStrip,
+     .place = {0, 0, 286, 20},
+     .name = "lecTabs",
+     .items = instances,
+     .more = takesWidth},
+    {.kind = zKind::groupBox, .place = {4, 20, 282, 74}, .text = "LEC", .name = "lec", .more = takesWidth},
     {.place = {12, 35, 20, 8}, .text = "State", .name = "stateLampLabel"},
     {.kind = zKind::lamp, .place = {34, 32, 18, 14}, .name = "stateLamp"},
     {.place = {58, 35, 50, 8}, .text = "ELAN Name:", .name = "elanNameLabel"},
@@ -41,8 +45,13 @@ constexpr zControlRow rows[] = {
     {.kind = zKind::table,
      .place = {4, 98, 282, 53},
      .name = "lesBusTable",
-     .tooltip = "LES/BUS Connections"},
-    {.kind = zKind::table, .place = {4, 155, 282, 61}, .name = "lecTable", .tooltip = "LEC Connections"},
+     .tooltip = "LES/BUS Connections",
+     .more = {.wider = 100, .higher = 50}},
+    {.kind = zKind::table,
+     .place = {4, 155, 282, 61},
+     .name = "lecTable",
+     .tooltip = "LEC Connections",
+     .more = {.down = 50, .wider = 100, .higher = 50}},
 };
 
 }  // namespace

@@ -6,8 +6,12 @@ namespace {
 constexpr const char* instances[] = {"LES 1", "LES 2", "LES 3", "LES 4", "LES 5", "LES 6", "LES 7", "LES 8"};
 
 constexpr zControlRow rows[] = {
-    {.kind = zKind::tabStrip, .place = {0, 0, 286, 20}, .name = "lesTabs", .items = instances},
-    {.kind = zKind::groupBox, .place = {4, 20, 282, 74}, .text = "LES", .name = "les"},
+    {.kind = zKind::tabStrip,
+     .place = {0, 0, 286, 20},
+     .name = "lesTabs",
+     .items = instances,
+     .more = takesWidth},
+    {.kind = zKind::groupBox, .place = {4, 20, 282, 74}, .text = "LES", .name = "les", .more = takesWidth},
     {.place = {12, 35, 20, 8}, .text = "State", .name = "stateLampLabel"},
     {.kind = zKind::lamp, .place = {34, 32, 18, 14}, .name = "stateLamp"},
     {.place = {58, 35, 50, 8}, .text = "ELAN Name:", .name = "elanNameLabel"},
@@ -32,7 +36,11 @@ constexpr zControlRow rows[] = {
      .text = noEsi,
      .name = "esiSelector",
      .style = zReadOnly},
-    {.kind = zKind::groupBox, .place = {4, 98, 282, 43}, .text = "BUS ATM Address", .name = "bus"},
+    {.kind = zKind::groupBox,
+     .place = {4, 98, 282, 43},
+     .text = "BUS ATM Address",
+     .name = "bus",
+     .more = takesWidth},
     {.place = {58, 112, 50, 8}, .text = "Network Prefix:", .name = "busNetworkPrefixLabel"},
     {.kind = zKind::edit,
      .place = {110, 110, 142, 12},
@@ -46,7 +54,7 @@ constexpr zControlRow rows[] = {
      .name = "busEsiSelector",
      .style = zReadOnly},
     {.place = {4, 145, 120, 8}, .text = "Client Service Table:", .name = "tableLabel"},
-    {.kind = zKind::table, .place = {4, 155, 282, 61}, .name = "clientTable"},
+    {.kind = zKind::table, .place = {4, 155, 282, 61}, .name = "clientTable", .more = takesAll},
 };
 
 }  // namespace

@@ -12,7 +12,11 @@ constexpr zControlRow rows[] = {
     {.place = {12, 51, 42, 8}, .text = "Signalling:", .name = "signallingLampLabel"},
     {.kind = zKind::lamp, .place = {58, 48, 18, 14}, .name = "signallingLamp"},
 
-    {.kind = zKind::groupBox, .place = {88, 4, 198, 66}, .text = "State Detail", .name = "details"},
+    {.kind = zKind::groupBox,
+     .place = {88, 4, 198, 66},
+     .text = "State Detail",
+     .name = "details",
+     .more = takesWidth},
     {.place = {96, 19, 42, 8}, .text = "ILMI:", .name = "ilmiLabel"},
     {.kind = zKind::edit,
      .place = {142, 17, 130, 12},
@@ -35,7 +39,8 @@ constexpr zControlRow rows[] = {
     {.kind = zKind::groupBox,
      .place = {4, 74, 282, 46},
      .text = "ATM End Station Address (AESA)",
-     .name = "address"},
+     .name = "address",
+     .more = takesWidth},
     {.place = {12, 88, 56, 8}, .text = "Network Prefix:", .name = "networkPrefixLabel"},
     {.kind = zKind::edit,
      .place = {72, 86, 142, 12},
@@ -50,7 +55,7 @@ constexpr zControlRow rows[] = {
      .style = zReadOnly},
 
     {.place = {4, 124, 120, 8}, .text = "Signalling Statistics:", .name = "tableLabel"},
-    {.kind = zKind::table, .place = {4, 136, 282, 80}, .name = "signallingTable"},
+    {.kind = zKind::table, .place = {4, 136, 282, 80}, .name = "signallingTable", .more = takesAll},
 };
 
 }  // namespace

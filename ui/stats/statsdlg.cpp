@@ -12,6 +12,7 @@
 #include "ui/stats/lecstatspage.h"
 #include "ui/stats/lesstatspage.h"
 #include "ui/stats/signallingpage.h"
+#include "ui/stats/statslayouts.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -24,22 +25,34 @@ constexpr std::size_t longestTitle = 63;
 // for a window without wondering.
 constexpr std::chrono::seconds fillTime{1};
 
+constexpr zMore staysMiddle{.right = 50, .down = 100};
+
 constexpr zControlRow rows[] = {
-    {.kind = zKind::notebook, .place = {4, 4, 292, 239}, .name = "pages"},
+    {.kind = zKind::notebook, .place = {4, 4, 292, 239}, .name = "pages", .more = takesAll},
     {.kind = zKind::bitmapButton,
      .place = {38, 250, 50, 18},
      .text = "Clear",
      .name = "clear",
-     .tooltip = "Counters of this page start from 0; with Shift this is taken back"},
+     .tooltip = "Counters of this page start from 0; with Shift this is taken back",
+     .more = staysMiddle},
     {.kind = zKind::bitmapButton,
      .place = {96, 250, 50, 18},
      .text = "Close",
      .name = "close",
-     .style = zDefaultButton | zCancelButton},
-    {.kind = zKind::bitmapButton, .place = {154, 250, 50, 18}, .text = "Apply", .name = "apply"},
-    {.kind = zKind::bitmapButton, .place = {212, 250, 50, 18}, .text = "Help", .name = "help"},
+     .style = zDefaultButton | zCancelButton,
+     .more = staysMiddle},
+    {.kind = zKind::bitmapButton,
+     .place = {154, 250, 50, 18},
+     .text = "Apply",
+     .name = "apply",
+     .more = staysMiddle},
+    {.kind = zKind::bitmapButton,
+     .place = {212, 250, 50, 18},
+     .text = "Help",
+     .name = "help",
+     .more = staysMiddle},
     // In the only room that the window has: the buttons with their frames reach down to its edge.
-    {.place = {6, 243, 288, 8}, .text = "", .name = "noAnswer"},
+    {.place = {6, 243, 288, 8}, .text = "", .name = "noAnswer", .more = {.down = 100, .wider = 100}},
 };
 
 constexpr zLayout dialogLayout{.id = 572,

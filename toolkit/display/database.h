@@ -1,0 +1,24 @@
+// The X resource database of a display. Inside the toolkit only.
+#pragma once
+
+#include <X11/Intrinsic.h>
+#include <string>
+
+class zDatabase {
+  public:
+    explicit zDatabase(Display* display);
+
+    // What a widget below the program's shell would find under these names and classes, as in
+    // "plain.fontSize" and "Plain.FontSize"; empty: nothing.
+    std::string value(const std::string& names, const std::string& classes) const;
+
+    // Sets what stands after the program's class: "*plain*fontSize".
+    void put(const std::string& specifier, const std::string& value);
+    // Sets it for everything below the program's shell with these names, as "plain.fontSize", also where a
+    // class has been given a value.
+    void force(const std::string& names, const std::string& value);
+
+  private:
+    XrmDatabase database_;
+    String name_ = nullptr, class_ = nullptr;
+};

@@ -1,0 +1,74 @@
+#include "toolkit/table/columndrag.h"
+
+#include "platform/index.h"
+#include "toolkit/display/displaycache.h"
+
+#include <X11/cursorfont.h>
+#include <algorithm>
+#include <map>
+#include <utility>
+
+namespace {
+
+constexpr int leastWidth = 16;  // pixels: what is narrower can hardly be dragged back
+
+std::map<std::pair<const zControlRow*, int>, int> chosenWidths;  // by kind of table and column
+
+}  // namespace
+
+zColumnDrag::zColumnDrag(const zControlRow& kind, const zTableGrid& grid, std::function<int(int)> fitted,
+                         std::function<void(int, int)> resize)
+    : kind_(kind), grid_(grid), fitted_(std::move(fitted)), resize_(std::move(resize)) {}
+
+bool zColumnDrag::event(Widget canvas, const XEvent& event) {
+    if (event.type == MotionNotify) {
+        if (column_ >= 0)
+            choose(column_, event.xmotion.x - from_);
+        else
+            showCursor(canvas, grid_.edgeAt(event.xmotion.x, event.xmotion.y) >= 0);
+        return column_ >= 0;
+    }
+    if (event.xbutton.button != Button1) return false;
+    if (event.type == ButtonRelease) return std::exchange(column_, -1) >= 0;
+    const int column = grid_.edgeAt(event.xbutton.x, event.xbutton.y);
+    if (column >= 0)
+        press(event.xbutton, column);
+    else
+        last_ = -1;
+    return column >= 0;
+}
+
+void zColumnDrag::press(const XButtonEvent& event, int column) {
+    const Time pause = event.time - lastPress_;
+    lastPress_ = event.time;
+    if (std::exchange(last_, column) == column &&
+        pause < static_cast<Time>(XtGetMultiClickTime(event.display))) {
+        last_ = -1;
+        choose(column, fitted_(column));
+        return;
+    }
+    column_ = column;
+    from_ = event.x - grid_.widths[asIndex(column)];
+}
+
+void zColumnDrag::choose(int column, int width) {
+    width = std::max(leastWidth, width);
+    chosenWidths[{&kind_, column}] = width;
+    resize_(column, width);
+}
+
+std::optional<int> zColumnDrag::chosen(int column) const {
+    const auto found = chosenWidths.find({&kind_, column});
+    if (found == chosenWidths.end()) return {};
+    return found->second;
+}
+
+void zColumnDrag::showCursor(Widget canvas, bool onEdge) {
+    if (onEdge == cursorShown_) return;
+    cursorShown_ = onEdge;
+    Display* display = XtDisplay(canvas);
+    if (onEdge)
+        XDefineCursor(display, XtWindow(canvas), zDisplayCache::of(display).cursor(XC_sb_h_double_arrow));
+    else
+        XUndefineCursor(display, XtWindow(canvas));
+}
