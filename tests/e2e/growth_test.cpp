@@ -68,6 +68,25 @@ TEST_F(Growth, TwoHundredOpenedNotebooksLeaveNothingBehind) {
     EXPECT_EQ(opened, caches + 200);
 }
 
+TEST_F(Growth, StatisticsAtChangingSizesLeaveNothingBehind) {
+    start("1,2", {"clock step 200"});
+    int opened = 0;
+    expectNone(20, [&] {
+        user->click(window->control<zBitmapButton>(statsBTN).widget());
+        const Widget dialog = user->shellLike("Statistics ");
+        ASSERT_TRUE(dialog);
+        user->focus(dialog);
+        const int step = opened++ % 5;
+        user->resize(dialog, 700 + 90 * step, 1000 - 60 * step);
+        user->clickAt(XtNameToWidget(dialog, "*pages"), 187, 15);
+        user->resize(dialog, 1000 - 60 * step, 700 + 60 * step);
+        user->key("Escape");
+        ASSERT_FALSE(user->shellLike("Statistics "));
+        user->focus(window->shell());
+    });
+    EXPECT_EQ(opened, caches + 20);
+}
+
 TEST_F(Growth, OpenedStatisticsAndSettingsLeaveNothingBehind) {
     start("1,2", {"clock step 200"});
     advSettings = 1;

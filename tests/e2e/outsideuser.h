@@ -49,6 +49,12 @@ class OutsideUser : public XInput {
         return true;
     }
     bool isUp(std::string_view title) { return find(title) != 0; }
+    // Of the window that was seen last.
+    Spot size() const {
+        XWindowAttributes now{};
+        XGetWindowAttributes(display_, window_, &now);
+        return {now.width, now.height};
+    }
 
     // The left button at this place of the window that was seen last.
     void click(Spot spot, bool waits = true) {

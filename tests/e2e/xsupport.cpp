@@ -168,6 +168,20 @@ void XUser::pointAt(Widget target) {
     clickAt(target, 5, 5, 0);
 }
 
+void XUser::drag(Widget target, Place from, Place to) {
+    pressButton(target, from.x, from.y, 0);
+    XTestFakeButtonEvent(display_, Button1, True, 0);
+    pressButton(target, to.x, to.y, 0);
+    settle();
+    XTestFakeButtonEvent(display_, Button1, False, 0);
+    settle();
+}
+
+void XUser::resize(Widget shell, int width, int height) {
+    XResizeWindow(display_, XtWindow(shell), static_cast<unsigned>(width), static_cast<unsigned>(height));
+    settle();
+}
+
 void XUser::key(const char* name, const char* held) {
     pressKey(name, held);
     settle();

@@ -56,6 +56,10 @@ class XInput {
 // A second client of the display, while `application` runs the program under test in this process.
 class XUser : public XInput {
   public:
+    struct Place {
+        int x, y;
+    };
+
     explicit XUser(zApplication& application) : application_(application) {}
 
     // The widget or window with this name anywhere in the application's windows, or null.
@@ -67,6 +71,8 @@ class XUser : public XInput {
     void rightClickAt(Widget target, int x, int y);
     void rightButton(Widget target, int x, int y, bool down);  // does not settle
     void pointAt(Widget target);
+    void drag(Widget target, Place from, Place to);                        // with the left button
+    void resize(Widget shell, int width, int height);                      // as a window manager does
     void clickMiddle(Widget target);                                       // the button, near the left edge
     void key(const char* name, const char* held = nullptr);                // as pressKey(), and settles
     void pressButton(Widget target, int x = 5, int y = 5, int times = 1);  // does not settle

@@ -219,6 +219,30 @@ TEST_F(TableTest, RowsThatComeAndGoLeaveTheViewWhereItWasScrolled) {
     EXPECT_EQ(firstRow(), 50 - whole + 1) << "a cell that was seen stays so";
 }
 
+TEST_F(TableTest, ColumnsAreDraggedAtTheirEdgesAndFittedToTheirTexts) {
+    const int y = labelHeight() / 2, edge = 30 + 70;
+    const auto drag = [&](int from, int to) { user.drag(table.widget(), {from, y}, {to, y}); };
+    table.setActiveCell({2, 2});
+    drag(edge + 2, edge + 22);
+    EXPECT_EQ(table.columnWidth(1), 90);
+    EXPECT_EQ(table.columnWidth(2), 70);
+    drag(edge + 20, 0);
+    EXPECT_GT(table.columnWidth(1), 10) << "never so narrow that it is lost";
+    const int narrow = 30 + table.columnWidth(1);
+    drag(narrow, narrow + 50);
+    drag(narrow + 10, narrow + 40);  // no edge here
+    user.drag(table.widget(), {narrow + 50, labelHeight() + 5}, {narrow + 90, labelHeight() + 5});
+    EXPECT_EQ(30 + table.columnWidth(1), narrow + 50) << "rows have no edges";
+    EXPECT_EQ(table.activeCell(), (zTableLoc{2, 1}));
+
+    table.setText({1, 45}, "a text that nobody has seen");
+    user.clickAt(table.widget(), narrow + 50, y, 2);
+    EXPECT_EQ(table.columnWidth(1), table.textWidth("a text that nobody has seen") + 8);
+    EXPECT_EQ(table.columnWidth(2), 70);
+    table.setColumnWidth(1, 70);
+    EXPECT_GT(table.columnWidth(1), 70) << "the user's choice stays";
+}
+
 TEST_F(TableTest, ControlCPutsLabelsAndRowsOnTheClipboard) {
     table.resize(2, 2);
     user.clickAt(table.widget(), 60, labelHeight() + 5);

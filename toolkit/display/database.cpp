@@ -1,9 +1,11 @@
 #include "toolkit/display/database.h"
 
+#include <cstring>
 #include <fmt/format.h>
 
 zDatabase::zDatabase(Display* display) : database_(XtDatabase(display)) {
     XtGetApplicationNameAndClass(display, &name_, &class_);
+    if (std::strchr(name_, '.')) name_ = class_;  // such a name cannot stand in a specifier
 }
 
 std::string zDatabase::value(const std::string& names, const std::string& classes) const {

@@ -1,0 +1,152 @@
+// Screens, fonts and windows of other sizes than the usual ones.
+#include <gtest/gtest.h>  // before the window system's macros
+
+#include "tests/e2e/outsideuser.h"
+#include "tests/e2e/statisticstest.h"
+#include "ui/config/confids.h"
+
+#include <X11/Xutil.h>
+#include <cstdlib>
+
+namespace {
+
+constexpr int frame = 24;  // what a window manager needs
+
+struct Sizes : StatisticsTest {
+    Display* display() const { return static_cast<Display*>(application.display()); }
+    Spot at(Widget shell) const {
+        Position x = 0, y = 0;
+        XtTranslateCoords(shell, 0, 0, &x, &y);
+        return {x, y};
+    }
+    int of(Widget widget, const char* dimension) const {
+        Dimension value = 0;
+        XtVaGetValues(widget, dimension, &value, nullptr);
+        return value;
+    }
+    XSizeHints hints(Widget shell) const {
+        XSizeHints found{};
+        long supplied = 0;
+        XGetWMNormalHints(display(), XtWindow(shell), &found, &supplied);
+        return found;
+    }
+};
+
+}  // namespace
+
+// The main window's width tells the font; its largest dialog comes up in any.
+TEST(Fonts, FitTheScreenUnlessTheUserHasChosenThem) {
+    const struct {
+        int width, height;
+        const char* resource;
+        Spot main;
+        bool fits = true;
+        std::string says = "";
+    } rows[] = {
+        {640, 480, "", {480, 200}},
+        {800, 600, "", {548, 246}},
+        {1024, 768, "", {685, 292}},
+        {640, 480, "Tarvolin*fontSize: 12", {685, 292}, false},
+        {800, 600, "Tarvolin*plain*fontSize: 9", {685, 292}},
+        {1024, 768, "Tarvolin*fontSize: 7", {411, 169}},
+        {1024, 768, "Tarvolin*fontSize: 13", {754, 308}},
+        {1024, 768, "Tarvolin*fontSize: 40", {2261, 938}, false},
+        {640,
+         480,
+         "Tarvolin*fontSize: 3",
+         {480, 200},
+         true,
+         "tarvolin: font size \"3\" ignored: 4 to 72 points\n"},
+    };
+    Place place;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(fmt::format("{}x{} {}", row.width, row.height, row.resource));
+        const XServer server(fmt::format("{}x{}x24", row.width, row.height));
+        const Tool tool(place.root, *row.resource ? Names{"-xrm", row.resource} : Names{});
+        OutsideUser user;
+        ASSERT_TRUE(user.sees(programTitle)) << tool.output();
+        const Spot main = user.size();
+        EXPECT_EQ(main.x, row.main.x);
+        EXPECT_EQ(main.y, row.main.y);
+        if (main.x > row.width) continue;  // the button is not on the screen
+        ASSERT_TRUE(user.opens({main.x * 231 / 274, main.y * 47 / 123}, "Setup ATM")) << tool.output();
+        EXPECT_EQ(user.size().x <= row.width && user.size().y + frame <= row.height, row.fits);
+        EXPECT_EQ(tool.output(), row.says);
+    }
+}
+
+TEST_F(Sizes, TablesTakeTheRoomOfLargerStatisticsAndTheSizeLasts) {
+    start();
+    openDialog();
+    const Spot least{of(dialog, XmNwidth), of(dialog, XmNheight)};
+    const XSizeHints found = hints(dialog);
+    EXPECT_TRUE(found.flags & PMinSize);
+    EXPECT_EQ(found.min_width, least.x);
+    EXPECT_EQ(found.min_height, least.y);
+    EXPECT_FALSE(found.flags & PMaxSize && found.max_width < 2 * least.x);
+
+    turnTo("lecStats");
+    const auto heights = [this] {
+        return Spot{of(onPage("lesBusTable"), XmNheight), of(onPage("lecTable"), XmNheight)};
+    };
+    const Spot before = heights();
+    user->resize(dialog, least.x + 200, least.y + 100);
+    const Spot after = heights();
+    EXPECT_EQ(after.x - before.x, 50);
+    EXPECT_EQ(after.y - before.y, 50);
+
+    openDialog();
+    EXPECT_EQ(of(dialog, XmNwidth), least.x + 200);
+    EXPECT_EQ(of(dialog, XmNheight), least.y + 100);
+    turnTo("signallingStats");
+    EXPECT_GT(of(onPage("signallingTable"), XmNwidth), least.x);
+}
+
+TEST_F(Sizes, WidthsOfColumnsLastForTheTable) {
+    start();
+    openDialog();
+    turnTo("signallingStats");
+    const int y = 8, width = table("signallingTable").columnWidth(1);
+    const int edge = table("signallingTable").columnWidth(0) + width;
+    user->drag(XtNameToWidget(onPage("signallingTable"), "*cells"), {edge, y}, {edge + 33, y});
+    EXPECT_EQ(table("signallingTable").columnWidth(1), width + 33);
+    const int other = table("signallingTable").columnWidth(2);
+    openDialog();
+    EXPECT_EQ(table("signallingTable").columnWidth(1), width + 33);
+    EXPECT_EQ(table("signallingTable").columnWidth(2), other);
+}
+
+TEST_F(Sizes, FurtherWindowsComeBesideTheLastOneOnTheScreen) {
+    start();
+    Spot last = at(window->shell());
+    for (int i = 0; i < 12; ++i) {
+        SCOPED_TRACE(i);
+        openDialog();
+        const Spot now = at(dialog);
+        EXPECT_TRUE(std::abs(now.x - last.x) >= frame || std::abs(now.y - last.y) >= frame);
+        EXPECT_GE(now.x, 0);
+        EXPECT_GE(now.y, 0);
+        EXPECT_LE(now.x + of(dialog, XmNwidth), 1280);
+        EXPECT_LE(now.y + of(dialog, XmNheight), 1024);
+        last = now;
+        user->focus(window->shell());
+    }
+}
+
+// With twice the usual font, as on a screen of 192 dots per inch.
+TEST_F(Sizes, PicturesGrowWithTheFont) {
+    start();
+    const auto picture = [this](int textHeight) {
+        const Pixmap made = zPixmapOf(window->shell(), 2, 0, textHeight);
+        Window rootWindow = 0;
+        int x = 0, y = 0;
+        unsigned width = 0, height = 0, border = 0, depth = 0;
+        XGetGeometry(display(), made, &rootWindow, &x, &y, &width, &height, &border, &depth);
+        return static_cast<int>(width);
+    };
+    const int usual = picture(0);
+    EXPECT_EQ(picture(13), usual);
+    EXPECT_EQ(picture(19), usual);
+    EXPECT_EQ(picture(28), usual * 3 / 2);
+    EXPECT_EQ(picture(37), usual * 2);
+}

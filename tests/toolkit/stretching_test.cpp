@@ -1,0 +1,98 @@
+// Windows that are larger than their layouts.
+#include <gtest/gtest.h>  // before the window system's macros
+
+#include "tests/toolkit/desk.h"
+#include "toolkit/controls/notebook.h"
+#include "toolkit/table/table.h"
+
+#include <Xm/Xm.h>
+
+namespace {
+
+constexpr zControlRow rows[] = {
+    {.id = 1, .kind = zKind::notebook, .place = {4, 4, 152, 80}, .more = {.wider = 100, .higher = 100}},
+    {.id = 2, .kind = zKind::bitmapButton, .place = {60, 90, 40, 14}, .more = {.right = 50, .down = 100}},
+    {.id = 3, .kind = zKind::bitmapButton, .place = {4, 90, 40, 14}},
+};
+constexpr zLayout layout{.name = "wide", .caption = "Wide", .width = 160, .height = 110, .rows = rows};
+
+constexpr zControlRow pageRows[] = {
+    {.id = 4, .kind = zKind::table, .place = {0, 0, 140, 30}, .more = {.wider = 100, .higher = 25}},
+    {.id = 5,
+     .kind = zKind::table,
+     .place = {0, 34, 140, 30},
+     .more = {.down = 25, .wider = 100, .higher = 75}},
+};
+constexpr zLayout firstPage{
+    .name = "first", .caption = "First", .width = 150, .height = 65, .rows = pageRows};
+constexpr zLayout laterPage{
+    .name = "later", .caption = "Later", .width = 150, .height = 65, .rows = pageRows};
+
+struct StretchingTest : DeskTest {
+    zNotebook& book = window.control<zNotebook>(1);
+    zBoard& first = book.addPage(firstPage);
+    zBoard* later = nullptr;
+
+    StretchingTest() : DeskTest(layout) {
+        book.addPage(laterPage, [this](zBoard& board) { later = &board; });
+    }
+    static zRect placeOf(Widget widget) {
+        Position x = 0, y = 0;
+        Dimension width = 0, height = 0;
+        XtVaGetValues(widget, XmNx, &x, XmNy, &y, XmNwidth, &width, XmNheight, &height, nullptr);
+        return {x, y, width, height};
+    }
+    static zRect placeOf(const zBoard& board, int id) {
+        return placeOf(board.control<zControl>(id).outermost());
+    }
+    // How the place of a control differs from that before.
+    static void expectMore(const zRect& now, const zRect& before, const zRect& more, const char* what) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(now.x - before.x, more.x);
+        EXPECT_EQ(now.y - before.y, more.y);
+        EXPECT_EQ(now.width - before.width, more.width);
+        EXPECT_EQ(now.height - before.height, more.height);
+    }
+};
+
+}  // namespace
+
+TEST_F(StretchingTest, ControlsMoveAndGrowAsTheirRowsSay) {
+    const zBoard& board = window.board();
+    const zRect least = board.size();
+    user.resize(window.shell(), least.width, least.height);  // it may have come in the size of another test's
+    const zRect places[] = {placeOf(board, 1), placeOf(board, 2), placeOf(board, 3), placeOf(first, 4),
+                            placeOf(first, 5)};
+    const struct { int right, down; } sizes[] = {{200, 120}, {40, 300}, {0, 0}, {200, 120}};
+    for (const auto& [right, down] : sizes) {
+        SCOPED_TRACE(fmt::format("{} {}", right, down));
+        user.resize(window.shell(), least.width + right, least.height + down);
+        expectMore(placeOf(board, 1), places[0], {0, 0, right, down}, "notebook");
+        expectMore(placeOf(board, 2), places[1], {right / 2, down, 0, 0}, "button in the middle");
+        expectMore(placeOf(board, 3), places[2], {}, "button that stays");
+        expectMore(placeOf(first, 4), places[3], {0, 0, right, down / 4}, "upper table");
+        expectMore(placeOf(first, 5), places[4], {0, down / 4, right, down * 3 / 4}, "lower table");
+    }
+    book.select(1);
+    user.settle();
+    ASSERT_TRUE(later) << "made in a window that is larger already";
+    expectMore(placeOf(*later, 5), places[4], {0, 120 / 4, 200, 120 * 3 / 4}, "lower table");
+    const zRect cells = placeOf(later->control<zTable>(5).widget()), frame = placeOf(*later, 5);
+    EXPECT_EQ(cells.width, frame.width - 2 * 3) << "all of it shows cells";
+}
+
+// Further windows of the layout have the last size; another one of a fixed size has none of it.
+TEST_F(StretchingTest, SizesLastAndTheLayoutsIsTheSmallest) {
+    const zRect least = window.board().size();
+    user.resize(window.shell(), least.width + 70, least.height + 30);
+    zFormDialog further(application, layout);
+    further.show();
+    user.settle();
+    const zRect now = placeOf(further.shell());
+    EXPECT_EQ(now.width, least.width + 70);
+    EXPECT_EQ(now.height, least.height + 30);
+    int minimum = 0, maximum = 0;
+    XtVaGetValues(further.shell(), XmNminWidth, &minimum, XmNmaxWidth, &maximum, nullptr);
+    EXPECT_EQ(minimum, least.width);
+    EXPECT_LT(maximum, minimum) << "there is none";
+}
