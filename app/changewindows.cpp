@@ -85,17 +85,35 @@ ChangeWindows::~ChangeWindows() {
 void ChangeWindows::begin() {
     ChangeOrder order = order_();
     signalling_ = order.changed.signalling;
+    order.progress = [this](const std::string& doing) { paint(doing); };
     change_.emplace(configuration_, std::move(order));
 }
 
-void ChangeWindows::carryOut() {
+// A lost server must not cut the change off: the rest is done without windows.
+void ChangeWindows::paint(const std::string& doing) {
+    if (serverLost_) return;
+    serverLost_ = !parent_.application().paintBetween([&] {
+        if (say_ && !doing.empty()) say_(doing);
+    });
+}
+
+std::optional<Question> ChangeWindows::run() {
+    std::optional<Question> question = change_->run();
+    if (serverLost_) zApplication::endWithoutServer();
+    return question;
+}
+
+void ChangeWindows::carryOut(zWindow& above, Say say) {
     zApplication& application = parent_.application();
+    say_ = std::move(say);
     parent_.setCursor(zWatchCursor);
+    above.setCursor(zWatchCursor);
     begin();
-    while (const std::optional<Question> question = change_->run()) {
-        const bool ok = zQuestionBox(application, parent_.shell(), question->text, question->title);
+    while (const std::optional<Question> question = run()) {
+        const bool ok = zQuestionBox(application, above.shell(), question->text, question->title);
         if (application.ending()) {  // nobody has answered
             change_->finishAlone();
+            if (serverLost_) zApplication::endWithoutServer();
             break;
         }
         change_->answer(ok);
@@ -140,6 +158,7 @@ void ChangeWindows::printBoxes() {
 }
 
 void ChangeWindows::finishWithoutWindows() {
+    serverLost_ = true;
     if (!concluded_) {
         if (!change_) begin();
         change_->finishAlone();
@@ -154,7 +173,7 @@ void saveUnsavedListsAsking(zWindow& parent, Configuration& configuration) {
         if (configuration.unsavedLists(adapter).empty()) continue;
         ChangeWindows windows(parent, configuration, adapter,
                               [&] { return unsavedListsOf(configuration, adapter); });
-        windows.carryOut();
+        windows.carryOut(parent);
         windows.showBoxes();
     }
 }

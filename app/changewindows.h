@@ -19,8 +19,12 @@ class ChangeWindows {
     ChangeWindows(const ChangeWindows&) = delete;
     ChangeWindows& operator=(const ChangeWindows&) = delete;
 
-    // Asks until the change is done. Boxes are shown afterwards, when other windows have gone.
-    void carryOut();
+    // Says what the driver is told to do, in a window that is on the screen meanwhile.
+    using Say = std::function<void(const std::string& doing)>;
+
+    // Asks, above this window, until the change is done. Boxes are shown afterwards, when other windows have
+    // gone.
+    void carryOut(zWindow& above, Say say = {});
     void showBoxes();
 
   private:
@@ -33,6 +37,8 @@ class ChangeWindows {
     void conclude();
     void printBoxes();
     void finishWithoutWindows();
+    void paint(const std::string& doing);
+    std::optional<Question> run();
 
     zWindow& parent_;
     Configuration& configuration_;
@@ -43,6 +49,8 @@ class ChangeWindows {
     std::optional<AdapterChange> change_;
     std::deque<Box> boxes_;  // that nobody has seen yet
     bool concluded_ = false, printed_ = false;
+    Say say_;
+    bool serverLost_ = false;  // while the driver was told
 };
 
 // Lists that the driver has and no file: at the end of a run, as long as windows can ask and say something.

@@ -38,8 +38,8 @@ void setUpAdapter(zWindow& window, Configuration& configuration) {
         order.display = window.application().displayName();
         return std::move(order);
     });
-    dialog->runModal();
-    change.carryOut();
+    dialog->runModalAndStay();
+    change.carryOut(*dialog, [&](const std::string& doing) { dialog->line().setProgress(doing); });
     dialog.reset();
     change.showBoxes();
 }

@@ -30,6 +30,7 @@ struct ChangeOrder {
     std::vector<SentRequest> requests = {};  // that the dialog has sent
     std::string display = {};                // of the X server, for the history
     bool last = false;                       // at the end of the run: lists cannot wait for a later save
+    DriverProgress progress = {};            // while the driver is told
 };
 
 struct ChangeResult {

@@ -83,7 +83,7 @@ void AdapterChange::restart(const ServiceSet& due) {
     DriverChannel channel;
     if (order_.driver) channel.open(O_RDWR);
     if (!sendingSince_) sendingSince_ = DriverPhase::Clock::now();
-    DriverPhase phase(channel, order_.driver, result_.record, *sendingSince_);
+    DriverPhase phase(channel, order_.driver, result_.record, *sendingSince_, order_.progress);
     restartServices(order_.adapter, merge_.devices, due, phase, channel);
     // What was said of these services before holds no longer.
     forEachService(order_.adapter, [&](const ServiceName& name, auto, const std::string&, auto bit) {

@@ -3,63 +3,81 @@
 #include "platform/debuglog.h"
 #include "platform/ending.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fmt/format.h>
+#include <utility>
 
 namespace {
 
 // Long enough for a driver that is slow, short enough for whoever waits.
 constexpr std::chrono::seconds longest{60};
 
+// From here on whoever waits is told what for.
+constexpr std::chrono::milliseconds noticeable{500};
+
 // {0}: the service, {1}: the driver's code, {2}: the subject. Null: not worth a sentence.
 struct Sentences {
     StepKind kind;
-    const char *refused, *unanswered, *notSent;
+    const char *doing, *refused, *unanswered, *notSent;
 };
 constexpr Sentences sentenceTable[] = {
-    {StepKind::restartClient, "{0}: restart refused ({1}). It runs with its old settings.",
+    {StepKind::restartClient, "Restarting {0} …",
+     "{0}: restart refused ({1}). It runs with its old settings.",
      "{0}: no answer to the restart. What it runs with is unknown.",
      "{0}: not restarted. It runs with its old settings."},
-    {StepKind::stop, "{0}: stop refused ({1}). It still runs.",
+    {StepKind::stop, "Stopping {0} …", "{0}: stop refused ({1}). It still runs.",
      "{0}: no answer to the stop. Whether it still runs is unknown.", "{0}: not stopped. It still runs."},
-    {StepKind::clientPvc, "{2} of {0} refused ({1}): the client runs without it.",
+    {StepKind::clientPvc, "Adding {2} to {0} …", "{2} of {0} refused ({1}): the client runs without it.",
      "{2} of {0}: no answer. Whether the client has it is unknown.",
      "{2} of {0} not sent: the client runs without it."},
-    {StepKind::oldClientPvc,
+    {StepKind::oldClientPvc, "Adding {2} to {0} …",
      "{2} of {0} refused ({1}). The client was not restarted and may have it already.",
      "{2} of {0}: no answer. Whether the client has it is unknown.",
      "{2} of {0} not sent: the client may run without it."},
     // A server that does not run refuses to be stopped.
-    {StepKind::stopForRestart, nullptr, "{0}: no answer to the stop. Whether it still runs is unknown.",
+    {StepKind::stopForRestart, "Stopping {0} …", nullptr,
+     "{0}: no answer to the stop. Whether it still runs is unknown.",
      "{0}: not restarted. It runs with its old settings."},
-    {StepKind::startServer, "{0}: start refused ({1}). It is stopped.",
+    {StepKind::startServer, "Starting {0} …", "{0}: start refused ({1}). It is stopped.",
      "{0}: no answer to the start. Whether it runs is unknown.", "{0}: stopped, and not started again."},
-    {StepKind::restartServer, "{0}: restart refused ({1}). It may run with its old settings.",
+    {StepKind::restartServer, "Restarting {0} …",
+     "{0}: restart refused ({1}). It may run with its old settings.",
      "{0}: no answer to the restart. What it runs with is unknown.",
      "{0}: not restarted. It may run with its old settings."},
-    {StepKind::restartLecs, "{0}: restart refused ({1}). It is stopped, or runs with its old settings.",
+    {StepKind::restartLecs, "Restarting {0} …",
+     "{0}: restart refused ({1}). It is stopped, or runs with its old settings.",
      "{0}: no answer to the restart. Whether it runs is unknown.",
      "{0}: not restarted. It runs with its old settings."},
-    {StepKind::lecsClient, "{2} refused ({1}): the {0} runs without it.",
+    {StepKind::lecsClient, "Adding {2} to {0} …", "{2} refused ({1}): the {0} runs without it.",
      "{2}: no answer. Whether the {0} has it is unknown.", "{2} not sent: the {0} runs without it."},
-    {StepKind::oldLecsClient, "{2} refused ({1}). The {0} was not restarted and may have it already.",
+    {StepKind::oldLecsClient, "Adding {2} to {0} …",
+     "{2} refused ({1}). The {0} was not restarted and may have it already.",
      "{2}: no answer. Whether the {0} has it is unknown.", "{2} not sent: the {0} may run without it."},
 };
 
+const Sentences& sentencesOf(StepKind kind) {
+    return *std::ranges::find(sentenceTable, kind, &Sentences::kind);
+}
+
 const char* formatOf(StepKind kind, RequestResult answer) {
-    for (const Sentences& row : sentenceTable)
-        if (row.kind == kind)
-            return answer == RequestResult::refused      ? row.refused
-                   : answer == RequestResult::unanswered ? row.unanswered
-                                                         : row.notSent;
-    return nullptr;
+    const Sentences& row = sentencesOf(kind);
+    return answer == RequestResult::taken        ? nullptr
+           : answer == RequestResult::refused    ? row.refused
+           : answer == RequestResult::unanswered ? row.unanswered
+                                                 : row.notSent;
+}
+
+std::string sentence(const char* format, const Step& step, int resp = 0) {
+    return fmt::format(fmt::runtime(format), step.service.words, resp, step.subject);
 }
 
 }  // namespace
 
-DriverPhase::DriverPhase(DriverChannel& channel, bool wanted, ChangeRecord& record, Clock::time_point began)
-    : wanted_(wanted), record_(record), began_(began) {
+DriverPhase::DriverPhase(DriverChannel& channel, bool wanted, ChangeRecord& record, Clock::time_point began,
+                         DriverProgress progress)
+    : wanted_(wanted), record_(record), began_(began), progress_(std::move(progress)) {
     if (!wanted || channel) return;
     lost_ = true;
     stopped_ = fmt::format("The driver cannot be opened: {}.", std::strerror(errno));
@@ -78,6 +96,10 @@ bool DriverPhase::mayGo() {
 RequestResult DriverPhase::take(const Step& step, const reqParam& request, const std::function<int()>& send) {
     SentRequest sent{step.service.path, step.request, step.subject, RequestResult::notSent, 0};
     if (mayGo()) {
+        if (progress_) {
+            const bool wondering = Clock::now() - began_ >= noticeable;
+            progress_(wondering ? sentence(sentencesOf(step.kind).doing, step) : "");
+        }
         const int result = send();
         sent.resp = request.header().Resp;
         sent.answer = result == 0         ? RequestResult::taken
@@ -90,10 +112,8 @@ RequestResult DriverPhase::take(const Step& step, const reqParam& request, const
             tvlog << stopped_ << std::endl;
         }
     }
-    const char* format = sent.answer == RequestResult::taken ? nullptr : formatOf(step.kind, sent.answer);
-    if (format)
-        sentences_.push_back({step.service.path, fmt::format(fmt::runtime(format), step.service.words,
-                                                             sent.resp, step.subject)});
+    if (const char* format = formatOf(step.kind, sent.answer))
+        sentences_.push_back({step.service.path, sentence(format, step, sent.resp)});
     record_.requests.push_back(sent);
     return sent.answer;
 }

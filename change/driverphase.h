@@ -42,6 +42,10 @@ struct DriverSentence {
     std::string service, text;
 };
 
+// Called before each request; `doing` says what it does ("Restarting LEC 2 …"), once the change has lasted
+// long enough for somebody to wonder, and is empty before. May be null.
+using DriverProgress = std::function<void(const std::string& doing)>;
+
 class DriverPhase {
   public:
     using Clock = std::chrono::steady_clock;
@@ -50,7 +54,7 @@ class DriverPhase {
     // otherwise it could not be opened, which errno says. `began`: when the first request of the change was
     // sent.
     DriverPhase(DriverChannel& channel, bool wanted, ChangeRecord& record,
-                Clock::time_point began = Clock::now());
+                Clock::time_point began = Clock::now(), DriverProgress progress = {});
 
     bool wanted() const { return wanted_; }
 
@@ -68,6 +72,7 @@ class DriverPhase {
     bool wanted_;
     ChangeRecord& record_;
     Clock::time_point began_;
+    DriverProgress progress_;
     std::string stopped_;  // why nothing more is sent; empty: it is
     bool lost_ = false;
     std::vector<DriverSentence> sentences_;

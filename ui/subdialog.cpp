@@ -3,7 +3,8 @@
 #include "toolkit/controls/button.h"
 #include "ui/manual.h"
 
-SubDialog::SubDialog(zWindow& parent, const zLayout& layout) : zFormDialog(parent, layout) {
+SubDialog::SubDialog(zWindow& parent, const zLayout& layout) : zFormDialog(parent, layout), line_(board()) {
+    line_.advise = [this](const zEdit* field) { return adviceOnEntry(findings(), advisedFields(), field); };
     control<zBitmapButton>(subOkBTN).onClick = [this] { clickedOkBTN(); };
     control<zBitmapButton>(subCancelBTN).onClick = [this] { clickedCancelBTN(); };
     onClose = [this] { clickedCancelBTN(); };

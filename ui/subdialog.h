@@ -4,6 +4,12 @@
 
 #include "resources/pictureids.h"
 #include "toolkit/window/window.h"
+#include "ui/advice.h"
+
+#include <memory>
+#include <span>
+#include <utility>
+#include <vector>
 
 enum SubDialogControl { subOkBTN = 706, subCancelBTN = 707 };
 
@@ -29,22 +35,32 @@ class SubDialog : public zFormDialog {
     bool okFlag() const { return okFlag_; }  // valid after runModal(): closed with OK
 
   protected:
-    // The layout must contain okRow and cancelRow.
+    // The layout must contain okRow, cancelRow and messageRow.
     SubDialog(zWindow& parent, const zLayout& layout);
 
     // Copies the controls to the record.
     virtual void StoreDefaults() = 0;
 
+    // For the message line: what is to be said of what the controls show, and the fields with their parts.
+    virtual std::vector<Finding> findings() const { return {}; }
+    virtual std::span<const AdvisedField> advisedFields() const { return {}; }
+    zMessageLine& line() { return line_; }
+
   private:
     void clickedOkBTN();
     void clickedCancelBTN();
 
+    zMessageLine line_;
     bool okFlag_ = false;
 };
 
-// Runs a sub-dialog; true if it was closed with OK.
-template <class Dialog> bool confirmed(zWindow& parent) {
-    Dialog dialog(parent);
-    dialog.runModal();
-    return dialog.okFlag();
+// Runs a sub-dialog; null if it was not closed with OK. It stays on the screen, taking no input, for as long
+// as what comes back is kept.
+template <class Dialog, class... Arguments>
+std::unique_ptr<SubDialog> confirmed(zWindow& parent, Arguments&&... arguments) {
+    auto dialog = std::make_unique<Dialog>(parent, std::forward<Arguments>(arguments)...);
+    dialog->runModalAndStay();
+    if (!dialog->okFlag()) return nullptr;
+    dialog->setCursor(zWatchCursor);
+    return dialog;
 }

@@ -103,7 +103,7 @@ class StatisticsTest : public ProgramTest {
     }
 
     // The line at the lower edge.
-    std::string silence() { return XUser::labelOf(named("noAnswer")); }
+    std::string silence() { return XUser::labelOf(named("message")); }
     bool greyed(const std::string& name) { return !XtIsSensitive(onPage(name)); }
     // Of a table: nothing but its labels is as dark as a text.
     bool greyedTable(const std::string& name) {

@@ -3,6 +3,7 @@
 #include "toolkit/controls/factory.h"
 #include "toolkit/controls/rowwidget.h"
 #include "toolkit/display/displaycache.h"
+#include "toolkit/library/motion.h"
 
 #include <Xm/BulletinB.h>
 #include <Xm/Xm.h>
@@ -66,9 +67,22 @@ void zBoard::setTooltipDetail(const zControl& control, const std::string& detail
     tooltips_->setDetail(control.outermost(), detail);
 }
 
-void zBoard::enable(std::span<const zEnableRow> rows, unsigned conditions) {
-    for (const zEnableRow& row : rows)
-        control<zControl>(row.id).enable((row.needs & conditions) == row.needs);
+void zBoard::enable(std::span<const zEnableRow> rows, unsigned conditions, std::span<const zNeedRow> needs) {
+    waiting_.clear();
+    for (const zEnableRow& row : rows) {
+        auto& greyed = control<zControl>(row.id);
+        const unsigned lacking = row.needs & ~conditions;
+        greyed.enable(!lacking);
+        const auto need =
+            std::ranges::find_if(needs, [&](const zNeedRow& each) { return each.condition & lacking; });
+        if (need != needs.end()) waiting_.push_back({&greyed, need->sentence});
+    }
+}
+
+const char* zBoard::waitsAt(int x, int y) const {
+    const auto found = std::ranges::find_if(
+        waiting_, [&](const Waiting& waiting) { return zWidgetHas(waiting.control->outermost(), x, y); });
+    return found == waiting_.end() ? "" : found->sentence;
 }
 
 void zBoard::grey(bool on) {
@@ -93,9 +107,16 @@ void zBoard::stretch(int right, int down) {
     }
 }
 
+void zBoard::disable(zControl& control, const char* because) {
+    control.enable(false);
+    waiting_.push_back({&control, because});
+}
+
 void zBoard::realized() const {
-    for (const auto& control : controls_) control->realized();
-    tooltips_->realized();
+    for (const auto& control : controls_) {
+        control->realized();
+        zPropagateMotion(control->outermost());  // to whoever watches where the pointer is
+    }
 }
 
 zControl* zBoard::find(int id) const {

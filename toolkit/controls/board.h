@@ -29,6 +29,12 @@ struct zEnableRow {
     unsigned needs;
 };
 
+// What the user has to do for a condition to hold.
+struct zNeedRow {
+    unsigned condition;
+    const char* sentence;
+};
+
 class zBoard {
   public:
     // Creates the board widget, not managed yet, and the controls of `layout`, which must outlive the board.
@@ -70,11 +76,25 @@ class zBoard {
     void load();
     void store();
 
+    // Writes what bind() to this object and store() would write into it, and leaves all else as it is.
+    template <class Object>
+    void storeInto(Object& object, std::span<const zBindingRow<std::type_identity_t<Object>>> rows) const {
+        for (const auto& row : rows)
+            std::visit([&](auto member) { control<zControl>(row.id).storeInto(&(object.*member)); },
+                       row.variable);
+    }
+
     // Says something of a control in its tooltip, after the text of its row, if it has one.
     void setTooltipDetail(const zControl& control, const std::string& detail);
 
-    void enable(std::span<const zEnableRow> rows, unsigned conditions);
+    // `needs`, which must outlive the board, are looked through in their order.
+    void enable(std::span<const zEnableRow> rows, unsigned conditions, std::span<const zNeedRow> needs = {});
+    // The sentence of what the greyed control at this place of the board waits for, or an empty one.
+    const char* waitsAt(int x, int y) const;
     void grey(bool on);  // every control that can be greyed
+
+    // One that nothing enables, with a sentence why.
+    void disable(zControl& control, const char* because);
 
     // Call it once, when the controls are realized.
     void realized() const;
@@ -94,4 +114,9 @@ class zBoard {
     zRect size_;
     std::vector<std::unique_ptr<zControl>> controls_;
     std::unique_ptr<zTooltips> tooltips_;
+    struct Waiting {
+        const zControl* control;
+        const char* sentence;
+    };
+    std::vector<Waiting> waiting_;  // greyed controls
 };

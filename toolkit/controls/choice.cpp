@@ -43,6 +43,12 @@ void zCheckBox::store() {
     variable_.set(shown_);
 }
 
+void zCheckBox::storeInto(zVariable variable) const {
+    zBoundNumber other;
+    other.bind(variable);
+    if (checked() != shown_) other.set(checked());
+}
+
 bool zCheckBox::checked() const {
     return XmToggleButtonGetState(widget());
 }
@@ -60,6 +66,12 @@ void zRadioGroup::store() {
     if (!variable_ || chosen_ == shown_) return;
     shown_ = chosen_;
     variable_.set(static_cast<unsigned>(chosen_));
+}
+
+void zRadioGroup::storeInto(zVariable variable) const {
+    zBoundNumber other;
+    other.bind(variable);
+    if (chosen_ != shown_) other.set(static_cast<unsigned>(chosen_));
 }
 
 void zRadioGroup::choose(int id) {

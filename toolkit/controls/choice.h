@@ -15,6 +15,7 @@ class zCheckBox : public zControl {
     void bind(zVariable variable) override { variable_.bind(variable); }
     void load() override;
     void store() override;
+    void storeInto(zVariable variable) const override;
 
     bool checked() const;
     void check(bool on);  // does not call onClick
@@ -34,6 +35,7 @@ class zRadioGroup {
     void bind(zVariable variable) { variable_.bind(variable); }
     void load();
     void store();
+    void storeInto(zVariable variable) const;
 
     void choose(int id);  // does not call onClick
 
@@ -62,6 +64,7 @@ class zRadioButton : public zControl {
     void bind(zVariable variable) override { group_->bind(variable); }
     void load() override;
     void store() override;
+    void storeInto(zVariable variable) const override { group_->storeInto(variable); }
 
   private:
     friend zRadioGroup;

@@ -54,6 +54,9 @@ class zControl {
     // Gives the control another place and size, in pixels of the board.
     virtual void place(const zRect& place);
 
+    // Writes what store() would write into another variable. Nothing else changes.
+    virtual void storeInto(zVariable) const {}
+
     // Called when the board has been realized.
     virtual void realized() {}
 

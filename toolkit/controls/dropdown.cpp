@@ -107,6 +107,12 @@ void zDropDown::store() {
     variable_.set(static_cast<unsigned>(now));
 }
 
+void zDropDown::storeInto(zVariable variable) const {
+    zBoundNumber other;
+    other.bind(variable);
+    if (const int now = selected(); now != shown_) other.set(static_cast<unsigned>(now));
+}
+
 int zDropDown::selected() const {
     int* positions = nullptr;
     int found = 0;

@@ -24,6 +24,7 @@ class zDropDown : public zControl {
     void bind(zVariable variable) override { variable_.bind(variable); }
     void load() override;
     void store() override;
+    void storeInto(zVariable variable) const override;
 
     int selected() const;       // -1: none
     void select(int position);  // does not call onSelect

@@ -185,8 +185,14 @@ void zEdit::store() {
     if (!variable_ || !changed()) return;
     complete();
     if (!changed()) return;
-    *variable_ = picture_ ? picture_->bare(picture_->completed(text())) : text();
+    storeInto(variable_);
     shown_ = text();
+}
+
+void zEdit::storeInto(zVariable variable) const {
+    const std::string now = text();
+    if (!changed() || (now.empty() && picture_ && picture_->isAddress())) return;
+    *std::get<std::string*>(variable) = picture_ ? picture_->bare(picture_->completed(now)) : now;
 }
 
 // Completes a changed address; true if anything was missing.
@@ -320,6 +326,12 @@ void zNumberEdit::store() {
     if (!variable_ || !changed() || text().empty()) return;
     variable_.set(number());
     show(text());
+}
+
+void zNumberEdit::storeInto(zVariable variable) const {
+    zBoundNumber other;
+    other.bind(variable);
+    if (changed() && !text().empty()) other.set(number());
 }
 
 unsigned zNumberEdit::number() const {

@@ -28,6 +28,7 @@ class zEdit : public zControl {
     // Fills missing digits of an address with zeros, also in the field. An empty address is not stored. Empty
     // runs of digits are stored as 0.
     void store() override;
+    void storeInto(zVariable variable) const override;
 
     void enable(bool on) override;
     void grey(bool on) override {
@@ -97,6 +98,7 @@ class zNumberEdit : public zEdit {
     void bind(zVariable variable) override { variable_.bind(variable); }
     void load() override;
     void store() override;
+    void storeInto(zVariable variable) const override;
 
     unsigned number() const;  // 0 for an empty field
     void setNumber(unsigned value);

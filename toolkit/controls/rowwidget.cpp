@@ -30,6 +30,13 @@ void zSetGeometry(Widget widget, const zRect& place) {
                   nullptr);
 }
 
+bool zWidgetHas(Widget widget, int x, int y) {
+    Position left = 0, top = 0;
+    Dimension width = 0, height = 0;
+    XtVaGetValues(widget, XmNx, &left, XmNy, &top, XmNwidth, &width, XmNheight, &height, nullptr);
+    return x >= left && x < left + width && y >= top && y < top + height;
+}
+
 Pixel zBackground(Widget widget) {
     Pixel background = 0;
     XtVaGetValues(widget, XmNbackground, &background, nullptr);

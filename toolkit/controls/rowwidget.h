@@ -34,6 +34,9 @@ Widget zMakeWidget(WidgetClass kind, Widget board, const zControlRow& row, zReso
 // Sets the geometry from the layout again on a widget that has computed a size of its own.
 void zSetGeometry(Widget widget, const zRect& place);
 
+// Whether this place on its board is the widget's.
+bool zWidgetHas(Widget widget, int x, int y);
+
 Pixel zBackground(Widget widget);
 
 // The top margin that centres a line of text in a field of this height.

@@ -1,8 +1,8 @@
 #include "toolkit/controls/tooltip.h"
 
+#include "toolkit/controls/rowwidget.h"
 #include "toolkit/display/displaycache.h"
 #include "toolkit/display/xmtext.h"
-#include "toolkit/library/motion.h"
 #include "toolkit/library/xftdraws.h"
 
 #include <X11/Shell.h>
@@ -80,7 +80,6 @@ zTooltips::~zTooltips() {
 }
 
 void zTooltips::add(Widget control, std::string text, Place place) {
-    if (XtIsRealized(control)) zPropagateMotion(control);
     XtAddEventHandler(control, LeaveWindowMask, False, Handlers::left, this);
     tips_.push_back({control, std::move(text), {}, place});
 }
@@ -100,17 +99,9 @@ std::string zTooltips::Tip::whole() const {
     return text + (text.empty() || detail.empty() ? "" : ": ") + detail;
 }
 
-void zTooltips::realized() {
-    for (const Tip& tip : tips_) zPropagateMotion(tip.control);
-}
-
 void zTooltips::pointerAt(int x, int y) {
-    const auto found = std::find_if(tips_.begin(), tips_.end(), [&](const Tip& tip) {
-        Position left = 0, top = 0;
-        Dimension width = 0, height = 0;
-        XtVaGetValues(tip.control, XmNx, &left, XmNy, &top, XmNwidth, &width, XmNheight, &height, nullptr);
-        return x >= left && x < left + width && y >= top && y < top + height;
-    });
+    const auto found =
+        std::ranges::find_if(tips_, [&](const Tip& tip) { return zWidgetHas(tip.control, x, y); });
     const Tip* now = found == tips_.end() ? nullptr : &*found;
     if (now == under_) return;
     hide();

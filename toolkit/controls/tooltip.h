@@ -14,7 +14,8 @@
 
 class zTooltips {
   public:
-    // For the controls on this board, whose widget must outlive the object.
+    // For the controls on this board, whose widget must outlive the object. The controls propagate the motion
+    // of the pointer to the board.
     explicit zTooltips(Widget board);
     ~zTooltips();
     zTooltips(const zTooltips&) = delete;
@@ -25,7 +26,6 @@ class zTooltips {
     void add(Widget control, std::string text, Place place = Place::pointer);
     // What is to be said of a control at the moment; it follows the control's own text, if there is one.
     void setDetail(Widget control, std::string detail);
-    void realized();  // call it once, when the controls are realized
     void hide();
 
   private:

@@ -13,6 +13,8 @@
 #include <X11/Shell.h>
 #include <Xm/Xm.h>
 #include <array>
+#include <chrono>
+#include <csetjmp>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
@@ -21,6 +23,7 @@
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -84,8 +87,11 @@ bool isIgnored(int number) {
     return ::sigaction(number, nullptr, &now) == 0 && now.sa_handler == SIG_IGN;
 }
 
-// Xlib ends the process when this returns. No X call is allowed here.
-int connectionLost(Display*) {
+// Work between whose steps windows are painted is not to be left when the server is lost: where it goes on.
+sigjmp_buf besidePainting;
+bool painting = false;
+
+[[noreturn]] void endLost() {
     const int number = endedBy;
     if (!number)
         fmt::print(stderr, "{}: the connection to the X server is lost\n", runningName);
@@ -95,6 +101,26 @@ int connectionLost(Display*) {
     if (running && running->onAbort) running->onAbort();
     std::fflush(nullptr);
     ::_exit(number ? 128 + number : 1);
+}
+
+// Xlib ends the process when this returns. No X call is allowed here.
+int connectionLost(Display*) {
+    if (std::exchange(painting, false)) ::siglongjmp(besidePainting, 1);
+    endLost();
+}
+
+// Paints what the server has asked for, after a round trip; for steps that are quick, not after each one.
+void paintNow(Display* display) {
+    using Clock = std::chrono::steady_clock;
+    constexpr std::chrono::milliseconds seldom{50};
+    static Clock::time_point last;
+    if (Clock::now() - last >= seldom) {
+        XSync(display, False);
+        last = Clock::now();
+    }
+    XEvent event;
+    while (XCheckMaskEvent(display, ExposureMask | StructureNotifyMask, &event)) XtDispatchEvent(&event);
+    XFlush(display);
 }
 
 // X errors are logged and not fatal: the program may be in the middle of a save.
@@ -275,6 +301,20 @@ void zApplication::handlePending() {
         else
             return;
     }
+}
+
+// The objects that a lost server leaves in the middle of painting are never used again.
+bool zApplication::paintBetween(const std::function<void()>& change) {
+    if (sigsetjmp(besidePainting, 0) != 0) return false;
+    painting = true;
+    change();
+    paintNow(connection_->display);
+    painting = false;
+    return true;
+}
+
+void zApplication::endWithoutServer() {
+    endLost();
 }
 
 void zApplication::doQuietWork() {

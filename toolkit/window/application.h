@@ -57,6 +57,12 @@ class zApplication {
     // Handles pending events, timers and input without blocking.
     void handlePending();
 
+    // For work that holds the event loop up: calls `change`, which may change what windows show, and paints
+    // what has become visible. Keys and buttons wait. False when the connection to the X server is lost: call
+    // nothing of windows any more, bring the work to its end, and then endWithoutServer().
+    bool paintBetween(const std::function<void()>& change);
+    [[noreturn]] static void endWithoutServer();
+
     // Calls `work` once from the event loop, as soon as no X event, signal or other input is pending.
     void whenQuiet(std::function<void()> work) { quietWork_.push_back(std::move(work)); }
 

@@ -52,6 +52,7 @@ bool showBox(zApplication& application, Widget parent, const Kind& kind, const s
     zOnCloseRequest(shell, dismiss, &result);
 
     zRunModal(application, shell, box, result.done);
+    zHideModal(shell, box);
     XtRemoveCallback(box, XmNokCallback, agree, &result);
     XtRemoveCallback(box, XmNcancelCallback, dismiss, &result);
     zDestroyShell(shell);

@@ -26,7 +26,9 @@ void zRunModal(zApplication& application, Widget shell, Widget board, const bool
     application.runUntil(done);
     topmost = below;
     XtRemoveGrab(shell);
-    // Within a callback, destruction is deferred to the callback's end: hide the dialog now.
+}
+
+void zHideModal(Widget shell, Widget board) {
     XtUnmanageChild(board);
     XtUnmapWidget(shell);
 }

@@ -7,8 +7,12 @@
 Widget zCreateModalShell(const char* name, Widget parent);
 
 // Shows a realized shell and its board in the middle of the screen until `done` is set or the application
-// ends, then unmaps it. Meanwhile the other windows take no input.
+// ends. Meanwhile the other windows take no input. The caller hides it then.
 void zRunModal(zApplication& application, Widget shell, Widget board, const bool& done);
+
+// Takes it off the screen. To be called before it is destroyed, which within a callback is deferred to the
+// callback's end.
+void zHideModal(Widget shell, Widget board);
 
 // True while a modal dialog is open that `shell` neither is nor belongs to; it is then raised: requests of
 // the window manager for `shell` are to be ignored.

@@ -174,6 +174,7 @@ zFormDialog::~zFormDialog() {
     beside_.reset();
     if (help_) XtRemoveCallback(board_->widget(), XmNhelpCallback, Help::asked, this);
     painting_.reset();
+    if (stays_) zHideModal(shell_, board_->widget());
     keys_.clear();
     XtRemoveEventHandler(board_->widget(), ExposureMask, False, Painting::begins, this);
     XtRemoveEventHandler(board_->widget(), StructureNotifyMask, False, Sizing::event, this);
@@ -249,8 +250,15 @@ void zFormDialog::show() {
 }
 
 void zFormDialog::runModal() {
+    runModalAndStay();
+    zHideModal(shell_, board_->widget());
+    stays_ = false;
+}
+
+void zFormDialog::runModalAndStay() {
     realize();
     done_ = false;
+    stays_ = true;
     zRunModal(application(), shell_, board_->widget(), done_);
     beside_.reset();
 }

@@ -72,6 +72,9 @@ class zFormDialog : public zWindow {
     void runModal();
     void endModal() { done_ = true; }
 
+    // The same, but it stays on the screen, taking no input, until it is destroyed.
+    void runModalAndStay();
+
     zBoard& board() const { return *board_; }
     template <typename Kind> Kind& control(int id) const { return board_->control<Kind>(id); }
 
@@ -113,6 +116,7 @@ class zFormDialog : public zWindow {
     std::unique_ptr<zFormDialog> beside_;
     bool realized_ = false;
     bool done_ = false;
+    bool stays_ = false;  // on the screen, after runModalAndStay()
     bool isMain_ = false;
     std::string place_;  // the user's; empty: centred
     zSpot spot_;         // where show() has put it

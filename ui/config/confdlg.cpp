@@ -1,6 +1,7 @@
 #include "ui/config/confdlg.h"
 
 #include "model/settings.h"
+#include "platform/index.h"
 #include "resources/pictureids.h"
 #include "toolkit/controls/button.h"
 #include "toolkit/controls/notebook.h"
@@ -28,13 +29,14 @@ constexpr zControlRow rows[] = {
     {.id = pagesNB, .kind = zKind::notebook, .place = {4, 4, 292, 239}},
     okRow({96, 250, 50, 18}, okBTN),
     cancelRow({154, 250, 50, 18}, cancelBTN),
+    messageRow({6, 271, 288, 8}),
 };
 
 constexpr zLayout frame{.id = 567,
                         .name = "setup",
                         .caption = "Setup",
                         .width = 300,
-                        .height = 275,
+                        .height = 280,
                         .font = {zFontRow::normal},
                         .icon = programIcon,
                         .rows = rows};
@@ -55,7 +57,7 @@ const struct {
 
 }  // namespace
 
-DConfigDlg::DConfigDlg(zWindow& parent) : zFormDialog(parent, frame) {
+DConfigDlg::DConfigDlg(zWindow& parent) : zFormDialog(parent, frame), line_(board()) {
     parent.setCursor(zWatchCursor);
     channel_.emplace(SetupIoctlDesc, O_RDWR);
 
@@ -63,12 +65,19 @@ DConfigDlg::DConfigDlg(zWindow& parent) : zFormDialog(parent, frame) {
     for (const auto& page : pages) {
         if (page.advanced && !advSettings) continue;
         pages_.push_back(page.make(*this));
-        notebook.addPage(page.layout, [made = pages_.back().get()](zBoard& board) { made->attach(board); });
+        notebook.addPage(page.layout, [this, made = pages_.back().get()](zBoard& board) {
+            made->attach(board);
+            line_.watch(board);
+            line_.refresh();
+        });
+        pages_.back()->onChanged = [this] { line_.refresh(); };
     }
     setTitle(("Setup " + dlgTitle).substr(0, longestTitle));
     control<zBitmapButton>(okBTN).onClick = [this] { onOk(); };
     control<zBitmapButton>(cancelBTN).onClick = [this] { onCancel(); };
     onClose = [this] { onCancel(); };
+    line_.advise = [this](const zEdit* field) { return advise(field); };
+    notebook.onSelect = [this](int) { line_.refresh(); };
     offerManual(*this);
     parent.setCursor(zArrowCursor);
 }
@@ -84,4 +93,19 @@ int DConfigDlg::onCancel() {
     okFlag_ = false;
     endModal();
     return 0;
+}
+
+// Of the values in the transfer buffers, and of those that are on the controls.
+zMessageLine::Advice DConfigDlg::advise(const zEdit* field) {
+    const int top = control<zNotebook>(pagesNB).selected();
+    if (top < 0) return {};
+    AdapterRecords records(atmDevices, currentAdapter);
+    for (std::size_t m = 0; m < xferBuffer.size(); ++m) records.lec[m] = xferBuffer[m];
+    for (std::size_t m = 0; m < lesXferBuffer.size(); ++m) records.les[m] = lesXferBuffer[m];
+    records.lecs = lecsXferBuffer;
+    records.ip = ip1577XferBuffer;
+    records.sig = sigXferBuffer;
+    for (const auto& page : pages_) page->putShown(records);
+    const ConfigPage& page = *pages_[asIndex(top)];
+    return adviceOn(CheckAdapter(records), page.service(), page.advisedFields(), field);
 }

@@ -28,10 +28,15 @@ class DConfigDlg : public zFormDialog {
 
     bool okFlag() const { return okFlag_; }  // closed with OK
 
+    zMessageLine& line() { return line_; }
+
     int onOk();
     int onCancel();
 
   private:
+    zMessageLine::Advice advise(const zEdit* field);
+
+    zMessageLine line_;
     std::optional<OpenedChannel> channel_;            // SetupIoctlDesc
     std::vector<std::unique_ptr<ConfigPage>> pages_;  // by tab
     bool okFlag_ = false;

@@ -13,13 +13,14 @@ constexpr zControlRow rows[] = {
     {.id = esiSelectorED, .kind = zKind::edit, .place = {34, 21, 78, 12}, .mask = &esiSelectorField},
     okRow({15, 62, 50, 18}),
     cancelRow({78, 62, 50, 18}),
+    messageRow({6, 84, 133, 24}),
 };
 
 constexpr zLayout layout{.id = 565,
                          .name = "elanClient",
                          .caption = "Add ELAN Client",
                          .width = 145,
-                         .height = 90,
+                         .height = 112,
                          .icon = programIcon,
                          .rows = rows};
 

@@ -7,6 +7,7 @@
 #include "ui/config/confids.h"
 #include "ui/config/iplayout.h"
 #include "ui/config/ippvcdlg.h"
+#include "ui/config/vciowners.h"
 
 namespace {
 
@@ -19,6 +20,14 @@ constexpr zBindingRow<IP1577XferBuffer> fields[] = {
     {serverIpED, &IP1577XferBuffer::serverIp},
     {subnetMaskED, &IP1577XferBuffer::subnetMask},
     {ipED, &IP1577XferBuffer::ip},
+};
+
+constexpr AdvisedField advised[] = {
+    {ipED, "address"},
+    {subnetMaskED, "subnetMask"},
+    {serverIpED, "serverAddress"},
+    {networkPrefixED, "networkPrefix"},
+    {esiSelectorED, "esiSelector"},
 };
 
 }  // namespace
@@ -49,8 +58,13 @@ PvcEditor<AtmRoutedPvc>::Page DConfigDlgI1577PG::pvcList() {
     page.list = []() -> auto& {
         return ip1577XferBuffer.pvcs;
     };
-    page.edit = [this] { return confirmed<DIpPvcDLG>(dialog_); };
-    page.update = [this] { table_->Update(); };
+    page.edit = [this](const AtmRoutedPvc* replaced) {
+        return confirmed<DIpPvcDLG>(dialog_, vciOwners(ip1577XferBuffer.pvcs, replaced));
+    };
+    page.update = [this] {
+        table_->Update();
+        changed();
+    };
     page.request = [this](const AtmRoutedPvc& pvc, PvcChange change) {
         return request_.changePvc(change, pvc);
     };
@@ -58,9 +72,18 @@ PvcEditor<AtmRoutedPvc>::Page DConfigDlgI1577PG::pvcList() {
 }
 
 void DConfigDlgI1577PG::ToggleControls() {
-    board().enable(ip1577PageRules, (checked(enableCB) ? ipEnabled : 0U) |
-                                        (checked(pvcOnlyCB) ? 0U : serverUsed) |
-                                        (checked(serverCB) ? 0U : serverForeign));
+    board().enable(ip1577PageRules,
+                   (checked(enableCB) ? ipEnabled : 0U) | (checked(pvcOnlyCB) ? 0U : serverUsed) |
+                       (checked(serverCB) ? 0U : serverForeign),
+                   ip1577PageNeeds);
+}
+
+void DConfigDlgI1577PG::putShown(AdapterRecords& records) const {
+    if (attached()) records.ip = shownOn<IP1577XferBuffer>(board(), ip1577XferBuffer, fields);
+}
+
+std::span<const AdvisedField> DConfigDlgI1577PG::advisedFields() const {
+    return advised;
 }
 
 // The adapter is the ARP server exactly when the server's address is its own.

@@ -25,6 +25,9 @@ class DConfigDlgI1577PG final : public ConfigPage {
     explicit DConfigDlgI1577PG(zFormDialog& dialog);
 
     void ToggleControls() override;
+    void putShown(AdapterRecords& records) const override;
+    std::string service() const override { return "ip"; }
+    std::span<const AdvisedField> advisedFields() const override;
 
   private:
     void connect() override;

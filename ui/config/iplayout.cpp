@@ -83,6 +83,10 @@ constexpr zEnableRow rules[] = {
     {esiSelectorLBL, withForeignServer},
 };
 
+constexpr zNeedRow needs[] = {{ipEnabled, "Switch on Enable"},
+                              {serverUsed, "Switch off PVC Only"},
+                              {serverForeign, "Switch off Enable of the ARP server"}};
+
 }  // namespace
 
 const zLayout ip1577PageLayout{.id = 570,
@@ -93,3 +97,4 @@ const zLayout ip1577PageLayout{.id = 570,
                                .font = {zFontRow::normal},
                                .rows = rows};
 const std::span<const zEnableRow> ip1577PageRules = rules;
+const std::span<const zNeedRow> ip1577PageNeeds = needs;

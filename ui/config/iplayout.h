@@ -12,3 +12,4 @@ enum IpCondition : unsigned {
     serverForeign = 4,  // "Enable" of the ARP server is off: the server is another host
 };
 extern const std::span<const zEnableRow> ip1577PageRules;
+extern const std::span<const zNeedRow> ip1577PageNeeds;  // how the conditions come to hold

@@ -21,7 +21,10 @@ constexpr zControlRow rows[] = {
     {.id = nullRB, .kind = zKind::radioButton, .place = {119, 51, 29, 14}, .text = "Null"},
     okRow({40, 98, 50, 18}),
     cancelRow({122, 98, 50, 18}),
+    messageRow({6, 120, 204, 16}),
 };
+
+constexpr AdvisedField advised[] = {{pvcIpED, "ip"}, {pvcVciED, "vci"}};
 
 constexpr zLayout layout{.id = 563,
                          .name = "ipPvc",
@@ -33,7 +36,8 @@ constexpr zLayout layout{.id = 563,
 
 }  // namespace
 
-DIpPvcDLG::DIpPvcDLG(zWindow& parent) : PvcDialog(parent, layout, pvcIpED) {
+DIpPvcDLG::DIpPvcDLG(zWindow& parent, VciOwners owners)
+    : PvcDialog(parent, layout, pvcIpED, std::move(owners)) {
     SetDefaults();
 }
 
@@ -44,4 +48,20 @@ void DIpPvcDLG::SetDefaults() {
 
 void DIpPvcDLG::StoreDefaults() {
     pvcXferBuffer.ip = store(pvcXferBuffer);
+}
+
+std::vector<Finding> DIpPvcDLG::findings() const {
+    AtmRoutedPvc pvc = pvcXferBuffer;
+    const std::string address = shownAddress();
+    pvc.ip = address;
+    pvc.vci = static_cast<std::uint16_t>(shownVci());
+    std::vector<Finding> all = CheckEntry(pvc);
+    checkOwner(all, owners(), pvc.vci);
+    if (const std::string complaint = AddressComplaint(address); !complaint.empty())
+        all.push_back({.number = 4, .message = complaint, .part = "ip"});
+    return all;
+}
+
+std::span<const AdvisedField> DIpPvcDLG::advisedFields() const {
+    return advised;
 }

@@ -10,9 +10,11 @@ extern AtmRoutedPvc pvcXferBuffer;
 class DIpPvcDLG : public PvcDialog {
   public:
     // Shows pvcXferBuffer.
-    explicit DIpPvcDLG(zWindow& parent);
+    DIpPvcDLG(zWindow& parent, VciOwners owners);
 
   private:
     void SetDefaults();
     void StoreDefaults() override;
+    std::vector<Finding> findings() const override;
+    std::span<const AdvisedField> advisedFields() const override;
 };

@@ -4,6 +4,8 @@
 #include "ui/config/confids.h"
 #include "ui/fieldmasks.h"
 
+#include <sstream>
+
 AtmBridgedPvc bridgedPvcXferBuffer;
 
 namespace {
@@ -23,7 +25,10 @@ constexpr zControlRow rows[] = {
     {.id = broadcastCB, .kind = zKind::checkBox, .place = {116, 66, 50, 13}, .text = "BroadCast"},
     okRow({40, 98, 50, 18}),
     cancelRow({122, 98, 50, 18}),
+    messageRow({6, 120, 204, 16}),
 };
+
+constexpr AdvisedField advised[] = {{pvcMacED, "mac"}, {pvcVciED, "vci"}};
 
 constexpr zLayout layout{.id = 564,
                          .name = "lecPvc",
@@ -35,7 +40,8 @@ constexpr zLayout layout{.id = 564,
 
 }  // namespace
 
-DLecPvcDLG::DLecPvcDLG(zWindow& parent) : PvcDialog(parent, layout, pvcMacED) {
+DLecPvcDLG::DLecPvcDLG(zWindow& parent, VciOwners owners)
+    : PvcDialog(parent, layout, pvcMacED, std::move(owners)) {
     control<zCheckBox>(broadcastCB).bind(&broadcast_);
     Setup();
 }
@@ -53,4 +59,17 @@ void DLecPvcDLG::StoreDefaults() {
     store(pvc);
     pvc.mac = control<zEdit>(pvcMacED).text();
     pvc.broadcast = broadcast_;
+}
+
+std::vector<Finding> DLecPvcDLG::findings() const {
+    AtmBridgedPvc pvc = bridgedPvcXferBuffer;
+    std::istringstream(shownAddress()) >> pvc.mac;
+    pvc.vci = static_cast<std::uint16_t>(shownVci());
+    std::vector<Finding> all = CheckEntry(pvc);
+    checkOwner(all, owners(), pvc.vci);
+    return all;
+}
+
+std::span<const AdvisedField> DLecPvcDLG::advisedFields() const {
+    return advised;
 }

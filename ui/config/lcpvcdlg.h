@@ -10,11 +10,13 @@ extern AtmBridgedPvc bridgedPvcXferBuffer;
 class DLecPvcDLG : public PvcDialog {
   public:
     // Shows bridgedPvcXferBuffer.
-    explicit DLecPvcDLG(zWindow& parent);
+    DLecPvcDLG(zWindow& parent, VciOwners owners);
 
   private:
     void Setup();
     void StoreDefaults() override;
+    std::vector<Finding> findings() const override;
+    std::span<const AdvisedField> advisedFields() const override;
 
     int broadcast_ = 0;
 };

@@ -93,6 +93,8 @@ constexpr zEnableRow rules[] = {
     {esiSelectorLBL, withServers},
 };
 
+constexpr zNeedRow needs[] = {{clientEnabled, "Switch on Enable"}, {serversUsed, "Switch off PVC Only"}};
+
 }  // namespace
 
 const zLayout lecPageLayout{.id = 567,
@@ -103,3 +105,4 @@ const zLayout lecPageLayout{.id = 567,
                             .font = {zFontRow::normal},
                             .rows = rows};
 const std::span<const zEnableRow> lecPageRules = rules;
+const std::span<const zNeedRow> lecPageNeeds = needs;

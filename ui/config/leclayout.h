@@ -11,3 +11,4 @@ enum LecCondition : unsigned {
     serversUsed = 2,    // "PVC Only" is off
 };
 extern const std::span<const zEnableRow> lecPageRules;
+extern const std::span<const zNeedRow> lecPageNeeds;  // how the conditions come to hold

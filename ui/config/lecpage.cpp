@@ -9,6 +9,7 @@
 #include "ui/config/confids.h"
 #include "ui/config/lcpvcdlg.h"
 #include "ui/config/leclayout.h"
+#include "ui/config/vciowners.h"
 
 #include <array>
 #include <utility>
@@ -27,6 +28,13 @@ constexpr zBindingRow<LECXferBuffer> fields[] = {
     {elanMtuCBO, &LECXferBuffer::mtuPosition},
     {enableCB, &LECXferBuffer::enabled},
     {pvcOnlyCB, &LECXferBuffer::pvcOnly},
+};
+
+constexpr AdvisedField advised[] = {
+    {elanNameED, "elanName"},
+    {l3MtuED, "l3Mtu"},
+    {networkPrefixED, "networkPrefix"},
+    {esiSelectorED, "esiSelector"},
 };
 
 LECXferBuffer& bufferOf(int lec) {
@@ -64,8 +72,13 @@ PvcEditor<AtmBridgedPvc>::Page DConfigDlgLECPG::pvcList() {
     page.list = [this]() -> auto& {
         return bufferOf(current()).pvcs;
     };
-    page.edit = [this] { return confirmed<DLecPvcDLG>(dialog_); };
-    page.update = [this] { table_->Update(current()); };
+    page.edit = [this](const AtmBridgedPvc* replaced) {
+        return confirmed<DLecPvcDLG>(dialog_, vciOwners(bufferOf(current()).pvcs, replaced));
+    };
+    page.update = [this] {
+        table_->Update(current());
+        changed();
+    };
     page.request = [this](const AtmBridgedPvc& pvc, PvcChange change) {
         return request_.changePvc(static_cast<std::uint8_t>(current()), change, pvc);
     };
@@ -88,7 +101,19 @@ void DConfigDlgLECPG::storeDefaults(int i) {
 
 void DConfigDlgLECPG::ToggleControls() {
     board().enable(lecPageRules,
-                   (checked(enableCB) ? clientEnabled : 0U) | (checked(pvcOnlyCB) ? 0U : serversUsed));
+                   (checked(enableCB) ? clientEnabled : 0U) | (checked(pvcOnlyCB) ? 0U : serversUsed),
+                   lecPageNeeds);
+}
+
+void DConfigDlgLECPG::putShown(AdapterRecords& records) const {
+    if (!attached()) return;
+    LECXferBuffer shown = shownOn<LECXferBuffer>(board(), bufferOf(current()), fields);
+    shown.useLecs = clicked_ == lecsRB;
+    records.lec[asIndex(current())] = shown;
+}
+
+std::span<const AdvisedField> DConfigDlgLECPG::advisedFields() const {
+    return advised;
 }
 
 void DConfigDlgLECPG::clickedLECSRBGroup(int id) {

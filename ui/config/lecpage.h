@@ -9,6 +9,7 @@
 #include "ui/config/pvceditor.h"
 #include "ui/config/pvctable.h"
 
+#include <fmt/format.h>
 #include <optional>
 
 // The bridged PVCs of one client.
@@ -28,6 +29,9 @@ class DConfigDlgLECPG final : public InstancePage {
     void Setup(int i) override;
     void storeDefaults(int i) override;
     void ToggleControls() override;
+    void putShown(AdapterRecords& records) const override;
+    std::string service() const override { return fmt::format("lec{}", current() + 1); }
+    std::span<const AdvisedField> advisedFields() const override;
 
   private:
     void connect() override;

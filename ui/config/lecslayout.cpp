@@ -44,6 +44,8 @@ constexpr zEnableRow rules[] = {
     {ethernetRB, lecsEnabled},         {tokenRingRB, lecsEnabled},
 };
 
+constexpr zNeedRow needs[] = {{lecsEnabled, "Switch on Enable"}};
+
 }  // namespace
 
 const zLayout lecsPageLayout{.id = 569,
@@ -54,3 +56,4 @@ const zLayout lecsPageLayout{.id = 569,
                              .font = {zFontRow::normal},
                              .rows = rows};
 const std::span<const zEnableRow> lecsPageRules = rules;
+const std::span<const zNeedRow> lecsPageNeeds = needs;

@@ -10,3 +10,4 @@ enum LecsCondition : unsigned {
     lecsEnabled = 1,  // "Enable" is on
 };
 extern const std::span<const zEnableRow> lecsPageRules;
+extern const std::span<const zNeedRow> lecsPageNeeds;  // how the conditions come to hold

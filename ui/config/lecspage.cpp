@@ -16,6 +16,11 @@ constexpr zBindingRow<LECSXferBuffer> fields[] = {
     {enableCB, &LECSXferBuffer::enabled},
 };
 
+constexpr AdvisedField advised[] = {
+    {networkPrefixED, "networkPrefix"},
+    {esiSelectorED, "esiSelector"},
+};
+
 }  // namespace
 
 DConfigDlgLECSPG::DConfigDlgLECSPG(zFormDialog&) : choice_(elanTypeButton(lecsXferBuffer.elanType)) {
@@ -38,7 +43,15 @@ void DConfigDlgLECSPG::storeDefaults() {
 }
 
 void DConfigDlgLECSPG::ToggleControls() {
-    board().enable(lecsPageRules, checked(enableCB) ? lecsEnabled : 0U);
+    board().enable(lecsPageRules, checked(enableCB) ? lecsEnabled : 0U, lecsPageNeeds);
+}
+
+void DConfigDlgLECSPG::putShown(AdapterRecords& records) const {
+    if (attached()) records.lecs = shownOn<LECSXferBuffer>(board(), lecsXferBuffer, fields);
+}
+
+std::span<const AdvisedField> DConfigDlgLECSPG::advisedFields() const {
+    return advised;
 }
 
 void DConfigDlgLECSPG::clickedWellKnownAddressCB() {

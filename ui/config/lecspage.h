@@ -13,6 +13,9 @@ class DConfigDlgLECSPG final : public ConfigPage {
 
     void storeDefaults() override;
     void ToggleControls() override;
+    void putShown(AdapterRecords& records) const override;
+    std::string service() const override { return "lecs"; }
+    std::span<const AdvisedField> advisedFields() const override;
 
   private:
     void connect() override;

@@ -68,6 +68,8 @@ constexpr zEnableRow rules[] = {
     {addBTN, serverEnabled},       {insertBTN, serverEnabled},   {deleteBTN, serverEnabled},
 };
 
+constexpr zNeedRow needs[] = {{serverEnabled, "Switch on Enable"}};
+
 }  // namespace
 
 const zLayout lesPageLayout{.id = 568,
@@ -78,3 +80,4 @@ const zLayout lesPageLayout{.id = 568,
                             .font = {zFontRow::normal},
                             .rows = rows};
 const std::span<const zEnableRow> lesPageRules = rules;
+const std::span<const zNeedRow> lesPageNeeds = needs;

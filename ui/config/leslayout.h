@@ -10,3 +10,4 @@ enum LesCondition : unsigned {
     serverEnabled = 1,  // "Enable" is on
 };
 extern const std::span<const zEnableRow> lesPageRules;
+extern const std::span<const zNeedRow> lesPageNeeds;  // how the conditions come to hold

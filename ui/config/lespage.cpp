@@ -23,6 +23,10 @@ constexpr zBindingRow<LESXferBuffer> fields[] = {
     {enableCB, &LESXferBuffer::enabled},
 };
 
+constexpr AdvisedField advised[] = {
+    {elanNameED, "elanName"},
+};
+
 LESXferBuffer& bufferOf(int les) {
     return lesXferBuffer[asIndex(les)];
 }
@@ -65,7 +69,16 @@ void DConfigDlgLESPG::storeDefaults(int i) {
 }
 
 void DConfigDlgLESPG::ToggleControls() {
-    board().enable(lesPageRules, checked(enableCB) ? serverEnabled : 0U);
+    board().enable(lesPageRules, checked(enableCB) ? serverEnabled : 0U, lesPageNeeds);
+}
+
+void DConfigDlgLESPG::putShown(AdapterRecords& records) const {
+    if (attached())
+        records.les[asIndex(current())] = shownOn<LESXferBuffer>(board(), bufferOf(current()), fields);
+}
+
+std::span<const AdvisedField> DConfigDlgLESPG::advisedFields() const {
+    return advised;
 }
 
 void DConfigDlgLESPG::UpdateClientLB(int i) {
@@ -77,6 +90,7 @@ void DConfigDlgLESPG::UpdateClientLB(int i) {
                 lines.push_back(mappingLine(row.client(), false));
     list().setLines(std::move(lines));
     list().select(position_);
+    changed();
 }
 
 esiSelector DConfigDlgLESPG::selectedClient() const {
@@ -93,7 +107,8 @@ void DConfigDlgLESPG::stepUp() {
 void DConfigDlgLESPG::clickedAddBTN() {
     position_ = list().selected();
     if (position_ >= 0) esiSelectorXferBuffer = selectedClient();
-    if (!confirmed<DElandlg>(dialog_)) return;
+    const auto dialog = confirmed<DElandlg>(dialog_);
+    if (!dialog) return;
     addClient(esiSelectorXferBuffer, static_cast<short>(current()));
     UpdateClientLB(current());
 }
@@ -148,7 +163,7 @@ void DConfigDlgLESPG::clickedMoveBTN() {
         if (row.kind() == LecsRowView::temporary && row.les() != current())
             clients.push_back({row.client(), row.les(), false});
     exchangeClients(clients);
-    if (confirmed<DMvClientDLG>(dialog_)) insertClients(exchangedClients());
+    if (const auto dialog = confirmed<DMvClientDLG>(dialog_)) insertClients(exchangedClients());
 }
 
 // Moves clients of other servers here.

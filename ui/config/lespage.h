@@ -11,6 +11,7 @@
 #include "ui/config/mvclientdlg.h"
 #include "ui/config/page.h"
 
+#include <fmt/format.h>
 #include <vector>
 
 class DConfigDlgLESPG final : public InstancePage {
@@ -21,6 +22,9 @@ class DConfigDlgLESPG final : public InstancePage {
     void Setup(int i) override;
     void storeDefaults(int i) override;
     void ToggleControls() override;
+    void putShown(AdapterRecords& records) const override;
+    std::string service() const override { return fmt::format("les{}", current() + 1); }
+    std::span<const AdvisedField> advisedFields() const override;
 
   private:
     void connect() override;

@@ -38,6 +38,7 @@ constexpr zControlRow rows[] = {
     {.id = availableLB, .kind = zKind::listBox, .place = {23, 31, 100, 100}, .style = zSeveral | zSmallFont},
     okRow({16, 140, 50, 18}),
     cancelRow({79, 140, 50, 18}),
+    messageRow({6, 160, 135, 8}),
 };
 
 constexpr zLayout layout{.id = 566,

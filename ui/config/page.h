@@ -7,6 +7,10 @@
 #include "platform/debuglog.h"
 #include "toolkit/controls/board.h"
 #include "toolkit/controls/button.h"
+#include "ui/advice.h"
+
+#include <functional>
+#include <string>
 
 class ConfigPage {
   public:
@@ -23,12 +27,24 @@ class ConfigPage {
     virtual void storeDefaults() { storeControls(); }
     virtual void ToggleControls() = 0;
 
+    // For advice: writes what the page shows into the records, as far as it has controls; the name of the
+    // service that it shows, as in paths; and its fields with their settings.
+    virtual void putShown(AdapterRecords& records) const = 0;
+    virtual std::string service() const = 0;
+    virtual std::span<const AdvisedField> advisedFields() const = 0;
+
+    // Called when the page shows something else, in a way that no control tells of.
+    std::function<void()> onChanged;
+
   protected:
     ConfigPage() = default;
 
     // Binds and loads the controls, fills tables and lists, registers handlers.
     virtual void connect() = 0;
 
+    void changed() const {
+        if (onChanged) onChanged();
+    }
     bool attached() const { return board_ != nullptr; }
     zBoard& board() const { return *board_; }
     template <class Control> Control& control(int id) const { return board_->control<Control>(id); }
@@ -47,6 +63,14 @@ class ConfigPage {
   private:
     zBoard* board_ = nullptr;
 };
+
+// What an attached page shows, as a record: its buffer with what the user has changed on the controls since.
+template <class Buffer>
+Buffer shownOn(const zBoard& board, const Buffer& stored, std::span<const zBindingRow<Buffer>> fields) {
+    Buffer shown = stored;
+    board.storeInto(shown, fields);
+    return shown;
+}
 
 // A page that shows one of several instances of a service, chosen with a tab strip. Instances count from 0.
 class InstancePage : public ConfigPage {
@@ -76,6 +100,7 @@ class InstancePage : public ConfigPage {
         setDefaults(next);
         current_ = next;
         ToggleControls();
+        changed();
     }
 
   private:

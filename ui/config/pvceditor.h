@@ -8,8 +8,10 @@
 #include "ui/config/confids.h"
 #include "ui/config/listedit.h"
 #include "ui/mytable.h"
+#include "ui/subdialog.h"
 
 #include <functional>
+#include <memory>
 #include <vector>
 
 template <class Pvc> class PvcEditor {
@@ -18,7 +20,9 @@ template <class Pvc> class PvcEditor {
     struct Page {
         std::function<std::vector<Pvc>&()> list;            // the list of the shown transfer buffer
         std::function<int(const Pvc&, PvcChange)> request;  // sends a change
-        std::function<bool()> edit;    // runs the sub-dialog on the exchange record; false: cancelled
+        // Runs the sub-dialog on the exchange record, which takes the place of `replaced`, if that is not
+        // null. What comes back keeps the dialog on the screen; null: cancelled.
+        std::function<std::unique_ptr<SubDialog>(const Pvc* replaced)> edit;
         std::function<void()> update;  // called after each change of the list
     };
 
@@ -32,7 +36,8 @@ template <class Pvc> class PvcEditor {
 
   private:
     void clickedAddBTN() {
-        if (!page_.edit() || !change(exchange_, PvcChange::add, "Add")) return;
+        const auto dialog = page_.edit(nullptr);
+        if (!dialog || !change(exchange_, PvcChange::add, "Add")) return;
         page_.list().push_back(exchange_);
         page_.update();
     }
@@ -41,7 +46,8 @@ template <class Pvc> class PvcEditor {
         Pvc* pvc = selected();
         if (!pvc) return;
         exchange_ = *pvc;
-        if (!page_.edit() || !change(exchange_, PvcChange::modify, "Modify")) return;
+        const auto dialog = page_.edit(pvc);
+        if (!dialog || !change(exchange_, PvcChange::modify, "Modify")) return;
         *pvc = exchange_;
         page_.update();
     }

@@ -48,6 +48,9 @@ constexpr zEnableRow rules[] = {
     {otherPrefixesCB, registered},
 };
 
+constexpr zNeedRow needs[] = {{registered, "Switch on Enable Address Registration"},
+                              {unregistered, "Switch off Enable Address Registration"}};
+
 }  // namespace
 
 const zLayout signalPageLayout{.id = 571,
@@ -58,3 +61,4 @@ const zLayout signalPageLayout{.id = 571,
                                .font = {zFontRow::normal},
                                .rows = rows};
 const std::span<const zEnableRow> signalPageRules = rules;
+const std::span<const zNeedRow> signalPageNeeds = needs;

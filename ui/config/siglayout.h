@@ -11,3 +11,4 @@ enum SignalCondition : unsigned {
     unregistered = 2,  // it is off: the prefix is typed
 };
 extern const std::span<const zEnableRow> signalPageRules;
+extern const std::span<const zNeedRow> signalPageNeeds;  // how the conditions come to hold

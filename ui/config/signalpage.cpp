@@ -14,6 +14,10 @@ constexpr zBindingRow<SigXferBuffer> fields[] = {
     {registeredPrefixED, &SigXferBuffer::networkPrefix},
 };
 
+constexpr AdvisedField advised[] = {
+    {registeredPrefixED, "networkPrefix"},
+};
+
 }  // namespace
 
 DConfigDlgSignalPG::DConfigDlgSignalPG(zFormDialog&) {
@@ -28,5 +32,13 @@ void DConfigDlgSignalPG::connect() {
 }
 
 void DConfigDlgSignalPG::ToggleControls() {
-    board().enable(signalPageRules, checked(addrRegCB) ? registered : unregistered);
+    board().enable(signalPageRules, checked(addrRegCB) ? registered : unregistered, signalPageNeeds);
+}
+
+void DConfigDlgSignalPG::putShown(AdapterRecords& records) const {
+    if (attached()) records.sig = shownOn<SigXferBuffer>(board(), sigXferBuffer, fields);
+}
+
+std::span<const AdvisedField> DConfigDlgSignalPG::advisedFields() const {
+    return advised;
 }

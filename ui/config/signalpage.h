@@ -9,6 +9,9 @@ class DConfigDlgSignalPG final : public ConfigPage {
     explicit DConfigDlgSignalPG(zFormDialog& dialog);
 
     void ToggleControls() override;
+    void putShown(AdapterRecords& records) const override;
+    std::string service() const override { return "signalling"; }
+    std::span<const AdvisedField> advisedFields() const override;
 
   private:
     void connect() override;

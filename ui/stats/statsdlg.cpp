@@ -51,15 +51,14 @@ constexpr zControlRow rows[] = {
      .text = "Help",
      .name = "help",
      .more = staysMiddle},
-    // In the only room that the window has: the buttons with their frames reach down to its edge.
-    {.place = {6, 243, 288, 8}, .text = "", .name = "noAnswer", .more = {.down = 100, .wider = 100}},
+    messageRow({6, 271, 288, 8}, {.down = 100, .wider = 100}),
 };
 
 constexpr zLayout dialogLayout{.id = 572,
                                .name = "statistics",
                                .caption = "Statistics",
                                .width = 300,
-                               .height = 275,
+                               .height = 280,
                                .font = {zFontRow::normal},
                                .icon = statsIcon,
                                .rows = rows};
@@ -80,7 +79,7 @@ constexpr struct {
 }  // namespace
 
 DStatsDlg::DStatsDlg(zWindow& parent)
-    : zFormDialog(parent.application(), dialogLayout), channel_(openChannel(parent)) {
+    : zFormDialog(parent.application(), dialogLayout), channel_(openChannel(parent)), line_(board()) {
     auto& notebook = board().control<zNotebook>("pages");
     const StatsSource source{application(), notebook, channel_, static_cast<std::uint8_t>(currentAdapter)};
     for (const auto& page : pages)
@@ -93,7 +92,8 @@ DStatsDlg::DStatsDlg(zWindow& parent)
     auto& clear = board().control<zBitmapButton>("clear");
     clear.onClick = [this] { onOk(); };
     clear.onShiftClick = [this] { current_->undoClear(); };
-    for (const char* idle : {"apply", "help"}) board().control<zBitmapButton>(idle).enable(false);
+    board().disable(board().control<zBitmapButton>("apply"), "Statistics have nothing to apply");
+    board().disable(board().control<zBitmapButton>("help"), "F1 opens the manual");
     board().control<zBitmapButton>("close").onClick = [this] { onCancel(); };
     onClose = [this] { onCancel(); };
     offerManual(*this);
@@ -129,7 +129,7 @@ void DStatsDlg::showSilence() {
         localtime_r(&since, &local);
         text = fmt::format("No answer since {:02}:{:02}:{:02}", local.tm_hour, local.tm_min, local.tm_sec);
     }
-    board().control<zStatic>("noAnswer").setText(text.c_str());
+    line_.setProgress(text);
 }
 
 void DStatsDlg::selChangeTB(int position) {

@@ -8,6 +8,7 @@
 
 #include "ui/stats/statspage.h"
 
+#include "toolkit/controls/messageline.h"
 #include "toolkit/window/window.h"
 
 #include <ctime>
@@ -34,8 +35,9 @@ class DStatsDlg : public zFormDialog {
     void selChangeTB(int position);
     void showSilence();
 
-    DriverChannel own_;                              // closed if the driver accepts no further channel
-    DriverChannel& channel_;                         // it, or then ioctlDesc
+    DriverChannel own_;       // closed if the driver accepts no further channel
+    DriverChannel& channel_;  // it, or then ioctlDesc
+    zMessageLine line_;
     std::time_t silentSince_ = 0;                    // as the line says; 0: it is empty
     std::vector<std::unique_ptr<StatsPage>> pages_;  // by tab
     StatsPage* current_ = nullptr;                   // the page whose timer runs
