@@ -3,6 +3,7 @@
 #include "tests/support/failingfiles.h"
 #include "tests/support/simulator.h"
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <random>
 
@@ -46,7 +47,8 @@ class Scribe {
                 const bool isList = value.starts_with('/');
                 if (joins && chance(14)) text.replace(text.size() - lineEnd.size(), lineEnd.size(), " ");
                 joins = !value.empty() && !isList;  // an empty value would become this key
-                line = (chance(9) ? "  " : "") + key + equals[below(5)] + value + rest.substr(length);
+                line = fmt::format("{}{}{}{}{}", chance(9) ? "  " : "", key, equals[below(5)], value,
+                                   rest.substr(length));
                 if (chance(20) && !isList) end += line + lineEnd;
                 if (chance(20)) end += "Unknown = 7" + lineEnd;
             }
@@ -71,7 +73,7 @@ class Scribe {
     }
 
   private:
-    std::string spelled(std::string value) {
+    std::string spelled(const std::string& value) {
         static constexpr const char* odd[] = {"", "01", "70000", "-1", "0x1", "7a"};
         if (value.starts_with('/')) return chance(4) ? "" : chance(3) ? value + "other" : value;
         if (chance(6)) return odd[below(6)];
