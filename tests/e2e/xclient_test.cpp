@@ -111,9 +111,6 @@ TEST(XClient, OptionsDoWhatTheyDoInOtherPrograms) {
         {.arguments = {"-geometry", "+30+40"}, .place = {30, 40}},
         {.arguments = {"-geometry", "900x700-10-20"}, .place = {-10, -20}},
         {.arguments = {"-geometry", "900x700"}},
-        {.arguments = {"-geometry", "wide"},
-         .says = "Warning: Shell widget \"tarvolin\" has an invalid geometry specification: "
-                 "\"wide\"\n"},
         {.arguments = {"-geometry"}, .says = "tarvolin: ignored: \"-geometry\"\n"},
         {.arguments = {"-xrm", "Tarvolin*board.background: #112233"}, .background = blue},
         {.arguments = {"-name", "a", "-xrm", "a*board.background: #112233", "-xrm", "a.title: A"},

@@ -57,12 +57,12 @@ zMessageLine::~zMessageLine() {
 }
 
 void zMessageLine::watch(zBoard& board) {
-    Board& watched = boards_.emplace_back(*this, board);
+    Board& watched = boards_.emplace_back(Board{*this, board});
     XtAddEventHandler(board.widget(), pointerEvents, False, Handlers::pointer, &watched);
     board.forEach<zEdit>([this](zEdit& field) {
         // Before the field itself: a key takes the last refusal away before it is refused.
         XtInsertEventHandler(field.widget(), fieldEvents, False, Handlers::field,
-                             &fields_.emplace_back(*this, field), XtListHead);
+                             &fields_.emplace_back(Field{*this, field}), XtListHead);
         field.onRefused = [this](const std::string& reason) { refused(reason); };
         field.onEdited = [this] { refresh(); };
     });
