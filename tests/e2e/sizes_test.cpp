@@ -7,6 +7,7 @@
 
 #include <X11/Xutil.h>
 #include <cstdlib>
+#include <set>
 
 namespace {
 
@@ -14,11 +15,6 @@ constexpr int frame = 24;  // what a window manager needs
 
 struct Sizes : StatisticsTest {
     Display* display() const { return static_cast<Display*>(application.display()); }
-    Spot at(Widget shell) const {
-        Position x = 0, y = 0;
-        XtTranslateCoords(shell, 0, 0, &x, &y);
-        return {x, y};
-    }
     int of(Widget widget, const char* dimension) const {
         Dimension value = 0;
         XtVaGetValues(widget, dimension, &value, nullptr);
@@ -118,16 +114,21 @@ TEST_F(Sizes, WidthsOfColumnsLastForTheTable) {
 
 TEST_F(Sizes, FurtherWindowsComeBesideTheLastOneOnTheScreen) {
     start();
-    Spot last = at(window->shell());
+    std::set<Window> known;
+    XWindowAttributes last{};
     for (int i = 0; i < 12; ++i) {
         SCOPED_TRACE(i);
         openDialog();
-        const Spot now = at(dialog);
+        XWindowAttributes now{};
+        for (const Window shown : shownWindows(display()))
+            if (known.insert(shown).second && shown != XtWindow(window->shell()))
+                XGetWindowAttributes(display(), shown, &now);
+        ASSERT_NE(now.width, 0);
         EXPECT_TRUE(std::abs(now.x - last.x) >= frame || std::abs(now.y - last.y) >= frame);
         EXPECT_GE(now.x, 0);
         EXPECT_GE(now.y, 0);
-        EXPECT_LE(now.x + of(dialog, XmNwidth), 1280);
-        EXPECT_LE(now.y + of(dialog, XmNheight), 1024);
+        EXPECT_LE(now.x + now.width, 1280);
+        EXPECT_LE(now.y + now.height, 1024);
         last = now;
         user->focus(window->shell());
     }

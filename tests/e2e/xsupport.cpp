@@ -179,6 +179,7 @@ void XUser::drag(Widget target, Place from, Place to) {
 
 void XUser::resize(Widget shell, int width, int height) {
     XResizeWindow(display_, XtWindow(shell), static_cast<unsigned>(width), static_cast<unsigned>(height));
+    XSync(display_, False);
     settle();
 }
 

@@ -94,7 +94,10 @@ bool zBoard::stretches() const {
 }
 
 void zBoard::stretch(int right, int down) {
-    XtVaSetValues(widget_, XmNwidth, size_.width + right, XmNheight, size_.height + down, nullptr);
+    // Not asking the parent: a notebook's sheet grants nothing that it has no room for, and some pages are
+    // larger.
+    XtResizeWidget(widget_, static_cast<Dimension>(size_.width + right),
+                   static_cast<Dimension>(size_.height + down), 0);
     for (std::size_t i = 0; i < controls_.size(); ++i) {
         const zMore& more = layout_.rows[i].more;
         if (more == zMore{}) continue;

@@ -1,6 +1,7 @@
 #include "toolkit/controls/choice.h"
 
 #include "toolkit/controls/rowwidget.h"
+#include "toolkit/display/fonts.h"
 
 #include <Xm/ToggleB.h>
 
@@ -16,6 +17,9 @@ Widget makeToggle(Widget board, const zRect& place, const zControlRow& row, unsi
     const bool round = indicator == XmONE_OF_MANY_ROUND;
     resources.set(XmNindicatorOn, round ? XmINDICATOR_FILL : XmINDICATOR_CHECK_BOX);
     const Widget toggle = zMakeWidget(xmToggleButtonWidgetClass, board, row, resources);
+    // The frame of the focus would cover the feet of small letters.
+    if (place.height < zUsualTextHeight)
+        zSetGeometry(toggle, {place.x, place.y - 1, place.width, place.height + 2});
     if (!round) return toggle;
     Pixel ink = 0;  // of the dot, as of the text
     XtVaGetValues(toggle, XmNforeground, &ink, nullptr);

@@ -20,7 +20,7 @@ constexpr int leastFieldPixels = 11;  // letters of six pixels and the field's e
 constexpr int windowFrame = 24;       // pixels that a window manager takes
 
 // What the resources have where the user has set nothing.
-constexpr int usualSize = 12, listSize = 9, tableSize = 10, fieldMargin = 4;
+constexpr int usualSize = 12, listSize = 9, tableSize = 10;
 constexpr const char *tableFont = "Liberation Sans:size=10", *smallerTableFont = "Liberation Sans:size={}";
 
 std::optional<int> sizeOf(const std::string& text) {
@@ -53,12 +53,8 @@ class Sizes {
     void put(const std::string& font, int size) {
         resources_.force(fmt::format("{}.fontSize", font), std::to_string(size));
     }
-    // What belongs to the text: tables have no larger one than dialogs, and fields keep room for as many
-    // letters.
-    void shrinkRest(int size) {
-        if (size < usualSize &&
-            resources_.value("a.marginWidth", "XmTextField.MarginWidth") == std::to_string(fieldMargin))
-            resources_.put("*XmTextField.marginWidth", std::to_string(fieldMargin * size / usualSize));
+    // Tables have no larger font than dialogs.
+    void shrinkTables(int size) {
         if (size < tableSize && resources_.value("cells.tableFont", "XmDrawingArea.TableFont") == tableFont)
             resources_.put("*cells.tableFont", fmt::format(fmt::runtime(smallerTableFont), size));
     }
@@ -110,6 +106,6 @@ std::vector<std::string> zChooseFontSizes(Display* display, const zRect& largest
     if (plain.value_or(usualSize) == usualSize) sizes.put("plain", size);
     if (bold.value_or(usualSize) == usualSize) sizes.put("bold", size);
     if (small.value_or(listSize) == listSize) sizes.put("small", std::min(listSize, size));
-    sizes.shrinkRest(size);
+    sizes.shrinkTables(size);
     return sizes.refused;
 }

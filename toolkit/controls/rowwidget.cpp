@@ -43,12 +43,15 @@ Pixel zBackground(Widget widget) {
     return background;
 }
 
-Dimension zCentredMargin(Widget field, int height) {
+int zTextHeight(Widget labelOrField) {
     XmRenderTable table = nullptr;
+    XtVaGetValues(labelOrField, XmNrenderTable, &table, nullptr);
+    return XmStringHeight(table, zXmText("Ag").get());
+}
+
+Dimension zCentredMargin(Widget field, int height) {
     Dimension highlight = 0, shadow = 0;
-    XtVaGetValues(field, XmNrenderTable, &table, XmNhighlightThickness, &highlight, XmNshadowThickness,
-                  &shadow, nullptr);
-    const zXmText sample("Ag");
-    const int spare = height - 2 * (highlight + shadow) - XmStringHeight(table, sample.get());
+    XtVaGetValues(field, XmNhighlightThickness, &highlight, XmNshadowThickness, &shadow, nullptr);
+    const int spare = height - 2 * (highlight + shadow) - zTextHeight(field);
     return static_cast<Dimension>(std::max(0, spare / 2));
 }

@@ -39,5 +39,7 @@ bool zWidgetHas(Widget widget, int x, int y);
 
 Pixel zBackground(Widget widget);
 
+int zTextHeight(Widget labelOrField);  // of a line, in pixels
+
 // The top margin that centres a line of text in a field of this height.
 Dimension zCentredMargin(Widget field, int height);

@@ -4,6 +4,9 @@
 #include <string>
 #include <vector>
 
+// The height of a line of the dialogs' font as it ships, 12 points at 96 dots per inch, in pixels.
+constexpr int zUsualTextHeight = 19;
+
 // The names of all scalable font families, sorted, without duplicates.
 std::vector<std::string> zFontFamilies();
 

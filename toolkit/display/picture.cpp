@@ -1,6 +1,7 @@
 #include "toolkit/display/picture.h"
 
 #include "toolkit/display/displaycache.h"
+#include "toolkit/display/fonts.h"
 #include "toolkit/library/pixmaps.h"
 #include "toolkit/library/truecolour.h"
 
@@ -65,11 +66,9 @@ Pixmap make(Widget widget, const zPictureRow& row, Pixel background, int halves)
     return made;
 }
 
-// Of the usual 12 point font at 96 dots per inch, for which pictures are drawn.
-constexpr int usualTextHeight = 19;
-
+// Pictures are drawn for the usual font.
 int halvesBeside(int textHeight) {
-    return std::max(2, (2 * textHeight + usualTextHeight / 2) / usualTextHeight);
+    return std::max(2, (2 * textHeight + zUsualTextHeight / 2) / zUsualTextHeight);
 }
 
 }  // namespace
