@@ -5,6 +5,7 @@
 #include "toolkit/display/displaycache.h"
 #include "toolkit/library/motion.h"
 
+#include <X11/IntrinsicP.h>  // XtResizeWidget
 #include <Xm/BulletinB.h>
 #include <Xm/Xm.h>
 #include <algorithm>
