@@ -71,19 +71,17 @@ const zFieldMask esiSelectorField{.picture = esiSelectorMask,
                                   .takes = "an ESI has the digits 0 to 9 and a to f.",
                                   .full = "An ESI has 12 digits, its selector 2.",
                                   .paste = pastedEsi};
-const zFieldMask networkPrefixField{
-    .picture = networkPrefixMask,
-    .takes = "a network prefix has the digits 0 to 9 and a to f, and does not begin with 0.",
-    .full = "A network prefix has 26 digits.",
-    .paste = pastedPrefix};
+const zFieldMask networkPrefixField{.picture = networkPrefixMask,
+                                    .takes = "a prefix has the digits 0 to 9 and a to f, not 0 as the first.",
+                                    .full = "A network prefix has 26 digits.",
+                                    .paste = pastedPrefix};
 const zFieldMask ipAddressField{.picture = ipAddressMask,
                                 .takes = "an IP address has four numbers with dots between them.",
                                 .full = "Each number of an IP address has at most 3 digits.",
                                 .paste = pastedIp};
-const zFieldMask elanNameField{
-    .picture = elanNameMask,
-    .takes = "an ELAN name has letters, digits and signs, but no blank, #, brackets or accents.",
-    .full = "An ELAN name has at most 31 characters."};
+const zFieldMask elanNameField{.picture = elanNameMask,
+                               .takes = "an ELAN name has no blanks, #, brackets or accents.",
+                               .full = "An ELAN name has at most 31 characters."};
 const zFieldMask fourDigitsField{.picture = fourDigitsMask,
                                  .takes = "this number has the digits 0 to 9.",
                                  .full = "This number has at most 4 digits."};

@@ -39,7 +39,7 @@ class SlowDevice : public platform::Device {
 class Messages : public ConfigurationTest {
   protected:
     std::string line(const std::string& dialog = "setup") {
-        return XUser::labelOf(user->widget(dialog + "*message"));
+        return XUser::labelOf(XtNameToWidget(user->widget(dialog), "*message"));
     }
     // A window over everything comes and goes: the server has painted the background where it was.
     void uncover() {
@@ -134,7 +134,9 @@ TEST_F(Messages, AdviseInTheDialogOfAPvc) {
     start("1");
     configure([&] {
         inSubDialog(addBTN, "lecPvc", [&] {
-            EXPECT_EQ(line("lecPvc"), "VCI 0 is reserved, as all up to 31 are");
+            EXPECT_EQ(line("lecPvc"), "The PVC leads to a MAC address of zeros");
+            press(broadcastCB);
+            EXPECT_EQ(line("lecPvc"), "VCI 0 is reserved, as all up to 31 are") << "the more serious";
             enter(pvcVciED, "5");
             EXPECT_EQ(line("lecPvc"), "VCI 5 belongs to signalling");
             enter(pvcVciED, "101");
@@ -179,8 +181,8 @@ TEST_F(Messages, SayWhatASlowDriverIsToldToDo) {
             uncover();
         };
         press(okBTN);
-        driver.look = nullptr;
     });
+    driver.look = nullptr;
     const Names words{"", "", "Adding PVC 0 / 101 to LEC 1 …", "Restarting LEC 2 …"};
     EXPECT_EQ(said, words);
     EXPECT_EQ(whole, std::vector<bool>(words.size(), true));

@@ -305,9 +305,9 @@ void zEdit::verify(void* callData) {
     const std::size_t before = text().size();
     const auto edit = edited(range, typed, *mark_ ? range.end : asIndex(change.currInsert));
     if (!edit) return;
-    // After a deletion XmTextField would put the caret where the old text ended.
-    if (typed.empty()) return apply(*edit);
-    mark_->clear();
+    // After a deletion XmTextField would put the caret where the old text ended, and what replaces marked
+    // text it would not paint where the mark began.
+    if (typed.empty() || *mark_) return apply(*edit);
     // Replace the whole text, since fixed characters may move.
     change.doit = True;
     change.startPos = 0;
