@@ -190,6 +190,7 @@ TEST_F(Messages, SayWhatASlowDriverIsToldToDo) {
 }
 
 TEST_F(Messages, TheDialogOfAPvcStaysUntilTheDriverHasAnswered) {
+    bridgedPvcXferBuffer = {};
     SlowDevice driver;
     start("1");
     int requests = 0;
