@@ -7,14 +7,23 @@
 #include <functional>
 
 // Fonts as the program has them; lamps of a window of this name differ in no colour.
-inline const char* const deskResources[] = {
-    "Tarvolin*bold*fontType: FONT_IS_XFT",   "Tarvolin*bold*fontName: Liberation Sans",
-    "Tarvolin*bold*fontStyle: Bold",         "Tarvolin*bold*fontSize: 12",
-    "Tarvolin*plain*fontType: FONT_IS_XFT",  "Tarvolin*plain*fontName: Liberation Sans",
-    "Tarvolin*plain*fontSize: 12",           "Tarvolin*toolTipEnable: True",
-    "Tarvolin*toolTipPostDelay: 50",         "Tarvolin*toolTipPostDuration: 2000",
-    "Tarvolin*lamps*background: #c0c0c0",    "Tarvolin*lamps*selectColor: #c0c0c0",
-    "Tarvolin*lamps*unselectColor: #c0c0c0", nullptr};
+inline const char* const deskResources[] = {"Tarvolin*bold*fontType: FONT_IS_XFT",
+                                            "Tarvolin*bold*fontName: Liberation Sans",
+                                            "Tarvolin*bold*fontStyle: Bold",
+                                            "Tarvolin*bold*fontSize: 12",
+                                            "Tarvolin*plain*fontType: FONT_IS_XFT",
+                                            "Tarvolin*plain*fontName: Liberation Sans",
+                                            "Tarvolin*plain*fontSize: 12",
+                                            "Tarvolin*small*fontType: FONT_IS_XFT",
+                                            "Tarvolin*small*fontName: Liberation Sans",
+                                            "Tarvolin*small*fontSize: 9",
+                                            "Tarvolin*toolTipEnable: True",
+                                            "Tarvolin*toolTipPostDelay: 50",
+                                            "Tarvolin*toolTipPostDuration: 2000",
+                                            "Tarvolin*lamps*background: #c0c0c0",
+                                            "Tarvolin*lamps*selectColor: #c0c0c0",
+                                            "Tarvolin*lamps*unselectColor: #c0c0c0",
+                                            nullptr};
 
 // The widget library remembers its first display for good: one for all tests of the process.
 struct Desk {

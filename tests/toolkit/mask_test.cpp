@@ -57,8 +57,8 @@ TEST(Picture, EveryEditOfAPrefixGivesAPrefix) {
             ++(edit ? accepted : refused);
             if (!edit) return;
             ASSERT_TRUE(isPrefix(edit.text) && edit.caret <= edit.text.size())
-                << '"' << text << "\" " << start << ".." << end << " \"" << keys << "\" gives \""
-                << edit.text << "\" at " << edit.caret;
+                << '"' << text << "\" " << start << ".." << end << " \"" << keys << "\" gives \"" << edit.text
+                << "\" at " << edit.caret;
             const std::string whole = picture.completed(edit.text);
             ASSERT_TRUE(isPrefix(whole)) << edit.text << " completed: " << whole;
             if (!picture.isAddress() || edit.text.empty()) return;

@@ -5,6 +5,7 @@
 #include "toolkit/controls/statics.h"
 #include "toolkit/display/xmtext.h"
 
+#include <fmt/format.h>
 #include <Xm/Xm.h>
 #include <sstream>
 
@@ -120,7 +121,7 @@ std::string zMessageLine::broken(const std::string& text) const {
     std::istringstream words(text);
     std::string whole, line;
     for (std::string word; words >> word;) {
-        const std::string longer = line.empty() ? word : line + ' ' + word;
+        const std::string longer = line.empty() ? word : fmt::format("{} {}", line, word);
         if (!line.empty() && XmStringWidth(font, zXmText(longer).get()) > width) {
             whole += line + '\n';
             line = word;

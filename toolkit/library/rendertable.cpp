@@ -1,6 +1,8 @@
 #include "toolkit/library/rendertable.h"
 
 #include <Xm/BulletinB.h>
+#include <algorithm>
+#include <span>
 
 XmRenderTable zConvertRenderTable(Widget root, const std::string& name) {
     const Widget holder =
@@ -12,9 +14,11 @@ XmRenderTable zConvertRenderTable(Widget root, const std::string& name) {
     // row of tabs would crash on it.
     XmStringTag* tags = nullptr;
     const int count = XmRenderTableGetTags(table, &tags);
-    for (int i = 0; i < count; ++i) {
-        if (name != tags[i]) table = XmRenderTableRemoveRenditions(table, &tags[i], 1);
-        XtFree(tags[i]);
+    const std::span<XmStringTag> all(tags, static_cast<std::size_t>(count));
+    const bool described = std::ranges::find(all, name) != all.end();
+    for (XmStringTag tag : all) {
+        if (described && name != tag) table = XmRenderTableRemoveRenditions(table, &tag, 1);
+        XtFree(tag);
     }
     XtFree(reinterpret_cast<char*>(tags));
     return table;

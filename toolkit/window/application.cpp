@@ -248,6 +248,7 @@ std::string zApplication::wantedDisplay() const {
     std::vector<std::string> held{command_};
     held.insert(held.end(), arguments_.begin(), arguments_.end());
     std::vector<char*> words;
+    words.reserve(held.size() + 1);
     for (std::string& word : held) words.push_back(word.data());
     words.push_back(nullptr);
     int count = static_cast<int>(held.size());

@@ -27,7 +27,8 @@ struct Room {
         return needed <= width && high <= height;
     }
     std::size_t lines() const {
-        return static_cast<std::size_t>(std::max(10, height / XmStringHeight(font, zXmText("X").get())));
+        return static_cast<std::size_t>(
+            std::max(10, height / std::max<int>(1, XmStringHeight(font, zXmText("X").get()))));
     }
     // How much of a line has room, at least one character.
     std::size_t fitting(const std::string& line) const {

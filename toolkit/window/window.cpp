@@ -38,6 +38,7 @@ void setCommand(Widget shell, const zApplication& application) {
     std::vector<std::string> words = application.arguments();
     words.insert(words.begin(), application.command());
     std::vector<char*> places;
+    places.reserve(words.size());
     for (std::string& word : words) places.push_back(word.data());
     XSetCommand(XtDisplay(shell), XtWindow(shell), places.data(), static_cast<int>(places.size()));
 }

@@ -29,14 +29,14 @@ constexpr zControlRow rows[] = {
     {.id = pagesNB, .kind = zKind::notebook, .place = {4, 4, 292, 239}},
     okRow({96, 250, 50, 18}, okBTN),
     cancelRow({154, 250, 50, 18}, cancelBTN),
-    messageRow({6, 273, 288, 8}),
+    messageRow({6, 272, 288, 8}),
 };
 
 constexpr zLayout frame{.id = 567,
                         .name = "setup",
                         .caption = "Setup",
                         .width = 300,
-                        .height = 282,
+                        .height = 280,
                         .font = {zFontRow::normal},
                         .icon = programIcon,
                         .rows = rows};

@@ -18,13 +18,14 @@ constexpr zControlRow rows[] = {
     {.id = sampleTBL, .kind = zKind::table, .place = {10, 113, 170, 38}},
     okRow({41, 160, 50, 18}),
     cancelRow({99, 160, 50, 18}),
+    messageRow({6, 184, 178, 8}),
 };
 
 constexpr zLayout frame{.id = 0,
                         .name = "fonts",
                         .caption = "Table Font",
                         .width = 190,
-                        .height = 185,
+                        .height = 194,
                         .icon = globalIcon,
                         .rows = rows};
 

@@ -51,14 +51,14 @@ constexpr zControlRow rows[] = {
      .text = "Help",
      .name = "help",
      .more = staysMiddle},
-    messageRow({6, 273, 288, 8}, {.down = 100, .wider = 100}),
+    messageRow({6, 272, 288, 8}, {.down = 100, .wider = 100}),
 };
 
 constexpr zLayout dialogLayout{.id = 572,
                                .name = "statistics",
                                .caption = "Statistics",
                                .width = 300,
-                               .height = 282,
+                               .height = 280,
                                .font = {zFontRow::normal},
                                .icon = statsIcon,
                                .rows = rows};
