@@ -5,8 +5,8 @@
 #include "toolkit/controls/statics.h"
 #include "toolkit/display/xmtext.h"
 
-#include <fmt/format.h>
 #include <Xm/Xm.h>
+#include <fmt/format.h>
 #include <sstream>
 
 namespace {
