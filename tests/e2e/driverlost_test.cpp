@@ -1,7 +1,7 @@
 // Statistics dialogs of a driver that comes and goes, or is slow.
 #include <gtest/gtest.h>  // before the window system's macros
 
-#include "platform/device.h"
+#include "tests/e2e/slowdevice.h"
 #include "tests/e2e/statisticstest.h"
 
 #include <array>
@@ -25,33 +25,6 @@ std::string clockText(std::time_t time) {
     std::strftime(text.data(), text.size(), "%H:%M:%S", localtime_r(&time, &local));
     return text.data();
 }
-
-// The driver, each request of which takes this long, and something that happens during one of them.
-class SlowDevice : public platform::Device {
-  public:
-    SlowDevice() { platform::setDevice(this); }
-    ~SlowDevice() override { platform::setDevice(nullptr); }
-    SlowDevice(const SlowDevice&) = delete;
-    SlowDevice& operator=(const SlowDevice&) = delete;
-
-    int open(std::string_view path, int oflag) override { return real_.open(path, oflag); }
-    int close(int descriptor) override { return real_.close(descriptor); }
-    bool hungUp(int descriptor) override { return real_.hungUp(descriptor); }
-    int streamsIoctl(int descriptor, int request, platform::strioctl& block) override {
-        ++requests;
-        std::this_thread::sleep_for(delay);
-        if (requests == at) during();
-        return real_.streamsIoctl(descriptor, request, block);
-    }
-
-    std::chrono::milliseconds delay{0};
-    int requests = 0;
-    int at = 0;
-    std::function<void()> during;
-
-  private:
-    platform::Device& real_ = platform::device();
-};
 
 class DriverLost : public StatisticsTest {
   protected:
@@ -368,7 +341,7 @@ TEST_F(DriverLost, CloseAndTabsWaitForTheRunningRequestOnly) {
         device.during = c.press;
         EXPECT_TRUE(user->until(c.served, 3));
         EXPECT_EQ(device.requests, 5);
-        device.at = 0;
+        device.during = nullptr;
         device.delay = std::chrono::milliseconds(0);
         if (!closed()) press("close");
     }

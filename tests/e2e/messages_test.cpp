@@ -1,40 +1,8 @@
 // What the line below the buttons says, and what windows look like while the driver is slow.
 #include <gtest/gtest.h>  // before the window system's macros
 
-#include "platform/device.h"
 #include "tests/e2e/configurationtest.h"
-
-#include <functional>
-#include <thread>
-
-namespace {
-
-// The driver, each request of which takes this long, and what is looked at before each.
-class SlowDevice : public platform::Device {
-  public:
-    SlowDevice() { platform::setDevice(this); }
-    ~SlowDevice() override { platform::setDevice(nullptr); }
-    SlowDevice(const SlowDevice&) = delete;
-    SlowDevice& operator=(const SlowDevice&) = delete;
-
-    int open(std::string_view path, int oflag) override { return real_.open(path, oflag); }
-    int close(int descriptor) override { return real_.close(descriptor); }
-    bool hungUp(int descriptor) override { return real_.hungUp(descriptor); }
-    int streamsIoctl(int descriptor, int request, platform::strioctl& block) override {
-        if (look) {
-            look();
-            std::this_thread::sleep_for(std::chrono::milliseconds(300));
-        }
-        return real_.streamsIoctl(descriptor, request, block);
-    }
-
-    std::function<void()> look;
-
-  private:
-    platform::Device& real_ = platform::device();
-};
-
-}  // namespace
+#include "tests/e2e/slowdevice.h"
 
 class Messages : public ConfigurationTest {
   protected:
@@ -172,7 +140,8 @@ TEST_F(Messages, SayWhatASlowDriverIsToldToDo) {
             enter(elanNameED, "other");
         }
         const Widget setup = user->shellLike("Setup "), name = named(elanNameLBL);
-        driver.look = [&, setup, name] {
+        driver.delay = std::chrono::milliseconds(300);
+        driver.during = [&, setup, name] {
             // What was uncovered during the request before is painted again.
             whole.push_back(painted(name));
             said.push_back(line());
@@ -182,7 +151,7 @@ TEST_F(Messages, SayWhatASlowDriverIsToldToDo) {
         };
         press(okBTN);
     });
-    driver.look = nullptr;
+    driver.during = nullptr;
     const Names words{"", "", "Adding PVC 0 / 101 to LEC 1 …", "Restarting LEC 2 …"};
     EXPECT_EQ(said, words);
     EXPECT_EQ(whole, std::vector<bool>(words.size(), true));
@@ -197,13 +166,13 @@ TEST_F(Messages, TheDialogOfAPvcStaysUntilTheDriverHasAnswered) {
     configure([&] {
         inSubDialog(addBTN, "lecPvc", [&] {
             enter(pvcVciED, "204");
-            driver.look = [&] {
+            driver.during = [&] {
                 ++requests;
                 EXPECT_TRUE(user->widget("lecPvc"));
             };
             press(subOkBTN);
         });
-        driver.look = nullptr;
+        driver.during = nullptr;
         EXPECT_FALSE(user->widget("lecPvc"));
         press(cancelBTN);
     });
