@@ -20,7 +20,7 @@ constexpr int leastFieldPixels = 11;  // letters of six pixels and the field's e
 constexpr int windowFrame = 24;       // pixels that a window manager takes
 
 // What the resources have where the user has set nothing.
-constexpr int usualSize = 12, listSize = 9, tableSize = 10;
+constexpr int usualSize = 12, listSize = 9, manualSize = 10, tableSize = 10;
 constexpr const char *tableFont = "Liberation Sans:size=10", *smallerTableFont = "Liberation Sans:size={}";
 
 std::optional<int> sizeOf(const std::string& text) {
@@ -37,7 +37,7 @@ class Sizes {
 
     std::vector<std::string> refused;
 
-    // Of "plain", "bold" or "small".
+    // Of "plain", "bold", "small" or "fixed".
     std::string valueOf(const std::string& font, const char* attribute, const char* ofClass) const {
         return resources_.value(fmt::format("{}.{}", font, attribute), fmt::format("Rendition.{}", ofClass));
     }
@@ -100,12 +100,15 @@ class Sizes {
 std::vector<std::string> zChooseFontSizes(Display* display, const zRect& largest) {
     Sizes sizes(display);
     const auto general = sizes.read("any"), plain = sizes.read("plain"), bold = sizes.read("bold"),
-               small = sizes.read("small");
+               small = sizes.read("small"), fixed = sizes.read("fixed");
     const bool chosen = general || plain.value_or(usualSize) != usualSize;
     const int size = chosen ? general.value_or(usualSize) : sizes.fitting(largest);
     if (plain.value_or(usualSize) == usualSize) sizes.put("plain", size);
     if (bold.value_or(usualSize) == usualSize) sizes.put("bold", size);
     if (small.value_or(listSize) == listSize) sizes.put("small", std::min(listSize, size));
+    // A line of the manual has as many letters in any window.
+    if (fixed.value_or(manualSize) == manualSize)
+        sizes.put("fixed", std::max(leastSize, manualSize * size / usualSize));
     sizes.shrinkTables(size);
     return sizes.refused;
 }
