@@ -186,8 +186,9 @@ void saveUnsavedLists(Configuration& configuration, std::chrono::milliseconds pa
             for (const std::string& note : change.result().notes) print(adapter, note);
         }
         for (const std::string& name : configuration.listsWithoutFile(adapter))
-            print(adapter,
-                  fmt::format("the clients of {} are not saved, it has no client table (ElanTbl)", name));
+            print(adapter, fmt::format("the clients of {0} are not saved: the parameter file names no client "
+                                       "table (ElanTbl) for {0}",
+                                       name));
         for (const std::string& name : configuration.unsavedLists(adapter))
             print(adapter, fmt::format("the list of {} is not saved, the driver has it", name));
     }

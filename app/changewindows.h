@@ -44,7 +44,7 @@ class ChangeWindows {
     Configuration& configuration_;
     int adapter_;
     std::function<ChangeOrder()> order_;
-    std::function<void()> onConnectionLost_;  // of the application, before
+    std::function<void()> onConnectionLost_;  // the application's handler before this one
     bool signalling_ = false;                 // the user has changed its settings
     std::optional<AdapterChange> change_;
     std::deque<Box> boxes_;  // that nobody has seen yet

@@ -39,7 +39,7 @@ DMainDlg::DMainDlg(zApplication& application, const zLayout& layout)
 DMainDlg::~DMainDlg() {
     DriverChannel::onLost = nullptr;
     application().onConnectionLost = nullptr;
-    // Who was asked does not wait once more.
+    // After Close has asked, nobody waits for the lock again.
     saveUnsavedLists(configuration_, std::chrono::seconds(askedAboutLists_ ? 0 : 5));
     statistics_.clear();  // some may ask over the channel
     ioctlDesc.close();

@@ -26,12 +26,12 @@ constexpr char usage[] =
     "Usage: tarvolin [option]...\n"
     "Configures and watches the ATM network adapters of this host.\n"
     "\n"
-    "  -debug      write to standard error what is sent to the driver and what it answers\n"
+    "  -debug      write progress, request names and request headers to standard error\n"
     "  -adv        start in advanced mode, with the pages of the LAN emulation servers\n"
     "  --help      show this text\n"
     "  --version   show the version\n"
     "\n"
-    "Those of X programs act on the main window. Its size is fixed, so a geometry gives its place only:\n"
+    "Options of X programs; -geometry, -title and -iconic are for the main window, whose size is fixed:\n"
     "\n"
     "  -display DISPLAY   -geometry +X+Y   -title TITLE   -name NAME   -iconic   -xrm RESOURCE\n";
 

@@ -89,7 +89,7 @@ int recoverFiles(const HostPath& record, std::vector<std::string>& notes) {
     const bool committed = steps && (begun || !lost);
     if (!committed) {
         if (steps) removeCopies(*steps);
-        notes.push_back("An interrupted save was dropped: its copies are not all there.");
+        notes.push_back("An interrupted save was dropped: some of its copies are missing.");
         return files().remove(record) == 0 ? 0 : errno;
     }
     for (std::size_t i = 0; i < steps->size(); ++i) {
@@ -100,7 +100,7 @@ int recoverFiles(const HostPath& record, std::vector<std::string>& notes) {
                 fmt::format("{} was brought up to date after an interrupted save.", step.place.text));
         if (progress[i] == Progress::done && step.before != step.after)
             notes.push_back(
-                fmt::format("{} is as an interrupted save has left it already.", step.place.text));
+                fmt::format("{} had been replaced already by an interrupted save.", step.place.text));
         if (progress[i] == Progress::edited || progress[i] == Progress::lost)
             notes.push_back(
                 fmt::format("{} was changed since an interrupted save, and left alone.", step.place.text));

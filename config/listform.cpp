@@ -52,7 +52,7 @@ void lookAtComment(std::string_view line, std::size_t hash, ListForm& form) {
     if (!comment.empty() && std::ranges::none_of(writtenComments, isWritten)) drop(form, "a comment");
 }
 
-// A number that is read as it stands. As VCIs are written, from -32768 to -1, they are read, too.
+// A number that is read as it stands. VCIs may be written as signed 16-bit numbers, too.
 bool isNumber(std::string_view text, bool vci) {
     std::int32_t number = 0;
     if (text.starts_with('+')) text.remove_prefix(1);
@@ -66,7 +66,7 @@ struct Kind {
     IsAddress own, foreign;
 };
 
-// Where a PVC's record is read from.
+// The PVC record that is being looked at.
 struct RecordPlace {
     std::size_t number;  // from 1
     unsigned seen = 0;   // a bit for each key that it had so far

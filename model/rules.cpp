@@ -75,7 +75,8 @@ std::string prefixComplaint(const atmAddress& address) {
 
 std::string nameComplaint(const ElanName& name) {
     if (name.view().size() <= longestName) return {};
-    return fmt::format("An ELAN name of {} characters loses its last one", name.view().size());
+    return fmt::format("Of an ELAN name of {} characters the last one is lost when the file is read",
+                       name.view().size());
 }
 
 bool usesServers(const AtmLEC& client) {

@@ -80,8 +80,10 @@ const Case cases[] = {
      },
      ""},
     {"LongName", [](auto& r) { r.les[0].elanName = r.lec[0].elanName = std::string(31, 'x'); },
-     "warning 112 lec1.elanName: An ELAN name of 31 characters loses its last one; "
-     "warning 112 les1.elanName: An ELAN name of 31 characters loses its last one"},
+     "warning 112 lec1.elanName: Of an ELAN name of 31 characters the last one is lost when the file is "
+     "read; "
+     "warning 112 les1.elanName: Of an ELAN name of 31 characters the last one is lost when the file is "
+     "read"},
     {"Bypassed",
      [](auto& r) {
          r.lec[0].useLecs = 0;

@@ -17,7 +17,7 @@ namespace {
 // Tables have menus, which nobody would look for.
 std::string withMenuHint(const char* tooltip) {
     return tooltip ? std::string(tooltip) + " (right button or Menu key: menu)"
-                   : "Right button or Menu key: menu";
+                   : "Right button or Menu key opens a menu";
 }
 
 Widget makeBoard(Widget parent, const char* name, const zLayout& layout) {

@@ -31,7 +31,7 @@ Pixel readOnlyBackground(Widget board, const std::string& name) {
 
 // For fields whose layout row has no mask.
 constexpr zFieldMask anyText{.picture = "[ -~](255)",
-                             .takes = "this field has letters without accents, digits and signs.",
+                             .takes = "this field has ASCII characters only.",
                              .full = "This field has at most 255 characters."};
 
 // Whether the event that is being handled is one of the whole window: it got the keyboard, or lost it.
@@ -48,7 +48,7 @@ bool isForeign(KeySym symbol) {
     return (symbol >= beyondAscii && symbol < functionKeys) || (symbol & unicodePlanes) == unicode;
 }
 
-// Why a character is not taken; 0: one that is none of text fields at all.
+// Why a character is not taken; `c` is 0 for one beyond ASCII.
 std::string misfit(char c, const zFieldMask& mask) {
     std::string name = "This character";
     if (c == ' ') name = "A blank";

@@ -87,7 +87,8 @@ bool isIgnored(int number) {
     return ::sigaction(number, nullptr, &now) == 0 && now.sa_handler == SIG_IGN;
 }
 
-// Work between whose steps windows are painted is not to be left when the server is lost: where it goes on.
+// Where work goes on, between whose steps windows are painted, when the server is lost: it has to be
+// finished.
 sigjmp_buf besidePainting;
 bool painting = false;
 
