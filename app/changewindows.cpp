@@ -110,6 +110,7 @@ void ChangeWindows::carryOut(zWindow& above, Say say) {
     above.setCursor(zWatchCursor);
     begin();
     while (const std::optional<Question> question = run()) {
+        if (say_) say_("");
         const bool ok = zQuestionBox(application, above.shell(), question->text, question->title);
         if (application.ending()) {  // nobody has answered
             change_->finishAlone();

@@ -26,6 +26,7 @@ zFieldMark::~zFieldMark() {
 
 void zFieldMark::set(std::size_t from, std::size_t to) {
     clear();
+    if (left == this) left = nullptr;
     from_ = from;
     to_ = to;
     if (*this)

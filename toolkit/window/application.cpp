@@ -14,7 +14,6 @@
 #include <Xm/Xm.h>
 #include <array>
 #include <chrono>
-#include <csetjmp>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
@@ -87,10 +86,8 @@ bool isIgnored(int number) {
     return ::sigaction(number, nullptr, &now) == 0 && now.sa_handler == SIG_IGN;
 }
 
-// Where work goes on, between whose steps windows are painted, when the server is lost: it has to be
-// finished.
-sigjmp_buf besidePainting;
-bool painting = false;
+// Between the steps of work that has to be finished, also when the server is lost.
+bool painting = false, lostInPainting = false;
 
 [[noreturn]] void endLost() {
     const int number = endedBy;
@@ -104,21 +101,18 @@ bool painting = false;
     ::_exit(number ? 128 + number : 1);
 }
 
-// Xlib ends the process when this returns. No X call is allowed here.
+// Xlib ends the process when this and the handler for that have returned. No X call is allowed here.
 int connectionLost(Display*) {
-    if (std::exchange(painting, false)) ::siglongjmp(besidePainting, 1);
-    endLost();
+    if (!painting) endLost();
+    lostInPainting = true;
+    return 0;
 }
 
-// Paints what the server has asked for, after a round trip; for steps that are quick, not after each one.
+// In place of the end: from here on calls on this display do nothing.
+void goOnWithoutServer(Display*, void*) {}
+
+// What the server has asked for so far; no answer is waited for.
 void paintNow(Display* display) {
-    using Clock = std::chrono::steady_clock;
-    constexpr std::chrono::milliseconds seldom{50};
-    static Clock::time_point last;
-    if (Clock::now() - last >= seldom) {
-        XSync(display, False);
-        last = Clock::now();
-    }
     XEvent event;
     while (XCheckMaskEvent(display, ExposureMask | StructureNotifyMask, &event)) XtDispatchEvent(&event);
     XFlush(display);
@@ -217,6 +211,7 @@ bool zApplication::openDisplay() {
                                          0, &count, words.data());
     if (connection_->display) {
         connection = ConnectionNumber(connection_->display);
+        XSetIOErrorExitHandler(connection_->display, goOnWithoutServer, nullptr);
         avoidRenderOnColourMaps(connection_->display);
         zInternAtoms(connection_->display);
         zFollowColours(connection_->display);
@@ -305,14 +300,17 @@ void zApplication::handlePending() {
     }
 }
 
-// The objects that a lost server leaves in the middle of painting are never used again.
+// A server that takes nothing any more is given up: the work waits.
 bool zApplication::paintBetween(const std::function<void()>& change) {
-    if (sigsetjmp(besidePainting, 0) != 0) return false;
+    constexpr int patience = 2'000'000;  // microseconds
+    if (lostInPainting) return false;
     painting = true;
+    if (!endedBy) setGrace(patience);
     change();
     paintNow(connection_->display);
+    setGrace(endedBy ? graceMicroseconds : 0);
     painting = false;
-    return true;
+    return !lostInPainting;
 }
 
 void zApplication::endWithoutServer() {

@@ -129,7 +129,9 @@ void DConfigDlgLECPG::selChangeElanMTUCBO() {
     const int position = control<zDropDown>(elanMtuCBO).selected();
     const bool known = position >= 0 && asIndex(position) < elanMtuSizes.size();
     const unsigned size = known ? elanMtuSizes[asIndex(position)] : 0;
-    if (field.number() < size) field.setNumber(size);
+    if (field.number() >= size) return;
+    field.setNumber(size);
+    changed();
 }
 
 namespace {
