@@ -124,6 +124,21 @@ TEST_P(Endings, WhatTheDriverHasAndWhatWasConfirmedIsSaved) {
 INSTANTIATE_TEST_SUITE_P(At, Endings, testing::ValuesIn(moments),
                          [](const auto& of) { return of.param.name; });
 
+// What is between two requests of a change waits for no window.
+TEST(EndingsOfRequests, AServerThatStandsStillHoldsUpNoRequest) {
+    Desk desk;
+    desk.rename(1, "one");
+    desk.rename(2, "two");
+    desk.simulator.ctl("fault lec.start every late 800");
+    desk.user.click(spot::ok);
+    EXPECT_TRUE(wasAsked(desk.simulator, "lec.start"));
+    desk.user.leave();
+    desk.server.stop();
+    EXPECT_TRUE(soon([&] { return nameOfClient(desk.root, 2) == "two"; }, 8));
+    desk.server.kill();
+    EXPECT_EQ(desk.tool.exitStatusWithin(20s), 1);
+}
+
 // Everything that the driver could be told has changed, and it says nothing.
 TEST(EndingsOfRequests, ASilentDriverHoldsUpNoSignal) {
     for (const int signal : {SIGTERM, SIGINT}) {
