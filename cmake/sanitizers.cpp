@@ -23,6 +23,6 @@ const char* __lsan_default_options() {
 const char* __lsan_default_suppressions() {
     return "leak:libfontconfig.so\nleak:XtOwnSelection\nleak:XtDisownSelection\nleak:"
            "XtGetSelectionValue\nleak:XtOpenDisplay\n"
-           "leak:_XmGetPixmapBasedGC\nleak:_XmTextFieldReplaceText\n";
+           "leak:XmRenderTableCopy\nleak:_XmGetPixmapBasedGC\nleak:_XmTextFieldReplaceText\n";
 }
 }

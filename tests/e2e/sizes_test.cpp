@@ -58,7 +58,7 @@ TEST(Fonts, FitTheScreenUnlessTheUserHasChosenThem) {
     for (const auto& row : rows) {
         SCOPED_TRACE(fmt::format("{}x{} {}", row.width, row.height, row.resource));
         const XServer server(fmt::format("{}x{}x24", row.width, row.height));
-        const Tool tool(place.root, *row.resource ? Names{"-xrm", row.resource} : Names{});
+        Tool tool(place.root, *row.resource ? Names{"-xrm", row.resource} : Names{});
         OutsideUser user;
         ASSERT_TRUE(user.sees(programTitle)) << tool.output();
         const Spot main = user.size();
@@ -68,6 +68,8 @@ TEST(Fonts, FitTheScreenUnlessTheUserHasChosenThem) {
         ASSERT_TRUE(user.opens({main.x * 231 / 274, main.y * 47 / 123}, "Setup ATM")) << tool.output();
         EXPECT_EQ(user.size().x <= row.width && user.size().y + frame <= row.height, row.fits);
         EXPECT_EQ(tool.output(), row.says);
+        tool.signal(SIGTERM);
+        EXPECT_EQ(tool.exitStatusWithin(std::chrono::seconds(10)), 128 + SIGTERM);
     }
 }
 

@@ -15,11 +15,10 @@ XmRenderTable zConvertRenderTable(Widget root, const std::string& name) {
     XmStringTag* tags = nullptr;
     const int count = XmRenderTableGetTags(table, &tags);
     const std::span<XmStringTag> all(tags, static_cast<std::size_t>(count));
-    const bool described = std::ranges::find(all, name) != all.end();
-    for (XmStringTag tag : all) {
-        if (described && name != tag) table = XmRenderTableRemoveRenditions(table, &tag, 1);
-        XtFree(tag);
-    }
+    // The widget has the table, and frees it: what is to be different is a copy.
+    if (const auto described = std::ranges::find(all, name); count > 1 && described != all.end())
+        table = XmRenderTableCopy(table, &*described, 1);
+    for (XmStringTag tag : all) XtFree(tag);
     XtFree(reinterpret_cast<char*>(tags));
     return table;
 }
