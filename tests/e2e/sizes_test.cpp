@@ -53,6 +53,26 @@ TEST(Fonts, FitTheScreenUnlessTheUserHasChosenThem) {
          {480, 200},
          true,
          "tarvolin: font size \"3\" ignored: 4 to 72 points\n"},
+        {640, 480, "Tarvolin*plain*fontSize: 12", {685, 292}, false},
+        {640,
+         480,
+         "tarvolin.plain.fontSize: 999",
+         {480, 200},
+         true,
+         "tarvolin: font size \"999\" ignored: 4 to 72 points\n"},
+        {1024,
+         768,
+         "*plain.font: fixed",
+         {685, 292},
+         true,
+         "tarvolin: font \"fixed\" ignored: set fontName and fontSize\n"},
+        {640,
+         480,
+         "*font: nosuch",
+         {480, 200},
+         true,
+         "tarvolin: font \"nosuch\" ignored: set fontName and fontSize\n"
+         "Warning: Cannot convert string \"nosuch\" to type FontStruct\n"},
     };
     Place place;
     for (const auto& row : rows) {

@@ -112,6 +112,8 @@ TEST(XClient, OptionsDoWhatTheyDoInOtherPrograms) {
         {.arguments = {"-geometry", "900x700-10-20"}, .place = {-10, -20}},
         {.arguments = {"-geometry", "900x700"}},
         {.arguments = {"-geometry"}, .says = "tarvolin: ignored: \"-geometry\"\n"},
+        {.arguments = {"-fn", "fixed"},
+         .says = "tarvolin: font \"fixed\" ignored: set fontName and fontSize\n"},
         {.arguments = {"-xrm", "Tarvolin*board.background: #112233"}, .background = blue},
         {.arguments = {"-name", "a", "-xrm", "a*board.background: #112233", "-xrm", "a.title: A"},
          .title = "A",
@@ -126,6 +128,8 @@ TEST(XClient, OptionsDoWhatTheyDoInOtherPrograms) {
     std::pair<int, int> usualSize;
     for (const auto& c : cases) {
         SCOPED_TRACE(fmt::format("{}", fmt::join(c.arguments, " ")));
+        ASSERT_TRUE(
+            soon([&] { return shownWindows(onlooker.display).empty(); }));  // the last tool's are gone
         const Tool tool(root, c.arguments);
         const Window window = onlooker.window(c.title);
         ASSERT_NE(window, 0U) << tool.output();

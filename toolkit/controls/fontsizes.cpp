@@ -1,14 +1,17 @@
 #include "toolkit/controls/fontsizes.h"
 
+#include "platform/safetext.h"
 #include "toolkit/controls/dialogunits.h"
 #include "toolkit/display/database.h"
 #include "toolkit/display/fonts.h"
 
 #include <X11/Xft/Xft.h>
+#include <Xm/Xm.h>
 #include <algorithm>
 #include <charconv>
 #include <fmt/format.h>
 #include <optional>
+#include <utility>
 
 namespace {
 
@@ -19,9 +22,8 @@ constexpr int fieldHeight = 12;       // of the layouts, in dialog units
 constexpr int leastFieldPixels = 11;  // letters of six pixels and the field's edges
 constexpr int windowFrame = 24;       // pixels that a window manager takes
 
-// What the resources have where the user has set nothing.
+// Where the user has set nothing.
 constexpr int usualSize = 12, listSize = 9, manualSize = 10, tableSize = 10;
-constexpr const char *tableFont = "Liberation Sans:size=10", *smallerTableFont = "Liberation Sans:size={}";
 
 std::optional<int> sizeOf(const std::string& text) {
     int size = 0;
@@ -46,17 +48,33 @@ class Sizes {
         const std::string text = valueOf(font, "fontSize", "FontSize");
         const auto size = sizeOf(text);
         if (!size && !text.empty())
-            refused.push_back(
-                fmt::format("font size \"{}\" ignored: {} to {} points", text, leastSize, mostSize));
+            refuse(fmt::format("font size \"{}\" ignored: {} to {} points", platform::escaped(text),
+                               leastSize, mostSize));
         return size;
     }
-    void put(const std::string& font, int size) {
-        resources_.force(fmt::format("{}.fontSize", font), std::to_string(size));
+    // Without one that stands there for any font.
+    std::optional<int> readOwn(const std::string& font) {
+        const auto entry = [this](const std::string& of) {
+            return resources_.entry(of + ".fontSize", "Rendition.FontSize");
+        };
+        return entry(font) == entry("any") ? std::nullopt : read(font);
+    }
+    void put(const std::string& font, std::optional<int> chosen, int size) {
+        if (!chosen) resources_.force(fmt::format("{}.fontSize", font), std::to_string(size));
+    }
+    // The library would take a font of the server's in place of the one that is described, and crash in the
+    // first field.
+    void refuseServerFont(const std::string& font) {
+        const std::string name = valueOf(font, "font", "Font");
+        if (!name.empty())
+            refuse(fmt::format("font \"{}\" ignored: set fontName and fontSize", platform::escaped(name)));
+        resources_.withhold(font + ".font", XmRFontStruct);
     }
     // Tables have no larger font than dialogs.
-    void shrinkTables(int size) {
-        if (size < tableSize && resources_.value("cells.tableFont", "XmDrawingArea.TableFont") == tableFont)
-            resources_.put("*cells.tableFont", fmt::format(fmt::runtime(smallerTableFont), size));
+    void putTables(int size) {
+        if (resources_.value("cells.tableFont", "XmDrawingArea.TableFont").empty())
+            resources_.put("*cells.tableFont",
+                           fmt::format("Liberation Sans:size={}", std::min(size, tableSize)));
     }
 
     int fitting(const zRect& largest) const {
@@ -85,6 +103,9 @@ class Sizes {
         XftFontClose(display_, font);
         return units;
     }
+    void refuse(std::string line) {
+        if (std::ranges::count(refused, line) == 0) refused.push_back(std::move(line));
+    }
     bool hasRoom(const zRect& dialog) const {
         const int screen = DefaultScreen(display_);
         return dialog.width <= DisplayWidth(display_, screen) &&
@@ -100,15 +121,14 @@ class Sizes {
 std::vector<std::string> zChooseFontSizes(Display* display, const zRect& largest) {
     Sizes sizes(display);
     const auto general = sizes.read("any"), plain = sizes.read("plain"), bold = sizes.read("bold"),
-               small = sizes.read("small"), fixed = sizes.read("fixed");
-    const bool chosen = general || plain.value_or(usualSize) != usualSize;
-    const int size = chosen ? general.value_or(usualSize) : sizes.fitting(largest);
-    if (plain.value_or(usualSize) == usualSize) sizes.put("plain", size);
-    if (bold.value_or(usualSize) == usualSize) sizes.put("bold", size);
-    if (small.value_or(listSize) == listSize) sizes.put("small", std::min(listSize, size));
+               small = sizes.readOwn("small"), fixed = sizes.readOwn("fixed");
+    for (const char* font : {"plain", "bold", "small", "fixed"}) sizes.refuseServerFont(font);
+    const int size = general || plain ? general.value_or(usualSize) : sizes.fitting(largest);
+    sizes.put("plain", plain, size);
+    sizes.put("bold", bold, size);
+    sizes.put("small", small, std::min(listSize, size));
     // A line of the manual has as many letters in any window.
-    if (fixed.value_or(manualSize) == manualSize)
-        sizes.put("fixed", std::max(leastSize, manualSize * size / usualSize));
-    sizes.shrinkTables(size);
+    sizes.put("fixed", fixed, std::max(leastSize, manualSize * size / usualSize));
+    sizes.putTables(size);
     return sizes.refused;
 }

@@ -11,14 +11,19 @@ class zDatabase {
     // What a widget below the program's shell would find under these names and classes, as in
     // "plain.fontSize" and "Plain.FontSize"; empty: nothing.
     std::string value(const std::string& names, const std::string& classes) const;
+    // Where it stands, null: nowhere. Two of the same specifier stand in the same place.
+    const char* entry(const std::string& names, const std::string& classes) const;
 
     // Sets what stands after the program's class: "*plain*fontSize".
     void put(const std::string& specifier, const std::string& value);
     // Sets it for everything below the program's shell with these names, as "plain.fontSize", also where a
     // class has been given a value.
     void force(const std::string& names, const std::string& value);
+    // Hides what anybody has set there. `type` is what the resource's texts are converted to.
+    void withhold(const std::string& names, const char* type);
 
   private:
+    Display* display_;
     XrmDatabase database_;
     String name_ = nullptr, class_ = nullptr;
 };
