@@ -2,6 +2,7 @@
 
 #include "platform/debuglog.h"
 #include "platform/ending.h"
+#include "platform/safetext.h"
 #include "toolkit/controls/fontsizes.h"
 #include "toolkit/display/colours.h"
 #include "toolkit/display/displaycache.h"
@@ -217,6 +218,10 @@ bool zApplication::openDisplay() {
         zFollowColours(connection_->display);
         for (const std::string& refused : zChooseFontSizes(connection_->display, largest_))
             fmt::print(stderr, "{}: {}\n", programName_, refused);
+        std::string refused;
+        placing_.place = zTakePlace(connection_->display, refused);
+        if (!refused.empty())
+            fmt::print(stderr, "{}: geometry \"{}\" ignored\n", programName_, platform::escaped(refused));
         connection_->cache = std::make_unique<zDisplayCache>(connection_->display);
         if (!connection_->cache->alarms().working()) {
             fmt::print(stderr, "{}: no descriptor is left for timers\n", programName_);
@@ -227,10 +232,11 @@ bool zApplication::openDisplay() {
         XtGetApplicationNameAndClass(connection_->display, &name, &ofClass);
         const zKeyboardTable keys(
             connection_->display);  // the library reads its own keys with its first widget
-        connection_->root = XtVaAppCreateShell(name, ofClass, applicationShellWidgetClass,
-                                               connection_->display, XmNwidth, 1, XmNheight, 1, XmNgeometry,
-                                               nullptr, XmNtitle, name, XmNmappedWhenManaged, False, nullptr);
+        connection_->root =
+            XtVaAppCreateShell(name, ofClass, applicationShellWidgetClass, connection_->display, XmNwidth, 1,
+                               XmNheight, 1, XmNtitle, name, XmNmappedWhenManaged, False, nullptr);
         XtRealizeWidget(connection_->root);
+        zReadPlacing(connection_->root, placing_);
         return true;
     }
     fmt::print(stderr, "{}: cannot open the display \"{}\"\n", programName_, wantedDisplay());
@@ -257,20 +263,6 @@ std::string zApplication::wantedDisplay() const {
     std::string text = name ? name : "";
     if (found) XrmDestroyDatabase(found);
     return text;
-}
-
-zPlacing zApplication::placing() const {
-    struct Read {
-        String geometry, title;
-        Boolean iconic;
-    } read{};
-    static XtResource resources[] = {
-        {XtNgeometry, XtCGeometry, XtRString, sizeof(String), offsetof(Read, geometry), XtRImmediate,
-         nullptr},
-        {XtNtitle, XtCTitle, XtRString, sizeof(String), offsetof(Read, title), XtRImmediate, nullptr},
-        {XtNiconic, XtCIconic, XtRBoolean, sizeof(Boolean), offsetof(Read, iconic), XtRImmediate, nullptr}};
-    XtGetApplicationResources(connection_->root, &read, resources, XtNumber(resources), nullptr, 0);
-    return {read.geometry ? read.geometry : "", read.title ? read.title : "", read.iconic != False};
 }
 
 int zApplication::run() {

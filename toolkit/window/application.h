@@ -3,19 +3,13 @@
 
 #include "toolkit/controls/layout.h"
 #include "toolkit/display/widget.h"
+#include "toolkit/window/placing.h"
 
 #include <deque>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
-
-// What the user wants of the main window: options on the command line, or resources of the program.
-struct zPlacing {
-    std::string geometry;  // as XParseGeometry(3) reads it
-    std::string title;     // empty: the program's own
-    bool iconic = false;
-};
 
 class zApplication {
   public:
@@ -76,7 +70,7 @@ class zApplication {
     void* display() const;
     std::string displayName() const;  // ":0"; empty before openDisplay
 
-    zPlacing placing() const;
+    const zPlacing& placing() const { return placing_; }  // empty before openDisplay
 
     // A shell widget for a top-level window, not mapped yet. The caller destroys it.
     Widget createShell(const char* name);
@@ -100,4 +94,5 @@ class zApplication {
     std::deque<std::function<void()>> quietWork_;
     int status_ = 0;
     zRect largest_;
+    zPlacing placing_;
 };

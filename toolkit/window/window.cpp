@@ -11,7 +11,6 @@
 #include <Xm/Xm.h>
 #include <algorithm>
 #include <cstdlib>
-#include <fmt/format.h>
 #include <map>
 
 namespace {
@@ -20,18 +19,6 @@ namespace {
 template <class Visit> void forEachWidget(Widget top, const Visit& visit) {
     if (XtIsWidget(top)) visit(top);  // and no gadget, which has no window
     for (const Widget child : zChildren(top)) forEachWidget(child, visit);
-}
-
-// The part of a geometry that says where. Empty if there is none.
-std::string placeOf(const std::string& geometry) {
-    int x = 0, y = 0;
-    unsigned width = 0, height = 0;
-    const int found = XParseGeometry(geometry.c_str(), &x, &y, &width, &height);
-    if (!(found & XValue) || !(found & YValue)) return {};
-    const auto part = [](int offset, bool fromFarEdge) {
-        return fmt::format("{}{}", fromFarEdge ? '-' : '+', fromFarEdge ? -offset : offset);
-    };
-    return part(x, found & XNegative) + part(y, found & YNegative);
 }
 
 void setCommand(Widget shell, const zApplication& application) {
@@ -219,10 +206,10 @@ void zFormDialog::placeShell() {
 }
 
 void zFormDialog::obeyCommandLine() {
-    const zPlacing wanted = application().placing();
+    const zPlacing& wanted = application().placing();
     if (!wanted.title.empty()) setTitle(wanted.title);
     if (wanted.iconic) XtVaSetValues(shell_, XmNinitialState, IconicState, nullptr);
-    place_ = placeOf(wanted.geometry);
+    place_ = wanted.place;
     if (!place_.empty()) XtVaSetValues(shell_, XmNgeometry, place_.c_str(), nullptr);
     isMain_ = true;
 }
