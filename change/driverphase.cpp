@@ -1,6 +1,7 @@
 #include "change/driverphase.h"
 
 #include "platform/debuglog.h"
+#include "platform/device.h"
 #include "platform/ending.h"
 
 #include <algorithm>
@@ -93,14 +94,22 @@ bool DriverPhase::mayGo() {
     return stopped_.empty();
 }
 
+int DriverPhase::sendTelling(const std::string& doing, const std::function<int()>& send) {
+    if (!progress_) return send();
+    const Clock::time_point wondering = began_ + noticeable;
+    if (Clock::now() >= wondering) {
+        progress_(doing);
+        return send();
+    }
+    progress_("");
+    const platform::WhileWaiting later(wondering, [&] { progress_(doing); });
+    return send();
+}
+
 RequestResult DriverPhase::take(const Step& step, const reqParam& request, const std::function<int()>& send) {
     SentRequest sent{step.service.path, step.request, step.subject, RequestResult::notSent, 0};
     if (mayGo()) {
-        if (progress_) {
-            const bool wondering = Clock::now() - began_ >= noticeable;
-            progress_(wondering ? sentence(sentencesOf(step.kind).doing, step) : "");
-        }
-        const int result = send();
+        const int result = sendTelling(sentence(sentencesOf(step.kind).doing, step), send);
         sent.resp = request.header().Resp;
         sent.answer = result == 0         ? RequestResult::taken
                       : request.decided() ? RequestResult::refused

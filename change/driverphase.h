@@ -43,7 +43,8 @@ struct DriverSentence {
 };
 
 // Called before each request; `doing` says what it does ("Restarting LEC 2 …"), once the change has lasted
-// long enough for somebody to wonder, and is empty before. May be null.
+// long enough for somebody to wonder, and is empty before. Called once more when that moment comes during a
+// request (platform::WhileWaiting). May be null.
 using DriverProgress = std::function<void(const std::string& doing)>;
 
 class DriverPhase {
@@ -68,6 +69,7 @@ class DriverPhase {
 
   private:
     bool mayGo();
+    int sendTelling(const std::string& doing, const std::function<int()>& send);
 
     bool wanted_;
     ChangeRecord& record_;

@@ -9,6 +9,7 @@
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace platform {
 
@@ -72,7 +73,30 @@ class SystemDevice : public Device {
 
 Device* current = nullptr;
 
+constexpr WhileWaiting::Clock::time_point never = WhileWaiting::Clock::time_point::max();
+WhileWaiting::Clock::time_point actionAt = never;
+std::function<void()> waitingAction;
+
 }  // namespace
+
+WhileWaiting::WhileWaiting(Clock::time_point at, std::function<void()> action) {
+    actionAt = at;
+    waitingAction = std::move(action);
+}
+
+WhileWaiting::~WhileWaiting() {
+    actionAt = never;
+    waitingAction = nullptr;
+}
+
+WhileWaiting::Clock::time_point WhileWaiting::next() {
+    return actionAt;
+}
+
+void WhileWaiting::act() {
+    actionAt = never;
+    waitingAction();
+}
 
 Device& device() {
     static SystemDevice system;

@@ -7,6 +7,8 @@
 
 #include "platform/root.h"
 
+#include <chrono>
+#include <functional>
 #include <string_view>
 
 namespace platform {
@@ -38,6 +40,23 @@ class Device {
 
     // Whether the driver has hung up on an open descriptor, so far as that can be told without a request.
     virtual bool hungUp(int /*descriptor*/) { return false; }
+};
+
+// For as long as it lives, and once: if a call over a socket waits for its answer at this moment, `action` is
+// called, and the call goes on waiting. It must not call the device. A call of the kernel cannot be left.
+// There is one at a time.
+class WhileWaiting {
+  public:
+    using Clock = std::chrono::steady_clock;
+
+    WhileWaiting(Clock::time_point at, std::function<void()> action);
+    ~WhileWaiting();
+    WhileWaiting(const WhileWaiting&) = delete;
+    WhileWaiting& operator=(const WhileWaiting&) = delete;
+
+    // For the call that waits. `next`: max() when nothing is to be done any more.
+    static Clock::time_point next();
+    static void act();
 };
 
 Device& device();

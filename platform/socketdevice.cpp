@@ -22,6 +22,13 @@ std::int32_t intAt(const std::vector<char>& packet, std::size_t index) {
     return value;
 }
 
+// In milliseconds, as poll() takes them.
+int untilThen(std::chrono::steady_clock::time_point moment) {
+    if (moment == std::chrono::steady_clock::time_point::max()) return -1;
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(moment - std::chrono::steady_clock::now());
+    return left.count() > 0 ? static_cast<int>(left.count()) : 0;
+}
+
 int failWith(int error) {
     errno = error;
     return -1;
@@ -103,19 +110,16 @@ bool SocketChannel::hungUp() {
 
 // A signal ends the wait with EINTR, as it ends a STREAMS ioctl: the program may have been asked to stop.
 bool SocketChannel::waitFor(short events, Clock::time_point deadline) {
-    int patience = -1;
-    if (deadline != Clock::time_point::max()) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
-        patience = left.count() > 0 ? static_cast<int>(left.count()) : 0;
+    for (;;) {
+        const bool acting = WhileWaiting::next() < deadline;
+        pollfd watched{descriptor_, events, 0};
+        const int ready = ::poll(&watched, 1, untilThen(acting ? WhileWaiting::next() : deadline));
+        if (ready != 0) return ready > 0;
+        if (!acting) break;
+        WhileWaiting::act();
     }
-    pollfd watched{descriptor_, events, 0};
-    const int ready = ::poll(&watched, 1, patience);
-    if (ready < 0) return false;
-    if (ready == 0) {
-        errno = ETIME;
-        return false;
-    }
-    return true;
+    errno = ETIME;
+    return false;
 }
 
 bool SocketChannel::send(const void* packet, std::size_t length, Clock::time_point deadline) {

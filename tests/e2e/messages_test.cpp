@@ -158,6 +158,22 @@ TEST_F(Messages, SayWhatASlowDriverIsToldToDo) {
     EXPECT_FALSE(user->shellLike("Setup "));
 }
 
+TEST_F(Messages, SayWhatTheFirstRequestIsAboutWhileItWaits) {
+    SlowDevice driver;
+    start("1");
+    Names said;
+    configure([&] {
+        enter(l3MtuED, "0");
+        EXPECT_TRUE(line().starts_with("L3 MTU 0")) << line();
+        simulator->ctl("fault lec.start every late 900");
+        driver.after = [&] { said.push_back(line()); };
+        press(okBTN);
+    });
+    driver.after = nullptr;
+    ASSERT_FALSE(said.empty());
+    EXPECT_EQ(said.front(), "Restarting LEC 1 …");
+}
+
 TEST_F(Messages, TheDialogOfAPvcStaysUntilTheDriverHasAnswered) {
     bridgedPvcXferBuffer = {};
     SlowDevice driver;

@@ -1,4 +1,4 @@
-// The driver, each request of which takes longer, and something that happens before each.
+// The driver, each request of which takes longer, and something that happens before or after each.
 #pragma once
 
 #include "platform/device.h"
@@ -21,12 +21,14 @@ class SlowDevice : public platform::Device {
         ++requests;
         std::this_thread::sleep_for(delay);
         if (during && (at == 0 || requests == at)) during();
-        return real_.streamsIoctl(descriptor, request, block);
+        const int result = real_.streamsIoctl(descriptor, request, block);
+        if (after) after();
+        return result;
     }
 
     std::chrono::milliseconds delay{0};
     int requests = 0;
-    std::function<void()> during;
+    std::function<void()> during, after;
     int at = 0;  // the request during which that happens; 0: each
 
   private:
