@@ -11,7 +11,11 @@ namespace {
 
 constexpr zControlRow rows[] = {
     {.id = 1, .kind = zKind::notebook, .place = {4, 4, 152, 80}, .more = {.wider = 100, .higher = 100}},
-    {.id = 2, .kind = zKind::bitmapButton, .place = {60, 90, 40, 14}, .more = {.right = 50, .down = 100}},
+    {.id = 2,
+     .kind = zKind::bitmapButton,
+     .place = {60, 90, 40, 14},
+     .style = zDefaultButton,
+     .more = {.right = 50, .down = 100}},
     {.id = 3, .kind = zKind::bitmapButton, .place = {4, 90, 40, 14}},
 };
 constexpr zLayout layout{.name = "wide", .caption = "Wide", .width = 160, .height = 110, .rows = rows};
@@ -79,6 +83,17 @@ TEST_F(StretchingTest, ControlsMoveAndGrowAsTheirRowsSay) {
     expectMore(placeOf(*later, 5), places[4], {0, 120 / 4, 200, 120 * 3 / 4}, "lower table");
     const zRect cells = placeOf(later->control<zTable>(5).widget()), frame = placeOf(*later, 5);
     EXPECT_EQ(cells.width, frame.width - 2 * 3) << "all of it shows cells";
+}
+
+TEST_F(StretchingTest, TheFrameOfADefaultButtonIsAroundItsPlace) {
+    const zBoard& board = window.board();
+    user.resize(window.shell(), board.size().width, board.size().height);
+    const zRect button = board.units().pixels({60, 90, 40, 14}), whole = placeOf(board, 2);
+    const int frame = button.x - whole.x;
+    EXPECT_GT(frame, 2);
+    EXPECT_EQ(button.y - whole.y, frame);
+    EXPECT_EQ(whole.width, button.width + 2 * frame);
+    EXPECT_EQ(whole.height, button.height + 2 * frame);
 }
 
 // Further windows of the layout have the last size; another one of a fixed size has none of it.

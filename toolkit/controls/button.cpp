@@ -15,7 +15,8 @@ bool withShift(const XEvent* event) {
 
 }  // namespace
 
-zBitmapButton::zBitmapButton(Widget board, const zRect& place, const zControlRow& row) : zControl(row) {
+zBitmapButton::zBitmapButton(Widget board, const zRect& place, const zControlRow& row)
+    : zControl(row), place_(place) {
     const zXmText text(row.text);
     zResources resources(place);
     resources.set(XmNlabelString, text).set(XmNrecomputeSize, False);
@@ -35,4 +36,18 @@ zBitmapButton::zBitmapButton(Widget board, const zRect& place, const zControlRow
         const auto handler = withShift(event) && button.onShiftClick ? button.onShiftClick : button.onClick;
         if (handler) handler();
     });
+}
+
+void zBitmapButton::place(const zRect& place) {
+    place_ = place;
+    zSetGeometry(widget(),
+                 {place.x - frame_, place.y - frame_, place.width + 2 * frame_, place.height + 2 * frame_});
+}
+
+// In a window with a default button the library makes all of them larger, for the frame of that one.
+void zBitmapButton::realized() {
+    Dimension width = 0;
+    XtVaGetValues(widget(), XmNwidth, &width, nullptr);
+    frame_ = (width - place_.width) / 2;
+    place(zRect(place_));
 }
