@@ -20,6 +20,7 @@ struct AdapterRecords {
     AtmLECS lecs;
     AtmIP1577 ip;
     AtmSig sig;
+    std::uint32_t linkKind = 0;  // LinkKind, as the driver tells it; 0: not known
 
     AdapterRecords() = default;
     AdapterRecords(const AtmDevices& devices, int adapter);
@@ -27,7 +28,7 @@ struct AdapterRecords {
 
 // The number of a rule never changes, nor is it given to another one. The path is that of the setting within
 // its adapter, "lec2.l3Mtu", or of an entry of a list, "lec2.pvcs[0]", with `part` for what it is about in
-// it: "vci", "mac", "ip".
+// it: "vci", "mac", "ip", "rate".
 struct Finding {
     int number = 0;
     Severity severity = Severity::error;
@@ -42,9 +43,8 @@ std::vector<Finding> CheckAdapter(const AdapterRecords& records);
 // About an entry alone, whatever list it is in; without a path.
 std::vector<Finding> CheckEntry(const AtmBridgedPvc& pvc);
 std::vector<Finding> CheckEntry(const AtmRoutedPvc& pvc);
+// With the address as it is typed, which may be none.
+std::vector<Finding> CheckEntry(AtmRoutedPvc pvc, const std::string& address);
 
 // That two circuits of an adapter have one VCI. `owner` is who has it already: "LEC 1".
 Finding VciTwice(unsigned vci, std::string_view owner);
-
-// What is wrong with a text that has to be an IP address; empty: nothing.
-std::string AddressComplaint(std::string_view text);

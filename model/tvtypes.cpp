@@ -2,6 +2,7 @@
 
 #include "model/statecodes.h"
 
+#include <iterator>
 #include <span>
 #include <type_traits>
 
@@ -15,6 +16,8 @@ using CodeText = TextOf<std::int16_t>;
 using StateText = TextOf<std::uint32_t>;
 
 constexpr CodeText mtuTexts[] = {{1, "1516"}, {2, "4544"}, {3, "9234"}, {4, "18190"}};
+
+constexpr int mtuSizes[] = {1516, 4544, 9234, 18190};  // of the classes from 1
 
 constexpr CodeText elanTexts[] = {{1, "Ethernet"}, {2, "Token Ring"}};
 
@@ -81,6 +84,11 @@ const char* textOf(std::span<const TextOf<Code>> table, std::type_identity_t<Cod
 }
 
 }  // namespace
+
+int MtuSize(std::int32_t mtuClass) {
+    const bool known = mtuClass >= 1 && mtuClass <= std::ssize(mtuSizes);
+    return known ? mtuSizes[mtuClass - 1] : 0;
+}
 
 const char* MtuTypeToString(std::int16_t code) {
     return textOf<std::int16_t>(mtuTexts, code);

@@ -12,6 +12,9 @@ const char* SigStateToString(std::int16_t code);   // UNI signalling
 const char* IlmiStateToString(std::int16_t code);  // ILMI address registration
 const char* LmacStateToString(std::int16_t code);  // entry of the Classical IP connection table
 
+// Bytes of the largest frame of a class; 0: no class.
+int MtuSize(std::int32_t mtuClass);
+
 // States of services, with the flag that some come with; of one that is absent "no such client" or the like.
 const char* LecStateToString(std::uint32_t code, bool flag);
 const char* LesStateToString(std::uint32_t code, bool flag);

@@ -1,5 +1,7 @@
 #include "model/rules.h"
 
+#include "model/statecodes.h"
+
 #include <fmt/format.h>
 #include <functional>
 #include <gtest/gtest.h>
@@ -133,6 +135,40 @@ const Case cases[] = {
      "error 104 ip.address: 192.168.1.0 is the address of the network"},
     {"Broadcast", [](auto& r) { r.ip.ip = "192.168.1.255"; },
      "error 104 ip.address: 192.168.1.255 is the network's broadcast address"},
+    {"Groups",
+     [](auto& r) {
+         r.ip.ip = "224.0.0.1";
+         r.ip.serverIp = "240.0.0.1";
+         r.ip.pvcs[0].ip = "239.255.255.255 ";
+         r.ip.subnetMask = "0.0.0.0";  // all are in this network
+     },
+     "error 204 ip.address: 224.0.0.1 is the address of a group; "
+     "error 204 ip.serverAddress: 240.0.0.1 is a reserved address; "
+     "error 204 ip.pvcs[0]: 239.255.255.255 is the address of a group"},
+    {"BelowTheGroups",
+     [](auto& r) {
+         r.ip.subnetMask = "0.0.0.0";
+         r.ip.ip = "223.255.255.255";
+     },
+     ""},
+    {"RateOfAnUnknownLink", [](auto& r) { r.lec[0].pvcs[0].rate = 1000; }, ""},
+    {"RateOfASlowLink",
+     [](auto& r) {
+         r.linkKind = link25;
+         r.lec[0].pvcs[0].rate = 2;
+         r.lec[1].pvcs[0].rate = 3;
+         r.ip.pvcs[0].rate = 2'000'000'000;
+     },
+     "warning 205 lec2.pvcs[0]: 3 MB/s are more than the link has: 2.90; "
+     "warning 205 ip.pvcs[0]: 2000000000 MB/s are more than the link has: 2.90"},
+    {"RateOfAFastLink",
+     [](auto& r) {
+         r.linkKind = link155Utp;
+         r.lec[0].pvcs[0].rate = 16;
+         r.lec[1].pvcs[0].rate = 17;
+         r.ip.pvcs[0].rate = -1;
+     },
+     "warning 205 lec2.pvcs[0]: 17 MB/s are more than the link has: 16.95"},
     {"PointToPoint",
      [](auto& r) {
          r.ip.subnetMask = "255.255.255.254";

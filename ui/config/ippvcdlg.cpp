@@ -52,13 +52,9 @@ void DIpPvcDLG::StoreDefaults() {
 
 std::vector<Finding> DIpPvcDLG::findings() const {
     AtmRoutedPvc pvc = pvcXferBuffer;
-    const std::string address = shownAddress();
-    pvc.ip = address;
     pvc.vci = static_cast<std::uint16_t>(shownVci());
-    std::vector<Finding> all = CheckEntry(pvc);
+    std::vector<Finding> all = CheckEntry(pvc, shownAddress());
     checkOwner(all, owners(), pvc.vci);
-    if (const std::string complaint = AddressComplaint(address); !complaint.empty())
-        all.push_back({.number = 4, .message = complaint, .part = "ip"});
     return all;
 }
 

@@ -2,6 +2,7 @@
 
 #include "driver/channel.h"
 #include "model/settings.h"
+#include "model/tvtypes.h"
 #include "platform/index.h"
 #include "toolkit/controls/dropdown.h"
 #include "toolkit/controls/edit.h"
@@ -11,12 +12,9 @@
 #include "ui/config/leclayout.h"
 #include "ui/config/vciowners.h"
 
-#include <array>
 #include <utility>
 
 namespace {
-
-constexpr std::array<unsigned, 3> elanMtuSizes{1516, 4544, 9234};  // by list position
 
 constexpr zBindingRow<LECXferBuffer> fields[] = {
     {macAddressED, &LECXferBuffer::macText},
@@ -126,9 +124,8 @@ void DConfigDlgLECPG::clickedLECSRBGroup(int id) {
 
 void DConfigDlgLECPG::selChangeElanMTUCBO() {
     auto& field = control<zNumberEdit>(l3MtuED);
-    const int position = control<zDropDown>(elanMtuCBO).selected();
-    const bool known = position >= 0 && asIndex(position) < elanMtuSizes.size();
-    const unsigned size = known ? elanMtuSizes[asIndex(position)] : 0;
+    const int mtuClass = control<zDropDown>(elanMtuCBO).selected() + 1;
+    const auto size = static_cast<unsigned>(MtuSize(mtuClass));
     if (field.number() >= size) return;
     field.setNumber(size);
     changed();
