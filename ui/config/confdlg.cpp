@@ -55,9 +55,18 @@ const struct {
     {ip1577PageLayout, make<DConfigDlgI1577PG>},
 };
 
+AdapterRecords withoutLists(AdapterRecords records) {
+    for (AtmLEC& client : records.lec) client.pvcs.clear();
+    for (AtmLES& server : records.les) server.clients.clear();
+    records.ip.pvcs.clear();
+    return records;
+}
+
 }  // namespace
 
-DConfigDlg::DConfigDlg(zWindow& parent) : zFormDialog(parent, frame), line_(board()) {
+DConfigDlg::DConfigDlg(zWindow& parent)
+    : zFormDialog(parent, frame), line_(board()),
+      stored_(withoutLists(AdapterRecords(atmDevices, currentAdapter))) {
     parent.setCursor(zWatchCursor);
     channel_.emplace(SetupIoctlDesc, O_RDWR);
 
@@ -99,7 +108,7 @@ int DConfigDlg::onCancel() {
 zMessageLine::Advice DConfigDlg::advise(const zEdit* field) {
     const int top = control<zNotebook>(pagesNB).selected();
     if (top < 0) return {};
-    AdapterRecords records(atmDevices, currentAdapter);
+    AdapterRecords records = stored_;
     for (std::size_t m = 0; m < xferBuffer.size(); ++m) records.lec[m] = xferBuffer[m];
     for (std::size_t m = 0; m < lesXferBuffer.size(); ++m) records.les[m] = lesXferBuffer[m];
     records.lecs = lecsXferBuffer;

@@ -97,8 +97,8 @@ class InstancePage : public ConfigPage {
     // Stores this instance and shows the next one.
     void turnTo(int next) {
         storeDefaults(current_);
+        current_ = next;  // before controls that are loaded ask for advice
         setDefaults(next);
-        current_ = next;
         ToggleControls();
         changed();
     }
