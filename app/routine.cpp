@@ -9,6 +9,7 @@
 #include "platform/safetext.h"
 #include "resources/pictures.h"
 #include "toolkit/window/application.h"
+#include "ui/config/confdlg.h"
 #include "version.h"
 
 #include <algorithm>
@@ -18,9 +19,6 @@
 namespace {
 
 constexpr char debugOption[] = "-DEBUG", advancedOption[] = "-ADV";
-
-// Of Setup and Statistics, in dialog units.
-constexpr int largestWidth = 300, largestHeight = 280;
 
 constexpr char usage[] =
     "Usage: tarvolin [option]...\n"
@@ -78,7 +76,7 @@ int runApplication(const std::string& command, const std::vector<std::string>& a
     zSetPictures(programPictures());
     zApplication application(command, "Tarvolin", arguments, fallbackResources);
     application.onAbort = AbandonSections;
-    application.fitScreen(largestWidth, largestHeight);
+    application.fitScreen(setupLayout.width, setupLayout.height);  // Statistics is as large
     if (!application.openDisplay()) return 1;
     nameIgnored(application);
     DMainDlg mainWindow(application, mainLayout);

@@ -99,6 +99,7 @@ TEST_F(Messages, SayWhatAGreyedControlWaitsFor) {
 }
 
 TEST_F(Messages, AdviseInTheDialogOfAPvc) {
+    bridgedPvcXferBuffer = {};
     start("1");
     configure([&] {
         inSubDialog(addBTN, "lecPvc", [&] {

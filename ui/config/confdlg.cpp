@@ -32,15 +32,6 @@ constexpr zControlRow rows[] = {
     messageRow({6, 272, 288, 8}),
 };
 
-constexpr zLayout frame{.id = 567,
-                        .name = "setup",
-                        .caption = "Setup",
-                        .width = 300,
-                        .height = 280,
-                        .font = {zFontRow::normal},
-                        .icon = programIcon,
-                        .rows = rows};
-
 template <class Page> std::unique_ptr<ConfigPage> make(zFormDialog& dialog) {
     return std::make_unique<Page>(dialog);
 }
@@ -64,8 +55,17 @@ AdapterRecords withoutLists(AdapterRecords records) {
 
 }  // namespace
 
+const zLayout setupLayout{.id = 567,
+                          .name = "setup",
+                          .caption = "Setup",
+                          .width = 300,
+                          .height = 280,
+                          .font = {zFontRow::normal},
+                          .icon = programIcon,
+                          .rows = rows};
+
 DConfigDlg::DConfigDlg(zWindow& parent)
-    : zFormDialog(parent, frame), line_(board()),
+    : zFormDialog(parent, setupLayout), line_(board()),
       stored_(withoutLists(AdapterRecords(atmDevices, currentAdapter))) {
     parent.setCursor(zWatchCursor);
     channel_.emplace(SetupIoctlDesc, O_RDWR);

@@ -20,6 +20,8 @@
 #include <optional>
 #include <vector>
 
+extern const zLayout setupLayout;
+
 class DConfigDlg : public zFormDialog {
   public:
     // Opens the dialog's driver channel, SetupIoctlDesc; without a driver the pages change the buffers alone.
