@@ -10,7 +10,7 @@
 #include "toolkit/window/messagebox.h"
 
 #include <Xm/Xm.h>
-#include <fmt/format.h>
+#include <fmt/ranges.h>
 
 namespace {
 
@@ -134,15 +134,35 @@ TEST_F(FocusTest, ReturnPressesTheButtonThatHasIt) {
     giveTo(16);
     user.key("space", "Shift_L");
     EXPECT_EQ(log, "shifted 16 ");
+}
 
-    bool agreed = true;
-    user.when(shown("Sure"), [&] {
-        user.focus(user.shellLike("Sure"));
-        user.key("Right");
-        user.key("Return");
-    });
-    agreed = zQuestionBox(application, window.shell(), "Really?", "Sure");
-    EXPECT_FALSE(agreed) << "Cancel had the focus";
+TEST_F(FocusTest, KeysOfAQuestion) {
+    const struct {
+        std::vector<const char*> keys;
+        bool agrees;
+    } cases[] = {
+        {{"Return"}, true},
+        {{"space"}, true},
+        {{"Escape"}, false},
+        {{"Right", "Return"}, false},
+        {{"Left", "space"}, false},
+        {{"Right", "Right", "Return"}, true},
+        {{"Tab", "Return"}, false},
+        {{"Tab", "space"}, false},
+        {{"Tab", "Tab", "Return"}, true},
+        {{"Tab", "Left", "KP_Enter"}, true},
+        {{"Tab", "Tab", "Escape"}, false},
+        {{"back", "Return"}, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(fmt::format("{}", fmt::join(c.keys, " ")));
+        user.when(shown("Sure"), [&] {
+            user.focus(user.shellLike("Sure"));
+            for (const std::string_view key : c.keys)
+                key == "back" ? user.key("Tab", "Shift_L") : user.key(key.data());
+        });
+        EXPECT_EQ(zQuestionBox(application, window.shell(), "Really?", "Sure"), c.agrees);
+    }
 }
 
 // Where its field is grey, a caret is drawn, and its text begins.

@@ -39,6 +39,10 @@ bool showBox(zApplication& application, Widget parent, const Kind& kind, const s
         XtVaSetValues(box, XmNsymbolPixmap, symbol, nullptr);
     if (!kind.asks) XtUnmanageChild(XtNameToWidget(box, "OK"));
     XtUnmanageChild(XtNameToWidget(box, "Help"));
+    // The library has the buttons in one group, within which only the arrows move.
+    static const XtTranslations keys = XtParseTranslationTable(
+        "Shift<Key>Tab: ManagerGadgetTraversePrev()\n<Key>Tab: ManagerGadgetTraverseNext()");
+    XtOverrideTranslations(box, keys);
 
     struct Result {
         bool done = false, agreed = false;
