@@ -56,6 +56,23 @@ struct Onlooker {
         if (hints) XFree(hints);
         return state;
     }
+    // How many pixels of the icon are set; -1: it is no bitmap.
+    int pixelsOfIcon(Window window) const {
+        XWMHints* hints = XGetWMHints(display, window);
+        const Pixmap icon = hints && hints->flags & IconPixmapHint ? hints->icon_pixmap : None;
+        if (hints) XFree(hints);
+        Window rootWindow = 0;
+        int at = 0, set = 0;
+        unsigned width = 0, height = 0, border = 0, depth = 0;
+        if (!icon || !XGetGeometry(display, icon, &rootWindow, &at, &at, &width, &height, &border, &depth) ||
+            depth != 1)
+            return -1;
+        XImage* image = XGetImage(display, icon, 0, 0, width, height, 1, XYPixmap);
+        for (unsigned i = 0; i < width * height; ++i)
+            set += XGetPixel(image, static_cast<int>(i % width), static_cast<int>(i / width)) != 0;
+        XDestroyImage(image);
+        return set;
+    }
     bool placedByUser(Window window) const {
         XSizeHints hints{};
         long supplied = 0;
@@ -180,6 +197,8 @@ TEST(XClient, WindowManagersLearnTheProgramAndTheProcessOfEachWindow) {
             {"WM_CLIENT_LEADER", leader},
             {"_NET_WM_PID", std::to_string(tool.process())},
         };
+        const int dark = onlooker.pixelsOfIcon(window);
+        EXPECT_TRUE(dark > 200 && dark < 2000) << dark << " of 48 x 48";
         for (const auto& [name, value] : expected) EXPECT_EQ(onlooker.property(window, name), value) << name;
     }
 }

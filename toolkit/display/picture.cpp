@@ -66,6 +66,27 @@ Pixmap make(Widget widget, const zPictureRow& row, Pixel background, int halves)
     return made;
 }
 
+bool isOpaque(unsigned long argb) {
+    return argb >> 24 != 0;
+}
+bool isDark(unsigned long argb) {
+    const unsigned long red = argb >> 16 & 0xff, green = argb >> 8 & 0xff, blue = argb & 0xff;
+    return isOpaque(argb) && 30 * red + 59 * green + 11 * blue < 100 * 128;
+}
+
+// `data` as zIconData().
+Pixmap makeBitmap(Widget widget, const std::vector<unsigned long>& data, bool (*isSet)(unsigned long)) {
+    const std::size_t width = data[0], height = data[1], stride = (width + 7) / 8;
+    std::vector<char> bits(stride * height);
+    for (std::size_t i = 0; i < width * height; ++i)
+        if (isSet(data[2 + i])) {
+            char& byte = bits[i / width * stride + i % width / 8];
+            byte = static_cast<char>(byte | 1 << i % width % 8);
+        }
+    return XCreateBitmapFromData(XtDisplay(widget), RootWindowOfScreen(XtScreen(widget)), bits.data(),
+                                 static_cast<unsigned>(width), static_cast<unsigned>(height));
+}
+
 // Pictures are drawn for the usual font.
 int halvesBeside(int textHeight) {
     return std::max(2, (2 * textHeight + zUsualTextHeight / 2) / zUsualTextHeight);
@@ -109,4 +130,17 @@ std::vector<unsigned long> zIconData(int id) {
     }
     XpmFreeXpmImage(&image);
     return data;
+}
+
+zIconBitmaps zIconBitmapsOf(Widget widget, int id) {
+    const std::vector<unsigned long> data = zIconData(id);
+    if (data.empty()) return {};
+    constexpr unsigned long noSize = 0;  // as no pixmap of the picture has it
+    const auto bitmap = [&](unsigned long which, bool (*isSet)(unsigned long)) {
+        Pixmap& made =
+            zDisplayCache::of(XtDisplay(widget)).pixmap({static_cast<unsigned long>(id), which, noSize});
+        if (!made) made = makeBitmap(widget, data, isSet);
+        return made;
+    };
+    return {bitmap(0, isDark), bitmap(1, isOpaque)};
 }

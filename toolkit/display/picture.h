@@ -30,3 +30,10 @@ unsigned long zPixmapOf(Widget widget, int id, unsigned long background, int tex
 // The picture in the format of _NET_WM_ICON: width, height, then rows of ARGB values. Empty if there is no
 // such picture.
 std::vector<unsigned long> zIconData(int id);
+
+// Bitmaps for window managers of the old kind, which take an icon without colours: where the picture is dark,
+// and where it is anything. Owned by the toolkit as pixmaps are; 0 if there is no such picture.
+struct zIconBitmaps {
+    unsigned long dark = 0, mask = 0;
+};
+zIconBitmaps zIconBitmapsOf(Widget widget, int id);

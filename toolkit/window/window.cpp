@@ -48,11 +48,9 @@ void zWindow::setCursor(int shape) {
 }
 
 void zWindow::setIcon(int picture) {
-    Pixel background = 0;
-    XtVaGetValues(shell_, XmNbackground, &background, nullptr);
-    const Pixmap icon = zPixmapOf(shell_, picture, background);
-    if (!icon) return;
-    XtVaSetValues(shell_, XmNiconPixmap, icon, nullptr);
+    const zIconBitmaps icon = zIconBitmapsOf(shell_, picture);
+    if (!icon.dark) return;
+    XtVaSetValues(shell_, XmNiconPixmap, icon.dark, XmNiconMask, icon.mask, nullptr);
     const std::vector<unsigned long> data = zIconData(picture);
     Display* display = XtDisplay(shell_);
     XChangeProperty(display, XtWindow(shell_), XInternAtom(display, "_NET_WM_ICON", False), XA_CARDINAL, 32,
