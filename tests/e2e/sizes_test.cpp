@@ -66,6 +66,7 @@ TEST(Fonts, FitTheScreenUnlessTheUserHasChosenThem) {
          {685, 292},
          true,
          "tarvolin: font \"fixed\" ignored: set fontName and fontSize\n"},
+        {1024, 768, "*tabList: 1in", {685, 292}},
         {640,
          480,
          "*font: nosuch",

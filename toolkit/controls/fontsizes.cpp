@@ -70,6 +70,8 @@ class Sizes {
             refuse(fmt::format("font \"{}\" ignored: set fontName and fontSize", platform::escaped(name)));
         resources_.withhold(font + ".font", XmRFontStruct);
     }
+    // No text has a tab, and the library frees a list of them once too often.
+    void hideTabStops(const std::string& of = "") { resources_.withhold(of + "tabList", XmRTabList); }
     // Tables have no larger font than dialogs.
     void putTables(int size) {
         if (resources_.value("cells.tableFont", "XmDrawingArea.TableFont").empty())
@@ -122,7 +124,11 @@ std::vector<std::string> zChooseFontSizes(Display* display, const zRect& largest
     Sizes sizes(display);
     const auto general = sizes.read("any"), plain = sizes.read("plain"), bold = sizes.read("bold"),
                small = sizes.readOwn("small"), fixed = sizes.readOwn("fixed");
-    for (const char* font : {"plain", "bold", "small", "fixed"}) sizes.refuseServerFont(font);
+    sizes.hideTabStops();
+    for (const std::string font : {"plain", "bold", "small", "fixed"}) {
+        sizes.refuseServerFont(font);
+        sizes.hideTabStops(font + ".");
+    }
     const int size = general || plain ? general.value_or(usualSize) : sizes.fitting(largest);
     sizes.put("plain", plain, size);
     sizes.put("bold", bold, size);
