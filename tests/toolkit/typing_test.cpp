@@ -8,6 +8,7 @@
 #include <X11/keysym.h>
 #include <Xm/TextF.h>
 #include <Xm/Xm.h>
+#include <malloc.h>
 #include <sstream>
 
 namespace {
@@ -231,6 +232,41 @@ TEST_F(TypingTest, TheCaretStaysInSightInALongName) {
         EXPECT_TRUE(seen()) << key;
     }
     EXPECT_EQ(field(nameED).text(), "bcdefghijklmnopqrstuvwxyx");
+}
+
+// Whoever owns the selection answers late, or never.
+TEST_F(TypingTest, AWindowThatClosesWaitsForNoSelection) {
+    OtherClient other("200", "300");
+    other.silent = true;
+    const XtAppContext context = XtWidgetToApplicationContext(window.shell());
+    const unsigned long usual = XtAppGetSelectionTimeout(context);
+    XtAppSetSelectionTimeout(context, 1500);
+    ::mallopt(M_PERTURB, 0x55);  // what is freed is seen to be
+    for (int i = 0; i < 5; ++i) {
+        zFormDialog second(application, layout);
+        second.show();
+        user.until([&] { return user.shellLike(XUser::titleOf(second.shell())); });
+        user.focus(second.shell());
+        user.clickMiddle(second.control<zEdit>(nameED).widget());
+        XmProcessTraversal(second.control<zEdit>(shownED).widget(), XmTRAVERSE_CURRENT);
+        user.key("Insert", "Shift_L");
+    }
+    // Meanwhile no field takes it: the next field that did would free what the request refers to.
+    const Widget edit = field(nameED).widget();
+    user.focus(window.shell());
+    user.clickMiddle(edit);
+    for (const int id : {nameED, numberED}) {
+        field(id).setText("1234");
+        user.drag(field(id).widget(), {2, 8}, {30, 8});
+        EXPECT_EQ(XGetSelectionOwner(XtDisplay(edit), XA_PRIMARY), other.window()) << id;
+    }
+    user.until([] { return false; }, 1.8);
+    ::mallopt(M_PERTURB, 0);
+    XtAppSetSelectionTimeout(context, usual);
+    const OtherClient answering("200", "");
+    field(nameED).setText("");
+    user.clickMiddle(edit);
+    EXPECT_TRUE(user.until([&] { return field(nameED).text() == "200"; })) << field(nameED).text();
 }
 
 }  // namespace
