@@ -1,11 +1,14 @@
-// bench_refresh [LES_ROWS | soak TICKS COMMAND]: a tick of each statistics page on top beside the bare driver
-// exchanges of the same tick, pair by pair, in processor time of this process. Needs a display and, in
-// TARVOLIN_ROOT, a simulator whose clock runs or is frozen. Prints per page microseconds and the median of
-// the ratios.
+// bench_refresh [LES_ROWS | instructions | soak TICKS COMMAND]: a tick of each statistics page on top beside
+// the bare driver exchanges of the same tick, pair by pair, in processor time of this process. Needs a
+// display and, in TARVOLIN_ROOT, a simulator whose clock runs or is frozen. Prints per page microseconds and
+// the median of the ratios.
 //
 // With a number: only the page of the servers, which shows as many rows; also prints the bytes of resident
 // memory per row beyond the reply's, and after that a step of the active cell to a far row beside the same in
 // the table of the second adapter.
+//
+// With "instructions", under callgrind with --instr-atstart=no: leaves two profiles a page, named "PAGE tick"
+// and "PAGE exchanges", of a hundred each, with a turn of the event loop each.
 //
 // With "soak": that many ticks of every page, with the shell command (which moves the simulator's clock)
 // before each thousandth; prints what the process holds after a tenth of them and at the end.
@@ -36,6 +39,7 @@
 #include <malloc.h>
 #include <thread>
 #include <unistd.h>
+#include <valgrind/callgrind.h>
 #include <vector>
 
 namespace {
@@ -167,10 +171,42 @@ void soak(zApplication& application, const zFormDialog& dialog, StatsPage& page,
     }
 }
 
+// The messages of a tick.
+std::vector<Message> asked(Recorder& recorder, StatsPage& page) {
+    recorder.messages.clear();
+    recorder.received = 0;
+    platform::Device* real = platform::setDevice(&recorder);
+    page.Update();
+    platform::setDevice(real);
+    return recorder.messages;
+}
+
+// Instructions that the processor executes in user mode for this process: callgrind counts no others.
+void countInstructions(zApplication& application, StatsPage& page, const char* name, int bare,
+                       const std::vector<Message>& messages) {
+    constexpr int times = 100;
+    std::vector<std::vector<Message>> sent(times, messages);  // an exchange puts the reply in their place
+    rest();
+    application.handlePending();  // what the opening of the window has left
+    const auto profile = [&](const char* what, auto step) {
+        const std::string title = fmt::format("{} {}", name, what);
+        CALLGRIND_ZERO_STATS;
+        CALLGRIND_START_INSTRUMENTATION;
+        for (int i = 0; i < times; ++i) {
+            step(i);
+            application.handlePending();
+        }
+        CALLGRIND_STOP_INSTRUMENTATION;
+        CALLGRIND_DUMP_STATS_AT(title.c_str());
+    };
+    profile("tick", [&](int) { page.Update(); });
+    profile("exchanges", [&](int i) { replay(bare, sent[asIndex(i)]); });
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    const bool soaks = argc == 4;
+    const bool soaks = argc == 4, instructions = argc == 2 && argv[1] == std::string_view("instructions");
     const int lesRows = argc == 2 ? std::atoi(argv[1]) : 0;
     const int pairs = lesRows > 20000 ? 10 : lesRows ? 20 : 40;
     zApplication application("tarvolin", "Tarvolin", {}, fallbackResources);
@@ -190,14 +226,14 @@ int main(int argc, char** argv) {
             soak(application, shown.dialog, *page, row.name, std::atol(argv[2]), argv[3]);
             continue;
         }
+        if (instructions) {
+            countInstructions(application, *page, row.name, bare, asked(recorder, *page));
+            continue;
+        }
 
         std::vector<double> figures, floors, ratios;
         for (int pair = 0; pair < pairs; ++pair) {
-            recorder.messages.clear();
-            recorder.received = 0;
-            platform::Device* real = platform::setDevice(&recorder);
-            page->Update();  // what a tick asks for
-            platform::setDevice(real);
+            std::vector<Message> messages = asked(recorder, *page);
             application.handlePending();
 
             // Both come after a rest: what a processor has forgotten meanwhile is part of a tick.
@@ -208,7 +244,7 @@ int main(int argc, char** argv) {
             const double tick = processor() - begin;
             rest();
             begin = processor();
-            replay(bare, recorder.messages);
+            replay(bare, messages);
             application.handlePending();  // a turn of the loop is no page's
             const double floor = processor() - begin;
             figures.push_back(tick);
