@@ -66,7 +66,6 @@ req_param_t req_param_t::unpack(std::span<const std::uint8_t, wireSize> wire) {
 }
 
 std::ostream& operator<<(std::ostream& out, const req_param_t& header) {
-    if (!out) return out;  // nobody reads the log: do not format for it
     fmt::print(out, "Prim:{} Type:{} Link:{} Unit:{} Size:{} SzIO:{} RowM:{} NRow:{} Resp:{}", header.Prim,
                header.Type, header.Link, header.Unit, header.Size, header.SzIO, header.RowM, header.NRow,
                header.Resp);

@@ -50,14 +50,14 @@ void InfoMsgHandler::setArea(std::size_t size) {
 std::uint16_t InfoMsgHandler::GetNumRows(int tableType) {
     header().Type = static_cast<std::uint16_t>(tableType);
     header().NRow = 0;
-    tvlog << "GET_NROWS" << std::endl;
+    tvlog.line("GET_NROWS");
     prepareMsg(0);
     daiRequest();
     return header().NRow;
 }
 
 InfoMsgHandler::Bytes InfoMsgHandler::send(const char* prefix, const Query& query) {
-    tvlog << prefix << query.trace << std::endl;
+    tvlog.line(prefix, query.trace);
     return daiRequest() == 0 ? Bytes(area()) : Bytes();
 }
 
@@ -77,8 +77,9 @@ InfoMsgHandler::Bytes InfoMsgHandler::rows(const Query& query) {
     if (!bytes.data()) return {};
     header().NRow = std::min(header().NRow, wanted);
     const Bytes kept = bytes.first(std::size_t{header().NRow} * query.size);
+    same_ = std::ranges::equal(kept, table_);
     table_.reserve(query.size);  // a table without rows is a table, too
-    table_.assign(kept.begin(), kept.end());
+    if (!same_) table_.assign(kept.begin(), kept.end());
     return fetched_ = table_;
 }
 
@@ -92,7 +93,7 @@ InfoMsgHandler::Bytes InfoMsgHandler::chunks(const Query& query, std::uint16_t w
     header().NRow = query.chunkRows;
     prepareMsg(std::size_t{query.chunkRows} * query.size);
     for (int remaining = wanted; remaining > 0; remaining -= query.chunkRows) {
-        std::ranges::fill(area(), std::uint8_t{0});
+        if (remaining < wanted) std::ranges::fill(area(), std::uint8_t{0});
         const Bytes chunk = send("Incr ", query);
         if (!answered())
             return {};  // waiting for each of thousands of chunks would block the window for hours
@@ -103,7 +104,8 @@ InfoMsgHandler::Bytes InfoMsgHandler::chunks(const Query& query, std::uint16_t w
     }
     if (result() != 0) return {};
 
-    std::swap(table_, assembly_);
+    same_ = table_ == assembly_;
+    if (!same_) std::swap(table_, assembly_);
     // As if it had come at once.
     header().Size = static_cast<std::uint16_t>(std::min(table_.size() + headerLength(), largestMessage));
     header().NRow = static_cast<std::uint16_t>(table_.size() / query.size);

@@ -27,6 +27,10 @@ class InfoMsgHandler : public reqParam {
     // alone.
     virtual void prepareMsg(std::size_t dataSize);
 
+    // The table that was fetched last is, byte by byte, the one that was fetched before it. What failed in
+    // between does not count.
+    bool sameTable() const { return same_; }
+
     // Asks for the number of rows of a table (Type 3 or 5). After a failed request (see result()) this is 0
     // unless the driver wrote NRow.
     virtual std::uint16_t GetNumRows(int tableType);
@@ -75,6 +79,7 @@ class InfoMsgHandler : public reqParam {
 
     std::size_t areaSize_ = 0;
     Bytes fetched_;
+    bool same_ = false;
     std::vector<std::uint8_t> table_;     // the last table
     std::vector<std::uint8_t> assembly_;  // one that comes in chunks, until it is whole; the memory is kept
 };

@@ -25,13 +25,13 @@ int reqParam::daiRequest() {
     const std::span<std::uint8_t> message(buffer_.get(), capacity_);
     header_.Resp = respUnanswered;
     header_.pack(message.first<req_param_t::wireSize>());
-    tvlog << header_ << std::endl;
+    tvlog.line(header_);
     result_ = channel_.request(message);
     outcome_ = channel_.outcome();
 
     const req_param_t reply = req_param_t::unpack(message.first<req_param_t::wireSize>());
-    tvlog << reply << std::endl;
-    if (result_ != 0) tvlog << "Dai Request Failure" << std::endl;
+    tvlog.line(reply);
+    if (result_ != 0) tvlog.line("Dai Request Failure");
     header_.RowM = reply.RowM;
     header_.NRow = reply.NRow;
     header_.Resp = reply.Resp;

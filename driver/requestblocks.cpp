@@ -51,7 +51,7 @@ int Enabler::send(RequestId id, std::span<const std::uint8_t> bytes) {
     const std::span<std::uint8_t> area = SetupMsg(request.size);
     std::fill(area.begin(), area.end(), std::uint8_t{0});
     std::copy(bytes.begin(), bytes.end(), area.begin());
-    tvlog << request.trace << std::endl;
+    tvlog.line(request.trace);
     if (request.bytesTraced) traceBytes(bytes);
     const int result = request.type == enableType_    ? Enable()
                        : request.type == disableType_ ? Disable()
@@ -161,7 +161,7 @@ int TraceRequest::switchTrace(Component component, bool on) {
     const std::span<std::uint8_t> payload = area.subspan(payloadAt - req_param_t::wireSize);
     payload[1] = component;
     payload[2] = on;
-    tvlog << request.trace << std::endl;
+    tvlog.line(request.trace);
     const int result = sendArea(request.type, request.size, request.input);
     channel().noteChange({request.id, 0, 0, payload, outcome(), header().Resp});
     return result;

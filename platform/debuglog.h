@@ -16,6 +16,11 @@ class DebugLog : public std::ostream {
     void attach(platform::LineWriter& writer);
     bool attached() const { return buffer_ != nullptr; }
 
+    // Writes a line of these parts. Nothing is formatted while nobody reads the log.
+    template <class... Parts> void line(const Parts&... parts) {
+        if (rdbuf()) (*this << ... << parts) << std::endl;
+    }
+
     // For tests: from now on everything goes to the given buffer; null discards it again.
     void divert(std::streambuf* buffer);
 

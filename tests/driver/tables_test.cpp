@@ -132,6 +132,32 @@ TEST(Tables, OnlyTheLastChunksFailureOrSilenceIsTheTables) {
     }
 }
 
+// With one request and with chunks: the same rows, another byte in the last one, another row.
+TEST(Tables, TellsATableThatCameAsItWas) {
+    for (const int rows : {5, 50}) {
+        SCOPED_TRACE(rows);
+        ScriptedDriver driver;
+        lecInfo info(driver.channel(), 0);
+        const auto same = [&](int fetched, std::uint8_t lastByte) {
+            driver.otherwise([=, reply = tableOf(fetched, 72)](auto request, Answer& answer) {
+                reply(request, answer);
+                if (wordAt(request, 2) != 4) return;
+                ByteVector data(request.size() - 16, lastByte);
+                answer.data(std::move(data));
+            });
+            EXPECT_EQ(info.GetEntireTable().size(), static_cast<std::size_t>(fetched));
+            return info.sameTable();
+        };
+        EXPECT_FALSE(same(rows, 1));
+        EXPECT_TRUE(same(rows, 1));
+        EXPECT_FALSE(same(rows, 2));
+        EXPECT_FALSE(same(rows + 1, 2));
+        driver.failCall(2, EIO);
+        EXPECT_FALSE(info.GetEntireTable() && rows == 5);
+        EXPECT_EQ(same(rows + 1, 2), rows == 5) << "what failed left a chunk out";
+    }
+}
+
 // What is on the screen reads the rows of the last table while the next one is asked for.
 TEST(Tables, ATableStaysUntilAnotherOneIsWhole) {
     for (const int rows : {5, 50}) {  // in one request, and in four

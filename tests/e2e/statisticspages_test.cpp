@@ -368,6 +368,20 @@ TEST_F(StatisticsTest, ALecShowsWhatTheDriverSays) {
               "LES/BUS Connections (right button or Menu key: menu)");
 }
 
+TEST_F(StatisticsTest, CircuitsThatWereRefusedForATimeShowTheirCountersAgain) {
+    startOn("lecStats",
+            "rows vc 1 2; set vc 1 row 1 vci 32; set vc 1 row 1 txPackets 5; set vc 1 row 2 vci 33");
+    set("vc 1 row 2", "txPackets 9");
+    set("lec 1.1", "state 6; controlDirectVci 32; elanName before");
+    expectCell("lesBusTable", 2, 1, "5");
+    ctl("fault vc.table every resp 5");
+    set("lec 1.1", "controlDirectVci 33; elanName after");
+    expectCell("lesBusTable", 1, 1, "  0/  33");
+    EXPECT_EQ(cell("lesBusTable", 2, 1), "5");
+    ctl("fault clear");
+    expectCell("lesBusTable", 2, 1, "9");
+}
+
 // ---- LES ----
 
 TEST_F(StatisticsTest, ALesShowsWhatTheDriverSays) {

@@ -71,7 +71,7 @@ void DStatsDlgAAL5PG::UpdateDisplay(int index, bool clear) {
         else if (cut())
             return;
         else if (old())
-            for (myBitmapButton& lamp : lamps_) lamp.show(LampLook::greyed, {notTold});
+            showNoAlarms();
     }
     if (const AalStatsView reply = query_.GetAalStats())
         counters_.show(reply, clear);
@@ -80,11 +80,18 @@ void DStatsDlgAAL5PG::UpdateDisplay(int index, bool clear) {
 }
 
 void DStatsDlgAAL5PG::driverCame() {
+    shownAlarms_.forget();
     alarms_ = true;
     linkKindShown_ = false;
 }
 
+void DStatsDlgAAL5PG::showNoAlarms() {
+    shownAlarms_.forget();
+    for (myBitmapButton& lamp : lamps_) lamp.show(LampLook::greyed, {notTold});
+}
+
 void DStatsDlgAAL5PG::showAlarms(const SuniStatsView& reply) {
+    if (!shownAlarms_.update(reply.bytes())) return;
     if (!linkKindShown_) showLinkKind(reply.linkKind());
     linkKindShown_ = true;
     alarms_ = reply.valid() != 0 || reply.linkKind() == link25;

@@ -18,11 +18,13 @@ class DStatsDlgAAL5PG final : public StatsPage {
     void refresh(bool clear) override { UpdateDisplay(0, clear); }
     void driverCame() override;
     void showAlarms(const SuniStatsView& reply);
+    void showNoAlarms();
     void showLinkKind(std::uint32_t kind);
 
     aalInfo query_;
     FieldMap<AalStatsView> counters_;
     std::vector<myBitmapButton> lamps_;
+    ShownReply shownAlarms_;
     bool alarms_ = true;  // false once the driver has reported that the link has no alarms
     bool linkKindShown_ = false;
 };

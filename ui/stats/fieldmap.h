@@ -29,7 +29,7 @@ template <class View> class FieldMap : public Baselines<std::vector<std::uint32_
     // Shows a reply, or blanks the fields if it is false. With `clear` counters start from 0.
     void show(const View& reply, bool clear = false) {
         if (!reply) return blank();
-        if (!shown_.update(0, reply.bytes()) && !clear) return;
+        if (!shown_.update(reply.bytes()) && !clear) return;
         baselines_.resize(fields_.size());
         for (std::size_t i = 0; i < fields_.size(); ++i)
             fields_[i].edit.write(textOf(fields_[i].value, reply, baselines_[i], clear));
@@ -50,5 +50,5 @@ template <class View> class FieldMap : public Baselines<std::vector<std::uint32_
     void rewrite() override { shown_.forget(); }
 
     std::vector<Field> fields_;
-    ShownBytes shown_;
+    ShownReply shown_;
 };

@@ -36,7 +36,8 @@ IP1577PGConnectionTBL::IP1577PGConnectionTBL(zTable& table, const StatsSource& s
 
 bool IP1577PGConnectionTBL::UpdateDisplay(int index, bool clear) {
     query_.setUnit(static_cast<std::uint8_t>(index));
-    return fill(query_.GetEntireTable(), clear);
+    const Table table = query_.GetEntireTable();
+    return fill(table, clear, query_.sameTable());
 }
 
 DStatsDlgIP1577PG::DStatsDlgIP1577PG(const StatsSource& source)

@@ -44,16 +44,30 @@ LECPGLES_BUSTBL::LECPGLES_BUSTBL(zTable& table, const StatsSource& source)
     : NamedRowsTable(table, lesBusColumns, lesBusRows, "Multicast Send"),
       query_(source.channel, source.adapter), circuits_(source.channel, source.adapter) {}
 
+void LECPGLES_BUSTBL::rewrite() {
+    shownStats_.forget();
+}
+
+void LECPGLES_BUSTBL::empty() {
+    rewrite();
+    shown_ = -1;
+    StatsTable::empty();
+}
+
 bool LECPGLES_BUSTBL::UpdateDisplay(int lec, bool clear, bool old) {
     query_.setUnit(static_cast<std::uint8_t>(lec));
     const LecStatsView stats = query_.GetStats();
     if (!stats) return false;
     circuits_.setUnit(static_cast<std::uint8_t>(lec));
-    circuits_.GetEntireTable();
+    const auto circuits = circuits_.GetEntireTable();
     if (!circuits_.answered()) return false;
-    if (lec != shown_ || old) empty();
+    if (lec != shown_ || old) {
+        empty();
+        nameRows();
+    }
     shown_ = lec;
-    nameRows();
+    if (!shownStats_.update(stats.bytes()) && circuits && circuits_.sameTable() && !clear) return true;
+    if (!circuits) shownStats_.forget();  // the counters are written when they come
     for (std::size_t i = 0; i < std::size(connections); ++i) {
         const std::uint16_t vci = stats.vci(connections[i]);
         if (vci == 0) continue;
@@ -71,7 +85,8 @@ LECPGLECTBL::LECPGLECTBL(zTable& table, const StatsSource& source)
 
 bool LECPGLECTBL::UpdateDisplay(int lec, bool clear) {
     query_.setUnit(static_cast<std::uint8_t>(lec));
-    return fill(query_.GetEntireTable(), clear);
+    const Table table = query_.GetEntireTable();
+    return fill(table, clear, query_.sameTable());
 }
 
 DStatsDlgLECPG::DStatsDlgLECPG(const StatsSource& source)

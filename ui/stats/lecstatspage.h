@@ -25,14 +25,19 @@ class LECPGLES_BUSTBL : public NamedRowsTable<LesBusRow>,
   public:
     LECPGLES_BUSTBL(zTable& table, const StatsSource& source);
 
+    void empty();
+
     // False without an answer. The row of a connection that does not exist, and counters that the driver does
     // not report, stay as they are while the same client is shown, and nothing old.
     bool UpdateDisplay(int lec, bool clear, bool old);
 
   private:
+    void rewrite() override;
+
     lecInfo query_;
     vccInfo circuits_;
-    int shown_ = -1;  // the client in the rows
+    int shown_ = -1;  // the client in the rows; -1: there are none
+    ShownReply shownStats_;
 };
 
 // Baselines are kept by VCI, the same for all clients.

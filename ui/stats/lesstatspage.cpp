@@ -41,7 +41,8 @@ LESPGClientTBL::LESPGClientTBL(zTable& table, const StatsSource& source)
 
 bool LESPGClientTBL::UpdateDisplay(int les, bool clear) {
     query_.setUnit(static_cast<std::uint8_t>(les));
-    return fill(query_.GetEntireTable(), clear);
+    const Table table = query_.GetEntireTable();
+    return fill(table, clear, query_.sameTable());
 }
 
 DStatsDlgLESPG::DStatsDlgLESPG(const StatsSource& source)

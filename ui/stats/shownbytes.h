@@ -7,10 +7,28 @@
 #include <span>
 #include <vector>
 
-// Remembers the bytes of numbered pieces (rows of a table, or one reply), all of the same size.
+// Remembers the bytes of one reply.
+class ShownReply {
+  public:
+    // Remembers `bytes` as what is shown. True if they differ from what was shown.
+    bool update(std::span<const std::uint8_t> bytes) {
+        if (known_ && std::ranges::equal(bytes, bytes_)) return false;
+        known_ = true;
+        bytes_.assign(bytes.begin(), bytes.end());
+        return true;
+    }
+
+    void forget() { known_ = false; }
+
+  private:
+    std::vector<std::uint8_t> bytes_;
+    bool known_ = false;
+};
+
+// Remembers the bytes of numbered pieces (rows of a table), all of the same size.
 class ShownBytes {
   public:
-    // Remembers `bytes` as what is shown of the piece. True if they differ from what was shown.
+    // As ShownReply, of a piece.
     bool update(std::size_t piece, std::span<const std::uint8_t> bytes) {
         if (piece >= known_.size()) {
             known_.resize(piece + 1);

@@ -56,6 +56,8 @@ bool SignallingPGSigStatsTBL::UpdateDisplay(int index, bool clear, bool old) {
     // Both circuits are among the first 16 rows.
     const auto circuitTable = query_.GetTable(1, 16);
     if (!circuitTable) return false;
+    if (query_.sameTable() && looked_ && !clear && !old) return true;
+    looked_ = true;
     for (std::size_t i = 0; i < std::size(circuitVcis); ++i) {
         const VcRowView row = circuitTable.size() > 1 ? query_.GetVciEntry(circuitVcis[i]) : VcRowView();
         if (!row && old) emptyRow(i);
@@ -92,6 +94,7 @@ void DStatsDlgSignallingPG::UpdateDisplay(int index) {
     query_.setUnit(static_cast<std::uint8_t>(index));
     const LinkStateView reply = query_.GetLinkState();
     if (!reply) return keptOldValues();
+    if (!shown_.update(reply.bytes())) return;
     for (std::size_t i = 0; i < lamps_.size(); ++i) {
         const std::int16_t state = (reply.*lamps[i].state)();
         lamps_[i].show(lookOf(lamps[i].colour(state)), {lamps[i].words(state), state});

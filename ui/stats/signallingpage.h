@@ -20,11 +20,15 @@ class SignallingPGSigStatsTBL : public NamedRowsTable<VcRowView>,
     bool UpdateDisplay(int index, bool clear, bool old);
 
   private:
-    void rewrite() override { shown_.forget(); }
+    void rewrite() override {
+        shown_.forget();
+        looked_ = false;
+    }
     void emptyRow(std::size_t circuit);
 
     vccInfo query_;
     ShownBytes shown_;
+    bool looked_ = false;  // at the rows of the last table
 };
 
 class DStatsDlgSignallingPG final : public StatsPage {
@@ -38,6 +42,7 @@ class DStatsDlgSignallingPG final : public StatsPage {
     void refresh(bool clear) override;
 
     sigInfo query_;
+    ShownReply shown_;
     FieldMap<LinkStateView> states_, address_;
     std::vector<myBitmapButton> lamps_;
     SignallingPGSigStatsTBL table_;

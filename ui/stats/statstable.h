@@ -112,6 +112,7 @@ class KeyedTable : public StatsTable<Row>,
 
   protected:
     using KeyOf = Key (*)(const Row&);
+    using Table = TableView<Row>;
 
     KeyedTable(zTable& table, std::span<const StatsColumn<Row>> columns, KeyOf key, int rows)
         : StatsTable<Row>(table, columns, rows), key_(key) {
@@ -121,10 +122,14 @@ class KeyedTable : public StatsTable<Row>,
 
     // Shows these rows. The table that they belong to must stay valid until the next call of fill() or
     // empty(), also while the driver is asked for the next one: those out of sight are read later.
-    // False when there are none; the table then stays as it is.
-    bool fill(const TableView<Row>& rows, bool clear) {
+    // False when there are none; the table then stays as it is. `same`: they are those of the last call, byte
+    // by byte.
+    bool fill(const TableView<Row>& rows, bool clear, bool same) {
         if (rows.size() == 0) return false;
+        const bool shown = same && rows_.size() == rows.size() && !clear && !cleared_ && !rewrite_;
         rows_ = rows;
+        rewrite_ = false;
+        if (shown) return true;
         if (clear)
             for (const Row row : rows) this->countFrom(row, this->baselines_[key_(row)]);
         shown_.forget(clear || cleared_ ? 0 : rows.size());
@@ -136,7 +141,10 @@ class KeyedTable : public StatsTable<Row>,
     }
 
   private:
-    void rewrite() override { shown_.forget(); }
+    void rewrite() override {
+        shown_.forget();
+        rewrite_ = true;
+    }
 
     void write(int number) {
         const Row row = rows_[asIndex(number) - 1];
@@ -157,6 +165,7 @@ class KeyedTable : public StatsTable<Row>,
 
     KeyOf key_;
     bool cleared_ = false;  // all counters show 0 until the next fill(), also those of rows that share a key
+    bool rewrite_ = false;  // at the next fill(), be the rows the same
     std::size_t digits_ = 0;
     TableView<Row> rows_;
     ShownBytes shown_;  // the rows whose texts are written
