@@ -3,8 +3,51 @@
 #include "tests/e2e/configurationtest.h"
 
 #include "tests/support/scripteddriver.h"
+#include "ui/config/listedit.h"
 
 #include <fmt/format.h>
+
+namespace {
+
+// Counts comparisons and assignments.
+struct Counted {
+    static inline long work = 0;
+    int value = 0;
+
+    Counted(int number) : value(number) {}
+    Counted(const Counted&) = default;
+    Counted& operator=(const Counted& other) {
+        ++work;
+        value = other.value;
+        return *this;
+    }
+    bool operator<(const Counted& other) const { return ++work, value < other.value; }
+};
+
+}  // namespace
+
+TEST(ListEdits, TakingManyOutIsOnePassAndKeepsTheOrder) {
+    std::vector<esiSelector> list(5);
+    const char* const texts[] = {"20", "10", "20", "30", "20"};
+    for (std::size_t i = 0; i < list.size(); ++i) list[i] = texts[i];
+    std::multiset<esiSelector> leaving{list[0], list[0], list[3], esiSelector()};
+    const std::vector<esiSelector> kept{list[1], list[4]};
+    takeOut(list, leaving);
+    EXPECT_EQ(list, kept);
+    EXPECT_TRUE(leaving.empty());
+
+    const auto workOf = [](int count) {
+        std::vector<Counted> all;
+        std::multiset<Counted> half;
+        for (int i = 0; i < 2 * count; ++i) all.emplace_back(i);
+        for (int i = 0; i < count; ++i) half.emplace(2 * i);
+        Counted::work = 0;
+        takeOut(all, half);
+        EXPECT_EQ(all.size(), static_cast<std::size_t>(count));
+        return Counted::work;
+    };
+    EXPECT_LT(workOf(10000), 15 * workOf(1000));
+}
 
 // The pages of the notebook other than the LEC page.
 class PagesTest : public ConfigurationTest {
@@ -178,6 +221,42 @@ TEST_F(PagesTest, ClientsOfOtherServersAreMovedHere) {
     EXPECT_EQ(root.read("/etc/atm/elan0.1"),
               "00a03e000002/00\n00204000c201/00\n00a03e000011/00\n00204000c102/00\n");
     expectTheFilesHold(dump());
+}
+
+// Counted in requests to the X server, which are sent when the list draws.
+TEST_F(PagesTest, MovingManyClientsDrawsTheListOnce) {
+    const std::string here = root.read("/etc/atm/elan0.1");
+    const auto requestsFor = [&](int count) {
+        root.write("/etc/atm/elan0.1", here);
+        std::string list;
+        for (int i = 0; i < count; ++i) list += fmt::format("002040{:06x}/00\n", i);
+        root.write("/etc/atm/elan0.0", list);
+        atmDevices = AtmDevices();
+        startAdvanced();
+        unsigned long requests = 0;
+        configure("lesPage", [&] {
+            tab(2, lesTB);
+            pickLine(clientLB, 2);
+            Display* const display = XtDisplay(named(clientLB));
+            inSubDialog(insertBTN, "moveClients", [&] {
+                for (int line = 1; line <= count; ++line) XmListSelectPos(named(availableLB), line, False);
+                user->settle();
+                requests = NextRequest(display);
+                press(subOkBTN);
+            });
+            requests = NextRequest(display) - requests;
+            int chosen = 0;
+            XtVaGetValues(named(clientLB), XmNitemCount, &chosen, nullptr);
+            EXPECT_GE(chosen, count);
+            press(cancelBTN);
+        });
+        EXPECT_EQ(told().size(), 2U * static_cast<std::size_t>(count));
+        EXPECT_EQ(root.read("/etc/atm/elan0.0"), "");
+        window.reset();
+        return requests;
+    };
+    const unsigned long few = requestsFor(40);
+    EXPECT_LT(requestsFor(1000), 2 * few);
 }
 
 TEST_F(PagesTest, ADriverThatDoesNotAnswerIsNotAskedForEachClientThatMoves) {

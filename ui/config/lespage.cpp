@@ -99,11 +99,6 @@ esiSelector DConfigDlgLESPG::selectedClient() const {
     return client;
 }
 
-void DConfigDlgLESPG::stepUp() {
-    position_ = std::max(0, position_ - 1);
-    list().select(position_);
-}
-
 void DConfigDlgLESPG::clickedAddBTN() {
     position_ = list().selected();
     if (position_ >= 0) esiSelectorXferBuffer = selectedClient();
@@ -120,15 +115,18 @@ void DConfigDlgLESPG::clickedDeleteBTN() {
     const auto& permanent = bufferOf(current()).clients;
     const bool held = std::find(permanent.begin(), permanent.end(), client) != permanent.end();
     delClient(client, static_cast<short>(held ? current() : -1));
-    if (held) UpdateClientLB(current());
+    takeOutLeaving();
+    if (held)
+        UpdateClientLB(current());
+    else
+        list().select(position_);
 }
 
 void DConfigDlgLESPG::addClient(const esiSelector& client, short les, bool ask) {
     const auto unit = static_cast<std::uint8_t>(les);
     const bool taken = ask && request_.addClient(static_cast<std::uint8_t>(currentAdapter), unit,
                                                  lecs_req::mapping(client, unit)) == 0;
-    if (taken || agreesToStatic(dialog_, "Add", client.GetF2EsiSelector(), errorTitle))
-        bufferOf(les).clients.push_back(client);
+    if (taken || agrees("Add", client)) bufferOf(les).clients.push_back(client);
 }
 
 void DConfigDlgLESPG::delClient(const esiSelector& client, short les, bool ask) {
@@ -136,18 +134,31 @@ void DConfigDlgLESPG::delClient(const esiSelector& client, short les, bool ask) 
     if (les < 0) {
         // A temporary mapping is in the running server only: there is nothing else to change.
         if (taken)
-            stepUp();
+            position_ = std::max(0, position_ - 1);
         else
-            zMessageBox(dialog_.application(), dialog_.shell(), zMessageStyle::warning,
-                        std::string("Unable to Dynamically Delete ") + client.GetF2EsiSelector(), errorTitle);
+            tellNotDeleted(client);
         return;
     }
-    if (taken || agreesToStatic(dialog_, "Delete", client.GetF2EsiSelector(), errorTitle)) {
-        auto& permanent = bufferOf(les).clients;
-        const auto found = std::find(permanent.begin(), permanent.end(), client);
-        if (found != permanent.end()) permanent.erase(found);
-        stepUp();
-    }
+    if (!taken && !agrees("Delete", client)) return;
+    leaving_[asIndex(les)].insert(client);
+    position_ = std::max(0, position_ - 1);
+}
+
+void DConfigDlgLESPG::takeOutLeaving() {
+    for (int les = 0; les < lesCount; ++les)
+        if (!leaving_[asIndex(les)].empty()) takeOut(bufferOf(les).clients, leaving_[asIndex(les)]);
+}
+
+void DConfigDlgLESPG::tellNotDeleted(const esiSelector& client) {
+    takeOutLeaving();
+    zMessageBox(dialog_.application(), dialog_.shell(), zMessageStyle::warning,
+                std::string("Unable to Dynamically Delete ") + client.GetF2EsiSelector(), errorTitle);
+}
+
+// Should the program end at the question, what the driver has is in the lists.
+bool DConfigDlgLESPG::agrees(const char* verb, const esiSelector& client) {
+    takeOutLeaving();
+    return agreesToStatic(dialog_, verb, client.GetF2EsiSelector(), errorTitle);
 }
 
 void DConfigDlgLESPG::clickedMoveBTN() {
@@ -174,5 +185,6 @@ void DConfigDlgLESPG::insertClients(const std::vector<ElanClient>& clients) {
         delClient(client.address, static_cast<short>(client.permanent ? client.les : -1), !answers.missed());
         addClient(client.address, static_cast<short>(current()), !answers.missed());
     }
+    takeOutLeaving();
     UpdateClientLB(current());
 }

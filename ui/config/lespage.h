@@ -11,7 +11,9 @@
 #include "ui/config/mvclientdlg.h"
 #include "ui/config/page.h"
 
+#include <array>
 #include <fmt/format.h>
+#include <set>
 #include <vector>
 
 class DConfigDlgLESPG final : public InstancePage {
@@ -37,19 +39,23 @@ class DConfigDlgLESPG final : public InstancePage {
     // configuration server has for it.
     void UpdateClientLB(int i);
 
-    // Changes one mapping, in the driver first, unless `ask` is false; the list box is not refilled. `les` is
-    // the server that the client is mapped to; -1: the mapping is a temporary one.
+    // Changes one mapping, in the driver first, unless `ask` is false; the list box stays as it is. `les` is
+    // the server that the client is mapped to; -1: the mapping is a temporary one. A permanent one that is
+    // deleted is in its server's list until takeOutLeaving().
     void addClient(const esiSelector& client, short les, bool ask = true);
     void delClient(const esiSelector& client, short les, bool ask = true);
+    void takeOutLeaving();
+    void tellNotDeleted(const esiSelector& client);
+    bool agrees(const char* verb, const esiSelector& client);
 
     void insertClients(const std::vector<ElanClient>& clients);
-    void stepUp();
     esiSelector selectedClient() const;
     zListBox& list() const { return control<zListBox>(clientLB); }
 
     zFormDialog& dialog_;
     lecsInfo query_;
     lecsRequest request_;
+    std::array<std::multiset<esiSelector>, lesCount> leaving_;  // by server
     int position_ = -1;  // the selected position of the list, as remembered
     int choice_ = 0;     // id of the chosen button, Ethernet or Token Ring
 };
