@@ -36,8 +36,7 @@ IP1577PGConnectionTBL::IP1577PGConnectionTBL(zTable& table, const StatsSource& s
 
 bool IP1577PGConnectionTBL::UpdateDisplay(int index, bool clear) {
     query_.setUnit(static_cast<std::uint8_t>(index));
-    const Table table = query_.GetEntireTable();
-    return fill(table, clear, query_.sameTable());
+    return fill(query_, clear);
 }
 
 DStatsDlgIP1577PG::DStatsDlgIP1577PG(const StatsSource& source)

@@ -85,8 +85,7 @@ LECPGLECTBL::LECPGLECTBL(zTable& table, const StatsSource& source)
 
 bool LECPGLECTBL::UpdateDisplay(int lec, bool clear) {
     query_.setUnit(static_cast<std::uint8_t>(lec));
-    const Table table = query_.GetEntireTable();
-    return fill(table, clear, query_.sameTable());
+    return fill(query_, clear, lec);
 }
 
 DStatsDlgLECPG::DStatsDlgLECPG(const StatsSource& source)

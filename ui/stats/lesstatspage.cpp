@@ -41,8 +41,7 @@ LESPGClientTBL::LESPGClientTBL(zTable& table, const StatsSource& source)
 
 bool LESPGClientTBL::UpdateDisplay(int les, bool clear) {
     query_.setUnit(static_cast<std::uint8_t>(les));
-    const Table table = query_.GetEntireTable();
-    return fill(table, clear, query_.sameTable());
+    return fill(query_, clear, les);
 }
 
 DStatsDlgLESPG::DStatsDlgLESPG(const StatsSource& source)

@@ -4,7 +4,7 @@
 
 #include "platform/index.h"
 #include "ui/mytable.h"
-#include "ui/stats/baselines.h"
+#include "ui/stats/keyedbaselines.h"
 #include "ui/stats/shownbytes.h"
 #include "ui/stats/statstext.h"
 
@@ -13,7 +13,6 @@
 #include <cassert>
 #include <span>
 #include <string>
-#include <unordered_map>
 
 constexpr const char* vciSample = "  0/65535";
 constexpr const char* signedVciSample = "  0/-32768";
@@ -100,7 +99,7 @@ template <class Row> class NamedRowsTable : public StatsTable<Row> {
 // the row, so that they follow a connection when rows come and go. Only visible rows are turned into text.
 template <class Row, class Key, class Hash = std::hash<Key>>
 class KeyedTable : public StatsTable<Row>,
-                   public Baselines<std::unordered_map<Key, typename StatsTable<Row>::RowCounters, Hash>> {
+                   public KeyedBaselines<Key, typename StatsTable<Row>::RowCounters, Hash> {
   public:
     ~KeyedTable() override { this->table().writeOnDemand({}); }
 
@@ -112,7 +111,6 @@ class KeyedTable : public StatsTable<Row>,
 
   protected:
     using KeyOf = Key (*)(const Row&);
-    using Table = TableView<Row>;
 
     KeyedTable(zTable& table, std::span<const StatsColumn<Row>> columns, KeyOf key, int rows)
         : StatsTable<Row>(table, columns, rows), key_(key) {
@@ -120,12 +118,15 @@ class KeyedTable : public StatsTable<Row>,
         table.writeOnDemand([this](int number) { write(number); });
     }
 
-    // Shows these rows. The table that they belong to must stay valid until the next call of fill() or
-    // empty(), also while the driver is asked for the next one: those out of sight are read later.
-    // False when there are none; the table then stays as it is. `same`: they are those of the last call, byte
-    // by byte.
-    bool fill(const TableView<Row>& rows, bool clear, bool same) {
+    // Fetches the table and shows its rows. The query must fetch no other table meanwhile, since rows out of
+    // sight are read later. False when there are none; the table then stays as it is. `group`: see
+    // KeyedBaselines.
+    template <class Query> bool fill(Query& query, bool clear, int group = 0) {
+        const TableView<Row> rows = query.GetEntireTable();
+        if (!clear && query.result() == 0 && !this->baselines_.empty())
+            this->noteRows(rows, key_, group, std::chrono::steady_clock::now());
         if (rows.size() == 0) return false;
+        const bool same = query.sameTable();
         const bool shown = same && rows_.size() == rows.size() && !clear && !cleared_ && !rewrite_;
         rows_ = rows;
         rewrite_ = false;
