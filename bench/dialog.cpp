@@ -1,9 +1,11 @@
 // bench_dialog PAIRS: the configuration dialog, pair by pair with its floors: opening it beside opening a
-// notebook with one empty page, and OK on an unchanged adapter beside the same change without windows. Needs
-// a display, and in TARVOLIN_ROOT a simulator and the sample configuration, whose lists get full length.
-// Prints figure, floor (medians, milliseconds) and the median of the ratios.
+// notebook with one empty page, opening it and looking at all five pages beside the same with five empty
+// ones, and OK on an unchanged adapter beside the same change without windows. Needs a display, and in
+// TARVOLIN_ROOT a simulator and the sample configuration, whose lists get full length. Prints figure, floor
+// (medians, milliseconds) and the median of the ratios.
 #include "app/maindlg.h"
 #include "bench/onechange.h"
+#include "model/settings.h"
 #include "platform/user.h"
 #include "resources/pictures.h"
 #include "toolkit/controls/button.h"
@@ -11,10 +13,13 @@
 #include "ui/config/confids.h"
 #include "ui/subdialog.h"
 
-#include <Xm/Xm.h>
+#include <Xm/DrawingA.h>
+#include <Xm/PushB.h>
+#include <Xm/TabStack.h>
 #include <cstdlib>
 #include <fmt/core.h>
 #include <functional>
+#include <vector>
 
 namespace {
 
@@ -40,8 +45,9 @@ constexpr zLayout emptyPage{.id = 2,
 
 class EmptyDialog : public zFormDialog {
   public:
-    explicit EmptyDialog(zWindow& parent) : zFormDialog(parent, emptyDialog) {
-        control<zNotebook>(pagesNB).addPage(emptyPage);
+    // Pages are made when they are first on top, as those of the configuration dialog.
+    EmptyDialog(zWindow& parent, int pages) : zFormDialog(parent, emptyDialog) {
+        for (int page = 0; page < pages; ++page) control<zNotebook>(pagesNB).addPage(emptyPage, {});
     }
 };
 
@@ -78,6 +84,63 @@ void settle(zApplication& application) {
     }
 }
 
+// Turns to one page after the other, and on when it is drawn. Returns how many there are.
+int lookAtAll(zApplication& application, Widget top) {
+    const Widget tabs = XtNameToWidget(top, fmt::format("*id{}", int{pagesNB}).c_str());
+    WidgetList children = nullptr;
+    Cardinal count = 0;
+    XtVaGetValues(tabs, XmNchildren, &children, XmNnumChildren, &count, nullptr);
+    int pages = 0;
+    for (const Widget page : std::vector<Widget>(children, children + count)) {
+        if (!XmIsDrawingArea(page)) continue;
+        XmTabStackSelectTab(page, True);
+        settle(application);
+        ++pages;
+    }
+    return pages;
+}
+
+void press(Widget button) {
+    XmPushButtonCallbackStruct call{.reason = XmCR_ACTIVATE, .event = nullptr, .click_count = 1};
+    XtCallCallbacks(button, XmNactivateCallback, &call);
+}
+
+struct Looking {
+    double milliseconds = 0;
+    int pages = 0;
+};
+
+Looking lookAtReal(zApplication& application, const zWindow& window, Widget setup) {
+    Looking looking;
+    const double begin = milliseconds();
+    OnceShown real{window.shell(), [&](Widget) {
+                       looking.pages = lookAtAll(application, window.shell());
+                       looking.milliseconds = milliseconds() - begin;
+                       press(XtNameToWidget(window.shell(), fmt::format("*id{}", int{cancelBTN}).c_str()));
+                   }};
+    real.start();
+    press(setup);
+    settle(application);
+    return looking;
+}
+
+Looking lookAtEmpty(zApplication& application, zWindow& window, int pages, bool all) {
+    Looking looking;
+    {
+        const double begin = milliseconds();
+        EmptyDialog empty(window, pages);
+        OnceShown wait{empty.shell(), [&](Widget) {
+                           if (all) looking.pages = lookAtAll(application, empty.shell());
+                           looking.milliseconds = milliseconds() - begin;
+                           empty.endModal();
+                       }};
+        wait.start();
+        empty.runModal();
+    }
+    settle(application);
+    return looking;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -95,37 +158,35 @@ int main(int argc, char** argv) {
     application.handlePending();
     const Widget setup = window.control<zBitmapButton>(setupBTN).widget();
 
-    Pairs opening, confirming;
+    Pairs opening, looking, confirming;
     for (int pair = -1; pair < std::atoi(argv[1]); ++pair) {
-        double begin = milliseconds(), shown = 0;
+        const double begin = milliseconds();
+        double shown = 0;
         OnceShown real{window.shell(), [&](Widget ok) {
                            shown = milliseconds();
-                           XtCallCallbacks(ok, XmNactivateCallback, nullptr);
+                           press(ok);
                        }};
         real.start();
-        XtCallCallbacks(setup, XmNactivateCallback, nullptr);
+        press(setup);
         const double done = milliseconds();
         settle(application);
         const double figure = shown - begin;
 
-        double floor = 0;
-        {
-            begin = milliseconds();
-            EmptyDialog empty(window);
-            OnceShown wait{empty.shell(), [&](Widget) {
-                               floor = milliseconds() - begin;
-                               empty.endModal();
-                           }};
-            wait.start();
-            empty.runModal();
-        }
-        settle(application);
+        const double floor = lookAtEmpty(application, window, 1, false).milliseconds;
+
+        advSettings = 1;
+        const Looking all = lookAtReal(application, window, setup);
+        const Looking none = lookAtEmpty(application, window, all.pages, true);
+        advSettings = 0;
+        if (all.pages != 5 || none.pages != all.pages) return 1;
 
         const double fileWork = alone.make(Edit::nothing);
         if (pair < 0) continue;  // the first pair warms the caches
         opening.add(figure, floor);
+        looking.add(all.milliseconds, none.milliseconds);
         confirming.add(done - shown, fileWork);
     }
     opening.print("opening");
+    looking.print("looking");
     confirming.print("confirming");
 }

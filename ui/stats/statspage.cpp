@@ -48,9 +48,9 @@ void StatsPage::refreshUntil(Clock::time_point end, bool clear) {
     answers_.restart();
     look_ = Clock::now() + noticeable;
     end_ = end;
-    channel_.interrupt = [this] { return withholds(); };  // so small that it takes no memory
+    channel_.interrupt.swap(interrupt_);
     refresh(clearing_);
-    channel_.interrupt = {};
+    channel_.interrupt.swap(interrupt_);
 
     missed_ = answers_.missed();
     if (!withheld_) endClear();

@@ -106,6 +106,7 @@ class StatsPage : public TimerPage {
     unsigned long reopenings_;
     bool filled_ = false;  // with the answers of a whole refresh, be they greyed
     bool greyed_ = false;
+    std::function<bool()> interrupt_ = [this] { return withholds(); };  // the channel's during a refresh
     // Of the refresh that runs: when it ends at the latest, and when to look whether the user waits.
     Clock::time_point end_, look_;
 };
