@@ -234,26 +234,6 @@ TEST_F(TypingTest, TheCaretStaysInSightInALongName) {
     EXPECT_EQ(field(nameED).text(), "bcdefghijklmnopqrstuvwxyx");
 }
 
-// Of a text that is shown only what differs is drawn.
-TEST_F(TypingTest, ShownTextsLookTheSameWhateverStoodThere) {
-    const char* const texts[] = {"",       "5",      "123456",
-                                 "123461", "111111", "99999",
-                                 "100000", "7",      "much longer than the field is wide, by far"};
-    std::map<std::string, std::map<unsigned, int>> looks;
-    for (const char* text : texts) {
-        for (const char* before : texts) {
-            field(shownED).setText(before);
-            user.settle();
-            field(shownED).setText(text);
-            user.settle();
-            EXPECT_EQ(field(shownED).text(), text);
-            const auto colours = user.colours(field(shownED).widget());
-            EXPECT_EQ(looks.try_emplace(text, colours).first->second, colours) << before << " to " << text;
-        }
-    }
-    EXPECT_NE(looks["123456"], looks["123461"]);
-}
-
 // Whoever owns the selection answers late, or never.
 TEST_F(TypingTest, AWindowThatClosesWaitsForNoSelection) {
     OtherClient other("200", "300");

@@ -158,18 +158,11 @@ void zEdit::setText(const std::string& value) {
     std::string shown = value;
     std::replace_if(
         shown.begin(), shown.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
-    const std::string was = text();
-    if (shown == was) return;
+    if (shown == text()) return;
     const bool marked = readOnly_ && *mark_;  // a live value: it is copied as it stands
     mark_->clear();
     byProgram_ = true;
-    if (readOnly_) {
-        // Of a counter the last digits: that costs half of a new text.
-        const auto kept = std::ranges::mismatch(was, shown).in1 - was.begin();
-        XmTextFieldReplace(widget(), kept, static_cast<XmTextPosition>(was.size()), shown.data() + kept);
-    } else {
-        XmTextFieldSetString(widget(), shown.data());
-    }
+    XmTextFieldSetString(widget(), shown.data());
     byProgram_ = false;
     if (marked) mark_->set(0, shown.size());
 }
