@@ -4,6 +4,7 @@
 #include "model/recordrules.h"
 #include "model/statecodes.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 #include <map>
 #include <utility>
@@ -30,10 +31,11 @@ unsigned long linkRate(std::uint32_t kind) {
     return (kind == link25 ? slowCells : fastCells) * payload;
 }
 
-// Walks an adapter's enabled services.
+// Walks an adapter's enabled services. With `only`, of each rule the first finding about that one.
 class Check {
   public:
-    explicit Check(const AdapterRecords& records) : records_(records) {}
+    explicit Check(const AdapterRecords& records, std::string_view only = {})
+        : records_(records), only_(only) {}
 
     std::vector<Finding> run() {
         record("signalling", records_.sig);
@@ -64,7 +66,14 @@ class Check {
         found_.push_back({rule, severity, std::move(path), std::move(message), part});
     }
 
+    bool wants(std::string_view service) const { return only_.empty() || only_ == service; }
+    // Thousands of entries can have the same fault: then its sentence is made once.
+    bool wants(int rule, std::string_view service) const {
+        return wants(service) && (only_.empty() || std::ranges::count(found_, rule, &Finding::number) == 0);
+    }
+
     template <class Record> void record(const std::string& service, const Record& record) {
+        if (!wants(service)) return;
         for (Finding& finding : CheckRecord(record)) {
             finding.path = service + "." + std::exchange(finding.part, {});
             found_.push_back(std::move(finding));
@@ -72,8 +81,10 @@ class Check {
     }
 
     template <class Pvc> void entries(const std::string& service, const std::vector<Pvc>& pvcs) {
+        if (!wants(service)) return;
         for (std::size_t i = 0; i < pvcs.size(); ++i)
             for (Finding& finding : CheckEntry(pvcs[i])) {
+                if (!wants(finding.number, service)) continue;
                 finding.path = entry(service, "pvcs", i);
                 found_.push_back(std::move(finding));
             }
@@ -84,7 +95,7 @@ class Check {
         if (!network) return;
         for (std::size_t i = 0; i < records_.ip.pvcs.size(); ++i) {
             const ipAddress& peer = records_.ip.pvcs[i].ip;
-            if (peer == ipAddress() || network->has(AddressNumber(peer))) continue;
+            if (peer == ipAddress() || network->has(AddressNumber(peer)) || !wants(105, "ip")) continue;
             add(105, warning, entry("ip", "pvcs", i),
                 fmt::format("{} is not in the client's network", peer.GetFIPAddress()), "ip");
         }
@@ -95,7 +106,8 @@ class Check {
         if (most == 0) return;
         const auto look = [&](const std::string& service, const auto& pvcs) {
             for (std::size_t i = 0; i < pvcs.size(); ++i)
-                if (pvcs[i].rate > 0 && static_cast<unsigned long>(pvcs[i].rate) * megabyte > most)
+                if (pvcs[i].rate > 0 && static_cast<unsigned long>(pvcs[i].rate) * megabyte > most &&
+                    wants(205, service))
                     add(205, warning, entry(service, "pvcs", i),
                         fmt::format("{} MB/s are more than the link has: {:.2f}", pvcs[i].rate,
                                     static_cast<double>(most) / megabyte),
@@ -107,18 +119,28 @@ class Check {
     }
 
     void vcis() {
-        std::map<unsigned, std::string> owners;
-        const auto look = [&](const std::string& service, const std::string& words, const auto& pvcs) {
+        std::vector<std::uint8_t> owners(std::size_t{1} << 16U);  // by VCI: the client's number, 0: none
+        std::uint8_t number = 0;
+        const auto words = [](unsigned owner) {
+            return owner > lecCount ? "Classical IP" : name("LEC ", owner - 1);
+        };
+        const auto look = [&](const std::string& service, const auto& pvcs) {
             for (std::size_t i = 0; i < pvcs.size(); ++i) {
-                const auto [first, isNew] = owners.try_emplace(pvcs[i].vci, words);
-                if (isNew) continue;
-                found_.push_back(VciTwice(pvcs[i].vci, first->second));
-                found_.back().path = entry(service, "pvcs", i);
+                std::uint8_t& owner = owners[pvcs[i].vci];
+                if (owner == 0) {
+                    owner = number;
+                } else if (wants(101, service)) {
+                    found_.push_back(VciTwice(pvcs[i].vci, words(owner)));
+                    found_.back().path = entry(service, "pvcs", i);
+                }
             }
         };
-        for (std::size_t m = 0; m < records_.lec.size(); ++m)
-            if (records_.lec[m].enabled) look(name("lec", m), name("LEC ", m), records_.lec[m].pvcs);
-        if (records_.ip.enabled) look("ip", "Classical IP", records_.ip.pvcs);
+        for (const AtmLEC& client : records_.lec) {
+            ++number;
+            if (client.enabled) look(name("lec", number - 1U), client.pvcs);
+        }
+        ++number;
+        if (records_.ip.enabled) look("ip", records_.ip.pvcs);
     }
 
     // Servers of one ELAN, and clients that its strict server turns away.
@@ -128,7 +150,7 @@ class Check {
             const AtmLES& server = records_.les[m];
             if (!server.enabled || server.elanName.empty()) continue;
             const auto [same, isNew] = first.try_emplace(server.elanName.str(), m);
-            if (!isNew)
+            if (!isNew && wants(109, name("les", m)))
                 add(109, error, name("les", m) + ".elanName",
                     fmt::format("{} serves the ELAN {}, too", name("LES ", same->second),
                                 server.elanName.view()));
@@ -136,7 +158,7 @@ class Check {
             for (std::size_t n = 0; n < records_.lec.size(); ++n) {
                 const AtmLEC& client = records_.lec[n];
                 if (client.enabled && UsesServers(client) && client.elanName == server.elanName &&
-                    client.mtuClass != server.mtuClass)
+                    client.mtuClass != server.mtuClass && wants(110, name("lec", n)))
                     add(110, error, name("lec", n) + ".mtu",
                         fmt::format("{} is strict about the MTU, and has another one", name("LES ", m)));
             }
@@ -144,13 +166,14 @@ class Check {
     }
 
     void clients() {
+        if (!only_.empty() && !only_.starts_with("les")) return;
         std::map<esiSelector::Bytes, std::size_t> first;
         for (std::size_t m = 0; m < records_.les.size(); ++m) {
             if (!records_.les[m].enabled) continue;
             const auto& all = records_.les[m].clients;
             for (std::size_t i = 0; i < all.size(); ++i) {
                 const auto [same, isNew] = first.try_emplace(all[i].bytes(), m);
-                if (isNew || same->second == m) continue;
+                if (isNew || same->second == m || !wants(111, name("les", m))) continue;
                 add(111, error, entry(name("les", m), "clients", i),
                     fmt::format("{} is a client of {}, too", all[i].GetF2EsiSelector(),
                                 name("LES ", same->second)));
@@ -163,7 +186,7 @@ class Check {
         const auto look = [&](const std::string& path, const std::string& words, const FileName& file) {
             if (file.empty()) return;
             const auto [same, isNew] = first.try_emplace(file.str(), words);
-            if (!isNew)
+            if (!isNew && wants(path.substr(0, path.find('.'))))
                 add(114, error, path,
                     fmt::format("{} is the list file of {}, too", file.view(), same->second));
         };
@@ -177,6 +200,7 @@ class Check {
     }
 
     const AdapterRecords& records_;
+    std::string_view only_;
     std::vector<Finding> found_;
 };
 
@@ -193,4 +217,8 @@ AdapterRecords::AdapterRecords(const AtmDevices& devices, int adapter) {
 
 std::vector<Finding> CheckAdapter(const AdapterRecords& records) {
     return Check(records).run();
+}
+
+std::vector<Finding> CheckService(const AdapterRecords& records, std::string_view service) {
+    return Check(records, service).run();
 }

@@ -228,3 +228,26 @@ TEST(Rules, SayNothingOfWhatIsOff) {
     records.sig.addressRegistration = 1;
     EXPECT_EQ(text(CheckAdapter(records)), "");
 }
+
+TEST(Rules, OfOneServiceEachRuleSpeaksOnce) {
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        AdapterRecords records = working();
+        c.spoil(records);
+        std::map<std::pair<std::string, int>, std::string> first;
+        for (const Finding& finding : CheckAdapter(records))
+            first.try_emplace({finding.path.substr(0, finding.path.find('.')), finding.number},
+                              finding.path + finding.message);
+        for (const auto& [of, words] : first) {
+            const auto findings = CheckService(records, of.first);
+            const auto found = std::ranges::find(findings, of.second, &Finding::number);
+            ASSERT_NE(found, findings.end()) << words;
+            EXPECT_EQ(found->path + found->message, words);
+        }
+    }
+    AdapterRecords records = working();
+    for (AtmLEC& client : records.lec) client.pvcs.assign(1000, AtmBridgedPvc{});
+    EXPECT_GE(CheckAdapter(records).size(), 4U * 1000);
+    EXPECT_LE(CheckService(records, "lec2").size(), 4U);
+    EXPECT_EQ(text(CheckService(records, "signalling")), "");
+}

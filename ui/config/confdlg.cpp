@@ -116,5 +116,6 @@ zMessageLine::Advice DConfigDlg::advise(const zEdit* field) {
     records.sig = sigXferBuffer;
     for (const auto& page : pages_) page->putShown(records);
     const ConfigPage& page = *pages_[asIndex(top)];
-    return adviceOn(CheckAdapter(records), page.service(), page.advisedFields(), field);
+    const std::string service = page.service();
+    return adviceOn(CheckService(records, service), service, page.advisedFields(), field);
 }
