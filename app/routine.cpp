@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdio>
 #include <fmt/ranges.h>
 
 namespace {
@@ -69,7 +70,7 @@ void takeOptions(const std::string& commandLine) {
 
 int runApplication(const std::string& command, const std::vector<std::string>& arguments) {
     platform::guardStandardStreams();
-    if (answered(arguments)) return 0;
+    if (answered(arguments)) return std::fflush(stdout) == 0 ? 0 : 1;
     takeOptions(fmt::format("{}", fmt::join(arguments, " ")));
     platform::logRootDirectory();
 

@@ -24,6 +24,6 @@ bool IsSubnetMask(std::uint32_t mask) {
 
 std::optional<IpNetwork> IpNetwork::of(const AtmIP1577& client) {
     const auto own = AddressNumber(client.ip.view()), mask = AddressNumber(client.subnetMask.view());
-    if (!own || !mask || !IsSubnetMask(*mask)) return {};
+    if (!own || *own == 0 || !mask || !IsSubnetMask(*mask)) return {};
     return IpNetwork{*own, *mask};
 }

@@ -17,7 +17,7 @@ bool IsSubnetMask(std::uint32_t mask);
 struct IpNetwork {
     std::uint32_t own, mask;
 
-    // Nothing if the address is none, or the mask.
+    // Nothing if the address is none, or 0.0.0.0, or the mask is none.
     static std::optional<IpNetwork> of(const AtmIP1577& client);
     bool has(std::uint32_t address) const { return (address & mask) == (own & mask); }
 };

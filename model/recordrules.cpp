@@ -115,8 +115,8 @@ constexpr Rule<AtmSig> sigRules[] = {
 constexpr Rule<AtmIP1577> ipRules[] = {
     {4, error, "address",
      [](auto& c) {
-         return c.ip.empty() ? "This is an enabled client without an IP address"
-                             : addressComplaint(c.ip.view());
+         return c.ip.empty() || c.ip.view() == "0.0.0.0" ? "This is an enabled client without an IP address"
+                                                         : addressComplaint(c.ip.view());
      }},
     {104, error, "address",
      [](auto& c) {

@@ -35,6 +35,31 @@ class ManualTest : public ConfigurationTest {
     }
 };
 
+// It takes the keyboard from the box, and gives it back.
+TEST_F(ManualTest, OpensOverAMessageBox) {
+    start();
+    platform::pretendSuperUser(false);
+    const auto manual = [this] { return user->shellLike("Tarvolin Manual"); };
+    int opened = 0;
+    inDialogOf(setupBTN, "Privilege Error", [&] {
+        for (int time = 0; time < 2; ++time) {
+            user->focus(user->shellLike("Privilege Error"));
+            user->when([&] { return manual() != nullptr; },
+                       [&] {
+                           ++opened;
+                           user->focus(manual());
+                           user->key("Escape");
+                       });
+            user->key("F1");
+            EXPECT_FALSE(manual());
+        }
+        user->focus(user->shellLike("Privilege Error"));
+        user->key("Return");
+    });
+    EXPECT_EQ(opened, 2);
+    platform::pretendSuperUser(true);
+}
+
 TEST_F(ManualTest, OpensThePartAboutTheWindow) {
     start();
     advSettings = 1;

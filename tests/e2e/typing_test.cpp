@@ -39,6 +39,18 @@ TEST(FieldMasks, PastedAddressesComeAsTheFieldsShowThemOrNotAtAll) {
     }
 }
 
+// The message line has room for some 90 letters.
+TEST(FieldMasks, ReasonsFitTheMessageLine) {
+    for (const zFieldMask* field : {&macAddressField, &esiSelectorField, &networkPrefixField, &ipAddressField,
+                                    &elanNameField, &fourDigitsField}) {
+        EXPECT_LE(std::string_view("This character cannot stand here: ").size() +
+                      std::string_view(field->takes).size(),
+                  90U)
+            << field->takes;
+        EXPECT_LE(std::string_view(field->full).size(), 90U) << field->full;
+    }
+}
+
 TEST_F(TypingTest, AWholeAddressFillsBothHalvesOnEveryPageThatHasThem) {
     start();
     advSettings = 1;

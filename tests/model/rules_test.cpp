@@ -129,6 +129,8 @@ const Case cases[] = {
     {"NoAddress", [](auto& r) { r.ip.ip = "300.1.1.1"; }, "error 4 ip.address: 300.1.1.1 is no address"},
     {"AddressMissing", [](auto& r) { r.ip.ip = ""; },
      "error 4 ip.address: This is an enabled client without an IP address"},
+    {"AddressMissingAsStored", [](auto& r) { r.ip.ip = "0.0.0.0"; },
+     "error 4 ip.address: This is an enabled client without an IP address"},
     {"Mask", [](auto& r) { r.ip.subnetMask = "255.0.255.0"; },
      "error 103 ip.subnetMask: 255.0.255.0 is no subnet mask: it has holes"},
     {"OwnAddress", [](auto& r) { r.ip.ip = "192.168.1.0"; },

@@ -35,7 +35,8 @@ zSpot moveTo(Widget shell, const zSpot& spot) {
 
 zSpot zCentreShell(Widget shell) {
     const zSpot room = roomBeside(shell);
-    return moveTo(shell, {room.x / 2, room.y / 2});
+    // A window manager may put its title bar at this place.
+    return moveTo(shell, {room.x / 2, std::min(room.y / 2, std::max(0, room.y - titleBar))});
 }
 
 zSpot zPlaceBeside(Widget shell, const zSpot& other, int away) {

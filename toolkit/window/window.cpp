@@ -223,7 +223,18 @@ void zFormDialog::onHelp(std::function<void()> asked) {
 
 void zFormDialog::openBeside(std::unique_ptr<zFormDialog> dialog) {
     beside_ = std::move(dialog);
-    beside_->show();
+    if (!zBlockedByModal(beside_->shell())) return beside_->show();
+    besideIsModal_ = true;  // over the message box that has the keyboard
+    beside_->runModal();
+    besideIsModal_ = false;
+    beside_.reset();
+}
+
+void zFormDialog::closeBeside() {
+    if (besideIsModal_)
+        beside_->endModal();
+    else
+        beside_.reset();
 }
 
 void zFormDialog::show() {

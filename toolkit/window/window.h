@@ -65,7 +65,7 @@ class zFormDialog : public zWindow {
     // Shows a modeless dialog of this window in place of the one before. It takes input while this window
     // does, and goes with it.
     void openBeside(std::unique_ptr<zFormDialog> dialog);
-    void closeBeside() { beside_.reset(); }  // the dialog itself may call it
+    void closeBeside();  // the dialog itself may call it
 
     // Shows the dialog until endModal() is called or the application ends, then unmaps it. Meanwhile the
     // other windows take no input and ignore requests to close them.
@@ -116,6 +116,7 @@ class zFormDialog : public zWindow {
     std::unique_ptr<zFormDialog> beside_;
     bool realized_ = false;
     bool done_ = false;
+    bool besideIsModal_ = false;
     bool stays_ = false;  // on the screen, after runModalAndStay()
     bool isMain_ = false;
     std::string place_;  // the user's; empty: centred
