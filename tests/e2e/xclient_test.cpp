@@ -50,6 +50,19 @@ struct Onlooker {
         if (data) XFree(data);
         return text;
     }
+    std::string typeOf(Window window, const char* name) const {
+        Atom type = 0;
+        int format = 0;
+        unsigned long count = 0, left = 0;
+        unsigned char* data = nullptr;
+        XGetWindowProperty(display, window, XInternAtom(display, name, False), 0, 0, False, AnyPropertyType,
+                           &type, &format, &count, &left, &data);
+        if (data) XFree(data);
+        char* held = type ? XGetAtomName(display, type) : nullptr;
+        std::string text = held ? held : "";
+        if (held) XFree(held);
+        return text;
+    }
     int initialState(Window window) const {
         XWMHints* hints = XGetWMHints(display, window);
         const int state = hints && hints->flags & StateHint ? hints->initial_state : -1;
@@ -116,13 +129,16 @@ TEST(XClient, OptionsDoWhatTheyDoInOtherPrograms) {
     constexpr unsigned long grey = 0xc0c0c0, blue = 0x112233;
     const struct {
         Words arguments;
-        std::string title = programTitle, instance = "tarvolin", says = "";
+        std::string title = programTitle, titleType = "STRING", instance = "tarvolin", says = "";
         Spot place{centred, centred};  // negative: from the right and lower edge
         int state = NormalState;
         unsigned long background = grey;
     } cases[] = {
         {.arguments = {}},
         {.arguments = {"-title", "North exchange"}, .title = "North exchange"},
+        {.arguments = {"-title", "Tärvölin ✓"}, .title = "Tärvölin ✓", .titleType = "COMPOUND_TEXT"},
+        {.arguments = {"-title", "T\xe4rvolin \xe2"}, .title = "Tärvolin â", .titleType = "COMPOUND_TEXT"},
+        {.arguments = {"-xrm", "Tarvolin.title: Ωж한"}, .title = "Ωж한", .titleType = "COMPOUND_TEXT"},
         {.arguments = {"-name", "north"}, .instance = "north"},
         {.arguments = {"-iconic"}, .state = IconicState},
         {.arguments = {"-geometry", "+30+40"}, .place = {30, 40}},
@@ -169,7 +185,14 @@ TEST(XClient, OptionsDoWhatTheyDoInOtherPrograms) {
         usualSize = size;
 
         EXPECT_EQ(onlooker.placedByUser(window), c.place.x != centred);
+        EXPECT_EQ(onlooker.typeOf(window, "WM_NAME"), c.titleType);
+        EXPECT_EQ(onlooker.typeOf(window, "WM_ICON_NAME"), c.titleType);
+        EXPECT_EQ(onlooker.property(window, "WM_ICON_NAME"), onlooker.property(window, "WM_NAME"));
         EXPECT_EQ(onlooker.property(window, "WM_CLASS"), c.instance + " Tarvolin");
+        for (const char* name : {"_NET_WM_NAME", "_NET_WM_ICON_NAME"}) {
+            EXPECT_EQ(onlooker.property(window, name), c.title);
+            EXPECT_EQ(onlooker.typeOf(window, name), "UTF8_STRING");
+        }
         EXPECT_EQ(onlooker.initialState(window), c.state);
         EXPECT_TRUE(soon([&] { return onlooker.background(window) == c.background; }, 5));
         EXPECT_EQ(tool.output(), c.says);
@@ -196,6 +219,7 @@ TEST(XClient, WindowManagersLearnTheProgramAndTheProcessOfEachWindow) {
             {"WM_CLIENT_MACHINE", hostName()},
             {"WM_CLIENT_LEADER", leader},
             {"_NET_WM_PID", std::to_string(tool.process())},
+            {"_NET_WM_NAME", titleOfWindow(onlooker.display, window)},
         };
         const int dark = onlooker.pixelsOfIcon(window);
         EXPECT_TRUE(dark > 200 && dark < 2000) << dark << " of 48 x 48";

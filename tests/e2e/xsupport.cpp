@@ -89,10 +89,14 @@ std::vector<Window> shownWindows(Display* display) {
 }
 
 std::string titleOfWindow(Display* display, Window window) {
-    char* name = nullptr;
-    if (!XFetchName(display, window, &name) || !name) return {};
-    std::string title = name;
-    XFree(name);
+    XTextProperty name{};
+    if (!XGetWMName(display, window, &name)) return {};
+    char** texts = nullptr;
+    int count = 0;
+    Xutf8TextPropertyToTextList(display, &name, &texts, &count);
+    XFree(name.value);
+    std::string title = count > 0 ? texts[0] : "";
+    if (texts) XFreeStringList(texts);
     return title;
 }
 

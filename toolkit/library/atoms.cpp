@@ -9,6 +9,8 @@ void zInternAtoms(Display* display) {
         "WM_CLIENT_LEADER",
         "_NET_WM_ICON",
         "_NET_WM_PID",
+        "_NET_WM_NAME",
+        "_NET_WM_ICON_NAME",
         "_MOTIF_BINDINGS",
         "_MOTIF_DEFAULT_BINDINGS",
         "COMPOUND_TEXT",

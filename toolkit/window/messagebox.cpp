@@ -8,6 +8,7 @@
 #include "toolkit/window/fittedtext.h"
 #include "toolkit/window/modal.h"
 #include "toolkit/window/shell.h"
+#include "toolkit/window/title.h"
 
 #include <Xm/MessageB.h>
 #include <algorithm>
@@ -35,14 +36,15 @@ void passHelp(Widget, XtPointer parent, XtPointer call) {
 bool showBox(zApplication& application, Widget parent, const Kind& kind, const std::string& text,
              const std::string& title) {
     const Widget shell = zCreateModalShell("message", parent);
+    zSetTitle(shell, title);
     const zFittedText fitted = zFitText(shell, text);
-    const zXmText message(fitted.text), ok("OK"), cancel(kind.asks ? "Cancel" : "OK"), caption(title);
+    const zXmText message(fitted.text), ok("OK"), cancel(kind.asks ? "Cancel" : "OK");
     // A single button is the box's cancel button: then both Return and Escape press it.
     const unsigned char usual = kind.asks ? XmDIALOG_OK_BUTTON : XmDIALOG_CANCEL_BUTTON;
     zResources resources;
     resources.set(XmNdialogType, kind.dialogType).set(XmNmessageString, message);
     resources.set(XmNokLabelString, ok).set(XmNcancelLabelString, cancel).set(XmNdefaultButtonType, usual);
-    resources.set(XmNdialogTitle, caption).set(XmNdialogStyle, XmDIALOG_FULL_APPLICATION_MODAL);
+    resources.set(XmNdialogStyle, XmDIALOG_FULL_APPLICATION_MODAL);
     resources.set(XmNautoUnmanage, False).set(XmNnoResize, True).set(XmNdefaultPosition, False);
     resources.setFonts(zDisplayCache::of(XtDisplay(shell)).renderTable(shell, fitted.font));
     const Widget box = XtCreateWidget("messageBox", xmMessageBoxWidgetClass, shell, resources.args.data(),

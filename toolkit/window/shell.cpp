@@ -1,6 +1,7 @@
 #include "toolkit/window/shell.h"
 
 #include "toolkit/library/xftdraws.h"
+#include "toolkit/window/title.h"
 
 #include <X11/Xatom.h>
 #include <X11/Xutil.h>
@@ -57,6 +58,7 @@ void zMapShell(Widget shell) {
     const long process = ::getpid();
     XChangeProperty(display, XtWindow(shell), XInternAtom(display, "_NET_WM_PID", False), XA_CARDINAL, 32,
                     PropModeReplace, reinterpret_cast<const unsigned char*>(&process), 1);
+    zTellTitle(shell);
     XtMapWidget(shell);
 }
 

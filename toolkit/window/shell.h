@@ -15,7 +15,7 @@ zSpot zCentreShell(Widget shell);
 // directions, as far as there is room on the screen.
 zSpot zPlaceBeside(Widget shell, const zSpot& other, int away);
 
-// Maps a realized shell. Window managers learn which program and which process it belongs to.
+// Maps a realized shell. Window managers learn its title, and which program and process it belongs to.
 void zMapShell(Widget shell);
 
 // Calls `asked` when the window manager asks to close the shell, until zDestroyShell.

@@ -4,6 +4,7 @@
 #include "toolkit/library/children.h"
 #include "toolkit/window/modal.h"
 #include "toolkit/window/shell.h"
+#include "toolkit/window/title.h"
 
 #include <X11/Shell.h>
 #include <X11/Xatom.h>
@@ -59,7 +60,7 @@ void zWindow::setIcon(int picture) {
 }
 
 void zWindow::setTitle(const std::string& title) {
-    XtVaSetValues(shell_, XmNtitle, title.c_str(), XmNiconName, title.c_str(), nullptr);
+    zSetTitle(shell_, title);
 }
 
 // The keyboard's events come to the control with the focus alone: each one listens.

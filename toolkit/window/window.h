@@ -29,7 +29,7 @@ class zWindow {
     void setCursor(int shape);
     int cursor() const { return cursor_; }
 
-    void setTitle(const std::string& title);
+    void setTitle(const std::string& title);  // see title.h
 
   protected:
     explicit zWindow(zApplication& application) : application_(application) {}
