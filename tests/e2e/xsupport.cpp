@@ -172,11 +172,12 @@ void XUser::pointAt(Widget target) {
     clickAt(target, 5, 5, 0);
 }
 
-void XUser::drag(Widget target, Place from, Place to) {
+void XUser::drag(Widget target, Place from, Place to, const char* key) {
     pressButton(target, from.x, from.y, 0);
     XTestFakeButtonEvent(display_, Button1, True, 0);
     pressButton(target, to.x, to.y, 0);
     settle();
+    if (key) this->key(key);
     XTestFakeButtonEvent(display_, Button1, False, 0);
     settle();
 }

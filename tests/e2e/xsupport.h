@@ -71,8 +71,8 @@ class XUser : public XInput {
     void rightClickAt(Widget target, int x, int y);
     void rightButton(Widget target, int x, int y, bool down);  // does not settle
     void pointAt(Widget target);
-    void drag(Widget target, Place from, Place to);                        // with the left button
-    void resize(Widget shell, int width, int height);                      // as a window manager does
+    void drag(Widget target, Place from, Place to, const char* key = nullptr);  // pressed before the release
+    void resize(Widget shell, int width, int height);                           // as a window manager does
     void clickMiddle(Widget target);                                       // the button, near the left edge
     void key(const char* name, const char* held = nullptr);                // as pressKey(), and settles
     void pressButton(Widget target, int x = 5, int y = 5, int times = 1);  // does not settle

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>  // before the window system's macros
 
 #include "tests/toolkit/desk.h"
+#include "toolkit/controls/button.h"
 #include "toolkit/table/table.h"
 
 #include <Xm/Xm.h>
@@ -8,9 +9,12 @@
 
 namespace {
 
-constexpr zControlRow rows[] = {
-    {.id = 30, .kind = zKind::table, .place = {4, 4, 120, 60}},
-    {.id = 31, .kind = zKind::bitmapButton, .place = {4, 70, 40, 14}, .text = "Other"}};
+constexpr zControlRow rows[] = {{.id = 30, .kind = zKind::table, .place = {4, 4, 120, 60}},
+                                {.id = 31,
+                                 .kind = zKind::bitmapButton,
+                                 .place = {4, 70, 40, 14},
+                                 .text = "Other",
+                                 .style = zCancelButton}};
 constexpr zLayout layout{
     .id = 1, .name = "tables", .caption = "Tables", .width = 130, .height = 90, .rows = rows};
 
@@ -243,6 +247,28 @@ TEST_F(TableTest, ColumnsAreDraggedAtTheirEdgesAndFittedToTheirTexts) {
     table.setColumnWidth(1, 70);
     EXPECT_EQ(table.columnWidth(1), fitted) << "the user's choice stays";
     drag(30 + fitted, 30 + 70);  // for the other tests
+}
+
+TEST_F(TableTest, EscapeCallsTheDragOfAColumnOff) {
+    auto& other = window.control<zBitmapButton>(31);
+    int closed = 0;
+    other.onClick = [&] { ++closed; };
+    XmProcessTraversal(other.widget(), XmTRAVERSE_CURRENT);
+    const int y = labelHeight() / 2, edge = 30 + 2 * 70;
+    user.drag(table.widget(), {edge, y}, {edge + 20, y}, "Escape");
+    EXPECT_EQ(table.columnWidth(2), 70);
+    table.setColumnWidth(2, 80);
+    EXPECT_EQ(table.columnWidth(2), 80) << "nothing was chosen";
+
+    user.drag(table.widget(), {edge + 10, y}, {edge, y});
+    user.clickAt(table.widget(), edge + 20, y);  // what follows is no double click
+    user.drag(table.widget(), {edge, y}, {-500, y}, "Escape");
+    EXPECT_EQ(table.columnWidth(2), 70);
+    table.setColumnWidth(2, 80);
+    EXPECT_EQ(table.columnWidth(2), 70) << "what was chosen before counts";
+    EXPECT_EQ(closed, 0);
+    user.key("Escape");
+    EXPECT_EQ(closed, 1);
 }
 
 TEST_F(TableTest, ControlCPutsLabelsAndRowsOnTheClipboard) {
