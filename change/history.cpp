@@ -74,6 +74,16 @@ int giveName(const HostPath& draft, const HostPath& manifest) {
     return -1;
 }
 
+// After a loss of power the name can be missing: the manifest is whole, and still called a draft then. What
+// an entry that was used again has under this name is that of another save.
+void nameDraft(const HostPath& entry, const std::string& number) {
+    const HostPath manifest = within(entry, manifestName), draft = draftIn(entry);
+    struct stat status {};
+    std::string text;
+    if (files().status(manifest, status) == 0 || errno != ENOENT) return;
+    if (platform::readWhole(draft, text) && isManifestOf(number, text)) giveName(draft, manifest);
+}
+
 // An entry that goes becomes the new one: its directory, and the place on the disk of its manifest, which is
 // a draft from then on. To give them back, and take others, costs as much as bringing something to the disk.
 // False when the entry, or a part of it, stays.
@@ -125,6 +135,7 @@ void HistoryEntry::begin(std::span<const FileAtRisk> atRisk) {
     std::vector<std::string> names;
     if (makeStateDirectory(historyDirectory, history) != 0 || !entriesIn(history, names))
         return giveUp(std::string(historyDirectory));
+    if (!names.empty()) nameDraft(within(history, names.back()), names.back());
     const std::string number = fmt::format("{:04}", names.empty() ? 1 : numberOf(names.back()) + 1);
     const HostPath place = within(history, number);
     if (!makeRoom(names, history, number) && files().makeDirectory(place, 0700) != 0)
@@ -151,14 +162,14 @@ int HistoryEntry::keep(const FileAtRisk& file) {
     return 0;
 }
 
-// The manifest's content, and then the entry with all its names, come to the disk. The directory above does
-// not: file systems write a directory's own name no later than the names in it.
+// The content comes to the disk. Its name, and those above it, do not: file systems write the name of a new
+// file with its content, which is the draft's, and the next save gives it the other one.
 void HistoryEntry::finish(const ChangeRecord& record) {
     if (number_ == none) return;
     const Manifest manifest{number_, std::time(nullptr), platform::invoker(), platform::hostName(), files_};
     const HostPath draft = draftIn(place_);
     if (platform::writeDraft(draft, manifestText(manifest, record), 0600, platform::OnDisk::now) != 0 ||
-        giveName(draft, within(place_, manifestName)) != 0 || platform::syncDirectory(place_) != 0)
+        giveName(draft, within(place_, manifestName)) != 0)
         say(number_, systemPath(number_), errno);
 }
 

@@ -76,3 +76,9 @@ std::string manifestText(const Manifest& manifest, const ChangeRecord& record) {
     };
     return json.dump(2) + '\n';
 }
+
+bool isManifestOf(const std::string& number, const std::string& text) {
+    const Json json = Json::parse(text, nullptr, false);
+    const auto change = json.find("change");
+    return json.is_object() && change != json.end() && *change == number;
+}

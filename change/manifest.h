@@ -22,3 +22,6 @@ struct Manifest {
 };
 
 std::string manifestText(const Manifest& manifest, const ChangeRecord& record);
+
+// Whether a text is a whole one, of the change with this number.
+bool isManifestOf(const std::string& number, const std::string& text);

@@ -66,7 +66,8 @@ class esiSelector {
     const char* GetF2EsiSelector() const;  // display form: "00:a0:3e:00:00:01-00"
     const char* GetFEsiSelector() const;   // stream form:  "00a03e000001/00"
 
-    auto operator<=>(const esiSelector&) const = default;
+    bool operator==(const esiSelector&) const = default;
+    bool operator<(const esiSelector& other) const { return bytes_ < other.bytes_; }
     const Bytes& bytes() const { return bytes_; }
 
   private:

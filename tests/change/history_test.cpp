@@ -82,7 +82,7 @@ TEST(History, AnEntryHoldsTheFilesAsTheyWere) {
         ASSERT_EQ(entry.number(), number);
         for (const auto& [name, content] : before) replace(root, name, "after");
         entry.finish({});
-        EXPECT_EQ(system.calls.count(FileCall::sync), links ? 2 : 5);
+        EXPECT_EQ(system.calls.count(FileCall::sync), links ? 1 : 4);
         EXPECT_EQ(system.calls.count(FileCall::rename), links ? 0 : 1);
 
         EXPECT_THAT(namesIn(root, place(number)), ElementsAre(stored[0], stored[1], stored[2], manifestName));
@@ -210,6 +210,27 @@ TEST(History, TheOldestBecomesTheNewest) {
     for (const char* number : {"0051", "0052"}) {
         EXPECT_THAT(namesIn(root, place(number)), ElementsAre("1-tvconf", manifestName));
         EXPECT_THAT(root.read(place(number, manifestName)), HasSubstr("\"result\": \"saved\"\n}\n"));
+    }
+}
+
+TEST(History, AManifestThatALossOfPowerLeftAsADraftGetsItsName) {
+    for (const bool whole : {true, false}) {
+        const TempRoot root;
+        oneEntry();
+        const std::string draft = place("0001", "manifest.json.new");
+        const std::string text = root.read(place("0001", manifestName));
+        fs::remove(root.at(place("0001", manifestName)));
+        root.write(draft, whole ? text : text.substr(0, text.size() / 2));
+        oneEntry();
+        EXPECT_EQ(root.exists(place("0001", manifestName)), whole);
+        EXPECT_EQ(root.exists(draft), !whole);
+        EXPECT_EQ(root.read(whole ? place("0001", manifestName) : draft).size(),
+                  whole ? text.size() : text.size() / 2);
+
+        fs::remove(root.at(place("0002", manifestName)));
+        root.write(place("0002", "manifest.json.new"), text);
+        oneEntry();
+        EXPECT_FALSE(root.exists(place("0002", manifestName))) << "it is that of another save";
     }
 }
 
