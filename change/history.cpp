@@ -74,8 +74,8 @@ int giveName(const HostPath& draft, const HostPath& manifest) {
     return -1;
 }
 
-// After a loss of power the name can be missing: the manifest is whole, and still called a draft then. What
-// an entry that was used again has under this name is that of another save.
+// After a loss of power the name can be missing: the manifest is whole, and still called a draft then. In
+// a directory that is used again the draft can be the manifest of another save, and stays one.
 void nameDraft(const HostPath& entry, const std::string& number) {
     const HostPath manifest = within(entry, manifestName), draft = draftIn(entry);
     struct stat status {};
@@ -162,8 +162,8 @@ int HistoryEntry::keep(const FileAtRisk& file) {
     return 0;
 }
 
-// The content comes to the disk. Its name, and those above it, do not: file systems write the name of a new
-// file with its content, which is the draft's, and the next save gives it the other one.
+// Only the manifest is brought to the disk, as a draft: file systems write a new file's name with its
+// content. Where a loss of power takes back its own name, the next save gives it that (nameDraft).
 void HistoryEntry::finish(const ChangeRecord& record) {
     if (number_ == none) return;
     const Manifest manifest{number_, std::time(nullptr), platform::invoker(), platform::hostName(), files_};

@@ -31,7 +31,8 @@ unsigned long linkRate(std::uint32_t kind) {
     return (kind == link25 ? slowCells : fastCells) * payload;
 }
 
-// Walks an adapter's enabled services. With `only`, of each rule the first finding about that one.
+// Walks an adapter's enabled services. With `only`, what is about that one, and of each
+// rule one finding about entries of lists.
 class Check {
   public:
     explicit Check(const AdapterRecords& records, std::string_view only = {})

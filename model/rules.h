@@ -39,8 +39,8 @@ struct Finding {
 
 // In the order of the services and their settings; what concerns several services comes last.
 std::vector<Finding> CheckAdapter(const AdapterRecords& records);
-// Those about one service, "lec2", beside what the others have: of each rule the first. For whoever shows one
-// at every key, where lists have thousands of entries.
+// Those about one service, "lec2", beside what the others have; of a rule that entries of lists break, the
+// first one only. For whoever checks at every key: lists can have thousands of entries.
 std::vector<Finding> CheckService(const AdapterRecords& records, std::string_view service);
 
 // About an entry alone, whatever list it is in; without a path.

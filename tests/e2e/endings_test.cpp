@@ -139,6 +139,26 @@ TEST(EndingsOfRequests, AServerThatStandsStillHoldsUpNoRequest) {
     EXPECT_EQ(desk.tool.exitStatusWithin(20s), 1);
 }
 
+// In a process of its own: the library remembers its first display for good.
+TEST(EndingsOfRequests, AServerThatTakesNothingIsGivenUp) {
+    EXPECT_EXIT(
+        {
+            XServer server;
+            zApplication application("tarvolin", "Tarvolin", {}, {});
+            if (!application.openDisplay()) ::_exit(2);
+            server.stop();
+            const auto began = std::chrono::steady_clock::now();
+            const bool painted = application.paintBetween([&] {
+                auto* const display = static_cast<Display*>(application.display());
+                for (int i = 0; i < 2'000'000; ++i) XNoOp(display);  // more than the connection holds
+            });
+            const auto waited = std::chrono::steady_clock::now() - began;
+            server.kill();
+            ::_exit(painted ? 3 : waited < 1s || waited > 10s ? 4 : 0);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
 // Everything that the driver could be told has changed, and it says nothing.
 TEST(EndingsOfRequests, ASilentDriverHoldsUpNoSignal) {
     for (const int signal : {SIGTERM, SIGINT}) {

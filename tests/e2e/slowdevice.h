@@ -1,4 +1,5 @@
-// The driver, each request of which takes longer, and something that happens before or after each.
+// The driver, each request of which takes longer, and something that happens before one or each of them is
+// passed on, or after each.
 #pragma once
 
 #include "platform/device.h"

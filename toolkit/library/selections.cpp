@@ -10,7 +10,7 @@
 namespace {
 
 // What the answer to a request is known by.
-using Request = std::tuple<Atom, Atom, Time>;  // selection, target
+using Request = std::tuple<Atom, Atom, Time>;  // selection, target, time of the request
 std::set<Request> waiting;
 
 // The widget that wants to know, as long as it is there.

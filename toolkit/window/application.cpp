@@ -64,7 +64,8 @@ extern "C" void shutConnection(int) {
 }
 
 void setGrace(int microseconds) {
-    const itimerval once{{0, 0}, {0, microseconds}};
+    constexpr int second = 1'000'000;
+    const itimerval once{{0, 0}, {microseconds / second, microseconds % second}};
     ::setitimer(ITIMER_REAL, &once, nullptr);
 }
 
@@ -292,7 +293,7 @@ void zApplication::handlePending() {
     }
 }
 
-// A server that takes nothing any more is given up: the work waits.
+// The work must go on: a server that takes nothing for so long is given up.
 bool zApplication::paintBetween(const std::function<void()>& change) {
     constexpr int patience = 2'000'000;  // microseconds
     if (lostInPainting) return false;
