@@ -73,5 +73,6 @@ void zDestroyShell(Widget shell) {
         Atom request = closeRequest(shell);
         XmRemoveWMProtocols(shell, &request, 1);
     }
+    if (XtIsRealized(shell)) XtUnmapWidget(shell);  // the event that is handled may go on for long
     XtDestroyWidget(shell);
 }
