@@ -3,6 +3,7 @@
 
 #include "change/adapterchange.h"
 #include "change/history.h"
+#include "change/services.h"
 
 // What is read, made and saved in one go.
 struct AdapterChange::Round {
@@ -11,7 +12,7 @@ struct AdapterChange::Round {
 
     void read(const AtmDevices& base) {
         readable = editor.ReadLink(adapter);
-        theirs = devices;
+        copyAdapter(adapter, devices, theirs);
         keepUnknown(adapter, editor, base, theirs);
     }
 

@@ -10,6 +10,7 @@
 #include <fmt/format.h>
 #include <set>
 #include <type_traits>
+#include <utility>
 
 namespace {
 
@@ -25,7 +26,7 @@ void removeOtherDeadCopies(const std::vector<FileEdit>& edits, const platform::H
 }  // namespace
 
 void AdapterChange::save(Round& round) {
-    round.devices = merge_.devices;
+    copyAdapter(order_.adapter, merge_.devices, round.devices);
     if (order_.settings)
         round.editor.WriteLink(order_.adapter);
     else
@@ -97,14 +98,12 @@ void AdapterChange::record(Round& round) {
 // Both the records and what the files are known to have.
 void AdapterChange::takeResult(Round& round) {
     AtmDevices &base = configuration_.base(), &mine = configuration_.mine();
-    const AtmDevices written = round.devices;  // with the file names that were made up
+    const AtmDevices written = std::exchange(round.devices, {});  // with the file names that were made up
+    const AtmDevices& inFiles = result_.wrote ? round.devices : round.theirs;
     if (round.readable) {
-        round.devices = AtmDevices();
         if (result_.wrote) {
             round.editor.ReadTexts(order_.adapter);
             keepUnknown(order_.adapter, round.editor, base, round.devices);
-        } else {
-            round.devices = round.theirs;
         }
         noteUnsaved(round.editor.lacking(), written);
         if (!order_.settings) takeOver(order_.adapter, base, mine, round.theirs);
@@ -114,7 +113,7 @@ void AdapterChange::takeResult(Round& round) {
         using Record = std::remove_cvref_t<decltype(record(mine))>;
         Record &was = record(base), &is = record(mine),
                now = record(round.readable ? written : merge_.devices),
-               file = record(round.readable ? round.devices : base);
+               file = record(round.readable ? inFiles : base);
         if (order_.settings) {
             is = now;
             was = file;
@@ -139,7 +138,7 @@ void AdapterChange::takeResult(Round& round) {
     noteDriverAhead();
     for (std::string& note : configuration_.takeNotes()) result_.notes.push_back(std::move(note));
     if (round.readable) {
-        const AtmDevices& now = result_.wrote ? round.devices : written;
+        const AtmDevices& now = result_.wrote ? inFiles : written;
         record.keys = keyChanges(order_.adapter, round.theirs, now);
         record.lists = listChanges(order_.adapter, round.theirs, now);
     }

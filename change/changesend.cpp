@@ -29,7 +29,7 @@ ServiceSet differing(int adapter, const ServiceSet& among, const AtmDevices& bef
     ServiceSet set;
     forEachService(adapter, [&](const ServiceName&, auto record, const std::string&, auto bit) {
         using Record = std::remove_cvref_t<decltype(record(before))>;
-        Record was = record(before), is = record(after);
+        const Record &was = record(before), &is = record(after);
         bool differs = std::ranges::any_of(
             keyRows<Record>(), [&](const KeyRow<Record>& row) { return !sameField(row.field, was, is); });
         if constexpr (hasList<Record>) differs |= *listOf(was) != *listOf(is);
@@ -71,7 +71,7 @@ void AdapterChange::send() {
     ServiceSet due = without(order_.changed, merge_.givenUp);
     // A second time only what has become different since, also what was given up after it had been sent.
     if (sent_) due = differing(order_.adapter, due | sentServices_, *sent_, merge_.devices);
-    sent_ = merge_.devices;
+    if (due.any()) copyAdapter(order_.adapter, merge_.devices, sent_ ? *sent_ : sent_.emplace());
     sentServices_ = sentServices_ | due;
     const std::size_t before = result_.record.requests.size();
     if (due.any() && !driverStopped_) restart(due);

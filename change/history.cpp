@@ -42,11 +42,18 @@ unsigned numberOf(std::string_view name) {
     return error == std::errc() && stopped == end && name.size() < 10 ? number : 0;
 }
 
-// The names of the entries, oldest first. False and errno when the directory cannot be read.
-bool entriesIn(const HostPath& history, std::vector<std::string>& names) {
+struct Entry {
+    unsigned number;
+    std::string name;
+};
+
+// Oldest first. False and errno when the directory cannot be read.
+bool entriesIn(const HostPath& history, std::vector<Entry>& entries) {
+    std::vector<std::string> names;
     if (files().list(history, names) != 0) return false;
-    std::erase_if(names, [](const std::string& name) { return numberOf(name) == 0; });
-    std::ranges::sort(names, {}, numberOf);
+    for (std::string& name : names)
+        if (const unsigned number = numberOf(name)) entries.push_back({number, std::move(name)});
+    std::ranges::sort(entries, {}, &Entry::number);
     return true;
 }
 
@@ -98,15 +105,16 @@ bool reuse(const HostPath& entry, const HostPath& as) {
 }
 
 // Removes the oldest entries, so that there is room for one. The last of them becomes that one, `next`, if
-// possible: then true. `names` are the entries, oldest first.
-bool makeRoom(std::span<const std::string> names, const HostPath& history, const std::string& next) {
-    if (names.size() < keptEntries) return false;
-    for (const std::string& name : names.first(names.size() + 1 - keptEntries)) {
-        const HostPath entry = within(history, name);
-        const bool last = &name == &names[names.size() - keptEntries];
+// possible: then true. The entries come oldest first.
+bool makeRoom(std::span<const Entry> entries, const HostPath& history, const std::string& next) {
+    if (entries.size() < keptEntries) return false;
+    for (const Entry& old : entries.first(entries.size() + 1 - keptEntries)) {
+        const HostPath entry = within(history, old.name);
+        const bool last = &old == &entries[entries.size() - keptEntries];
         if (last && reuse(entry, within(history, next))) return true;
         // What is no directory is no entry, and stays without a word.
-        if (removeEntry(entry) != 0 && errno != ENOTDIR && errno != ELOOP) say(next, systemPath(name), errno);
+        if (removeEntry(entry) != 0 && errno != ENOTDIR && errno != ELOOP)
+            say(next, systemPath(old.name), errno);
     }
     return false;
 }
@@ -132,13 +140,13 @@ void HistoryEntry::giveUp(const std::string& systemPath) {
 
 void HistoryEntry::begin(std::span<const FileAtRisk> atRisk) {
     HostPath history;
-    std::vector<std::string> names;
-    if (makeStateDirectory(historyDirectory, history) != 0 || !entriesIn(history, names))
+    std::vector<Entry> entries;
+    if (makeStateDirectory(historyDirectory, history) != 0 || !entriesIn(history, entries))
         return giveUp(std::string(historyDirectory));
-    if (!names.empty()) nameDraft(within(history, names.back()), names.back());
-    const std::string number = fmt::format("{:04}", names.empty() ? 1 : numberOf(names.back()) + 1);
+    if (!entries.empty()) nameDraft(within(history, entries.back().name), entries.back().name);
+    const std::string number = fmt::format("{:04}", entries.empty() ? 1 : entries.back().number + 1);
     const HostPath place = within(history, number);
-    if (!makeRoom(names, history, number) && files().makeDirectory(place, 0700) != 0)
+    if (!makeRoom(entries, history, number) && files().makeDirectory(place, 0700) != 0)
         return giveUp(systemPath(number));
     number_ = number;
     place_ = place;

@@ -77,6 +77,9 @@ template <class Visit> void forEachService(int adapter, Visit visit) {
         [a](auto& devices) -> auto& { return devices.ip1577[a]; }, [](auto& set) -> auto& { return set.ip; });
 }
 
+// Copies the records of one adapter.
+void copyAdapter(int adapter, const AtmDevices& from, AtmDevices& to);
+
 // The list of a record, if it has one, and the last part of its name: "pvcs", "clients".
 template <class Record> auto* listOf(Record& record) requires requires {
     record.pvcs;

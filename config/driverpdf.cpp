@@ -200,13 +200,21 @@ bool DriverPdfEdit::writeRecord(const std::string& path, Record& record, const s
     return good;
 }
 
+void DriverPdfEdit::readInterruptNumber(int adapter) {
+    std::int32_t& number = devices_.interruptNumber[asIndex(adapter)];
+    std::optional<std::int32_t>& known = parameters().interruptNumbers[asIndex(adapter)];
+    if (known) {
+        number = *known;
+    } else if (!OpenKey(fmt::format("/Adapter{}", adapter), 0, false)) {
+        if (errno != ESRCH) readError_ = errno;
+    } else if (QueryValue("InterruptNumber", &number, keyLong, sizeof number, true) && !section_->dataError) {
+        known = number;
+    }
+}
+
 bool DriverPdfEdit::readAdapter(int adapter) {
     using Read = bool (DriverPdfEdit::*)(int);
-    if (OpenKey(fmt::format("/Adapter{}", adapter), 0, false))
-        QueryValue("InterruptNumber", &devices_.interruptNumber[asIndex(adapter)], keyLong,
-                   sizeof(std::int32_t), true);
-    else if (errno != ESRCH)
-        readError_ = errno;
+    readInterruptNumber(adapter);
     for (const Read read : {&DriverPdfEdit::ReadSig, &DriverPdfEdit::ReadLECs, &DriverPdfEdit::ReadLESs,
                             &DriverPdfEdit::ReadLECS, &DriverPdfEdit::ReadIP1577})
         if (readError_ == 0) (this->*read)(adapter);
@@ -303,7 +311,9 @@ void DriverPdfEdit::writeLists(int adapter) {
     WriteRoutedPVCs(adapter);
     WriteBridgedPVCs(adapter);
     WriteMappedClients(adapter);
-    if (CloseKey() && parametersChecked_) known_->parameters.hash = hashOf(files_.now(parameterFile));
+    ReadParameters& known = known_->parameters;
+    if (CloseKey() && parametersChecked_ && known.hash.empty())
+        known.hash = hashOf(files_.now(parameterFile));
 }
 
 bool DriverPdfEdit::WriteSig(int adapter) {

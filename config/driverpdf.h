@@ -76,6 +76,7 @@ class DriverPdfEdit : public PdfEdit {
     SectionHandle* open(std::string_view sectionPath, std::uint32_t flags) override;
 
   private:
+    void readInterruptNumber(int adapter);
     bool readAdapter(int adapter);
     template <class Record> bool readRecord(const std::string& path, Record& record);
     template <class Record> bool setField(const KeyRow<Record>& row, const Record& record);

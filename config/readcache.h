@@ -6,8 +6,10 @@
 #include "config/pdf_io.h"
 #include "model/tvdatbuf.h"
 
+#include <array>
 #include <bitset>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -31,6 +33,7 @@ template <class Record> struct ReadSection {
 struct ReadParameters {
     std::string hash;  // of the text; empty: of one that is being edited
     SectionIndex index;
+    std::array<std::optional<std::int32_t>, adapterCount> interruptNumbers;  // of those that were read
 
     // By path. A section that is written is not there any more.
     template <class Record> auto& sections() { return std::get<Sections<Record>>(sections_); }

@@ -6,11 +6,19 @@
 
 namespace platform {
 
-std::string rootDirectory() {
+namespace {
+
+std::string_view root() {
     const char* value = std::getenv("TARVOLIN_ROOT");
-    std::string root = value ? value : "";
-    while (!root.empty() && root.back() == '/') root.pop_back();
+    std::string_view root = value ? value : "";
+    while (root.ends_with('/')) root.remove_suffix(1);
     return root;
+}
+
+}  // namespace
+
+std::string rootDirectory() {
+    return std::string(root());
 }
 
 void logRootDirectory() {
@@ -19,7 +27,11 @@ void logRootDirectory() {
 }
 
 HostPath hostPath(std::string_view systemPath) {
-    return HostPath{rootDirectory().append(systemPath)};
+    const std::string_view before = root();
+    HostPath path;
+    path.text.reserve(before.size() + systemPath.size());
+    path.text.append(before).append(systemPath);
+    return path;
 }
 
 }  // namespace platform
