@@ -63,7 +63,7 @@ std::string withoutTableText(const ChangeResult& result) {
 }
 
 ChangeOrder unsavedListsOf(const Configuration& configuration, int adapter) {
-    return {.adapter = adapter,
+    return {.adapters = {adapter},
             .settings = false,
             .before = configuration.mine(),
             .driver = static_cast<bool>(ioctlDesc),
@@ -84,7 +84,7 @@ ChangeWindows::~ChangeWindows() {
 
 void ChangeWindows::begin() {
     ChangeOrder order = order_();
-    signalling_ = order.changed.signalling;
+    signalling_ = order.changed[asIndex(adapter_)].signalling;
     order.progress = [this](const std::string& doing) { paint(doing); };
     change_.emplace(configuration_, std::move(order));
 }

@@ -22,7 +22,7 @@ void setUpAdapter(zWindow& window, Configuration& configuration) {
     const int adapter = currentAdapter;
     configuration.readAgain(adapter);
     MapDataToXferBuffer();
-    ChangeOrder order{.adapter = adapter, .before = atmDevices};
+    ChangeOrder order{.adapters = {adapter}, .before = atmDevices};
     std::optional<DConfigDlg> dialog(std::in_place, window);
     SetupIoctlDesc.onChange = [&order](const SentChange& sent) {
         order.requests.push_back(sentRequest(sent));
@@ -31,7 +31,7 @@ void setUpAdapter(zWindow& window, Configuration& configuration) {
         SetupIoctlDesc.onChange = nullptr;
         order.settings = dialog->okFlag();
         if (order.settings)
-            order.changed = MapXferBufferToData();
+            order.changed[asIndex(adapter)] = MapXferBufferToData();
         else
             takeListsOver();
         order.driver = ioctlDesc || SetupIoctlDesc;  // also a driver that came while the dialog was open

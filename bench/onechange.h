@@ -30,7 +30,7 @@ class OneChange {
             number(devices_.ip1577[a].pvcs);
             for (AtmLES& les : devices_.les[a])
                 if (!les.clientFile.empty()) les.clients.resize(clients);
-            confirm({.adapter = static_cast<int>(a), .before = before});
+            confirm({.adapters = {static_cast<int>(a)}, .before = before});
         }
     }
 
@@ -43,10 +43,10 @@ class OneChange {
 
     // Returns the milliseconds from the press of OK. With `driver` the changed services are restarted.
     double make(Edit edit, bool driver = false) {
-        ChangeOrder order{.adapter = 0, .before = devices_, .driver = driver};
+        ChangeOrder order{.adapters = {0}, .before = devices_, .driver = driver};
         AtmLEC& first = devices_.lec[0][0];
         if (edit == Edit::value) first.l3Mtu = first.l3Mtu == 1516 ? 4544 : 1516;
-        order.changed.lec.set(0, edit == Edit::value);
+        order.changed[0].lec.set(0, edit == Edit::value);
         if (edit == Edit::lists) {
             for (AtmLEC& lec : devices_.lec[0])
                 if (!lec.pvcs.empty()) lec.pvcs.back().rate ^= 1;

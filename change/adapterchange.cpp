@@ -36,7 +36,7 @@ AdapterChange::AdapterChange(Configuration& configuration, ChangeOrder order)
     const AtmDevices& mine = configuration_.mine();
     result_.record.display = order_.display;
     result_.record.requests = order_.requests;
-    result_.changed = order_.changed.any() || !listChanges(order_.adapter, order_.before, mine).empty();
+    result_.changed = order_.changed.any() || !listChanges(order_.adapters, order_.before, mine).empty();
 }
 
 AdapterChange::~AdapterChange() {
@@ -45,7 +45,14 @@ AdapterChange::~AdapterChange() {
 
 // After Cancel there is nothing to do unless a list was edited, now or before.
 bool AdapterChange::hasWork() const {
-    return order_.settings || !configuration_.unsavedLists(order_.adapter).empty();
+    return order_.settings || !unsavedLists().empty();
+}
+
+std::vector<std::string> AdapterChange::unsavedLists() const {
+    std::vector<std::string> all;
+    for (const int adapter : order_.adapters)
+        for (std::string& list : configuration_.unsavedLists(adapter)) all.push_back(std::move(list));
+    return all;
 }
 
 std::optional<Question> AdapterChange::run() {
@@ -65,11 +72,11 @@ std::optional<Question> AdapterChange::run() {
             giveUp();
             return {};
         }
-        Round round(order_.adapter, configuration_.known());
+        Round round(order_.adapters, configuration_.known());
         const AtmDevices& base = configuration_.base();
         if (error == 0) round.read(base);
-        merge_ = mergeAdapter(order_.adapter, base, configuration_.mine(),
-                              round.readable ? round.theirs : base, order_.settings, decisions_);
+        merge_ = mergeAdapters(order_.adapters, base, configuration_.mine(),
+                               round.readable ? round.theirs : base, order_.settings, decisions_);
         if (!merge_.conflicts.empty() && !alone_) {
             configuration_.unlock();
             return conflictQuestion();
@@ -97,7 +104,7 @@ void AdapterChange::fail(const std::string& file, const std::string& reason) {
 
 std::optional<Question> AdapterChange::lockQuestion() {
     asked_ = Ask::lock;
-    const std::vector<std::string> lists = configuration_.unsavedLists(order_.adapter);
+    const std::vector<std::string> lists = unsavedLists();
     const std::string cancel =
         order_.last       ? fmt::format("ends without saving the lists of {}", fmt::join(lists, ", "))
         : order_.settings ? "gives your changes up"
@@ -138,7 +145,7 @@ void AdapterChange::giveUp() {
     lookAhead(sentServices_, result_.record.requests.size());
     noteDriverAhead();
     auditRequests();
-    forEachService(order_.adapter, [&](const ServiceName&, auto record, const std::string&, auto) {
+    forEachService(order_.adapters, [&](const ServiceName&, auto record, const std::string&, auto) {
         auto& mine = record(configuration_.mine());
         auto before = record(order_.before);
         if constexpr (hasList<std::remove_cvref_t<decltype(before)>>) *listOf(before) = *listOf(mine);

@@ -22,16 +22,18 @@ struct Question {
 };
 
 struct ChangeOrder {
-    int adapter = 0;
-    bool settings = true;     // false, after Cancel: only the lists, which the driver already has
-    ServiceSet changed = {};  // services whose settings the user changed: they are restarted
-    AtmDevices before = {};   // the records when the user began
-    bool driver = false;      // there is a driver
+    std::vector<int> adapters;  // 0 to 3, ascending
+    bool settings = true;       // false, after Cancel: only the lists, which the driver already has
+    ServiceSets changed = {};   // services whose settings the user changed: they are restarted
+    AtmDevices before = {};     // the records when the user began
+    bool driver = false;        // there is a driver
     std::vector<SentRequest> requests = {};  // that the dialog has sent
     std::string display = {};                // of the X server, for the history
     bool last = false;                       // at the end of the run: lists cannot wait for a later save
     DriverProgress progress = {};            // while the driver is told
 };
+
+class LastSent;
 
 struct ChangeResult {
     bool givenUp = false;  // the lock was not waited for: the settings are as before, lists wait to be saved
@@ -75,16 +77,19 @@ class AdapterChange {
     std::optional<Question> lockQuestion();
     std::optional<Question> conflictQuestion();
     bool hasWork() const;
+    std::vector<std::string> unsavedLists() const;
     void send();
     void save(Round& round);
     void keepHistory(Round& round, const std::vector<FileEdit>& edits);
     void takeResult(Round& round);
     void record(Round& round);
-    void restart(const ServiceSet& due);
-    void noteSent(const ServiceSet& due, std::size_t before);
+    void restart(const ServiceSets& due);
+    void forEachDue(const ServiceSets& due, auto visit);
+    void noteSent(const ServiceSets& due, std::size_t before);
+    void noteSent(int adapter, const ServiceSet& due, std::size_t before, LastSent& sent);
     void noteWithoutTable(const AtmDevices& devices);
     void noteDifferentLists();
-    void lookAhead(const ServiceSet& due, std::size_t before);
+    void lookAhead(const ServiceSets& due, std::size_t before);
     void noteDriverAhead();
     void noteUnsaved(const DriverPdfEdit::Lacking& lacking, const AtmDevices& written);
     void auditRequests();
@@ -96,8 +101,8 @@ class AdapterChange {
     Decisions decisions_;
     Merge merge_;
     std::optional<AtmDevices> sent_;  // what the services were restarted with
-    ServiceSet sentServices_;
-    ServiceSet ahead_;  // services that run with settings that the file will not have
+    ServiceSets sentServices_;
+    ServiceSets ahead_;  // services that run with settings that the file will not have
     std::vector<DriverSentence> sentences_;
     std::optional<std::chrono::steady_clock::time_point> sendingSince_;
     bool driverStopped_ = false;  // nothing more is sent

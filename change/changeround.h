@@ -7,16 +7,16 @@
 
 // What is read, made and saved in one go.
 struct AdapterChange::Round {
-    Round(int number, std::shared_ptr<ReadCache> known)
-        : adapter(number), editor(nullptr, false, devices, std::move(known)) {}
+    Round(const std::vector<int>& numbers, std::shared_ptr<ReadCache> known)
+        : adapters(numbers), editor(nullptr, false, devices, std::move(known)) {}
 
     void read(const AtmDevices& base) {
-        readable = editor.ReadLink(adapter);
-        copyAdapter(adapter, devices, theirs);
-        keepUnknown(adapter, editor, base, theirs);
+        readable = editor.ReadLinks(adapters);
+        copyAdapters(adapters, devices, theirs);
+        for (const int adapter : adapters) keepUnknown(adapter, editor, base, theirs);
     }
 
-    int adapter;
+    const std::vector<int>& adapters;
     AtmDevices devices;  // the editor's
     DriverPdfEdit editor;
     AtmDevices theirs;  // as the files have it

@@ -26,11 +26,11 @@ void removeOtherDeadCopies(const std::vector<FileEdit>& edits, const platform::H
 }  // namespace
 
 void AdapterChange::save(Round& round) {
-    copyAdapter(order_.adapter, merge_.devices, round.devices);
+    copyAdapters(order_.adapters, merge_.devices, round.devices);
     if (order_.settings)
-        round.editor.WriteLink(order_.adapter);
+        round.editor.WriteLinks(order_.adapters);
     else
-        round.editor.WriteLists(order_.adapter);
+        round.editor.WriteLists(order_.adapters);
     result_.failures = round.editor.failures();
     result_.save = {};
     // Everything or nothing; what is not known cannot be part of it.
@@ -102,14 +102,15 @@ void AdapterChange::takeResult(Round& round) {
     const AtmDevices& inFiles = result_.wrote ? round.devices : round.theirs;
     if (round.readable) {
         if (result_.wrote) {
-            round.editor.ReadTexts(order_.adapter);
-            keepUnknown(order_.adapter, round.editor, base, round.devices);
+            round.editor.ReadTexts(order_.adapters);
+            for (const int a : order_.adapters) keepUnknown(a, round.editor, base, round.devices);
         }
         noteUnsaved(round.editor.lacking(), written);
-        if (!order_.settings) takeOver(order_.adapter, base, mine, round.theirs);
+        if (!order_.settings)
+            for (const int a : order_.adapters) takeOver(a, base, mine, round.theirs);
     }
     noteWithoutTable(round.readable ? written : merge_.devices);
-    forEachService(order_.adapter, [&](const ServiceName&, auto record, const std::string&, auto) {
+    forEachService(order_.adapters, [&](const ServiceName&, auto record, const std::string&, auto) {
         using Record = std::remove_cvref_t<decltype(record(mine))>;
         Record &was = record(base), &is = record(mine),
                now = record(round.readable ? written : merge_.devices),
@@ -139,27 +140,29 @@ void AdapterChange::takeResult(Round& round) {
     for (std::string& note : configuration_.takeNotes()) result_.notes.push_back(std::move(note));
     if (round.readable) {
         const AtmDevices& now = result_.wrote ? inFiles : written;
-        record.keys = keyChanges(order_.adapter, round.theirs, now);
-        record.lists = listChanges(order_.adapter, round.theirs, now);
+        record.keys = keyChanges(order_.adapters, round.theirs, now);
+        record.lists = listChanges(order_.adapters, round.theirs, now);
     }
     this->record(round);
     done_ = true;
 }
 
 void AdapterChange::noteWithoutTable(const AtmDevices& devices) {
-    for (std::size_t m = 0; m < asIndex(lesCount); ++m) {
-        const AtmLES& les = devices.les[asIndex(order_.adapter)][m];
-        if (!les.clients.empty() && les.clientFile.empty())
-            result_.withoutTable.push_back(lesName(order_.adapter, m).words);
-    }
+    forEachService(order_.adapters, [&](const ServiceName& name, auto record, const std::string&, auto) {
+        const auto& service = record(devices);
+        if constexpr (requires { service.clients; })
+            if (!service.clients.empty() && service.clientFile.empty())
+                result_.withoutTable.push_back(name.words);
+    });
 }
 
 // The driver has what the user made of a list, unless the service was restarted since.
 void AdapterChange::noteDifferentLists() {
     std::set<std::string> restarted;
-    forEachService(order_.adapter, [&](const ServiceName& name, auto, const std::string&, auto bit) {
-        if (bit(sentServices_)) restarted.insert(name.words);
-    });
+    for (const int a : order_.adapters)
+        forEachService(a, [&](const ServiceName& name, auto, const std::string&, auto bit) {
+            if (bit(sentServices_[asIndex(a)])) restarted.insert(name.words);
+        });
     for (const auto& [service, entry] : merge_.entriesGivenUp)
         if ((order_.driver || alone_) && !restarted.contains(service))
             result_.notes.push_back(fmt::format(
@@ -171,7 +174,7 @@ void AdapterChange::noteDifferentLists() {
 void AdapterChange::noteUnsaved(const DriverPdfEdit::Lacking& lacking, const AtmDevices& written) {
     if (!order_.settings) return;
     forEachService(
-        order_.adapter, [&](const ServiceName& name, auto record, const std::string& section, auto) {
+        order_.adapters, [&](const ServiceName& name, auto record, const std::string& section, auto) {
             const auto &was = record(order_.before), &is = record(written);
             for (const auto& row : keyRows<std::remove_cvref_t<decltype(was)>>()) {
                 if (sameField(row.field, was, is)) continue;

@@ -23,7 +23,7 @@ template <class Record> bool isEnabled(const Record& record) {
         return true;
 }
 
-// Which services are given other settings, or other lists, than before.
+// Which services of an adapter are given other settings, or other lists, than before.
 ServiceSet differing(int adapter, const ServiceSet& among, const AtmDevices& before,
                      const AtmDevices& after) {
     ServiceSet set;
@@ -67,30 +67,42 @@ bool tookOne(std::span<const SentRequest> requests, const std::string& service) 
 
 }  // namespace
 
+// Calls visit(name, record, bit) for each service of these sets, in order; bit(sets) is its bit in others.
+void AdapterChange::forEachDue(const ServiceSets& due, auto visit) {
+    for (const int adapter : order_.adapters)
+        forEachService(adapter, [&](const ServiceName& name, auto record, const std::string&, auto bit) {
+            const auto bitOf = [&](auto& sets) -> decltype(auto) { return bit(sets[asIndex(adapter)]); };
+            if (bitOf(due)) visit(name, record, bitOf);
+        });
+}
+
 void AdapterChange::send() {
-    ServiceSet due = without(order_.changed, merge_.givenUp);
-    // A second time only what has become different since, also what was given up after it had been sent.
-    if (sent_) due = differing(order_.adapter, due | sentServices_, *sent_, merge_.devices);
-    if (due.any()) copyAdapter(order_.adapter, merge_.devices, sent_ ? *sent_ : sent_.emplace());
-    sentServices_ = sentServices_ | due;
+    ServiceSets due;
+    for (const int adapter : order_.adapters) {
+        const std::size_t a = asIndex(adapter);
+        due[a] = without(order_.changed[a], merge_.givenUp[a]);
+        // A second time only what has become different since, also what was given up after it had been sent.
+        if (sent_) due[a] = differing(adapter, due[a] | sentServices_[a], *sent_, merge_.devices);
+        sentServices_[a] = sentServices_[a] | due[a];
+    }
+    if (due.any()) copyAdapters(order_.adapters, merge_.devices, sent_ ? *sent_ : sent_.emplace());
     const std::size_t before = result_.record.requests.size();
     if (due.any() && !driverStopped_) restart(due);
     lookAhead(due, before);
 }
 
-void AdapterChange::restart(const ServiceSet& due) {
+void AdapterChange::restart(const ServiceSets& due) {
     const std::size_t before = result_.record.requests.size();
     DriverChannel channel;
     if (order_.driver) channel.open(O_RDWR);
     if (!sendingSince_) sendingSince_ = DriverPhase::Clock::now();
     DriverPhase phase(channel, order_.driver, result_.record, *sendingSince_, order_.progress);
-    restartServices(order_.adapter, merge_.devices, due, phase, channel);
+    for (const int a : order_.adapters) restartServices(a, merge_.devices, due[asIndex(a)], phase, channel);
     // What was said of these services before holds no longer.
-    forEachService(order_.adapter, [&](const ServiceName& name, auto, const std::string&, auto bit) {
-        std::erase_if(sentences_, [&](const DriverSentence& said) {
-            return said.service.empty() || (bit(due) && said.service == name.path);
-        });
+    forEachDue(due, [&](const ServiceName& name, auto, auto) {
+        std::erase_if(sentences_, [&](const DriverSentence& said) { return said.service == name.path; });
     });
+    std::erase_if(sentences_, [](const DriverSentence& said) { return said.service.empty(); });
     const std::vector<DriverSentence> sentences = phase.sentences();
     sentences_.insert(sentences_.end(), sentences.begin(), sentences.end());
     result_.driver.clear();
@@ -102,10 +114,9 @@ void AdapterChange::restart(const ServiceSet& due) {
 
 // A service that took settings in an earlier round, and has not been restarted with those that are saved now,
 // is ahead of the file. `before`: how many requests there were before this round.
-void AdapterChange::lookAhead(const ServiceSet& due, std::size_t before) {
+void AdapterChange::lookAhead(const ServiceSets& due, std::size_t before) {
     const std::span<const SentRequest> all = result_.record.requests;
-    forEachService(order_.adapter, [&](const ServiceName& name, auto, const std::string&, auto bit) {
-        if (!bit(due)) return;
+    forEachDue(due, [&](const ServiceName& name, auto, auto bit) {
         const SentRequest *earlier = lastOf(all.first(before), name.path),
                           *now = lastOf(all.subspan(before), name.path);
         const bool isKnown = !now || now->answer != RequestResult::unanswered;
@@ -116,41 +127,45 @@ void AdapterChange::lookAhead(const ServiceSet& due, std::size_t before) {
 
 void AdapterChange::noteDriverAhead() {
     if (driverLost_) return;
-    forEachService(order_.adapter, [&](const ServiceName& name, auto, const std::string&, auto bit) {
-        if (bit(ahead_))
-            result_.notes.push_back(
-                fmt::format("The driver runs {} with settings that are not in the file.", name.words));
+    forEachDue(ahead_, [&](const ServiceName& name, auto, auto) {
+        result_.notes.push_back(
+            fmt::format("The driver runs {} with settings that are not in the file.", name.words));
     });
 }
 
 // What the driver has taken is kept; where it has not answered nothing is known any more.
-void AdapterChange::noteSent(const ServiceSet& due, std::size_t before) {
-    const std::span<const SentRequest> requests = std::span(result_.record.requests).subspan(before);
-    const DriverIdentity identity{platform::bootId(), configuration_.driverRevision,
-                                  configuration_.mine().lec[asIndex(order_.adapter)][0].mac.GetFMacAddress()};
+void AdapterChange::noteSent(const ServiceSets& due, std::size_t before) {
     if (configuration_.forgetLostDriver()) return;
     LastSent sent;
     sent.load();
+    for (const int adapter : order_.adapters)
+        if (due[asIndex(adapter)].any()) noteSent(adapter, due[asIndex(adapter)], before, sent);
+    sent.save();
+}
+
+void AdapterChange::noteSent(int adapter, const ServiceSet& due, std::size_t before, LastSent& sent) {
+    const std::span<const SentRequest> requests = std::span(result_.record.requests).subspan(before);
+    const DriverIdentity identity{platform::bootId(), configuration_.driverRevision,
+                                  configuration_.mine().lec[asIndex(adapter)][0].mac.GetFMacAddress()};
     bool unknown = false;
-    forEachService(order_.adapter, [&](const ServiceName& name, auto record, const std::string&, auto bit) {
+    forEachService(adapter, [&](const ServiceName& name, auto record, const std::string&, auto bit) {
         if (!bit(due)) return;
         const SentRequest* last = lastOf(requests, name.path);
         if (!last) return;
         unknown |= last->answer == RequestResult::unanswered;
         if (last->answer != RequestResult::taken) {
             const bool onlyStopped = tookOne(requests, name.path);
-            if (onlyStopped) sent.forgetService(order_.adapter, name.path);
+            if (onlyStopped) sent.forgetService(adapter, name.path);
             return;
         }
         const auto& settings = record(merge_.devices);
         std::map<std::string, std::string> values;
-        sent.forgetService(order_.adapter, name.path);
+        sent.forgetService(adapter, name.path);
         for (const auto& row : keyRows<std::remove_cvref_t<decltype(settings)>>())
             // A service is stopped without its settings.
             if (isEnabled(settings) || std::string_view(row.name) == "enabled")
                 values[row.name] = valueText(row, settings, ValueForm::name);
-        sent.note(order_.adapter, identity, name.path, values, std::time(nullptr));
+        sent.note(adapter, identity, name.path, values, std::time(nullptr));
     });
-    if (unknown) sent.forget(order_.adapter, "A request got no answer.");
-    sent.save();
+    if (unknown) sent.forget(adapter, "A request got no answer.");
 }

@@ -82,8 +82,8 @@ int Configuration::recover(const platform::HostPath& record) {
     for (int adapter = 0; adapter < adapterCount; ++adapter) {
         ChangeRecord completed;
         completed.program = program_;
-        completed.keys = keyChanges(adapter, before, after);
-        completed.lists = listChanges(adapter, before, after);
+        completed.keys = keyChanges({&adapter, 1}, before, after);
+        completed.lists = listChanges({&adapter, 1}, before, after);
         completed.result = completedLater;
         audit(completed, "none");
     }

@@ -163,16 +163,18 @@ void mergeMoves(int adapter, const std::vector<EntryMove>& moves, const Decision
 
 }  // namespace
 
-Merge mergeAdapter(int adapter, const AtmDevices& base, const AtmDevices& mine, const AtmDevices& theirs,
-                   bool settings, const Decisions& decisions) {
+Merge mergeAdapters(std::span<const int> adapters, const AtmDevices& base, const AtmDevices& mine,
+                    const AtmDevices& theirs, bool settings, const Decisions& decisions) {
     Merge merge;
-    forEachService(adapter, [&](const ServiceName& name, auto record, const std::string&, auto bit) {
-        using Record = std::remove_cvref_t<decltype(record(merge.devices))>;
-        ServiceMerge<Record> service(name, record(base), record(mine), record(theirs), decisions, merge);
-        record(merge.devices) = service.run(settings);
-        bit(merge.givenUp) = service.givenUp();
-    });
-    mergeMoves(adapter, movedApart(base, mine, theirs, adapter), decisions, merge);
+    for (const int adapter : adapters) {
+        forEachService(adapter, [&](const ServiceName& name, auto record, const std::string&, auto bit) {
+            using Record = std::remove_cvref_t<decltype(record(merge.devices))>;
+            ServiceMerge<Record> service(name, record(base), record(mine), record(theirs), decisions, merge);
+            record(merge.devices) = service.run(settings);
+            bit(merge.givenUp[asIndex(adapter)]) = service.givenUp();
+        });
+        mergeMoves(adapter, movedApart(base, mine, theirs, adapter), decisions, merge);
+    }
     return merge;
 }
 
@@ -194,9 +196,10 @@ void takeOver(int adapter, AtmDevices& base, AtmDevices& mine, const AtmDevices&
     });
 }
 
-std::vector<KeyChange> keyChanges(int adapter, const AtmDevices& before, const AtmDevices& after) {
+std::vector<KeyChange> keyChanges(std::span<const int> adapters, const AtmDevices& before,
+                                  const AtmDevices& after) {
     std::vector<KeyChange> changes;
-    forEachService(adapter, [&](const ServiceName& name, auto record, const std::string&, auto) {
+    forEachService(adapters, [&](const ServiceName& name, auto record, const std::string&, auto) {
         const auto &was = record(before), &is = record(after);
         for (const auto& row : keyRows<std::remove_cvref_t<decltype(was)>>()) {
             // To sameField() the name of a file never differs.
@@ -209,9 +212,10 @@ std::vector<KeyChange> keyChanges(int adapter, const AtmDevices& before, const A
     return changes;
 }
 
-std::vector<ListChange> listChanges(int adapter, const AtmDevices& before, const AtmDevices& after) {
+std::vector<ListChange> listChanges(std::span<const int> adapters, const AtmDevices& before,
+                                    const AtmDevices& after) {
     std::vector<ListChange> changes;
-    forEachService(adapter, [&](const ServiceName& name, auto record, const std::string&, auto) {
+    forEachService(adapters, [&](const ServiceName& name, auto record, const std::string&, auto) {
         const auto &was = record(before), &is = record(after);
         using Record = std::remove_cvref_t<decltype(was)>;
         if constexpr (hasList<Record>) {

@@ -5,6 +5,7 @@
 #include "change/services.h"
 
 #include <map>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -25,9 +26,9 @@ struct ListEntry {
 };
 
 struct Merge {
-    AtmDevices devices;               // of this adapter only
+    AtmDevices devices;               // of these adapters only
     std::vector<Conflict> conflicts;  // that are not decided; the file's side is taken meanwhile
-    ServiceSet givenUp;               // everything that the user changed there was decided for the file
+    ServiceSets givenUp;              // everything that the user changed there was decided for the file
     std::vector<ListEntry> entriesGivenUp;
     std::vector<KeyChange> takenOver;  // changed by others
     std::vector<ListChange> takenOverLists;
@@ -36,13 +37,15 @@ struct Merge {
 // `base` is what the files had when `mine` was made of it, `theirs` what they have now. Without `settings`
 // only the lists are mine, and everything else theirs. What is not in the files (MAC addresses) comes from
 // mine.
-Merge mergeAdapter(int adapter, const AtmDevices& base, const AtmDevices& mine, const AtmDevices& theirs,
-                   bool settings, const Decisions& decisions);
+Merge mergeAdapters(std::span<const int> adapters, const AtmDevices& base, const AtmDevices& mine,
+                    const AtmDevices& theirs, bool settings, const Decisions& decisions);
 
 // When nobody is asked: takes from `theirs` what `mine` has not changed, into both base and mine. A key or
 // list that was changed stays as it is, in both, so that a later merge still knows.
 void takeOver(int adapter, AtmDevices& base, AtmDevices& mine, const AtmDevices& theirs);
 
 // What differs between two tables.
-std::vector<KeyChange> keyChanges(int adapter, const AtmDevices& before, const AtmDevices& after);
-std::vector<ListChange> listChanges(int adapter, const AtmDevices& before, const AtmDevices& after);
+std::vector<KeyChange> keyChanges(std::span<const int> adapters, const AtmDevices& before,
+                                  const AtmDevices& after);
+std::vector<ListChange> listChanges(std::span<const int> adapters, const AtmDevices& before,
+                                    const AtmDevices& after);

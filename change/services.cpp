@@ -28,8 +28,8 @@ std::span<const NamedService> namedServices(int adapter) {
     return all[asIndex(adapter)];
 }
 
-void copyAdapter(int adapter, const AtmDevices& from, AtmDevices& to) {
-    forEachService(adapter, [&](const ServiceName&, auto record, const std::string&, auto) {
+void copyAdapters(std::span<const int> adapters, const AtmDevices& from, AtmDevices& to) {
+    forEachService(adapters, [&](const ServiceName&, auto record, const std::string&, auto) {
         record(to) = record(from);
     });
 }

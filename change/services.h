@@ -4,6 +4,8 @@
 #include "model/tvdatbuf.h"
 #include "platform/index.h"
 
+#include <algorithm>
+#include <array>
 #include <bitset>
 #include <fmt/format.h>
 #include <span>
@@ -31,7 +33,7 @@ inline ServiceName signallingName(int adapter) {
     return {fmt::format("adapter{}/signalling", adapter + 1), "Signalling"};
 }
 
-// One bit for each service.
+// One bit for each service of an adapter.
 struct ServiceSet {
     std::bitset<lecCount> lec;
     std::bitset<lesCount> les;
@@ -42,6 +44,11 @@ struct ServiceSet {
                 signalling || other.signalling};
     }
     bool any() const { return lec.any() || les.any() || lecs || ip || signalling; }
+};
+
+// Of all adapters.
+struct ServiceSets : std::array<ServiceSet, adapterCount> {
+    bool any() const { return std::ranges::any_of(*this, &ServiceSet::any); }
 };
 
 // The names of an adapter's services, and the paths of their sections in the parameter file, in this order.
@@ -77,8 +84,13 @@ template <class Visit> void forEachService(int adapter, Visit visit) {
         [a](auto& devices) -> auto& { return devices.ip1577[a]; }, [](auto& set) -> auto& { return set.ip; });
 }
 
-// Copies the records of one adapter.
-void copyAdapter(int adapter, const AtmDevices& from, AtmDevices& to);
+// Of several adapters, one after the other.
+template <class Visit> void forEachService(std::span<const int> adapters, Visit visit) {
+    for (const int adapter : adapters) forEachService(adapter, visit);
+}
+
+// Copies the records of these adapters.
+void copyAdapters(std::span<const int> adapters, const AtmDevices& from, AtmDevices& to);
 
 // The list of a record, if it has one, and the last part of its name: "pvcs", "clients".
 template <class Record> auto* listOf(Record& record) requires requires {

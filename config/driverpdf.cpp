@@ -237,14 +237,19 @@ bool DriverPdfEdit::ReadPdf() {
 }
 
 bool DriverPdfEdit::ReadLink(int adapter) {
-    forget();
-    return ReadTexts(adapter);
+    return ReadLinks({&adapter, 1});
 }
 
-bool DriverPdfEdit::ReadTexts(int adapter) {
+bool DriverPdfEdit::ReadLinks(std::span<const int> adapters) {
+    forget();
+    return ReadTexts(adapters);
+}
+
+bool DriverPdfEdit::ReadTexts(std::span<const int> adapters) {
     readError_ = 0;
     unknownSections_.clear();
-    if (isAdapter(adapter)) readAdapter(adapter);
+    for (const int adapter : adapters)
+        if (readError_ == 0 && isAdapter(adapter)) readAdapter(adapter);
     CloseKey();
     return readError_ == 0;
 }
@@ -291,26 +296,34 @@ bool DriverPdfEdit::ReadIP1577(int adapter) {
 }
 
 bool DriverPdfEdit::WriteLink(int adapter) {
+    return WriteLinks({&adapter, 1});
+}
+
+bool DriverPdfEdit::WriteLinks(std::span<const int> adapters) {
     clearOutcomes();
-    WriteSig(adapter);
-    WriteLECs(adapter);
-    WriteLESs(adapter);
-    WriteLECS(adapter);
-    WriteIP1577(adapter);
-    writeLists(adapter);
+    for (const int adapter : adapters) {
+        WriteSig(adapter);
+        WriteLECs(adapter);
+        WriteLESs(adapter);
+        WriteLECS(adapter);
+        WriteIP1577(adapter);
+    }
+    writeLists(adapters);
     return failures().empty();
 }
 
-bool DriverPdfEdit::WriteLists(int adapter) {
+bool DriverPdfEdit::WriteLists(std::span<const int> adapters) {
     clearOutcomes();
-    writeLists(adapter);
+    writeLists(adapters);
     return failures().empty();
 }
 
-void DriverPdfEdit::writeLists(int adapter) {
-    WriteRoutedPVCs(adapter);
-    WriteBridgedPVCs(adapter);
-    WriteMappedClients(adapter);
+void DriverPdfEdit::writeLists(std::span<const int> adapters) {
+    for (const int adapter : adapters) {
+        WriteRoutedPVCs(adapter);
+        WriteBridgedPVCs(adapter);
+        WriteMappedClients(adapter);
+    }
     ReadParameters& known = known_->parameters;
     if (CloseKey() && parametersChecked_ && known.hash.empty())
         known.hash = hashOf(files_.now(parameterFile));

@@ -13,6 +13,7 @@
 
 #include <memory>
 #include <set>
+#include <span>
 
 class DriverPdfEdit : public PdfEdit {
   public:
@@ -20,20 +21,24 @@ class DriverPdfEdit : public PdfEdit {
     DriverPdfEdit(ErrorReporter reporter, bool showErrors, AtmDevices& devices = atmDevices,
                   std::shared_ptr<ReadCache> known = std::make_shared<ReadCache>());
 
-    // Reads everything of all adapters, or of one (0 to 3), from the disk. False when the parameter file
-    // could not be read: the remaining records keep their values, and nothing is written until reading
+    // Reads everything of all adapters, of one (0 to 3) or of some, from the disk. False when the parameter
+    // file could not be read: the remaining records keep their values, and nothing is written until reading
     // succeeds.
     bool ReadPdf();
     bool ReadLink(int adapter);
+    bool ReadLinks(std::span<const int> adapters);
     // The same of the texts as they are now.
-    bool ReadTexts(int adapter);
+    bool ReadTexts(std::span<const int> adapters);
 
     // Writes everything of one adapter except its interrupt number. False when something could not be stored;
     // failures() and onlySectionsMissing() then tell of this call.
     bool WriteLink(int adapter);
+    // The same of several; the settings of all come before the lists.
+    bool WriteLinks(std::span<const int> adapters);
 
-    // Only the list files, after a cancelled dialog. Otherwise as WriteLink.
-    bool WriteLists(int adapter);
+    // Only the list files, after a cancelled dialog. Otherwise as WriteLinks.
+    bool WriteLists(int adapter) { return WriteLists(std::span<const int>(&adapter, 1)); }
+    bool WriteLists(std::span<const int> adapters);
 
     // The texts, as they were read and as they were written. Only the editor changes or clears them.
     ConfigFiles& files() { return files_; }
@@ -91,7 +96,7 @@ class DriverPdfEdit : public PdfEdit {
     template <class List> void readList(const std::string& name, List& list);
     template <class List> bool writeList(const std::string& name, const List& list);
     template <class List> std::string whyNoList(const std::string& name, const List& list);
-    void writeLists(int adapter);
+    void writeLists(std::span<const int> adapters);
     ReadParameters& parameters();
     template <class Record> bool standsAsRead(const std::string& path, const Record& record);
     bool mayWrite();

@@ -29,7 +29,7 @@ struct Administrator {
     ChangeResult end(bool settings = true, bool answer = true, bool driver = false) {
         questions.clear();
         AdapterChange change(configuration,
-                             {.adapter = 0, .settings = settings, .before = before, .driver = driver});
+                             {.adapters = {0}, .settings = settings, .before = before, .driver = driver});
         while (const std::optional<Question> question = change.run()) {
             questions.push_back(question->text);
             change.answer(answer);

@@ -28,8 +28,8 @@ TEST(Calls, OfOneOk) {
         entry.finish({});
     }
     const auto ok = [&](bool setting, bool lists) {
-        ChangeOrder order{.adapter = 0, .before = mine, .driver = true};
-        order.changed.lec.set(0, setting);
+        ChangeOrder order{.adapters = {0}, .before = mine, .driver = true};
+        order.changed[0].lec.set(0, setting);
         if (setting) ++mine.lec[0][0].l3Mtu;
         if (lists) {
             for (AtmLEC& lec : mine.lec[0]) lec.pvcs.emplace_back().vci = 400;

@@ -6,6 +6,8 @@
 
 namespace {
 
+constexpr int first[] = {0};  // the adapters
+
 // "1:ab 3:a": LES 1 has the clients a and b, LES 3 has a.
 AtmDevices servers(std::string_view text) {
     AtmDevices devices;
@@ -61,7 +63,7 @@ TEST(ListMoves, AnEntryIsInOneList) {
                 Decisions decisions;
                 std::string asked;
                 for (const Conflict& conflict :
-                     mergeAdapter(0, base, mine, theirs, false, decisions).conflicts) {
+                     mergeAdapters(first, base, mine, theirs, false, decisions).conflicts) {
                     asked += conflict.line;
                     decisions[conflict] = takingMine;
                 }
@@ -69,7 +71,7 @@ TEST(ListMoves, AnEntryIsInOneList) {
                 if (const std::size_t at = expected.find('@'); at != expected.npos)
                     expected.replace(at, 1, "Client 00:00:00:00:00:00-61");
                 EXPECT_EQ(asked, expected);
-                const Merge merge = mergeAdapter(0, base, mine, theirs, false, decisions);
+                const Merge merge = mergeAdapters(first, base, mine, theirs, false, decisions);
                 EXPECT_TRUE(merge.conflicts.empty());
                 EXPECT_EQ(text(merge.devices), takingMine ? c.takingMine : c.takingTheirs);
                 EXPECT_EQ(merge.entriesGivenUp.empty(), takingMine || !*c.asked);
@@ -83,13 +85,13 @@ TEST(ListMoves, AVciThatBothHaveAddedIsAskedAbout) {
     AtmDevices mine, theirs;
     with(mine.lec[0][1].pvcs);
     with(theirs.ip1577[0].pvcs);
-    const Merge merge = mergeAdapter(0, base, mine, theirs, true, {});
+    const Merge merge = mergeAdapters(first, base, mine, theirs, true, {});
     ASSERT_EQ(merge.conflicts.size(), 1U);
     EXPECT_EQ(merge.conflicts[0].line,
               "PVC 0 / 300: yours added to LEC 2, in the file added to Classical IP");
     EXPECT_TRUE(merge.devices.lec[0][1].pvcs.empty());
     EXPECT_EQ(merge.devices.ip1577[0].pvcs.size(), 1U);
-    EXPECT_TRUE(mergeAdapter(0, base, mine, theirs, true, {{merge.conflicts[0], true}})
+    EXPECT_TRUE(mergeAdapters(first, base, mine, theirs, true, {{merge.conflicts[0], true}})
                     .devices.ip1577[0]
                     .pvcs.empty());
 }

@@ -151,7 +151,7 @@ TEST_F(SameFiles, OfRandomConfigurations) {
         const int adapter = scribe.below(adapterCount);
         const bool settings = !scribe.chance(4);
         configuration.readAgain(adapter);
-        ChangeOrder order{.adapter = adapter, .settings = settings, .before = mine};
+        ChangeOrder order{.adapters = {adapter}, .settings = settings, .before = mine};
         scribe.change(mine, wishes, static_cast<std::size_t>(adapter), settings);
         const Texts expected = oldWay(adapter, settings, mine);
         put(before);

@@ -62,9 +62,9 @@ TEST(SentRequest, WhatTheDriverTookIsKnownUntilItIsLost) {
         return found.value ? found.value->text : found.reason;
     };
     const auto change = [&](int mtuClass, void (*answer)(Answer&)) {
-        ChangeOrder order{.adapter = 0, .before = mine};
+        ChangeOrder order{.adapters = {0}, .before = mine};
         mine.lec[0][1].mtuClass = mtuClass;
-        order.changed.lec[1] = true;
+        order.changed[0].lec[1] = true;
         order.driver = true;
         driver.otherwise([answer](auto, Answer& a) { answer(a); });
         AdapterChange run(configuration, order);

@@ -92,8 +92,8 @@ TEST(Unreadable, ARunningClientIsNotStopped) {
     const SampleRoot root;
     const Simulator simulator({"--frozen", "--adapters", "1"});
     Administrator user;
-    ChangeOrder order{.adapter = 0, .before = user.before, .driver = true};
-    order.changed.lec.set(0);
+    ChangeOrder order{.adapters = {0}, .before = user.before, .driver = true};
+    order.changed[0].lec.set(0);
     user.lec(1).l3Mtu = 1400;
     edit(root, emptied);
     AdapterChange change(user.configuration, order);

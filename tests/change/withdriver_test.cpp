@@ -22,9 +22,9 @@ struct WithDriver : testing::Test {
 
     ChangeOrder restart(bool lec, bool les) {
         user.configuration.driverRevision = "4.1";
-        ChangeOrder order{.adapter = 0, .before = user.before, .driver = true};
-        order.changed.lec.set(0, lec);
-        order.changed.les.set(0, les);
+        ChangeOrder order{.adapters = {0}, .before = user.before, .driver = true};
+        order.changed[0].lec.set(0, lec);
+        order.changed[0].les.set(0, les);
         return order;
     }
 };
