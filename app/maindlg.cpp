@@ -62,7 +62,7 @@ void DMainDlg::connect() {
 void DMainDlg::setup() {
     asked_ = true;
     setCursor(zWatchCursor);
-    showAdapters(ioctlDesc.alive() || ioctlDesc.open(O_RDONLY) ? discoverAdapters(adapterQuery_)
+    showAdapters(ioctlDesc.alive() || ioctlDesc.open(O_RDONLY) ? discoverAdapters(adapterQuery_, atmDevices)
                                                                : Discovery());
     setCursor(zArrowCursor);
 }

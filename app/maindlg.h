@@ -1,7 +1,7 @@
 // The main window: lists the adapters and opens the configuration, statistics and global settings dialogs.
 #pragma once
 
-#include "app/discovery.h"
+#include "driver/discovery.h"
 #include "change/configuration.h"
 #include "driver/channel.h"
 #include "driver/dai_io.h"

@@ -25,7 +25,7 @@ void restart() {
     ChangeRecord record;
     DriverChannel channel;
     channel.open(O_RDWR);
-    DriverPhase phase(channel, true, record);
+    DriverPhase phase(channel, DriverUse::told, record);
     restartServices(0, atmDevices, changed, phase, channel);
 }
 

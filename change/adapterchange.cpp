@@ -35,6 +35,8 @@ AdapterChange::AdapterChange(Configuration& configuration, ChangeOrder order)
     : configuration_(configuration), order_(std::move(order)) {
     const AtmDevices& mine = configuration_.mine();
     result_.record.display = order_.display;
+    result_.record.from = order_.from.empty() ? order_.display : order_.from;
+    result_.record.note = order_.note;
     result_.record.requests = order_.requests;
     result_.changed = order_.changed.any() || !listChanges(order_.adapters, order_.before, mine).empty();
 }
@@ -53,6 +55,19 @@ std::vector<std::string> AdapterChange::unsavedLists() const {
     for (const int adapter : order_.adapters)
         for (std::string& list : configuration_.unsavedLists(adapter)) all.push_back(std::move(list));
     return all;
+}
+
+bool AdapterChange::preview() {
+    Round round(order_.adapters, configuration_.known());
+    const AtmDevices& base = configuration_.base();
+    round.read(base);
+    if (!round.readable) return false;
+    merge_ = mergeAdapters(order_.adapters, base, configuration_.mine(), round.theirs, order_.settings,
+                           decisions_);
+    if (order_.driver) tell(order_.changed, DriverUse::planned);
+    result_.record.keys = keyChanges(order_.adapters, round.theirs, merge_.devices);
+    result_.record.lists = listChanges(order_.adapters, round.theirs, merge_.devices);
+    return true;
 }
 
 std::optional<Question> AdapterChange::run() {

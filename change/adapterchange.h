@@ -27,8 +27,11 @@ struct ChangeOrder {
     ServiceSets changed = {};   // services whose settings the user changed: they are restarted
     AtmDevices before = {};     // the records when the user began
     bool driver = false;        // there is a driver
+    bool tellLists = false;     // it has not been told of the list edits yet
     std::vector<SentRequest> requests = {};  // that the dialog has sent
     std::string display = {};                // of the X server, for the history
+    std::string from = {};                   // where the user sits, for the history
+    std::string note = {};                   // the user's words, for the history
     bool last = false;                       // at the end of the run: lists cannot wait for a later save
     DriverProgress progress = {};            // while the driver is told
 };
@@ -65,6 +68,10 @@ class AdapterChange {
     // changed something, and gives up when the lock is not free in time.
     void finishAlone(std::chrono::milliseconds patience = usualPatience);
 
+    // In place of run(): what it would change, and which requests it would send, as not sent, without
+    // locking, sending or writing anything. False when the files cannot be read.
+    bool preview();
+
     const ChangeResult& result() const { return result_; }
 
   private:
@@ -83,7 +90,7 @@ class AdapterChange {
     void keepHistory(Round& round, const std::vector<FileEdit>& edits);
     void takeResult(Round& round);
     void record(Round& round);
-    void restart(const ServiceSets& due);
+    void tell(const ServiceSets& due, DriverUse use);
     void forEachDue(const ServiceSets& due, auto visit);
     void noteSent(const ServiceSets& due, std::size_t before);
     void noteSent(int adapter, const ServiceSet& due, std::size_t before, LastSent& sent);

@@ -34,6 +34,8 @@ inline constexpr const char* completedLater = "completed later";
 struct ChangeRecord {
     std::string program = "tarvolin";
     std::string display;  // of the X server, empty without one
+    std::string from;     // where the user sits: that X server, a host, a terminal
+    std::string note;     // the user's words
     std::vector<KeyChange> keys;
     std::vector<ListChange> lists;
     std::vector<SentRequest> requests;  // in their order

@@ -2,6 +2,7 @@
 #include "change/adapterchange.h"
 
 #include "change/driverphase.h"
+#include "change/listrequests.h"
 #include "change/restart.h"
 #include "change/sent.h"
 #include "config/recordrows.h"
@@ -85,18 +86,22 @@ void AdapterChange::send() {
         if (sent_) due[a] = differing(adapter, due[a] | sentServices_[a], *sent_, merge_.devices);
         sentServices_[a] = sentServices_[a] | due[a];
     }
-    if (due.any()) copyAdapters(order_.adapters, merge_.devices, sent_ ? *sent_ : sent_.emplace());
     const std::size_t before = result_.record.requests.size();
-    if (due.any() && !driverStopped_) restart(due);
+    if (due.any() || order_.tellLists) {
+        if (!driverStopped_) tell(due, order_.driver ? DriverUse::told : DriverUse::none);
+        copyAdapters(order_.adapters, merge_.devices, sent_ ? *sent_ : sent_.emplace());
+    }
     lookAhead(due, before);
 }
 
-void AdapterChange::restart(const ServiceSets& due) {
+void AdapterChange::tell(const ServiceSets& due, DriverUse use) {
     const std::size_t before = result_.record.requests.size();
     DriverChannel channel;
-    if (order_.driver) channel.open(O_RDWR);
+    if (use == DriverUse::told) channel.open(O_RDWR);
     if (!sendingSince_) sendingSince_ = DriverPhase::Clock::now();
-    DriverPhase phase(channel, order_.driver, result_.record, *sendingSince_, order_.progress);
+    DriverPhase phase(channel, use, result_.record, *sendingSince_, order_.progress);
+    if (order_.tellLists && phase.wanted())
+        sendListEdits(order_.adapters, sent_ ? *sent_ : order_.before, merge_.devices, due, phase, channel);
     for (const int a : order_.adapters) restartServices(a, merge_.devices, due[asIndex(a)], phase, channel);
     // What was said of these services before holds no longer.
     forEachDue(due, [&](const ServiceName& name, auto, auto) {
@@ -109,7 +114,7 @@ void AdapterChange::restart(const ServiceSets& due) {
     for (const DriverSentence& sentence : sentences_) result_.driver.push_back(sentence.text);
     driverStopped_ = phase.stopped();
     driverLost_ = phase.lost();
-    if (order_.driver) noteSent(due, before);
+    if (use == DriverUse::told) noteSent(due, before);
 }
 
 // A service that took settings in an earlier round, and has not been restarted with those that are saved now,

@@ -56,6 +56,15 @@ constexpr Sentences sentenceTable[] = {
     {StepKind::oldLecsClient, "Adding {2} to {0} …",
      "{2} refused ({1}). The {0} was not restarted and may have it already.",
      "{2}: no answer. Whether the {0} has it is unknown.", "{2} not sent: the {0} may run without it."},
+    {StepKind::addEntry, "Adding {2} to {0} …", "{0}: {2} refused ({1}). It runs without it.",
+     "{0}: no answer to {2}. Whether it has it is unknown.", "{0}: {2} not sent. It runs without it."},
+    {StepKind::modifyEntry, "Changing {2} of {0} …",
+     "{0}: the change of {2} refused ({1}). It runs with the old one.",
+     "{0}: no answer to the change of {2}. Which one it has is unknown.",
+     "{0}: the change of {2} not sent. It runs with the old one."},
+    {StepKind::removeEntry, "Taking {2} from {0} …", "{0}: the end of {2} refused ({1}). It still has it.",
+     "{0}: no answer to the end of {2}. Whether it still has it is unknown.",
+     "{0}: the end of {2} not sent. It still has it."},
 };
 
 const Sentences& sentencesOf(StepKind kind) {
@@ -76,10 +85,10 @@ std::string sentence(const char* format, const Step& step, int resp = 0) {
 
 }  // namespace
 
-DriverPhase::DriverPhase(DriverChannel& channel, bool wanted, ChangeRecord& record, Clock::time_point began,
+DriverPhase::DriverPhase(DriverChannel& channel, DriverUse use, ChangeRecord& record, Clock::time_point began,
                          DriverProgress progress)
-    : wanted_(wanted), record_(record), began_(began), progress_(std::move(progress)) {
-    if (!wanted || channel) return;
+    : use_(use), record_(record), began_(began), progress_(std::move(progress)) {
+    if (use != DriverUse::told || channel) return;
     lost_ = true;
     stopped_ = fmt::format("The driver cannot be opened: {}.", std::strerror(errno));
     tvlog << "Cannot open the driver to apply changes: " << std::strerror(errno) << std::endl;
@@ -108,6 +117,10 @@ int DriverPhase::sendTelling(const std::string& doing, const std::function<int()
 
 RequestResult DriverPhase::take(const Step& step, const reqParam& request, const std::function<int()>& send) {
     SentRequest sent{step.service.path, step.request, step.subject, RequestResult::notSent, 0};
+    if (use_ == DriverUse::planned) {
+        record_.requests.push_back(sent);
+        return RequestResult::taken;
+    }
     if (mayGo()) {
         const int result = sendTelling(sentence(sentencesOf(step.kind).doing, step), send);
         sent.resp = request.header().Resp;

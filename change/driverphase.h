@@ -28,6 +28,10 @@ enum class StepKind {
     restartLecs,
     lecsClient,
     oldLecsClient,
+    // Edits of the list of a service that runs on.
+    addEntry,
+    modifyEntry,
+    removeEntry,
 };
 
 struct Step {
@@ -47,17 +51,22 @@ struct DriverSentence {
 // request (platform::WhileWaiting). May be null.
 using DriverProgress = std::function<void(const std::string& doing)>;
 
+enum class DriverUse {
+    none,     // there is no driver, and nobody misses it
+    told,     // of everything
+    planned,  // it is told nothing: the requests are noted as not sent, and go on as if they had been taken
+};
+
 class DriverPhase {
   public:
     using Clock = std::chrono::steady_clock;
 
-    // Nothing is sent over a closed channel. Without `wanted` there was no driver, and nobody misses it;
-    // otherwise it could not be opened, which errno says. `began`: when the first request of the change was
-    // sent.
-    DriverPhase(DriverChannel& channel, bool wanted, ChangeRecord& record,
+    // Nothing is sent over a closed channel: the driver could not be opened then, which errno says. `began`:
+    // when the first request of the change was sent.
+    DriverPhase(DriverChannel& channel, DriverUse use, ChangeRecord& record,
                 Clock::time_point began = Clock::now(), DriverProgress progress = {});
 
-    bool wanted() const { return wanted_; }
+    bool wanted() const { return use_ != DriverUse::none; }
 
     // Sends one request with `send`, whose result is that of `request`.
     RequestResult take(const Step& step, const reqParam& request, const std::function<int()>& send);
@@ -71,7 +80,7 @@ class DriverPhase {
     bool mayGo();
     int sendTelling(const std::string& doing, const std::function<int()>& send);
 
-    bool wanted_;
+    DriverUse use_;
     ChangeRecord& record_;
     Clock::time_point began_;
     DriverProgress progress_;

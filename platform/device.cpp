@@ -2,6 +2,7 @@
 
 #include "platform/socketdevice.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <map>
@@ -14,6 +15,16 @@
 namespace platform {
 
 namespace {
+
+WaitLimit::Clock::time_point waitLimit = WaitLimit::Clock::time_point::max();
+
+// The timeout of a call in the kernel, whole seconds: none of less than one.
+int secondsLeft() {
+    constexpr long most = 15;  // the default of a stream
+    if (waitLimit == WaitLimit::Clock::time_point::max()) return 0;
+    const auto left = std::chrono::ceil<std::chrono::seconds>(waitLimit - WaitLimit::Clock::now());
+    return static_cast<int>(std::clamp<long>(left.count(), 1, most));
+}
 
 class SystemDevice : public Device {
   public:
@@ -35,9 +46,15 @@ class SystemDevice : public Device {
     }
 
     int streamsIoctl(int descriptor, int request, strioctl& block) override {
+        if (WaitLimit::passed()) {
+            errno = ETIME;
+            return -1;
+        }
         const auto channel = channels_.find(descriptor);
-        if (channel == channels_.end())
+        if (channel == channels_.end()) {
+            if (block.ic_timout == 0) block.ic_timout = secondsLeft();
             return ::ioctl(descriptor, static_cast<unsigned long>(request), &block);
+        }
         if (request == I_STR) return channel->second.ioctl(block);
         errno = EINVAL;
         return -1;
@@ -78,6 +95,14 @@ WhileWaiting::Clock::time_point actionAt = never;
 std::function<void()> waitingAction;
 
 }  // namespace
+
+void WaitLimit::set(Clock::time_point moment) {
+    waitLimit = moment;
+}
+
+WaitLimit::Clock::time_point WaitLimit::moment() {
+    return waitLimit;
+}
 
 WhileWaiting::WhileWaiting(Clock::time_point at, std::function<void()> action) {
     actionAt = at;

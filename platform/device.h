@@ -59,6 +59,17 @@ class WhileWaiting {
     static void act();
 };
 
+// Until when the driver is waited for, whatever it is asked: calls end with ETIME then. Without a limit (the
+// usual state) each call has its own.
+class WaitLimit {
+  public:
+    using Clock = std::chrono::steady_clock;
+
+    static void set(Clock::time_point moment);
+    static Clock::time_point moment();  // max() without a limit
+    static bool passed() { return moment() <= Clock::now(); }
+};
+
 Device& device();
 
 // Replaces the device; null restores the system's. Returns the previous one. Neither is owned.

@@ -1,5 +1,6 @@
 #include "platform/socketdevice.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -55,7 +56,7 @@ int SocketChannel::open(const HostPath& path, int oflag) {
     if (::connect(descriptor_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
         return fail(errno == ECONNREFUSED ? ENXIO : errno);
 
-    const Clock::time_point deadline = Clock::now() + defaultTimeout;
+    const Clock::time_point deadline = std::min(Clock::now() + defaultTimeout, WaitLimit::moment());
     const std::array<std::int32_t, 3> request{opOpen, ++id_, oflag};
     std::vector<char> answer(replyHead);
     if (!send(request.data(), sizeof request, deadline)) return fail(errno);
@@ -71,10 +72,10 @@ int SocketChannel::ioctl(strioctl& block) {
     if (block.ic_len < 0 || static_cast<std::size_t>(block.ic_len) > maxSocketMessage)
         return failWith(EINVAL);
     const auto length = static_cast<std::size_t>(block.ic_len);
-    const Clock::time_point deadline = block.ic_timout < 0 ? Clock::time_point::max()
-                                       : block.ic_timout > 0
-                                           ? Clock::now() + std::chrono::seconds(block.ic_timout)
-                                           : Clock::now() + defaultTimeout;
+    const Clock::time_point own = block.ic_timout < 0   ? Clock::time_point::max()
+                                  : block.ic_timout > 0 ? Clock::now() + std::chrono::seconds(block.ic_timout)
+                                                        : Clock::now() + defaultTimeout;
+    const Clock::time_point deadline = std::min(own, WaitLimit::moment());
 
     const std::array<std::int32_t, 5> head{opIoctl, ++id_, block.ic_cmd, block.ic_timout, block.ic_len};
     std::vector<char> packet(sizeof head + length);

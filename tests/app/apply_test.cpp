@@ -49,7 +49,7 @@ class ApplyTest : public testing::Test {
         DriverChannel channel;
         if (changed.any() && ioctlDesc) channel.open(O_RDWR);
         record = {};
-        DriverPhase phase(channel, static_cast<bool>(ioctlDesc), record);
+        DriverPhase phase(channel, ioctlDesc ? DriverUse::told : DriverUse::none, record);
         restartServices(currentAdapter, atmDevices, changed, phase, channel);
         sentences.clear();
         for (const DriverSentence& sentence : phase.sentences()) sentences.push_back(sentence.text);

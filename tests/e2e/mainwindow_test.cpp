@@ -51,7 +51,7 @@ TEST_F(MainWindowTest, ListsTheAdaptersOfTheDriverWithTheirAddressesAndItsVersio
 TEST_F(MainWindowTest, DerivedAddressesWrapWithinTheLastByte) {
     macAddress address;
     address = "00:a0:3e:00:00:fe";
-    deriveMacAddresses(3, address);
+    deriveMacAddresses(3, address, atmDevices);
     const char* const expected[] = {"00:a0:3e:00:00:fe", "00:a0:3e:00:00:ff", "00:a0:3e:00:00:00",
                                     "00:a0:3e:00:00:01"};
     for (std::size_t k = 0; k < 4; ++k) EXPECT_STREQ(atmDevices.lec[3][k].mac.GetFMacAddress(), expected[k]);

@@ -1,6 +1,5 @@
-#include "app/discovery.h"
+#include "driver/discovery.h"
 
-#include "model/tvdatbuf.h"
 #include "platform/debuglog.h"
 #include "platform/index.h"
 
@@ -21,13 +20,13 @@ bool nobodyThere(const aalInfo& query) {
 
 }  // namespace
 
-void deriveMacAddresses(int adapter, const macAddress& address) {
+void deriveMacAddresses(int adapter, const macAddress& address, AtmDevices& devices) {
     const std::size_t a = asIndex(adapter);
-    for (int k = 0; k < lecCount; ++k) atmDevices.lec[a][asIndex(k)].mac = plus(address, k);
-    atmDevices.ip1577[a].mac = plus(address, lecCount);
+    for (int k = 0; k < lecCount; ++k) devices.lec[a][asIndex(k)].mac = plus(address, k);
+    devices.ip1577[a].mac = plus(address, lecCount);
 }
 
-Discovery discoverAdapters(aalInfo& query) {
+Discovery discoverAdapters(aalInfo& query, AtmDevices& devices) {
     Discovery found;
     if (const PackageRevView revision = query.GetPackageRev()) found.version = revision.text();
     if (nobodyThere(query)) return found;
@@ -47,7 +46,7 @@ Discovery discoverAdapters(aalInfo& query) {
                                            : BoardMacView()) {
             const macAddress address = board.address();
             adapter.line = fmt::format("ATM Adapter {}  -  {}", i + 1, address.GetFMacAddress());
-            deriveMacAddresses(i, address);
+            deriveMacAddresses(i, address, devices);
         }
         found.complete = !nobodyThere(query);
         found.adapters.push_back(std::move(adapter));

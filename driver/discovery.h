@@ -2,7 +2,7 @@
 #pragma once
 
 #include "driver/dai_io.h"
-#include "model/ui_types.h"
+#include "model/tvdatbuf.h"
 
 #include <string>
 #include <vector>
@@ -20,10 +20,10 @@ struct Discovery {
 };
 
 // Asks the driver for its version and its adapters; stores the MAC addresses of their LAN Emulation Clients
-// and Classical IP clients in atmDevices. After the first request for which nobody is there or nobody answers
+// and Classical IP clients in `devices`. After the first request for which nobody is there or nobody answers
 // no further one is sent.
-Discovery discoverAdapters(aalInfo& query);
+Discovery discoverAdapters(aalInfo& query, AtmDevices& devices);
 
 // A LAN Emulation Client's address is the adapter's with 0 to 3 added to the last byte; for the Classical IP
 // client 4 is added. The addition wraps within the byte.
-void deriveMacAddresses(int adapter, const macAddress& address);
+void deriveMacAddresses(int adapter, const macAddress& address, AtmDevices& devices);
