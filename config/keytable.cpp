@@ -77,7 +77,7 @@ constexpr KeyRow<AtmLEC> lecRows[] = {
     flag("Enabled", "enabled", "Enable", &AtmLEC::enabled),
     flag("Config", "pvcOnly", "PVC Only", &AtmLEC::pvcOnly),
     number("Mfs", "mtu", "ELAN MTU", &AtmLEC::mtuClass, mtuNames),
-    number("L3Mtu", "l3Mtu", "L3 MTU", &AtmLEC::l3Mtu),
+    {"L3Mtu", "l3Mtu", "L3 MTU", &AtmLEC::l3Mtu, keyLong, sizeof(std::int32_t), true, {}, 32767, "bytes"},
     number("ElanType", "elanType", "ELAN Type", &AtmLEC::elanType, lecElanTypes),
     flag("Lecs", "useLecs", "LECS", &AtmLEC::useLecs),
     text("ElanName", "elanName", "ELAN Name", &AtmLEC::elanName),

@@ -44,6 +44,9 @@ template <class Record> struct KeyRow {
     int readLength;  // bytes, with the terminating zero of a text
     bool written = true;
     CodeNames codes = {};  // of a number; none: it is shown as it is
+    // Of a number without codes.
+    std::int32_t most = 0;
+    const char* unit = "";
 };
 
 // The value of a row in a record, for scripts or for windows. A code that has no name is "code 7".

@@ -1,0 +1,34 @@
+// The commands. Each has a file of its own with one function, which adds it to the command line.
+#pragma once
+
+#include "ctl/session.h"
+#include "ctl/status.h"
+#include "ctl/tree.h"
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <span>
+
+// What a command has to say. With a status that is a failure `message` and `where` are the complaint.
+struct Output {
+    Tree tree = {};
+    Status status = Status::good;
+    std::string message = {};
+    std::string where = {};
+    std::vector<std::string> warnings = {};  // further complaints, a line each
+};
+
+// The command that stands on the command line; throws Failure.
+using Run = std::function<Output(Session&)>;
+
+struct Command {
+    const char* name;
+    const char* summary;  // a line of "tvctl help"
+    // Adds its words and options, and returns what is done when it is given.
+    Run (*add)(CLI::App& command);
+};
+std::span<const Command> commands();
+
+Run addShow(CLI::App& command);
+Run addGet(CLI::App& command);
+Run addVersion(CLI::App& command);

@@ -1,0 +1,15 @@
+#include "ctl/command.h"
+
+namespace {
+
+constexpr Command rows[] = {
+    {"show", "The configuration in the files", addShow},
+    {"get", "One value of it", addGet},
+    {"version", "The version of this program", addVersion},
+};
+
+}  // namespace
+
+std::span<const Command> commands() {
+    return rows;
+}

@@ -1,0 +1,243 @@
+#include "ctl/entries.h"
+
+#include "ctl/status.h"
+#include "model/addresstext.h"
+#include "platform/safetext.h"
+
+#include <algorithm>
+#include <charconv>
+#include <fmt/format.h>
+#include <limits>
+#include <optional>
+
+using platform::escaped;
+
+namespace {
+
+// A flag of a PVC: how its codes 0 and 1 are called, as words and in JSON.
+struct FlagNames {
+    const char* key;
+    const char* words[2];
+    Json json[2];
+};
+const FlagNames& encapsulationNames() {
+    static const FlagNames names{"encapsulation", {"null", "llc"}, {"null", "llc"}};
+    return names;
+}
+const FlagNames& broadcastNames() {
+    static const FlagNames names{"broadcast", {"noBroadcast", "broadcast"}, {false, true}};
+    return names;
+}
+
+std::string wordOf(const FlagNames& names, std::int32_t code) {
+    return code == 0 || code == 1 ? names.words[code] : fmt::format("{} code {}", names.key, code);
+}
+Json jsonOf(const FlagNames& names, std::int32_t code) {
+    return code == 0 || code == 1 ? names.json[code] : Json(fmt::format("code {}", code));
+}
+
+[[noreturn]] void wrong(const std::string& where, const std::string& reason) {
+    throw Failure(Status::wrongValue, where.empty() ? reason : fmt::format("{}: {}", where, reason), where);
+}
+
+template <class Number> std::optional<Number> numberIn(std::string_view text) {
+    Number number = 0;
+    const char* end = text.data() + text.size();
+    const auto [stopped, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && stopped == end ? std::optional(number) : std::nullopt;
+}
+
+std::string addressOf(const AtmBridgedPvc& pvc) {
+    return pvc.mac.GetFMacAddress();
+}
+std::string addressOf(const AtmRoutedPvc& pvc) {
+    return pvc.ip.GetFIPAddress();
+}
+constexpr const char* addressKey(const AtmBridgedPvc&) {
+    return "mac";
+}
+constexpr const char* addressKey(const AtmRoutedPvc&) {
+    return "ip";
+}
+
+template <class Pvc> std::string pvcWords(const Pvc& pvc) {
+    return fmt::format("{} vci {} {} {} rate {}", addressOf(pvc), pvc.vci,
+                       wordOf(encapsulationNames(), pvc.encapsulation),
+                       wordOf(broadcastNames(), pvc.broadcast), pvc.rate);
+}
+
+template <class Pvc> Json pvcJson(const Pvc& pvc) {
+    return {{addressKey(pvc), addressOf(pvc)},
+            {"vci", pvc.vci},
+            {"encapsulation", jsonOf(encapsulationNames(), pvc.encapsulation)},
+            {"broadcast", jsonOf(broadcastNames(), pvc.broadcast)},
+            {"rate", pvc.rate}};
+}
+
+template <std::size_t N> std::array<std::uint8_t, N> bytesOf(AddressKind kind, const std::string& text) {
+    const AddressReading reading = ReadAddress(kind, text);
+    if (!reading.reason.empty())
+        wrong("", fmt::format("\"{}\": {}", escaped(std::string_view(text).substr(0, 80)), reading.reason));
+    std::array<std::uint8_t, N> bytes{};
+    std::copy_n(reading.bytes.begin(), N, bytes.begin());
+    return bytes;
+}
+
+// The words of a command, one after the other.
+class Words {
+  public:
+    explicit Words(std::span<const std::string> words) : rest_(words) {}
+
+    bool any() const { return !rest_.empty(); }
+    bool skip(std::string_view word) {
+        const bool there = !rest_.empty() && rest_.front() == word;
+        if (there) rest_ = rest_.subspan(1);
+        return there;
+    }
+    const std::string& next(std::string_view behind) {
+        if (rest_.empty()) throw Failure(Status::usage, fmt::format("\"{}\" needs a number", behind));
+        const std::string& word = rest_.front();
+        rest_ = rest_.subspan(1);
+        return word;
+    }
+    template <class Number> Number number(std::string_view behind) {
+        const std::string& text = next(behind);
+        const auto number = numberIn<Number>(text);
+        if (!number || *number > std::numeric_limits<Number>::max())
+            wrong("", fmt::format("{} \"{}\": takes 0 to {}", behind, escaped(text),
+                                  std::numeric_limits<Number>::max()));
+        return *number;
+    }
+
+  private:
+    std::span<const std::string> rest_;
+};
+
+template <class Pvc> void takePvcWords(std::span<const std::string> all, Pvc& pvc) {
+    Words words(all);
+    while (words.any()) {
+        const std::string& word = words.next("");
+        const auto takes = [&](const FlagNames& names, std::int32_t& field) {
+            if (word == names.key && words.skip("code"))
+                return field = words.number<std::int32_t>("code"), true;
+            for (const std::int32_t code : {0, 1})
+                if (word == names.words[code]) return field = code, true;
+            return false;
+        };
+        if (word == "vci")
+            pvc.vci = words.number<std::uint16_t>("vci");
+        else if (word == "rate")
+            pvc.rate = words.number<std::int32_t>("rate");
+        else if (!takes(encapsulationNames(), pvc.encapsulation) && !takes(broadcastNames(), pvc.broadcast))
+            throw Failure(Status::usage, fmt::format("\"{}\" is no word of a PVC", escaped(word)));
+        if (pvc.rate < 0)
+            wrong("", fmt::format("rate: takes 0 to {}", std::numeric_limits<std::int32_t>::max()));
+    }
+}
+
+std::int32_t readFlag(const FlagNames& names, const Json& value, const std::string& where) {
+    for (const std::int32_t code : {0, 1})
+        if (value == names.json[code]) return code;
+    constexpr std::string_view word = "code ";
+    if (value.is_string())
+        if (const auto& text = value.get_ref<const std::string&>(); text.starts_with(word))
+            if (const auto code = numberIn<std::int32_t>(std::string_view(text).substr(word.size()));
+                code && *code != 0 && *code != 1)
+                return *code;
+    wrong(where, fmt::format("{} takes {} or {}", names.key, names.json[0].dump(), names.json[1].dump()));
+}
+
+// A number of a document, negative ones as far as files hold them.
+template <class Number> Number readNumber(const Json& value, const char* key, const std::string& where) {
+    using Limits = std::numeric_limits<Number>;
+    if (value.is_number_unsigned() && value.get<std::uint64_t>() <= static_cast<std::uint64_t>(Limits::max()))
+        return static_cast<Number>(value.get<std::uint64_t>());
+    if (value.is_number_integer() && value.get<std::int64_t>() < 0 &&
+        value.get<std::int64_t>() >= Limits::min())
+        return static_cast<Number>(value.get<std::int64_t>());
+    wrong(where, fmt::format("{} takes 0 to {}", key, Limits::max()));
+}
+
+template <class Pvc> void readPvc(const Json& json, const std::string& where, Pvc& pvc) {
+    if (!json.is_object()) wrong(where, "an entry is an object");
+    bool addressed = false, numbered = false;
+    for (const auto& [key, value] : json.items()) {
+        if (key == addressKey(pvc)) {
+            if (!value.is_string()) wrong(where, fmt::format("{} is a text", key));
+            try {
+                takeAddress(value.template get<std::string>(), pvc);
+            } catch (const Failure& failure) {
+                wrong(where, failure.what());
+            }
+            addressed = true;
+        } else if (key == "vci") {
+            pvc.vci = readNumber<std::uint16_t>(value, "vci", where);
+            numbered = true;
+        } else if (key == "encapsulation") {
+            pvc.encapsulation = readFlag(encapsulationNames(), value, where);
+        } else if (key == "broadcast") {
+            pvc.broadcast = readFlag(broadcastNames(), value, where);
+        } else if (key == "rate") {
+            pvc.rate = readNumber<std::int32_t>(value, "rate", where);
+        } else {
+            wrong(where, fmt::format("an entry has no \"{}\"", escaped(key)));
+        }
+    }
+    if (!addressed || !numbered) wrong(where, fmt::format("an entry has {} and vci", addressKey(pvc)));
+}
+
+}  // namespace
+
+std::string entryWords(const AtmBridgedPvc& pvc) {
+    return pvcWords(pvc);
+}
+std::string entryWords(const AtmRoutedPvc& pvc) {
+    return pvcWords(pvc);
+}
+std::string entryWords(const esiSelector& client) {
+    return client.GetF2EsiSelector();
+}
+
+Json entryJson(const AtmBridgedPvc& pvc) {
+    return pvcJson(pvc);
+}
+Json entryJson(const AtmRoutedPvc& pvc) {
+    return pvcJson(pvc);
+}
+Json entryJson(const esiSelector& client) {
+    return client.GetF2EsiSelector();
+}
+
+void takeWords(std::span<const std::string> words, AtmBridgedPvc& pvc) {
+    takePvcWords(words, pvc);
+}
+void takeWords(std::span<const std::string> words, AtmRoutedPvc& pvc) {
+    takePvcWords(words, pvc);
+}
+
+void takeAddress(const std::string& text, AtmBridgedPvc& pvc) {
+    pvc.mac = macAddress(bytesOf<6>(AddressKind::mac, text));
+}
+void takeAddress(const std::string& text, AtmRoutedPvc& pvc) {
+    pvc.ip = ipAddress(bytesOf<4>(AddressKind::ip, text));
+}
+esiSelector readClient(const std::string& text) {
+    return esiSelector(bytesOf<7>(AddressKind::esiSelector, text));
+}
+
+void readEntry(const Json& json, const std::string& where, AtmBridgedPvc& pvc) {
+    pvc.encapsulation = 1;
+    readPvc(json, where, pvc);
+}
+void readEntry(const Json& json, const std::string& where, AtmRoutedPvc& pvc) {
+    pvc.encapsulation = 1;
+    readPvc(json, where, pvc);
+}
+void readEntry(const Json& json, const std::string& where, esiSelector& client) {
+    if (!json.is_string()) wrong(where, "a client is a text");
+    try {
+        client = readClient(json.get<std::string>());
+    } catch (const Failure& failure) {
+        wrong(where, failure.what());
+    }
+}

@@ -1,0 +1,111 @@
+#include "ctl/program.h"
+
+#include "ctl/command.h"
+#include "platform/safetext.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <fmt/format.h>
+#include <memory>
+
+namespace {
+
+constexpr int format = 1;  // of JSON; grows when a reader of the present one would misunderstand
+
+void write(std::FILE* file, const std::string& text) {
+    std::fwrite(text.data(), 1, text.size(), file);
+}
+
+void complain(const std::string& message) {
+    write(stderr, fmt::format("tvctl: {}\n", message));
+}
+
+// Two printers of one tree.
+void printText(const Output& output) {
+    for (const std::string& line : output.tree.lines()) write(stdout, line + '\n');
+}
+
+void printJson(const Output& output) {
+    Json document{{"format", format}};
+    document.update(output.tree.json());
+    if (!output.message.empty()) {
+        Json error{{"code", static_cast<int>(output.status)}, {"message", output.message}};
+        if (!output.where.empty()) error["where"] = output.where;
+        document["error"] = error;
+    }
+    write(stdout, document.dump(-1, ' ', false, Json::error_handler_t::replace) + '\n');
+}
+
+int print(const Output& output, bool json) {
+    json ? printJson(output) : printText(output);
+    // Also what stood in the buffer when the disk was full or the reader gone.
+    const bool written = std::fflush(stdout) == 0 && !std::ferror(stdout);
+    if (!written) complain("the output cannot be written");
+    for (const std::string& warning : output.warnings) complain(warning);
+    if (!output.message.empty()) complain(output.message);
+    if (!written && output.status == Status::good) return static_cast<int>(Status::notDone);
+    return static_cast<int>(output.status);
+}
+
+Output failed(const Failure& failure) {
+    return {.status = failure.status(), .message = failure.what(), .where = failure.where()};
+}
+
+// The command line of the global options and every command. The words that were given decide which `run` is
+// set.
+struct CommandLine {
+    CLI::App app{"Configures and watches ATM adapters from a shell.", "tvctl"};
+    Options options;
+    std::string root;
+    double timeout = 15;
+    Run run;
+
+    CommandLine() {
+        app.option_defaults()->always_capture_default(false);
+        app.add_option("--root", root, "The directory below which the system's paths are found");
+        app.add_flag("--json", options.json, "One JSON document in place of text");
+        app.add_option("--timeout", timeout, "Seconds to wait for the driver in all (15)")
+            ->check(CLI::Range(0.001, 86400.0));
+        app.require_subcommand(1);
+        app.fallthrough();  // global options may stand behind the command
+        app.set_help_flag();
+        for (const Command& command : commands()) {
+            CLI::App* sub = app.add_subcommand(command.name, command.summary);
+            sub->fallthrough();
+            sub->set_help_flag();
+            sub->final_callback([this, chosen = command.add(*sub)] { run = chosen; });
+        }
+    }
+
+    Output parse(const std::vector<std::string>& words) {
+        // CLI11 takes them from behind.
+        std::vector<std::string> reversed(words.rbegin(), words.rend());
+        try {
+            app.parse(std::move(reversed));
+        } catch (const CLI::ParseError& error) {
+            return {.status = Status::usage, .message = platform::escaped(error.what())};
+        }
+        options.timeout = std::chrono::duration<double>(timeout);
+        if (!root.empty()) ::setenv("TARVOLIN_ROOT", root.c_str(), 1);
+        return {};
+    }
+};
+
+// Whether the answer is to be JSON also where the words are wrong.
+bool asksForJson(const std::vector<std::string>& words) {
+    return std::ranges::count(words, "--json") > 0;
+}
+
+}  // namespace
+
+int runProgram(const std::vector<std::string>& words) {
+    CommandLine line;
+    if (const Output wrong = line.parse(words); wrong.status != Status::good)
+        return print(wrong, asksForJson(words));
+    try {
+        Session session(line.options);
+        return print(line.run(session), line.options.json);
+    } catch (const Failure& failure) {
+        return print(failed(failure), line.options.json);
+    }
+}

@@ -1,0 +1,113 @@
+#include "ctl/session.h"
+
+#include "change/services.h"
+#include "ctl/status.h"
+#include "platform/device.h"
+#include "platform/files.h"
+#include "platform/user.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <thread>
+
+using namespace std::chrono_literals;
+using platform::files;
+
+namespace {
+
+// Others save within milliseconds; a record that stays is that of a killed program.
+constexpr int mostReadings = 50;
+constexpr auto betweenReadings = 20ms;
+
+constexpr auto lockPatience = 5s;
+
+bool saveIsUnderWay() {
+    platform::HostPath place = platform::hostPath(PdfEdit::parameterFile);
+    files().resolve(place, place);
+    struct stat status {};
+    return files().status(Configuration::saveRecord(place), status) == 0;
+}
+
+[[noreturn]] void unreadable(int error) {
+    throw Failure(Status::wrongValue, fmt::format("{}: {}", PdfEdit::parameterFile, std::strerror(error)),
+                  PdfEdit::parameterFile);
+}
+
+}  // namespace
+
+void requireRoot() {
+    if (!platform::superUser()) throw Failure(Status::notPermitted, "only root may do this");
+}
+
+Session::Session(const Options& options) : options_(options) {
+    using Clock = platform::WaitLimit::Clock;
+    platform::WaitLimit::set(Clock::now() + std::chrono::duration_cast<Clock::duration>(options.timeout));
+}
+
+void Session::read() {
+    for (int reading = 1;; ++reading) {
+        const bool last = reading == mostReadings;
+        if (saveIsUnderWay() && !last) {
+            // What a killed program has begun is completed by whoever may.
+            std::string failed;
+            if (platform::superUser() && configuration.lock(0ms, failed) == 0) configuration.unlock();
+            std::this_thread::sleep_for(betweenReadings);
+            continue;
+        }
+        AtmDevices found;
+        DriverPdfEdit editor(nullptr, false, found, configuration.known());
+        if (!editor.ReadPdf()) unreadable(editor.files().read(PdfEdit::parameterFile).error);
+        if (!last && (!editor.files().standAsRead() || saveIsUnderWay())) continue;
+        devices = found;
+        configuration.base() = found;
+        missing_ = editor.unknownSections();
+        return;
+    }
+}
+
+void Session::readForChange() {
+    requireRoot();
+    std::string failed;
+    if (const int error = configuration.lock(lockPatience, failed)) {
+        if (error == EWOULDBLOCK || error == EINTR)
+            throw Failure(Status::locked,
+                          fmt::format("the configuration is being changed by {}", configuration.holder()));
+        throw Failure(Status::notDone, fmt::format("{}: {}", failed, std::strerror(error)), failed);
+    }
+    read();
+}
+
+const Discovery& Session::discovery() {
+    if (discovery_) return *discovery_;
+    discovery_.emplace();
+    if (!channel_.open(platform::superUser() ? O_RDWR : O_RDONLY) && !channel_.open(O_RDONLY))
+        return *discovery_;
+    query_.emplace(channel_, 0);
+    *discovery_ = discoverAdapters(*query_, devices);
+    configuration.driverRevision = discovery_->version;
+    return *discovery_;
+}
+
+bool Session::hasSection(int adapter) const {
+    const auto services = namedServices(adapter);
+    return !std::ranges::all_of(services,
+                                [&](const NamedService& s) { return missing_.contains(s.section); });
+}
+
+std::vector<int> Session::adapters() {
+    std::vector<int> all;
+    for (int a = 0; a < adapterCount; ++a) {
+        const auto isIt = [a](const FoundAdapter& found) { return found.index == a; };
+        if (hasSection(a) || std::ranges::any_of(discovery().adapters, isIt)) all.push_back(a);
+    }
+    return all;
+}
+
+bool Session::knowsMac(int adapter) {
+    return std::ranges::any_of(discovery().adapters, [adapter](const FoundAdapter& found) {
+        return found.index == adapter && !found.line.empty();
+    });
+}

@@ -1,0 +1,56 @@
+// What every command works with: the options, the configuration, the driver.
+#pragma once
+
+#include "change/configuration.h"
+#include "driver/channel.h"
+#include "driver/discovery.h"
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+struct Options {
+    bool json = false;
+    std::chrono::duration<double> timeout{15};  // of all waiting for the driver
+};
+
+class Session {
+  public:
+    explicit Session(const Options& options);
+
+    const Options& options() const { return options_; }
+
+    // The records as this command leaves them; `configuration` knows what the files had.
+    AtmDevices devices;
+    Configuration configuration{"tvctl", devices};
+
+    // Reads the files of all adapters as they stand at one moment, without locking them.
+    // Failure::wrongValue: the parameter file cannot be read.
+    void read();
+    // The same under the lock, which stays. Failure::notPermitted: the user is not root. Failure::locked,
+    // Failure::notDone: a save that was interrupted cannot be completed.
+    void readForChange();
+
+    // Asks the driver once who is there. Nothing is asked of a driver that is not.
+    const Discovery& discovery();
+    bool hasDriver() { return discovery().complete; }
+    // A closed one when there is no driver.
+    DriverChannel& channel() { return channel_; }
+
+    // Adapters that have a section or that the driver reports, ascending.
+    std::vector<int> adapters();
+    bool hasSection(int adapter) const;
+    bool knowsMac(int adapter);  // the driver has said it
+
+  private:
+    void readFiles();
+
+    Options options_;
+    DriverChannel channel_;
+    std::optional<aalInfo> query_;
+    std::optional<Discovery> discovery_;
+    std::set<std::string> missing_;  // sections of no adapter
+};
+
+// Failure::notPermitted unless the real user is root.
+void requireRoot();

@@ -1,0 +1,37 @@
+// show [PATH...]: the configuration in the files.
+#include "ctl/command.h"
+#include "ctl/listing.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace {
+
+struct Show {
+    std::vector<std::string> paths;
+
+    Output operator()(Session& session) const {
+        std::vector<ServiceId> services;
+        for (const std::string& path : paths) {
+            const std::vector<ServiceId> some = readPath(path);
+            services.insert(services.end(), some.begin(), some.end());
+        }
+        session.read();
+        session.discovery();
+        if (paths.empty())
+            for (const int adapter : session.adapters()) {
+                const std::vector<ServiceId> all = servicesOf(adapter);
+                services.insert(services.end(), all.begin(), all.end());
+            }
+        return {configurationTree(services, session.devices,
+                                  [&](int adapter) { return session.knowsMac(adapter); })};
+    }
+};
+
+}  // namespace
+
+Run addShow(CLI::App& command) {
+    const auto show = std::make_shared<Show>();
+    command.add_option("PATH", show->paths, "adapter1, adapter1/lec2: all of it; none: everything");
+    return [show](Session& session) { return (*show)(session); };
+}
