@@ -4,6 +4,7 @@
 #include "toolkit/controls/fieldmask.h"
 #include "toolkit/controls/rowwidget.h"
 #include "toolkit/display/clipboard.h"
+#include "toolkit/library/fieldtext.h"
 
 #include <X11/Xutil.h>
 #include <X11/keysym.h>
@@ -158,7 +159,7 @@ void zEdit::setText(const std::string& value) {
     std::string shown = value;
     std::replace_if(
         shown.begin(), shown.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
-    if (shown == text()) return;
+    if (zFieldHolds(widget(), shown) || (readOnly_ && zReplaceReadText(widget(), shown))) return;
     const bool marked = readOnly_ && *mark_;  // a live value: it is copied as it stands
     mark_->clear();
     byProgram_ = true;

@@ -13,12 +13,13 @@ XftDraw* _XmXftDrawCreate(Display* display, Window window);
 void _XmXftDrawDestroy(Display* display, Window window, XftDraw* draw);
 }
 
+XftDraw* zXftDrawOf(Widget widget) {
+    return _XmXftDrawCreate(XtDisplay(widget), XtWindow(widget));
+}
+
 void zFreeXftDraws(Widget widget) {
     if (!XtIsWidget(widget)) return;  // gadgets draw into their parent's window
-    if (XtIsRealized(widget)) {
-        Display* display = XtDisplay(widget);
-        _XmXftDrawDestroy(display, XtWindow(widget), _XmXftDrawCreate(display, XtWindow(widget)));
-    }
+    if (XtIsRealized(widget)) _XmXftDrawDestroy(XtDisplay(widget), XtWindow(widget), zXftDrawOf(widget));
     for (Cardinal i = 0; i < widget->core.num_popups; ++i) zFreeXftDraws(widget->core.popup_list[i]);
     for (const Widget child : zChildren(widget)) zFreeXftDraws(child);
 }

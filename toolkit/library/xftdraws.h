@@ -6,5 +6,10 @@
 
 #include <X11/Intrinsic.h>
 
+using XftDraw = struct _XftDraw;
+
+// The one of a realized widget's window.
+XftDraw* zXftDrawOf(Widget widget);
+
 // Frees those of a widget and of everything below it. Call it before a shell is destroyed.
 void zFreeXftDraws(Widget widget);
