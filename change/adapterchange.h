@@ -48,6 +48,7 @@ struct ChangeResult {
     std::vector<std::string> driver;        // what the driver did not take
     std::vector<std::string> withoutTable;  // servers with clients and without a client table: "LES 3"
     ChangeRecord record;
+    std::string change = "none";  // of the history: "0042"
 
     // Nothing failed, except that an adapter without a section has nowhere to keep settings.
     bool onlySectionsMissing() const;

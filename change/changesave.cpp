@@ -92,7 +92,8 @@ void AdapterChange::record(Round& round) {
         round.history.finish(record);
     else
         round.history.drop();
-    audit(record, round.history.number());
+    result_.change = round.history.number();
+    audit(record, result_.change);
 }
 
 // Both the records and what the files are known to have.

@@ -31,4 +31,5 @@ std::span<const Command> commands();
 
 Run addShow(CLI::App& command);
 Run addGet(CLI::App& command);
+Run addSet(CLI::App& command);
 Run addVersion(CLI::App& command);

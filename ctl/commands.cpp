@@ -5,6 +5,7 @@ namespace {
 constexpr Command rows[] = {
     {"show", "The configuration in the files", addShow},
     {"get", "One value of it", addGet},
+    {"set", "Change settings, as the fields and OK of a window would", addSet},
     {"version", "The version of this program", addVersion},
 };
 

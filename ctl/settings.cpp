@@ -241,7 +241,7 @@ void setSetting(const KeyPath& path, std::string_view text, AtmDevices& devices)
     withRecord(path.service, [&](auto record) { set(path, text, record(devices)); });
 }
 
-void setSetting(const KeyPath& path, const Json& value, AtmDevices& devices) {
+void setFromJson(const KeyPath& path, const Json& value, AtmDevices& devices) {
     withRecord(path.service, [&](auto record) {
         auto& into = record(devices);
         using Record = std::remove_cvref_t<decltype(into)>;

@@ -31,7 +31,7 @@ bool hasKey(const ServiceId& service, std::string_view key);
 // it is for reading only; Failure::wrongValue: what a setting of that kind cannot be, unless it is the
 // present value.
 void setSetting(const KeyPath& path, std::string_view text, AtmDevices& devices);
-void setSetting(const KeyPath& path, const Json& value, AtmDevices& devices);
+void setFromJson(const KeyPath& path, const Json& value, AtmDevices& devices);
 
 // A line of the text form: "adapter1/lec2.mtu = 4544", "adapter1/lec2.elanName =".
 std::string settingLine(const std::string& where, const std::string& text);

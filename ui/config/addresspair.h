@@ -1,19 +1,10 @@
-// The two fields of an ATM address on a page, and the well-known address of the LAN Emulation standard's
-// LECS.
+// The two fields of an ATM address on a page, and the well-known address of the LECS in them.
 #pragma once
 
+#include "model/wellknown.h"
 #include "toolkit/controls/edit.h"
 
 class zBoard;
-
-// In the form in which fields show it.
-struct AddressHalves {
-    const char* networkPrefix;
-    const char* esiSelector;
-};
-
-inline constexpr AddressHalves wellKnownAddress{"47:00:79:00:00:00:00:00:00:00:00:00:00",
-                                                "00:A0:3E:00:00:01-00"};
 
 // A whole address that is pasted into one of the fields networkPrefixED and esiSelectorED of a board fills
 // the other one, too.

@@ -1,0 +1,239 @@
+#include "ctl/changing.h"
+
+#include "config/recordrows.h"
+#include "ctl/differences.h"
+#include "ctl/paths.h"
+#include "platform/safetext.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <fmt/format.h>
+#include <unistd.h>
+
+namespace {
+
+std::vector<int> allAdapters() {
+    return {0, 1, 2, 3};
+}
+
+// What the command changes, and where.
+struct Plan {
+    std::vector<Difference> differences;
+    std::vector<int> adapters;
+    ServiceSets restarted;
+    bool lists = false;  // the order of entries counts, too
+
+    Plan(const AtmDevices& before, const AtmDevices& after) {
+        for (const int adapter : allAdapters()) {
+            const std::size_t known = differences.size();
+            const bool ordered = lists;
+            lists = false;
+            for (const ServiceId& service : servicesOf(adapter)) add(service, before, after);
+            if (differences.size() > known || lists) adapters.push_back(adapter);
+            lists |= ordered;
+        }
+    }
+
+    bool any() const { return !adapters.empty(); }
+
+  private:
+    void add(const ServiceId& service, const AtmDevices& before, const AtmDevices& after) {
+        const std::vector<Difference> found = ::differences(service, before, after);
+        differences.insert(differences.end(), found.begin(), found.end());
+        std::size_t place = 0;
+        forEachService(service.adapter, [&](const ServiceName&, auto record, const std::string&, auto bit) {
+            if (place++ != service.service) return;
+            const auto &was = record(before), &is = record(after);
+            using Record = std::remove_cvref_t<decltype(was)>;
+            const bool differs = std::ranges::any_of(
+                keyRows<Record>(), [&](const KeyRow<Record>& row) { return !sameField(row.field, was, is); });
+            bit(restarted[asIndex(service.adapter)]) = differs;
+            if constexpr (hasList<Record>) lists |= *listOf(was) != *listOf(is);
+        });
+    }
+};
+
+// Writes into texts alone what the change would write, to see what the files do not take.
+void rehearse(Session& session, const Plan& plan, const AtmDevices& before) {
+    AtmDevices devices;
+    DriverPdfEdit editor(nullptr, false, devices, std::make_shared<ReadCache>());
+    editor.ReadLinks(plan.adapters);
+    copyAdapters(plan.adapters, session.devices, devices);
+    for (const int adapter : plan.adapters)
+        if (!session.hasSection(adapter))
+            throw Failure(Status::notThere,
+                          fmt::format("adapter{} has no section in {}", adapter + 1, PdfEdit::parameterFile),
+                          fmt::format("adapter{}", adapter + 1));
+    editor.WriteLinks(plan.adapters);
+    for (const SaveFailure& failure : editor.failures())
+        throw Failure(Status::notDone, fmt::format("{}: {}", failure.file, failure.reason), failure.file);
+    for (const int adapter : plan.adapters)
+        for (const ServiceId& service : servicesOf(adapter))
+            withRecord(service, [&](auto record) {
+                const auto &was = record(before), &is = record(session.devices);
+                using Record = std::remove_cvref_t<decltype(was)>;
+                const NamedService& named = namedServices(adapter)[service.service];
+                for (const KeyRow<Record>& row : keyRows<Record>()) {
+                    if (sameField(row.field, was, is) || !editor.lacking().contains({named.section, row.key}))
+                        continue;
+                    const std::string where = fmt::format("{}.{}", named.name.path, row.name);
+                    throw Failure(Status::wrongValue,
+                                  fmt::format("{}: section {} has no {}", where, named.section, row.key),
+                                  where);
+                }
+                if constexpr (requires { is.clientFile; })
+                    if (!is.clients.empty() && is.clientFile.empty() && is.clients != was.clients)
+                        throw Failure(
+                            Status::wrongValue,
+                            fmt::format("{}: the section names no client table (ElanTbl)", named.name.path),
+                            named.name.path + ".clients");
+            });
+}
+
+Output begun(const Plan& plan) {
+    Output output;
+    Tree changes = Tree::array();
+    for (const Difference& difference : plan.differences)
+        changes.add(differenceTree(difference, "old", "new"));
+    output.tree.put("changes", std::move(changes));
+    return output;
+}
+
+void end(Output& output, const std::vector<SentRequest>& requests, bool driver, const std::string& change,
+         const std::string& result) {
+    Tree all = Tree::array();
+    for (const SentRequest& request : requests) all.add(requestTree(request));
+    output.tree.put("requests", std::move(all));
+    output.tree.put("driver", {driver, {}});
+    const bool numbered = !change.empty() && change != "none";
+    const std::string line = result == "no change" || result == "dry run" ? result
+                             : numbered                                   ? "change " + change
+                                                                          : "change none";
+    output.tree.put("change", {numbered ? Json(std::stoul(change)) : Json(), {}});
+    output.tree.put("result", {result, {line}});
+}
+
+// The driver's part of the outcome.
+void judge(Output& output, const ChangeResult& result) {
+    const auto has = [&](RequestResult answer) {
+        return std::ranges::any_of(result.record.requests,
+                                   [answer](const SentRequest& sent) { return sent.answer == answer; });
+    };
+    if (has(RequestResult::unanswered) || has(RequestResult::notSent))
+        output.status = Status::silent;
+    else if (!result.driver.empty() || has(RequestResult::refused))
+        output.status = result.driver.empty() ? Status::good : Status::refused;
+    if (output.status == Status::good) return;
+    output.message = result.driver.empty() ? "the driver did not answer" : result.driver.front();
+    for (std::size_t i = 1; i < result.driver.size(); ++i) output.warnings.push_back(result.driver[i]);
+}
+
+const char* resultWord(Status status) {
+    return status == Status::silent ? "silent" : status == Status::refused ? "refused" : "ok";
+}
+
+void needsDone(const ChangeResult& result) {
+    using State = SaveOutcome::State;
+    if (result.failures.empty() && result.save.state == State::done) return;
+    const std::string reason = result.failures.empty() ? "the save failed"
+                                                       : fmt::format("{}: {}", result.failures.front().file,
+                                                                     result.failures.front().reason);
+    throw Failure(Status::notDone, reason, result.failures.empty() ? "" : result.failures.front().file);
+}
+
+Output make(Session& session, const Plan& plan, ChangeOrder order) {
+    Output output = begun(plan);
+    const bool driver = order.driver;
+    AdapterChange change(session.configuration, std::move(order));
+    if (change.run()) throw Failure(Status::changedMeanwhile, "somebody else has changed the same meanwhile");
+    const ChangeResult& result = change.result();
+    needsDone(result);
+    if (driver) judge(output, result);
+    for (const std::string& note : result.notes) output.warnings.push_back(note);
+    end(output, result.record.requests, driver, result.change, resultWord(output.status));
+    return output;
+}
+
+}  // namespace
+
+void ChangeOptions::add(CLI::App& command, bool withConfirm) {
+    command.add_flag("--file-only", fileOnly, "Save to the files only; the driver is told nothing");
+    command.add_flag("--dry-run", dryRun, "Show what would be changed and sent; change nothing");
+    if (withConfirm)
+        command
+            .add_option("--confirm", confirm, "Take the change back after so many seconds, unless confirmed")
+            ->check(CLI::Range(1.0, 86400.0));
+    command.add_option("--note", note, "Words for the history");
+}
+
+void readFor(Session& session, bool dryRun) {
+    dryRun ? session.read() : session.readForChange();
+}
+
+Tree requestTree(const SentRequest& request) {
+    const bool answered = request.answer == RequestResult::taken || request.answer == RequestResult::refused;
+    std::string line = fmt::format("request {} {}", request.request, request.service);
+    if (request.answer == RequestResult::refused) line += fmt::format(" refused {}", request.resp);
+    if (request.answer == RequestResult::unanswered) line += " no answer";
+    Tree tree;
+    tree.put("name", {request.request, {line}});
+    tree.put("where", {request.service, {}});
+    tree.put("resp", {answered ? Json(request.resp) : Json(), {}});
+    return tree;
+}
+
+Output carryOut(Session& session, const AtmDevices& before, const ChangeOptions& options) {
+    const Plan plan(before, session.devices);
+    if (!plan.any()) {
+        Output output = begun(plan);
+        end(output, {}, false, "", "no change");
+        return output;
+    }
+    rehearse(session, plan, before);
+    const AtmDevices wanted = session.devices;
+    bool driver = false;
+    if (!options.fileOnly) {
+        session.discovery();
+        driver = static_cast<bool>(session.channel());
+    }
+    ChangeOrder order{.adapters = plan.adapters,
+                      .changed = plan.restarted,
+                      .before = before,
+                      .driver = driver,
+                      .tellLists = true,
+                      .from = userPlace(),
+                      .note = options.note};
+    if (options.dryRun) {
+        Output output = begun(plan);
+        AdapterChange change(session.configuration, std::move(order));
+        change.preview();
+        end(output, change.result().record.requests, driver, "", "dry run");
+        output.status = Status::different;
+        return output;
+    }
+    Output output = make(session, plan, std::move(order));
+    if (!driver && !options.fileOnly) output.warnings.emplace_back("no driver: saved to the files only");
+    return output;
+}
+
+Output saveLists(Session& session, const AtmDevices& before, std::vector<SentRequest> requests) {
+    const Plan plan(before, session.devices);
+    const bool driver = !requests.empty();
+    return make(session, plan,
+                {.adapters = plan.adapters,
+                 .settings = false,
+                 .before = before,
+                 .driver = driver,
+                 .requests = std::move(requests),
+                 .from = userPlace()});
+}
+
+std::string userPlace() {
+    constexpr std::size_t longest = 64;
+    if (const char* connection = std::getenv("SSH_CONNECTION")) {
+        const std::string text = connection;
+        return platform::escaped(text.substr(0, std::min(text.find(' '), longest)));
+    }
+    const char* terminal = ::ttyname(STDIN_FILENO);
+    return terminal ? terminal : "-";
+}
