@@ -29,6 +29,7 @@ struct Command {
 };
 std::span<const Command> commands();
 
+Run addApply(CLI::App& command);
 Run addShow(CLI::App& command);
 Run addGet(CLI::App& command);
 Run addSet(CLI::App& command);

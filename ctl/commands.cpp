@@ -6,6 +6,7 @@ constexpr Command rows[] = {
     {"show", "The configuration in the files", addShow},
     {"get", "One value of it", addGet},
     {"set", "Change settings, as the fields and OK of a window would", addSet},
+    {"apply", "Make the configuration that of a document", addApply},
     {"version", "The version of this program", addVersion},
 };
 

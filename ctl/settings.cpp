@@ -237,6 +237,15 @@ bool hasKey(const ServiceId& service, std::string_view key) {
     return has;
 }
 
+bool isReadOnly(const ServiceId& service, std::string_view key) {
+    bool readOnly = false;
+    withRecord(service, [&](auto record) {
+        AtmDevices* none = nullptr;
+        readOnly = isReadOnly(rowOf<std::remove_cvref_t<decltype(record(*none))>>(key));
+    });
+    return readOnly && hasKey(service, key) && key != listOfService(service);
+}
+
 void setSetting(const KeyPath& path, std::string_view text, AtmDevices& devices) {
     withRecord(path.service, [&](auto record) { set(path, text, record(devices)); });
 }

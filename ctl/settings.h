@@ -26,6 +26,7 @@ std::string listOfService(const ServiceId& service);
 
 // Whether a service has a setting, which may be for reading only, or a list of that name.
 bool hasKey(const ServiceId& service, std::string_view key);
+bool isReadOnly(const ServiceId& service, std::string_view key);
 
 // Takes a value as it is written in a shell or stands in a document. Failure::usage: there is no such key, or
 // it is for reading only; Failure::wrongValue: what a setting of that kind cannot be, unless it is the
