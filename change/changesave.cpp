@@ -71,7 +71,7 @@ void AdapterChange::save(Round& round) {
 void AdapterChange::keepHistory(Round& round, const std::vector<FileEdit>& edits) {
     std::vector<FileAtRisk> files;
     files.reserve(edits.size());
-    for (const FileEdit& edit : edits) files.push_back({edit.name, edit.place});
+    for (const FileEdit& edit : edits) files.push_back({edit.name, edit.place, edit.content});
     round.history.begin(files);
     for (const FileEdit& edit : edits) round.editor.files().takeTimeOfChange(edit.name);
 }

@@ -1,10 +1,12 @@
 #include "change/history.h"
 
 #include "change/audit.h"
+#include "change/saverecord.h"
 #include "change/statedirectory.h"
 #include "platform/debuglog.h"
 #include "platform/files.h"
 #include "platform/host.h"
+#include "platform/openfile.h"
 #include "platform/stream.h"
 
 #include <algorithm>
@@ -131,6 +133,14 @@ std::string storedName(std::size_t number, std::string_view path) {
     return fmt::format("{}-{}", number, base);
 }
 
+// Whoever restores the file finds its owner, mode and attributes there. Nobody else may enter the history.
+int takeAttributes(const HostPath& from, const HostPath& to) {
+    const platform::OpenFile source(platform::openRegular(from));
+    const platform::OpenFile copy(platform::openRegular(to));
+    if (!source || !copy) return -1;
+    return files().takeAttributes(source.descriptor(), copy.descriptor());
+}
+
 }  // namespace
 
 void HistoryEntry::giveUp(const std::string& systemPath) {
@@ -155,7 +165,7 @@ void HistoryEntry::begin(std::span<const FileAtRisk> atRisk) {
 }
 
 int HistoryEntry::keep(const FileAtRisk& file) {
-    files_.push_back({file.name, {}});
+    files_.push_back({file.name, {}, file.after ? contentHash(*file.after) : noContent});
     HostPath target;
     if (files().resolve(file.path, target) != 0) return errno == ENOENT ? 0 : -1;
     files_.back().stored = storedName(files_.size(), file.name);
@@ -163,8 +173,10 @@ int HistoryEntry::keep(const FileAtRisk& file) {
     if (files().link(target, stored) == 0) return 0;
     // Another file system, one without links, or no file.
     std::string content;
-    if (platform::readWhole(target, content))
-        return platform::writeWhole(stored, content, 0600, platform::OnDisk::now);
+    if (platform::readWhole(target, content)) {
+        if (platform::writeWhole(stored, content, 0600, platform::OnDisk::now) != 0) return -1;
+        return takeAttributes(target, stored);
+    }
     if (errno != ENOENT) return -1;
     files_.back().stored.clear();
     return 0;

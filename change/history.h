@@ -9,6 +9,7 @@
 #include "change/manifest.h"
 #include "platform/root.h"
 
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -22,6 +23,7 @@ constexpr const char* manifestName = "manifest.json";
 struct FileAtRisk {
     std::string name;  // its path as the configuration has it, without the root directory
     platform::HostPath path;
+    std::optional<std::string_view> after;  // what it gets; nothing: it goes
 };
 
 class HistoryEntry {

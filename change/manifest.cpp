@@ -30,7 +30,7 @@ template <class Item, class Describe> Json each(const std::vector<Item>& items, 
 }
 
 Json file(const KeptFile& of) {
-    return {{"name", escaped(of.name)}, {"stored", textOrNull(of.stored)}};
+    return {{"name", escaped(of.name)}, {"stored", textOrNull(of.stored)}, {"after", textOrNull(of.after)}};
 }
 
 Json key(const KeyChange& of) {
@@ -65,6 +65,8 @@ std::string manifestText(const Manifest& manifest, const ChangeRecord& record) {
         {"program", escaped(record.program)},
         {"host", textOrNull(manifest.host)},
         {"display", textOrNull(record.display)},
+        {"from", textOrNull(record.from)},
+        {"note", textOrNull(record.note)},
         {"files", each(manifest.files, file)},
         {"keys", each(record.keys, key)},
         {"lists", each(record.lists, list)},
@@ -75,6 +77,87 @@ std::string manifestText(const Manifest& manifest, const ChangeRecord& record) {
         {"result", escaped(record.result)},
     };
     return json.dump(2) + '\n';
+}
+
+namespace {
+
+// Members that are missing, or of another type, are empty.
+const Json& member(const Json& of, const char* name) {
+    static const Json none;
+    const auto found = of.is_object() ? of.find(name) : of.end();
+    return of.is_object() && found != of.end() ? *found : none;
+}
+std::string text(const Json& of) {
+    return of.is_string() ? platform::unescaped(of.get<std::string>()) : std::string();
+}
+std::string text(const Json& of, const char* name) {
+    return text(member(of, name));
+}
+
+template <class Item, class Read> std::vector<Item> all(const Json& of, Read read) {
+    std::vector<Item> items;
+    if (of.is_array())
+        for (const Json& each : of) items.push_back(read(each));
+    return items;
+}
+std::vector<std::string> texts(const Json& of) {
+    return all<std::string>(of, [](const Json& each) { return text(each); });
+}
+
+std::vector<KeyChange> readKeys(const Json& of) {
+    return all<KeyChange>(of, [](const Json& each) {
+        return KeyChange{text(each, "key"), text(each, "old"), text(each, "new")};
+    });
+}
+std::vector<ListChange> readLists(const Json& of) {
+    return all<ListChange>(of, [](const Json& each) {
+        return ListChange{text(each, "key"), texts(member(each, "added")), texts(member(each, "removed"))};
+    });
+}
+
+RequestResult answer(const std::string& word) {
+    for (const RequestResult result :
+         {RequestResult::taken, RequestResult::refused, RequestResult::unanswered})
+        if (word == answerWord(result)) return result;
+    return RequestResult::notSent;
+}
+
+platform::Account readAccount(const Json& of) {
+    const Json& id = member(of, "id");
+    return {id.is_number_unsigned() ? id.get<uid_t>() : 0, text(of, "name")};
+}
+
+}  // namespace
+
+std::optional<ReadManifest> readManifest(const std::string& source) {
+    const Json json = Json::parse(source, nullptr, false);
+    if (!json.is_object() || member(json, "format") != format) return {};
+    ReadManifest read;
+    read.time = text(json, "time");
+    read.manifest.number = text(json, "change");
+    read.manifest.host = text(json, "host");
+    read.manifest.invoker.user = readAccount(member(json, "user"));
+    read.manifest.files = all<KeptFile>(member(json, "files"), [](const Json& of) {
+        return KeptFile{text(of, "name"), text(of, "stored"), text(of, "after")};
+    });
+    ChangeRecord& record = read.record;
+    record.program = text(json, "program");
+    record.display = text(json, "display");
+    record.from = text(json, "from");
+    record.note = text(json, "note");
+    record.result = text(json, "result");
+    record.notes = texts(member(json, "notes"));
+    const Json& takenOver = member(json, "taken_over");
+    record.keys = readKeys(member(json, "keys"));
+    record.lists = readLists(member(json, "lists"));
+    record.takenOverKeys = readKeys(member(takenOver, "keys"));
+    record.takenOverLists = readLists(member(takenOver, "lists"));
+    record.requests = all<SentRequest>(member(json, "requests"), [](const Json& of) {
+        const Json& resp = member(of, "resp");
+        return SentRequest{text(of, "service"), text(of, "request"), text(of, "subject"),
+                           answer(text(of, "answer")), resp.is_number_integer() ? resp.get<int>() : 0};
+    });
+    return read;
 }
 
 bool isManifestOf(const std::string& number, const std::string& text) {

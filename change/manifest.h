@@ -5,12 +5,14 @@
 #include "platform/user.h"
 
 #include <ctime>
+#include <optional>
 #include <string>
 #include <vector>
 
 struct KeptFile {
     std::string name;    // its path without the root directory
     std::string stored;  // its name in the history's entry; empty: there was no such file
+    std::string after;   // the content that the save gave it: contentHash(), noContent; empty: not known
 };
 
 struct Manifest {
@@ -22,6 +24,14 @@ struct Manifest {
 };
 
 std::string manifestText(const Manifest& manifest, const ChangeRecord& record);
+
+// What a manifest tells; nothing: the text is none. What a manifest of this format lacks is empty.
+struct ReadManifest {
+    Manifest manifest;  // without the time
+    std::string time;   // as it was written
+    ChangeRecord record;
+};
+std::optional<ReadManifest> readManifest(const std::string& text);
 
 // Whether a text is a whole one, of the change with this number.
 bool isManifestOf(const std::string& number, const std::string& text);

@@ -1,5 +1,6 @@
 #include "change/merge.h"
 
+#include "change/entrywords.h"
 #include "change/listmerge.h"
 #include "change/listmoves.h"
 #include "config/recordrows.h"
@@ -107,8 +108,8 @@ template <class Record> class ServiceMerge {
         });
         if (theirs != base) {
             ListChange change{name_.path + '.' + listName<Record>, {}, {}};
-            for (const Entry& entry : withoutThose(theirs, base)) change.added.push_back(entryText(entry));
-            for (const Entry& entry : withoutThose(base, theirs)) change.removed.push_back(entryText(entry));
+            for (const Entry& entry : withoutThose(theirs, base)) change.added.push_back(entryWords(entry));
+            for (const Entry& entry : withoutThose(base, theirs)) change.removed.push_back(entryWords(entry));
             result_.takenOverLists.push_back(std::move(change));
         }
     }
@@ -222,9 +223,9 @@ std::vector<ListChange> listChanges(std::span<const int> adapters, const AtmDevi
             if (*listOf(was) == *listOf(is)) return;
             ListChange change{name.path + '.' + listName<Record>, {}, {}};
             for (const auto& entry : withoutThose(*listOf(is), *listOf(was)))
-                change.added.push_back(entryText(entry));
+                change.added.push_back(entryWords(entry));
             for (const auto& entry : withoutThose(*listOf(was), *listOf(is)))
-                change.removed.push_back(entryText(entry));
+                change.removed.push_back(entryWords(entry));
             changes.push_back(std::move(change));
         }
     });

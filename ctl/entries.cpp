@@ -2,6 +2,7 @@
 
 #include "ctl/status.h"
 #include "model/addresstext.h"
+#include "platform/index.h"
 #include "platform/safetext.h"
 
 #include <algorithm>
@@ -14,26 +15,13 @@ using platform::escaped;
 
 namespace {
 
-// A flag of a PVC: how its codes 0 and 1 are called, as words and in JSON.
-struct FlagNames {
-    const char* key;
-    const char* words[2];
-    Json json[2];
-};
-const FlagNames& encapsulationNames() {
-    static const FlagNames names{"encapsulation", {"null", "llc"}, {"null", "llc"}};
-    return names;
-}
-const FlagNames& broadcastNames() {
-    static const FlagNames names{"broadcast", {"noBroadcast", "broadcast"}, {false, true}};
-    return names;
+// The codes 0 and 1 in JSON.
+Json jsonName(const PvcFlag& flag, std::int32_t code) {
+    return &flag == &broadcastFlag ? Json(code == 1) : Json(flag.words.at(asIndex(code)));
 }
 
-std::string wordOf(const FlagNames& names, std::int32_t code) {
-    return code == 0 || code == 1 ? names.words[code] : fmt::format("{} code {}", names.key, code);
-}
-Json jsonOf(const FlagNames& names, std::int32_t code) {
-    return code == 0 || code == 1 ? names.json[code] : Json(fmt::format("code {}", code));
+Json jsonOf(const PvcFlag& flag, std::int32_t code) {
+    return code == 0 || code == 1 ? jsonName(flag, code) : Json(fmt::format("code {}", code));
 }
 
 [[noreturn]] void wrong(const std::string& where, const std::string& reason) {
@@ -60,17 +48,11 @@ constexpr const char* addressKey(const AtmRoutedPvc&) {
     return "ip";
 }
 
-template <class Pvc> std::string pvcWords(const Pvc& pvc) {
-    return fmt::format("{} vci {} {} {} rate {}", addressOf(pvc), pvc.vci,
-                       wordOf(encapsulationNames(), pvc.encapsulation),
-                       wordOf(broadcastNames(), pvc.broadcast), pvc.rate);
-}
-
 template <class Pvc> Json pvcJson(const Pvc& pvc) {
     return {{addressKey(pvc), addressOf(pvc)},
             {"vci", pvc.vci},
-            {"encapsulation", jsonOf(encapsulationNames(), pvc.encapsulation)},
-            {"broadcast", jsonOf(broadcastNames(), pvc.broadcast)},
+            {"encapsulation", jsonOf(encapsulationFlag, pvc.encapsulation)},
+            {"broadcast", jsonOf(broadcastFlag, pvc.broadcast)},
             {"rate", pvc.rate}};
 }
 
@@ -117,34 +99,35 @@ template <class Pvc> void takePvcWords(std::span<const std::string> all, Pvc& pv
     Words words(all);
     while (words.any()) {
         const std::string& word = words.next("");
-        const auto takes = [&](const FlagNames& names, std::int32_t& field) {
-            if (word == names.key && words.skip("code"))
+        const auto takes = [&](const PvcFlag& flag, std::int32_t& field) {
+            if (word == flag.name && words.skip("code"))
                 return field = words.number<std::int32_t>("code"), true;
             for (const std::int32_t code : {0, 1})
-                if (word == names.words[code]) return field = code, true;
+                if (word == flag.words.at(asIndex(code))) return field = code, true;
             return false;
         };
         if (word == "vci")
             pvc.vci = words.number<std::uint16_t>("vci");
         else if (word == "rate")
             pvc.rate = words.number<std::int32_t>("rate");
-        else if (!takes(encapsulationNames(), pvc.encapsulation) && !takes(broadcastNames(), pvc.broadcast))
+        else if (!takes(encapsulationFlag, pvc.encapsulation) && !takes(broadcastFlag, pvc.broadcast))
             throw Failure(Status::usage, fmt::format("\"{}\" is no word of a PVC", escaped(word)));
         if (pvc.rate < 0)
             wrong("", fmt::format("rate: takes 0 to {}", std::numeric_limits<std::int32_t>::max()));
     }
 }
 
-std::int32_t readFlag(const FlagNames& names, const Json& value, const std::string& where) {
+std::int32_t readFlag(const PvcFlag& flag, const Json& value, const std::string& where) {
     for (const std::int32_t code : {0, 1})
-        if (value == names.json[code]) return code;
+        if (value == jsonName(flag, code)) return code;
     constexpr std::string_view word = "code ";
     if (value.is_string())
         if (const auto& text = value.get_ref<const std::string&>(); text.starts_with(word))
             if (const auto code = numberIn<std::int32_t>(std::string_view(text).substr(word.size()));
                 code && *code != 0 && *code != 1)
                 return *code;
-    wrong(where, fmt::format("{} takes {} or {}", names.key, names.json[0].dump(), names.json[1].dump()));
+    wrong(where,
+          fmt::format("{} takes {} or {}", flag.name, jsonName(flag, 0).dump(), jsonName(flag, 1).dump()));
 }
 
 // A number of a document, negative ones as far as files hold them.
@@ -174,9 +157,9 @@ template <class Pvc> void readPvc(const Json& json, const std::string& where, Pv
             pvc.vci = readNumber<std::uint16_t>(value, "vci", where);
             numbered = true;
         } else if (key == "encapsulation") {
-            pvc.encapsulation = readFlag(encapsulationNames(), value, where);
+            pvc.encapsulation = readFlag(encapsulationFlag, value, where);
         } else if (key == "broadcast") {
-            pvc.broadcast = readFlag(broadcastNames(), value, where);
+            pvc.broadcast = readFlag(broadcastFlag, value, where);
         } else if (key == "rate") {
             pvc.rate = readNumber<std::int32_t>(value, "rate", where);
         } else {
@@ -187,16 +170,6 @@ template <class Pvc> void readPvc(const Json& json, const std::string& where, Pv
 }
 
 }  // namespace
-
-std::string entryWords(const AtmBridgedPvc& pvc) {
-    return pvcWords(pvc);
-}
-std::string entryWords(const AtmRoutedPvc& pvc) {
-    return pvcWords(pvc);
-}
-std::string entryWords(const esiSelector& client) {
-    return client.GetF2EsiSelector();
-}
 
 Json entryJson(const AtmBridgedPvc& pvc) {
     return pvcJson(pvc);

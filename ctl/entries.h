@@ -1,22 +1,12 @@
-// Entries of lists as scripts see them:
-//
-//     00:20:40:00:a1:01 vci 100 llc broadcast rate 10        a PVC of a LEC
-//     10.1.2.3 vci 200 null noBroadcast rate 0               a PVC of the Classical IP client
-//     00:a0:3e:00:00:01-00                                   a client of a LES
-//
-// A PVC is an object in JSON, a client a text. What has no name is "encapsulation code 7", "broadcast code
-// 2".
+// Entries of lists as scripts see them: in words (change/entrywords.h), and in JSON, where a PVC is an object
+// and a client a text.
 #pragma once
 
+#include "change/entrywords.h"
 #include "ctl/tree.h"
-#include "model/tvdatbuf.h"
 
 #include <span>
 #include <string>
-
-std::string entryWords(const AtmBridgedPvc& pvc);
-std::string entryWords(const AtmRoutedPvc& pvc);
-std::string entryWords(const esiSelector& client);
 
 Json entryJson(const AtmBridgedPvc& pvc);
 Json entryJson(const AtmRoutedPvc& pvc);

@@ -29,6 +29,8 @@ ChangeRecord fullRecord() {
                        {"adapter2.x/lec0", "LEC_INIT", "", RequestResult::notSent, 0}};
     record.takenOverKeys = {{"adapter2/lec0.mtu", "1", "2"}};
     record.takenOverLists = {{"adapter2/lec0.pvcs", {"VC 1"}, {}}};
+    record.from = "10.1.2.3";
+    record.note = "for the \xe4 lab";
     record.notes = {"A note."};
     return record;
 }
@@ -86,7 +88,18 @@ TEST(Manifest, HoldsEverythingInAsciiAndKeepsOddTextsReadable) {
                             .time = 0,
                             .invoker = {{0, "root"}, platform::Account{1000, ""}, "an\na", {}},
                             .host = "ws1",
-                            .files = {{"/etc/atm/tvconf", "1-tvconf"}}};
-    EXPECT_EQ(manifestText(manifest, record), testFile("change/manifest.json"));
+                            .files = {{"/etc/atm/tvconf", "1-tvconf", "abc"}}};
+    const std::string text = manifestText(manifest, record);
+    EXPECT_EQ(text, testFile("change/manifest.json"));
+
+    const auto read = readManifest(text);
+    ASSERT_TRUE(read);
+    Manifest same = manifest;
+    same.files = read->manifest.files;
+    EXPECT_EQ(manifestText(same, read->record), text);
+    EXPECT_EQ(read->time, "1970-01-01T00:00:00+00:00");
+    EXPECT_EQ(read->manifest.number + read->manifest.invoker.user.name, "0042root");
+    for (const char* none : {"", "{", "[]", "7", R"({"format":2})"}) EXPECT_FALSE(readManifest(none)) << none;
+    EXPECT_TRUE(readManifest(R"({"format":1,"files":7,"keys":[{},[]],"requests":null,"user":"root"})"));
     ::unsetenv("TZ");
 }

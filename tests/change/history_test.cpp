@@ -28,7 +28,7 @@ struct Files {
 
 std::vector<FileAtRisk> named(std::initializer_list<const char*> names) {
     std::vector<FileAtRisk> result;
-    for (const char* name : names) result.push_back({name, platform::hostPath(name)});
+    for (const char* name : names) result.push_back({name, platform::hostPath(name), {}});
     return result;
 }
 
@@ -88,17 +88,19 @@ TEST(History, AnEntryHoldsTheFilesAsTheyWere) {
         EXPECT_THAT(namesIn(root, place(number)), ElementsAre(stored[0], stored[1], stored[2], manifestName));
         for (std::size_t i = 0; i < before.size(); ++i)
             EXPECT_EQ(root.read(place(number, stored[i])), before[i].second);
-        EXPECT_EQ(modeOf(root, place(number, "2-list")), links ? 0644U : 0600U);
+        EXPECT_EQ(modeOf(root, place(number, "2-list")), 0644U);
         EXPECT_EQ(modeOf(root, place(number, manifestName)), 0600U);
         EXPECT_EQ(modeOf(root, place(number)), 0700U);
         EXPECT_THAT(root.read(place(number, manifestName)), HasSubstr(R"(
     {
       "name": "/etc/atm/list",
-      "stored": "3-list"
+      "stored": "3-list",
+      "after": "-"
     },
     {
       "name": "/etc/atm/new \\x0a%",
-      "stored": null
+      "stored": null,
+      "after": "-"
     }
 )"));
         for (const auto& [name, content] : before) replace(root, name, content);
