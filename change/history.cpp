@@ -13,6 +13,7 @@
 #include <cerrno>
 #include <charconv>
 #include <cstring>
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <utility>
 
@@ -88,9 +89,12 @@ int giveName(const HostPath& draft, const HostPath& manifest) {
 void nameDraft(const HostPath& entry, const std::string& number) {
     const HostPath manifest = within(entry, manifestName), draft = draftIn(entry);
     struct stat status {};
-    std::string text;
     if (files().status(manifest, status) == 0 || errno != ENOENT) return;
-    if (platform::readWhole(draft, text) && isManifestOf(number, text)) giveName(draft, manifest);
+    constexpr std::size_t largest = 8U << 20;  // far above a manifest, and read at once
+    const platform::OpenFile file(files().open(draft, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY, 0));
+    std::string text;
+    if (file && platform::readWhole(file.descriptor(), text, largest) && isManifestOf(number, text))
+        giveName(draft, manifest);
 }
 
 // An entry that goes becomes the new one: its directory, and the place on the disk of its manifest, which is

@@ -236,6 +236,24 @@ TEST(History, AManifestThatALossOfPowerLeftAsADraftGetsItsName) {
     }
 }
 
+TEST(History, ADraftThatIsALinkOrTooLargeStaysOne) {
+    for (const bool link : {true, false}) {
+        const TempRoot root;
+        oneEntry();
+        const std::string draft = place("0001", "manifest.json.new");
+        const std::string text = root.read(place("0001", manifestName));
+        fs::remove(root.at(place("0001", manifestName)));
+        root.write("/elsewhere", text);
+        if (link)
+            fs::create_symlink(root.at("/elsewhere"), root.at(draft));
+        else
+            root.write(draft, text + std::string(9U << 20, '\n'));  // a whole manifest, blanks aside
+        oneEntry();
+        EXPECT_FALSE(root.exists(place("0001", manifestName))) << link;
+        EXPECT_TRUE(fs::exists(fs::symlink_status(root.at(draft)))) << link;
+    }
+}
+
 TEST(History, ADirectoryThatOthersCanChangeIsRefused) {
     for (const char* directory : {"/var/lib/tarvolin", history}) {
         const TempRoot root;
