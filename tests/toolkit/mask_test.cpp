@@ -93,6 +93,15 @@ const Step steps[] = {
     {ipAddressMask, "|", "192168001010", "192.168.001.010|"},
     {ipAddressMask, "|", "10..1", "10.1|"},
     {networkPrefixMask, "|", "047", "47:|"},
+    // A separator behind a single digit puts a zero before it; where it stands already it does nothing.
+    {macAddressMask, "|", "8:0:20:1:2:3", "08:00:20:01:02:3|"},
+    {esiSelectorMask, "|", "0:a0:3e:0:0:1-7", "00:a0:3e:00:00:01-7|"},
+    {esiSelectorMask, "00:a0:3e:00:00:01-7|", "-", "00:a0:3e:00:00:01-7|"},
+    {networkPrefixMask, "|", "47:0:5:", "47:00:05:|"},
+    {networkPrefixMask, "4|", ":", "4|"},  // a prefix does not begin with 0
+    {macAddressMask, "00:1|1:22", ":", "00:1|1:22"},
+    {macAddressMask, "00:|1", ":", "00:|1"},
+    {macAddressMask, "00|:1", ":", "00:|1"},
     // Deleting.
     {macAddressMask, "00:|", "<<", "0|"},
     {macAddressMask, "00|:a0:3e", ">", "00:|a0:3e"},
@@ -152,6 +161,10 @@ TEST(Picture, KeysAndPastes) {
 
 TEST(Picture, LackingDigitsAreZeros) {
     EXPECT_EQ(zPicture(macAddressMask).completed("00:a"), "00:a0:00:00:00:00");
+    EXPECT_EQ(zPicture(macAddressMask).completed("08:00:20:01:02:3"), "08:00:20:01:02:30");
+    EXPECT_EQ(zPicture(macAddressMask).completed("08:00:20:01:02:3", true), "08:00:20:01:02:03");
+    EXPECT_EQ(zPicture(esiSelectorMask).completed("00:a0:3e:00:00:01-7", true), "00:a0:3e:00:00:01-07");
+    EXPECT_EQ(zPicture(esiSelectorMask).completed("00:a0:3", true), "00:a0:30:00:00:00-00");
     EXPECT_EQ(zPicture(ipAddressMask).completed("10..3"), "10.0.3.0");
     EXPECT_EQ(zPicture(ipAddressMask).completed(""), "0.0.0.0");
     EXPECT_EQ(zPicture(macAddressMask).completed(""), "");

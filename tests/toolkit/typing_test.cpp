@@ -98,6 +98,7 @@ TEST_F(TypingTest, KeysReplaceWhatIsMarkedOnEntering) {
         {nameED, "abc", "udiaeresis", "abc", "This character cannot stand here: a name has letters."},
         {nameED, "abc", "^g ^b x", "x", ""},
         {addressED, "12:34", "a b", "ab:", ""},
+        {addressED, "12:34", "a +colon b", "0a:b", ""},
         {addressED, "12:34", "g", "12:34", "\"g\" cannot stand here: an address has digits."},
         {addressED, "12:34", "End 5", "12:34", "An address has 4 digits."},
         {addressED, "12:34", "Left ^v", "12:34", "This is no address."},
@@ -198,6 +199,13 @@ TEST_F(TypingTest, WhatIsCompletedOnLeavingIsMarkedUntilTheNextKey) {
     EXPECT_LT(blackIn(addressED), marked);
     EXPECT_EQ(field(numberED).text(), "7");
     EXPECT_EQ(edits, 5) << "three digits, the zero, the 7";
+
+    field(addressED).setText("");
+    enter(addressED);
+    keys("1 +colon 3");
+    user.key("Tab");
+    EXPECT_EQ(field(addressED).text(), "01:03");
+    EXPECT_NEAR(blackIn(addressED), marked, 20) << "the zero alone: two digits would have twice as much";
 }
 
 TEST_F(TypingTest, AWindowThatLosesTheKeyboardLeavesItsFieldAsItIs) {

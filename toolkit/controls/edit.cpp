@@ -193,14 +193,15 @@ void zEdit::store() {
 void zEdit::storeInto(zVariable variable) const {
     const std::string now = text();
     if (!changed() || (now.empty() && picture_ && picture_->isAddress())) return;
-    *std::get<std::string*>(variable) = picture_ ? picture_->bare(picture_->completed(now)) : now;
+    *std::get<std::string*>(variable) = picture_ ? picture_->bare(picture_->completed(now, padded_)) : now;
 }
 
 // Completes a changed address; true if anything was missing.
 bool zEdit::complete() {
     if (!picture_ || !picture_->isAddress() || !changed()) return false;
     const std::string now = text();
-    setText(now.empty() ? shown_ : picture_->completed(now));
+    setText(now.empty() ? shown_ : picture_->completed(now, padded_));
+    padded_ = false;
     return text() != now;
 }
 
@@ -215,9 +216,11 @@ void zEdit::leaving() {
     if (windowGone_) return;
     clicked_ = false;
     mark_->clear();
-    const std::size_t typed = text().size();
+    const std::string typed = text();
     if (!complete()) return;
-    if (typed > 0) mark_->leave(typed, text().size());
+    const std::string now = text();
+    const std::size_t from = asIndex(std::ranges::mismatch(typed, now).in2 - now.begin());
+    if (!typed.empty()) mark_->leave(from, from + now.size() - typed.size());
     if (onEdited) onEdited();
 }
 
@@ -271,7 +274,10 @@ std::optional<zPicture::Edit> zEdit::edited(const Range& range, std::string_view
         return zPicture::Edit{.text = pasted.text, .caret = pasted.text.size()};
     }
     zPicture::Edit edit = picture_->edit(text(), range.start, range.end, typed, caret);
-    if (edit) return edit;
+    if (edit) {
+        padded_ = edit.padded || (padded_ && !edit.text.empty());
+        return edit;
+    }
     refuse(edit.refusal == zPicture::Refusal::full ? mask_->full : misfit(edit.misfit, *mask_));
     return {};
 }

@@ -83,6 +83,7 @@ class zEdit : public zControl {
     std::string* variable_ = nullptr;
     std::string shown_;
     bool byProgram_ = false;
+    bool padded_ = false;  // what is typed, see mask.h
     std::optional<zFieldMark> mark_;
     bool clicked_ = false;         // since the field was last left
     bool windowGone_ = false;      // the window has lost the keyboard, and the field with it

@@ -102,6 +102,13 @@ std::size_t zPicture::positionOf(std::size_t place) const {
     return place < places_.size() ? places_[place] : elements_.size();
 }
 
+// The first of two places between fixed characters.
+bool zPicture::opensPair(std::size_t place) const {
+    const std::size_t at = places_[place];
+    return (at == 0 || elements_[at - 1].fixed) && at + 1 < elements_.size() && !elements_[at + 1].fixed &&
+           (at + 2 == elements_.size() || elements_[at + 2].fixed);
+}
+
 std::string zPicture::format(std::string_view value) const {
     if (!address_ || value.empty()) return std::string(value);
     std::string text;
@@ -141,8 +148,18 @@ zPicture::Edit zPicture::editAddress(const std::string& text, std::size_t start,
     digits.erase(digits.begin() + static_cast<std::ptrdiff_t>(at),
                  digits.begin() + static_cast<std::ptrdiff_t>(behind));
     std::size_t taken = 0;
+    bool padded = false;
     for (const char c : typed) {
-        if (isFixed(c)) continue;
+        if (isFixed(c)) {
+            const bool single = at > 0 && at == digits.size() && at + 1 < places_.size() && opensPair(at - 1);
+            if (!single) continue;
+            if (!has(elements_[places_[at - 1]].set, '0')) return misfit(c);
+            digits.insert(digits.begin() + static_cast<std::ptrdiff_t>(at) - 1, {'0', false});
+            ++at;
+            ++taken;
+            padded = true;
+            continue;
+        }
         if (at == places_.size()) return full();
         if (overwrite && at < digits.size())
             digits[at] = {c, false};
@@ -164,7 +181,7 @@ zPicture::Edit zPicture::editAddress(const std::string& text, std::size_t start,
             return misfit(digits[place].c);
         value += digits[place].c;
     }
-    return Edit{format(value), value.empty() ? 0 : positionOf(at)};
+    return Edit{.text = format(value), .caret = value.empty() ? 0 : positionOf(at), .padded = padded};
 }
 
 // Pictures with runs. A text is represented by its runs; each but the first, even an empty one, has its fixed
@@ -247,10 +264,12 @@ zPicture::Edit zPicture::editRuns(const std::string& text, std::size_t start, st
     return joined(runs, at);
 }
 
-std::string zPicture::completed(const std::string& text) const {
+std::string zPicture::completed(const std::string& text, bool padded) const {
     if (places_.size() == 1 || (address_ && text.empty())) return text;
     if (address_) {
         std::string value = bare(text);
+        if (padded && value.size() + 1 == places_.size() && opensPair(value.size() - 1))
+            value.insert(value.size() - 1, 1, '0');
         value.resize(places_.size(), '0');
         return format(value);
     }

@@ -5,8 +5,9 @@
 // digits. A character in single quotes is a fixed character, which the field inserts by itself.
 //
 // A picture without runs describes an address. It has a fixed length; when a character is deleted, the ones
-// after it move up. In a picture with runs characters stay in their run. A text that matches the beginning of
-// the picture still does so after any accepted edit.
+// after it move up. A fixed character that is typed behind the single digit of a pair, at the end of the
+// text, puts a 0 before that digit. In a picture with runs characters stay in their run. A text that matches
+// the beginning of the picture still does so after any accepted edit.
 #pragma once
 
 #include <bitset>
@@ -29,7 +30,8 @@ class zPicture {
         std::string text = {};
         std::size_t caret = 0;  // position in the text
         Refusal refusal = Refusal::none;
-        char misfit = 0;  // the character that was refused
+        char misfit = 0;      // the character that was refused
+        bool padded = false;  // a single digit got its 0 from a fixed character that was typed
 
         explicit operator bool() const { return refusal == Refusal::none; }
     };
@@ -48,8 +50,9 @@ class zPicture {
     std::string bare(std::string_view shown) const;
 
     // Fills missing digits of an address that is not empty, and empty runs, with zeros. A picture with a
-    // single run is returned unchanged.
-    std::string completed(const std::string& text) const;
+    // single run is returned unchanged. `padded`: digits before got their 0 from typed fixed characters, so
+    // that a single digit of the last pair has its 0 before it, too.
+    std::string completed(const std::string& text, bool padded = false) const;
 
     bool isAddress() const { return address_; }
 
@@ -73,6 +76,7 @@ class zPicture {
     bool isFixed(char c) const { return fixed_[static_cast<unsigned char>(c)]; }
     std::size_t positionOf(std::size_t place) const;
     std::size_t placesBefore(std::size_t position) const;
+    bool opensPair(std::size_t place) const;
 
     std::vector<Element> elements_;
     std::vector<std::size_t> places_;  // indices of the elements that are not fixed
