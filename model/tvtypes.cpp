@@ -80,10 +80,12 @@ template <class Code>
 const char* textOf(std::span<const TextOf<Code>> table, std::type_identity_t<Code> code) {
     for (const auto& row : table)
         if (row.code == code) return row.text;
-    return "XXXX";
+    return textOfUnknown;
 }
 
 }  // namespace
+
+const char textOfUnknown[] = "XXXX";
 
 int MtuSize(std::int32_t mtuClass) {
     const bool known = mtuClass >= 1 && mtuClass <= std::ssize(mtuSizes);

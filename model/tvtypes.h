@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+extern const char textOfUnknown[];  // what a code without a text reads
+
 const char* MtuTypeToString(std::int16_t code);    // maximum frame size class
 const char* ElanTypeToString(std::int16_t code);   // the driver's ELAN type, counted from 1
 const char* BusStateToString(std::int16_t code);   // entry of an LES client service table

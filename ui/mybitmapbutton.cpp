@@ -1,5 +1,7 @@
 #include "ui/mybitmapbutton.h"
 
+#include "model/tvtypes.h"
+
 #include <fmt/format.h>
 
 void myBitmapButton::paint(LampLook look) {
@@ -10,7 +12,10 @@ void myBitmapButton::paint(LampLook look) {
 
 void myBitmapButton::say(const LampWords& words) {
     words_ = words;
-    board_.setTooltipDetail(lamp_, words.code == LampWords::noCode
-                                       ? words.words
-                                       : fmt::format("{}, state {}", words.words, words.code));
+    std::string detail = words.words;
+    if (detail == textOfUnknown)
+        detail = fmt::format("unknown state {}", words.code);
+    else if (words.code != LampWords::noCode)
+        detail += fmt::format(", state {}", words.code);
+    board_.setTooltipDetail(lamp_, detail);
 }

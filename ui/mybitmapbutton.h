@@ -13,7 +13,8 @@ inline LampLook serviceLook(bool present, bool up) {
     return !present ? LampLook::greyed : up ? LampLook::lit : LampLook::unlit;
 }
 
-// What a lamp's tooltip says: "Joining, state 3", or the words alone.
+// What a lamp's tooltip says: "Joining, state 3", "unknown state 9" of a code without words, or the words
+// alone.
 struct LampWords {
     const char* words = "No answer yet";  // a constant
     std::int64_t code = noCode;

@@ -190,7 +190,7 @@ TEST_F(StatisticsTest, TheStateDecidesLampsFieldsAndTables) {
          2,
          "0 0 greyed; 1 0 unlit; 0 1 greyed; 1 1 lit; 2 1 unlit; 3 0 unlit; 4 0 unlit; 5 0 unlit; 6 0 lit; "
          "7 0 unlit; 6 0 lit; 4294967295 0 unlit",
-         {{0, "no such client"}, {1, "On PVCs, state 1"}, {3, "Joining, state 3"}, {9, "XXXX, state 9"}}},
+         {{0, "no such client"}, {1, "On PVCs, state 1"}, {3, "Joining, state 3"}, {9, "unknown state 9"}}},
         {"lesStats",
          "les 1.1",
          "serves",
