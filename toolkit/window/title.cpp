@@ -5,6 +5,7 @@
 #include <X11/Xutil.h>
 #include <Xm/Xm.h>
 #include <algorithm>
+#include <cerrno>
 #include <iconv.h>
 #include <memory>
 
@@ -14,18 +15,6 @@ using XText = std::unique_ptr<unsigned char, int (*)(void*)>;
 
 bool isAscii(const std::string& text) {
     return std::ranges::all_of(text, [](unsigned char byte) { return byte < 0x80; });
-}
-
-// Xlib does not say so of a text that it converts: it leaves out what ends too early.
-bool isUtf8(std::string text) {
-    const iconv_t converter = ::iconv_open("UTF-8", "UTF-8");
-    if (converter == reinterpret_cast<iconv_t>(-1)) return false;
-    std::string copy(text.size(), '\0');
-    char *from = text.data(), *to = copy.data();
-    std::size_t left = text.size(), room = copy.size();
-    const bool whole = ::iconv(converter, &from, &left, &to, &room) != static_cast<std::size_t>(-1);
-    ::iconv_close(converter);
-    return whole;
 }
 
 std::string fromLatin1(const std::string& text) {
@@ -38,6 +27,35 @@ std::string fromLatin1(const std::string& text) {
     return utf8;
 }
 
+// A text that is no UTF-8 is taken as Latin-1; one that is, but for a character that lacks its last bytes,
+// loses that character. Xlib, which converts what comes of it, reports neither.
+std::string asUtf8(std::string text) {
+    const iconv_t converter = ::iconv_open("UTF-8", "UTF-8");
+    if (converter == reinterpret_cast<iconv_t>(-1)) return fromLatin1(text);
+    std::string copy(text.size(), '\0');
+    char *from = text.data(), *to = copy.data();
+    std::size_t left = text.size(), room = copy.size();
+    const bool whole = ::iconv(converter, &from, &left, &to, &room) != static_cast<std::size_t>(-1);
+    const bool cut = !whole && errno == EINVAL;
+    ::iconv_close(converter);
+    copy.resize(copy.size() - room);
+    return whole || (cut && !isAscii(copy)) ? copy : fromLatin1(text);
+}
+
+// Compound text cannot hold control characters, and ends before one.
+std::string withoutControls(std::string text) {
+    std::erase_if(text, [](unsigned char byte) { return byte < ' ' || byte == 0x7f; });
+    if (isAscii(text)) return text;
+    text = asUtf8(text);
+    for (std::size_t at = 0; (at = text.find('\xc2', at)) != text.npos;) {
+        if (static_cast<unsigned char>(text[at + 1]) < 0xa0)  // U+0080 to U+009F
+            text.erase(at, 2);
+        else
+            at += 2;
+    }
+    return text;
+}
+
 void setTitle(Widget shell, const char* title, Atom encoding) {
     XtVaSetValues(shell, XmNtitle, title, XmNtitleEncoding, encoding, XmNiconName, title, XmNiconNameEncoding,
                   encoding, nullptr);
@@ -46,10 +64,10 @@ void setTitle(Widget shell, const char* title, Atom encoding) {
 }  // namespace
 
 void zSetTitle(Widget shell, const std::string& title) {
-    if (isAscii(title)) {
-        setTitle(shell, title.c_str(), XA_STRING);
+    std::string text = withoutControls(title);
+    if (isAscii(text)) {
+        setTitle(shell, text.c_str(), XA_STRING);
     } else {
-        std::string text = isUtf8(title) ? title : fromLatin1(title);
         char* texts[] = {text.data()};
         XTextProperty property{};
         if (Xutf8TextListToTextProperty(XtDisplay(shell), texts, 1, XCompoundTextStyle, &property) < 0)
