@@ -14,7 +14,7 @@ constexpr zControlRow rows[] = {{.id = 30, .kind = zKind::table, .place = {4, 4,
                                  .kind = zKind::bitmapButton,
                                  .place = {4, 70, 40, 14},
                                  .text = "Other",
-                                 .style = zCancelButton}};
+                                 .style = zDefaultButton | zCancelButton}};
 constexpr zLayout layout{
     .id = 1, .name = "tables", .caption = "Tables", .width = 130, .height = 90, .rows = rows};
 
@@ -269,6 +269,18 @@ TEST_F(TableTest, EscapeCallsTheDragOfAColumnOff) {
     EXPECT_EQ(closed, 0);
     user.key("Escape");
     EXPECT_EQ(closed, 1);
+
+    // Other keys neither end the drag nor reach a button meanwhile.
+    for (const char* key : {"Return", "KP_Enter", "Tab", "Down"})
+        for (const auto& [from, to] : {std::pair{edge, edge + 10}, {edge + 10, edge}}) {
+            user.drag(table.widget(), {from, y}, {to, y}, key);
+            user.clickAt(table.widget(), edge + 30, y);
+            EXPECT_EQ(table.columnWidth(2), 70 + to - edge) << key;
+        }
+    EXPECT_EQ(closed, 1);
+    EXPECT_EQ(table.activeCell(), zTableLoc{});
+    user.key("Return");
+    EXPECT_EQ(closed, 2);
 }
 
 TEST_F(TableTest, ControlCPutsLabelsAndRowsOnTheClipboard) {

@@ -26,9 +26,8 @@ struct zColumnDrag::Keys {
         KeySym symbol = NoSymbol;
         XtTranslateKeycode(event->xkey.display, static_cast<KeyCode>(event->xkey.keycode), event->xkey.state,
                            &used, &symbol);
-        if (symbol != osfXK_Cancel) return;
         *goesOn = False;
-        drag.callOff();
+        if (symbol == osfXK_Cancel) drag.callOff();
     }
 };
 

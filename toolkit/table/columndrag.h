@@ -1,6 +1,7 @@
 // The columns of a table can be dragged at their right edges, in the row of the labels. A double click there
-// fits the column to its texts, and Escape calls a drag off. What the user has chosen counts for all tables
-// of this layout row, also for those to come, while the program runs. Inside the toolkit only.
+// fits the column to its texts. Escape calls a drag off; other keys do nothing meanwhile. What the user has
+// chosen counts for all tables of this layout row, also for those to come, while the program runs. Inside the
+// toolkit only.
 #pragma once
 
 #include "toolkit/table/tablegrid.h"
