@@ -183,6 +183,47 @@ TEST_F(WindowTest, AWindowUnderAModalOneIsNotClosed) {
     EXPECT_EQ(closings, 1);
 }
 
+TEST_F(WindowTest, AModalWindowThatAnotherClientDestroysIsClosed) {
+    const auto destroy = [&](Widget shell) {
+        Display* other = XOpenDisplay(DisplayString(XtDisplay(shell)));
+        XDestroyWindow(other, XtWindow(shell));
+        XCloseDisplay(other);
+    };
+    const auto destroyTitled = [&](const char* title) {
+        user.when(shown(title), [&, title] { destroy(user.shellLike(title)); });
+    };
+    destroyTitled("A message");
+    zMessageBox(application, window.shell(), zMessageStyle::warning, "Text", "A message");
+    destroyTitled("A question");
+    EXPECT_FALSE(zQuestionBox(application, window.shell(), "Text?", "A question"));
+
+    zFormDialog dialog(window, above);
+    int closings = 0, boxes = 0;
+    dialog.onClose = [&] {
+        ++closings;
+        dialog.endModal();
+    };
+    user.when(shown("Above"), [&] {
+        user.when(shown("A box"), [&] {
+            ++boxes;
+            destroy(dialog.shell());  // and closed when the box above it is
+            user.settle();
+            EXPECT_EQ(closings, 0);
+            destroy(user.shellLike("A box"));
+        });
+        zMessageBox(application, dialog.shell(), zMessageStyle::warning, "Text", "A box");
+    });
+    dialog.runModal();
+    EXPECT_EQ(closings, 1);
+    EXPECT_EQ(boxes, 1);
+
+    int clicks = 0;
+    window.control<zBitmapButton>(14).onClick = [&] { ++clicks; };
+    user.focus(window.shell());
+    user.click(user.widget("id14"));
+    EXPECT_EQ(clicks, 1) << "the window behind them can be used";
+}
+
 // Within a callback, shells are destroyed at its end only; a second request to close can arrive before that.
 TEST_F(WindowTest, WhatHasEndedHearsNoLateRequestToClose) {
     const auto closeTwice = [&](const char* title) {

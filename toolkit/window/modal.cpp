@@ -4,11 +4,37 @@
 
 #include <Xm/DialogS.h>
 #include <Xm/Xm.h>
-#include <utility>
 
 namespace {
 
-Widget topmost = nullptr;  // the innermost modal dialog that is running
+// A modal dialog that is running.
+struct Running {
+    Widget shell;
+    Running* below;
+    bool gone = false;  // another client has destroyed its window
+};
+Running* topmost = nullptr;
+
+// As a window manager does.
+void askToClose(Widget shell) {
+    Display* display = XtDisplay(shell);
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.display = display;
+    event.xclient.window = XtWindow(shell);
+    event.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = static_cast<long>(XInternAtom(display, "WM_DELETE_WINDOW", False));
+    XtDispatchEvent(&event);
+}
+
+// Nobody could end the dialog any more. One that lies below another is closed after that.
+void noteDestroyed(Widget shell, XtPointer data, XEvent* event, Boolean*) {
+    if (event->type != DestroyNotify || event->xdestroywindow.window != XtWindow(shell)) return;
+    auto* dialog = static_cast<Running*>(data);
+    dialog->gone = true;
+    if (dialog == topmost) askToClose(shell);
+}
 
 }  // namespace
 
@@ -22,10 +48,14 @@ void zRunModal(zApplication& application, Widget shell, Widget board, const bool
     zCentreShell(shell);
     zMapShell(shell);
     XtAddGrab(shell, True, False);  // Motif's own grab lets clicks through to other windows
-    const Widget below = std::exchange(topmost, shell);
+    Running running{shell, topmost};
+    topmost = &running;
+    XtAddEventHandler(shell, StructureNotifyMask, False, noteDestroyed, &running);
     application.runUntil(done);
-    topmost = below;
+    XtRemoveEventHandler(shell, StructureNotifyMask, False, noteDestroyed, &running);
+    topmost = running.below;
     XtRemoveGrab(shell);
+    if (topmost && topmost->gone) askToClose(topmost->shell);
 }
 
 void zHideModal(Widget shell, Widget board) {
@@ -36,7 +66,7 @@ void zHideModal(Widget shell, Widget board) {
 bool zBlockedByModal(Widget shell) {
     if (!topmost) return false;
     for (Widget above = shell; above; above = XtParent(above))
-        if (above == topmost) return false;
-    XRaiseWindow(XtDisplay(topmost), XtWindow(topmost));
+        if (above == topmost->shell) return false;
+    XRaiseWindow(XtDisplay(topmost->shell), XtWindow(topmost->shell));
     return true;
 }

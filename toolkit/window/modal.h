@@ -7,7 +7,8 @@
 Widget zCreateModalShell(const char* name, Widget parent);
 
 // Shows a realized shell and its board in the middle of the screen until `done` is set or the application
-// ends. Meanwhile the other windows take no input. The caller hides it then.
+// ends. Meanwhile the other windows take no input. The caller hides it then. Should another client destroy
+// its window, it is closed as if a window manager had asked for that.
 void zRunModal(zApplication& application, Widget shell, Widget board, const bool& done);
 
 // Takes it off the screen. To be called before it is destroyed, which within a callback is deferred to the
