@@ -42,13 +42,16 @@ TEST_F(ManualTest, OpensOverAMessageBox) {
     const auto manual = [this] { return user->shellLike("Tarvolin Manual"); };
     int opened = 0;
     inDialogOf(setupBTN, "Privilege Error", [&] {
-        for (int time = 0; time < 2; ++time) {
+        for (const bool byManager : {false, true, false}) {
             user->focus(user->shellLike("Privilege Error"));
             user->when([&] { return manual() != nullptr; },
                        [&] {
                            ++opened;
                            user->focus(manual());
-                           user->key("Escape");
+                           if (byManager)
+                               user->askToClose(manual());
+                           else
+                               user->key("Escape");
                        });
             user->key("F1");
             EXPECT_FALSE(manual());
@@ -56,7 +59,7 @@ TEST_F(ManualTest, OpensOverAMessageBox) {
         user->focus(user->shellLike("Privilege Error"));
         user->key("Return");
     });
-    EXPECT_EQ(opened, 2);
+    EXPECT_EQ(opened, 3);
     platform::pretendSuperUser(true);
 }
 
