@@ -135,6 +135,11 @@ constexpr Rule<AtmIP1577> ipRules[] = {
          if (!mask || IsSubnetMask(*mask)) return std::string();
          return fmt::format("{} is no subnet mask: it has holes", c.subnetMask.view());
      }},
+    {206, warning, "subnetMask",
+     [](auto& c) {
+         return when(AddressNumber(c.subnetMask.view()) == 0U,
+                     "The mask 0.0.0.0 puts every address into the client's network");
+     }},
     {4, error, "serverAddress",
      [](auto& c) {
          if (!asksServer(c)) return std::string();

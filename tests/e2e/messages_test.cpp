@@ -55,6 +55,8 @@ TEST_F(Messages, AdviseWhileAValueIsTyped) {
         {"lecPage", elanNameED, "", "This is an enabled client without an ELAN name"},
         {"ip1577Page", ipED, "300.1.1.1", "300.1.1.1 is no address"},
         {"ip1577Page", subnetMaskED, "255.0.255.0", "255.0.255.0 is no subnet mask: it has holes"},
+        {"ip1577Page", subnetMaskED, "0.0.0.0",
+         "The mask 0.0.0.0 puts every address into the client's network"},
     };
     configure([&] {
         for (const Case& c : cases) {

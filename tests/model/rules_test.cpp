@@ -133,6 +133,8 @@ const Case cases[] = {
      "error 4 ip.address: This is an enabled client without an IP address"},
     {"Mask", [](auto& r) { r.ip.subnetMask = "255.0.255.0"; },
      "error 103 ip.subnetMask: 255.0.255.0 is no subnet mask: it has holes"},
+    {"MaskOfZeros", [](auto& r) { r.ip.subnetMask = "000.0.0.0"; },
+     "warning 206 ip.subnetMask: The mask 0.0.0.0 puts every address into the client's network"},
     {"OwnAddress", [](auto& r) { r.ip.ip = "192.168.1.0"; },
      "error 104 ip.address: 192.168.1.0 is the address of the network"},
     {"Broadcast", [](auto& r) { r.ip.ip = "192.168.1.255"; },
@@ -142,14 +144,14 @@ const Case cases[] = {
          r.ip.ip = "224.0.0.1";
          r.ip.serverIp = "240.0.0.1";
          r.ip.pvcs[0].ip = "239.255.255.255 ";
-         r.ip.subnetMask = "0.0.0.0";  // all are in this network
+         r.ip.subnetMask = "128.0.0.0";  // all are in this network
      },
      "error 204 ip.address: 224.0.0.1 is the address of a group; "
      "error 204 ip.serverAddress: 240.0.0.1 is a reserved address; "
      "error 204 ip.pvcs[0]: 239.255.255.255 is the address of a group"},
     {"BelowTheGroups",
      [](auto& r) {
-         r.ip.subnetMask = "0.0.0.0";
+         r.ip.subnetMask = "128.0.0.0";
          r.ip.ip = "223.255.255.255";
      },
      ""},
