@@ -1,5 +1,6 @@
 #include "toolkit/controls/choice.h"
 
+#include "toolkit/controls/dialogunits.h"
 #include "toolkit/controls/rowwidget.h"
 #include "toolkit/display/fonts.h"
 
@@ -14,6 +15,8 @@ Widget makeToggle(Widget board, const zRect& place, const zControlRow& row, unsi
     resources.set(XmNalignment, XmALIGNMENT_BEGINNING).set(XmNmarginWidth, 0).set(XmNmarginHeight, 0);
     resources.set(XmNmarginTop, 0).set(XmNmarginBottom, 0);
     resources.set(XmNnavigationType, XmEXCLUSIVE_TAB_GROUP);
+    constexpr int gap = 4;  // between the indicator and its text
+    resources.set(XmNspacing, static_cast<XtArgVal>(zDialogUnits::ofBoard(board).grown(gap)));
     const bool round = indicator == XmONE_OF_MANY_ROUND;
     resources.set(XmNindicatorOn, round ? XmINDICATOR_FILL : XmINDICATOR_CHECK_BOX);
     const Widget toggle = zMakeWidget(xmToggleButtonWidgetClass, board, row, resources);

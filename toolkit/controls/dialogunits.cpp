@@ -1,5 +1,6 @@
 #include "toolkit/controls/dialogunits.h"
 
+#include "toolkit/display/fonts.h"
 #include "toolkit/display/xmtext.h"
 
 #include <Xm/Xm.h>
@@ -11,6 +12,10 @@ zDialogUnits zDialogUnits::ofBoard(Widget board) {
     Dimension width = 0, height = 0;
     XmStringExtent(table, zXmText(alphabet).get(), &width, &height);
     return ofAlphabet(width, height);
+}
+
+int zDialogUnits::grown(int pixels) const {
+    return std::max(pixels, pixels * baseHeight_ / zUsualTextHeight);
 }
 
 zRect zDialogUnits::pixels(const zRect& units) const {

@@ -20,6 +20,8 @@ class zDialogUnits {
     int y(int units) const { return (units * baseHeight_ + 4) / 8; }
     // Converts edges, not sizes, so that controls adjacent in units are adjacent in pixels.
     zRect pixels(const zRect& units) const;
+    // Pixels that suit the usual font, for this one; never less.
+    int grown(int pixels) const;
     int baseWidth() const { return baseWidth_; }
     int baseHeight() const { return baseHeight_; }
 

@@ -18,6 +18,7 @@ zListBox::zListBox(Widget board, const zRect& place, const zControlRow& row) : z
     const Widget list = XmCreateScrolledList(board, name.data(), resources.args.data(), resources.count());
     XtManageChild(list);
     attach(list);
+    zGrowScrollBars(XtParent(list), board);
     zSetGeometry(XtParent(list), place_);
     listen(XmNbrowseSelectionCallback, [](zControl& self, void*) {
         if (const auto handler = static_cast<zListBox&>(self).onSelect) handler();

@@ -1,5 +1,7 @@
 #include "toolkit/controls/rowwidget.h"
 
+#include "toolkit/controls/dialogunits.h"
+
 #include <algorithm>
 #include <fmt/core.h>
 
@@ -54,4 +56,12 @@ Dimension zCentredMargin(Widget field, int height) {
     XtVaGetValues(field, XmNhighlightThickness, &highlight, XmNshadowThickness, &shadow, nullptr);
     const int spare = height - 2 * (highlight + shadow) - zTextHeight(field);
     return static_cast<Dimension>(std::max(0, spare / 2));
+}
+
+void zGrowScrollBars(Widget scrolled, Widget board) {
+    const int thickness = zDialogUnits::ofBoard(board).grown(zBarThickness);
+    Widget vertical = nullptr, horizontal = nullptr;
+    XtVaGetValues(scrolled, XmNverticalScrollBar, &vertical, XmNhorizontalScrollBar, &horizontal, nullptr);
+    if (vertical) XtVaSetValues(vertical, XmNwidth, thickness, nullptr);
+    if (horizontal) XtVaSetValues(horizontal, XmNheight, thickness, nullptr);
 }

@@ -34,6 +34,11 @@ Widget zMakeWidget(WidgetClass kind, Widget board, const zControlRow& row, zReso
 // Sets the geometry from the layout again on a widget that has computed a size of its own.
 void zSetGeometry(Widget widget, const zRect& place);
 
+constexpr int zBarThickness = 15;  // of scroll bars beside the usual font, as in the library's lists
+
+// Gives the scroll bars of a scrolled list or text the thickness for its board's font.
+void zGrowScrollBars(Widget scrolled, Widget board);
+
 // Whether this place on its board is the widget's.
 bool zWidgetHas(Widget widget, int x, int y);
 

@@ -54,6 +54,7 @@ zTextView::zTextView(Widget board, const zRect& place, const zControlRow& row)
     std::string name = zWidgetName(row);
     attach(XmCreateScrolledText(board, name.data(), resources.args.data(), resources.count()));
     XtManageChild(widget());
+    zGrowScrollBars(outermost(), board);
     XtOverrideTranslations(widget(), keys(XtWidgetToApplicationContext(board)));
     zSetGeometry(outermost(), place_);
 }

@@ -1,6 +1,7 @@
 #include "toolkit/table/table.h"
 
 #include "platform/index.h"
+#include "toolkit/controls/dialogunits.h"
 #include "toolkit/controls/rowwidget.h"
 
 #include <X11/keysym.h>
@@ -12,7 +13,6 @@
 
 namespace {
 
-constexpr int barThickness = 15;  // as in Motif's lists
 constexpr int barGap = 2;
 constexpr int shadow = 2;
 constexpr int ring = 1;         // around the table: shows the keyboard focus, as other controls show it
@@ -141,6 +141,7 @@ zTable::zTable(Widget board, const zRect& place, const zControlRow& row)
     : zControl(row), place_(place), drag_(
                                         row, grid_, [this](int column) { return fittedWidth(column); },
                                         [this](int column, int width) { widen(column, width); }),
+      barThickness_(zDialogUnits::ofBoard(board).grown(zBarThickness)),
       painting_(XtDisplay(board), [this] { flush(); }) {
     zResources resources(place);
     resources.set(XmNmarginWidth, 0).set(XmNmarginHeight, 0).set(XmNresizePolicy, XmRESIZE_NONE);
@@ -350,7 +351,7 @@ void zTable::arrange() {
         active_.row > 0 && (grid_.width() == 0 || (seen.width == cell.width && seen.height == cell.height));
     const int contentWidth = grid_.widths[0] + grid_.columnsWidth() + 2 * shadow;
     const int contentHeight = grid_.labelHeight + grid_.rows * grid_.rowHeight + 2 * shadow;
-    constexpr int room = barThickness + barGap;
+    const int room = barThickness_ + barGap;
     const int inWidth = place_.width - 2 * ring, inHeight = place_.height - 2 * ring;
     bool across = contentWidth > inWidth;
     const bool down = contentHeight > inHeight - (across ? room : 0);
@@ -370,8 +371,8 @@ void zTable::arrange() {
         XtManageChild(bar);
         zSetGeometry(bar, r);
     };
-    put(vertical_, down, {ring + inWidth - barThickness, ring, barThickness, height});
-    put(horizontal_, across, {ring, ring + inHeight - barThickness, width, barThickness});
+    put(vertical_, down, {ring + inWidth - barThickness_, ring, barThickness_, height});
+    put(horizontal_, across, {ring, ring + inHeight - barThickness_, width, barThickness_});
     if (follow) grid_.reveal(active_);
     updateScrollBars();
     changedAll();

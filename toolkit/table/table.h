@@ -104,6 +104,7 @@ class zTable : public zControl {
     bool realized_ = false;
     bool allDirty_ = false;
     std::vector<zTableLoc> dirty_;
+    int barThickness_;
     zAlarm painting_;  // set while something is to be painted
     std::function<void(int)> write_;
     std::vector<bool> stale_;  // rows not written since rowsChanged()
