@@ -52,7 +52,7 @@ class Sizes {
                                leastSize, mostSize));
         return size;
     }
-    // Without one that stands there for any font.
+    // The size that is set for this font, and not for all of them.
     std::optional<int> readOwn(const std::string& font) {
         const auto entry = [this](const std::string& of) {
             return resources_.entry(of + ".fontSize", "Rendition.FontSize");

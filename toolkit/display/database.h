@@ -8,10 +8,11 @@ class zDatabase {
   public:
     explicit zDatabase(Display* display);
 
-    // What a widget below the program's shell would find under these names and classes, as in
-    // "plain.fontSize" and "Plain.FontSize"; empty: nothing.
+    // The value that a widget below the program's shell would get for these names and classes, as in
+    // "plain.fontSize" and "Rendition.FontSize"; empty: none is set.
     std::string value(const std::string& names, const std::string& classes) const;
-    // Where it stands, null: nowhere. Two of the same specifier stand in the same place.
+    // The address of that value in the database; null: none is set. One line of resources that counts for
+    // two names gives both the same address.
     const char* entry(const std::string& names, const std::string& classes) const;
 
     // Sets what stands after the program's class: "*plain*fontSize".

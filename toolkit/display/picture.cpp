@@ -135,7 +135,7 @@ std::vector<unsigned long> zIconData(int id) {
 zIconBitmaps zIconBitmapsOf(Widget widget, int id) {
     const std::vector<unsigned long> data = zIconData(id);
     if (data.empty()) return {};
-    constexpr unsigned long noSize = 0;  // as no pixmap of the picture has it
+    constexpr unsigned long noSize = 0;  // the sizes of the picture's pixmaps in colour are above 0
     const auto bitmap = [&](unsigned long which, bool (*isSet)(unsigned long)) {
         Pixmap& made =
             zDisplayCache::of(XtDisplay(widget)).pixmap({static_cast<unsigned long>(id), which, noSize});

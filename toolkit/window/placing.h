@@ -8,7 +8,7 @@
 struct _XDisplay;  // Xlib's Display
 
 struct zPlacing {
-    std::string place;  // "+X+Y", each sign '-' for from the right or lower edge; empty: the program's own
+    std::string place;  // "+X+Y", with "-" from the right or lower edge; empty: the program's own
     std::string title;  // empty: the program's own
     bool iconic = false;
 };

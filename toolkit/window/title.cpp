@@ -27,8 +27,8 @@ std::string fromLatin1(const std::string& text) {
     return utf8;
 }
 
-// A text that is no UTF-8 is taken as Latin-1; one that is, but for a character that lacks its last bytes,
-// loses that character. Xlib, which converts what comes of it, reports neither.
+// A text that is no UTF-8 is taken as Latin-1. One that is, but ends within a character, loses that: it must
+// have others beyond ASCII, since Latin-1 can end like this, too. Xlib's own conversion reports neither.
 std::string asUtf8(std::string text) {
     const iconv_t converter = ::iconv_open("UTF-8", "UTF-8");
     if (converter == reinterpret_cast<iconv_t>(-1)) return fromLatin1(text);

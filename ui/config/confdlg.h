@@ -41,6 +41,6 @@ class DConfigDlg : public zFormDialog {
     zMessageLine line_;
     std::optional<OpenedChannel> channel_;            // SetupIoctlDesc
     std::vector<std::unique_ptr<ConfigPage>> pages_;  // by tab
-    AdapterRecords stored_;  // when the dialog was opened, without their lists, which may be long
+    AdapterRecords stored_;  // as they were when the dialog was opened; without lists, which may be long
     bool okFlag_ = false;
 };

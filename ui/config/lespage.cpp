@@ -155,7 +155,7 @@ void DConfigDlgLESPG::tellNotDeleted(const esiSelector& client) {
                 std::string("Unable to Dynamically Delete ") + client.GetF2EsiSelector(), errorTitle);
 }
 
-// Should the program end at the question, what the driver has is in the lists.
+// A signal can end the program at the question: by then the lists are what the driver has.
 bool DConfigDlgLESPG::agrees(const char* verb, const esiSelector& client) {
     takeOutLeaving();
     return agreesToStatic(dialog_, verb, client.GetF2EsiSelector(), errorTitle);

@@ -118,9 +118,9 @@ class KeyedTable : public StatsTable<Row>,
         table.writeOnDemand([this](int number) { write(number); });
     }
 
-    // Fetches the table and shows its rows. The query must fetch no other table meanwhile, since rows out of
-    // sight are read later. False when there are none; the table then stays as it is. `group`: see
-    // KeyedBaselines.
+    // Fetches the table and shows its rows. Those out of sight are read from the query's reply later: until
+    // the next call it must fetch no other table. False when there are no rows; what is shown then stays as
+    // it is. `group`: see KeyedBaselines.
     template <class Query> bool fill(Query& query, bool clear, int group = 0) {
         const TableView<Row> rows = query.GetEntireTable();
         if (!clear && query.result() == 0 && !this->baselines_.empty())
