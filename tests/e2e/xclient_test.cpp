@@ -139,8 +139,8 @@ TEST(XClient, OptionsDoWhatTheyDoInOtherPrograms) {
         {.arguments = {"-title", "Tärvölin ✓"}, .title = "Tärvölin ✓", .titleType = "COMPOUND_TEXT"},
         {.arguments = {"-title", "T\xe4rvolin \xe2"}, .title = "Tärvolin â", .titleType = "COMPOUND_TEXT"},
         {.arguments = {"-title", "Nor\tth \x1b[1m\x7f"}, .title = "North [1m"},
-        {.arguments = {"-title", "\tT\x1bä\nr\xc2\x85vo"}, .title = "Tärvo", .titleType = "COMPOUND_TEXT"},
-        {.arguments = {"-title", "Tärvö\xc3"}, .title = "Tärvö", .titleType = "COMPOUND_TEXT"},  // cut short
+        {.arguments = {"-title", "\tT\x1bä\nr\xc2\x85v"}, .title = "Tärv", .titleType = "COMPOUND_TEXT"},
+        {.arguments = {"-title", "Tä\xc3"}, .title = "Tä", .titleType = "COMPOUND_TEXT"},  // cut short
         {.arguments = {"-title", "Caf\xe9"}, .title = "Café", .titleType = "COMPOUND_TEXT"},
         {.arguments = {"-xrm", "Tarvolin.title: Ωж한"}, .title = "Ωж한", .titleType = "COMPOUND_TEXT"},
         {.arguments = {"-name", "north"}, .instance = "north"},
