@@ -6,11 +6,7 @@
 #include "model/tvdatbuf.h"
 #include "tests/support/scripteddriver.h"
 
-#include <cerrno>
 #include <fcntl.h>
-#include <fmt/format.h>
-#include <gtest/gtest.h>
-#include <sstream>
 
 namespace {
 

@@ -1,8 +1,5 @@
 #include "ui/stats/keyedbaselines.h"
 
-#include <gtest/gtest.h>
-#include <vector>
-
 using namespace std::chrono_literals;
 
 namespace {

@@ -11,9 +11,6 @@
 #include "tests/support/victim.h"
 
 #include <csignal>
-#include <cstdlib>
-#include <fmt/format.h>
-#include <gmock/gmock.h>
 #include <random>
 #include <unistd.h>
 
@@ -195,7 +192,7 @@ TEST_F(Changes, EachSaveThatChangesAFileIsInTheHistory) {
     EXPECT_TRUE(user.end().wrote);
     const std::string entry = "/var/lib/tarvolin/history/0001/";
     const std::string manifest = root.read(entry + "manifest.json");
-    for (const char* part : {"adapter1/lec3.mtu", "\"1516\"", "\"4544\"", "adapter1/lec1.pvcs", "VCI 300, "})
+    for (const char* part : {"adapter1/lec3.mtu", "\"1516\"", "\"4544\"", "adapter1/lec1.pvcs", " vci 300 "})
         EXPECT_THAT(manifest, HasSubstr(part));
     bool kept = false;
     for (const auto& stored : fs::directory_iterator(root.at(entry)))

@@ -3,11 +3,6 @@
 
 #include "change/adapterchange.h"
 
-#include <gtest/gtest.h>
-#include <optional>
-#include <string>
-#include <vector>
-
 struct Administrator {
     AtmDevices mine;
     Configuration configuration{"tarvolin", mine};

@@ -3,9 +3,6 @@
 #include "change/manifest.h"
 #include "tests/support/logsocket.h"
 
-#include <cstdlib>
-#include <gmock/gmock.h>
-
 using platform::LogLevel;
 using testing::ElementsAre;
 

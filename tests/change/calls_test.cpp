@@ -4,8 +4,6 @@
 #include "tests/support/failingfiles.h"
 #include "tests/support/simulator.h"
 
-#include <gmock/gmock.h>
-
 namespace {
 
 struct Cost {

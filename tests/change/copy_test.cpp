@@ -5,10 +5,6 @@
 #include "tests/support/failingfiles.h"
 #include "tests/support/temproot.h"
 
-#include <algorithm>
-#include <cerrno>
-#include <fmt/format.h>
-#include <gmock/gmock.h>
 #include <sys/acl.h>
 #include <sys/wait.h>
 #include <sys/xattr.h>

@@ -5,10 +5,6 @@
 #include "tests/support/crashingfiles.h"
 #include "tests/support/failingfiles.h"
 
-#include <fmt/format.h>
-#include <gtest/gtest.h>
-#include <set>
-
 namespace {
 
 using State = SaveOutcome::State;

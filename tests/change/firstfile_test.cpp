@@ -2,12 +2,8 @@
 
 #include "config/newparameters.h"
 #include "tests/support/failingfiles.h"
+#include "tests/support/holder.h"
 #include "tests/support/temproot.h"
-
-#include <fmt/format.h>
-#include <gmock/gmock.h>
-
-#include "tests/support/holder.h"  // after it
 
 namespace {
 

@@ -5,8 +5,6 @@
 #include "tests/support/logcapture.h"
 #include "tests/support/logsocket.h"
 
-#include <fmt/format.h>
-#include <gmock/gmock.h>
 #include <sys/stat.h>
 
 namespace fs = std::filesystem;

@@ -1,10 +1,6 @@
 // How the changes that two sides made to one list come together.
 #include "change/listmerge.h"
 
-#include <fmt/format.h>
-#include <gtest/gtest.h>
-#include <sstream>
-
 namespace {
 
 // "5a1 6b": VCI 5 of address a at 1 MB/s, VCI 6 of address b at 0.

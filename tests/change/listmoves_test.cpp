@@ -1,9 +1,6 @@
 // One entry that two sides give to different lists: it never ends in both.
 #include "change/merge.h"
 
-#include <fmt/format.h>
-#include <gtest/gtest.h>
-
 namespace {
 
 constexpr int first[] = {0};  // the adapters

@@ -7,9 +7,6 @@
 #include "tests/support/simulator.h"
 #include "tests/support/temproot.h"
 
-#include <filesystem>
-#include <functional>
-#include <gmock/gmock.h>
 #include <sys/stat.h>
 #include <unistd.h>
 

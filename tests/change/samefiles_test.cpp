@@ -3,8 +3,6 @@
 #include "tests/support/failingfiles.h"
 #include "tests/support/simulator.h"
 
-#include <fmt/format.h>
-#include <gmock/gmock.h>
 #include <random>
 
 namespace fs = std::filesystem;

@@ -4,8 +4,6 @@
 #include "tests/support/logcapture.h"
 #include "tests/support/temproot.h"
 
-#include <gmock/gmock.h>
-
 namespace {
 
 constexpr const char* file = "/var/lib/tarvolin/sent.json";

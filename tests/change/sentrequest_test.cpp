@@ -8,10 +8,6 @@
 #include "tests/support/scripteddriver.h"
 #include "tests/support/simulator.h"
 
-#include <cerrno>
-#include <fmt/format.h>
-#include <gmock/gmock.h>
-
 using testing::ElementsAre;
 
 TEST(SentRequest, NamesServiceSubjectAndAnswer) {

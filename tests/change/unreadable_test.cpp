@@ -8,9 +8,6 @@
 #include "config/pvcfile.h"
 #include "tests/support/simulator.h"
 
-#include <fmt/format.h>
-#include <gmock/gmock.h>
-#include <map>
 #include <sys/stat.h>
 #include <unistd.h>
 

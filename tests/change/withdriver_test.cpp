@@ -4,9 +4,6 @@
 #include "tests/support/simulator.h"
 #include "tests/support/temproot.h"
 
-#include <gmock/gmock.h>
-#include <thread>
-
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::HasSubstr;

@@ -6,16 +6,11 @@
 #include "tests/support/simulator.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
-#include <fmt/format.h>
-#include <gmock/gmock.h>
 #include <random>
-#include <set>
 #include <spawn.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 using namespace std::chrono_literals;

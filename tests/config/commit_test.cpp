@@ -3,9 +3,6 @@
 #include "tests/support/failingfiles.h"
 #include "tests/support/temproot.h"
 
-#include <cerrno>
-#include <fmt/format.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 

@@ -5,8 +5,6 @@
 #include "fixture.h"
 #include "tests/support/memoryfiles.h"
 
-#include <gtest/gtest.h>
-
 TEST(Damaged, FilesAreReadAndSaved) {
     const struct {
         std::string name, content;

@@ -7,10 +7,6 @@
 #include "tests/support/logcapture.h"
 #include "tests/support/temproot.h"
 
-#include <cerrno>
-#include <cstring>
-#include <gmock/gmock.h>
-
 using testing::ElementsAre;
 
 namespace {

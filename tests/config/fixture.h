@@ -3,8 +3,6 @@
 
 #include "tests/support/temproot.h"
 
-#include <string>
-
 // adapter.conf, with the number for each '@'.
 inline std::string adapterText(int adapter) {
     std::string text = testFile("config/adapter.conf");

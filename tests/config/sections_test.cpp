@@ -2,9 +2,6 @@
 #include "config/pdf_io.h"
 #include "tests/support/temproot.h"
 
-#include <cerrno>
-#include <gmock/gmock.h>
-
 using namespace std::string_literals;
 
 namespace {

@@ -4,14 +4,8 @@
 #include "driver/requestblocks.h"
 #include "tests/support/scripteddriver.h"
 
-#include <cerrno>
-#include <chrono>
 #include <ctime>
 #include <fcntl.h>
-#include <gmock/gmock.h>
-#include <string>
-#include <thread>
-#include <vector>
 
 TEST(Channel, OpensOnceAndClosesWithItsOwner) {
     ScriptedDriver driver;

@@ -4,9 +4,6 @@
 #include "driver/reqparam.h"
 #include "tests/support/scripteddriver.h"
 
-#include <cerrno>
-#include <gtest/gtest.h>
-
 TEST(DaiApi, RefusesWhatIsNoMessageOrNoChannelWithoutACall) {
     ScriptedDriver driver;
     const struct {

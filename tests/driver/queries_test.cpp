@@ -1,8 +1,6 @@
 #include "driver/dai_io.h"
 #include "tests/support/scripteddriver.h"
 
-#include <gtest/gtest.h>
-
 namespace {
 
 // Queries of adapter 1, and with link 2, unit 3, rows 4 and 5. One of each form; the windows' tests ask all

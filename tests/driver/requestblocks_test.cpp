@@ -1,9 +1,6 @@
 #include "driver/requestblocks.h"
 #include "tests/support/scripteddriver.h"
 
-#include <functional>
-#include <gtest/gtest.h>
-
 namespace {
 
 atmAddress address(std::string_view digits) {

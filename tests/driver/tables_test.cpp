@@ -1,9 +1,6 @@
 #include "driver/dai_io.h"
 #include "tests/support/scripteddriver.h"
 
-#include <cerrno>
-#include <gtest/gtest.h>
-
 namespace {
 
 // A driver with a table of `rows` rows: answers row counts, and table requests with as many rows from RowM on

@@ -4,9 +4,6 @@
 #include "driver/dai_io.h"
 #include "tests/support/scripteddriver.h"
 
-#include <fmt/format.h>
-#include <gtest/gtest.h>
-
 namespace {
 
 ByteVector pattern(std::size_t size) {

@@ -1,10 +1,6 @@
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/configurationtest.h"
 
 #include "driver/dai_api.h"
-
-#include <fmt/format.h>
 
 // The MTU of LEC 1 from 1516 to 4544: requests, file, cursor.
 TEST_F(ConfigurationTest, OneChangedClientIsRestartedWithItsPvcsAndSaved) {

@@ -1,4 +1,4 @@
-// Steps in the configuration dialog and what came of them. Include it after gtest.
+// Steps in the configuration dialog and what came of them.
 #pragma once
 
 #include "tests/e2e/programtest.h"
@@ -14,15 +14,6 @@
 #include <Xm/List.h>
 #include <Xm/TextF.h>
 #include <Xm/ToggleB.h>
-#include <chrono>
-#include <filesystem>
-#include <fmt/format.h>
-#include <map>
-#include <sstream>
-#include <string>
-#include <thread>
-#include <utility>
-#include <vector>
 
 constexpr const char* parameterFile = "/etc/atm/tvconf";
 

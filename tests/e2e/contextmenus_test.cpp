@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/statisticstest.h"
 #include "ui/config/confids.h"
 

@@ -1,10 +1,6 @@
 // Files that cannot be written: too large for the process, on a full disk, on one that is read-only.
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/configurationtest.h"
 
-#include <cerrno>
-#include <cstring>
 #include <fstream>
 #include <sys/mount.h>
 #include <sys/resource.h>

@@ -1,14 +1,10 @@
 // Displays of 24, 16 and 8 bits, one with the user's colours, and one without fonts.
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/statisticstest.h"
 #include "tests/e2e/tool.h"
 #include "tests/support/scripteddriver.h"
 #include "ui/config/confids.h"
 
 #include <Xm/List.h>
-#include <cstdlib>
-#include <fmt/format.h>
 
 namespace {
 
@@ -89,8 +85,7 @@ struct DarkResources {  // before the desk is there
 };
 struct DarkColours : DarkResources, StatisticsTest {
     int brightness(Widget widget, const char* resource) const {
-        Pixel pixel = 0;
-        XtVaGetValues(widget, resource, &pixel, nullptr);
+        const auto pixel = resourceOf<Pixel>(widget, resource);
         return static_cast<int>((pixel >> 16 & 255) * 3 + (pixel >> 8 & 255) * 6 + (pixel & 255)) / 10;
     }
     // All widgets that show something, from this one down.

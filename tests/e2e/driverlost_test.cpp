@@ -1,15 +1,9 @@
 // Statistics dialogs of a driver that comes and goes, or is slow.
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/slowdevice.h"
 #include "tests/e2e/statisticstest.h"
 
-#include <array>
-#include <chrono>
 #include <cstdio>
 #include <ctime>
-#include <fmt/format.h>
-#include <thread>
 
 namespace {
 

@@ -1,13 +1,6 @@
 // The X server is lost, or a signal comes, while a real process is in the middle of Setup.
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/outsideuser.h"
 #include "tests/support/holder.h"
-
-#include <functional>
-#include <memory>
-#include <sstream>
-#include <vector>
 
 using namespace std::chrono_literals;
 

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/configurationtest.h"
 #include "ui/config/iplayout.h"
 #include "ui/config/leclayout.h"
@@ -7,9 +5,7 @@
 #include "ui/config/leslayout.h"
 #include "ui/config/siglayout.h"
 
-#include <fmt/format.h>
 #include <fstream>
-#include <map>
 
 class FullRound : public ConfigurationTest {
   protected:

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "app/routine.h"
 #include "tests/e2e/configurationtest.h"
 #include "toolkit/display/fonts.h"

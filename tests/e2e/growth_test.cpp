@@ -1,10 +1,5 @@
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/configurationtest.h"
 #include "ui/global/globlids.h"
-
-#include <cstdlib>
-#include <filesystem>
 
 // Exact books of what is allocated: only the address sanitizer's allocator keeps them. The system's counts
 // what it holds back for later as well, and gives out other addresses again.

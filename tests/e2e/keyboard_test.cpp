@@ -1,6 +1,4 @@
 // An everyday task without a pointer.
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "config/driverpdf.h"
 #include "tests/e2e/outsideuser.h"
 

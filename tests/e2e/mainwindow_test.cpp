@@ -1,15 +1,9 @@
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/programtest.h"
 
 #include "app/routine.h"
 #include "driver/channel.h"
 #include "tests/support/scripteddriver.h"
 #include "toolkit/controls/edit.h"
-
-#include <Xm/Xm.h>
-#include <chrono>
-#include <fmt/format.h>
 
 class MainWindowTest : public ProgramTest {
   protected:

@@ -1,11 +1,8 @@
 // F1 in every window.
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/configurationtest.h"
 #include "ui/global/globlids.h"
 
 #include <Xm/Text.h>
-#include <algorithm>
 
 class ManualTest : public ConfigurationTest {
   protected:

@@ -1,6 +1,4 @@
 // What the line below the buttons says, and what windows look like while the driver is slow.
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/configurationtest.h"
 #include "tests/e2e/slowdevice.h"
 

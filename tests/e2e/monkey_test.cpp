@@ -1,13 +1,10 @@
 // Random hands at the real tool: clicks, keys, pasting, drags, windows of other sizes and a driver that
 // changes meanwhile. TV_MONKEY sets for how many seconds, TV_SEED other random numbers.
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/outsideuser.h"
 #include "tests/toolkit/otherclient.h"
 
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
-#include <cstdlib>
 #include <random>
 
 namespace {

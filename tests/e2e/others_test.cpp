@@ -1,6 +1,4 @@
 // Somebody else changes the same files while Setup is open, names files that are no lists, or holds the lock.
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/configurationtest.h"
 #include "tests/support/holder.h"
 

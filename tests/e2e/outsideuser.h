@@ -7,10 +7,6 @@
 #include "version.h"
 
 #include <X11/Xlib.h>
-#include <fmt/format.h>
-#include <string>
-#include <string_view>
-#include <vector>
 
 // Places in the windows, in pixels of the usual font.
 struct Spot {

@@ -1,11 +1,7 @@
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/configurationtest.h"
 
 #include "tests/support/scripteddriver.h"
 #include "ui/config/listedit.h"
-
-#include <fmt/format.h>
 
 namespace {
 
@@ -245,9 +241,7 @@ TEST_F(PagesTest, MovingManyClientsDrawsTheListOnce) {
                 press(subOkBTN);
             });
             requests = NextRequest(display) - requests;
-            int chosen = 0;
-            XtVaGetValues(named(clientLB), XmNitemCount, &chosen, nullptr);
-            EXPECT_GE(chosen, count);
+            EXPECT_GE(resourceOf<int>(named(clientLB), XmNitemCount), count);
             press(cancelBTN);
         });
         EXPECT_EQ(told().size(), 2U * static_cast<std::size_t>(count));

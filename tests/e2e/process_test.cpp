@@ -4,14 +4,9 @@
 #include "tests/support/simulator.h"
 #include "tests/support/temproot.h"
 
-#include <chrono>
 #include <csignal>
-#include <cstdlib>
-#include <fmt/format.h>
-#include <gtest/gtest.h>
 #include <pty.h>
 #include <termios.h>
-#include <thread>
 
 namespace {
 

@@ -1,5 +1,5 @@
 // The whole program on a display of its own, with a simulated driver and a configuration below a root of its
-// own. Include it after gtest: it brings the window system's macros.
+// own.
 #pragma once
 
 #include "app/maindlg.h"
@@ -14,16 +14,9 @@
 #include "toolkit/controls/listbox.h"
 #include "version.h"
 
-#include <X11/Intrinsic.h>
 #include <Xm/TabBox.h>
 #include <Xm/TabStack.h>
-#include <map>
-#include <memory>
-#include <optional>
-#include <sstream>
-#include <string>
-#include <utility>
-#include <vector>
+#include <Xm/Xm.h>
 
 using Names = std::vector<std::string>;
 inline const Names nothing;

@@ -1,7 +1,5 @@
 // Each request that changes the driver, refused, unanswered and cut off: what the box says, what the file has
 // and what the driver runs.
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/configurationtest.h"
 
 namespace {

@@ -1,6 +1,4 @@
 // How often the tool waits for the X server, window by window.
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/outsideuser.h"
 #include "tests/support/linkproxy.h"
 

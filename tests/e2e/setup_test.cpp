@@ -1,14 +1,8 @@
 // What happens around the configuration dialog: pages that nobody looked at, and saves that fail or have
 // nothing to do.
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/configurationtest.h"
 #include "tests/support/failingfiles.h"
 #include "tests/support/scripteddriver.h"
-
-#include <algorithm>
-#include <filesystem>
-#include <optional>
 
 using SetupTest = ConfigurationTest;
 

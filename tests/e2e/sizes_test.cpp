@@ -1,13 +1,9 @@
 // Screens, fonts and windows of other sizes than the usual ones.
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/outsideuser.h"
 #include "tests/e2e/statisticstest.h"
 #include "ui/config/confids.h"
 
 #include <X11/Xutil.h>
-#include <cstdlib>
-#include <set>
 
 namespace {
 
@@ -15,11 +11,6 @@ constexpr int frame = 24;  // what a window manager needs
 
 struct Sizes : StatisticsTest {
     Display* display() const { return static_cast<Display*>(application.display()); }
-    int of(Widget widget, const char* dimension) const {
-        Dimension value = 0;
-        XtVaGetValues(widget, dimension, &value, nullptr);
-        return value;
-    }
     XSizeHints hints(Widget shell) const {
         XSizeHints found{};
         long supplied = 0;
@@ -35,43 +26,27 @@ TEST(Fonts, FitTheScreenUnlessTheUserHasChosenThem) {
     const struct {
         int width, height;
         const char* resource;
-        Spot main;
+        int mainWidth, mainHeight;
         bool fits = true;
         std::string says = "";
     } rows[] = {
-        {640, 480, "", {480, 200}},
-        {800, 600, "", {548, 246}},
-        {1024, 768, "", {685, 292}},
-        {640, 480, "Tarvolin*fontSize: 12", {685, 292}, false},
-        {800, 600, "Tarvolin*plain*fontSize: 9", {685, 292}},
-        {1024, 768, "Tarvolin*fontSize: 7", {411, 169}},
-        {1024, 768, "Tarvolin*fontSize: 13", {754, 308}},
-        {1024, 768, "Tarvolin*fontSize: 40", {2261, 938}, false},
-        {640,
-         480,
-         "Tarvolin*fontSize: 3",
-         {480, 200},
-         true,
+        {640, 480, "", 480, 200},
+        {800, 600, "", 548, 246},
+        {1024, 768, "", 685, 292},
+        {640, 480, "Tarvolin*fontSize: 12", 685, 292, false},
+        {800, 600, "Tarvolin*plain*fontSize: 9", 685, 292},
+        {1024, 768, "Tarvolin*fontSize: 7", 411, 169},
+        {1024, 768, "Tarvolin*fontSize: 13", 754, 308},
+        {1024, 768, "Tarvolin*fontSize: 40", 2261, 938, false},
+        {640, 480, "Tarvolin*fontSize: 3", 480, 200, true,
          "tarvolin: font size \"3\" ignored: 4 to 72 points\n"},
-        {640, 480, "Tarvolin*plain*fontSize: 12", {685, 292}, false},
-        {640,
-         480,
-         "tarvolin.plain.fontSize: 999",
-         {480, 200},
-         true,
+        {640, 480, "Tarvolin*plain*fontSize: 12", 685, 292, false},
+        {640, 480, "tarvolin.plain.fontSize: 999", 480, 200, true,
          "tarvolin: font size \"999\" ignored: 4 to 72 points\n"},
-        {1024,
-         768,
-         "*plain.font: fixed",
-         {685, 292},
-         true,
+        {1024, 768, "*plain.font: fixed", 685, 292, true,
          "tarvolin: font \"fixed\" ignored: set fontName and fontSize\n"},
-        {1024, 768, "*tabList: 1in", {685, 292}},
-        {640,
-         480,
-         "*font: nosuch",
-         {480, 200},
-         true,
+        {1024, 768, "*tabList: 1in", 685, 292},
+        {640, 480, "*font: nosuch", 480, 200, true,
          "tarvolin: font \"nosuch\" ignored: set fontName and fontSize\n"
          "Warning: Cannot convert string \"nosuch\" to type FontStruct\n"},
     };
@@ -83,8 +58,8 @@ TEST(Fonts, FitTheScreenUnlessTheUserHasChosenThem) {
         OutsideUser user;
         ASSERT_TRUE(user.sees(programTitle)) << tool.output();
         const Spot main = user.size();
-        EXPECT_EQ(main.x, row.main.x);
-        EXPECT_EQ(main.y, row.main.y);
+        EXPECT_EQ(main.x, row.mainWidth);
+        EXPECT_EQ(main.y, row.mainHeight);
         if (main.x > row.width) continue;  // the button is not on the screen
         ASSERT_TRUE(user.opens({main.x * 231 / 274, main.y * 47 / 123}, "Setup ATM")) << tool.output();
         EXPECT_EQ(user.size().x <= row.width && user.size().y + frame <= row.height, row.fits);
@@ -97,7 +72,7 @@ TEST(Fonts, FitTheScreenUnlessTheUserHasChosenThem) {
 TEST_F(Sizes, TablesTakeTheRoomOfLargerStatisticsAndTheSizeLasts) {
     start();
     openDialog();
-    const Spot least{of(dialog, XmNwidth), of(dialog, XmNheight)};
+    const Spot least{placeOf(dialog).width, placeOf(dialog).height};
     const XSizeHints found = hints(dialog);
     EXPECT_TRUE(found.flags & PMinSize);
     EXPECT_EQ(found.min_width, least.x);
@@ -106,7 +81,7 @@ TEST_F(Sizes, TablesTakeTheRoomOfLargerStatisticsAndTheSizeLasts) {
 
     turnTo("lecStats");
     const auto heights = [this] {
-        return Spot{of(onPage("lesBusTable"), XmNheight), of(onPage("lecTable"), XmNheight)};
+        return Spot{placeOf(onPage("lesBusTable")).height, placeOf(onPage("lecTable")).height};
     };
     const Spot before = heights();
     user->resize(dialog, least.x + 200, least.y + 100);
@@ -115,10 +90,10 @@ TEST_F(Sizes, TablesTakeTheRoomOfLargerStatisticsAndTheSizeLasts) {
     EXPECT_EQ(after.y - before.y, 50);
 
     openDialog();
-    EXPECT_EQ(of(dialog, XmNwidth), least.x + 200);
-    EXPECT_EQ(of(dialog, XmNheight), least.y + 100);
+    EXPECT_EQ(placeOf(dialog).width, least.x + 200);
+    EXPECT_EQ(placeOf(dialog).height, least.y + 100);
     turnTo("signallingStats");
-    EXPECT_GT(of(onPage("signallingTable"), XmNwidth), least.x);
+    EXPECT_GT(placeOf(onPage("signallingTable")).width, least.x);
 }
 
 TEST_F(Sizes, WidthsOfColumnsLastForTheTable) {

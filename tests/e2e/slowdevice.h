@@ -4,10 +4,6 @@
 
 #include "platform/device.h"
 
-#include <chrono>
-#include <functional>
-#include <thread>
-
 class SlowDevice : public platform::Device {
   public:
     SlowDevice() { platform::setDevice(this); }

@@ -1,10 +1,5 @@
 // The statistics dialog around its pages: opening, turning, closing, refreshing.
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/statisticstest.h"
-
-#include <chrono>
-#include <fmt/format.h>
 
 TEST_F(StatisticsTest, OnlyThePageOnTopAsksTheDriver) {
     start();

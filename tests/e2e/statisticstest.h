@@ -1,4 +1,4 @@
-// Steps in the statistics dialogs and what they show. Include it after gtest.
+// Steps in the statistics dialogs and what they show.
 #pragma once
 
 #include "tests/e2e/programtest.h"
@@ -6,12 +6,6 @@
 
 #include <Xm/TextF.h>
 #include <Xm/ToggleB.h>
-#include <algorithm>
-#include <fmt/format.h>
-#include <set>
-#include <sstream>
-#include <string>
-#include <vector>
 
 // The parts of a text between ';' and blanks.
 inline Names split(const std::string& text) {

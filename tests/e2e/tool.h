@@ -4,17 +4,10 @@
 #include "tests/support/simulator.h"
 #include "tests/support/temproot.h"
 
-#include <chrono>
 #include <csignal>
 #include <fcntl.h>
-#include <functional>
-#include <sstream>
-#include <string>
-#include <string_view>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
-#include <vector>
 
 inline void waitABit() {
     std::this_thread::sleep_for(std::chrono::milliseconds(20));

@@ -1,6 +1,4 @@
 // What the fields of the configuration take.
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/configurationtest.h"
 #include "tests/toolkit/otherclient.h"
 #include "ui/fieldmasks.h"

@@ -1,13 +1,9 @@
 // Two real tools and a script change the same files: nothing is lost.
 //
 // TV_ROUNDS sets how many rounds (bench/writers).
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/outsideuser.h"
 
 #include <cstdio>
-#include <cstdlib>
-#include <fmt/format.h>
 #include <random>
 
 namespace {

@@ -1,12 +1,8 @@
 // What the tool does as an X client: options on its command line, and what its windows tell a window manager.
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/e2e/outsideuser.h"
 
 #include <X11/Xutil.h>
-#include <array>
 #include <climits>
-#include <fmt/ranges.h>
 
 namespace {
 

@@ -75,6 +75,19 @@ std::vector<Widget> mappedShells(const zApplication& application) {
 
 }  // namespace
 
+zRect placeOf(Widget widget) {
+    return {resourceOf<Position>(widget, XmNx), resourceOf<Position>(widget, XmNy),
+            resourceOf<Dimension>(widget, XmNwidth), resourceOf<Dimension>(widget, XmNheight)};
+}
+
+WindowImage::WindowImage(Widget of) : width(placeOf(of).width), height(placeOf(of).height) {
+    XImage* image = XGetImage(XtDisplay(of), XtWindow(of), 0, 0, static_cast<unsigned>(width),
+                              static_cast<unsigned>(height), AllPlanes, ZPixmap);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) pixels.push_back(XGetPixel(image, x, y));
+    XDestroyImage(image);
+}
+
 std::vector<Window> shownWindows(Display* display) {
     Window root = 0, parent = 0, *windows = nullptr;
     unsigned count = 0;
@@ -156,9 +169,8 @@ void XUser::rightButton(Widget target, int x, int y, bool down) {
 }
 
 void XUser::click(Widget target, int times) {
-    Dimension width = 0, height = 0;
-    XtVaGetValues(target, XtNwidth, &width, XtNheight, &height, nullptr);
-    clickAt(target, width / 2, height / 2, times);
+    const zRect place = placeOf(target);
+    clickAt(target, place.width / 2, place.height / 2, times);
 }
 
 void XUser::clickMiddle(Widget target) {
@@ -318,17 +330,14 @@ std::string XUser::plain(XmString text) {
 }
 
 std::string XUser::labelOf(Widget control, const char* resource) {
-    XmString label = nullptr;
-    XtVaGetValues(control, resource, &label, nullptr);
+    const auto label = resourceOf<XmString>(control, resource);
     std::string text = plain(label);
     XmStringFree(label);
     return text;
 }
 
 zTable& XUser::tableIn(Widget frame) {
-    XtPointer self = nullptr;
-    XtVaGetValues(XtNameToWidget(frame, "*cells"), XmNuserData, &self, nullptr);
-    return *static_cast<zTable*>(self);
+    return *static_cast<zTable*>(resourceOf<XtPointer>(XtNameToWidget(frame, "*cells"), XmNuserData));
 }
 
 std::vector<std::string> XUser::cutTexts(zTable& table) {

@@ -9,9 +9,29 @@
 #include <string>
 #include <string_view>
 #include <sys/types.h>
+#include <tuple>
 #include <vector>
 
 struct _XDisplay;
+
+template <class Value> Value resourceOf(Widget widget, const char* name) {
+    Value value{};
+    XtVaGetValues(widget, name, &value, nullptr);
+    return value;
+}
+zRect placeOf(Widget widget);  // in its parent
+inline auto numbers(const zRect& place) {
+    return std::tuple(place.x, place.y, place.width, place.height);
+}
+
+// What a window shows.
+struct WindowImage {
+    explicit WindowImage(Widget of);
+    unsigned long at(int x, int y) const { return pixels[asIndex(y * width + x)]; }
+
+    int width, height;
+    std::vector<unsigned long> pixels;  // row by row
+};
 
 // Xvfb for as long as the object lives; DISPLAY names it. Visual classes as in X.h: 3 is PseudoColor, 4
 // TrueColor.

@@ -1,8 +1,5 @@
 #include "model/addresstext.h"
 
-#include <fmt/format.h>
-#include <gtest/gtest.h>
-
 namespace {
 
 std::string digits(const std::vector<std::uint8_t>& bytes) {

@@ -2,10 +2,6 @@
 
 #include "model/statecodes.h"
 
-#include <fmt/format.h>
-#include <functional>
-#include <gtest/gtest.h>
-
 namespace {
 
 constexpr const char* good = "4700790000000000000000000000a03e00000100";

@@ -1,8 +1,5 @@
 #include "model/tvdatbuf.h"
 
-#include <gtest/gtest.h>
-#include <sstream>
-
 namespace {
 
 template <typename Buffer, typename Record> Buffer bufferOf(const Record& record) {

@@ -1,8 +1,6 @@
 #include "model/ui_types.h"
 
-#include <gtest/gtest.h>
 #include <iomanip>
-#include <sstream>
 
 namespace {
 

@@ -1,14 +1,8 @@
 #include "platform/debuglog.h"
 
-#include <chrono>
 #include <fcntl.h>
-#include <fmt/format.h>
-#include <gtest/gtest.h>
-#include <optional>
 #include <poll.h>
 #include <pty.h>
-#include <sstream>
-#include <string>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <termios.h>

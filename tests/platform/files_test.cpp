@@ -1,9 +1,6 @@
 #include "platform/files.h"
 #include "tests/support/temproot.h"
 
-#include <cerrno>
-#include <gmock/gmock.h>
-
 using platform::files;
 using platform::hostPath;
 

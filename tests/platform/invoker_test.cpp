@@ -4,8 +4,6 @@
 #include "platform/wallclock.h"
 #include "tests/support/memoryfiles.h"
 
-#include <cstdlib>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 namespace {

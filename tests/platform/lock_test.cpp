@@ -1,11 +1,7 @@
 // Two programs never hold the lock of the configuration at the same time.
-#include <gtest/gtest.h>
-
 #include "tests/support/holder.h"
 #include "tests/support/temproot.h"
 
-#include <fmt/format.h>
-#include <thread>
 #include <unistd.h>
 
 using namespace std::chrono_literals;

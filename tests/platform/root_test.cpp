@@ -1,8 +1,5 @@
 #include "platform/root.h"
 
-#include <cstdlib>
-#include <gtest/gtest.h>
-
 TEST(Root, PrefixIsPutInFrontOnlyWhenSetAndNotEmpty) {
     for (const auto& [root, expected] :
          {std::pair("", "/dev/li"), {"/tmp/r", "/tmp/r/dev/li"}, {"/tmp/r//", "/tmp/r/dev/li"}}) {

@@ -1,7 +1,5 @@
 #include "platform/safetext.h"
 
-#include <gtest/gtest.h>
-
 using namespace platform;
 
 TEST(SafeText, EscapesAreAsciiAndCanBeUndone) {

@@ -3,17 +3,9 @@
 #include "tests/support/bytes.h"
 #include "tests/support/temproot.h"
 
-#include <cerrno>
-#include <chrono>
-#include <cstring>
-#include <fmt/format.h>
-#include <gtest/gtest.h>
-#include <optional>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <thread>
 #include <unistd.h>
-#include <vector>
 
 namespace {
 

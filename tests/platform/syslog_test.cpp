@@ -2,10 +2,6 @@
 #include "tests/support/logcapture.h"
 #include "tests/support/logsocket.h"
 
-#include <chrono>
-#include <fmt/format.h>
-#include <gmock/gmock.h>
-
 using platform::LogLevel;
 using platform::sendSyslog;
 using testing::HasSubstr;

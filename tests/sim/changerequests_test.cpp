@@ -1,10 +1,7 @@
 // Requests that change the driver, from literal bytes: what they do, and what is refused with which code.
 #include "running.h"
 
-#include <fmt/format.h>
-#include <gtest/gtest.h>
 #include <regex>
-#include <sstream>
 
 namespace {
 

@@ -3,7 +3,6 @@
 #include "tests/support/simulator.h"
 
 #include <csignal>
-#include <gmock/gmock.h>
 
 namespace {
 

@@ -2,9 +2,6 @@
 #include "running.h"
 #include "stranger.h"
 
-#include <chrono>
-#include <functional>
-#include <gtest/gtest.h>
 #include <random>
 
 namespace {

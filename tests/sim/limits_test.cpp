@@ -2,7 +2,6 @@
 #include "running.h"
 #include "stranger.h"
 
-#include <gtest/gtest.h>
 #include <list>
 #include <sys/resource.h>
 

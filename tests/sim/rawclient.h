@@ -3,16 +3,11 @@
 
 #include "tests/support/bytes.h"
 
-#include <cerrno>
 #include <cstdint>
-#include <optional>
 #include <poll.h>
-#include <string>
-#include <string_view>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
-#include <vector>
 
 using RawBytes = ByteVector;
 

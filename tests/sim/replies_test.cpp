@@ -2,9 +2,6 @@
 // windows' tests, which read what the simulator's commands have set.
 #include "running.h"
 
-#include <gtest/gtest.h>
-#include <set>
-
 constexpr char lecStateQuery[] = "1400 0100 00 01 2000 1000 0100 0000 adde";  // Link 0, Unit 1: LEC 1.2
 
 TEST(SimReplies, WhatTheConfigurationSays) {

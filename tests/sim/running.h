@@ -4,11 +4,6 @@
 #include "rawclient.h"
 #include "tests/support/simulator.h"
 
-#include <optional>
-#include <string>
-#include <string_view>
-#include <vector>
-
 struct Running {
     SampleRoot root;
     std::optional<Simulator> simulator;

@@ -3,7 +3,6 @@
 
 #include "tests/support/temproot.h"
 
-#include <functional>
 #include <sys/wait.h>
 #include <unistd.h>
 

@@ -3,9 +3,6 @@
 
 #include "config/driverpdf.h"
 
-#include <gtest/gtest.h>
-#include <vector>
-
 inline AtmDevices inFiles() {
     AtmDevices devices;
     EXPECT_TRUE(DriverPdfEdit(nullptr, false, devices).ReadPdf());

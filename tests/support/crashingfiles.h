@@ -4,9 +4,6 @@
 
 #include "tests/support/memoryfiles.h"
 
-#include <functional>
-#include <set>
-
 class CrashingFiles : public MemoryFiles {
   public:
     // Everything that decides what is there after a loss of power.

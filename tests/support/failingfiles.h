@@ -4,13 +4,6 @@
 
 #include "platform/files.h"
 
-#include <algorithm>
-#include <cerrno>
-#include <functional>
-#include <optional>
-#include <string>
-#include <vector>
-
 enum class FileCall {
     open,
     read,

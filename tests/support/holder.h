@@ -1,11 +1,8 @@
-// Another program that holds the lock of the configuration. Include it after gtest.
+// Another program that holds the lock of the configuration.
 #pragma once
 
 #include "platform/lock.h"
 #include "tests/support/victim.h"
-
-#include <fmt/format.h>
-#include <string>
 
 class Holder {
   public:

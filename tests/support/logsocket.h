@@ -3,14 +3,9 @@
 
 #include "tests/support/temproot.h"
 
-#include <array>
-#include <cstring>
-#include <gtest/gtest.h>
-#include <string>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
-#include <vector>
 
 class LogSocket {
   public:

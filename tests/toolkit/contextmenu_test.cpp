@@ -1,14 +1,7 @@
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/toolkit/desk.h"
 #include "toolkit/controls/contextmenu.h"
 #include "toolkit/controls/listbox.h"
 #include "toolkit/table/table.h"
-
-#include <Xm/Xm.h>
-#include <chrono>
-#include <fmt/format.h>
-#include <thread>
 
 namespace {
 
@@ -72,9 +65,7 @@ TEST_F(ContextMenuTest, OpensByKeyInEachControlAndIsUsedByKeys) {
 TEST_F(ContextMenuTest, TheRightButtonMeansWhatIsUnderIt) {
     int selected = 0;
     list.onSelect = [&] { ++selected; };
-    Dimension height = 0;
-    XtVaGetValues(list.widget(), XmNheight, &height, nullptr);
-    user.rightClickAt(list.widget(), 20, height / 3);
+    user.rightClickAt(list.widget(), 20, placeOf(list.widget()).height / 3);
     EXPECT_EQ(list.selected(), 1);
     EXPECT_EQ(selected, 1);
     EXPECT_TRUE(open());
@@ -118,12 +109,9 @@ TEST_F(ContextMenuTest, StaysAfterAClickThatIsToldLate) {
 
 TEST_F(ContextMenuTest, ATablesTooltipNamesItAndStaysOffTheRows) {
     EXPECT_EQ(user.tooltipOf(table.widget()), "Things (right button or Menu key: menu)");
-    Position top = 0, x = 0, tip = 0;
-    Dimension height = 0;
+    Position top = 0, x = 0;
     XtTranslateCoords(table.outermost(), 0, 0, &x, &top);
-    XtVaGetValues(table.outermost(), XmNheight, &height, nullptr);
-    XtVaGetValues(user.widget("TipShell"), XmNy, &tip, nullptr);
-    EXPECT_GE(tip, top + height);
+    EXPECT_GE(placeOf(user.widget("TipShell")).y, top + placeOf(table.outermost()).height);
 }
 
 }  // namespace

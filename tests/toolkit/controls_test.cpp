@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/toolkit/desk.h"
 #include "toolkit/controls/board.h"
 #include "toolkit/controls/button.h"
@@ -13,12 +11,7 @@
 #include "toolkit/window/messagebox.h"
 #include "toolkit/window/timer.h"
 
-#include <Xm/Xm.h>
-#include <chrono>
 #include <csignal>
-#include <cstdlib>
-#include <fmt/format.h>
-#include <thread>
 
 namespace {
 
@@ -213,11 +206,8 @@ TEST_F(ControlsTest, ADropDownListEndsAtItsEndsAndTellsOnlyWhatIsChosen) {
     }
     log.clear();
     const Widget opened = XtNameToWidget(list.widget(), "*List");
-    Dimension width = 0, height = 0;
-    XtVaGetValues(list.widget(), XmNwidth, &width, nullptr);
-    user.clickAt(list.widget(), width - 8, 8);
-    XtVaGetValues(opened, XmNheight, &height, nullptr);
-    user.clickAt(opened, 10, height - 6);
+    user.clickAt(list.widget(), placeOf(list.widget()).width - 8, 8);
+    user.clickAt(opened, 10, placeOf(opened).height - 6);
     EXPECT_EQ(log, "list 2 ") << "by the mouse";
 
     list.select(0);

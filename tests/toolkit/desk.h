@@ -1,10 +1,10 @@
-// The display of the toolkit's tests. Include it after gtest: it brings the window system's macros.
+// The display of the toolkit's tests.
 #pragma once
 
 #include "tests/e2e/xsupport.h"
 #include "toolkit/window/window.h"
 
-#include <functional>
+#include <Xm/Xm.h>
 
 // Fonts as the program has them; lamps of a window of this name differ in no colour.
 inline const char* const deskResources[] = {"Tarvolin*bold*fontType: FONT_IS_XFT",

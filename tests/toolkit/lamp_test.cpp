@@ -1,12 +1,5 @@
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/toolkit/desk.h"
 #include "toolkit/controls/lamp.h"
-
-#include <Xm/Xm.h>
-#include <memory>
-#include <set>
-#include <utility>
 
 namespace {
 
@@ -25,18 +18,12 @@ struct LampTest : DeskTest {
     // Where a pixel differs from the one to its right or below it.
     Pixels edges(Widget lamp) const {
         user.settle();
-        Dimension width = 0, height = 0;
-        XtVaGetValues(lamp, XmNwidth, &width, XmNheight, &height, nullptr);
-        const std::unique_ptr<XImage, int (*)(XImage*)> image(
-            XGetImage(XtDisplay(lamp), XtWindow(lamp), 0, 0, width, height, AllPlanes, ZPixmap),
-            [](XImage* made) { return XDestroyImage(made); });
+        const WindowImage picture(lamp);
         Pixels found;
-        for (int y = 0; y + 1 < height; ++y)
-            for (int x = 0; x + 1 < width; ++x) {
-                const unsigned long pixel = XGetPixel(image.get(), x, y);
-                if (pixel != XGetPixel(image.get(), x + 1, y) || pixel != XGetPixel(image.get(), x, y + 1))
+        for (int y = 0; y + 1 < picture.height; ++y)
+            for (int x = 0; x + 1 < picture.width; ++x)
+                if (picture.at(x, y) != picture.at(x + 1, y) || picture.at(x, y) != picture.at(x, y + 1))
                     found.emplace(x, y);
-            }
         return found;
     }
 };

@@ -2,9 +2,7 @@
 
 #include "model/masks.h"
 
-#include <gtest/gtest.h>
 #include <regex>
-#include <set>
 
 namespace {
 

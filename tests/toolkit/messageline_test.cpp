@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/toolkit/desk.h"
 #include "toolkit/controls/fieldmask.h"
 #include "toolkit/controls/messageline.h"

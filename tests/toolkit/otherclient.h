@@ -5,9 +5,6 @@
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <atomic>
-#include <chrono>
-#include <string>
-#include <thread>
 
 class OtherClient {
   public:

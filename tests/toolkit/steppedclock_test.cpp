@@ -4,7 +4,6 @@
 #include "toolkit/table/table.h"
 #include "toolkit/window/timer.h"
 
-#include <Xm/Xm.h>
 #include <ctime>
 #include <sys/syscall.h>
 #include <sys/time.h>

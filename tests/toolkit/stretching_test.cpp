@@ -1,31 +1,26 @@
 // Windows that are larger than their layouts.
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/toolkit/desk.h"
 #include "toolkit/controls/notebook.h"
 #include "toolkit/table/table.h"
 
-#include <Xm/Xm.h>
-
 namespace {
 
+using enum zKind;
+
 constexpr zControlRow rows[] = {
-    {.id = 1, .kind = zKind::notebook, .place = {4, 4, 152, 80}, .more = {.wider = 100, .higher = 100}},
+    {.id = 1, .kind = notebook, .place = {4, 4, 152, 80}, .more = {.wider = 100, .higher = 100}},
     {.id = 2,
-     .kind = zKind::bitmapButton,
+     .kind = bitmapButton,
      .place = {60, 90, 40, 14},
      .style = zDefaultButton,
      .more = {.right = 50, .down = 100}},
-    {.id = 3, .kind = zKind::bitmapButton, .place = {4, 90, 40, 14}},
+    {.id = 3, .kind = bitmapButton, .place = {4, 90, 40, 14}},
 };
 constexpr zLayout layout{.name = "wide", .caption = "Wide", .width = 160, .height = 110, .rows = rows};
 
 constexpr zControlRow pageRows[] = {
-    {.id = 4, .kind = zKind::table, .place = {0, 0, 140, 30}, .more = {.wider = 100, .higher = 25}},
-    {.id = 5,
-     .kind = zKind::table,
-     .place = {0, 34, 140, 30},
-     .more = {.down = 25, .wider = 100, .higher = 75}},
+    {.id = 4, .kind = table, .place = {0, 0, 140, 30}, .more = {.wider = 100, .higher = 25}},
+    {.id = 5, .kind = table, .place = {0, 34, 140, 30}, .more = {.down = 25, .wider = 100, .higher = 75}},
 };
 constexpr zLayout firstPage{
     .name = "first", .caption = "First", .width = 150, .height = 65, .rows = pageRows};
@@ -40,22 +35,15 @@ struct StretchingTest : DeskTest {
     StretchingTest() : DeskTest(layout) {
         book.addPage(laterPage, [this](zBoard& board) { later = &board; });
     }
-    static zRect placeOf(Widget widget) {
-        Position x = 0, y = 0;
-        Dimension width = 0, height = 0;
-        XtVaGetValues(widget, XmNx, &x, XmNy, &y, XmNwidth, &width, XmNheight, &height, nullptr);
-        return {x, y, width, height};
-    }
     static zRect placeOf(const zBoard& board, int id) {
-        return placeOf(board.control<zControl>(id).outermost());
+        return ::placeOf(board.control<zControl>(id).outermost());
     }
     // How the place of a control differs from that before.
     static void expectMore(const zRect& now, const zRect& before, const zRect& more, const char* what) {
-        SCOPED_TRACE(what);
-        EXPECT_EQ(now.x - before.x, more.x);
-        EXPECT_EQ(now.y - before.y, more.y);
-        EXPECT_EQ(now.width - before.width, more.width);
-        EXPECT_EQ(now.height - before.height, more.height);
+        EXPECT_EQ(numbers({now.x - before.x, now.y - before.y, now.width - before.width,
+                           now.height - before.height}),
+                  numbers(more))
+            << what;
     }
 };
 
@@ -81,7 +69,7 @@ TEST_F(StretchingTest, ControlsMoveAndGrowAsTheirRowsSay) {
     user.settle();
     ASSERT_TRUE(later) << "made in a window that is larger already";
     expectMore(placeOf(*later, 5), places[4], {0, 120 / 4, 200, 120 * 3 / 4}, "lower table");
-    const zRect cells = placeOf(later->control<zTable>(5).widget()), frame = placeOf(*later, 5);
+    const zRect cells = ::placeOf(later->control<zTable>(5).widget()), frame = placeOf(*later, 5);
     EXPECT_EQ(cells.width, frame.width - 2 * 3) << "all of it shows cells";
 }
 
@@ -103,11 +91,10 @@ TEST_F(StretchingTest, SizesLastAndTheLayoutsIsTheSmallest) {
     zFormDialog further(application, layout);
     further.show();
     user.settle();
-    const zRect now = placeOf(further.shell());
+    const zRect now = ::placeOf(further.shell());
     EXPECT_EQ(now.width, least.width + 70);
     EXPECT_EQ(now.height, least.height + 30);
-    int minimum = 0, maximum = 0;
-    XtVaGetValues(further.shell(), XmNminWidth, &minimum, XmNmaxWidth, &maximum, nullptr);
+    const int minimum = resourceOf<int>(further.shell(), XmNminWidth);
     EXPECT_EQ(minimum, least.width);
-    EXPECT_LT(maximum, minimum) << "there is none";
+    EXPECT_LT(resourceOf<int>(further.shell(), XmNmaxWidth), minimum) << "there is none";
 }

@@ -1,17 +1,14 @@
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/toolkit/desk.h"
 #include "toolkit/controls/button.h"
 #include "toolkit/table/table.h"
 
-#include <Xm/Xm.h>
-#include <fmt/format.h>
-
 namespace {
 
-constexpr zControlRow rows[] = {{.id = 30, .kind = zKind::table, .place = {4, 4, 120, 60}},
+using enum zKind;
+
+constexpr zControlRow rows[] = {{.id = 30, .kind = table, .place = {4, 4, 120, 60}},
                                 {.id = 31,
-                                 .kind = zKind::bitmapButton,
+                                 .kind = bitmapButton,
                                  .place = {4, 70, 40, 14},
                                  .text = "Other",
                                  .style = zDefaultButton | zCancelButton}};
@@ -40,20 +37,14 @@ class TableTest : public DeskTest {
 
     int rowHeight() const { return table.textHeight() + 4; }
     int labelHeight() const { return table.textHeight() + 6; }
-    Dimension height() const {
-        Dimension value = 0;
-        XtVaGetValues(table.widget(), XmNheight, &value, nullptr);
-        return value;
-    }
+    int height() const { return placeOf(table.widget()).height; }
     // The dark pixels of a place in the table's window: what is written there.
     int ink(int column, int row) const {
         const int x = 30 + (column - 1) * 70, y = labelHeight() + (row - 1) * rowHeight();
-        XImage* image = XGetImage(display, XtWindow(table.widget()), x + 2, y + 2, 64,
-                                  static_cast<unsigned>(rowHeight() - 4), AllPlanes, ZPixmap);
+        const WindowImage picture(table.widget());
         int dark = 0;
-        for (int i = 0; i < image->width; ++i)
-            for (int j = 0; j < image->height; ++j) dark += (XGetPixel(image, i, j) & 0xff) < 0x40;
-        XDestroyImage(image);
+        for (int i = x + 2; i < x + 66; ++i)
+            for (int j = y + 2; j < y + rowHeight() - 2; ++j) dark += (picture.at(i, j) & 0xff) < 0x40;
         return dark;
     }
     // Requests that an action sends, the drawing after it included.
@@ -201,11 +192,7 @@ TEST_F(TableTest, TheFocusIsShownWhileItIsThere) {
 }
 
 TEST_F(TableTest, RowsThatComeAndGoLeaveTheViewWhereItWasScrolled) {
-    const auto firstRow = [this] {
-        int value = 0;
-        XtVaGetValues(user.widget("vertical"), XmNvalue, &value, nullptr);
-        return value;
-    };
+    const auto firstRow = [this] { return resourceOf<int>(user.widget("vertical"), XmNvalue); };
     user.clickAt(table.widget(), 40, labelHeight() + rowHeight() + 5);
     ASSERT_EQ(table.activeCell(), (zTableLoc{1, 2}));
     user.clickAt(user.widget("vertical"), 7, height() / 2);

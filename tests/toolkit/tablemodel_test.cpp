@@ -1,8 +1,6 @@
+#include "tests/e2e/xsupport.h"
 #include "toolkit/table/tablegrid.h"
 #include "toolkit/table/tablemodel.h"
-
-#include <gtest/gtest.h>
-#include <tuple>
 
 namespace {
 
@@ -53,10 +51,6 @@ zTableGrid sample() {
     grid.labelHeight = 15;
     grid.setView(150, 60);
     return grid;
-}
-
-auto numbers(const zRect& r) {
-    return std::tuple(r.x, r.y, r.width, r.height);
 }
 
 TEST(TableGrid, CellsStandBelowAndBesideTheLabelsAndAreCutAtThem) {

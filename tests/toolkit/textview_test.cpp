@@ -1,24 +1,18 @@
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/toolkit/desk.h"
 #include "toolkit/controls/button.h"
 #include "toolkit/controls/textview.h"
 
 #include <Xm/CutPaste.h>
 #include <Xm/Text.h>
-#include <array>
-#include <fmt/format.h>
 
 namespace {
 
+using enum zKind;
+
 constexpr zControlRow rows[] = {
-    {.id = 1, .kind = zKind::textView, .place = {4, 4, 180, 80}},
-    {.id = 2, .kind = zKind::bitmapButton, .place = {4, 90, 50, 18}, .text = "OK", .style = zDefaultButton},
-    {.id = 3,
-     .kind = zKind::bitmapButton,
-     .place = {60, 90, 50, 18},
-     .text = "Cancel",
-     .style = zCancelButton},
+    {.id = 1, .kind = textView, .place = {4, 4, 180, 80}},
+    {.id = 2, .kind = bitmapButton, .place = {4, 90, 50, 18}, .text = "OK", .style = zDefaultButton},
+    {.id = 3, .kind = bitmapButton, .place = {60, 90, 50, 18}, .text = "Cancel", .style = zCancelButton},
 };
 constexpr zLayout layout{.name = "reader", .caption = "Reader", .width = 190, .height = 115, .rows = rows};
 constexpr int lines = 60;
@@ -43,11 +37,7 @@ struct TextViewTest : DeskTest {
         XmTextGetSubstring(text, XmTextGetTopCharacter(text), 8, start.size(), start.data());
         return std::atoi(start.data() + 5);
     }
-    int shown() const {
-        short count = 0;
-        XtVaGetValues(text, XmNrows, &count, nullptr);
-        return count;
-    }
+    int shown() const { return resourceOf<short>(text, XmNrows); }
 };
 
 }  // namespace

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>  // before the window system's macros
-
 #include "tests/toolkit/desk.h"
 #include "tests/toolkit/otherclient.h"
 #include "toolkit/controls/edit.h"
@@ -7,9 +5,7 @@
 
 #include <X11/keysym.h>
 #include <Xm/TextF.h>
-#include <Xm/Xm.h>
 #include <malloc.h>
-#include <sstream>
 
 namespace {
 
@@ -223,12 +219,10 @@ TEST_F(TypingTest, AWindowThatLosesTheKeyboardLeavesItsFieldAsItIs) {
 
 TEST_F(TypingTest, TheCaretStaysInSightInALongName) {
     const Widget widget = field(nameED).widget();
-    Dimension width = 0;
-    XtVaGetValues(widget, XmNwidth, &width, nullptr);
     const auto seen = [&] {
         Position x = 0, y = 0;
         return XmTextFieldPosToXY(widget, XmTextFieldGetInsertionPosition(widget), &x, &y) && x >= 0 &&
-               x <= width;
+               x <= placeOf(widget).width;
     };
     enter(nameED);
     for (char c = 'a'; c <= 'z'; ++c) {

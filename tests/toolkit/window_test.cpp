@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>  // before the window system's macros
-
 #include "tests/toolkit/desk.h"
 #include "toolkit/controls/button.h"
 #include "toolkit/controls/dialogunits.h"
@@ -8,9 +6,6 @@
 #include "toolkit/window/messagebox.h"
 
 #include <X11/Shell.h>
-#include <Xm/Xm.h>
-#include <array>
-#include <memory>
 
 namespace {
 
@@ -31,13 +26,6 @@ class WindowTest : public DeskTest {
     WindowTest() : DeskTest(layout) {}
 };
 
-std::array<int, 4> placeOf(Widget widget) {
-    Position x = 0, y = 0;
-    Dimension width = 0, height = 0;
-    XtVaGetValues(widget, XmNx, &x, XmNy, &y, XmNwidth, &width, XmNheight, &height, nullptr);
-    return {x, y, width, height};
-}
-
 }  // namespace
 
 TEST_F(WindowTest, ControlsStandWhereTheLayoutSaysInTheFontsUnits) {
@@ -49,16 +37,14 @@ TEST_F(WindowTest, ControlsStandWhereTheLayoutSaysInTheFontsUnits) {
         Widget widget = user.widget(row.id >= 0 ? "id" + std::to_string(row.id) : row.name);
         ASSERT_TRUE(widget) << row.id;
         if (row.kind == zKind::listBox) widget = XtParent(widget);
-        const zRect place = units.pixels(row.place);
-        EXPECT_EQ(placeOf(widget), (std::array{place.x, place.y, place.width, place.height})) << row.id;
+        EXPECT_EQ(numbers(placeOf(widget)), numbers(units.pixels(row.place))) << row.id;
     }
-    EXPECT_EQ(placeOf(window.shell())[2], 450);
-    EXPECT_EQ(placeOf(window.shell())[0], (1280 - 450) / 2);
+    EXPECT_EQ(placeOf(window.shell()).width, 450);
+    EXPECT_EQ(placeOf(window.shell()).x, (1280 - 450) / 2);
 }
 
 TEST_F(WindowTest, UsersResourcesReachAControlByItsId) {
-    Pixel background = 0;
-    XtVaGetValues(user.widget("id13"), XmNbackground, &background, nullptr);
+    const auto background = resourceOf<Pixel>(user.widget("id13"), XmNbackground);
     EXPECT_EQ(background & 0xffffff, 0xff0000UL);
     XColor red{};
     red.pixel = background;
@@ -133,9 +119,7 @@ TEST_F(WindowTest, ABoxWithALongTextFitsItsScreen) {
     for (const auto& box : boxes) {
         user.when(shown(box.title), [&] {
             const Widget shell = user.shellLike(box.title);
-            Position x = 0, y = 0;
-            Dimension width = 0, height = 0;
-            XtVaGetValues(shell, XtNx, &x, XtNy, &y, XtNwidth, &width, XtNheight, &height, nullptr);
+            const auto [x, y, width, height] = placeOf(shell);
             const Screen* screen = XtScreen(shell);
             EXPECT_TRUE(x >= 0 && y >= 0 && x + width <= WidthOfScreen(screen) &&
                         y + height <= HeightOfScreen(screen))
