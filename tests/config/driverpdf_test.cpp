@@ -7,6 +7,8 @@
 #include "tests/support/logcapture.h"
 #include "tests/support/temproot.h"
 
+#include <sys/stat.h>
+
 using testing::ElementsAre;
 
 namespace {
@@ -141,6 +143,10 @@ TEST_F(DriverPdf, FilesThatAreNoListsAreLeftAlone) {
         {"/etc/atm/shared", bridgedText, "the parameter file names it more than once"},
         {"/etc/atm/same", "(link)/etc/atm/shared", "the parameter file names it more than once"},
         {"/etc/shadow", "root:*:19000:0:99999:7:::\n", "it is not a list of this kind"},
+        {"/etc/atm/clients0", clientText, "it is not a list of this kind"},
+        {file, "(none)", "it is not a list of this kind"},
+        {"/etc/atm/directory", "(directory)", "it is not a regular file"},
+        {"/etc/atm/pipe", "(pipe)", "it is not a regular file"},
         {"/etc/atm/../other", "(none)", "it is not a list, and not in /etc/atm"},
         {"/etc/empty", "", "it is not a list, and not in /etc/atm"},
         {"/etc/comments", "# nothing\n", "it is not a list, and not in /etc/atm"},
@@ -156,6 +162,10 @@ TEST_F(DriverPdf, FilesThatAreNoListsAreLeftAlone) {
              "[Adapter1\n[LEC3\nPvcConfFile = /etc/atm/shared\n]\n]\n");
         if (c.content.starts_with("(link)"))
             std::filesystem::create_symlink(root.at(c.content.substr(6)), root.at(c.name));
+        else if (c.content == "(directory)")
+            std::filesystem::create_directory(root.at(c.name));
+        else if (c.content == "(pipe)")
+            ASSERT_EQ(::mkfifo(root.at(c.name).c_str(), 0600), 0);
         else if (c.content != "(none)")
             root.write(c.name, c.content);
         EXPECT_TRUE(editor.ReadPdf());
