@@ -31,8 +31,7 @@ inline const char* const deskResources[] = {"Tarvolin*bold*fontType: FONT_IS_XFT
 // The widget library remembers its first display for good: one for all tests of the process.
 struct Desk {
     XServer server;
-    zApplication application{
-        "tarvolin", "Tarvolin", {"-xrm", "Tarvolin*id13.background: #ff0000"}, deskResources};
+    zApplication application{"tarvolin", "Tarvolin", {}, deskResources};
     bool open = application.openDisplay();
 };
 

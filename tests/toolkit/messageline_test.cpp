@@ -43,6 +43,9 @@ TEST_F(MessageLineTest, SaysTheMostUrgent) {
     EXPECT_EQ(line.text(), "no 9");
     user.type("x");
     EXPECT_EQ(line.text(), "\"x\" cannot stand here: digits only.");
+    user.key("Left");
+    EXPECT_EQ(line.text(), "no 9");
+    user.type("x");
     line.setProgress("Restarting ...");
     EXPECT_EQ(line.text(), "Restarting ...");
     line.setProgress("");

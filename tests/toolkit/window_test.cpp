@@ -43,15 +43,6 @@ TEST_F(WindowTest, ControlsStandWhereTheLayoutSaysInTheFontsUnits) {
     EXPECT_EQ(placeOf(window.shell()).x, (1280 - 450) / 2);
 }
 
-TEST_F(WindowTest, UsersResourcesReachAControlByItsId) {
-    const auto background = resourceOf<Pixel>(user.widget("id13"), XmNbackground);
-    EXPECT_EQ(background & 0xffffff, 0xff0000UL);
-    XColor red{};
-    red.pixel = background;
-    XQueryColor(XtDisplay(window.shell()), DefaultColormapOfScreen(XtScreen(window.shell())), &red);
-    EXPECT_EQ((std::array{red.red, red.green, red.blue}), (std::array<unsigned short, 3>{0xffff, 0, 0}));
-}
-
 TEST_F(WindowTest, AReadOnlyTextCannotBeTypedAndAGreyedButtonNotPressed) {
     auto& edit = window.control<zEdit>(13);
     auto& button = window.control<zBitmapButton>(14);
@@ -232,10 +223,4 @@ TEST_F(WindowTest, WhatHasEndedHearsNoLateRequestToClose) {
     };
     user.click(user.widget("id14"));
     EXPECT_EQ(seen, 2);
-}
-
-TEST_F(WindowTest, AMissingControlOrAnotherKindIsNamed) {
-    const auto wrong = [this] { window.board().control<zEdit>(14); };
-    EXPECT_THAT(wrong, testing::ThrowsMessage<std::logic_error>(
-                           "the layout \"probe\" has no control \"id14\" of the expected kind"));
 }
