@@ -99,12 +99,4 @@ TEST_F(StatisticsTest, AClearThatWasNotDoneIsNotTheOneThatIsTakenBack) {
     expectLooks("rxPackets=1005");
 }
 
-TEST_F(StatisticsTest, ReturnClosesUnlessAButtonHasTheFocusAndApplyAndHelpDoNothing) {
-    startOn("aal5Stats");
-    for (const char* idle : {"apply", "help"}) EXPECT_FALSE(XtIsSensitive(named(idle))) << idle;
-    XmProcessTraversal(onPage("rxPackets"), XmTRAVERSE_CURRENT);
-    user->key("Return");
-    EXPECT_FALSE(user->shellLike("Statistics "));
-}
-
 }  // namespace

@@ -52,6 +52,16 @@ class Growth : public ConfigurationTest {
             EXPECT_LT(allocatedBytes() - bytes, times * 16);
         }
     }
+    void inStatistics(const std::function<void(Widget)>& steps) {
+        user->click(window->control<zBitmapButton>(statsBTN).widget());
+        const Widget dialog = user->shellLike("Statistics ");
+        ASSERT_TRUE(dialog);
+        user->focus(dialog);
+        steps(dialog);
+        user->key("Escape");
+        ASSERT_FALSE(user->shellLike("Statistics "));
+        user->focus(window->shell());
+    }
 };
 
 TEST_F(Growth, OpenedNotebooksAndTheirDialogsLeaveNothingBehind) {
@@ -85,17 +95,12 @@ TEST_F(Growth, StatisticsAtChangingSizesLeaveNothingBehind) {
     start("1,2", {"clock step 200"});
     int opened = 0;
     expectNone(often(20), [&] {
-        user->click(window->control<zBitmapButton>(statsBTN).widget());
-        const Widget dialog = user->shellLike("Statistics ");
-        ASSERT_TRUE(dialog);
-        user->focus(dialog);
-        const int step = opened++ % 5;
-        user->resize(dialog, 700 + 90 * step, 1000 - 60 * step);
-        user->clickAt(XtNameToWidget(dialog, "*pages"), 187, 15);
-        user->resize(dialog, 1000 - 60 * step, 700 + 60 * step);
-        user->key("Escape");
-        ASSERT_FALSE(user->shellLike("Statistics "));
-        user->focus(window->shell());
+        inStatistics([&](Widget dialog) {
+            const int step = opened++ % 5;
+            user->resize(dialog, 700 + 90 * step, 1000 - 60 * step);
+            user->clickAt(XtNameToWidget(dialog, "*pages"), 187, 15);
+            user->resize(dialog, 1000 - 60 * step, 700 + 60 * step);
+        });
     });
     EXPECT_EQ(opened, caches + often(20));
 }
@@ -105,16 +110,11 @@ TEST_F(Growth, OpenedStatisticsAndSettingsLeaveNothingBehind) {
     advSettings = 1;
     int opened = 0;
     expectNone(often(60), [&] {
-        user->click(window->control<zBitmapButton>(statsBTN).widget());
-        const Widget dialog = user->shellLike("Statistics ");
-        ASSERT_TRUE(dialog);
-        user->focus(dialog);
-        const Widget book = XtNameToWidget(dialog, "*pages");
-        for (int tab : {187, 252, 378}) user->clickAt(book, tab, 15);  // the pages with tables
-        user->focus(dialog);
-        user->key("Escape");
-        ASSERT_FALSE(user->shellLike("Statistics "));
-        user->focus(window->shell());
+        inStatistics([&](Widget dialog) {
+            const Widget book = XtNameToWidget(dialog, "*pages");
+            for (int tab : {187, 252, 378}) user->clickAt(book, tab, 15);  // the pages with tables
+            user->focus(dialog);
+        });
         inDialogOf(globalBTN, "Global Settings", [&] {
             lookAt("applicationPage");
             inDialog("Table Font", [&] {

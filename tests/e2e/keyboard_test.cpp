@@ -37,13 +37,11 @@ TEST(Keyboard, AClientGetsItsNameItsMtuAndFivePvcs) {
     file.replace(file.find("= 4470", client), 6, "= 1500");
     place.root.write("/etc/atm/tvconf", file);
 
-    const XServer server;
-    Tool tool(place.root, {});
-    OutsideUser user;
+    Administrator administrator(place.root);
+    OutsideUser& user = administrator.user;
     Typist typist(user);
-    ASSERT_TRUE(user.sees(programTitle)) << tool.output();
     typist.keys("Return");  // on the adapter: Setup
-    ASSERT_TRUE(user.sees("Setup ATM")) << tool.output();
+    ASSERT_TRUE(user.sees("Setup ATM")) << administrator.tool.output();
     for (int strip = 0; strip < 2; ++strip) {  // LEC..., and LEC 2 of its strip
         typist.keys("Right");
         typist.keys("space");

@@ -216,12 +216,6 @@ TEST_F(MainWindowTest, ADriverThatHasComeIsFoundBySetup) {
     EXPECT_EQ(currentAdapter, 1) << "the one that was chosen";
 }
 
-TEST_F(MainWindowTest, OptionsAreFoundAnywhereInTheCommandLineInEitherCase) {
-    EXPECT_TRUE(holdsOption("-debug -ADV", "-DEBUG"));
-    EXPECT_TRUE(holdsOption("x-advy", "-ADV"));
-    EXPECT_FALSE(holdsOption("-AD V", "-ADV"));
-}
-
 // In two tests: a run that is at its end stays so.
 TEST_F(MainWindowTest, CloseEndsTheRun) {
     expectTheEndBy([&] { user->click(user->widget(closeBTN)); });

@@ -45,7 +45,7 @@ TEST_F(StatisticsTest, TheServersPagesBelongToTheAdvancedSettings) {
 
 TEST_F(StatisticsTest, EveryWayOfClosingEndsTheDialogAndNoOther) {
     start();
-    for (const std::string way : {"Escape", "button", "window manager", "main window"}) {
+    for (const std::string way : {"Escape", "Return", "button", "window manager", "main window"}) {
         openDialog();
         const Widget first = dialog;
         openDialog();
@@ -54,10 +54,16 @@ TEST_F(StatisticsTest, EveryWayOfClosingEndsTheDialogAndNoOther) {
             EXPECT_EQ(user->shellLike("Statistics "), nullptr);
             break;
         }
-        press("apply");
-        press("help");
+        for (const char* idle : {"apply", "help"}) {
+            EXPECT_FALSE(XtIsSensitive(named(idle))) << idle;
+            press(idle);
+        }
         if (way == "button") press("close");
         if (way == "Escape") user->key("Escape");
+        if (way == "Return") {  // it presses the button that has the focus
+            XmProcessTraversal(named("pages"), XmTRAVERSE_CURRENT);
+            user->key("Return");
+        }
         if (way == "window manager") user->askToClose(dialog);
         user->settle();
         EXPECT_EQ(user->shellLike("Statistics "), first) << way;

@@ -29,8 +29,11 @@ struct Onlooker {
         });
         return found;
     }
-    // The texts or numbers of a property, with blanks between them.
-    std::string property(Window window, const char* name) const {
+    // Its texts or numbers, with blanks between them.
+    struct Property {
+        std::string text, type;
+    };
+    Property propertyOf(Window window, const char* name) const {
         Atom type = 0;
         int format = 0;
         unsigned long count = 0, left = 0;
@@ -44,21 +47,11 @@ struct Onlooker {
             else if (data[i] || i + 1 < count)  // the last text's end is no blank
                 text += data[i] ? static_cast<char>(data[i]) : ' ';
         if (data) XFree(data);
-        return text;
+        const std::unique_ptr<char, int (*)(void*)> held(type ? XGetAtomName(display, type) : nullptr, XFree);
+        return {text, held ? held.get() : ""};
     }
-    std::string typeOf(Window window, const char* name) const {
-        Atom type = 0;
-        int format = 0;
-        unsigned long count = 0, left = 0;
-        unsigned char* data = nullptr;
-        XGetWindowProperty(display, window, XInternAtom(display, name, False), 0, 0, False, AnyPropertyType,
-                           &type, &format, &count, &left, &data);
-        if (data) XFree(data);
-        char* held = type ? XGetAtomName(display, type) : nullptr;
-        std::string text = held ? held : "";
-        if (held) XFree(held);
-        return text;
-    }
+    std::string property(Window window, const char* name) const { return propertyOf(window, name).text; }
+    std::string typeOf(Window window, const char* name) const { return propertyOf(window, name).type; }
     int initialState(Window window) const {
         XWMHints* hints = XGetWMHints(display, window);
         const int state = hints && hints->flags & StateHint ? hints->initial_state : -1;
