@@ -1,9 +1,4 @@
 #include "tests/e2e/configurationtest.h"
-#include "ui/config/iplayout.h"
-#include "ui/config/leclayout.h"
-#include "ui/config/lecslayout.h"
-#include "ui/config/leslayout.h"
-#include "ui/config/siglayout.h"
 
 #include <fstream>
 
@@ -89,32 +84,6 @@ class FullRound : public ConfigurationTest {
         }
         return all;
     }
-
-    // Ids of the controls that Tab goes through, from the notebook's tabs on.
-    std::vector<int> walk() {
-        const auto focused = [this] {
-            Widget at = XmGetFocusWidget(user->shellLike("Setup "));
-            while (at && std::strncmp(XtName(at), "id", 2) != 0) at = XtParent(at);
-            return at ? std::atoi(XtName(at) + 2) : 0;
-        };
-        XmProcessTraversal(user->widget(pagesNB), XmTRAVERSE_CURRENT);
-        std::vector<int> ids{focused()};
-        for (user->key("Tab"); focused() != ids.front() && ids.size() < 40; user->key("Tab"))
-            ids.push_back(focused());
-        return ids;
-    }
-    // The same from the layout: what can be used.
-    std::vector<int> expectedWalk(const zLayout& layout) {
-        std::vector<int> ids{pagesNB};
-        for (const zControlRow& row : layout.rows) {
-            const bool passive =
-                row.kind == zKind::staticText || row.kind == zKind::groupBox || row.kind == zKind::frame;
-            if (passive || !usable(row.id)) continue;
-            ids.push_back(row.id);
-        }
-        ids.insert(ids.end(), {okBTN, cancelBTN});
-        return ids;
-    }
 };
 
 // Every field of every page of one adapter, changed through the windows, is in the files byte by byte, in the
@@ -169,33 +138,4 @@ TEST_F(FullRound, WhatIsChangedIsInTheFilesTheDriverAndBackAgain) {
     EXPECT_TRUE(atmDevices.lecs[0] == records.lecs[0]);
     EXPECT_TRUE(atmDevices.ip1577[0] == records.ip1577[0]);
     EXPECT_TRUE(atmDevices.sig[0] == records.sig[0]);
-}
-
-// Tab goes through each page in the order of its layout; the arrow keys and the space bar turn the pages.
-TEST_F(FullRound, TheNotebookByKeyboardAlone) {
-    start();
-    const struct {
-        const char* name;
-        const zLayout& layout;
-    } pages[] = {{"signalPage", signalPageLayout},
-                 {"lecPage", lecPageLayout},
-                 {"lesPage", lesPageLayout},
-                 {"lecsPage", lecsPageLayout},
-                 {"ip1577Page", ip1577PageLayout}};
-    ProgramTest::configure([&] {
-        for (const auto& page : pages) {
-            SCOPED_TRACE(page.name);
-            lookAt(page.name);
-            EXPECT_EQ(walk(), expectedWalk(page.layout));
-            if (&page == &pages[1]) {  // and change something on the way
-                XmProcessTraversal(named(enableCB), XmTRAVERSE_CURRENT);
-                user->key("space");
-            }
-            XmProcessTraversal(user->widget(pagesNB), XmTRAVERSE_CURRENT);
-            user->key("Right");
-            user->key("space");
-        }
-        user->key("Return");
-    });
-    EXPECT_EQ(atmDevices.lec[0][0].enabled, 0);
 }

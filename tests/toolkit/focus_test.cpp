@@ -74,6 +74,10 @@ TEST_F(FocusTest, IsSeenOnEveryControl) {
     }
 }
 
+TEST_F(FocusTest, GoesThroughTheRowsFromTheFirstOn) {
+    EXPECT_EQ(tabs(window, 13), "id10 id20 id21 id22 id23 id24 id11 id12 id13 id14 id15 id16 id17 id10");
+}
+
 TEST_F(FocusTest, GoesThroughThePageOnTopHoweverLateItWasMade) {
     constexpr const char* first = "id10 id20 id21 id22 id23 id24 id11";
     constexpr const char* second = "id10 id30 id11";
