@@ -9,6 +9,7 @@
 #include "change/driverphase.h"
 #include "change/fileset.h"
 #include "change/merge.h"
+#include "change/pastchanges.h"
 
 #include <chrono>
 #include <functional>
@@ -29,6 +30,7 @@ struct ChangeOrder {
     bool driver = false;        // there is a driver
     bool tellLists = false;     // it has not been told of the list edits yet
     std::vector<SentRequest> requests = {};  // that the dialog has sent
+    std::vector<PastFile> restored = {};     // in place of what the records would make of the files
     std::string display = {};                // of the X server, for the history
     std::string from = {};                   // where the user sits, for the history
     std::string note = {};                   // the user's words, for the history
@@ -88,6 +90,7 @@ class AdapterChange {
     std::vector<std::string> unsavedLists() const;
     void send();
     void save(Round& round);
+    void restore(DriverPdfEdit& editor) const;
     void keepHistory(Round& round, const std::vector<FileEdit>& edits);
     void takeResult(Round& round);
     void record(Round& round);

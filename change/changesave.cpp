@@ -27,7 +27,9 @@ void removeOtherDeadCopies(const std::vector<FileEdit>& edits, const platform::H
 
 void AdapterChange::save(Round& round) {
     copyAdapters(order_.adapters, merge_.devices, round.devices);
-    if (order_.settings)
+    if (!order_.restored.empty())
+        restore(round.editor);
+    else if (order_.settings)
         round.editor.WriteLinks(order_.adapters);
     else
         round.editor.WriteLists(order_.adapters);
@@ -43,14 +45,18 @@ void AdapterChange::save(Round& round) {
     std::vector<FileEdit> edits;
     ConfigFiles& files = round.editor.files();
     const char* parameters = PdfEdit::parameterFile;
-    const bool always = order_.settings && round.readable;
+    const bool always = order_.settings && round.readable && order_.restored.empty();
     const auto add = [&](const std::string& name, std::optional<std::string_view> text) {
         const FileAsRead& file = files.read(name);
         edits.push_back({name, files.place(name), file.exists, text, file.content});
     };
     if (always) add(parameters, files.now(parameters));
+    for (const PastFile& file : order_.restored) {
+        add(file.name, file.content);
+        edits.back().like = file.like;
+    }
     for (const auto& [name, text] : changes) {
-        if (!always || name != parameters) add(name, text);
+        if (order_.restored.empty() && (!always || name != parameters)) add(name, text);
     }
     if (edits.empty()) return;
     for (const FileEdit& edit : edits)
@@ -60,11 +66,16 @@ void AdapterChange::save(Round& round) {
                   << std::endl;
     removeOtherDeadCopies(edits, Configuration::saveRecord(files.place(parameters)));
     const auto stands = [&](const FileEdit& edit) { return files.standsAsRead(edit.name); };
-    if (!changes.empty() && std::ranges::all_of(edits, stands)) keepHistory(round, edits);
+    const bool different = !changes.empty() || !order_.restored.empty();
+    if (different && std::ranges::all_of(edits, stands)) keepHistory(round, edits);
     result_.save = replaceFiles(Configuration::saveRecord(files.place(parameters)), edits,
                                 [&] { return files.standAsRead(); });
-    result_.wrote = result_.save.state == SaveOutcome::State::done && !changes.empty();
+    result_.wrote = result_.save.state == SaveOutcome::State::done && different;
     if (result_.save.error) fail(result_.save.file, std::strerror(result_.save.error));
+}
+
+void AdapterChange::restore(DriverPdfEdit& editor) const {
+    for (const PastFile& file : order_.restored) editor.replaceText(file.name, file.content);
 }
 
 // A file gets a further name in the history, which is no change of it.

@@ -55,15 +55,20 @@ class Replacement {
             struct stat status {};
             files_.emplace_back(edit.exists ? platform::openRegular(edit.place, status) : -1);
             const bool opened = files_.back() || !edit.exists;
-            if (!opened || !describe(edit, files_.back(), status) ||
-                (edit.content &&
-                 makeCopy(edit.place, CopyOf::newContent, *edit.content, files_.back()) != 0)) {
+            if (!opened || !describe(edit, files_.back(), status) || !copied(edit, files_.back())) {
                 fail(i);
                 if (steps_.size() > i) steps_.pop_back();  // its copy was not made
                 return false;
             }
         }
         return true;
+    }
+
+    static bool copied(const FileEdit& edit, const platform::OpenFile& file) {
+        if (!edit.content) return true;
+        if (edit.like.text.empty()) return makeCopy(edit.place, CopyOf::newContent, *edit.content, file) == 0;
+        const platform::OpenFile other(platform::openRegular(edit.like));
+        return other && makeCopy(edit.place, CopyOf::newContent, *edit.content, other) == 0;
     }
 
     bool describe(const FileEdit& edit, const platform::OpenFile& file, const struct stat& status) {

@@ -23,6 +23,7 @@ struct FileEdit {
     std::optional<std::string_view> content;  // that it gets; without one it is removed
     // That it has, if the caller knows and `asRead` makes sure of it.
     std::optional<std::string_view> before = {};
+    platform::HostPath like = {};  // whose owner, mode and attributes it gets; none: it keeps its own
 };
 
 struct SaveOutcome {

@@ -228,6 +228,15 @@ void DriverPdfEdit::forget() {
     unknownSections_.clear();
 }
 
+void DriverPdfEdit::replaceText(const std::string& name, const std::optional<std::string>& text) {
+    CloseKey();
+    if (text)
+        files_.write(name, *text);
+    else
+        files_.remove(name);
+    parametersChecked_ = false;
+}
+
 bool DriverPdfEdit::ReadPdf() {
     forget();
     readError_ = 0;

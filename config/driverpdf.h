@@ -12,6 +12,7 @@
 #include "model/tvdatbuf.h"
 
 #include <memory>
+#include <optional>
 #include <set>
 #include <span>
 
@@ -44,6 +45,8 @@ class DriverPdfEdit : public PdfEdit {
     ConfigFiles& files() { return files_; }
     // They are read again when they are needed.
     void forget();
+    // Another text for a file, or none: the file goes.
+    void replaceText(const std::string& name, const std::optional<std::string>& text);
 
     // What the last reading could not read: list files, of which the lists are empty then, and sections that
     // are missing or faulty, by their paths. Neither tells anything of what the configuration is.

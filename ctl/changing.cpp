@@ -6,15 +6,16 @@
 #include "platform/safetext.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <fmt/format.h>
 #include <unistd.h>
 
 namespace {
 
-std::vector<int> allAdapters() {
-    return {0, 1, 2, 3};
-}
+constexpr std::array allAdapters{0, 1, 2, 3};
+
+}  // namespace
 
 // What the command changes, and where.
 struct Plan {
@@ -24,7 +25,7 @@ struct Plan {
     bool lists = false;  // the order of entries counts, too
 
     Plan(const AtmDevices& before, const AtmDevices& after) {
-        for (const int adapter : allAdapters()) {
+        for (const int adapter : allAdapters) {
             const std::size_t known = differences.size();
             const bool ordered = lists;
             lists = false;
@@ -52,6 +53,8 @@ struct Plan {
         });
     }
 };
+
+namespace {
 
 // Writes into texts alone what the change would write, to see what the files do not take.
 void rehearse(Session& session, const Plan& plan, const AtmDevices& before) {
@@ -106,9 +109,7 @@ void end(Output& output, const std::vector<SentRequest>& requests, bool driver, 
     output.tree.put("requests", std::move(all));
     output.tree.put("driver", {driver, {}});
     const bool numbered = !change.empty() && change != "none";
-    const std::string line = result == "no change" || result == "dry run" ? result
-                             : numbered                                   ? "change " + change
-                                                                          : "change none";
+    const std::string line = result == "dry run" ? result : numbered ? "change " + change : "no change";
     output.tree.put("change", {numbered ? Json(std::stoul(change)) : Json(), {}});
     output.tree.put("result", {result, {line}});
 }
@@ -154,6 +155,43 @@ Output make(Session& session, const Plan& plan, ChangeOrder order) {
     return output;
 }
 
+Output nothing(const Plan& plan) {
+    Output output = begun(plan);
+    end(output, {}, false, "", "no change");
+    return output;
+}
+
+ChangeOrder orderFor(Session& session, const Plan& plan, const AtmDevices& before,
+                     const ChangeOptions& options) {
+    bool driver = false;
+    if (!options.fileOnly) {
+        session.discovery();
+        driver = static_cast<bool>(session.channel());
+    }
+    return {.adapters = plan.adapters,
+            .changed = plan.restarted,
+            .before = before,
+            .driver = driver,
+            .tellLists = true,
+            .from = userPlace(),
+            .note = options.note};
+}
+
+Output execute(Session& session, const Plan& plan, ChangeOrder order, const ChangeOptions& options) {
+    const bool driver = order.driver;
+    if (options.dryRun) {
+        Output output = begun(plan);
+        AdapterChange change(session.configuration, std::move(order));
+        change.preview();
+        end(output, change.result().record.requests, driver, "", "dry run");
+        output.status = Status::different;
+        return output;
+    }
+    Output output = make(session, plan, std::move(order));
+    if (!driver && !options.fileOnly) output.warnings.emplace_back("no driver: saved to the files only");
+    return output;
+}
+
 }  // namespace
 
 void ChangeOptions::add(CLI::App& command, bool withConfirm) {
@@ -184,48 +222,68 @@ Tree requestTree(const SentRequest& request) {
 
 Output carryOut(Session& session, const AtmDevices& before, const ChangeOptions& options) {
     const Plan plan(before, session.devices);
-    if (!plan.any()) {
-        Output output = begun(plan);
-        end(output, {}, false, "", "no change");
-        return output;
-    }
+    if (!plan.any()) return nothing(plan);
     rehearse(session, plan, before);
-    const AtmDevices wanted = session.devices;
-    bool driver = false;
-    if (!options.fileOnly) {
-        session.discovery();
-        driver = static_cast<bool>(session.channel());
-    }
-    ChangeOrder order{.adapters = plan.adapters,
-                      .changed = plan.restarted,
-                      .before = before,
-                      .driver = driver,
-                      .tellLists = true,
-                      .from = userPlace(),
-                      .note = options.note};
-    if (options.dryRun) {
-        Output output = begun(plan);
-        AdapterChange change(session.configuration, std::move(order));
-        change.preview();
-        end(output, change.result().record.requests, driver, "", "dry run");
-        output.status = Status::different;
-        return output;
-    }
-    Output output = make(session, plan, std::move(order));
-    if (!driver && !options.fileOnly) output.warnings.emplace_back("no driver: saved to the files only");
+    return execute(session, plan, orderFor(session, plan, before, options), options);
+}
+
+Output putBack(Session& session, std::vector<PastFile> files, const ChangeOptions& options) {
+    const AtmDevices before = session.devices;
+    DriverPdfEdit editor(nullptr, false, session.devices, std::make_shared<ReadCache>());
+    session.devices = {};
+    editor.ReadPdf();
+    for (const PastFile& file : files) editor.replaceText(file.name, file.content);
+    session.devices = {};
+    if (!editor.ReadTexts(allAdapters))
+        throw Failure(Status::wrongValue, fmt::format("{} as it was cannot be read", PdfEdit::parameterFile));
+    const Plan plan(before, session.devices);
+    if (files.empty()) return nothing(plan);
+    ChangeOrder order = orderFor(session, plan, before, options);
+    order.adapters.assign(allAdapters.begin(), allAdapters.end());
+    order.restored = std::move(files);
+    return execute(session, plan, std::move(order), options);
+}
+
+PreparedLists::PreparedLists(Session& session, const AtmDevices& before)
+    : session_(session), before_(before), plan_(std::make_unique<Plan>(before, session.devices)) {
+    if (plan_->any()) rehearse(session, *plan_, before);
+}
+
+PreparedLists::~PreparedLists() = default;
+
+bool PreparedLists::differ() const {
+    return plan_->any();
+}
+
+Output PreparedLists::preview(bool dryRun) const {
+    if (!differ() || !dryRun) return nothing(*plan_);
+    Output output = begun(*plan_);
+    end(output, {}, false, "", "dry run");
+    output.status = Status::different;
     return output;
 }
 
-Output saveLists(Session& session, const AtmDevices& before, std::vector<SentRequest> requests) {
-    const Plan plan(before, session.devices);
+Output PreparedLists::notTaken(const std::vector<SentRequest>& requests,
+                               const std::vector<DriverSentence>& why) const {
+    ChangeResult result;
+    result.record.requests = requests;
+    for (const DriverSentence& sentence : why) result.driver.push_back(sentence.text);
+    Output output = begun(*plan_);
+    judge(output, result);
+    end(output, requests, true, "", resultWord(output.status));
+    return output;
+}
+
+Output PreparedLists::save(std::vector<SentRequest> requests, const ChangeOptions& options) const {
     const bool driver = !requests.empty();
-    return make(session, plan,
-                {.adapters = plan.adapters,
+    return make(session_, *plan_,
+                {.adapters = plan_->adapters,
                  .settings = false,
-                 .before = before,
+                 .before = before_,
                  .driver = driver,
                  .requests = std::move(requests),
-                 .from = userPlace()});
+                 .from = userPlace(),
+                 .note = options.note});
 }
 
 std::string userPlace() {

@@ -5,6 +5,7 @@
 #include "change/adapterchange.h"
 #include "ctl/command.h"
 
+#include <memory>
 #include <string>
 
 struct ChangeOptions {
@@ -24,8 +25,28 @@ void readFor(Session& session, bool dryRun);
 // has no line in its section. Failure::changedMeanwhile, Failure::notDone: the files are as before.
 Output carryOut(Session& session, const AtmDevices& before, const ChangeOptions& options);
 
-// The same of lists alone, where `requests` are what the driver has taken already.
-Output saveLists(Session& session, const AtmDevices& before, std::vector<SentRequest> requests);
+// Puts files back as they were, and tells the driver how the records of theirs differ. Failures as above.
+Output putBack(Session& session, std::vector<PastFile> files, const ChangeOptions& options);
+
+// Edits of lists that the driver is told of before anything else.
+class PreparedLists {
+  public:
+    // The session's records have the edits. Failures as of carryOut(): nothing has happened then.
+    PreparedLists(Session& session, const AtmDevices& before);
+    ~PreparedLists();
+
+    bool differ() const;
+    Output preview(bool dryRun) const;
+    // One was not taken; the files stay.
+    Output notTaken(const std::vector<SentRequest>& requests, const std::vector<DriverSentence>& why) const;
+    // The driver has taken these.
+    Output save(std::vector<SentRequest> requests, const ChangeOptions& options) const;
+
+  private:
+    Session& session_;
+    const AtmDevices& before_;
+    std::unique_ptr<struct Plan> plan_;
+};
 
 // Where the user sits: the host of a remote shell, or the terminal; "-": neither.
 std::string userPlace();

@@ -31,6 +31,10 @@ std::span<const Command> commands();
 
 Run addApply(CLI::App& command);
 Run addShow(CLI::App& command);
+Run addClient(CLI::App& command);
+Run addPvc(CLI::App& command);
 Run addGet(CLI::App& command);
+Run addHistory(CLI::App& command);
+Run addRevert(CLI::App& command);
 Run addSet(CLI::App& command);
 Run addVersion(CLI::App& command);

@@ -6,7 +6,11 @@ constexpr Command rows[] = {
     {"show", "The configuration in the files", addShow},
     {"get", "One value of it", addGet},
     {"set", "Change settings, as the fields and OK of a window would", addSet},
+    {"pvc", "Add, modify or delete PVCs of a client", addPvc},
+    {"client", "Add, delete or move the clients of a LES", addClient},
     {"apply", "Make the configuration that of a document", addApply},
+    {"history", "The changes so far, newest first", addHistory},
+    {"revert", "Undo a change and all later ones", addRevert},
     {"version", "The version of this program", addVersion},
 };
 

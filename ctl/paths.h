@@ -18,6 +18,9 @@ struct ServiceId {
     bool operator==(const ServiceId&) const = default;
 };
 
+// Places of the first of several.
+constexpr std::size_t firstLec = 1, firstLes = firstLec + lecCount;
+
 // Failure::notThere for an adapter or an instance that cannot be, Failure::usage for any other text.
 ServiceId readService(std::string_view path);
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fmt/format.h>
+#include <iterator>
 #include <memory>
 
 namespace {
@@ -51,6 +52,11 @@ Output failed(const Failure& failure) {
     return {.status = failure.status(), .message = failure.what(), .where = failure.where()};
 }
 
+// CLI11 takes the brackets of "[1]" for its own.
+std::string shielded(const std::string& word) {
+    return word.starts_with('[') && word.ends_with(']') ? ' ' + word : word;
+}
+
 // The command line of the global options and every command. The words that were given decide which `run` is
 // set.
 struct CommandLine {
@@ -79,9 +85,16 @@ struct CommandLine {
 
     Output parse(const std::vector<std::string>& words) {
         // CLI11 takes them from behind.
-        std::vector<std::string> reversed(words.rbegin(), words.rend());
+        std::vector<std::string> reversed;
+        std::transform(words.rbegin(), words.rend(), std::back_inserter(reversed), shielded);
         try {
             app.parse(std::move(reversed));
+        } catch (const CLI::RequiredError& error) {
+            const std::string what = error.what();
+            const bool command = what.find("subcommand") != what.npos;
+            return {.status = Status::usage,
+                    .message =
+                        command ? "there is no such command; see tvctl help" : platform::escaped(what)};
         } catch (const CLI::ParseError& error) {
             return {.status = Status::usage, .message = platform::escaped(error.what())};
         }

@@ -9,6 +9,9 @@ namespace platform {
 // "2026-02-03T04:05:06+01:00" in the local time zone (RFC 3339).
 std::string dateAndTime(std::time_t time);
 
+// Such a time in UTC, "2026-02-03T03:05:06Z"; any other text as it is.
+std::string inUtc(const std::string& dateAndTime);
+
 // "Feb  3 04:05:06" in the local time zone, whatever the language: how a line for syslog begins (RFC 3164).
 std::string syslogTime(std::time_t time);
 

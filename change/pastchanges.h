@@ -1,0 +1,36 @@
+// The history as it stands: what the changes so far were, and how the files were before one of them.
+#pragma once
+
+#include "change/manifest.h"
+#include "platform/root.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+struct PastChange {
+    unsigned number = 0;
+    ReadManifest read;
+};
+
+// Newest first; those without a whole manifest are left out. 0, or the errno of a history that cannot be
+// read.
+int readPastChanges(std::vector<PastChange>& changes);
+
+// A file as it was: its content, or nothing where there was none.
+struct PastFile {
+    std::string name;  // without the root directory
+    std::optional<std::string> content;
+    platform::HostPath like = {};  // has its owner, mode and attributes
+};
+
+struct PastFiles {
+    std::vector<PastFile> files = {};
+    // A file that is not as the last change left it, or of which that is not known; empty: there is none.
+    std::string edited = {};
+    int error = 0;  // errno of a file of the history that cannot be read
+};
+
+// The files that a change or a later one replaced, as they were before it. Those that are so already, owner
+// and mode included, are left out.
+PastFiles filesBefore(unsigned number, const std::vector<PastChange>& changes);

@@ -1,0 +1,141 @@
+// history [N]: the changes so far; revert N: undoes one of them and all later ones.
+#include "change/pastchanges.h"
+#include "ctl/changing.h"
+#include "ctl/settings.h"
+#include "platform/safetext.h"
+#include "platform/wallclock.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+#include <fmt/format.h>
+#include <memory>
+
+using platform::escaped;
+
+namespace {
+
+std::vector<PastChange> pastChanges() {
+    std::vector<PastChange> changes;
+    if (const int error = readPastChanges(changes))
+        throw Failure(Status::wrongValue, fmt::format("the history: {}", std::strerror(error)));
+    return changes;
+}
+
+const PastChange& changeOf(const std::string& text, const std::vector<PastChange>& changes) {
+    unsigned number = 0;
+    const char* end = text.data() + text.size();
+    const auto [stopped, error] = std::from_chars(text.data(), end, number);
+    if (stopped != end || error == std::errc::invalid_argument)
+        throw Failure(Status::usage, fmt::format("\"{}\" is no number of a change", escaped(text)));
+    const auto change = std::ranges::find(changes, number, &PastChange::number);
+    if (change == changes.end()) throw Failure(Status::notThere, fmt::format("there is no change {}", text));
+    return *change;
+}
+
+std::string userOf(const PastChange& change) {
+    const platform::Account& user = change.read.manifest.invoker.user;
+    return user.name.empty() ? std::to_string(user.id) : user.name;
+}
+
+// "ok", or the reason between double quotes: a field of the line.
+std::string field(const std::string& text) {
+    return text.empty() ? "-" : platform::fieldValue(text);
+}
+
+Json jsonOrNull(const std::string& text) {
+    return text.empty() ? Json() : Json(escaped(text));
+}
+
+Tree changeLine(const std::string& where, const char* side, char sign, const std::string& text) {
+    Tree tree;
+    tree.put("where", {where, {}});
+    tree.put(side, {escaped(text), {fmt::format("{} {}", sign, settingLine(where, escaped(text)))}});
+    return tree;
+}
+
+Tree changesOf(const ChangeRecord& record) {
+    Tree changes = Tree::array();
+    for (const KeyChange& key : record.keys) {
+        Tree change = changeLine(key.key, "old", '-', key.before);
+        change.put("new", {escaped(key.after), {"+ " + settingLine(key.key, escaped(key.after))}});
+        changes.add(std::move(change));
+    }
+    for (const ListChange& list : record.lists) {
+        for (const std::string& entry : list.removed) changes.add(changeLine(list.key, "old", '-', entry));
+        for (const std::string& entry : list.added) changes.add(changeLine(list.key, "new", '+', entry));
+    }
+    return changes;
+}
+
+// Without the lines of what `whole` alone shows.
+Tree withoutLines(const Tree& tree, bool whole) {
+    return whole ? tree : Tree(tree.json(), {});
+}
+
+Tree changeTree(const PastChange& change, bool whole) {
+    const ChangeRecord& record = change.read.record;
+    const std::string time = platform::inUtc(change.read.time), from = record.from;
+    const Tree changes = changesOf(record);
+    Tree requests = Tree::array();
+    for (const SentRequest& request : record.requests) requests.add(requestTree(request));
+    std::string line =
+        fmt::format("{} {} {} {} {} {} {}", change.read.manifest.number, field(time), field(userOf(change)),
+                    field(record.program), field(from), field(record.result), changes.json().size());
+    if (!record.note.empty()) line += ' ' + escaped(record.note);
+    Tree tree;
+    tree.put("change", {change.number, {line}});
+    tree.put("time", {time, {}});
+    tree.put("user", {escaped(userOf(change)), {}});
+    tree.put("program", {escaped(record.program), {}});
+    tree.put("from", {jsonOrNull(from), {}});
+    tree.put("result", {escaped(record.result), {}});
+    tree.put("note", {jsonOrNull(record.note), {}});
+    tree.put("changes", withoutLines(changes, whole));
+    tree.put("requests", withoutLines(requests, whole));
+    return tree;
+}
+
+Output history(const std::string& number) {
+    requireRoot();
+    const std::vector<PastChange> changes = pastChanges();
+    Tree all = Tree::array();
+    if (number.empty())
+        for (const PastChange& change : changes) all.add(changeTree(change, false));
+    else
+        all.add(changeTree(changeOf(number, changes), true));
+    Output output;
+    output.tree.put("history", std::move(all));
+    return output;
+}
+
+Output revert(Session& session, const std::string& number, const ChangeOptions& options) {
+    requireRoot();
+    readFor(session, options.dryRun);
+    const std::vector<PastChange> changes = pastChanges();
+    const PastChange& change = changeOf(number, changes);
+    PastFiles past = filesBefore(change.number, changes);
+    if (past.error)
+        throw Failure(Status::notDone, fmt::format("{}: {}", past.edited, std::strerror(past.error)),
+                      past.edited);
+    if (!past.edited.empty())
+        throw Failure(Status::changedMeanwhile,
+                      fmt::format("{} is not as the last change left it", past.edited), past.edited);
+    return putBack(session, std::move(past.files), options);
+}
+
+}  // namespace
+
+Run addHistory(CLI::App& command) {
+    const auto number = std::make_shared<std::string>();
+    command.add_option("N", *number, "A change: also its differences and requests");
+    return [number](Session&) { return history(*number); };
+}
+
+Run addRevert(CLI::App& command) {
+    const auto number = std::make_shared<std::string>();
+    const auto options = std::make_shared<ChangeOptions>();
+    command.add_option("N", *number, "A change of the history")->required();
+    options->add(command, false);
+    return [number, options](Session& session) { return revert(session, *number, *options); };
+}

@@ -1,0 +1,46 @@
+#include "ctl/listchange.h"
+
+#include "ctl/settings.h"
+
+#include <fmt/format.h>
+
+namespace {
+
+DriverChannel& driverOf(Session& session) {
+    session.discovery();
+    if (!session.channel())
+        throw Failure(Status::noDriver, "there is no driver; --file-only changes the files");
+    return session.channel();
+}
+
+// Sends them one after the other. False: one was not taken, and nothing has changed.
+bool sendAll(DriverPhase& phase, DriverChannel& channel, const std::vector<ListStep>& steps) {
+    for (std::size_t done = 0; done < steps.size(); ++done) {
+        if (steps[done].send(phase, channel) == RequestResult::taken) continue;
+        while (done-- > 0) steps[done].undo(phase, channel);
+        return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+ServiceId readListService(const std::string& path, std::string_view list) {
+    const ServiceId service = readService(path);
+    if (listOfService(service) != list)
+        throw Failure(Status::usage, fmt::format("{} has no {}", path, list), path);
+    return service;
+}
+
+Output carryOutLists(Session& session, const AtmDevices& before, const std::vector<ListStep>& steps,
+                     const ChangeOptions& options) {
+    const PreparedLists lists(session, before);
+    if (!lists.differ() || options.dryRun) return lists.preview(options.dryRun);
+    ChangeRecord record;
+    if (!options.fileOnly) {
+        DriverChannel& channel = driverOf(session);
+        DriverPhase phase(channel, DriverUse::told, record);
+        if (!sendAll(phase, channel, steps)) return lists.notTaken(record.requests, phase.sentences());
+    }
+    return lists.save(std::move(record.requests), options);
+}

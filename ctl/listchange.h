@@ -1,0 +1,24 @@
+// Commands that edit a list: the running driver first, the files when it has taken everything. --file-only is
+// the consent to change the files alone.
+#pragma once
+
+#include "change/listrequests.h"
+#include "ctl/changing.h"
+#include "ctl/paths.h"
+
+#include <functional>
+#include <vector>
+
+// One edit: `send` sends it, `undo` takes back what the driver has taken.
+struct ListStep {
+    using Send = std::function<RequestResult(DriverPhase& phase, DriverChannel& channel)>;
+    Send send, undo;
+};
+
+// The session's records have the edits already. Nothing is written unless the driver has taken all of them;
+// what it took before it refused one is taken back. Failure::noDriver.
+Output carryOutLists(Session& session, const AtmDevices& before, const std::vector<ListStep>& steps,
+                     const ChangeOptions& options);
+
+// A service that has such a list; Failure::usage: it is none.
+ServiceId readListService(const std::string& path, std::string_view list);
