@@ -4,6 +4,7 @@
 #include "change/copy.h"
 #include "change/fileset.h"
 #include "change/merge.h"
+#include "change/pending.h"
 #include "change/sent.h"
 #include "platform/debuglog.h"
 
@@ -45,7 +46,13 @@ platform::HostPath Configuration::saveRecord(const platform::HostPath& parameter
 int Configuration::lock(std::chrono::milliseconds patience, std::string& failed) {
     failed = platform::ConfigurationLock::file;
     if (lock_.held()) return 0;
+    waiting_.clear();
     if (const int error = lock_.take(program_, patience)) return error;
+    if (const auto pending = passPending ? std::nullopt : pendingChange()) {
+        lock_.release();
+        waiting_ = pending->words();
+        return EWOULDBLOCK;
+    }
     platform::HostPath place = platform::hostPath(PdfEdit::parameterFile);
     platform::files().resolve(place, place);
     const platform::HostPath record = saveRecord(place);

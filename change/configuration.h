@@ -40,12 +40,16 @@ class Configuration {
     // errno of ConfigurationLock::take or of the recovery; `failed` then names the file.
     int lock(std::chrono::milliseconds patience, std::string& failed);
     void unlock() { lock_.release(); }
-    const std::string& holder() const { return lock_.holder(); }
+    const std::string& holder() const { return waiting_.empty() ? lock_.holder() : waiting_; }
 
     // The record of a save, beside the parameter file, whose place this is with symbolic links followed.
     static platform::HostPath saveRecord(const platform::HostPath& parameterFile);
 
     const std::string& program() const { return program_; }
+
+    // A change that waits for its confirmation is no reason not to lock: for whoever confirms it, or takes it
+    // back. Others find it locked by that change.
+    bool passPending = false;
 
     // What the driver says of itself; empty without a driver. Values that were sent to another one are void.
     std::string driverRevision;
@@ -73,6 +77,7 @@ class Configuration {
     AtmDevices base_;
     std::shared_ptr<ReadCache> known_ = std::make_shared<ReadCache>();
     platform::ConfigurationLock lock_;
+    std::string waiting_;  // the change that waits for its confirmation
     std::vector<std::string> notes_;
     bool driverLost_ = false;
 };

@@ -68,6 +68,14 @@ int readPastChanges(std::vector<PastChange>& changes) {
     return 0;
 }
 
+unsigned nextChange() {
+    std::vector<std::string> names;
+    files().list(platform::hostPath(historyDirectory), names);
+    unsigned newest = 0;
+    for (const std::string& name : names) newest = std::max(newest, numberOf(name));
+    return newest + 1;
+}
+
 PastFiles filesBefore(unsigned number, const std::vector<PastChange>& changes) {
     std::map<std::string, Course> courses;
     for (const PastChange& change : changes) {

@@ -17,6 +17,9 @@ struct PastChange {
 // read.
 int readPastChanges(std::vector<PastChange>& changes);
 
+// The number that the next change gets.
+unsigned nextChange();
+
 // A file as it was: its content, or nothing where there was none.
 struct PastFile {
     std::string name;  // without the root directory

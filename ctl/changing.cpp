@@ -1,7 +1,9 @@
 #include "ctl/changing.h"
 
+#include "change/takeback.h"
 #include "config/recordrows.h"
 #include "ctl/differences.h"
+#include "ctl/guard.h"
 #include "ctl/paths.h"
 #include "platform/safetext.h"
 
@@ -24,7 +26,8 @@ struct Plan {
     ServiceSets restarted;
     bool lists = false;  // the order of entries counts, too
 
-    Plan(const AtmDevices& before, const AtmDevices& after) {
+    Plan(const AtmDevices& before, const AtmDevices& after)
+        : restarted(changedServices(allAdapters, before, after)) {
         for (const int adapter : allAdapters) {
             const std::size_t known = differences.size();
             const bool ordered = lists;
@@ -41,15 +44,9 @@ struct Plan {
     void add(const ServiceId& service, const AtmDevices& before, const AtmDevices& after) {
         const std::vector<Difference> found = ::differences(service, before, after);
         differences.insert(differences.end(), found.begin(), found.end());
-        std::size_t place = 0;
-        forEachService(service.adapter, [&](const ServiceName&, auto record, const std::string&, auto bit) {
-            if (place++ != service.service) return;
+        withRecord(service, [&](auto record) {
             const auto &was = record(before), &is = record(after);
-            using Record = std::remove_cvref_t<decltype(was)>;
-            const bool differs = std::ranges::any_of(
-                keyRows<Record>(), [&](const KeyRow<Record>& row) { return !sameField(row.field, was, is); });
-            bit(restarted[asIndex(service.adapter)]) = differs;
-            if constexpr (hasList<Record>) lists |= *listOf(was) != *listOf(is);
+            if constexpr (hasList<std::remove_cvref_t<decltype(was)>>) lists |= *listOf(was) != *listOf(is);
         });
     }
 };
@@ -187,7 +184,9 @@ Output execute(Session& session, const Plan& plan, ChangeOrder order, const Chan
         output.status = Status::different;
         return output;
     }
+    GuardedChange guard(session, options.confirm);
     Output output = make(session, plan, std::move(order));
+    guard.done();
     if (!driver && !options.fileOnly) output.warnings.emplace_back("no driver: saved to the files only");
     return output;
 }
@@ -229,12 +228,7 @@ Output carryOut(Session& session, const AtmDevices& before, const ChangeOptions&
 
 Output putBack(Session& session, std::vector<PastFile> files, const ChangeOptions& options) {
     const AtmDevices before = session.devices;
-    DriverPdfEdit editor(nullptr, false, session.devices, std::make_shared<ReadCache>());
-    session.devices = {};
-    editor.ReadPdf();
-    for (const PastFile& file : files) editor.replaceText(file.name, file.content);
-    session.devices = {};
-    if (!editor.ReadTexts(allAdapters))
+    if (!recordsWith(files, session.devices))
         throw Failure(Status::wrongValue, fmt::format("{} as it was cannot be read", PdfEdit::parameterFile));
     const Plan plan(before, session.devices);
     if (files.empty()) return nothing(plan);

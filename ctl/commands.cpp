@@ -9,6 +9,7 @@ constexpr Command rows[] = {
     {"pvc", "Add, modify or delete PVCs of a client", addPvc},
     {"client", "Add, delete or move the clients of a LES", addClient},
     {"apply", "Make the configuration that of a document", addApply},
+    {"confirm", "Keep the change that would be taken back", addConfirm},
     {"history", "The changes so far, newest first", addHistory},
     {"revert", "Undo a change and all later ones", addRevert},
     {"version", "The version of this program", addVersion},

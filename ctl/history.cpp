@@ -1,5 +1,6 @@
 // history [N]: the changes so far; revert N: undoes one of them and all later ones.
 #include "change/pastchanges.h"
+#include "change/pending.h"
 #include "ctl/changing.h"
 #include "ctl/settings.h"
 #include "platform/safetext.h"
@@ -75,13 +76,15 @@ Tree withoutLines(const Tree& tree, bool whole) {
 
 Tree changeTree(const PastChange& change, bool whole) {
     const ChangeRecord& record = change.read.record;
+    const auto pending = pendingChange();
+    const std::string result = pending && pending->change == change.number ? "unconfirmed" : record.result;
     const std::string time = platform::inUtc(change.read.time), from = record.from;
     const Tree changes = changesOf(record);
     Tree requests = Tree::array();
     for (const SentRequest& request : record.requests) requests.add(requestTree(request));
     std::string line =
         fmt::format("{} {} {} {} {} {} {}", change.read.manifest.number, field(time), field(userOf(change)),
-                    field(record.program), field(from), field(record.result), changes.json().size());
+                    field(record.program), field(from), field(result), changes.json().size());
     if (!record.note.empty()) line += ' ' + escaped(record.note);
     Tree tree;
     tree.put("change", {change.number, {line}});
@@ -89,7 +92,7 @@ Tree changeTree(const PastChange& change, bool whole) {
     tree.put("user", {escaped(userOf(change)), {}});
     tree.put("program", {escaped(record.program), {}});
     tree.put("from", {jsonOrNull(from), {}});
-    tree.put("result", {escaped(record.result), {}});
+    tree.put("result", {escaped(result), {}});
     tree.put("note", {jsonOrNull(record.note), {}});
     tree.put("changes", withoutLines(changes, whole));
     tree.put("requests", withoutLines(requests, whole));

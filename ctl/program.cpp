@@ -117,6 +117,7 @@ int runProgram(const std::vector<std::string>& words) {
         return print(wrong, asksForJson(words));
     try {
         Session session(line.options);
+        for (const std::string& warning : session.warnings()) complain(warning);
         return print(line.run(session), line.options.json);
     } catch (const Failure& failure) {
         return print(failed(failure), line.options.json);

@@ -1,6 +1,7 @@
 #include "ctl/session.h"
 
 #include "change/services.h"
+#include "change/takeback.h"
 #include "ctl/status.h"
 #include "platform/device.h"
 #include "platform/files.h"
@@ -44,6 +45,7 @@ void requireRoot() {
 
 Session::Session(const Options& options) : options_(options) {
     using Clock = platform::WaitLimit::Clock;
+    if (std::string told = takeOverGuard("tvctl"); !told.empty()) warnings_.push_back(std::move(told));
     platform::WaitLimit::set(Clock::now() + std::chrono::duration_cast<Clock::duration>(options.timeout));
 }
 
@@ -68,8 +70,7 @@ void Session::read() {
     }
 }
 
-void Session::readForChange() {
-    requireRoot();
+void Session::lock() {
     std::string failed;
     if (const int error = configuration.lock(lockPatience, failed)) {
         if (error == EWOULDBLOCK || error == EINTR)
@@ -77,6 +78,11 @@ void Session::readForChange() {
                           fmt::format("the configuration is being changed by {}", configuration.holder()));
         throw Failure(Status::notDone, fmt::format("{}: {}", failed, std::strerror(error)), failed);
     }
+}
+
+void Session::readForChange() {
+    requireRoot();
+    lock();
     read();
 }
 

@@ -31,6 +31,12 @@ class Session {
     // Failure::notDone: a save that was interrupted cannot be completed.
     void readForChange();
 
+    // The lock alone, for whoever reads nothing.
+    void lock();
+
+    // What is to be said on standard error whatever the command does.
+    const std::vector<std::string>& warnings() const { return warnings_; }
+
     // Asks the driver once who is there. Nothing is asked of a driver that is not.
     const Discovery& discovery();
     bool hasDriver() { return discovery().complete; }
@@ -46,6 +52,7 @@ class Session {
     void readFiles();
 
     Options options_;
+    std::vector<std::string> warnings_;
     DriverChannel channel_;
     std::optional<aalInfo> query_;
     std::optional<Discovery> discovery_;

@@ -1,0 +1,43 @@
+// confirm [N]: keeps the change that would be taken back.
+#include "change/pending.h"
+#include "ctl/command.h"
+#include "platform/safetext.h"
+
+#include <cerrno>
+#include <charconv>
+#include <cstring>
+#include <fmt/format.h>
+#include <memory>
+
+namespace {
+
+Output confirm(Session& session, const std::string& text) {
+    requireRoot();
+    unsigned number = 0;
+    const char* end = text.data() + text.size();
+    const auto [stopped, error] = std::from_chars(text.data(), end, number);
+    if (!text.empty() && (stopped != end || error == std::errc::invalid_argument))
+        throw Failure(Status::usage, fmt::format("\"{}\" is no number of a change", platform::escaped(text)));
+    session.configuration.passPending = true;
+    session.lock();
+    const auto pending = pendingChange();
+    if (!pending) throw Failure(Status::notThere, "no change waits for its confirmation");
+    if (!text.empty() && pending->change != number)
+        throw Failure(
+            Status::notThere,
+            fmt::format("change {} does not wait for its confirmation: {:04} does", text, pending->change));
+    if (removePending() != 0) throw Failure(Status::notDone, std::strerror(errno));
+    session.configuration.unlock();
+    Output output;
+    output.tree.put("change", {pending->change, {}});
+    output.tree.put("result", {"confirmed", {fmt::format("change {:04} confirmed", pending->change)}});
+    return output;
+}
+
+}  // namespace
+
+Run addConfirm(CLI::App& command) {
+    const auto number = std::make_shared<std::string>();
+    command.add_option("N", *number, "The change; none: whichever waits");
+    return [number](Session& session) { return confirm(session, *number); };
+}

@@ -1,0 +1,38 @@
+#include "ctl/guard.h"
+
+#include "change/pastchanges.h"
+#include "change/takeback.h"
+#include "ctl/changing.h"
+#include "ctl/status.h"
+#include "platform/host.h"
+#include "platform/user.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fmt/format.h>
+
+GuardedChange::GuardedChange(Session& session, double seconds) : seconds_(seconds) {
+    if (seconds <= 0) return;
+    // The change itself may take as long as the driver is waited for.
+    const double longest = seconds + session.options().timeout.count() + 60;
+    const platform::Account user = platform::realUser();
+    const PendingChange pending{.change = nextChange(),
+                                .boot = platform::bootId(),
+                                .deadline = deadlineIn(longest),
+                                .user = user.name.empty() ? std::to_string(user.id) : user.name,
+                                .from = userPlace()};
+    if (startGuard(pending, [](unsigned) { takeBackPending("tvctl"); }) != 0)
+        throw Failure(Status::notDone, fmt::format("the guard cannot be started: {}", std::strerror(errno)));
+}
+
+GuardedChange::~GuardedChange() {
+    if (seconds_ > 0 && !made_) removePending();
+}
+
+void GuardedChange::done() {
+    made_ = true;
+    auto pending = pendingChange();
+    if (seconds_ <= 0 || !pending) return;
+    pending->deadline = deadlineIn(seconds_);
+    notePending(*pending);
+}
