@@ -97,3 +97,8 @@ LastSent::Found LastSent::find(int adapter, const DriverIdentity& now, const std
     }
     return {nullptr, forgotten_.empty() ? "It has not been sent." : forgotten_};
 }
+
+bool LastSent::knew(int adapter) const {
+    const auto of = adapters_.find(adapter);
+    return !forgotten_.empty() || (of != adapters_.end() && !of->second.forgotten.empty());
+}

@@ -53,6 +53,8 @@ class LastSent {
         const SentValue* value = nullptr;  // lives until the object changes
         std::string reason;                // a sentence: why there is none
     };
+    // Values were known of this adapter, or of all, that hold no longer.
+    bool knew(int adapter) const;
     Found find(int adapter, const DriverIdentity& now, const std::string& service,
                const std::string& key) const;
 

@@ -34,6 +34,7 @@ Run addShow(CLI::App& command);
 Run addClient(CLI::App& command);
 Run addConfirm(CLI::App& command);
 Run addPvc(CLI::App& command);
+Run addDiff(CLI::App& command);
 Run addGet(CLI::App& command);
 Run addHistory(CLI::App& command);
 Run addRevert(CLI::App& command);

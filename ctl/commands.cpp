@@ -5,6 +5,7 @@ namespace {
 constexpr Command rows[] = {
     {"show", "The configuration in the files", addShow},
     {"get", "One value of it", addGet},
+    {"diff", "What differs between files, driver, past changes and documents", addDiff},
     {"set", "Change settings, as the fields and OK of a window would", addSet},
     {"pvc", "Add, modify or delete PVCs of a client", addPvc},
     {"client", "Add, delete or move the clients of a LES", addClient},

@@ -246,6 +246,16 @@ bool isReadOnly(const ServiceId& service, std::string_view key) {
     return readOnly && hasKey(service, key) && key != listOfService(service);
 }
 
+Json settingJson(const ServiceId& service, std::string_view key, const std::string& text) {
+    Json json = text;
+    withRecord(service, [&](auto record) {
+        AtmDevices* none = nullptr;
+        if (const auto* row = rowOf<std::remove_cvref_t<decltype(record(*none))>>(key))
+            json = jsonOf(kindOf(*row), text);
+    });
+    return json;
+}
+
 void setSetting(const KeyPath& path, std::string_view text, AtmDevices& devices) {
     withRecord(path.service, [&](auto record) { set(path, text, record(devices)); });
 }

@@ -28,6 +28,9 @@ std::string listOfService(const ServiceId& service);
 bool hasKey(const ServiceId& service, std::string_view key);
 bool isReadOnly(const ServiceId& service, std::string_view key);
 
+// A text as the JSON value of a setting.
+Json settingJson(const ServiceId& service, std::string_view key, const std::string& text);
+
 // Takes a value as it is written in a shell or stands in a document. Failure::usage: there is no such key, or
 // it is for reading only; Failure::wrongValue: what a setting of that kind cannot be, unless it is the
 // present value.

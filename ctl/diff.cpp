@@ -1,0 +1,173 @@
+// diff [FROM [TO]]: what differs between the files, the driver, what was last sent, a past state, a document.
+#include "change/pastchanges.h"
+#include "change/takeback.h"
+#include "ctl/command.h"
+#include "ctl/differences.h"
+#include "ctl/document.h"
+#include "ctl/settings.h"
+#include "ctl/side.h"
+#include "platform/safetext.h"
+
+#include <algorithm>
+#include <charconv>
+#include <fmt/format.h>
+#include <memory>
+
+namespace {
+
+constexpr const char* marks[] = {"", "s", "?", "i"};
+
+bool counts(Mark mark) {
+    return mark == Mark::none || mark == Mark::sent;
+}
+
+// The records before a change.
+AtmDevices devicesBefore(const std::string& text) {
+    requireRoot();
+    std::vector<PastChange> changes;
+    readPastChanges(changes);
+    unsigned number = 0;
+    const char* end = text.data() + text.size();
+    const auto [stopped, error] = std::from_chars(text.data() + 1, end, number);
+    if (stopped != end || error != std::errc())
+        throw Failure(Status::usage,
+                      fmt::format("\"{}\" is no change, such as @42", platform::escaped(text)));
+    if (std::ranges::none_of(changes, [=](const PastChange& each) { return each.number == number; }))
+        throw Failure(Status::notThere, fmt::format("there is no change {}", number));
+    PastFiles past = filesBefore(number, changes);
+    if (!past.edited.empty())
+        throw Failure(Status::changedMeanwhile,
+                      fmt::format("{} is not as the last change left it", past.edited), past.edited);
+    AtmDevices devices;
+    recordsWith(past.files, devices);
+    return devices;
+}
+
+class Comparison {
+  public:
+    void compare(const Side& from, const Side& to, Output& output) {
+        for (int adapter = 0; adapter < adapterCount; ++adapter)
+            for (const ServiceId& service : servicesOf(adapter)) {
+                const auto left = from.find(service.name().path), right = to.find(service.name().path);
+                if (left != from.end() && right != to.end()) compare(service, left->second, right->second);
+            }
+        output.tree.put("differences", std::move(found_));
+        output.status = different_ ? Status::different : Status::good;
+    }
+
+  private:
+    void add(const Difference& difference, Mark mark) {
+        Tree tree = differenceTree(difference, "from", "to");
+        tree.put("mark", {marks[static_cast<std::size_t>(mark)], {}});
+        found_.add(std::move(tree));
+        different_ |= counts(mark);
+    }
+
+    void compare(const ServiceId& service, const SideService& from, const SideService& to) {
+        const std::string& path = service.name().path;
+        if (!from.running || !to.running) {
+            const SideService& told = from.running ? from : to;
+            const auto enabled = told.values.find("enabled");
+            if (enabled == told.values.end() || enabled->second.text == "false") return;
+            Tree tree;
+            tree.put("where", {path, {". " + path}});
+            tree.put("mark", {".", {}});
+            found_.add(std::move(tree));
+            different_ = true;
+            return;
+        }
+        for (const Setting& setting : settingsOf(service, AtmDevices(), false)) {
+            const auto left = from.values.find(setting.key), right = to.values.find(setting.key);
+            if (left != from.values.end() && right != to.values.end() &&
+                left->second.text != right->second.text)
+                compareValues(path + '.' + setting.key, left->second, right->second);
+        }
+        for (const auto& [name, left] : from.lists)
+            if (const auto right = to.lists.find(name); right != to.lists.end())
+                compareLists(path + '.' + name, left, right->second);
+    }
+
+    void compareValues(const std::string& where, const SideValue& from, const SideValue& to) {
+        const Mark mark = from.mark == Mark::none ? to.mark : from.mark;
+        add({.where = where,
+             .from = from.text,
+             .to = to.text,
+             .fromJson = from.json,
+             .toJson = to.json,
+             .mark = marks[static_cast<std::size_t>(mark)]},
+            mark);
+    }
+
+    static std::vector<std::size_t> alone(const SideList& list, const SideList& others, bool identities) {
+        const auto text = [&](const SideEntry& entry) -> const std::string& {
+            return identities ? entry.identity : entry.text;
+        };
+        std::map<std::string_view, std::size_t> left;
+        for (const SideEntry& entry : others.entries) ++left[text(entry)];
+        std::vector<std::size_t> places;
+        for (std::size_t i = 0; i < list.entries.size(); ++i)
+            if (std::size_t& count = left[text(list.entries[i])]; count > 0)
+                --count;
+            else
+                places.push_back(i);
+        return places;
+    }
+
+    void compareLists(const std::string& where, const SideList& from, const SideList& to) {
+        const bool identities = from.identities || to.identities;
+        for (const std::size_t i : alone(from, to, identities))
+            add({.where = fmt::format("{}[{}]", where, i),
+                 .from = from.entries[i].text,
+                 .to = {},
+                 .fromJson = from.entries[i].json,
+                 .toJson = {},
+                 .hasTo = false},
+                Mark::none);
+        for (const std::size_t i : alone(to, from, identities))
+            add({.where = fmt::format("{}[{}]", where, i),
+                 .from = {},
+                 .to = to.entries[i].text,
+                 .fromJson = {},
+                 .toJson = to.entries[i].json,
+                 .hasFrom = false},
+                Mark::none);
+    }
+
+    Tree found_ = Tree::array();
+    bool different_ = false;
+};
+
+Side readSide(const std::string& name, Session& session) {
+    const std::vector<int> all{0, 1, 2, 3};
+    if (name == "file") return sideOf(session.devices, session.adapters());
+    if (name == "driver") return driverSide(session, session.devices);
+    if (name == "sent") return sentSide(session);
+    if (name.starts_with('@')) return sideOf(devicesBefore(name), all);
+    const Json document = readDocument(readDocumentFile(name));
+    AtmDevices devices = session.devices;
+    applyDocument(document, devices);
+    return sideOf(document, devices);
+}
+
+Output diff(Session& session, const std::string& from, const std::string& to) {
+    session.read();
+    const Side left = readSide(from, session), right = readSide(to, session);
+    Output output;
+    output.tree.put("from", {platform::escaped(from), {}});
+    output.tree.put("to", {platform::escaped(to), {}});
+    Comparison().compare(left, right, output);
+    return output;
+}
+
+}  // namespace
+
+Run addDiff(CLI::App& command) {
+    struct Sides {
+        std::string from = "file", to = "driver";
+    };
+    const auto sides = std::make_shared<Sides>();
+    command.add_option("FROM", sides->from,
+                       "file (usual), driver, sent, @N (before change N), or a document");
+    command.add_option("TO", sides->to, "the same; usually driver");
+    return [sides](Session& session) { return diff(session, sides->from, sides->to); };
+}
