@@ -32,6 +32,8 @@ class DMainDlg : public zFormDialog {
     DMainDlg(zApplication& application, const zLayout& layout);
     ~DMainDlg() override;  // saves what waits to be saved
 
+    Configuration& configuration() { return configuration_; }
+
   private:
     void connect();  // registers the handlers
     // Opens the driver channel unless it is open, asks for version and adapters, fills the list and selects

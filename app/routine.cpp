@@ -1,6 +1,7 @@
 #include "app/routine.h"
 
 #include "app/maindlg.h"
+#include "change/takeback.h"
 #include "config/pdf_io.h"
 #include "model/settings.h"
 #include "platform/debuglog.h"
@@ -74,6 +75,10 @@ int runApplication(const std::string& command, const std::vector<std::string>& a
     takeOptions(fmt::format("{}", fmt::join(arguments, " ")));
     platform::logRootDirectory();
 
+    // Before there is a connection to an X server, since a guard is a process of its own.
+    const std::string takenBack = takeOverGuard("tarvolin");
+    if (!takenBack.empty()) fmt::print(stderr, "tarvolin: {}\n", takenBack);
+
     zSetPictures(programPictures());
     zApplication application(command, "Tarvolin", arguments, fallbackResources);
     application.onAbort = AbandonSections;
@@ -81,5 +86,6 @@ int runApplication(const std::string& command, const std::vector<std::string>& a
     if (!application.openDisplay()) return 1;
     nameIgnored(application);
     DMainDlg mainWindow(application, mainLayout);
+    if (!takenBack.empty()) mainWindow.configuration().note(takenBack + '.');
     return application.run();
 }

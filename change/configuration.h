@@ -67,6 +67,7 @@ class Configuration {
 
     // Sentences of what was found while recovering, for the user. Emptied by the call.
     std::vector<std::string> takeNotes();
+    void note(const std::string& sentence) { notes_.push_back(sentence); }
 
   private:
     std::vector<std::string> changedLists(int adapter, bool kept) const;

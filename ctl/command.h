@@ -36,6 +36,7 @@ Run addConfirm(CLI::App& command);
 Run addPvc(CLI::App& command);
 Run addDiff(CLI::App& command);
 Run addGet(CLI::App& command);
+Run addHelp(CLI::App& command);
 Run addHistory(CLI::App& command);
 Run addRevert(CLI::App& command);
 Run addSet(CLI::App& command);

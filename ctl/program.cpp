@@ -104,6 +104,15 @@ struct CommandLine {
     }
 };
 
+// "tvctl set --help" asks what "tvctl help set" does.
+std::vector<std::string> withoutHelpOption(const std::vector<std::string>& words) {
+    if (std::ranges::count(words, "--help") == 0) return words;
+    std::vector<std::string> asked{"help"};
+    for (const std::string& word : words)
+        if (word == "--json" || (asked.back() == "help" && !word.starts_with('-'))) asked.push_back(word);
+    return asked;
+}
+
 // Whether the answer is to be JSON also where the words are wrong.
 bool asksForJson(const std::vector<std::string>& words) {
     return std::ranges::count(words, "--json") > 0;
@@ -113,7 +122,7 @@ bool asksForJson(const std::vector<std::string>& words) {
 
 int runProgram(const std::vector<std::string>& words) {
     CommandLine line;
-    if (const Output wrong = line.parse(words); wrong.status != Status::good)
+    if (const Output wrong = line.parse(withoutHelpOption(words)); wrong.status != Status::good)
         return print(wrong, asksForJson(words));
     try {
         Session session(line.options);
