@@ -1,6 +1,7 @@
-// show [PATH...]: the configuration in the files.
+// show [PATH...]: the configuration in the files; with --state what the driver reports.
 #include "ctl/command.h"
 #include "ctl/listing.h"
+#include "ctl/state.h"
 
 #include <algorithm>
 #include <memory>
@@ -9,8 +10,10 @@ namespace {
 
 struct Show {
     std::vector<std::string> paths;
+    bool state = false;
 
     Output operator()(Session& session) const {
+        if (state) return showState(session, paths);
         std::vector<ServiceId> services;
         for (const std::string& path : paths) {
             const std::vector<ServiceId> some = readPath(path);
@@ -33,5 +36,6 @@ struct Show {
 Run addShow(CLI::App& command) {
     const auto show = std::make_shared<Show>();
     command.add_option("PATH", show->paths, "adapter1, adapter1/lec2: all of it; none: everything");
+    command.add_flag("--state", show->state, "What the driver reports, in place of the files");
     return [show](Session& session) { return (*show)(session); };
 }

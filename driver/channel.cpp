@@ -79,15 +79,16 @@ bool DriverChannel::alive() {
 int DriverChannel::request(std::span<std::uint8_t> message) {
     if (interrupt && interrupt()) {
         outcome_ = Outcome::withheld;
+        received_ = 0;
         return -1;
     }
     if (!*this && (!wanted_ || !connect())) {
         if (!wanted_) note(Outcome::absent, std::time(nullptr));
-        return dai_req(0, message);
+        return dai_req(0, message, &received_);
     }
     const std::time_t sent = std::time(nullptr);
     errno = 0;
-    const int result = dai_req(descriptor_, message);
+    const int result = dai_req(descriptor_, message, &received_);
     note(result == 0 ? Outcome::success : outcomeOf(errno), sent);
     if (outcome_ == Outcome::absent) lose();
     return result;

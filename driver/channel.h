@@ -9,6 +9,7 @@
 
 #include "driver/requests.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <ctime>
 #include <functional>
@@ -57,7 +58,8 @@ class DriverChannel {
     // Sends a message and waits for the reply: see dai_req.
     int request(std::span<std::uint8_t> message);
 
-    Outcome outcome() const { return outcome_; }  // of the last request, or of opening the channel
+    Outcome outcome() const { return outcome_; }        // of the last request, or of opening the channel
+    std::size_t received() const { return received_; }  // bytes of the last reply, header included
     // When the first request was sent that, as all since, has got no answer. 0: the driver answers.
     std::time_t silentSince() const { return silentSince_; }
 
@@ -88,6 +90,7 @@ class DriverChannel {
     bool wanted_ = false;  // opened, be it in vain, and not closed since
     Outcome outcome_ = Outcome::success;
     std::time_t silentSince_ = 0;
+    std::size_t received_ = 0;
     unsigned long unanswered_ = 0;
     unsigned long reopenings_ = 0;
 };

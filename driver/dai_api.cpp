@@ -2,6 +2,7 @@
 
 #include "platform/device.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <fmt/ostream.h>
@@ -77,7 +78,8 @@ int dai_open(int /*context*/, int oflag, int& descriptorOut) {
     return descriptorOut < 0 ? -1 : 0;
 }
 
-int dai_req(int descriptor, std::span<std::uint8_t> message) {
+int dai_req(int descriptor, std::span<std::uint8_t> message, std::size_t* received) {
+    if (received) *received = 0;
     if (message.size() < req_param_t::wireSize) return -1;
     const auto fail = [message](int systemError) {
         put16(message, respAt, static_cast<unsigned>(dai_syserr(systemError)));
@@ -92,6 +94,7 @@ int dai_req(int descriptor, std::span<std::uint8_t> message) {
                              .ic_len = size,
                              .ic_dp = reinterpret_cast<char*>(message.data())};
     if (platform::device().streamsIoctl(descriptor, platform::I_STR, block) < 0) return fail(errno);
+    if (received) *received = static_cast<std::size_t>(std::max(block.ic_len, 0));
     errno = 0;
     return get16(message, respAt) == 0 ? 0 : -1;
 }

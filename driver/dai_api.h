@@ -46,8 +46,9 @@ int dai_open(int context, int oflag, int& descriptorOut);
 // reason: the driver's own code, or dai_syserr of the system's error, which is in errno; that is 0 after the
 // driver's own. A Size beyond the bytes given (206) and
 // a descriptor that is no channel (201) fail without a call. A message too short for a header fails
-// untouched.
-int dai_req(int descriptor, std::span<std::uint8_t> message);
+// untouched. `received` gets the number of bytes that came back, 0 when the call failed; behind them
+// the message keeps what it had.
+int dai_req(int descriptor, std::span<std::uint8_t> message, std::size_t* received = nullptr);
 
 // Closes the descriptor, unless it is 0. Always 0. The context is ignored.
 int dai_close(int context, int descriptor);

@@ -42,6 +42,7 @@ void InfoMsgHandler::prepareMsg(std::size_t dataSize) {
 void InfoMsgHandler::setArea(std::size_t size) {
     fetched_ = {};
     areaSize_ = size;
+    whole_ = true;
     std::ranges::fill(area(), std::uint8_t{0});
     header().Size = static_cast<std::uint16_t>(size + headerLength());
     header().SzIO = static_cast<std::uint16_t>(headerLength());
@@ -58,7 +59,11 @@ std::uint16_t InfoMsgHandler::GetNumRows(int tableType) {
 
 InfoMsgHandler::Bytes InfoMsgHandler::send(const char* prefix, const Query& query) {
     tvlog.line(prefix, query.trace);
-    return daiRequest() == 0 ? Bytes(area()) : Bytes();
+    daiRequest();
+    const std::size_t claimed =
+        query.chunkRows ? std::min(std::size_t{header().NRow} * query.size, areaSize_) : areaSize_;
+    whole_ = whole_ && result() == 0 && channel().received() >= headerLength() + claimed;
+    return result() == 0 ? Bytes(area()) : Bytes();
 }
 
 InfoMsgHandler::Bytes InfoMsgHandler::reply(const Query& query) {

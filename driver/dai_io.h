@@ -31,6 +31,10 @@ class InfoMsgHandler : public reqParam {
     // between does not count.
     bool sameTable() const { return same_; }
 
+    // Whether the last query of a reply or of a table has got all that it asked for: no request of it was
+    // refused, and no answer was shorter than the reply, or than the rows that it claims to hold.
+    bool whole() const { return whole_; }
+
     // Asks for the number of rows of a table (Type 3 or 5). After a failed request (see result()) this is 0
     // unless the driver wrote NRow.
     virtual std::uint16_t GetNumRows(int tableType);
@@ -80,6 +84,7 @@ class InfoMsgHandler : public reqParam {
     std::size_t areaSize_ = 0;
     Bytes fetched_;
     bool same_ = false;
+    bool whole_ = true;
     std::vector<std::uint8_t> table_;     // the last table
     std::vector<std::uint8_t> assembly_;  // one that comes in chunks, until it is whole; the memory is kept
 };

@@ -1,0 +1,83 @@
+// What the driver says of an adapter or a service at one moment. The values stay in the replies until they
+// are read, so that a table of thousands of rows costs its bytes alone.
+#pragma once
+
+#include "driver/channel.h"
+#include "driver/views.h"
+#include "metrics/metric.h"
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace metrics {
+
+struct Reply {
+    std::optional<Unknown> missing = {};  // why there is none
+    int resp = 0;                         // of one that was refused
+    std::vector<std::uint8_t> bytes = {};
+};
+
+class Reading {
+  public:
+    explicit Reading(const Place& place) : place_(place) {}
+
+    const Place& place() const { return place_; }
+    bool absent() const;  // the driver says that there is no such service
+
+    // Why nothing of a group is known; nothing: something is.
+    std::optional<Unknown> missing(const Group& group) const;
+    std::size_t rows(const Group& group) const;  // of a table
+    // `row`, from 0, is that of a table.
+    Value value(const Group& group, const Metric& metric, std::size_t row = 0) const;
+
+    // For the functions of the table: the bytes of a reply, none when it is missing, and a value of a virtual
+    // circuit of the adapter.
+    Bytes bytes(QueryId query) const;
+    template <class Count> Value circuit(std::uint16_t vci, Count count) const {
+        if (const auto why = missing(QueryId::vcTable)) return *why;
+        for (const VcRowView row : TableView<VcRowView>(bytes(QueryId::vcTable), layout::vcRow::size))
+            if (row.vci() == vci) return (row.*count)();
+        return Unknown::noCircuit;
+    }
+
+  private:
+    friend class Reader;
+    std::optional<Unknown> missing(QueryId query) const;
+
+    Place place_;
+    std::map<QueryId, std::shared_ptr<const Reply>> replies_;
+};
+
+// Asks the driver. A reader is for one reading of whatever places: what several of them need is asked once,
+// and after the first request without an answer nothing more is asked.
+class Reader {
+  public:
+    explicit Reader(DriverChannel& channel) : channel_(channel), answers_(channel) {}  // outlives this object
+
+    Reading read(const Place& place);
+
+    // The driver has been found silent before: nothing is asked.
+    void stop() { stopped_ = true; }
+
+    // What the driver owes, in the order in which it was asked.
+    struct Debt {
+        Place place;
+        Unknown why;
+        int resp;
+    };
+    const std::vector<Debt>& owed() const { return owed_; }
+
+  private:
+    void ask(Reading& reading, QueryId query);
+    std::shared_ptr<const Reply> request(const Place& place, QueryId query);
+
+    DriverChannel& channel_;
+    AnswerWatch answers_;
+    bool stopped_ = false;
+    std::map<int, std::shared_ptr<const Reply>> circuits_;  // by adapter
+    std::vector<Debt> owed_;
+};
+
+}  // namespace metrics

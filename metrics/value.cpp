@@ -1,0 +1,33 @@
+#include "metrics/value.h"
+
+namespace metrics {
+
+const char* wordsOf(Unknown why) {
+    switch (why) {
+    case Unknown::silent:
+        return "the driver does not answer";
+    case Unknown::notAsked:
+        return "not asked, since the driver does not answer";
+    case Unknown::refused:
+        return "the driver refuses to say";
+    case Unknown::incomplete:
+        return "the driver's answer is incomplete";
+    case Unknown::absent:
+        return "there is no such service";
+    case Unknown::noAlarms:
+        return "this link has no such alarm";
+    case Unknown::lossOfFrame:
+        return "not to be seen during loss of frame";
+    case Unknown::notRegistered:
+        return "no address is registered";
+    case Unknown::notConnected:
+        return "not connected";
+    case Unknown::noCircuit:
+        return "the driver does not list the virtual circuit";
+    case Unknown::pvc:
+        return "a PVC has no address";
+    }
+    return "";
+}
+
+}  // namespace metrics

@@ -1,0 +1,49 @@
+// A value that the driver reports, or why there is none.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <variant>
+
+namespace metrics {
+
+// Why a value is not known.
+enum class Unknown : std::uint8_t {
+    // The driver did not give it.
+    silent,    // no answer, or none that can be read
+    notAsked,  // something asked before got no answer
+    refused,
+    incomplete,  // part of the answer is missing
+    // There is nothing to be known.
+    absent,         // the service is not there
+    noAlarms,       // this kind of link has no such alarm
+    lossOfFrame,    // the alarm says nothing without frames
+    notRegistered,  // no address is registered
+    notConnected,
+    noCircuit,  // the driver does not list the virtual circuit
+    pvc,        // a permanent connection has no address
+};
+const char* wordsOf(Unknown why);
+
+// Whether the driver owes the value.
+constexpr bool isOwed(Unknown why) {
+    return why <= Unknown::incomplete;
+}
+
+// A state as the driver's code, with its words; null: it has none.
+struct State {
+    std::int64_t code = 0;
+    const char* words = nullptr;
+    bool operator==(const State& other) const { return code == other.code; }
+};
+
+// The code of a size or a kind that has no name.
+struct Unnamed {
+    std::int64_t code = 0;
+    bool operator==(const Unnamed&) const = default;
+};
+
+// Texts are as the driver sent them, of any bytes.
+using Value = std::variant<Unknown, std::uint32_t, bool, State, Unnamed, std::string>;
+
+}  // namespace metrics
