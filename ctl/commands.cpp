@@ -3,7 +3,7 @@
 namespace {
 
 constexpr Command rows[] = {
-    {"show", "The configuration in the files", addShow},
+    {"show", "The configuration in the files, or what the driver reports", addShow},
     {"get", "One value of it", addGet},
     {"diff", "What differs between files, driver, past changes and documents", addDiff},
     {"set", "Change settings, as the fields and OK of a window would", addSet},

@@ -154,7 +154,7 @@ Output showState(Session& session, const std::vector<std::string>& paths) {
         complain(reader.owed(), output);
     else if (!found.complete)
         output.status = Status::silent, output.message = "the driver does not answer";
-    else if (!known)
+    else if (!known && paths.empty())
         output.status = Status::refused,
         output.message = "the driver refuses to say which adapters there are";
     return output;

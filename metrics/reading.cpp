@@ -2,6 +2,8 @@
 
 #include "driver/dai_io.h"
 
+#include <cassert>
+
 namespace metrics {
 
 namespace {
@@ -58,6 +60,7 @@ std::size_t Reading::rows(const Group& group) const {
 
 Value Reading::value(const Group& group, const Metric& metric, std::size_t row) const {
     if (const auto why = missing(group.query)) return *why;
+    assert(!group.isTable() || row < rows(group));
     const Bytes all = bytes(group.query);
     const std::size_t size = queryOf(group.query).size;
     return metric.read(*this, group.isTable() ? all.subspan(row * size, size) : all);

@@ -29,7 +29,7 @@ class Reading {
     // Why nothing of a group is known; nothing: something is.
     std::optional<Unknown> missing(const Group& group) const;
     std::size_t rows(const Group& group) const;  // of a table
-    // `row`, from 0, is that of a table.
+    // `row` is that of a table, below rows().
     Value value(const Group& group, const Metric& metric, std::size_t row = 0) const;
 
     // For the functions of the table: the bytes of a reply, none when it is missing, and a value of a virtual
