@@ -1,6 +1,8 @@
-// Replies of a hostile driver through every query and every view. Each request takes a control byte of the
-// input: what the driver does to the header and how many of the next input bytes become the reply's data.
+// Replies of a hostile driver through every query, every view and every named value. Each request takes a
+// control byte of the input: what the driver does to the header and how many of the next input bytes become
+// the reply's data.
 #include "driver/dai_io.h"
+#include "metrics/reading.h"
 #include "platform/device.h"
 
 #include <algorithm>
@@ -57,7 +59,7 @@ class HostileDriver : public platform::Device {
         message[length - 1] = last;
 
         constexpr int fail = 1, unanswered = 2, tellRows = 4, tellMarker = 8, spoilHeader = 16, longData = 32,
-                      fill = 64;
+                      fill = 64, cut = 128;
         const std::uint8_t control = input_.byte();
         if (control & fail) {
             errno = input_.byte();
@@ -75,6 +77,7 @@ class HostileDriver : public platform::Device {
         const auto data = input_.take(
             std::min<std::size_t>(control & longData ? input_.word() : input_.byte(), length - 16));
         if (!data.empty()) std::memcpy(message + 16, data.data(), data.size());
+        if (control & cut) block.ic_len = std::min<int>(block.ic_len, input_.word());
         return 0;
     }
 
@@ -115,6 +118,21 @@ struct Reader {
         if (table[table.size()]) std::abort();
     }
 };
+
+// All values of an adapter or a service; of a table those of its first and last rows.
+void readValues(DriverChannel& channel, std::uint8_t which, Reader& reader) {
+    const std::vector<metrics::Place> places = metrics::placesOf(0);
+    const metrics::Reading reading = metrics::Reader(channel).read(places[which % places.size()]);
+    for (const metrics::Group& group : metrics::groupsOf(reading.place().service)) {
+        const std::size_t rows = group.isTable() ? reading.rows(group) : 1;
+        for (std::size_t row = 0; row < rows; row = row == 3 && rows > 5 ? rows - 1 : row + 1)
+            for (const metrics::Metric& metric : group.metrics) {
+                const metrics::Value value = reading.value(group, metric, row);
+                if (reading.missing(group) && !std::holds_alternative<metrics::Unknown>(value)) std::abort();
+                if (const std::string* text = std::get_if<std::string>(&value)) reader.see(*text);
+            }
+    }
+}
 
 struct Services {
     Services() { channel.open(O_RDONLY); }
@@ -157,6 +175,7 @@ constexpr void (*queries[])(Services&, Input&, Reader&) = {
     [](Services& s, Input&, Reader& r) { r.read(s.aal.GetAalStats()); },
     [](Services& s, Input&, Reader& r) { r.read(s.aal.GetSuniStats()); },
     [](Services& s, Input&, Reader& r) { r.read(s.aal.GetPackageRev()); },
+    [](Services& s, Input& in, Reader& r) { readValues(s.channel, in.byte(), r); },
 };
 
 volatile std::uint64_t seen;
