@@ -6,7 +6,6 @@
 #include "change/restart.h"
 #include "change/sent.h"
 #include "config/recordrows.h"
-#include "platform/host.h"
 
 #include <algorithm>
 #include <ctime>
@@ -150,8 +149,8 @@ void AdapterChange::noteSent(const ServiceSets& due, std::size_t before) {
 
 void AdapterChange::noteSent(int adapter, const ServiceSet& due, std::size_t before, LastSent& sent) {
     const std::span<const SentRequest> requests = std::span(result_.record.requests).subspan(before);
-    const DriverIdentity identity{platform::bootId(), configuration_.driverRevision,
-                                  configuration_.mine().lec[asIndex(adapter)][0].mac.GetFMacAddress()};
+    const DriverIdentity identity = driverIdentity(
+        configuration_.driverRevision, configuration_.mine().lec[asIndex(adapter)][0].mac.GetFMacAddress());
     bool unknown = false;
     forEachService(adapter, [&](const ServiceName& name, auto record, const std::string&, auto bit) {
         if (!bit(due)) return;

@@ -99,7 +99,8 @@ double PendingChange::left() const {
 }
 
 bool PendingChange::guarded() const {
-    return guard > 0 && boot == platform::bootId() && (::kill(guard, 0) == 0 || errno == EPERM);
+    return guard > 0 && boot == platform::bootId() && !guardBegin.empty() &&
+           platform::processBegin(guard) == guardBegin;
 }
 
 std::string PendingChange::words() const {
@@ -119,6 +120,7 @@ std::optional<PendingChange> pendingChange() {
     pending.user = text(json, "user");
     pending.from = text(json, "from");
     pending.guard = static_cast<pid_t>(std::clamp(number(json, "guard"), 0.0, 1e9));
+    pending.guardBegin = text(json, "guardBegin");
     return pending;
 }
 
@@ -132,7 +134,8 @@ int notePending(const PendingChange& pending) {
                     {"deadline", pending.deadline},
                     {"user", escaped(pending.user)},
                     {"from", escaped(pending.from)},
-                    {"guard", pending.guard}};
+                    {"guard", pending.guard},
+                    {"guardBegin", escaped(pending.guardBegin)}};
     return platform::replaceWhole(pendingFile(), json.dump(1) + '\n', 0600, platform::OnDisk::now);
 }
 
@@ -164,6 +167,7 @@ int startGuard(PendingChange pending, const TakeBack& takeBack) {
     if (child > 0) ::waitpid(child, &status, 0);
     const bool good = child > 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0 &&
                       ::read(ends[0], &pending.guard, sizeof pending.guard) == sizeof pending.guard;
+    if (good) pending.guardBegin = platform::processBegin(pending.guard);
     const int result = good ? notePending(pending) : -1;
     const int error = errno;
     ::close(ends[0]);

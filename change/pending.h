@@ -18,6 +18,7 @@ struct PendingChange {
     double deadline = 0;  // seconds since that start, also those that the system slept
     std::string user, from;
     pid_t guard = 0;
+    std::string guardBegin = {};  // processBegin() of the guard
 
     double left() const;   // seconds; not above 0: the time is over, or the system was started anew
     bool guarded() const;  // its guard lives

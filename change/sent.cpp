@@ -3,8 +3,10 @@
 #include "change/audit.h"
 #include "change/sentfile.h"
 #include "change/statedirectory.h"
+#include "driver/dai_api.h"
 #include "platform/debuglog.h"
 #include "platform/files.h"
+#include "platform/host.h"
 #include "platform/stream.h"
 #include "platform/wallclock.h"
 
@@ -31,10 +33,19 @@ std::string difference(const DriverIdentity& then, const DriverIdentity& now) {
     if (then.revision != now.revision) return "The driver has another revision now.";
     if (then.mac.empty() || now.mac.empty()) return "The driver does not tell the adapter's MAC address.";
     if (then.mac != now.mac) return "The adapter has another MAC address now.";
+    if (then.device != now.device) return "The driver has been loaded since.";
     return {};
 }
 
 }  // namespace
+
+DriverIdentity driverIdentity(const std::string& revision, const std::string& mac) {
+    struct stat node {};
+    std::string device;
+    if (files().status(platform::hostPath(devbase), node) == 0)
+        device = fmt::format("{}.{}.{}", node.st_ino, node.st_ctim.tv_sec, node.st_ctim.tv_nsec);
+    return {platform::bootId(), revision, mac, device};
+}
 
 void LastSent::load() {
     *this = {};
@@ -96,9 +107,4 @@ LastSent::Found LastSent::find(int adapter, const DriverIdentity& now, const std
         if (!of->second.forgotten.empty()) return {nullptr, of->second.forgotten};
     }
     return {nullptr, forgotten_.empty() ? "It has not been sent." : forgotten_};
-}
-
-bool LastSent::knew(int adapter) const {
-    const auto of = adapters_.find(adapter);
-    return !forgotten_.empty() || (of != adapters_.end() && !of->second.forgotten.empty());
 }

@@ -13,13 +13,17 @@
 #include <map>
 #include <string>
 
-// What an adapter's values are for. They hold for the same three only, none of them empty.
+// What an adapter's values are for. They hold for the same only, none of it empty.
 struct DriverIdentity {
-    std::string boot;      // platform::bootId()
-    std::string revision;  // of the driver
-    std::string mac;       // of the adapter
+    std::string boot;         // platform::bootId()
+    std::string revision;     // of the driver
+    std::string mac;          // of the adapter
+    std::string device = {};  // the access device's node: some systems make it anew with the driver
     bool operator==(const DriverIdentity&) const = default;
 };
+
+// As it is now, with what the driver tells of itself and of the adapter.
+DriverIdentity driverIdentity(const std::string& revision, const std::string& mac);
 
 struct SentValue {
     std::string text;
@@ -53,8 +57,6 @@ class LastSent {
         const SentValue* value = nullptr;  // lives until the object changes
         std::string reason;                // a sentence: why there is none
     };
-    // Values were known of this adapter, or of all, that hold no longer.
-    bool knew(int adapter) const;
     Found find(int adapter, const DriverIdentity& now, const std::string& service,
                const std::string& key) const;
 

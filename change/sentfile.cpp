@@ -51,11 +51,10 @@ std::string SentFile::text(const LastSent& sent) {
             for (const auto& [key, value] : values)
                 of[escaped(key)] = {{"value", escaped(value.text)}, {"time", escaped(value.time)}};
         }
-        adapters[std::to_string(number + 1)] = {{"boot", escaped(adapter.identity.boot)},
-                                                {"revision", escaped(adapter.identity.revision)},
-                                                {"mac", escaped(adapter.identity.mac)},
-                                                {"forgotten", escaped(adapter.forgotten)},
-                                                {"services", std::move(services)}};
+        adapters[std::to_string(number + 1)] = {
+            {"boot", escaped(adapter.identity.boot)},  {"revision", escaped(adapter.identity.revision)},
+            {"mac", escaped(adapter.identity.mac)},    {"device", escaped(adapter.identity.device)},
+            {"forgotten", escaped(adapter.forgotten)}, {"services", std::move(services)}};
     }
     const Json json{
         {"format", format}, {"forgotten", escaped(sent.forgotten_)}, {"adapters", std::move(adapters)}};
@@ -72,7 +71,8 @@ bool SentFile::read(std::string_view text, LastSent& sent) {
         const int counted = from.number(number);  // from 1
         if (counted < 1) return false;
         LastSent::Adapter& to = result.adapters_[counted - 1];
-        to.identity = {from.text(adapter, "boot"), from.text(adapter, "revision"), from.text(adapter, "mac")};
+        to.identity = {from.text(adapter, "boot"), from.text(adapter, "revision"), from.text(adapter, "mac"),
+                       adapter.value("device", "")};
         to.forgotten = from.text(adapter, "forgotten");
         for (const auto& [service, values] : from.object(adapter, "services").items()) {
             if (!values.is_object()) return false;

@@ -37,7 +37,8 @@ inline std::size_t nextBracket(std::string_view line, std::size_t from) {
 // Prints one of the engine's lines and keeps errno.
 template <class... Args> void say(fmt::format_string<Args...> text, Args&&... args) {
     const int error = errno;
-    std::fputs(fmt::format(text, std::forward<Args>(args)...).c_str(), stdout);
+    const std::string line = fmt::format(text, std::forward<Args>(args)...);
+    engineOutput ? engineOutput(line) : static_cast<void>(std::fputs(line.c_str(), stdout));
     errno = error;
 }
 

@@ -30,6 +30,9 @@
 #include <string>
 #include <string_view>
 
+// Takes the lines that the engine prints, with their ends; without it they go to standard output.
+inline std::function<void(const std::string& line)> engineOutput;
+
 constexpr std::uint32_t sectionCookie = 0xDEADBEEF;
 // Characters of a line with its end; longer ones come in pieces.
 constexpr std::size_t sectionLineLimit = 127;

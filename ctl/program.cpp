@@ -1,5 +1,6 @@
 #include "ctl/program.h"
 
+#include "config/pdf_io.h"
 #include "ctl/command.h"
 #include "platform/safetext.h"
 
@@ -8,6 +9,7 @@
 #include <fmt/format.h>
 #include <iterator>
 #include <memory>
+#include <set>
 
 namespace {
 
@@ -121,6 +123,11 @@ bool asksForJson(const std::vector<std::string>& words) {
 }  // namespace
 
 int runProgram(const std::vector<std::string>& words) {
+    // Files are read more than once.
+    engineOutput = [said = std::set<std::string>()](std::string line) mutable {
+        while (line.ends_with('\n')) line.pop_back();
+        if (said.insert(line).second) complain(platform::escaped(line));
+    };
     CommandLine line;
     if (const Output wrong = line.parse(withoutHelpOption(words)); wrong.status != Status::good)
         return print(wrong, asksForJson(words));

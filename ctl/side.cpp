@@ -1,13 +1,17 @@
 #include "ctl/side.h"
 
 #include "change/pastchanges.h"
+#include "change/saverecord.h"
 #include "change/sent.h"
 #include "ctl/entries.h"
 #include "ctl/listing.h"
 #include "ctl/settings.h"
 #include "ctl/status.h"
+#include "driver/dai_api.h"
 #include "model/statecodes.h"
-#include "platform/host.h"
+#include "platform/files.h"
+#include "platform/stream.h"
+#include "platform/wallclock.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -51,8 +55,9 @@ std::set<std::string> keysOf(const ServiceId& service, const AtmDevices& devices
 }
 
 DriverIdentity identityOf(Session& session, int adapter) {
-    return {platform::bootId(), session.configuration.driverRevision,
-            session.knowsMac(adapter) ? session.devices.lec[asIndex(adapter)][0].mac.GetFMacAddress() : ""};
+    return driverIdentity(
+        session.configuration.driverRevision,
+        session.knowsMac(adapter) ? session.devices.lec[asIndex(adapter)][0].mac.GetFMacAddress() : "");
 }
 
 // Asks the driver; a request without an answer ends all.
@@ -210,8 +215,8 @@ class Reader {
             at(side, firstLes + m).lists["clients"] = std::move(lists[m]);
     }
 
-    // What the driver cannot be asked for. Of a service of which a value was sent before, and holds no more,
-    // nothing is known; of one that was never sent the driver has what the files had when it was loaded.
+    // What the driver cannot be asked for. What was neither sent nor changed since the driver was loaded it
+    // has from the files.
     void fillSent(Side& side) {
         const DriverIdentity identity = ::identityOf(session_, adapter_);
         for (const ServiceId& service : servicesOf(adapter_)) {
@@ -223,16 +228,17 @@ class Reader {
                 if (found.value)
                     of.values[key] = {found.value->text, settingJson(service, key, found.value->text),
                                       Mark::sent};
-                else if (sent_.knew(adapter_) || changedUnsent(service, key))
+                else if (changedUnsent(service, key))
                     of.values[key] = {"unknown", Json(), Mark::unknown};
             }
         }
     }
 
-    // The history has a change of this setting that was not sent. Not known to whoever may not read it.
+    // The setting was changed since the driver was loaded, and not sent: the history has it, or the file was
+    // edited by somebody else. Whoever may not read the history knows the time of the file only.
     bool changedUnsent(const ServiceId& service, const std::string& key) {
-        if (!changesRead_) readPastChanges(changes_);
-        changesRead_ = true;
+        readHistory();
+        if (editedByHand_) return true;
         const std::string where = fmt::format("{}.{}", service.name().path, key);
         for (const PastChange& change : changes_) {
             const ChangeRecord& record = change.read.record;
@@ -241,9 +247,32 @@ class Reader {
                 return each.service == service.name().path && each.subject.empty() &&
                        each.answer == RequestResult::taken;
             };
+            if (platform::momentOf(change.read.time) < loaded_) return false;
             if (std::ranges::any_of(record.requests, isSent)) return false;
             if (std::ranges::any_of(record.keys, isKey)) return true;
         }
+        return false;
+    }
+
+    void readHistory() {
+        if (historyRead_) return;
+        historyRead_ = true;
+        struct stat node {
+        }, file{};
+        const platform::HostPath parameters = platform::hostPath(PdfEdit::parameterFile);
+        if (platform::files().status(platform::hostPath(devbase), node) == 0) loaded_ = node.st_ctim.tv_sec;
+        if (platform::files().status(parameters, file) != 0) return;
+        readPastChanges(changes_);
+        editedByHand_ = file.st_mtim.tv_sec > loaded_ && !isAsLeft(parameters);
+    }
+
+    // As the last change of the history that replaced it has left it.
+    bool isAsLeft(const platform::HostPath& parameters) const {
+        std::string content;
+        if (!platform::readWhole(parameters, content)) return false;
+        for (const PastChange& change : changes_)
+            for (const KeptFile& file : change.read.manifest.files)
+                if (file.name == PdfEdit::parameterFile) return file.after == contentHash(content);
         return false;
     }
 
@@ -252,7 +281,8 @@ class Reader {
     AtmDevices seen_;
     LastSent sent_;
     std::vector<PastChange> changes_;
-    bool changesRead_ = false;
+    bool historyRead_ = false, editedByHand_ = false;
+    std::time_t loaded_ = 0;  // when the driver was loaded, as far as its device tells
     int adapter_ = 0;
     std::uint8_t link_ = 0;
 };

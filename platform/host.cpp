@@ -3,6 +3,8 @@
 #include "platform/stream.h"
 
 #include <array>
+#include <fmt/format.h>
+#include <sstream>
 #include <unistd.h>
 
 namespace platform {
@@ -10,6 +12,20 @@ namespace platform {
 std::string hostName() {
     std::array<char, 65> name{};  // HOST_NAME_MAX and the zero, which a cut name may lack
     return ::gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
+}
+
+// Behind the name, which ends at the last parenthesis, stand the state and, as the 20th field, the begin.
+std::string processBegin(pid_t process) {
+    constexpr std::size_t longest = 1024;
+    constexpr int begin = 19;
+    std::string text, field;
+    if (!readWhole(HostPath{fmt::format("/proc/{}/stat", process)}, text, longest)) return {};
+    const std::size_t name = text.rfind(')');
+    if (name == std::string::npos) return {};
+    std::istringstream fields(text.substr(name + 1));
+    for (int i = 0; i <= begin && fields >> field; ++i)
+        if (i == 0 && (field == "Z" || field == "X")) return {};
+    return fields ? field : "";
 }
 
 std::string bootId() {

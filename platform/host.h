@@ -13,4 +13,8 @@ std::string hostName();
 // a root directory.
 std::string bootId();
 
+// When a process was started, in the kernel's ticks, which tells it from a later one of the same number;
+// empty when there is none, or nothing of it but its number.
+std::string processBegin(pid_t process);
+
 }  // namespace platform

@@ -25,14 +25,18 @@ std::string dateAndTime(std::time_t time) {
                        minutes % 60);
 }
 
-std::string inUtc(const std::string& dateAndTime) {
+std::time_t momentOf(const std::string& dateAndTime) {
     std::tm t{};
     const char* rest = ::strptime(dateAndTime.c_str(), "%Y-%m-%dT%H:%M:%S%z", &t);
-    if (!rest || *rest) return dateAndTime;
+    if (!rest || *rest) return 0;
     const long ahead = t.tm_gmtoff;  // timegm() clears it
-    const std::time_t moment = ::timegm(&t) - ahead;
+    return ::timegm(&t) - ahead;
+}
+
+std::string inUtc(const std::string& dateAndTime) {
+    const std::time_t moment = momentOf(dateAndTime);
     std::tm utc{};
-    if (!::gmtime_r(&moment, &utc)) return dateAndTime;
+    if (moment == 0 || !::gmtime_r(&moment, &utc)) return dateAndTime;
     return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}Z", utc.tm_year + 1900, utc.tm_mon + 1,
                        utc.tm_mday, utc.tm_hour, utc.tm_min, utc.tm_sec);
 }

@@ -9,6 +9,8 @@ namespace platform {
 // "2026-02-03T04:05:06+01:00" in the local time zone (RFC 3339).
 std::string dateAndTime(std::time_t time);
 
+// The moment of such a time; 0 for any other text.
+std::time_t momentOf(const std::string& dateAndTime);
 // Such a time in UTC, "2026-02-03T03:05:06Z"; any other text as it is.
 std::string inUtc(const std::string& dateAndTime);
 

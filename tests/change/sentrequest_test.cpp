@@ -50,7 +50,7 @@ TEST(SentRequest, WhatTheDriverTookIsKnownUntilItIsLost) {
     ASSERT_TRUE(configuration.read());
     configuration.driverRevision = "2.0";
     mine.lec[0][0].mac = macAddress({0, 0xa0, 0x3e, 0, 0, 1});
-    const DriverIdentity identity{platform::bootId(), "2.0", "00:a0:3e:00:00:01"};
+    const DriverIdentity identity = driverIdentity("2.0", "00:a0:3e:00:00:01");
     const auto known = [&](const char* service, const char* key) {
         LastSent sent;
         sent.load();
