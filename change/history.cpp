@@ -192,7 +192,11 @@ void HistoryEntry::finish(const ChangeRecord& record) {
     if (number_ == none) return;
     const Manifest manifest{number_, std::time(nullptr), platform::invoker(), platform::hostName(), files_};
     const HostPath draft = draftIn(place_);
-    if (platform::writeDraft(draft, manifestText(manifest, record), 0600, platform::OnDisk::now) != 0 ||
+    // Manifests of one size take each other's room on the disk without more.
+    constexpr std::size_t block = 4096;
+    std::string text = manifestText(manifest, record);
+    text.append((block - text.size() % block) % block, ' ');
+    if (platform::writeDraft(draft, text, 0600, platform::OnDisk::now) != 0 ||
         giveName(draft, within(place_, manifestName)) != 0)
         say(number_, systemPath(number_), errno);
 }

@@ -50,6 +50,7 @@ class SystemFiles : public Files {
     }
     int truncate(int descriptor, off_t length) override { return ::ftruncate(descriptor, length); }
     int sync(int descriptor) override { return ::fsync(descriptor); }
+    int syncContent(int descriptor) override { return ::fdatasync(descriptor); }
     int close(int descriptor) override { return ::close(descriptor); }
 
     int status(int descriptor, struct stat& result) override { return ::fstat(descriptor, &result); }

@@ -159,7 +159,7 @@ int fill(const HostPath& path, int descriptor, std::string_view content, OnDisk 
     if (!file) return -1;
     const bool written = writeAll(descriptor, content) == 0 &&
                          files().truncate(descriptor, static_cast<off_t>(content.size())) == 0 &&
-                         (onDisk == OnDisk::later || files().sync(descriptor) == 0);
+                         (onDisk == OnDisk::later || files().syncContent(descriptor) == 0);
     int error = errno;
     if (file.close() == 0 && written) return 0;
     if (written) error = errno;
