@@ -456,7 +456,9 @@ std::span<const Group> groups() {
 }
 
 std::span<const Group> groupsOf(Service service) {
-    const auto [first, last] = std::ranges::equal_range(allGroups, service, {}, &Group::service);
+    const auto of = [service](const Group& group) { return group.service == service; };
+    const Group* first = std::find_if(std::begin(allGroups), std::end(allGroups), of);
+    const Group* last = std::find_if_not(first, std::end(allGroups), of);
     return {first, last};
 }
 
