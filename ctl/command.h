@@ -40,4 +40,5 @@ Run addHelp(CLI::App& command);
 Run addHistory(CLI::App& command);
 Run addRevert(CLI::App& command);
 Run addSet(CLI::App& command);
+Run addTrace(CLI::App& command);
 Run addVersion(CLI::App& command);

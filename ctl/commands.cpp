@@ -14,6 +14,7 @@ constexpr Command rows[] = {
     {"history", "The changes so far, newest first", addHistory},
     {"revert", "Undo a change and all later ones", addRevert},
     {"help", "What there is, and what a command takes", addHelp},
+    {"trace", "Switch one of the driver's own traces", addTrace},
     {"version", "The version of this program", addVersion},
 };
 
