@@ -2,7 +2,6 @@
 
 #include "change/audit.h"
 #include "change/fileset.h"
-#include "config/newparameters.h"
 #include "platform/files.h"
 
 #include <cerrno>
@@ -30,16 +29,22 @@ SaveFailure failure(const std::string& file, int error) {
     return {.file = file, .reason = std::strerror(error)};
 }
 
+std::optional<SaveFailure> thereAlready(const NewFile& wanted) {
+    if (!wanted.mustBeNew) return {};
+    return failure(name, EEXIST);
+}
+
 // Under the lock.
-std::optional<SaveFailure> write(std::span<const int> adapters) {
+std::optional<SaveFailure> write(std::span<const int> adapters, const NewFile& wanted) {
     HostPath place = platform::hostPath(name);
     const HostPath directory = platform::directoryOf(place);
     if (isMissing(directory) && (files().makeDirectory(directory, 0755) != 0 ||
                                  platform::syncDirectory(platform::directoryOf(directory)) != 0))
         return failure("/etc/atm", errno);
     if (files().resolve(place, place) != 0) return failure(name, errno);
-    const std::string text =
-        newParameters(adapters, [](const std::string& list) { return isMissing(platform::hostPath(list)); });
+    const std::string text = newParameters(
+        adapters, [](const std::string& list) { return isMissing(platform::hostPath(list)); },
+        wanted.uniRevision);
     const FileEdit edit{.name = name, .place = place, .exists = false, .content = text};
     int found = ENOENT;
     const SaveOutcome outcome = replaceFiles(Configuration::saveRecord(place), std::span(&edit, 1), [&] {
@@ -48,7 +53,8 @@ std::optional<SaveFailure> write(std::span<const int> adapters) {
     });
     if (outcome.state == SaveOutcome::State::done) auditFirstFile(name);
     if (outcome.error) return failure(outcome.file, outcome.error);
-    if (found != ENOENT && found != 0) return failure(name, found);
+    if (found == 0) return thereAlready(wanted);
+    if (found != ENOENT) return failure(name, found);
     return {};
 }
 
@@ -58,7 +64,8 @@ bool parameterFileIsMissing() {
     return isMissing(platform::hostPath(name));
 }
 
-std::optional<SaveFailure> writeFirstFile(Configuration& configuration, std::span<const int> adapters) {
+std::optional<SaveFailure> writeFirstFile(Configuration& configuration, std::span<const int> adapters,
+                                          const NewFile& wanted) {
     std::string failed;
     if (const int error = configuration.lock(5s, failed)) {
         if (error == EWOULDBLOCK || error == EINTR)
@@ -71,9 +78,9 @@ std::optional<SaveFailure> writeFirstFile(Configuration& configuration, std::spa
     const int found = lookFor(platform::hostPath(name));
     std::optional<SaveFailure> result;
     if (found == ENOENT)
-        result = write(adapters);
-    else if (found)
-        result = failure(name, found);
+        result = write(adapters, wanted);
+    else
+        result = found ? failure(name, found) : thereAlready(wanted);
     configuration.unlock();
     return result;
 }

@@ -61,12 +61,13 @@ template <class Record> std::string sectionText(const std::string& path, const R
     return text + "\t]\n";
 }
 
-std::string adapterText(int a, const std::function<bool(const std::string&)>& isFree) {
+std::string adapterText(int a, const std::function<bool(const std::string&)>& isFree,
+                        std::int32_t uniRevision) {
     const auto named = [&](const std::string& file) { return isFree(file) ? file : std::string(); };
     std::string text =
         fmt::format("\n[Adapter{}\n\t{:31} = -1  # -1 = detect automatically\n", a, "InterruptNumber");
     AtmSig signalling;
-    signalling.uniRevision = 30;  // what Setup makes of none
+    signalling.uniRevision = uniRevision;
     text += sectionText(sectionPath(a, "Signalling0"), signalling);
     for (int m = 0; m < lecCount; ++m) {
         AtmLEC lec;
@@ -87,8 +88,9 @@ std::string adapterText(int a, const std::function<bool(const std::string&)>& is
 }  // namespace
 
 std::string newParameters(std::span<const int> adapters,
-                          const std::function<bool(const std::string& listFile)>& isFree) {
+                          const std::function<bool(const std::string& listFile)>& isFree,
+                          std::int32_t uniRevision) {
     std::string text = heading;
-    for (const int adapter : adapters) text += adapterText(adapter, isFree);
+    for (const int adapter : adapters) text += adapterText(adapter, isFree, uniRevision);
     return text;
 }
