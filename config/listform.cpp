@@ -14,6 +14,14 @@ using namespace listlines;
 
 namespace {
 
+constexpr std::string_view recordBegin = "[PVC";
+
+// So many characters are a client, whatever blanks are between them.
+constexpr std::size_t clientLength = std::string_view("00a03e000001/00").size();
+bool isSpace(char c) {
+    return std::string_view(" \t\r\n\v\f").find(c) != std::string_view::npos;
+}
+
 using IsAddress = bool (*)(std::string_view text);
 
 constexpr std::array<std::string_view, 5> writtenComments{
@@ -74,6 +82,7 @@ struct RecordPlace {
 
 void dropValue(ListForm& form, const RecordPlace& record, const char* fault) {
     drop(form, fmt::format("a value in record {} that is {}", record.number, fault));
+    form.faults.push_back({record.number - 1, fault});
 }
 
 void lookAtValue(std::string_view key, std::string_view value, const Kind& kind, const RecordPlace& record,
@@ -109,13 +118,12 @@ void lookAtRecordLine(std::string_view line, const Kind& kind, RecordPlace& reco
 ListForm formOfPvcs(std::string_view text, const Kind& kind) {
     ListForm form;
     TextLines lines(text);
-    constexpr std::string_view begin = "[PVC";
     bool begun = false;
     RecordPlace record{0};
     for (bool more = true; more;) {
         std::string_view line;
         more = lines.next(line);
-        if (!line.starts_with(begin)) {
+        if (!line.starts_with(recordBegin)) {
             const std::string_view word = trimmed(line);
             if (!word.empty() && word != "]")
                 drop(form, isComment(line) ? "a comment" : "a line beside its records");
@@ -124,7 +132,7 @@ ListForm formOfPvcs(std::string_view text, const Kind& kind) {
         begun = true;
         const std::size_t hash = line.find('#');
         lookAtComment(line, hash, form);
-        if (!trimmed(line.substr(0, hash)).substr(begin.size()).empty())
+        if (!trimmed(line.substr(0, hash)).substr(recordBegin.size()).empty())
             drop(form, "text beside its records");
         ++record.number;
         record.seen = 0;
@@ -134,13 +142,30 @@ ListForm formOfPvcs(std::string_view text, const Kind& kind) {
             lookAtRecordLine(line, kind, record, form);
         }
         // A line without an end counts as cut, too.
-        if (missing == 0 && more)
-            form.hasEntry = true;
-        else
+        form.cut = missing != 0 || !more;
+        if (form.cut)
             drop(form, "a last record that is cut");
+        else
+            form.hasEntry = true;
     }
     form.isList = form.isList && (begun || onlyComments(text));
     return form;
+}
+
+std::vector<int> pvcLines(std::string_view text) {
+    std::vector<int> all;
+    TextLines lines(text);
+    std::string_view line;
+    int number = 0;
+    while (lines.next(line)) {
+        ++number;
+        if (!line.starts_with(recordBegin)) continue;
+        const int begin = number;
+        int missing = recordLines;
+        for (; missing > 0 && lines.next(line); --missing) ++number;
+        if (missing == 0) all.push_back(begin);
+    }
+    return all;
 }
 
 }  // namespace
@@ -159,21 +184,43 @@ ListForm listForm(std::string_view text, const std::vector<esiSelector>&) {
         if (!trimmed(text).empty()) drop(form, "a comment");
         return form;
     }
-    // Fifteen characters are a client, whatever blanks are between them: with others among them all that
-    // follow are read as other ones.
-    constexpr std::size_t length = std::string_view("00a03e000001/00").size();
+    // With other characters among those of a client all that follow are read as other ones.
     std::string client;
     for (const char c : text) {
-        if (std::string_view(" \t\r\n\v\f").find(c) != std::string_view::npos) continue;
+        if (isSpace(c)) continue;
         client += c;
-        if (client.size() < length) continue;
+        if (client.size() < clientLength) continue;
         form.hasEntry = true;
         form.isList = form.isList && isClientText(client);
         client.clear();
     }
     form.isList = form.isList && form.hasEntry;
+    form.cut = form.isList && !client.empty();
     if (!client.empty()) drop(form, "a last client that is cut");
     return form;
+}
+
+std::vector<int> entryLines(std::string_view text, const std::vector<AtmRoutedPvc>&) {
+    return pvcLines(text);
+}
+
+std::vector<int> entryLines(std::string_view text, const std::vector<AtmBridgedPvc>&) {
+    return pvcLines(text);
+}
+
+std::vector<int> entryLines(std::string_view text, const std::vector<esiSelector>&) {
+    std::vector<int> all;
+    int line = 1, begin = 1;
+    std::size_t length = 0;
+    for (const char c : text) {
+        if (c == '\n') ++line;
+        if (isSpace(c)) continue;
+        if (length++ == 0) begin = line;
+        if (length < clientLength) continue;
+        all.push_back(begin);
+        length = 0;
+    }
+    return all;
 }
 
 bool isOutside(std::string_view name) {

@@ -12,8 +12,8 @@
 // over the file: after any failure the file is either the old or the new one. The engine does not know what
 // keys mean.
 //
-// Every complaint is one line on standard output; none stops the program. Functions that fail leave a reason
-// in errno. One thread; one handle for writing at a time.
+// Every complaint is one line on standard output; none stops the program.
+// Functions that fail leave a reason in errno. One thread; one handle for writing at a time.
 //
 // A text in memory can stand in place of the file. CloseSection then edits the text, and nothing reaches the
 // disk: a caller that changes several sections brings them there together.
@@ -29,6 +29,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Takes the lines that the engine prints, with their ends; without it they go to standard output.
 inline std::function<void(const std::string& line)> engineOutput;
@@ -132,6 +133,15 @@ int CloseSection(SectionHandle* handle);
 
 // Closes every open handle without commit and removes the copies. For when the program has to end.
 void AbandonSections();
+
+// Every place of a text where a section is opened, in order, as the engine sees it.
+struct SectionOpening {
+    std::string path;     // empty: its name cannot be read, or makes the path too long
+    std::string parent;   // path of the section around it, empty at the outermost level
+    std::size_t at = 0;   // of its bracket in the text
+    bool closed = false;  // before the end of the text
+};
+std::vector<SectionOpening> SectionOpenings(std::string& text);
 
 // Steps of the above, for the engine and its tests.
 

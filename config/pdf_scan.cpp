@@ -2,6 +2,7 @@
 #include "config/pdf_internal.h"
 
 #include <cstring>
+#include <memory>
 
 using namespace pdf;
 
@@ -135,6 +136,37 @@ bool pdf::findInText(SectionHandle& handle, std::string_view path) {
     handle.dataAt = place->second.at;
     handle.ahead = std::string_view(*handle.text).substr(handle.dataAt);
     return true;
+}
+
+std::vector<SectionOpening> SectionOpenings(std::string& text) {
+    std::vector<SectionOpening> all;
+    std::vector<std::size_t> open;
+    const auto handle = std::make_unique<SectionHandle>();
+    handle->text = &text;
+    handle->ahead = text;
+    while (ReadSectLine(handle.get())) {
+        const std::string_view line = handle->lineText();
+        const std::size_t lineAt = text.size() - handle->ahead.size() - line.size();
+        for (std::size_t at = nextBracket(line, 0); at != std::string_view::npos;
+             at = nextBracket(line, at + 1)) {
+            if (line[at] == ']') {
+                SectNameRev(handle.get());
+                if (open.empty()) continue;
+                all[open.back()].closed = true;
+                open.pop_back();
+                continue;
+            }
+            SectionOpening opening{.path = {}, .parent = handle->section.str(), .at = lineAt + at};
+            const int outside = handle->nest;
+            SectNameFwd(handle.get(), line.data() + at);
+            if (handle->nest > outside) {
+                opening.path = handle->section.str();
+                open.push_back(all.size());
+            }
+            all.push_back(std::move(opening));
+        }
+    }
+    return all;
 }
 
 bool pdf::scanTo(SectionHandle& handle, std::string_view path, std::size_t& behind) {

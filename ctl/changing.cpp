@@ -54,7 +54,7 @@ struct Plan {
 namespace {
 
 // Writes into texts alone what the change would write, to see what the files do not take.
-void rehearse(Session& session, const Plan& plan, const AtmDevices& before) {
+ConfigFiles rehearse(Session& session, const Plan& plan, const AtmDevices& before) {
     AtmDevices devices;
     DriverPdfEdit editor(nullptr, false, devices, std::make_shared<ReadCache>());
     editor.ReadLinks(plan.adapters);
@@ -88,6 +88,7 @@ void rehearse(Session& session, const Plan& plan, const AtmDevices& before) {
                             fmt::format("{}: the section names no client table (ElanTbl)", named.name.path),
                             named.name.path + ".clients");
             });
+    return std::move(editor.files());
 }
 
 Output begun(const Plan& plan) {
@@ -217,6 +218,10 @@ Tree requestTree(const SentRequest& request) {
     tree.put("where", {request.service, {}});
     tree.put("resp", {answered ? Json(request.resp) : Json(), {}});
     return tree;
+}
+
+ConfigFiles filesAfter(Session& session, const AtmDevices& before) {
+    return rehearse(session, Plan(before, session.devices), before);
 }
 
 Output carryOut(Session& session, const AtmDevices& before, const ChangeOptions& options) {

@@ -25,6 +25,9 @@ void readFor(Session& session, bool dryRun);
 // has no line in its section. Failure::changedMeanwhile, Failure::notDone: the files are as before.
 Output carryOut(Session& session, const AtmDevices& before, const ChangeOptions& options);
 
+// The files as carryOut() would write them; nothing happens. Failures as there.
+ConfigFiles filesAfter(Session& session, const AtmDevices& before);
+
 // Puts files back as they were, and tells the driver how the records of theirs differ. Failures as above.
 Output putBack(Session& session, std::vector<PastFile> files, const ChangeOptions& options);
 

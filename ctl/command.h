@@ -39,6 +39,7 @@ Run addGet(CLI::App& command);
 Run addHelp(CLI::App& command);
 Run addHistory(CLI::App& command);
 Run addRevert(CLI::App& command);
+Run addCheck(CLI::App& command);
 Run addInit(CLI::App& command);
 Run addSet(CLI::App& command);
 Run addTrace(CLI::App& command);

@@ -13,6 +13,7 @@ constexpr Command rows[] = {
     {"confirm", "Keep the change that would be taken back", addConfirm},
     {"history", "The changes so far, newest first", addHistory},
     {"revert", "Undo a change and all later ones", addRevert},
+    {"check", "What is wrong in the configuration", addCheck},
     {"init", "Write the parameter file of a first start", addInit},
     {"trace", "Switch one of the driver's own traces", addTrace},
     {"help", "What there is, and what a command takes", addHelp},

@@ -61,11 +61,15 @@ void Session::read() {
         }
         AtmDevices found;
         DriverPdfEdit editor(nullptr, false, found, configuration.known());
-        if (!editor.ReadPdf()) unreadable(editor.files().read(PdfEdit::parameterFile).error);
+        if (!editor.ReadPdf()) {
+            const FileAsRead& file = editor.files().read(PdfEdit::parameterFile);
+            unreadable(file.exists ? file.error : ENOENT);
+        }
         if (!last && (!editor.files().standAsRead() || saveIsUnderWay())) continue;
         devices = found;
         configuration.base() = found;
         missing_ = editor.unknownSections();
+        files = std::move(editor.files());
         return;
     }
 }

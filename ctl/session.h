@@ -23,6 +23,7 @@ class Session {
     // The records as this command leaves them; `configuration` knows what the files had.
     AtmDevices devices;
     Configuration configuration{"tvctl", devices};
+    ConfigFiles files;  // as they were read
 
     // Reads the files of all adapters as they stand at one moment, without locking them.
     // Failure::wrongValue: the parameter file cannot be read.

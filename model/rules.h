@@ -35,6 +35,8 @@ struct Finding {
     std::string path = {};
     std::string message = {};
     std::string part = {};
+
+    bool operator==(const Finding&) const = default;
 };
 
 // In the order of the services and their settings; what concerns several services comes last.
