@@ -13,7 +13,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
-#include <filesystem>
 #include <fmt/format.h>
 #include <linux/close_range.h>
 #include <nlohmann/json.hpp>
@@ -51,8 +50,7 @@ double number(const Json& json, const char* name) {
 
 // Nothing of the process that started it: no terminal, no descriptors, no working directory.
 void standAlone() {
-    if (const std::string root = platform::rootDirectory(); !root.empty())
-        ::setenv("TARVOLIN_ROOT", std::filesystem::absolute(root).c_str(), 1);
+    if (const std::string root = platform::rootDirectory(); !root.empty()) platform::useRootDirectory(root);
     ::setsid();
     if (::chdir("/") != 0) ::_exit(1);
     ::close_range(0, ~0U, 0);

@@ -102,9 +102,13 @@ Json readDocument(std::string_view text) {
     Json document;
     try {
         document = Json::parse(text, Watch());
-    } catch (const Json::exception& error) {
-        // Behind the number and the kind of the error it is the library's sentence.
-        wrong(fmt::format("this is no JSON document: {}", shortened(error.what())));
+    } catch (const Json::parse_error& error) {
+        const std::string_view before = text.substr(0, std::min(error.byte, text.size()));
+        const auto line = std::ranges::count(before, '\n') + 1;
+        wrong(fmt::format("this is no JSON document: line {}, byte {}", line,
+                          before.size() - (before.rfind('\n') + 1)));
+    } catch (const Json::exception&) {
+        wrong("this is no JSON document: a number is too large");
     }
     needsObject(document, "the document");
     const auto format = document.find("format");

@@ -2,6 +2,7 @@
 
 #include "config/pdf_io.h"
 #include "ctl/command.h"
+#include "platform/root.h"
 #include "platform/safetext.h"
 
 #include <algorithm>
@@ -101,7 +102,7 @@ struct CommandLine {
             return {.status = Status::usage, .message = platform::escaped(error.what())};
         }
         options.timeout = std::chrono::duration<double>(timeout);
-        if (!root.empty()) ::setenv("TARVOLIN_ROOT", root.c_str(), 1);
+        if (!root.empty()) platform::useRootDirectory(root);
         return {};
     }
 };

@@ -3,6 +3,7 @@
 #include "platform/debuglog.h"
 
 #include <cstdlib>
+#include <filesystem>
 
 namespace platform {
 
@@ -19,6 +20,10 @@ std::string_view root() {
 
 std::string rootDirectory() {
     return std::string(root());
+}
+
+void useRootDirectory(const std::string& path) {
+    ::setenv("TARVOLIN_ROOT", std::filesystem::absolute(path).c_str(), 1);
 }
 
 void logRootDirectory() {

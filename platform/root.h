@@ -21,6 +21,9 @@ struct HostPath {
 // The value of TARVOLIN_ROOT without trailing slashes, or empty when it is not set. Read at every call.
 std::string rootDirectory();
 
+// Sets it, as an absolute path, for this process and those that it starts.
+void useRootDirectory(const std::string& path);
+
 // Names the root directory on the debug log when there is one.
 void logRootDirectory();
 

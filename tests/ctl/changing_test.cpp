@@ -204,8 +204,10 @@ TEST_F(Changing, WhatIsShownAndAppliedChangesNothing) {
 
 TEST_F(Changing, ADocumentAppliedTwiceSendsAndWritesOnce) {
     const Simulator driver;
-    const std::string json = R"({"format":1,"adapter1":{"lec1":{"elanName":"new","mac":"any"},
-        "lec2":{"pvcs":[{"mac":"8:0:20:1:2:3","vci":300}]},"ip":{"pvcs":[]}},"adapter3":{"les1":{"mtu":9234}}})";
+    const std::string json = R"({"format":1,
+        "adapter1":{"lec1":{"elanName":"new","mac":"any"},
+                    "lec2":{"pvcs":[{"mac":"8:0:20:1:2:3","vci":300}]},"ip":{"pvcs":[]}},
+        "adapter3":{"les1":{"mtu":9234}}})";
     const Said first = apply(json);
     EXPECT_EQ(first.status, 0) << first.err;
     // Lists of services that run on come first; those that are restarted take theirs along.

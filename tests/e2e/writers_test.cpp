@@ -1,4 +1,4 @@
-// Two real tools and a script change the same files: nothing is lost.
+// Two real tools, tvctl and a script change the same files: nothing is lost.
 //
 // TV_ROUNDS sets how many rounds (bench/writers).
 #include "tests/e2e/outsideuser.h"
@@ -40,10 +40,11 @@ TEST(WritersInWindows, TheSumOfAllChangesIsInTheFiles) {
             added.push_back(1001 + static_cast<int>(added.size()));
             each->addPvc(added.back());
         }
-        // All three at once.
+        // All four at once.
         const std::string script = fmt::format(
-            "cd '{}' && flock run/tarvolin.lock sed -i 's/^# .*First adapter/# {} First adapter/' "
-            "etc/atm/tvconf",
+            "cd '{0}' && flock run/tarvolin.lock sed -i 's/^# .*First adapter/# {1} First adapter/' "
+            "etc/atm/tvconf && " TVCTL_PROGRAM
+            " --root '{0}' set --file-only adapter1/lec4.elanName=c{1} >/dev/null",
             root.path().string(), round);
         one.user.click(spot::ok, false);
         std::FILE* const running = ::popen(script.c_str(), "w");
@@ -52,7 +53,7 @@ TEST(WritersInWindows, TheSumOfAllChangesIsInTheFiles) {
         const bool ok = random() % 2;
         bool asked[2] = {};
         // Each has changed something, so each save is in the history.
-        const std::string last = fmt::format("/var/lib/tarvolin/history/{:04}/manifest.json", 2 * round);
+        const std::string last = fmt::format("/var/lib/tarvolin/history/{:04}/manifest.json", 3 * round);
         while (!root.exists(last)) {
             answer(one.user, ok, asked[0]);
             answer(two.user, ok, asked[1]);
@@ -70,6 +71,7 @@ TEST(WritersInWindows, TheSumOfAllChangesIsInTheFiles) {
         ASSERT_EQ(nameOfClient(root, 1), fmt::format("a{}", round));
         ASSERT_EQ(nameOfClient(root, 2), fmt::format("b{}", round));
         ASSERT_EQ(nameOfClient(root, 3), common);
+        ASSERT_EQ(nameOfClient(root, 4), fmt::format("c{}", round));
         ASSERT_TRUE(has(text, fmt::format("# {} First adapter", round)));
         for (const int vci : added) ASSERT_TRUE(has(list, fmt::format("={}\t", vci))) << vci;
     }
