@@ -32,6 +32,7 @@ std::span<const Command> commands();
 Run addApply(CLI::App& command);
 Run addShow(CLI::App& command);
 Run addClient(CLI::App& command);
+Run addCompletion(CLI::App& command);
 Run addConfirm(CLI::App& command);
 Run addPvc(CLI::App& command);
 Run addDiff(CLI::App& command);

@@ -17,6 +17,7 @@ constexpr Command rows[] = {
     {"init", "Write the parameter file of a first start", addInit},
     {"trace", "Switch one of the driver's own traces", addTrace},
     {"help", "What there is, and what a command takes", addHelp},
+    {"completion", "What bash needs to complete the words of tvctl", addCompletion},
     {"version", "The version of this program", addVersion},
 };
 

@@ -2,6 +2,7 @@
 
 #include "config/pdf_io.h"
 #include "ctl/command.h"
+#include "ctl/complete.h"
 #include "platform/root.h"
 #include "platform/safetext.h"
 
@@ -107,6 +108,13 @@ struct CommandLine {
     }
 };
 
+// "tvctl complete WORD...": not for people. Status 1: a file's name can stand there, too.
+int completeWords(const CLI::App& program, const std::vector<std::string>& words) {
+    const Candidates found = candidates(program, {words.begin() + 1, words.end()});
+    for (const std::string& word : found.words) write(stdout, word + '\n');
+    return found.files ? 1 : 0;
+}
+
 // "tvctl set --help" asks what "tvctl help set" does.
 std::vector<std::string> withoutHelpOption(const std::vector<std::string>& words) {
     if (std::ranges::count(words, "--help") == 0) return words;
@@ -130,6 +138,7 @@ int runProgram(const std::vector<std::string>& words) {
         if (said.insert(line).second) complain(platform::escaped(line));
     };
     CommandLine line;
+    if (!words.empty() && words[0] == "complete") return completeWords(line.app, words);
     if (const Output wrong = line.parse(withoutHelpOption(words)); wrong.status != Status::good)
         return print(wrong, asksForJson(words));
     try {

@@ -139,7 +139,7 @@ Run addPvc(CLI::App& command) {
     } verbs[] = {
         {"add", "A further PVC", "ADDRESS vci N", "ADDRESS vci N [llc|null] [broadcast|noBroadcast] [rate N]",
          Verb::add},
-        {"modify", "Change a PVC", "VCI", "VCI or [INDEX], and the words that change", Verb::modify},
+        {"modify", "Change a PVC", "VCI WORD", "VCI or [INDEX], and the words that change", Verb::modify},
         {"delete", "Take PVCs away", "VCI", "VCI or [INDEX] of each", Verb::remove},
     };
     const auto given = std::make_shared<Given>();

@@ -246,6 +246,16 @@ bool isReadOnly(const ServiceId& service, std::string_view key) {
     return readOnly && hasKey(service, key) && key != listOfService(service);
 }
 
+std::vector<std::string> valueNames(const ServiceId& service, std::string_view key) {
+    std::vector<std::string> names;
+    withRecord(service, [&](auto record) {
+        AtmDevices* none = nullptr;
+        if (const auto* row = rowOf<std::remove_cvref_t<decltype(record(*none))>>(key))
+            for (const CodeName& code : row->codes) names.emplace_back(code.name);
+    });
+    return names;
+}
+
 Json settingJson(const ServiceId& service, std::string_view key, const std::string& text) {
     Json json = text;
     withRecord(service, [&](auto record) {

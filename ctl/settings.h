@@ -28,6 +28,9 @@ std::string listOfService(const ServiceId& service);
 bool hasKey(const ServiceId& service, std::string_view key);
 bool isReadOnly(const ServiceId& service, std::string_view key);
 
+// The names that values of a setting have, such as "true" and "false"; empty: they have none.
+std::vector<std::string> valueNames(const ServiceId& service, std::string_view key);
+
 // A text as the JSON value of a setting.
 Json settingJson(const ServiceId& service, std::string_view key, const std::string& text);
 
