@@ -35,7 +35,7 @@ Output one(const CLI::App& program, const std::string& name) {
         program.get_subcommands([&](const CLI::App* command) { return command->get_name() == name; });
     if (found.empty())
         throw Failure(Status::usage, fmt::format("there is no command \"{}\"", platform::escaped(name)));
-    const std::string text = found.front()->help("tvctl", CLI::AppFormatMode::Normal);
+    const std::string text = found.front()->help("tvctl", CLI::AppFormatMode::All);
     Output output;
     output.tree.put("command", {name, {}});
     output.tree.put("help", {text, linesOf(text)});

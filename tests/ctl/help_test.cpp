@@ -1,0 +1,18 @@
+#include "run.h"
+
+#include <gmock/gmock.h>
+
+TEST(Help, TellsTheWordsOfEveryCommand) {
+    const Ran all = runTvctl("help");
+    EXPECT_EQ(all.status, 0);
+    for (const nlohmann::json& each : runTvctl("help --json").json()["commands"]) {
+        const std::string name = each["name"];
+        EXPECT_THAT(all.out, testing::HasSubstr(name + ' '));
+        EXPECT_THAT(runTvctl("help " + name).out, testing::HasSubstr("Usage: tvctl " + name));
+        EXPECT_EQ(runTvctl(name + " --help").out, runTvctl("help " + name).out);
+    }
+    EXPECT_THAT(runTvctl("help pvc").out, testing::HasSubstr("ADDRESS vci N [llc|null]"));
+    EXPECT_THAT(runTvctl("help client").out,
+                testing::AllOf(testing::HasSubstr("CLIENT"), testing::HasSubstr("--note")));
+    EXPECT_EQ(runTvctl("help nothing").status, 2);
+}
