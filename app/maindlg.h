@@ -1,10 +1,10 @@
 // The main window: lists the adapters and opens the configuration, statistics and global settings dialogs.
 #pragma once
 
-#include "driver/discovery.h"
 #include "change/configuration.h"
 #include "driver/channel.h"
 #include "driver/dai_io.h"
+#include "driver/discovery.h"
 #include "toolkit/controls/contextmenu.h"
 #include "toolkit/window/window.h"
 #include "ui/stats/statsdlg.h"

@@ -225,8 +225,7 @@ TEST(History, AManifestThatALossOfPowerLeftAsADraftGetsItsName) {
         oneEntry();
         EXPECT_EQ(root.exists(place("0001", manifestName)), whole);
         EXPECT_EQ(root.exists(draft), !whole);
-        EXPECT_EQ(root.read(whole ? place("0001", manifestName) : draft).size(),
-                  whole ? text.size() : cut);
+        EXPECT_EQ(root.read(whole ? place("0001", manifestName) : draft).size(), whole ? text.size() : cut);
 
         fs::remove(root.at(place("0002", manifestName)));
         root.write(place("0002", "manifest.json.new"), text);
