@@ -80,11 +80,11 @@ class Comparison {
             const auto left = from.values.find(setting.key), right = to.values.find(setting.key);
             if (left != from.values.end() && right != to.values.end() &&
                 left->second.text != right->second.text)
-                compareValues(path + '.' + setting.key, left->second, right->second);
+                compareValues(fmt::format("{}.{}", path, setting.key), left->second, right->second);
         }
         for (const auto& [name, left] : from.lists)
             if (const auto right = to.lists.find(name); right != to.lists.end())
-                compareLists(path + '.' + name, left, right->second);
+                compareLists(fmt::format("{}.{}", path, name), left, right->second);
     }
 
     void compareValues(const std::string& where, const SideValue& from, const SideValue& to) {

@@ -89,7 +89,8 @@ class Reader {
     }
 
     // What the driver tells exactly.
-    void known(Side& side, std::size_t place, std::set<std::string> keys, Mark mark = Mark::none) const {
+    void known(Side& side, std::size_t place, const std::set<std::string>& keys,
+               Mark mark = Mark::none) const {
         put({adapter_, place}, seen_, keys, mark, at(side, place));
     }
 
