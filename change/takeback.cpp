@@ -82,7 +82,7 @@ bool recordsWith(const std::vector<PastFile>& files, AtmDevices& devices) {
     return editor.ReadTexts(allAdapters);
 }
 
-void takeBackPending(const std::string& program) {
+std::string takeBackPending(const std::string& program) {
     platform::WaitLimit::set(platform::WaitLimit::Clock::now() + driverPatience);
     AtmDevices devices;
     Configuration configuration(program, devices);
@@ -90,10 +90,13 @@ void takeBackPending(const std::string& program) {
     std::string failed;
     if (configuration.lock(lockPatience, failed) != 0) {
         auditTrouble("none", "guard", "the configuration stays locked");
-        return;
+        return "the configuration stays locked";
     }
     const auto pending = pendingChange();
-    if (!pending || pending->left() > 0) return configuration.unlock();
+    if (!pending || pending->left() > 0) {
+        configuration.unlock();
+        return {};
+    }
     configuration.read();
     const std::string reason = undo(configuration, *pending);
     if (!reason.empty()) auditTrouble(numbered(pending->change), "guard", reason);
@@ -102,6 +105,7 @@ void takeBackPending(const std::string& program) {
         removePending();
         configuration.unlock();
     }
+    return reason;
 }
 
 std::string takeOverGuard(const std::string& program) {
@@ -109,10 +113,11 @@ std::string takeOverGuard(const std::string& program) {
     if (!pending || !platform::superUser() || pending->guarded()) return {};
     const std::string change = fmt::format("change {}", numbered(pending->change));
     if (pending->left() > 0) {
-        if (startGuard(*pending, [program](unsigned) { takeBackPending(program); }) == 0) return {};
+        if (startGuard(*pending, [program](unsigned) { static_cast<void>(takeBackPending(program)); }) == 0) return {};
         return fmt::format("{} waits for its confirmation, and nothing takes it back: {}", change,
                            std::strerror(errno));
     }
-    takeBackPending(program);
-    return fmt::format("{} of {} was not confirmed in time, and has been taken back", change, pending->user);
+    const std::string reason = takeBackPending(program);
+    const std::string what = fmt::format("{} of {} was not confirmed in time, and", change, pending->user);
+    return reason.empty() ? what + " has been taken back" : fmt::format("{} stays: {}", what, reason);
 }

@@ -81,6 +81,13 @@ ConfigFiles rehearse(Session& session, const Plan& plan, const AtmDevices& befor
                                   fmt::format("{}: section {} has no {}", where, named.section, row.key),
                                   where);
                 }
+                // Restarted, the service would run without it.
+                const std::string unknown = session.unknownListOf(service);
+                const auto same = [&](const KeyRow<Record>& row) { return sameField(row.field, was, is); };
+                if (!unknown.empty() && !std::ranges::all_of(keyRows<Record>(), same))
+                    throw Failure(Status::wrongValue,
+                                  fmt::format("{}: its list in {} cannot be read", named.name.path, unknown),
+                                  unknown);
                 if constexpr (requires { is.clientFile; })
                     if (!is.clients.empty() && is.clientFile.empty() && is.clients != was.clients)
                         throw Failure(
@@ -100,6 +107,7 @@ Output begun(const Plan& plan) {
     return output;
 }
 
+// `change`: "none" when the history does not have it, empty when there is none.
 void end(Output& output, const std::vector<SentRequest>& requests, bool driver, const std::string& change,
          const std::string& result) {
     Tree all = Tree::array();
@@ -107,7 +115,7 @@ void end(Output& output, const std::vector<SentRequest>& requests, bool driver, 
     output.tree.put("requests", std::move(all));
     output.tree.put("driver", {driver, {}});
     const bool numbered = !change.empty() && change != "none";
-    const std::string line = result == "dry run" ? result : numbered ? "change " + change : "no change";
+    const std::string line = result == "dry run" ? result : change.empty() ? "no change" : "change " + change;
     output.tree.put("change", {numbered ? Json(std::stoul(change)) : Json(), {}});
     output.tree.put("result", {result, {line}});
 }
@@ -149,7 +157,9 @@ Output make(Session& session, const Plan& plan, ChangeOrder order) {
     needsDone(result);
     if (driver) judge(output, result);
     for (const std::string& note : result.notes) output.warnings.push_back(note);
-    end(output, result.record.requests, driver, result.change, resultWord(output.status));
+    end(output, result.record.requests, driver, result.wrote ? result.change : "", resultWord(output.status));
+    if (result.wrote && result.change == "none")
+        output.warnings.emplace_back("the history does not have this change: see the system log");
     return output;
 }
 
@@ -164,7 +174,8 @@ ChangeOrder orderFor(Session& session, const Plan& plan, const AtmDevices& befor
     bool driver = false;
     if (!options.fileOnly) {
         session.discovery();
-        driver = static_cast<bool>(session.channel());
+        // One that has not answered yet is told all the same, and found silent.
+        driver = session.channel() || session.channel().outcome() == Outcome::silent;
     }
     return {.adapters = plan.adapters,
             .changed = plan.restarted,

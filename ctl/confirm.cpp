@@ -21,7 +21,9 @@ Output confirm(Session& session, const std::string& text) {
     session.configuration.passPending = true;
     session.lock();
     const auto pending = pendingChange();
-    if (!pending) throw Failure(Status::notThere, "no change waits for its confirmation");
+    if (!pending || pending->left() <= 0)
+        throw Failure(Status::notThere, pending ? "it is too late: the change is being taken back"
+                                                : "no change waits for its confirmation");
     if (!text.empty() && pending->change != number)
         throw Failure(
             Status::notThere,

@@ -36,6 +36,8 @@ Output get(Session& session, const std::string& text) {
     session.read();
     Output output;
     output.tree.put("where", {path.text(), {}});
+    if (const std::string file = session.unknownListOf(path.service); isList && !file.empty())
+        throw Failure(Status::wrongValue, fmt::format("{} cannot be read", file), file);
     if (isList) {
         output.tree.put("value", listValue(path, session.devices));
         return output;

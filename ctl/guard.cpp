@@ -1,6 +1,7 @@
 #include "ctl/guard.h"
 
 #include "change/pastchanges.h"
+#include "change/statedirectory.h"
 #include "change/takeback.h"
 #include "ctl/changing.h"
 #include "ctl/status.h"
@@ -13,6 +14,12 @@
 
 GuardedChange::GuardedChange(Session& session, double seconds) : seconds_(seconds) {
     if (seconds <= 0) return;
+    platform::HostPath history;
+    if (makeStateDirectory(historyDirectory, history) != 0)
+        throw Failure(
+            Status::notDone,
+            fmt::format("{}: {}: nothing could take the change back", historyDirectory, std::strerror(errno)),
+            std::string(historyDirectory));
     // The change itself may take as long as the driver is waited for.
     const double longest = seconds + session.options().timeout.count() + 60;
     const platform::Account user = platform::realUser();

@@ -8,8 +8,7 @@ namespace {
 
 DriverChannel& driverOf(Session& session) {
     session.discovery();
-    if (!session.channel())
-        throw Failure(Status::noDriver, "there is no driver; --file-only changes the files");
+    if (!session.channel()) throw session.noDriver("; --file-only changes the files");
     return session.channel();
 }
 

@@ -15,7 +15,7 @@ std::string shortName(const ServiceId& service) {
     return path.substr(path.find('/') + 1);
 }
 
-Tree serviceTree(const ServiceId& service, const AtmDevices& devices, bool macKnown) {
+Tree serviceTree(const ServiceId& service, const AtmDevices& devices, bool macKnown, bool listKnown) {
     Tree tree;
     const std::string path = service.name().path + '.';
     for (const Setting& setting : settingsOf(service, devices, macKnown))
@@ -24,6 +24,7 @@ Tree serviceTree(const ServiceId& service, const AtmDevices& devices, bool macKn
         const auto& from = record(devices);
         using Record = std::remove_cvref_t<decltype(from)>;
         if constexpr (hasList<Record>) {
+            if (!listKnown) return;
             Tree entries = Tree::array();
             for (std::size_t i = 0; const auto& entry : *listOf(from))
                 entries.add(
@@ -36,12 +37,14 @@ Tree serviceTree(const ServiceId& service, const AtmDevices& devices, bool macKn
 }
 
 Tree configurationTree(std::span<const ServiceId> services, const AtmDevices& devices,
-                       const std::function<bool(int adapter)>& macKnown) {
+                       const std::function<bool(int adapter)>& macKnown,
+                       const std::function<bool(const ServiceId& service)>& listKnown) {
     std::map<int, Tree> adapters;
     for (const ServiceId& service : services)
         if (!adapters[service.adapter].json().contains(shortName(service)))
-            adapters[service.adapter].put(shortName(service),
-                                          serviceTree(service, devices, macKnown(service.adapter)));
+            adapters[service.adapter].put(
+                shortName(service),
+                serviceTree(service, devices, macKnown(service.adapter), !listKnown || listKnown(service)));
     Tree tree;
     for (auto& [adapter, of] : adapters) tree.put(adapterName(adapter), std::move(of));
     return tree;

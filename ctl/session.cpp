@@ -69,6 +69,7 @@ void Session::read() {
         devices = found;
         configuration.base() = found;
         missing_ = editor.unknownSections();
+        unknownLists_ = editor.unknownLists();
         files = std::move(editor.files());
         return;
     }
@@ -99,6 +100,21 @@ const Discovery& Session::discovery() {
     *discovery_ = discoverAdapters(*query_, devices);
     configuration.driverRevision = discovery_->version;
     return *discovery_;
+}
+
+std::string Session::unknownListOf(const ServiceId& service) const {
+    std::string unknown;
+    withRecord(service, [&](auto record) {
+        const auto& of = record(configuration.base());
+        if constexpr (hasList<std::remove_cvref_t<decltype(of)>>)
+            if (const std::string name = listFileOf(of).str(); unknownLists_.contains(name)) unknown = name;
+    });
+    return unknown;
+}
+
+Failure Session::noDriver(const std::string& advice) const {
+    if (channel_.outcome() == Outcome::silent) return {Status::silent, "the driver did not answer"};
+    return {Status::noDriver, "there is no driver" + advice};
 }
 
 bool Session::hasSection(int adapter) const {

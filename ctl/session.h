@@ -2,6 +2,8 @@
 #pragma once
 
 #include "change/configuration.h"
+#include "ctl/paths.h"
+#include "ctl/status.h"
 #include "driver/channel.h"
 #include "driver/discovery.h"
 
@@ -43,10 +45,15 @@ class Session {
     bool hasDriver() { return discovery().complete; }
     // A closed one when there is no driver.
     DriverChannel& channel() { return channel_; }
+    // Why it is closed: there is no driver, or it did not answer.
+    Failure noDriver(const std::string& advice = {}) const;
 
     // Adapters that have a section or that the driver reports, ascending.
     std::vector<int> adapters();
     bool hasSection(int adapter) const;
+    // The list of a service is in a file that cannot be read, or is no list: nothing is known of it. The
+    // file; empty: it is known.
+    std::string unknownListOf(const ServiceId& service) const;
     bool knowsMac(int adapter);  // the driver has said it
 
   private:
@@ -57,6 +64,7 @@ class Session {
     DriverChannel channel_;
     std::optional<aalInfo> query_;
     std::optional<Discovery> discovery_;
+    std::set<std::string> unknownLists_;
     std::set<std::string> missing_;  // sections of no adapter
 };
 

@@ -4,6 +4,7 @@
 #include "ctl/state.h"
 
 #include <algorithm>
+#include <fmt/format.h>
 #include <memory>
 
 namespace {
@@ -26,8 +27,17 @@ struct Show {
                 const std::vector<ServiceId> all = servicesOf(adapter);
                 services.insert(services.end(), all.begin(), all.end());
             }
-        return {configurationTree(services, session.devices,
-                                  [&](int adapter) { return session.knowsMac(adapter); })};
+        Output output{configurationTree(
+            services, session.devices, [&](int adapter) { return session.knowsMac(adapter); },
+            [&](const ServiceId& service) { return session.unknownListOf(service).empty(); })};
+        for (const ServiceId& service : services)
+            if (const std::string file = session.unknownListOf(service);
+                !file.empty() && output.message.empty()) {
+                output.status = Status::wrongValue;
+                output.message = fmt::format("{} cannot be read: the list is left out", file);
+                output.where = file;
+            }
+        return output;
     }
 };
 

@@ -336,7 +336,7 @@ Side sentSide(Session& session) {
 
 Side driverSide(Session& session, const AtmDevices& inFiles) {
     session.discovery();
-    if (!session.channel()) throw Failure(Status::noDriver, "there is no driver");
+    if (!session.channel()) throw session.noDriver();
     if (!session.hasDriver()) throw Failure(Status::silent, "the driver did not answer");
     return Reader(session, inFiles).read();
 }

@@ -399,3 +399,36 @@ TEST_F(Changing, WhoIsNotRootMayLook) {
           "pvc delete adapter1/lec1 100", "client add adapter1/les1 00:00:00:00:00:01-00"})
         EXPECT_EQ(run(words), 77) << words;
 }
+
+TEST_F(Changing, AListThatCannotBeReadIsNotAnEmptyOne) {
+    fs::remove(root.at("/etc/atm/pvcconf0.0"));
+    fs::create_directory(root.at("/etc/atm/pvcconf0.0"));
+    const Said shown = tvctl("show --json adapter1/lec1");
+    EXPECT_EQ(shown.status, 9);
+    EXPECT_FALSE(Json::parse(shown.out)["adapter1"]["lec1"].contains("pvcs"));
+    EXPECT_EQ(tvctl("get adapter1/lec1.pvcs").status, 9);
+    const Said restarted = tvctl("set adapter1/lec1.l3Mtu=1400");
+    EXPECT_EQ(restarted.status, 9);
+    EXPECT_THAT(restarted.err, HasSubstr("its list in /etc/atm/pvcconf0.0 cannot be read"));
+    EXPECT_EQ(tvctl("set adapter1/lec2.l3Mtu=4000").status, 0);
+}
+
+TEST_F(Changing, WithoutAHistoryNothingIsTriedAndItIsSaid) {
+    root.write("/var/lib/tarvolin/history", "in the way");
+    fs::permissions(root.at("/var/lib/tarvolin"), fs::perms(0700));
+    const Texts before = files();
+    EXPECT_EQ(tvctl("set adapter1/lec1.elanName=tried --confirm 1").status, 5);
+    EXPECT_EQ(files(), before);
+    const Said said = tvctl("set adapter1/lec1.elanName=done");
+    EXPECT_EQ(lastLine(said.out), "change none");
+    EXPECT_THAT(said.err, HasSubstr("the history does not have this change"));
+    EXPECT_NE(files(), before);
+}
+
+TEST_F(Changing, ADriverThatNeverAnswersIsNoMissingOne) {
+    const Simulator driver;
+    driver.ctl("fault any every silent");
+    for (const char* words : {"diff", "trace api on", "pvc add adapter1/lec1 8:0:20:1:2:3 vci 300",
+                              "set adapter1/lec1.elanName=other"})
+        EXPECT_EQ(tvctl(std::string("--timeout 0.2 ") + words).status, 3) << words;
+}
