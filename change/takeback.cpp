@@ -98,7 +98,7 @@ std::string takeBackPending(const std::string& program) {
         return {};
     }
     configuration.read();
-    const std::string reason = undo(configuration, *pending);
+    std::string reason = undo(configuration, *pending);
     if (!reason.empty()) auditTrouble(numbered(pending->change), "guard", reason);
     std::string again;
     if (configuration.lock(lockPatience, again) == 0) {
@@ -113,7 +113,8 @@ std::string takeOverGuard(const std::string& program) {
     if (!pending || !platform::superUser() || pending->guarded()) return {};
     const std::string change = fmt::format("change {}", numbered(pending->change));
     if (pending->left() > 0) {
-        if (startGuard(*pending, [program](unsigned) { static_cast<void>(takeBackPending(program)); }) == 0) return {};
+        if (startGuard(*pending, [program](unsigned) { static_cast<void>(takeBackPending(program)); }) == 0)
+            return {};
         return fmt::format("{} waits for its confirmation, and nothing takes it back: {}", change,
                            std::strerror(errno));
     }
