@@ -100,6 +100,7 @@ class AdapterChange {
     void noteSent(int adapter, const ServiceSet& due, std::size_t before, LastSent& sent);
     void noteWithoutTable(const AtmDevices& devices);
     void noteDifferentLists();
+    void noteUnknownLists(Round& round);
     void lookAhead(const ServiceSets& due, std::size_t before);
     void noteDriverAhead();
     void noteUnsaved(const DriverPdfEdit::Lacking& lacking, const AtmDevices& written);

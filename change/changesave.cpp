@@ -148,6 +148,7 @@ void AdapterChange::takeResult(Round& round) {
     for (const std::string& dropped : round.editor.dropped())
         if (result_.wrote) result_.notes.push_back(dropped);
     noteDifferentLists();
+    noteUnknownLists(round);
     noteDriverAhead();
     for (std::string& note : configuration_.takeNotes()) result_.notes.push_back(std::move(note));
     if (round.readable) {

@@ -1,6 +1,5 @@
 // What a change sends to the driver, and what is kept of it.
-#include "change/adapterchange.h"
-
+#include "change/changeround.h"
 #include "change/driverphase.h"
 #include "change/listrequests.h"
 #include "change/restart.h"
@@ -134,6 +133,19 @@ void AdapterChange::noteDriverAhead() {
     forEachDue(ahead_, [&](const ServiceName& name, auto, auto) {
         result_.notes.push_back(
             fmt::format("The driver runs {} with settings that are not in the file.", name.words));
+    });
+}
+
+// A restart takes the list along that is known; of one that cannot be read nothing is.
+void AdapterChange::noteUnknownLists(Round& round) {
+    if (!order_.driver) return;
+    forEachDue(sentServices_, [&](const ServiceName& name, auto record, auto) {
+        const auto& service = record(round.theirs);
+        if constexpr (hasList<std::remove_cvref_t<decltype(service)>>)
+            if (const std::string file = listFileOf(service).str();
+                round.editor.unknownLists().contains(file))
+                result_.notes.push_back(
+                    fmt::format("{} was given no list: {} cannot be read.", name.words, file));
     });
 }
 

@@ -99,6 +99,22 @@ TEST(Unreadable, ARunningClientIsNotStopped) {
     EXPECT_THAT(simulator.ctl("dump config"), testing::HasSubstr("config lec 1.1 l3Mtu 1400\n"));
 }
 
+// A restarted client gets its PVCs from the list, of which nothing is known here.
+TEST(Unreadable, ARestartWithoutTheListIsSaid) {
+    const SampleRoot root;
+    const Simulator simulator({"--frozen", "--adapters", "1"});
+    fs::remove(root.at("/etc/atm/pvcconf0.0"));
+    fs::create_directory(root.at("/etc/atm/pvcconf0.0"));
+    Administrator user;
+    ChangeOrder order{.adapters = {0}, .before = user.before, .driver = true};
+    order.changed[0].lec.set(0);
+    user.lec(1).l3Mtu = 1400;
+    AdapterChange change(user.configuration, order);
+    EXPECT_FALSE(change.run());
+    EXPECT_THAT(change.result().notes,
+                testing::ElementsAre("LEC 1 was given no list: /etc/atm/pvcconf0.0 cannot be read."));
+}
+
 // Whoever owns the directory may put one there.
 TEST(Unreadable, ARecordOfAnotherUserIsNotObeyed) {
     if (::geteuid() != 0) GTEST_SKIP() << "needs another user's file";
