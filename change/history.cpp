@@ -6,12 +6,12 @@
 #include "platform/debuglog.h"
 #include "platform/files.h"
 #include "platform/host.h"
+#include "platform/number.h"
 #include "platform/openfile.h"
 #include "platform/stream.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
 #include <cstring>
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -37,14 +37,6 @@ std::string systemPath(std::string_view number) {
     return fmt::format("{}/{}", historyDirectory, number);
 }
 
-// Of an entry's name, else 0. Names of ten digits and more are nobody's: the history does not get there.
-unsigned numberOf(std::string_view name) {
-    unsigned number = 0;
-    const char* end = name.data() + name.size();
-    const auto [stopped, error] = std::from_chars(name.data(), end, number);
-    return error == std::errc() && stopped == end && name.size() < 10 ? number : 0;
-}
-
 struct Entry {
     unsigned number;
     std::string name;
@@ -55,7 +47,7 @@ bool entriesIn(const HostPath& history, std::vector<Entry>& entries) {
     std::vector<std::string> names;
     if (files().list(history, names) != 0) return false;
     for (std::string& name : names)
-        if (const unsigned number = numberOf(name)) entries.push_back({number, std::move(name)});
+        if (const unsigned number = changeNumber(name)) entries.push_back({number, std::move(name)});
     std::ranges::sort(entries, {}, &Entry::number);
     return true;
 }
@@ -90,10 +82,9 @@ void nameDraft(const HostPath& entry, const std::string& number) {
     const HostPath manifest = within(entry, manifestName), draft = draftIn(entry);
     struct stat status {};
     if (files().status(manifest, status) == 0 || errno != ENOENT) return;
-    constexpr std::size_t largest = 8U << 20;  // far above a manifest, and read at once
     const platform::OpenFile file(files().open(draft, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY, 0));
     std::string text;
-    if (file && platform::readWhole(file.descriptor(), text, largest) && isManifestOf(number, text))
+    if (file && platform::readWhole(file.descriptor(), text, largestManifest) && isManifestOf(number, text))
         giveName(draft, manifest);
 }
 
@@ -146,6 +137,11 @@ int takeAttributes(const HostPath& from, const HostPath& to) {
 }
 
 }  // namespace
+
+unsigned changeNumber(std::string_view name) {
+    const auto number = platform::wholeNumber<unsigned>(name);
+    return name.size() < 10 ? number.value_or(0) : 0;
+}
 
 void HistoryEntry::giveUp(const std::string& systemPath) {
     say(none, systemPath, errno);

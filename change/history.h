@@ -12,12 +12,19 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 constexpr std::size_t keptEntries = 50;
 
 // The name of the manifest in an entry. A stored file's name begins with a digit.
 constexpr const char* manifestName = "manifest.json";
+
+constexpr std::size_t largestManifest = 8U << 20;  // far above any, and read at once
+
+// The number that the name of an entry is, else 0. Names of ten digits and more are nobody's: the history
+// does not get there.
+unsigned changeNumber(std::string_view name);
 
 // A file that a save is about to replace or remove, or to create.
 struct FileAtRisk {

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
 #include <fmt/format.h>
 #include <map>
 
@@ -16,17 +15,8 @@ using platform::HostPath;
 
 namespace {
 
-constexpr std::size_t largestManifest = 8UL << 20U;
-
 HostPath inHistory(std::string_view entry, std::string_view name) {
     return platform::hostPath(fmt::format("{}/{}/{}", historyDirectory, entry, name));
-}
-
-unsigned numberOf(std::string_view name) {
-    unsigned number = 0;
-    const char* end = name.data() + name.size();
-    const auto [stopped, error] = std::from_chars(name.data(), end, number);
-    return error == std::errc() && stopped == end && name.size() < 10 ? number : 0;
 }
 
 // The content that a name stands for at this moment; false and errno when it cannot be told.
@@ -57,11 +47,11 @@ int readPastChanges(std::vector<PastChange>& changes) {
     std::vector<std::string> names;
     if (files().list(platform::hostPath(historyDirectory), names) != 0) return errno == ENOENT ? 0 : errno;
     for (const std::string& name : names) {
-        const unsigned number = numberOf(name);
+        const unsigned number = changeNumber(name);
         std::string text;
         if (number == 0 || !platform::readWhole(inHistory(name, manifestName), text, largestManifest))
             continue;
-        if (auto read = readManifest(text); read && numberOf(read->manifest.number) == number)
+        if (auto read = readManifest(text); read && changeNumber(read->manifest.number) == number)
             changes.push_back({number, std::move(*read)});
     }
     std::ranges::sort(changes, std::greater(), &PastChange::number);
@@ -72,7 +62,7 @@ unsigned nextChange() {
     std::vector<std::string> names;
     files().list(platform::hostPath(historyDirectory), names);
     unsigned newest = 0;
-    for (const std::string& name : names) newest = std::max(newest, numberOf(name));
+    for (const std::string& name : names) newest = std::max(newest, changeNumber(name));
     return newest + 1;
 }
 

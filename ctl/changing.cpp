@@ -265,10 +265,13 @@ bool PreparedLists::differ() const {
     return plan_->any();
 }
 
-Output PreparedLists::preview(bool dryRun) const {
-    if (!differ() || !dryRun) return nothing(*plan_);
+Output PreparedLists::unchanged() const {
+    return nothing(*plan_);
+}
+
+Output PreparedLists::preview(const std::vector<SentRequest>& requests) const {
     Output output = begun(*plan_);
-    end(output, {}, false, "", "dry run");
+    end(output, requests, !requests.empty(), "", "dry run");
     output.status = Status::different;
     return output;
 }

@@ -39,7 +39,8 @@ class PreparedLists {
     ~PreparedLists();
 
     bool differ() const;
-    Output preview(bool dryRun) const;
+    Output unchanged() const;
+    Output preview(const std::vector<SentRequest>& requests) const;  // that would be sent
     // One was not taken; the files stay.
     Output notTaken(const std::vector<SentRequest>& requests, const std::vector<DriverSentence>& why) const;
     // The driver has taken these.

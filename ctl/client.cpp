@@ -98,11 +98,8 @@ Run addClient(CLI::App& command) {
         {"move", "Clients of the other LESs become those of this one", Verb::move},
     };
     const auto given = std::make_shared<Given>();
-    command.require_subcommand(1);
     for (const auto& verb : verbs) {
-        CLI::App* sub = command.add_subcommand(verb.name, verb.summary);
-        sub->fallthrough();
-        sub->set_help_flag();
+        CLI::App* sub = addListVerb(command, verb.name, verb.summary);
         sub->add_option("PATH", given->path, "adapter1/les3")->required();
         sub->add_option("CLIENT", given->clients, "ESI and selector, 00:a0:3e:00:00:01-00")->required();
         given->options.add(*sub, false);

@@ -1,10 +1,9 @@
 // confirm [N]: keeps the change that would be taken back.
 #include "change/pending.h"
 #include "ctl/command.h"
-#include "platform/safetext.h"
+#include "ctl/past.h"
 
 #include <cerrno>
-#include <charconv>
 #include <cstring>
 #include <fmt/format.h>
 #include <memory>
@@ -13,11 +12,7 @@ namespace {
 
 Output confirm(Session& session, const std::string& text) {
     requireRoot();
-    unsigned number = 0;
-    const char* end = text.data() + text.size();
-    const auto [stopped, error] = std::from_chars(text.data(), end, number);
-    if (!text.empty() && (stopped != end || error == std::errc::invalid_argument))
-        throw Failure(Status::usage, fmt::format("\"{}\" is no number of a change", platform::escaped(text)));
+    const unsigned number = text.empty() ? 0 : readChangeNumber(text);
     session.configuration.passPending = true;
     session.lock();
     const auto pending = pendingChange();

@@ -1,15 +1,14 @@
 // diff [FROM [TO]]: what differs between the files, the driver, what was last sent, a past state, a document.
-#include "change/pastchanges.h"
 #include "change/takeback.h"
 #include "ctl/command.h"
 #include "ctl/differences.h"
 #include "ctl/document.h"
+#include "ctl/past.h"
 #include "ctl/settings.h"
 #include "ctl/side.h"
 #include "platform/safetext.h"
 
 #include <algorithm>
-#include <charconv>
 #include <fmt/format.h>
 #include <memory>
 
@@ -22,24 +21,12 @@ bool counts(Mark mark) {
 }
 
 // The records before a change.
-AtmDevices devicesBefore(const std::string& text) {
+AtmDevices devicesBefore(const std::string& number) {
     requireRoot();
-    std::vector<PastChange> changes;
-    readPastChanges(changes);
-    unsigned number = 0;
-    const char* end = text.data() + text.size();
-    const auto [stopped, error] = std::from_chars(text.data() + 1, end, number);
-    if (stopped != end || error != std::errc())
-        throw Failure(Status::usage,
-                      fmt::format("\"{}\" is no change, such as @42", platform::escaped(text)));
-    if (std::ranges::none_of(changes, [=](const PastChange& each) { return each.number == number; }))
-        throw Failure(Status::notThere, fmt::format("there is no change {}", number));
-    PastFiles past = filesBefore(number, changes);
-    if (!past.edited.empty())
-        throw Failure(Status::changedMeanwhile,
-                      fmt::format("{} is not as the last change left it", past.edited), past.edited);
+    const std::vector<PastChange> changes = allChanges();
     AtmDevices devices;
-    recordsWith(past.files, devices);
+    if (!recordsWith(filesBeforeChange(findChange(number, changes), changes), devices))
+        throw Failure(Status::wrongValue, fmt::format("{} as it was cannot be read", PdfEdit::parameterFile));
     return devices;
 }
 
@@ -142,7 +129,7 @@ Side readSide(const std::string& name, Session& session) {
     if (name == "file") return sideOf(session.devices, session.adapters());
     if (name == "driver") return driverSide(session, session.devices);
     if (name == "sent") return sentSide(session);
-    if (name.starts_with('@')) return sideOf(devicesBefore(name), all);
+    if (name.starts_with('@')) return sideOf(devicesBefore(name.substr(1)), all);
     const Json document = readDocument(readDocumentFile(name));
     AtmDevices devices = session.devices;
     applyDocument(document, devices);

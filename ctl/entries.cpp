@@ -3,10 +3,10 @@
 #include "ctl/status.h"
 #include "model/addresstext.h"
 #include "platform/index.h"
+#include "platform/number.h"
 #include "platform/safetext.h"
 
 #include <algorithm>
-#include <charconv>
 #include <fmt/format.h>
 #include <limits>
 #include <optional>
@@ -26,13 +26,6 @@ Json jsonOf(const PvcFlag& flag, std::int32_t code) {
 
 [[noreturn]] void wrong(const std::string& where, const std::string& reason) {
     throw Failure(Status::wrongValue, where.empty() ? reason : fmt::format("{}: {}", where, reason), where);
-}
-
-template <class Number> std::optional<Number> numberIn(std::string_view text) {
-    Number number = 0;
-    const char* end = text.data() + text.size();
-    const auto [stopped, error] = std::from_chars(text.data(), end, number);
-    return error == std::errc() && stopped == end ? std::optional(number) : std::nullopt;
 }
 
 std::string addressOf(const AtmBridgedPvc& pvc) {
@@ -60,9 +53,7 @@ template <std::size_t N> std::array<std::uint8_t, N> bytesOf(AddressKind kind, c
     const AddressReading reading = ReadAddress(kind, text);
     if (!reading.reason.empty())
         wrong("", fmt::format("\"{}\": {}", escaped(std::string_view(text).substr(0, 80)), reading.reason));
-    std::array<std::uint8_t, N> bytes{};
-    std::copy_n(reading.bytes.begin(), N, bytes.begin());
-    return bytes;
+    return reading.as<N>();
 }
 
 // The words of a command, one after the other.
@@ -84,7 +75,7 @@ class Words {
     }
     template <class Number> Number number(std::string_view behind) {
         const std::string& text = next(behind);
-        const auto number = numberIn<Number>(text);
+        const auto number = platform::wholeNumber<Number>(text);
         if (!number || *number > std::numeric_limits<Number>::max())
             wrong("", fmt::format("{} \"{}\": takes 0 to {}", behind, escaped(text),
                                   std::numeric_limits<Number>::max()));
@@ -123,7 +114,8 @@ std::int32_t readFlag(const PvcFlag& flag, const Json& value, const std::string&
     constexpr std::string_view word = "code ";
     if (value.is_string())
         if (const auto& text = value.get_ref<const std::string&>(); text.starts_with(word))
-            if (const auto code = numberIn<std::int32_t>(std::string_view(text).substr(word.size()));
+            if (const auto code =
+                    platform::wholeNumber<std::int32_t>(std::string_view(text).substr(word.size()));
                 code && *code != 0 && *code != 1)
                 return *code;
     wrong(where,

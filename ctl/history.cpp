@@ -1,38 +1,18 @@
 // history [N]: the changes so far; revert N: undoes one of them and all later ones.
-#include "change/pastchanges.h"
 #include "change/pending.h"
 #include "ctl/changing.h"
+#include "ctl/past.h"
 #include "ctl/settings.h"
 #include "platform/safetext.h"
 #include "platform/wallclock.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cstring>
 #include <fmt/format.h>
 #include <memory>
 
 using platform::escaped;
 
 namespace {
-
-std::vector<PastChange> pastChanges() {
-    std::vector<PastChange> changes;
-    if (const int error = readPastChanges(changes))
-        throw Failure(Status::wrongValue, fmt::format("the history: {}", std::strerror(error)));
-    return changes;
-}
-
-const PastChange& changeOf(const std::string& text, const std::vector<PastChange>& changes) {
-    unsigned number = 0;
-    const char* end = text.data() + text.size();
-    const auto [stopped, error] = std::from_chars(text.data(), end, number);
-    if (stopped != end || error == std::errc::invalid_argument)
-        throw Failure(Status::usage, fmt::format("\"{}\" is no number of a change", escaped(text)));
-    const auto change = std::ranges::find(changes, number, &PastChange::number);
-    if (change == changes.end()) throw Failure(Status::notThere, fmt::format("there is no change {}", text));
-    return *change;
-}
 
 std::string userOf(const PastChange& change) {
     const platform::Account& user = change.read.manifest.invoker.user;
@@ -101,12 +81,12 @@ Tree changeTree(const PastChange& change, bool whole) {
 
 Output history(const std::string& number) {
     requireRoot();
-    const std::vector<PastChange> changes = pastChanges();
+    const std::vector<PastChange> changes = allChanges();
     Tree all = Tree::array();
     if (number.empty())
         for (const PastChange& change : changes) all.add(changeTree(change, false));
     else
-        all.add(changeTree(changeOf(number, changes), true));
+        all.add(changeTree(findChange(number, changes), true));
     Output output;
     output.tree.put("history", std::move(all));
     return output;
@@ -115,16 +95,9 @@ Output history(const std::string& number) {
 Output revert(Session& session, const std::string& number, const ChangeOptions& options) {
     requireRoot();
     readFor(session, options.dryRun);
-    const std::vector<PastChange> changes = pastChanges();
-    const PastChange& change = changeOf(number, changes);
-    PastFiles past = filesBefore(change.number, changes);
-    if (past.error)
-        throw Failure(Status::notDone, fmt::format("{}: {}", past.edited, std::strerror(past.error)),
-                      past.edited);
-    if (!past.edited.empty())
-        throw Failure(Status::changedMeanwhile,
-                      fmt::format("{} is not as the last change left it", past.edited), past.edited);
-    return putBack(session, std::move(past.files), options);
+    const std::vector<PastChange> changes = allChanges();
+    const PastChange& change = findChange(number, changes);
+    return putBack(session, filesBeforeChange(change, changes), options);
 }
 
 }  // namespace

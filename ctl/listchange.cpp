@@ -24,6 +24,14 @@ bool sendAll(DriverPhase& phase, DriverChannel& channel, const std::vector<ListS
 
 }  // namespace
 
+CLI::App* addListVerb(CLI::App& command, const char* name, const char* summary) {
+    command.require_subcommand(1);
+    CLI::App* verb = command.add_subcommand(name, summary);
+    verb->fallthrough();
+    verb->set_help_flag();
+    return verb;
+}
+
 ServiceId readListService(const std::string& path, std::string_view list) {
     const ServiceId service = readService(path);
     if (listOfService(service) != list)
@@ -34,12 +42,13 @@ ServiceId readListService(const std::string& path, std::string_view list) {
 Output carryOutLists(Session& session, const AtmDevices& before, const std::vector<ListStep>& steps,
                      const ChangeOptions& options) {
     const PreparedLists lists(session, before);
-    if (!lists.differ() || options.dryRun) return lists.preview(options.dryRun);
+    if (!lists.differ()) return lists.unchanged();
     ChangeRecord record;
     if (!options.fileOnly) {
         DriverChannel& channel = driverOf(session);
-        DriverPhase phase(channel, DriverUse::told, record);
+        DriverPhase phase(channel, options.dryRun ? DriverUse::planned : DriverUse::told, record);
         if (!sendAll(phase, channel, steps)) return lists.notTaken(record.requests, phase.sentences());
     }
+    if (options.dryRun) return lists.preview(record.requests);
     return lists.save(std::move(record.requests), options);
 }

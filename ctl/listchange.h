@@ -20,5 +20,8 @@ struct ListStep {
 Output carryOutLists(Session& session, const AtmDevices& before, const std::vector<ListStep>& steps,
                      const ChangeOptions& options);
 
+// A verb of a command that edits lists: "add" of "pvc".
+CLI::App* addListVerb(CLI::App& command, const char* name, const char* summary);
+
 // A service that has such a list; Failure::usage: it is none.
 ServiceId readListService(const std::string& path, std::string_view list);

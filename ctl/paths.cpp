@@ -1,10 +1,10 @@
 #include "ctl/paths.h"
 
 #include "ctl/status.h"
+#include "platform/number.h"
 #include "platform/safetext.h"
 
 #include <algorithm>
-#include <charconv>
 #include <fmt/format.h>
 
 namespace {
@@ -17,14 +17,11 @@ namespace {
     throw Failure(Status::notThere, fmt::format("there is no {}", text), std::string(text));
 }
 
-// A number without sign and leading zeros; nothing: it is none.
+// A number without sign and leading zeros, of which those that are too large are one; nothing: it is none.
 std::optional<std::size_t> numberIn(std::string_view text) {
-    std::size_t number = 0;
-    const char* end = text.data() + text.size();
-    const auto [stopped, error] = std::from_chars(text.data(), end, number);
-    const bool plain = text == "0" || (!text.empty() && text[0] != '0');
-    if (!plain || stopped != end || error == std::errc::invalid_argument) return {};
-    return error == std::errc() ? number : static_cast<std::size_t>(-1);
+    if (text.empty() || text.find_first_not_of("0123456789") != text.npos) return {};
+    if (text[0] == '0' && text.size() > 1) return {};
+    return platform::wholeNumber<std::size_t>(text).value_or(static_cast<std::size_t>(-1));
 }
 
 int readAdapter(std::string_view text) {

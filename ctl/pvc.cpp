@@ -2,13 +2,12 @@
 #include "ctl/entries.h"
 #include "ctl/listchange.h"
 #include "ctl/settings.h"
+#include "platform/number.h"
 #include "platform/safetext.h"
 
 #include <algorithm>
-#include <charconv>
 #include <fmt/format.h>
 #include <memory>
-#include <optional>
 
 namespace {
 
@@ -34,20 +33,13 @@ ListStep step(const ServiceId& service, ListEdit edit, const Pvc& pvc, ListEdit 
     return {sender(edit, pvc), sender(undo, undone)};
 }
 
-std::optional<std::size_t> numberIn(std::string_view text) {
-    std::size_t number = 0;
-    const char* end = text.data() + text.size();
-    const auto [stopped, error] = std::from_chars(text.data(), end, number);
-    return error == std::errc() && stopped == end ? std::optional(number) : std::nullopt;
-}
-
 // The place of the entry that a word names: by its VCI, or "[1]" by its place.
 template <class Pvc>
 std::size_t placeOf(std::string word, const std::string& path, const std::vector<Pvc>& list) {
     if (word.starts_with(' ')) word.erase(0, 1);  // see shielded()
     const bool byPlace = word.starts_with('[') && word.ends_with(']');
-    const auto number =
-        numberIn(byPlace ? std::string_view(word).substr(1, word.size() - 2) : std::string_view(word));
+    const auto number = platform::wholeNumber<std::size_t>(
+        byPlace ? std::string_view(word).substr(1, word.size() - 2) : std::string_view(word));
     if (!number)
         throw Failure(Status::usage, fmt::format("\"{}\" is no VCI and no [INDEX]", platform::escaped(word)));
     const auto notThere = [&] {
@@ -143,11 +135,8 @@ Run addPvc(CLI::App& command) {
         {"delete", "Take PVCs away", "VCI", "VCI or [INDEX] of each", Verb::remove},
     };
     const auto given = std::make_shared<Given>();
-    command.require_subcommand(1);
     for (const auto& verb : verbs) {
-        CLI::App* sub = command.add_subcommand(verb.name, verb.summary);
-        sub->fallthrough();
-        sub->set_help_flag();
+        CLI::App* sub = addListVerb(command, verb.name, verb.summary);
         sub->add_option("PATH", given->path, "adapter1/lec2 or adapter1/ip")->required();
         sub->add_option(verb.words, given->words, verb.form)->required();
         given->options.add(*sub, false);

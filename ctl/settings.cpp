@@ -3,10 +3,10 @@
 #include "config/recordrows.h"
 #include "ctl/status.h"
 #include "model/addresstext.h"
+#include "platform/number.h"
 #include "platform/safetext.h"
 
 #include <algorithm>
-#include <charconv>
 #include <fmt/format.h>
 #include <iterator>
 #include <limits>
@@ -71,13 +71,9 @@ template <class Record> Kind kindOf(const KeyRow<Record>& row) {
 
 // A number or a flag that has no name is a text in JSON.
 Json jsonOf(Kind kind, const std::string& text) {
-    std::int64_t number = 0;
-    const char* end = text.data() + text.size();
     if (kind == Kind::boolean && (text == "true" || text == "false")) return text == "true";
-    if (kind == Kind::number)
-        if (const auto [stopped, error] = std::from_chars(text.data(), end, number);
-            error == std::errc() && stopped == end)
-            return number;
+    if (const auto number = platform::wholeNumber<std::int64_t>(text); number && kind == Kind::number)
+        return *number;
     return text;
 }
 
@@ -101,26 +97,12 @@ template <class Record> Setting readOnlySetting(const std::string& key, const Re
                   path.service.name().path);
 }
 
-// What a reader says of a value; `reason` is empty where it is taken.
-struct Reading {
-    std::string reason;
-};
-
-template <std::size_t N> std::array<std::uint8_t, N> bytesOf(const AddressReading& reading) {
-    std::array<std::uint8_t, N> bytes{};
-    std::copy_n(reading.bytes.begin(), std::min(N, reading.bytes.size()), bytes.begin());
-    return bytes;
-}
-
 // "code 7"
 std::optional<std::int32_t> unnamedCode(std::string_view text) {
     constexpr std::string_view word = "code ";
     if (!text.starts_with(word)) return {};
     text.remove_prefix(word.size());
-    std::int32_t code = 0;
-    const auto [stopped, error] = std::from_chars(text.data(), text.data() + text.size(), code);
-    if (error != std::errc() || stopped != text.data() + text.size()) return {};
-    return code;
+    return platform::wholeNumber<std::int32_t>(text);
 }
 
 // Sets a value, or says why not.
@@ -140,11 +122,9 @@ template <class Record> struct Setter {
             for (const CodeName& code : row.codes) names.emplace_back(code.name);
             return fmt::format("takes {}", fmt::join(names, ", "));
         }
-        std::int32_t number = 0;
-        const auto [stopped, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-        if (!isNumber(text) || error != std::errc() || number > row.most)
-            return fmt::format("takes 0 to {}", row.most);
-        record.*field = number;
+        const auto number = platform::wholeNumber<std::int32_t>(text);
+        if (!isNumber(text) || !number || *number > row.most) return fmt::format("takes 0 to {}", row.most);
+        record.*field = *number;
         return {};
     }
 
@@ -161,7 +141,7 @@ template <class Record> struct Setter {
     std::string operator()(AddressText Record::*field) const {
         if (text.empty()) return record.*field = "", "";
         const AddressReading ip = ReadAddress(AddressKind::ip, text);
-        if (ip.reason.empty()) record.*field = ipAddress(bytesOf<4>(ip)).GetFIPAddress();
+        if (ip.reason.empty()) record.*field = ipAddress(ip.as<4>()).GetFIPAddress();
         return ip.reason;
     }
 

@@ -116,7 +116,7 @@ class Reader {
                 known(side, firstLec + m, {"pvcOnly"});
             }
             readClientSettings(side, m, query);
-            readClientTable(side, m, query);
+            readPvcs(side, firstLec + m, query);
         }
     }
 
@@ -139,17 +139,26 @@ class Reader {
         known(side, firstLec + m, {"networkPrefix", "esiSelector"});
     }
 
-    void readClientTable(Side& side, std::size_t m, lecInfo& query) {
+    // The PVCs in a table of connections; the others were set up by signalling.
+    static AtmBridgedPvc pvcOf(const LecRowView& row) {
+        AtmBridgedPvc pvc;
+        pvc.mac = row.mac();
+        pvc.vci = row.vci();
+        return pvc;
+    }
+    static AtmRoutedPvc pvcOf(const IpRowView& row) {
+        AtmRoutedPvc pvc;
+        pvc.ip = row.ip();
+        pvc.vci = static_cast<std::uint16_t>(row.vci());
+        return pvc;
+    }
+    void readPvcs(Side& side, std::size_t place, auto& query) {
         const auto table = answered(query.GetEntireTable(), query);
         if (!table) return;
         SideList list{true, {}};
-        for (const LecRowView row : table) {
-            AtmBridgedPvc pvc;
-            pvc.mac = row.mac();
-            pvc.vci = row.vci();
-            if (!row.switched()) addIdentity(list, pvc);
-        }
-        at(side, firstLec + m).lists["pvcs"] = std::move(list);
+        for (const auto row : table)
+            if (!row.switched()) addIdentity(list, pvcOf(row));
+        at(side, place).lists["pvcs"] = std::move(list);
     }
 
     static void addIdentity(SideList& list, const auto& entry) {
@@ -190,19 +199,9 @@ class Reader {
         }
         ip1577Info ip(session_.channel(), link_);
         const IpStateView ipState = answered(ip.GetState(link_, 0), ip);
-        if (!ipState ||
-            !isThere(side, ipPlace, ipState.state() != ipAbsent, seen_.ip1577[asIndex(adapter_)].enabled))
-            return;
-        const auto table = answered(ip.GetEntireTable(), ip);
-        if (!table) return;
-        SideList list{true, {}};
-        for (const IpRowView row : table) {
-            AtmRoutedPvc pvc;
-            pvc.ip = row.ip();
-            pvc.vci = static_cast<std::uint16_t>(row.vci());
-            if (!row.switched()) addIdentity(list, pvc);
-        }
-        at(side, ipPlace).lists["pvcs"] = std::move(list);
+        if (ipState &&
+            isThere(side, ipPlace, ipState.state() != ipAbsent, seen_.ip1577[asIndex(adapter_)].enabled))
+            readPvcs(side, ipPlace, ip);
     }
 
     void readMappings(Side& side, lecsInfo& query) {

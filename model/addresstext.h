@@ -9,6 +9,9 @@
 // address do not count.
 #pragma once
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -26,6 +29,13 @@ enum class AddressKind {
 struct AddressReading {
     std::vector<std::uint8_t> bytes;  // in the order of the text; none when it was refused
     std::string reason;               // a sentence for the user
+
+    // Of an address that was read, and has as many.
+    template <std::size_t N> std::array<std::uint8_t, N> as() const {
+        std::array<std::uint8_t, N> array{};
+        std::copy_n(bytes.begin(), std::min(N, bytes.size()), array.begin());
+        return array;
+    }
 };
 
 AddressReading ReadAddress(AddressKind kind, std::string_view text);

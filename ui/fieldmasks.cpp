@@ -9,12 +9,6 @@
 
 namespace {
 
-template <std::size_t N> std::array<std::uint8_t, N> bytesOf(const AddressReading& reading) {
-    std::array<std::uint8_t, N> bytes{};
-    std::copy_n(reading.bytes.begin(), N, bytes.begin());
-    return bytes;
-}
-
 // Both halves of a whole address, as the fields show them; false: it is none.
 struct Halves {
     std::string prefix, esiSelector;
@@ -22,7 +16,7 @@ struct Halves {
     explicit Halves(const AddressReading& nsap) {
         if (!nsap.reason.empty()) return;
         atmAddress address;
-        address.fromHex(bytesOf<atmAddress::byteCount>(nsap));
+        address.fromHex(nsap.as<atmAddress::byteCount>());
         prefix = address.GetFNetworkPrefix();
         esiSelector = address.GetFESISelector();
     }
@@ -32,14 +26,14 @@ struct Halves {
 zPasted pastedMac(std::string_view text) {
     const AddressReading mac = ReadAddress(AddressKind::mac, text);
     if (!mac.reason.empty()) return {.refusal = mac.reason};
-    return {.text = macAddress(bytesOf<6>(mac)).GetFMacAddress()};
+    return {.text = macAddress(mac.as<6>()).GetFMacAddress()};
 }
 
 zPasted pastedEsi(std::string_view text) {
     const AddressReading whole = ReadAddress(AddressKind::esiSelector, text);
-    if (whole.reason.empty()) return {.text = ::esiSelector(bytesOf<7>(whole)).GetF2EsiSelector()};
+    if (whole.reason.empty()) return {.text = ::esiSelector(whole.as<7>()).GetF2EsiSelector()};
     if (const auto esi = ReadAddress(AddressKind::esi, text); esi.reason.empty())
-        return {.text = macAddress(bytesOf<6>(esi)).GetFMacAddress()};
+        return {.text = macAddress(esi.as<6>()).GetFMacAddress()};
     if (const Halves halves{ReadAddress(AddressKind::nsap, text)})
         return {.text = halves.esiSelector, .partner = halves.prefix};
     return {.refusal = whole.reason};
@@ -58,7 +52,7 @@ zPasted pastedPrefix(std::string_view text) {
 zPasted pastedIp(std::string_view text) {
     const AddressReading ip = ReadAddress(AddressKind::ip, text);
     if (!ip.reason.empty()) return {.refusal = ip.reason};
-    return {.text = ipAddress(bytesOf<4>(ip)).GetFIPAddress()};
+    return {.text = ipAddress(ip.as<4>()).GetFIPAddress()};
 }
 
 }  // namespace

@@ -86,7 +86,8 @@ struct SameFiles : testing::Test {
 TEST_F(SameFiles, OfRandomConfigurations) {
     const Texts sample = get();
     int changed = 0;
-    for (unsigned seed = 0; seed < 50; ++seed) {
+    const unsigned seeds = std::getenv("TV_THOROUGH") ? 1000 : 50;
+    for (unsigned seed = 0; seed < seeds; ++seed) {
         ScribeAndUser scribe(seed);
         AtmDevices wishes, mine;
         root.write(file, scribe.rewritten(sample.at(file)));

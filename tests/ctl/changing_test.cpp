@@ -413,6 +413,27 @@ TEST_F(Changing, AListThatCannotBeReadIsNotAnEmptyOne) {
     EXPECT_EQ(tvctl("set adapter1/lec2.l3Mtu=4000").status, 0);
 }
 
+TEST_F(Changing, APreviewHasTheRequestsAndSendsNone) {
+    const Simulator driver;
+    const struct {
+        const char *words, *requests;
+    } cases[] = {
+        {"pvc delete adapter1/lec1 100 '[1]'", "request BRDG_PVCDEL adapter1/lec1\n"
+                                               "request BRDG_PVCDEL adapter1/lec1\n"},
+        {"client move adapter1/les2 00:a0:3e:00:00:01-00", "request LECS_DEL_ADDR adapter1/lecs\n"
+                                                           "request LECS_SET_ADDR adapter1/lecs\n"},
+        {"set adapter1/lec2.elanName=other", "request LEC_INIT adapter1/lec2\n"},
+        {"set adapter1/lec2.elanName=other --file-only", ""},
+    };
+    for (const auto& c : cases) {
+        const Said said = tvctl(std::string(c.words) + " --dry-run");
+        EXPECT_EQ(said.status, 1) << said.err;
+        EXPECT_THAT(said.out, testing::EndsWith(std::string(c.requests) + "dry run\n")) << c.words;
+    }
+    EXPECT_EQ(tvctl("diff").out, "");
+    EXPECT_FALSE(hasHistory());
+}
+
 TEST_F(Changing, WithoutAHistoryNothingIsTriedAndItIsSaid) {
     root.write("/var/lib/tarvolin/history", "in the way");
     fs::permissions(root.at("/var/lib/tarvolin"), fs::perms(0700));

@@ -1,0 +1,20 @@
+// The changes so far, as commands name them.
+#pragma once
+
+#include "change/pastchanges.h"
+
+#include <string>
+#include <vector>
+
+// Failure::usage: the text is no number. One that is too large for any change is 0.
+unsigned readChangeNumber(const std::string& text);
+
+// Newest first. Failure::wrongValue: the history cannot be read.
+std::vector<PastChange> allChanges();
+
+// Failure::notThere, besides that of readChangeNumber().
+const PastChange& findChange(const std::string& text, const std::vector<PastChange>& changes);
+
+// The files before a change. Failure::changedMeanwhile: one is not as the last change left it.
+// Failure::notDone: one that the history keeps cannot be read.
+std::vector<PastFile> filesBeforeChange(const PastChange& change, const std::vector<PastChange>& changes);
