@@ -62,9 +62,10 @@ constexpr Sentences sentenceTable[] = {
      "{0}: the change of {2} refused ({1}). It runs with the old one.",
      "{0}: no answer to the change of {2}. Which one it has is unknown.",
      "{0}: the change of {2} not sent. It runs with the old one."},
-    {StepKind::removeEntry, "Taking {2} from {0} …", "{0}: the end of {2} refused ({1}). It still has it.",
-     "{0}: no answer to the end of {2}. Whether it still has it is unknown.",
-     "{0}: the end of {2} not sent. It still has it."},
+    {StepKind::removeEntry, "Taking {2} from {0} …",
+     "{0}: the removal of {2} refused ({1}). It still has it.",
+     "{0}: no answer to the removal of {2}. Whether it still has it is unknown.",
+     "{0}: the removal of {2} not sent. It still has it."},
 };
 
 const Sentences& sentencesOf(StepKind kind) {

@@ -12,7 +12,7 @@ bool parameterFileIsMissing();
 
 // Writes one with a section for each of these adapters (0 to 3, ascending), and every key at its default,
 // under the configuration's lock. A file that has appeared meanwhile stays as it is, and is a failure only
-// for whoever says so.
+// with mustBeNew.
 struct NewFile {
     std::int32_t uniRevision = uni30;
     bool mustBeNew = false;

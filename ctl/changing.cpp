@@ -107,7 +107,7 @@ Output begun(const Plan& plan) {
     return output;
 }
 
-// `change`: "none" when the history does not have it, empty when there is none.
+// `change`: its number; "none" when the history does not have it; empty when nothing has changed.
 void end(Output& output, const std::vector<SentRequest>& requests, bool driver, const std::string& change,
          const std::string& result) {
     Tree all = Tree::array();

@@ -28,7 +28,8 @@ Output carryOut(Session& session, const AtmDevices& before, const ChangeOptions&
 // The files as carryOut() would write them; nothing happens. Failures as there.
 ConfigFiles filesAfter(Session& session, const AtmDevices& before);
 
-// Puts files back as they were, and tells the driver how the records of theirs differ. Failures as above.
+// Puts files back as they were, and tells the driver how their records differ from the present ones. Failures
+// as above.
 Output putBack(Session& session, std::vector<PastFile> files, const ChangeOptions& options);
 
 // Edits of lists that the driver is told of before anything else.

@@ -4,7 +4,7 @@ namespace {
 
 constexpr Command rows[] = {
     {"show", "The configuration in the files, or what the driver reports", addShow},
-    {"get", "One value of it", addGet},
+    {"get", "One value of the configuration in the files, or one list", addGet},
     {"diff", "What differs between files, driver, past changes and documents", addDiff},
     {"set", "Change settings, as the fields and OK of a window would", addSet},
     {"pvc", "Add, modify or delete PVCs of a client", addPvc},

@@ -19,7 +19,7 @@ std::string userOf(const PastChange& change) {
     return user.name.empty() ? std::to_string(user.id) : user.name;
 }
 
-// "ok", or the reason between double quotes: a field of the line.
+// A field of the line: between double quotes if it has blanks, "-" if it is empty.
 std::string field(const std::string& text) {
     return text.empty() ? "-" : platform::fieldValue(text);
 }
@@ -49,7 +49,7 @@ Tree changesOf(const ChangeRecord& record) {
     return changes;
 }
 
-// Without the lines of what `whole` alone shows.
+// For the JSON alone, unless the change is shown `whole`.
 Tree withoutLines(const Tree& tree, bool whole) {
     return whole ? tree : Tree(tree.json(), {});
 }

@@ -40,7 +40,7 @@ class Session {
     // What is to be said on standard error whatever the command does.
     const std::vector<std::string>& warnings() const { return warnings_; }
 
-    // Asks the driver once who is there. Nothing is asked of a driver that is not.
+    // Asks the driver once which adapters there are. Without a driver nothing is asked.
     const Discovery& discovery();
     bool hasDriver() { return discovery().complete; }
     // A closed one when there is no driver.
@@ -65,7 +65,7 @@ class Session {
     std::optional<aalInfo> query_;
     std::optional<Discovery> discovery_;
     std::set<std::string> unknownLists_;
-    std::set<std::string> missing_;  // sections of no adapter
+    std::set<std::string> missing_;  // sections, by path, that are missing or faulty
 };
 
 // Failure::notPermitted unless the real user is root.

@@ -128,7 +128,7 @@ class Reader {
         lec.mtuClass = stats.mtuClass();
         lec.elanType = stats.elanType() - 1;  // the file counts from 0
         const AtmLEC& file = files_.lec[asIndex(adapter_)][m];
-        // Its LECS may have told it something else than the file, unless the file was changed without it.
+        // Its LECS may have told it something else than the file, unless that was changed and not sent.
         const ServiceId service{adapter_, firstLec + m};
         for (const char* key : {"elanName", "mtu", "elanType"}) {
             const bool learned = file.useLecs != 0 && !file.pvcOnly && !changedUnsent(service, key);

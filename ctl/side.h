@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-// What a difference of a value means: nothing beside that it is one; the value is what was last sent; nothing
+// What a difference of a value means: no more than that it is one; the value is what was last sent; nothing
 // tells it; the network has told it to the service.
 enum class Mark { none, sent, unknown, learned };
 

@@ -22,7 +22,7 @@ enum class Status {
 };
 
 // A complaint of one line, without "tvctl: ". `where` is the setting, entry, file or path that it is about,
-// or empty.
+// or empty. Comments call one with Status::usage Failure::usage, and so on.
 class Failure : public std::runtime_error {
   public:
     Failure(Status status, const std::string& message, std::string where = {})

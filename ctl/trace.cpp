@@ -1,4 +1,4 @@
-// trace COMPONENT on|off: a switch of the driver's own traces.
+// trace TRACE on|off: a switch of the driver's own traces.
 #include "ctl/changing.h"
 #include "driver/requestblocks.h"
 

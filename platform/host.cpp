@@ -14,7 +14,7 @@ std::string hostName() {
     return ::gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
 }
 
-// Behind the name, which ends at the last parenthesis, stand the state and, as the 20th field, the begin.
+// Behind the name, which ends at the last parenthesis, stand the state and, 20th from it, the start time.
 std::string processBegin(pid_t process) {
     constexpr std::size_t longest = 1024;
     constexpr int begin = 19;
