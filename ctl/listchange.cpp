@@ -8,7 +8,7 @@ namespace {
 
 DriverChannel& driverOf(Session& session) {
     session.discovery();
-    if (!session.channel()) throw session.noDriver("; --file-only changes the files");
+    if (!session.channel()) throw session.noDriver("; --file-only changes the files alone");
     return session.channel();
 }
 

@@ -78,7 +78,7 @@ void add(const ServiceId& service, const Words& words, std::vector<Pvc>& list, s
 template <class Pvc>
 void modify(const ServiceId& service, const Words& words, std::vector<Pvc>& list,
             std::vector<ListStep>& steps) {
-    if (words.size() < 2) throw Failure(Status::usage, "what is to become of the PVC is missing");
+    if (words.size() < 2) throw Failure(Status::usage, "the words that change are missing");
     Pvc& pvc = list[placeOf(words[0], service.name().path, list)];
     const Pvc before = pvc;
     takeWords(std::span(words).subspan(1), pvc);
