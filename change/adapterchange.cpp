@@ -35,6 +35,7 @@ AdapterChange::AdapterChange(Configuration& configuration, ChangeOrder order)
     : configuration_(configuration), order_(std::move(order)) {
     const AtmDevices& mine = configuration_.mine();
     result_.record.display = order_.display;
+    result_.record.program = configuration_.program();
     result_.record.from = order_.from.empty() ? order_.display : order_.from;
     result_.record.note = order_.note;
     result_.record.requests = order_.requests;
@@ -150,7 +151,6 @@ void AdapterChange::answer(bool ok) {
 
 // What the dialog has sent, when nothing is saved that would keep it.
 void AdapterChange::auditRequests() {
-    result_.record.program = configuration_.program();
     audit(result_.record, "none");
 }
 

@@ -34,6 +34,7 @@ struct ChangeOrder {
     std::string display = {};                // of the X server, for the history
     std::string from = {};                   // where the user sits, for the history
     std::string note = {};                   // the user's words, for the history
+    bool guarded = false;                    // somebody takes it back unless it is confirmed
     bool last = false;                       // at the end of the run: lists cannot wait for a later save
     DriverProgress progress = {};            // while the driver is told
 };

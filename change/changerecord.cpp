@@ -1,7 +1,34 @@
 #include "change/changerecord.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <span>
+
+namespace {
+
+// Whether a later request was taken that makes a refused one meaningless.
+bool madeUpFor(const SentRequest& refused, std::span<const SentRequest> later) {
+    return refused.subject.empty() && std::ranges::any_of(later, [&](const SentRequest& request) {
+               return request.service == refused.service && request.subject.empty() &&
+                      request.answer == RequestResult::taken;
+           });
+}
+
+}  // namespace
+
+RequestResult driverAnswer(const ChangeRecord& record) {
+    RequestResult worst = RequestResult::taken;
+    for (std::size_t i = 0; i < record.requests.size(); ++i) {
+        const SentRequest& request = record.requests[i];
+        if (request.answer == RequestResult::unanswered || request.answer == RequestResult::notSent)
+            return RequestResult::unanswered;
+        if (request.answer == RequestResult::refused &&
+            !madeUpFor(request, std::span(record.requests).subspan(i + 1)))
+            worst = RequestResult::refused;
+    }
+    return worst;
+}
 
 const char* answerWord(RequestResult answer) {
     static constexpr std::array words{"taken", "refused", "unanswered", "not sent"};

@@ -31,6 +31,9 @@ struct SentRequest {
 // to the driver is not known.
 inline constexpr const char* completedLater = "completed later";
 
+// That of a change that somebody guards, until it has come to its end.
+inline constexpr const char* cutOff = "interrupted";
+
 struct ChangeRecord {
     std::string program = "tarvolin";
     std::string display;  // of the X server, empty without one
@@ -45,6 +48,10 @@ struct ChangeRecord {
     std::vector<std::string> notes;  // sentences
     std::string result = "ok";       // or the reason why the save failed
 };
+
+// What the driver made of all requests: refused, unanswered where one was not answered or not sent, else
+// taken. A server that does not run refuses to be stopped, which is nothing if it can be started.
+RequestResult driverAnswer(const ChangeRecord& record);
 
 // "taken", "refused", "unanswered" or "not sent".
 const char* answerWord(RequestResult answer);

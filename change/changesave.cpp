@@ -84,6 +84,7 @@ void AdapterChange::keepHistory(Round& round, const std::vector<FileEdit>& edits
     files.reserve(edits.size());
     for (const FileEdit& edit : edits) files.push_back({edit.name, edit.place, edit.content});
     round.history.begin(files);
+    if (order_.guarded) round.history.announce(files, result_.record);
     for (const FileEdit& edit : edits) round.editor.files().takeTimeOfChange(edit.name);
 }
 
@@ -91,7 +92,6 @@ void AdapterChange::keepHistory(Round& round, const std::vector<FileEdit>& edits
 void AdapterChange::record(Round& round) {
     using State = SaveOutcome::State;
     ChangeRecord& record = result_.record;
-    record.program = configuration_.program();
     record.notes = result_.notes;
     for (const std::string& sentence : result_.driver) record.notes.push_back(sentence);
     for (const SaveFailure& failure : result_.failures) {

@@ -46,9 +46,10 @@ bool isGone(pid_t process) {
     return process == ::getpid() || (::kill(process, 0) != 0 && errno == ESRCH);
 }
 
-int fill(int copy, std::string_view content, const platform::OpenFile& file) {
+int fill(int copy, std::string_view content, const platform::OpenFile& file, Times times) {
     if (platform::writeAll(copy, content) != 0) return -1;
     if (file && files().takeAttributes(file.descriptor(), copy) != 0) return -1;
+    if (times == Times::kept && files().takeTimes(file.descriptor(), copy) != 0) return -1;
     return files().sync(copy);
 }
 
@@ -62,7 +63,8 @@ std::string copyName(const HostPath& place, CopyOf which) {
                        static_cast<unsigned>(::getpid()));
 }
 
-int makeCopy(const HostPath& place, CopyOf which, std::string_view content, const platform::OpenFile& file) {
+int makeCopy(const HostPath& place, CopyOf which, std::string_view content, const platform::OpenFile& file,
+             Times times) {
     const HostPath path{platform::directoryOf(place).text + '/' + copyName(place, which)};
     const mode_t mode = file ? 0600 : 0644;
     constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW;
@@ -72,7 +74,7 @@ int makeCopy(const HostPath& place, CopyOf which, std::string_view content, cons
         descriptor = files().open(path, flags, mode);
     if (descriptor < 0) return -1;
     platform::OpenFile copy(descriptor);
-    int error = fill(descriptor, content, file) == 0 ? 0 : errno;
+    int error = fill(descriptor, content, file, times) == 0 ? 0 : errno;
     if (copy.close() != 0 && error == 0) error = errno;
     if (error == 0) return 0;
     files().remove(path);

@@ -14,9 +14,11 @@ std::string copyName(const platform::HostPath& place, CopyOf which = CopyOf::new
 
 // Makes that copy with the given content and brings it to the disk, though not its name. It takes the
 // attributes of `file`; without one it is a new file, readable by all that the user's mask and the directory
-// allow. 0, or -1 and errno; no copy is left then.
+// allow. What has the content of `file` can keep its times: whoever looks when a file was edited is not told
+// of saves that change nothing. 0, or -1 and errno; no copy is left then.
+enum class Times { now, kept };
 int makeCopy(const platform::HostPath& place, CopyOf which, std::string_view content,
-             const platform::OpenFile& file);
+             const platform::OpenFile& file, Times times = Times::now);
 
 // Removes the copies in a directory whose process is gone, those of saves or those of the section engine, and
 // says so on the log. To be called under the lock, when this process has none.

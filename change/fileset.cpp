@@ -66,9 +66,9 @@ class Replacement {
 
     static bool copied(const FileEdit& edit, const platform::OpenFile& file) {
         if (!edit.content) return true;
-        if (edit.like.text.empty()) return makeCopy(edit.place, CopyOf::newContent, *edit.content, file) == 0;
-        const platform::OpenFile other(platform::openRegular(edit.like));
-        return other && makeCopy(edit.place, CopyOf::newContent, *edit.content, other) == 0;
+        const Times times = file && edit.before == edit.content ? Times::kept : Times::now;
+        return makeCopy(edit.place, CopyOf::newContent, *edit.content, edit.like ? *edit.like : file,
+                        times) == 0;
     }
 
     bool describe(const FileEdit& edit, const platform::OpenFile& file, const struct stat& status) {
@@ -120,7 +120,7 @@ class Replacement {
                 step.copy = copyName(step.place, CopyOf::oldContent);
                 step.identity.clear();
                 if (!platform::readWhole(files_[i].descriptor(), content) ||
-                    makeCopy(step.place, CopyOf::oldContent, content, files_[i]) != 0)
+                    makeCopy(step.place, CopyOf::oldContent, content, files_[i], Times::kept) != 0)
                     return outcome_;
             }
             back.push_back(std::move(step));

@@ -7,9 +7,10 @@
 // lock.
 #pragma once
 
-#include "platform/files.h"
+#include "platform/openfile.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -23,7 +24,8 @@ struct FileEdit {
     std::optional<std::string_view> content;  // that it gets; without one it is removed
     // That it has, if the caller knows and `asRead` makes sure of it.
     std::optional<std::string_view> before = {};
-    platform::HostPath like = {};  // whose owner, mode and attributes it gets; none: it keeps its own
+    // Whose owner, mode and attributes it gets; none: it keeps its own.
+    std::shared_ptr<const platform::OpenFile> like = {};
 };
 
 struct SaveOutcome {

@@ -143,6 +143,14 @@ unsigned changeNumber(std::string_view name) {
     return name.size() < 10 ? number.value_or(0) : 0;
 }
 
+void dropChange(const std::string& number) {
+    if (removeEntry(platform::hostPath(systemPath(number))) != 0) say(number, systemPath(number), errno);
+}
+
+std::string nameOfNewContent(std::size_t index) {
+    return fmt::format("{}.after", index + 1);
+}
+
 void HistoryEntry::giveUp(const std::string& systemPath) {
     say(none, systemPath, errno);
     discard();
@@ -184,17 +192,38 @@ int HistoryEntry::keep(const FileAtRisk& file) {
 
 // Only the manifest is brought to the disk, as a draft: file systems write a new file's name with its
 // content. Where a loss of power takes back its own name, the next save gives it that (nameDraft).
-void HistoryEntry::finish(const ChangeRecord& record) {
-    if (number_ == none) return;
+int HistoryEntry::addManifest(const ChangeRecord& record) const {
     const Manifest manifest{number_, std::time(nullptr), platform::invoker(), platform::hostName(), files_};
     const HostPath draft = draftIn(place_);
     // Manifests of one size take each other's room on the disk without more.
     constexpr std::size_t block = 4096;
     std::string text = manifestText(manifest, record);
     text.append((block - text.size() % block) % block, ' ');
-    if (platform::writeDraft(draft, text, 0600, platform::OnDisk::now) != 0 ||
-        giveName(draft, within(place_, manifestName)) != 0)
-        say(number_, systemPath(number_), errno);
+    return platform::writeDraft(draft, text, 0600, platform::OnDisk::now) == 0
+               ? giveName(draft, within(place_, manifestName))
+               : -1;
+}
+
+void HistoryEntry::finish(const ChangeRecord& record) {
+    if (number_ != none && addManifest(record) != 0) say(number_, systemPath(number_), errno);
+}
+
+void HistoryEntry::announce(std::span<const FileAtRisk> files, ChangeRecord record) {
+    if (number_ == none) return;
+    record.result = cutOff;
+    for (std::size_t i = 0; i < files.size(); ++i)
+        if (files[i].after && platform::writeWhole(within(place_, nameOfNewContent(i)), *files[i].after, 0600,
+                                                   platform::OnDisk::now) != 0)
+            say(number_, systemPath(number_), errno);
+    if (addManifest(record) != 0) say(number_, systemPath(number_), errno);
+}
+
+int noteResult(const std::string& number, const std::string& result, const std::string& note) {
+    const HostPath manifest = within(platform::hostPath(systemPath(number)), manifestName);
+    std::string text;
+    if (!platform::readWhole(manifest, text, largestManifest)) return -1;
+    text = withResult(text, result, note);
+    return text.empty() ? 0 : platform::replaceWhole(manifest, text, 0600, platform::OnDisk::now);
 }
 
 void HistoryEntry::drop() {

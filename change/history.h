@@ -20,6 +20,9 @@ constexpr std::size_t keptEntries = 50;
 // The name of the manifest in an entry. A stored file's name begins with a digit.
 constexpr const char* manifestName = "manifest.json";
 
+// The name of what a change gave the file with this index of its manifest, kept when it had to be confirmed.
+std::string nameOfNewContent(std::size_t index);
+
 constexpr std::size_t largestManifest = 8U << 20;  // far above any, and read at once
 
 // The number that the name of an entry is, else 0. Names of ten digits and more are nobody's: the history
@@ -33,6 +36,12 @@ struct FileAtRisk {
     std::optional<std::string_view> after;  // what it gets; nothing: it goes
 };
 
+// Adds to a change of the history how it has ended. 0, or -1 and errno.
+int noteResult(const std::string& number, const std::string& result, const std::string& note);
+
+// Removes a change of the history that has changed no file.
+void dropChange(const std::string& number);
+
 class HistoryEntry {
   public:
     // Neither finished nor dropped: the entry stays without a manifest, as that of a killed process does.
@@ -45,7 +54,11 @@ class HistoryEntry {
     // for the file it leads to. A file that is not there is noted as that. The oldest entries make room.
     void begin(std::span<const FileAtRisk> files);
 
-    // Adds the manifest. Without an entry nothing happens.
+    // For a change that somebody may have to take back although nobody came to finish it: adds a manifest
+    // that says so, and the new contents.
+    void announce(std::span<const FileAtRisk> files, ChangeRecord record);
+
+    // Adds the manifest, in place of an announcement. Without an entry nothing happens.
     void finish(const ChangeRecord& record);
 
     // Removes the entry: the save has changed no file.
@@ -58,6 +71,7 @@ class HistoryEntry {
     int keep(const FileAtRisk& file);
     void giveUp(const std::string& systemPath);  // errno says why
     int discard();
+    int addManifest(const ChangeRecord& record) const;
 
     std::string number_ = "none";
     platform::HostPath place_;

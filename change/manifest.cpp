@@ -165,3 +165,12 @@ bool isManifestOf(const std::string& number, const std::string& text) {
     const auto change = json.find("change");
     return json.is_object() && change != json.end() && *change == number;
 }
+
+std::string withResult(const std::string& text, const std::string& result, const std::string& note) {
+    Json json = Json::parse(text, nullptr, false);
+    if (!json.is_object()) return {};
+    json["result"] = escaped(result);
+    if (!json["notes"].is_array()) json["notes"] = Json::array();
+    json["notes"].push_back(escaped(note));
+    return json.dump(2) + '\n';
+}

@@ -33,5 +33,8 @@ struct ReadManifest {
 };
 std::optional<ReadManifest> readManifest(const std::string& text);
 
+// A manifest's text with another result and a further sentence; empty: the text is none.
+std::string withResult(const std::string& text, const std::string& result, const std::string& note);
+
 // Whether a text is a whole one, of the change with this number.
 bool isManifestOf(const std::string& number, const std::string& text);

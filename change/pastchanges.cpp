@@ -3,12 +3,14 @@
 #include "change/history.h"
 #include "change/saverecord.h"
 #include "change/statedirectory.h"
+#include "platform/openfile.h"
 #include "platform/stream.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <fmt/format.h>
 #include <map>
+#include <set>
 
 using platform::files;
 using platform::HostPath;
@@ -40,6 +42,17 @@ struct Course {
     std::string entry, stored;  // of the first of them
 };
 
+// An entry that is not in its place between a change and the newest one; 0: there is none.
+unsigned missingAfter(unsigned number) {
+    std::vector<std::string> names;
+    files().list(platform::hostPath(historyDirectory), names);
+    std::set<unsigned> there;
+    for (const std::string& name : names) there.insert(changeNumber(name));
+    unsigned missing = number;
+    while (there.contains(missing)) ++missing;
+    return there.upper_bound(missing) == there.end() ? 0 : missing;
+}
+
 }  // namespace
 
 int readPastChanges(std::vector<PastChange>& changes) {
@@ -67,6 +80,7 @@ unsigned nextChange() {
 }
 
 PastFiles filesBefore(unsigned number, const std::vector<PastChange>& changes) {
+    if (const unsigned missing = missingAfter(number)) return {.missing = missing};
     std::map<std::string, Course> courses;
     for (const PastChange& change : changes) {
         if (change.number < number) break;
@@ -79,18 +93,37 @@ PastFiles filesBefore(unsigned number, const std::vector<PastChange>& changes) {
     }
     PastFiles past;
     for (const auto& [name, course] : courses) {
-        const HostPath place = platform::hostPath(name);
+        const HostPath place = platform::hostPath(name), kept = inHistory(course.entry, course.stored);
         std::optional<std::string> now;
         if (!contentNow(place, now)) return {.edited = name, .error = errno};
-        if (course.after != (now ? contentHash(*now) : noContent)) return {.edited = name};
         PastFile file{name, {}};
         if (!course.stored.empty()) {
-            file.like = inHistory(course.entry, course.stored);
-            if (!platform::readWhole(file.like, file.content.emplace()))
+            file.like = std::make_shared<platform::OpenFile>(platform::openRegular(kept));
+            if (!*file.like || !platform::readWhole(file.like->descriptor(), file.content.emplace()))
                 return {.edited = name, .error = errno};
         }
-        const bool same = file.content == now && (!now || sameOwnerAndMode(place, file.like));
-        if (!same) past.files.push_back(std::move(file));
+        if (file.content == now && (!now || sameOwnerAndMode(place, kept))) continue;
+        if (course.after != (now ? contentHash(*now) : noContent)) return {.edited = name};
+        past.files.push_back(std::move(file));
     }
     return past;
+}
+
+std::optional<ReplacedFiles> replacedFiles(const PastChange& change) {
+    const std::string& entry = change.read.manifest.number;
+    ReplacedFiles replaced;
+    const auto read = [&](std::vector<PastFile>& files, const KeptFile& file, const std::string& stored) {
+        files.push_back({file.name, {}});
+        return stored.empty() ||
+               platform::readWhole(inHistory(entry, stored), files.back().content.emplace());
+    };
+    for (std::size_t i = 0; i < change.read.manifest.files.size(); ++i) {
+        const KeptFile& file = change.read.manifest.files[i];
+        if (!read(replaced.before, file, file.stored) ||
+            !read(replaced.after, file, file.after == noContent ? "" : nameOfNewContent(i)))
+            return {};
+        const auto& after = replaced.after.back().content;
+        if (after && contentHash(*after) != file.after) return {};
+    }
+    return replaced;
 }

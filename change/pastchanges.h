@@ -2,8 +2,9 @@
 #pragma once
 
 #include "change/manifest.h"
-#include "platform/root.h"
+#include "platform/openfile.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,16 +25,24 @@ unsigned nextChange();
 struct PastFile {
     std::string name;  // without the root directory
     std::optional<std::string> content;
-    platform::HostPath like = {};  // has its owner, mode and attributes
+    std::shared_ptr<const platform::OpenFile> like = {};  // has its owner, mode and attributes
 };
 
 struct PastFiles {
     std::vector<PastFile> files = {};
     // A file that is not as the last change left it, or of which that is not known; empty: there is none.
     std::string edited = {};
-    int error = 0;  // errno of a file of the history that cannot be read
+    int error = 0;         // errno of a file of the history that cannot be read
+    unsigned missing = 0;  // a later change that the history does not have any more
 };
 
 // The files that a change or a later one replaced, as they were before it. Those that are so already, owner
 // and mode included, are left out.
 PastFiles filesBefore(unsigned number, const std::vector<PastChange>& changes);
+
+// What one change, which had to be confirmed, has replaced, and what it has put there.
+struct ReplacedFiles {
+    std::vector<PastFile> before, after;
+};
+// Nothing: the history does not have all of it.
+std::optional<ReplacedFiles> replacedFiles(const PastChange& change);

@@ -27,7 +27,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr int format = 1;
-constexpr std::size_t largest = 4096;
+constexpr std::size_t largest = 16384;
 
 double secondsSinceStart() {
     timespec now{};
@@ -48,6 +48,10 @@ double number(const Json& json, const char* name) {
     return found != json.end() && found->is_number() ? found->get<double>() : 0;
 }
 
+pid_t process(const Json& json, const char* name) {
+    return static_cast<pid_t>(std::clamp(number(json, name), 0.0, 1e9));
+}
+
 // Nothing of the process that started it: no terminal, no descriptors, no working directory.
 void standAlone() {
     if (const std::string root = platform::rootDirectory(); !root.empty()) platform::useRootDirectory(root);
@@ -58,6 +62,10 @@ void standAlone() {
         if (::open("/dev/null", O_RDWR) != descriptor) ::_exit(1);
     for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGTSTP}) std::signal(signal, SIG_IGN);
     std::signal(SIGTERM, SIG_DFL);
+}
+
+bool isProcess(pid_t process, const std::string& begin) {
+    return process > 0 && !begin.empty() && platform::processBegin(process) == begin;
 }
 
 bool isMine(unsigned change) {
@@ -93,12 +101,12 @@ bool timeIsOver(unsigned change) {
 }  // namespace
 
 double PendingChange::left() const {
-    return boot == platform::bootId() ? deadline - secondsSinceStart() : 0;
+    if (boot != platform::bootId()) return 0;
+    return made || isProcess(maker, makerBegin) ? deadline - secondsSinceStart() : 0;
 }
 
 bool PendingChange::guarded() const {
-    return guard > 0 && boot == platform::bootId() && !guardBegin.empty() &&
-           platform::processBegin(guard) == guardBegin;
+    return boot == platform::bootId() && isProcess(guard, guardBegin);
 }
 
 std::string PendingChange::words() const {
@@ -117,8 +125,13 @@ std::optional<PendingChange> pendingChange() {
     pending.deadline = number(json, "deadline");
     pending.user = text(json, "user");
     pending.from = text(json, "from");
-    pending.guard = static_cast<pid_t>(std::clamp(number(json, "guard"), 0.0, 1e9));
+    pending.guard = process(json, "guard");
     pending.guardBegin = text(json, "guardBegin");
+    pending.made = json.value("made", Json()) == true;
+    pending.maker = process(json, "maker");
+    pending.makerBegin = text(json, "makerBegin");
+    for (const Json& service : json.value("services", Json::array()))
+        if (service.is_string()) pending.services.push_back(platform::unescaped(service.get<std::string>()));
     return pending;
 }
 
@@ -133,7 +146,11 @@ int notePending(const PendingChange& pending) {
                     {"user", escaped(pending.user)},
                     {"from", escaped(pending.from)},
                     {"guard", pending.guard},
-                    {"guardBegin", escaped(pending.guardBegin)}};
+                    {"guardBegin", escaped(pending.guardBegin)},
+                    {"made", pending.made},
+                    {"maker", pending.maker},
+                    {"makerBegin", escaped(pending.makerBegin)},
+                    {"services", pending.services}};
     return platform::replaceWhole(pendingFile(), json.dump(1) + '\n', 0600, platform::OnDisk::now);
 }
 

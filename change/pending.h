@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <sys/types.h>
+#include <vector>
 
 struct PendingChange {
     unsigned change = 0;  // of the history
@@ -19,8 +20,15 @@ struct PendingChange {
     std::string user, from;
     pid_t guard = 0;
     std::string guardBegin = {};  // processBegin() of the guard
+    // As long as the change is not made: the process that makes it, and the services that it tells (their
+    // paths).
+    bool made = false;
+    pid_t maker = 0;
+    std::string makerBegin = {};
+    std::vector<std::string> services = {};
 
-    double left() const;   // seconds; not above 0: the time is over, or the system was started anew
+    // Seconds; not above 0: the time is over, the system was started anew, or the change will not be made.
+    double left() const;
     bool guarded() const;  // its guard lives
     // "change 0042 of root from 10.1.2.3, which waits 93 seconds for its confirmation"
     std::string words() const;

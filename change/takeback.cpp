@@ -1,6 +1,7 @@
 #include "change/takeback.h"
 
 #include "change/audit.h"
+#include "change/history.h"
 #include "config/recordrows.h"
 #include "driver/discovery.h"
 #include "platform/device.h"
@@ -12,6 +13,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <set>
 
 using namespace std::chrono_literals;
 
@@ -20,44 +22,112 @@ namespace {
 constexpr std::array allAdapters{0, 1, 2, 3};
 constexpr auto driverPatience = 60s, lockPatience = 60s;
 
+template <class Record> bool sameSettings(const Record& a, const Record& b) {
+    return std::ranges::all_of(keyRows<Record>(),
+                               [&](const KeyRow<Record>& row) { return sameField(row.field, a, b); });
+}
+
 std::string numbered(unsigned change) {
     return fmt::format("{:04}", change);
+}
+
+// What a change to take back leads to.
+struct WayBack {
+    AtmDevices before = {}, target = {};
+    std::vector<PastFile> restored = {};  // empty: the records are written in place of the files
+    std::string reason = {};              // why there is none
+};
+
+// Byte for byte where the files are as the change has left them.
+WayBack wayBack(const Configuration& configuration, const PastChange& change,
+                 const std::vector<PastChange>& changes) {
+    PastFiles past = filesBefore(change.number, changes);
+    if (past.error) return {.reason = fmt::format("{}: {}", past.edited, std::strerror(past.error))};
+    WayBack back{.before = configuration.base(), .target = configuration.base()};
+    if (past.missing) return {.reason = fmt::format("change {} is missing", numbered(past.missing))};
+    if (past.edited.empty()) {
+        if (!past.files.empty() && !recordsWith(past.files, back.target))
+            return {.reason = "the files as they were cannot be read"};
+        // It was cut off before it came to the files.
+        if (past.files.empty() && change.read.record.result == cutOff)
+            dropChange(change.read.manifest.number);
+        back.restored = std::move(past.files);
+        return back;
+    }
+    // Somebody has edited a file since: what the change had changed goes back, the rest stays.
+    const auto replaced = replacedFiles(change);
+    if (!replaced || !recordsWith(replaced->after, back.before) ||
+        !recordsWith(replaced->before, back.target))
+        return {.reason = past.edited + " is not as the change left it"};
+    return back;
+}
+
+// Adapters with other settings or lists, or with a service that is restarted.
+std::vector<int> adaptersOf(const AtmDevices& before, const AtmDevices& after, const ServiceSets& restarted) {
+    std::set<int> adapters;
+    for (const int adapter : allAdapters)
+        forEachService(adapter, [&](const ServiceName&, auto record, const std::string&, auto bit) {
+            const auto &was = record(before), &is = record(after);
+            using Record = std::remove_cvref_t<decltype(was)>;
+            bool differs = bit(restarted[asIndex(adapter)]);
+            if constexpr (hasList<Record>) differs |= *listOf(was) != *listOf(is);
+            if (differs) adapters.insert(adapter);
+        });
+    return {adapters.begin(), adapters.end()};
+}
+
+// Of a change that was cut off nobody knows which services have been told of it.
+void addTold(const PendingChange& pending, ServiceSets& sets) {
+    if (pending.made) return;
+    for (const int adapter : allAdapters)
+        forEachService(adapter, [&](const ServiceName& name, auto, const std::string&, auto bit) {
+            if (std::ranges::count(pending.services, name.path)) bit(sets[asIndex(adapter)]) = true;
+        });
 }
 
 // Under the lock. Why the change stays; empty: it is undone, or there is no such change.
 std::string undo(Configuration& configuration, const PendingChange& pending) {
     std::vector<PastChange> changes;
     if (const int error = readPastChanges(changes)) return std::strerror(error);
-    const auto isIt = [&](const PastChange& change) { return change.number == pending.change; };
-    if (std::ranges::none_of(changes, isIt)) return {};  // it had not come to its end
-    PastFiles past = filesBefore(pending.change, changes);
-    if (past.error) return fmt::format("{}: {}", past.edited, std::strerror(past.error));
-    if (!past.edited.empty()) return past.edited + " is not as the change left it";
-    if (past.files.empty()) return {};
+    const auto change = std::ranges::find(changes, pending.change, &PastChange::number);
+    WayBack back = change == changes.end()
+                        ? WayBack{.before = configuration.base(), .target = configuration.base()}
+                        : wayBack(configuration, *change, changes);
+    if (!back.reason.empty()) return back.reason;
 
-    AtmDevices before = configuration.mine(), target;
-    if (!recordsWith(past.files, target)) return "the files as they were cannot be read";
     DriverChannel channel;
     if (channel.open(O_RDWR)) {
         aalInfo query(channel, 0);
-        configuration.driverRevision = discoverAdapters(query, target).version;
+        configuration.driverRevision = discoverAdapters(query, back.target).version;
     }
     ChangeOrder order{.adapters = {allAdapters.begin(), allAdapters.end()},
-                      .changed = changedServices(allAdapters, before, target),
-                      .before = before,
+                      .changed = changedServices(allAdapters, back.before, back.target),
+                      .before = back.before,
                       .driver = static_cast<bool>(channel),
                       .tellLists = true,
-                      .restored = std::move(past.files),
+                      .restored = std::move(back.restored),
                       .from = pending.from,
                       .note = fmt::format("change {} was not confirmed", numbered(pending.change))};
     channel.close();
-    configuration.mine() = target;
-    AdapterChange change(configuration, std::move(order));
-    change.finishAlone(lockPatience);
-    const ChangeResult& result = change.result();
+    addTold(pending, order.changed);
+    if (order.restored.empty()) order.adapters = adaptersOf(back.before, back.target, order.changed);
+    if (order.adapters.empty()) return {};
+    configuration.base() = std::move(back.before);
+    configuration.mine() = std::move(back.target);
+    AdapterChange taking(configuration, std::move(order));
+    taking.finishAlone(lockPatience);
+    const ChangeResult& result = taking.result();
     if (!result.failures.empty())
         return fmt::format("{}: {}", result.failures[0].file, result.failures[0].reason);
-    return result.wrote ? "" : "the save failed";
+    return result.save.state == SaveOutcome::State::done ? "" : "the save failed";
+}
+
+// The change stays: the log and the history say so.
+void noteStays(const PendingChange& pending, const std::string& reason) {
+    const std::string number = numbered(pending.change);
+    auditTrouble(number, "guard", reason);
+    if (noteResult(number, "not taken back", fmt::format("It was not taken back: {}", reason)) != 0)
+        auditTrouble(number, "history", std::strerror(errno));
 }
 
 }  // namespace
@@ -68,9 +138,7 @@ ServiceSets changedServices(std::span<const int> adapters, const AtmDevices& bef
     for (const int adapter : adapters)
         forEachService(adapter, [&](const ServiceName&, auto record, const std::string&, auto bit) {
             const auto &was = record(before), &is = record(after);
-            using Record = std::remove_cvref_t<decltype(was)>;
-            bit(changed[asIndex(adapter)]) = std::ranges::any_of(
-                keyRows<Record>(), [&](const KeyRow<Record>& row) { return !sameField(row.field, was, is); });
+            bit(changed[asIndex(adapter)]) = !sameSettings(was, is);
         });
     return changed;
 }
@@ -99,7 +167,7 @@ std::string takeBackPending(const std::string& program) {
     }
     configuration.read();
     std::string reason = undo(configuration, *pending);
-    if (!reason.empty()) auditTrouble(numbered(pending->change), "guard", reason);
+    if (!reason.empty()) noteStays(*pending, reason);
     std::string again;
     if (configuration.lock(lockPatience, again) == 0) {
         removePending();

@@ -23,18 +23,15 @@ constexpr std::array allAdapters{0, 1, 2, 3};
 struct Plan {
     std::vector<Difference> differences;
     std::vector<int> adapters;
+    std::vector<std::string> services;  // paths; the order of list entries counts, too
     ServiceSets restarted;
-    bool lists = false;  // the order of entries counts, too
 
     Plan(const AtmDevices& before, const AtmDevices& after)
         : restarted(changedServices(allAdapters, before, after)) {
         for (const int adapter : allAdapters) {
-            const std::size_t known = differences.size();
-            const bool ordered = lists;
-            lists = false;
+            const std::size_t known = services.size();
             for (const ServiceId& service : servicesOf(adapter)) add(service, before, after);
-            if (differences.size() > known || lists) adapters.push_back(adapter);
-            lists |= ordered;
+            if (services.size() > known) adapters.push_back(adapter);
         }
     }
 
@@ -44,10 +41,12 @@ struct Plan {
     void add(const ServiceId& service, const AtmDevices& before, const AtmDevices& after) {
         const std::vector<Difference> found = ::differences(service, before, after);
         differences.insert(differences.end(), found.begin(), found.end());
+        bool changed = !found.empty();
         withRecord(service, [&](auto record) {
             const auto &was = record(before), &is = record(after);
-            if constexpr (hasList<std::remove_cvref_t<decltype(was)>>) lists |= *listOf(was) != *listOf(is);
+            if constexpr (hasList<std::remove_cvref_t<decltype(was)>>) changed |= *listOf(was) != *listOf(is);
         });
+        if (changed) services.push_back(service.name().path);
     }
 };
 
@@ -122,16 +121,10 @@ void end(Output& output, const std::vector<SentRequest>& requests, bool driver, 
 
 // The driver's part of the outcome.
 void judge(Output& output, const ChangeResult& result) {
-    const auto has = [&](RequestResult answer) {
-        return std::ranges::any_of(result.record.requests,
-                                   [answer](const SentRequest& sent) { return sent.answer == answer; });
-    };
-    if (has(RequestResult::unanswered) || has(RequestResult::notSent))
-        output.status = Status::silent;
-    else if (!result.driver.empty() || has(RequestResult::refused))
-        output.status = result.driver.empty() ? Status::good : Status::refused;
-    if (output.status == Status::good) return;
-    output.message = result.driver.empty() ? "the driver did not answer" : result.driver.front();
+    const RequestResult answer = driverAnswer(result.record);
+    if (answer == RequestResult::taken) return;
+    output.status = answer == RequestResult::refused ? Status::refused : Status::silent;
+    output.message = result.driver.empty() ? "the driver did not take it all" : result.driver.front();
     for (std::size_t i = 1; i < result.driver.size(); ++i) output.warnings.push_back(result.driver[i]);
 }
 
@@ -196,7 +189,8 @@ Output execute(Session& session, const Plan& plan, ChangeOrder order, const Chan
         output.status = Status::different;
         return output;
     }
-    GuardedChange guard(session, options.confirm);
+    GuardedChange guard(session, options.confirm, plan.services);
+    order.guarded = options.confirm > 0;
     Output output = make(session, plan, std::move(order));
     guard.done();
     if (!driver && !options.fileOnly) output.warnings.emplace_back("no driver: saved to the files only");
@@ -211,7 +205,7 @@ void ChangeOptions::add(CLI::App& command, bool withConfirm) {
     if (withConfirm)
         command
             .add_option("--confirm", confirm, "Take the change back after so many seconds, unless confirmed")
-            ->check(CLI::Range(1.0, 86400.0));
+            ->check(secondsFrom(1));
     command.add_option("--note", note, "Words for the history");
 }
 

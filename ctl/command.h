@@ -29,6 +29,9 @@ struct Command {
 };
 std::span<const Command> commands();
 
+// The check of an option that takes seconds: a number from `least` to those of a day.
+CLI::Validator secondsFrom(double least);
+
 Run addApply(CLI::App& command);
 Run addShow(CLI::App& command);
 Run addClient(CLI::App& command);

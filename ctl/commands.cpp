@@ -1,5 +1,7 @@
 #include "ctl/command.h"
 
+#include <fmt/format.h>
+
 namespace {
 
 constexpr Command rows[] = {
@@ -25,4 +27,14 @@ constexpr Command rows[] = {
 
 std::span<const Command> commands() {
     return rows;
+}
+
+CLI::Validator secondsFrom(double least) {
+    const auto check = [least](const std::string& text) {
+        constexpr double day = 86400;
+        double seconds = 0;
+        const bool good = CLI::detail::lexical_cast(text, seconds) && seconds >= least && seconds <= day;
+        return good ? "" : fmt::format("{} is no number of seconds from {} to {}", text, least, day);
+    };
+    return {check, "SECONDS"};
 }

@@ -148,6 +148,20 @@ Words optionNames(const CLI::App* app) {
     return names;
 }
 
+// Of services, "pvc" and "client" take those that have such a list.
+Candidates ofCommand(const CLI::App& app, Candidates all) {
+    const std::string parent = app.get_parent() ? app.get_parent()->get_name() : "";
+    if (parent != "pvc" && parent != "client") return all;
+    const auto lacksList = [&](const std::string& word) {
+        const auto services = allServices();
+        const auto service =
+            std::ranges::find(services, word, [](const ServiceId& s) { return s.name().path; });
+        return service != services.end() && listOfService(*service) != parent + 's';
+    };
+    std::erase_if(all.words, lacksList);
+    return all;
+}
+
 Candidates ofPlace(const CLI::App& app, std::size_t place, std::string_view typed) {
     const auto subcommands = app.get_subcommands([](const CLI::App*) { return true; });
     if (!subcommands.empty()) {
@@ -159,7 +173,7 @@ Candidates ofPlace(const CLI::App& app, std::size_t place, std::string_view type
     for (const CLI::Option* option : app.get_options()) {
         if (!option->get_positional()) continue;
         const auto most = static_cast<std::size_t>(option->get_items_expected_max());
-        if (place < most) return ofArgument(*option, typed);
+        if (place < most) return ofCommand(app, ofArgument(*option, typed));
         place -= most;
     }
     return {};

@@ -11,8 +11,11 @@
 #include <cerrno>
 #include <cstring>
 #include <fmt/format.h>
+#include <unistd.h>
+#include <utility>
 
-GuardedChange::GuardedChange(Session& session, double seconds) : seconds_(seconds) {
+GuardedChange::GuardedChange(Session& session, double seconds, std::vector<std::string> services)
+    : seconds_(seconds) {
     if (seconds <= 0) return;
     platform::HostPath history;
     if (makeStateDirectory(historyDirectory, history) != 0)
@@ -27,7 +30,10 @@ GuardedChange::GuardedChange(Session& session, double seconds) : seconds_(second
                                 .boot = platform::bootId(),
                                 .deadline = deadlineIn(longest),
                                 .user = user.name.empty() ? std::to_string(user.id) : user.name,
-                                .from = userPlace()};
+                                .from = userPlace(),
+                                .maker = ::getpid(),
+                                .makerBegin = platform::processBegin(::getpid()),
+                                .services = std::move(services)};
     if (startGuard(pending, [](unsigned) { takeBackPending("tvctl"); }) != 0)
         throw Failure(Status::notDone, fmt::format("the guard cannot be started: {}", std::strerror(errno)));
 }
@@ -41,5 +47,8 @@ void GuardedChange::done() {
     auto pending = pendingChange();
     if (seconds_ <= 0 || !pending) return;
     pending->deadline = deadlineIn(seconds_);
-    notePending(*pending);
+    pending->made = true;
+    if (notePending(*pending) != 0)
+        throw Failure(Status::notDone, fmt::format("the change is taken back: its end cannot be noted: {}",
+                                                   std::strerror(errno)));
 }

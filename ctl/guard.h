@@ -5,14 +5,16 @@
 
 class GuardedChange {
   public:
-    // Under the lock. Starts the guard, unless `seconds` is 0. Failure::notDone.
-    GuardedChange(Session& session, double seconds);
+    // Under the lock. Starts the guard, unless `seconds` is 0. `services`: the paths of those that are
+    // changed. Failure::notDone.
+    GuardedChange(Session& session, double seconds, std::vector<std::string> services);
     // Without done() nothing waits any more.
     ~GuardedChange();
     GuardedChange(const GuardedChange&) = delete;
     GuardedChange& operator=(const GuardedChange&) = delete;
 
-    // The change is made: from now on its seconds count.
+    // The change is made: from now on its seconds count. Failure::notDone: that could not be noted, and it is
+    // taken back.
     void done();
 
   private:

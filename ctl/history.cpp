@@ -57,7 +57,12 @@ Tree withoutLines(const Tree& tree, bool whole) {
 Tree changeTree(const PastChange& change, bool whole) {
     const ChangeRecord& record = change.read.record;
     const auto pending = pendingChange();
-    const std::string result = pending && pending->change == change.number ? "unconfirmed" : record.result;
+    const RequestResult driver = driverAnswer(record);
+    const std::string result = pending && pending->change == change.number ? "unconfirmed"
+                               : record.result != "ok"                     ? record.result
+                               : driver == RequestResult::refused          ? "refused"
+                               : driver == RequestResult::taken            ? "ok"
+                                                                           : "silent";
     const std::string time = platform::inUtc(change.read.time), from = record.from;
     const Tree changes = changesOf(record);
     Tree requests = Tree::array();

@@ -32,6 +32,9 @@ std::vector<PastFile> filesBeforeChange(const PastChange& change, const std::vec
     if (past.error)
         throw Failure(Status::notDone, fmt::format("{}: {}", past.edited, std::strerror(past.error)),
                       past.edited);
+    if (past.missing)
+        throw Failure(Status::wrongValue,
+                      fmt::format("the history does not have change {:04} any more", past.missing));
     if (!past.edited.empty())
         throw Failure(Status::changedMeanwhile,
                       fmt::format("{} is not as the last change left it", past.edited), past.edited);

@@ -25,6 +25,12 @@ void complain(const std::string& message) {
     write(stderr, fmt::format("tvctl: {}\n", message));
 }
 
+// What was given on the command line can have any length.
+std::string shortened(const std::string& message) {
+    constexpr std::size_t longest = 300;
+    return message.size() <= longest ? message : message.substr(0, longest) + "\\...";
+}
+
 // Two printers of one tree.
 void printText(const Output& output) {
     for (const std::string& line : output.tree.lines()) write(stdout, line + '\n');
@@ -45,7 +51,7 @@ int print(const Output& output, bool json) {
     json ? printJson(output) : printText(output);
     // Also what stood in the buffer when the disk was full or the reader gone.
     const bool written = std::fflush(stdout) == 0 && !std::ferror(stdout);
-    if (!written) complain("the output cannot be written");
+    if (!written && output.message.empty()) complain("the output cannot be written");
     for (const std::string& warning : output.warnings) complain(warning);
     if (!output.message.empty()) complain(output.message);
     if (!written && output.status == Status::good) return static_cast<int>(Status::notDone);
@@ -53,7 +59,7 @@ int print(const Output& output, bool json) {
 }
 
 Output failed(const Failure& failure) {
-    return {.status = failure.status(), .message = failure.what(), .where = failure.where()};
+    return {.status = failure.status(), .message = shortened(failure.what()), .where = failure.where()};
 }
 
 // CLI11 takes the brackets of "[1]" for its own.
@@ -75,7 +81,7 @@ struct CommandLine {
         app.add_option("--root", root, "The directory below which the system's paths are found");
         app.add_flag("--json", options.json, "One JSON document in place of text");
         app.add_option("--timeout", timeout, "Seconds to wait for the driver in all (15)")
-            ->check(CLI::Range(0.001, 86400.0));
+            ->check(secondsFrom(0.001));
         app.require_subcommand(1);
         app.fallthrough();  // global options may stand behind the command
         app.set_help_flag();
@@ -97,10 +103,10 @@ struct CommandLine {
             const std::string what = error.what();
             const bool command = what.find("subcommand") != what.npos;
             return {.status = Status::usage,
-                    .message =
-                        command ? "there is no such command; see tvctl help" : platform::escaped(what)};
+                    .message = command ? "there is no such command; see tvctl help"
+                                       : shortened(platform::escaped(what))};
         } catch (const CLI::ParseError& error) {
-            return {.status = Status::usage, .message = platform::escaped(error.what())};
+            return {.status = Status::usage, .message = shortened(platform::escaped(error.what()))};
         }
         options.timeout = std::chrono::duration<double>(timeout);
         if (!root.empty()) platform::useRootDirectory(root);

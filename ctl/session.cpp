@@ -4,6 +4,7 @@
 #include "change/takeback.h"
 #include "ctl/status.h"
 #include "platform/device.h"
+#include "platform/ending.h"
 #include "platform/files.h"
 #include "platform/user.h"
 
@@ -61,10 +62,9 @@ void Session::read() {
         }
         AtmDevices found;
         DriverPdfEdit editor(nullptr, false, found, configuration.known());
-        if (!editor.ReadPdf()) {
-            const FileAsRead& file = editor.files().read(PdfEdit::parameterFile);
-            unreadable(file.exists ? file.error : ENOENT);
-        }
+        const FileAsRead& parameters = editor.files().read(PdfEdit::parameterFile);
+        if (!parameters.exists || parameters.error) unreadable(parameters.exists ? parameters.error : ENOENT);
+        if (!editor.ReadPdf()) unreadable(parameters.error);
         if (!last && (!editor.files().standAsRead() || saveIsUnderWay())) continue;
         devices = found;
         configuration.base() = found;
@@ -85,8 +85,10 @@ void Session::lock() {
     }
 }
 
+// Nothing is cut off in the middle: asked to end, a change sends nothing more and saves.
 void Session::readForChange() {
     requireRoot();
+    platform::watchEndSignals();
     lock();
     read();
 }

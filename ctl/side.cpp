@@ -163,7 +163,10 @@ class Reader {
 
     static void addIdentity(SideList& list, const auto& entry) {
         const std::string text = identityOf(entry);
-        list.entries.push_back({text, text, text});
+        Json json = entryJson(entry);
+        for (const char* unknown : {"encapsulation", "broadcast", "rate"})
+            if (json.is_object()) json.erase(unknown);
+        list.entries.push_back({text, text, std::move(json)});
     }
 
     void readServers(Side& side) {

@@ -6,6 +6,10 @@ namespace platform {
 // For the signal handler.
 void noteEndAsked();
 
+// SIGINT, SIGTERM and SIGHUP ask for the end from now on, as far as they are not ignored, and a wait for the
+// driver ends with EINTR. For programs without a handler of their own.
+void watchEndSignals();
+
 // What takes long looks at this between its steps: it then stops as soon as nothing is lost.
 bool endAsked();
 

@@ -156,9 +156,9 @@ LineWriter& standardError() {
 }
 
 void openStandardDescriptors() {
-    // open() gives the lowest number that is free.
+    // open() gives the lowest number that is free. Nobody reads what is written there, so that is an error.
     int descriptor = 0;
-    while (descriptor >= 0 && descriptor <= STDERR_FILENO) descriptor = ::open("/dev/null", O_RDWR);
+    while (descriptor >= 0 && descriptor <= STDERR_FILENO) descriptor = ::open("/dev/null", O_RDONLY);
     ::close(descriptor);
 }
 

@@ -117,6 +117,9 @@ TEST_F(Changing, WhatIsWrongChangesNothing) {
         {10, "revert 1", "no change 1"},
         {10, "confirm", "no change waits"},
         {2, "frobnicate", "no such command"},
+        {2, "--timeout nan show", "no number of seconds"},
+        {2, "set adapter1/lec1.mtu=4544 --confirm inf", "no number of seconds"},
+        {2, "set $(printf '%0100000d' 7)", "..."},
         {2, "set --frobnicate adapter1/lec1.mtu=1516", ""},
     };
     for (const auto& c : cases)
@@ -125,6 +128,7 @@ TEST_F(Changing, WhatIsWrongChangesNothing) {
             EXPECT_EQ(said.status, c.status) << c.words;
             EXPECT_THAT(said.err, AllOf(StartsWith("tvctl: "), HasSubstr(c.complaint))) << c.words;
             EXPECT_EQ(std::ranges::count(said.err, '\n'), 1) << said.err;
+            EXPECT_LT(said.err.size(), 400);
             if (json)
                 EXPECT_EQ(Json::parse(said.out)["error"]["code"], c.status) << c.words;
             else
@@ -306,14 +310,19 @@ TEST_F(Changing, AChangeIsUndoneByteForByte) {
         changes += 3;
     }
     EXPECT_GT(changes, 10);
-    const std::string first = "revert " + std::to_string(std::max(1, changes - 49));
-    EXPECT_EQ(tvctl(first).status, 0);
+    // The oldest that the history has, which goes with this.
+    const Said oldest = tvctl("revert " + std::to_string(std::max(1, changes - 49)));
+    EXPECT_EQ(oldest.status, 0) << oldest.err;
     if (changes < 50) {
         EXPECT_EQ(files(), before);
+        EXPECT_EQ(fs::status(root.at("/etc/atm/pvcconf0.0")).permissions(), fs::perms(0640));
     }
-    EXPECT_EQ(fs::status(root.at("/etc/atm/pvcconf0.0")).permissions(), fs::perms(0640));
     root.edit(parameters, "[Adapter0", "# by hand\n[Adapter0");
-    EXPECT_EQ(tvctl(first).status, 7);
+    EXPECT_EQ(tvctl("revert " + lastLine(oldest.out).substr(7)).status, 7);
+    fs::remove_all(root.at(fmt::format("/var/lib/tarvolin/history/{:04}", changes)));
+    const Said gap = tvctl(fmt::format("revert {}", changes - 1));
+    EXPECT_EQ(gap.status, 9);
+    EXPECT_THAT(gap.err, HasSubstr(fmt::format("does not have change {:04} any more", changes)));
 }
 
 TEST_F(Changing, AChangeThatNobodyConfirmsIsTakenBack) {
@@ -351,6 +360,63 @@ TEST_F(Changing, AChangeThatNobodyConfirmsIsTakenBack) {
     EXPECT_THAT(next.err, HasSubstr("has been taken back"));
 }
 
+// Whatever happens to the one who makes it, or to the files meanwhile.
+TEST_F(Changing, AChangeIsTakenBackAlsoWhenItWasDisturbed) {
+    using namespace std::chrono_literals;
+    const Simulator driver;
+    const auto waitUntilTakenBack = [&] {
+        for (int look = 0; look < 200 && root.exists("/var/lib/tarvolin/pending.json"); ++look)
+            std::this_thread::sleep_for(50ms);
+        return !root.exists("/var/lib/tarvolin/pending.json");
+    };
+    const auto driverName = [] { return tvctl("show --state adapter1/lec1").out; };
+
+    // Edited by hand while it waits: what the change did goes, the rest stays.
+    EXPECT_EQ(tvctl("set adapter1/lec1.elanName=tried --confirm 1").status, 0);
+    root.edit(parameters, "[Adapter0", "# by hand\n[Adapter0");
+    root.edit(parameters, "= laboratory", "= byhand");
+    EXPECT_TRUE(waitUntilTakenBack());
+    EXPECT_EQ(tvctl("get adapter1/lec1.elanName").out, "engineering\n");
+    EXPECT_THAT(root.read(parameters), AllOf(HasSubstr("# by hand"), HasSubstr("= byhand")));
+    EXPECT_THAT(driverName(), HasSubstr("elanName = engineering"));
+    EXPECT_THAT(tvctl("history").out, HasSubstr("change 0001 was not confirmed"));
+
+    // It cannot be taken back: the history says so.
+    EXPECT_EQ(tvctl("set adapter1/lec1.elanName=stays --confirm 1").status, 0);
+    root.write(parameters, "");
+    EXPECT_TRUE(waitUntilTakenBack());
+    EXPECT_THAT(tvctl("history").out, HasSubstr("\"not taken back\""));
+}
+
+// Killed between the requests and the end of the save.
+TEST_F(Changing, AChangeWhoseMakerIsKilledIsTakenBackAtOnce) {
+    using namespace std::chrono_literals;
+    const Simulator driver;
+    const Texts before = files();
+    for (const char* fault : {"lec.start nth 1 silent", "lec.start nth 2 silent"}) {
+        driver.ctl("fault clear");
+        driver.ctl(std::string("fault ") + fault);
+        tvctl("set adapter1/lec1.elanName=one adapter1/lec2.elanName=two --confirm 60",
+              "timeout -s KILL 0.5");
+        driver.ctl("fault clear");
+        for (int look = 0; look < 100 && root.exists("/var/lib/tarvolin/pending.json"); ++look)
+            std::this_thread::sleep_for(50ms);
+        EXPECT_FALSE(root.exists("/var/lib/tarvolin/pending.json")) << fault;
+        EXPECT_EQ(files(), before) << fault;
+        EXPECT_EQ(tvctl("diff").out, "") << fault;
+    }
+}
+
+TEST_F(Changing, WhoIsAskedToEndSendsNothingMoreAndSaves) {
+    const Simulator driver;
+    driver.ctl("fault lec.start nth 1 silent");
+    const Said said =
+        tvctl("set adapter1/lec1.elanName=one adapter1/lec2.elanName=two", "timeout -s TERM 0.5");
+    EXPECT_EQ(lastLine(said.out), "change 0001") << said.err;
+    EXPECT_EQ(tvctl("get adapter1/lec2.elanName").out, "two\n");
+    EXPECT_THAT(tvctl("history 1").out, AllOf(HasSubstr(" silent "), HasSubstr("no answer")));
+}
+
 TEST_F(Changing, WhatDiffersIsSaid) {
     EXPECT_EQ(tvctl("diff").status, 8);
     std::optional<Simulator> driver(std::in_place);
@@ -377,6 +443,11 @@ TEST_F(Changing, WhatDiffersIsSaid) {
         EXPECT_THAT(said.out, *c.line ? testing::Matcher<std::string>(HasSubstr(c.line)) : testing::Eq(""))
             << c.words;
     }
+    tvctl("pvc delete --file-only adapter1/lec1 100");
+    const Json only = Json::parse(tvctl("diff --json").out)["differences"][0];
+    EXPECT_EQ(only["to"].dump(), R"({"mac":"00:20:40:00:a1:01","vci":100})");
+    EXPECT_FALSE(only.contains("from"));
+    tvctl("pvc add --file-only adapter1/lec1 00:20:40:00:a1:01 vci 100 llc broadcast rate 10");
     driver->ctl("fault lec.start every resp 5");
     EXPECT_EQ(tvctl("set adapter1/lec1.elanName=refused adapter1/lec1.useLecs=false").status, 4);
     EXPECT_EQ(tvctl("diff").status, 1);
@@ -398,6 +469,22 @@ TEST_F(Changing, WhoIsNotRootMayLook) {
          {"set adapter1/lec1.mtu=4544", "apply -", "history", "revert 1", "confirm",
           "pvc delete adapter1/lec1 100", "client add adapter1/les1 00:00:00:00:00:01-00"})
         EXPECT_EQ(run(words), 77) << words;
+}
+
+// Closed, full, or gone; the change is not made twice for it.
+TEST_F(Changing, OutputThatCannotBeWrittenIsSaid) {
+    for (const char* output : {">&-", ">/dev/full"}) {
+        const Said said = tvctl(std::string("show ") + output);
+        EXPECT_EQ(said.status, 5) << output;
+        EXPECT_EQ(said.err, "tvctl: the output cannot be written\n") << output;
+    }
+    const Said wrong = tvctl("--json nothing >/dev/full");
+    EXPECT_EQ(wrong.status, 2);
+    EXPECT_EQ(std::ranges::count(wrong.err, '\n'), 1) << wrong.err;
+    fs::remove(root.at(parameters));
+    const Said missing = tvctl("show");
+    EXPECT_EQ(missing.status, 9);
+    EXPECT_EQ(missing.err, "tvctl: /etc/atm/tvconf: No such file or directory\n");
 }
 
 TEST_F(Changing, AListThatCannotBeReadIsNotAnEmptyOne) {

@@ -48,6 +48,8 @@ lines() {
     expect 'tvctl set adapter1/lec2.m' 'adapter1/lec2.mtu='
     expect 'tvctl set adapter1/lec1.mtu=4544 adapter1/lec2.us' 'adapter1/lec2.useLecs='
     expect 'tvctl pvc add adapter1/ip 10.1.2.3 vci 5 no' 'noBroadcast'
+    expect 'tvctl pvc add adapter1/l' 'adapter1/lec1 adapter1/lec2 adapter1/lec3 adapter1/lec4'
+    expect 'tvctl client move adapter1/le' 'adapter1/les1 adapter1/les2 adapter1/les3 adapter1/les4 adapter1/les5 adapter1/les6 adapter1/les7 adapter1/les8'
     expect 'TARVOLIN_ROOT=/x tvctl revert 4 --dr' '--dry-run'
     expect 'tvctl diff sent dr' 'driver'
     # The name of a command, of a setting, and of each value of it.

@@ -122,6 +122,7 @@ def odd(ground):
     ground.edit("etc/atm/pvcconf0.0", "Bcast =0", "Bcast =2")
     look(ground, "show", 0)
     look(ground, "show --state", 0, "show --state")
+    ground.edit("etc/atm/pvcconf0.0", "VC    =100", "VC    =333")
     look(ground, "diff", 1)
     look(ground, "check", 9)
     ground.end_driver()

@@ -15,10 +15,10 @@ struct Said {
     std::string out, err;
 };
 
-// `words` as a shell takes them.
-inline Said tvctl(const std::string& words) {
+// `words` as a shell takes them, `behind` another program with its words, which runs this one.
+inline Said tvctl(const std::string& words, const std::string& behind = {}) {
     const std::string errors = platform::hostPath("/complaints").text;
-    std::FILE* const output = ::popen((TVCTL_PROGRAM " " + words + " 2>" + errors).c_str(), "r");
+    std::FILE* const output = ::popen((behind + " " TVCTL_PROGRAM " " + words + " 2>" + errors).c_str(), "r");
     if (!output) throw std::runtime_error("no pipe");
     Said said;
     char part[65536];
