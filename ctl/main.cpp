@@ -7,7 +7,9 @@
 
 int main(int argc, char** argv) {
     platform::openStandardDescriptors();
-    std::signal(SIGPIPE, SIG_IGN);  // a reader that is gone is a failure to write
+    // A reader that is gone, and a file that may not grow, are failures to write.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     try {
         return runProgram({argv + (argc > 0 ? 1 : 0), argv + argc});
     } catch (const std::exception& failure) {
