@@ -22,7 +22,7 @@ using platform::escaped;
 
 namespace {
 
-constexpr int deepest = 6;  // of what show prints: document, adapter, service, list, entry
+constexpr std::size_t deepest = 6;  // of what show prints: document, adapter, service, list, entry
 
 [[noreturn]] void wrong(const std::string& reason, const std::string& where = {}) {
     throw Failure(Status::wrongValue, where.empty() ? reason : fmt::format("{}: {}", where, reason), where);
@@ -33,26 +33,44 @@ std::string shortened(std::string_view text) {
     return escaped(text.substr(0, longest)) + (text.size() > longest ? "..." : "");
 }
 
-// Refuses what nesting and repeated keys would hide.
-class Watch {
+// Refuses what nesting and repeated keys would hide. A walk of its own: as a callback of the parser it would
+// make that look through a whole list behind each entry.
+class Watch : public nlohmann::json_sax<Json> {
   public:
-    bool operator()(int depth, Json::parse_event_t event, Json& parsed) {
-        using Event = Json::parse_event_t;
-        if (event == Event::object_start || event == Event::array_start) {
-            if (depth >= deepest) wrong("the document is nested too deeply");
-            if (event == Event::object_start) keys_.emplace_back();
-        } else if (event == Event::object_end) {
-            keys_.pop_back();
-        } else if (event == Event::key) {
-            const std::string key = parsed.get<std::string>();
-            if (!keys_.back().insert(key).second)
-                wrong(fmt::format("the key \"{}\" stands twice in one object", shortened(key)));
-        }
+    bool null() override { return true; }
+    bool boolean(bool /*value*/) override { return true; }
+    bool number_integer(number_integer_t /*value*/) override { return true; }
+    bool number_unsigned(number_unsigned_t /*value*/) override { return true; }
+    bool number_float(number_float_t /*value*/, const string_t& /*text*/) override { return true; }
+    bool string(string_t& /*value*/) override { return true; }
+    bool binary(binary_t& /*value*/) override { return true; }
+    bool start_object(std::size_t /*elements*/) override { return open(); }
+    bool end_object() override { return close(); }
+    bool start_array(std::size_t /*elements*/) override { return open(); }
+    bool end_array() override { return close(); }
+    bool key(string_t& key) override {
+        if (!keys_.back().insert(key).second)
+            wrong(fmt::format("the key \"{}\" stands twice in one object", shortened(key)));
         return true;
+    }
+    // The parser says it again.
+    bool parse_error(std::size_t /*position*/, const std::string& /*token*/,
+                     const Json::exception& /*error*/) override {
+        return false;
     }
 
   private:
-    std::vector<std::set<std::string>> keys_;
+    bool open() {
+        if (keys_.size() >= deepest) wrong("the document is nested too deeply");
+        keys_.emplace_back();
+        return true;
+    }
+    bool close() {
+        keys_.pop_back();
+        return true;
+    }
+
+    std::vector<std::set<std::string>> keys_;  // of each object, and none of each array, that is open
 };
 
 void needsObject(const Json& json, const std::string& where) {
@@ -101,7 +119,9 @@ void takeService(int adapter, const std::string& name, const Json& settings, Atm
 Json readDocument(std::string_view text) {
     Json document;
     try {
-        document = Json::parse(text, Watch());
+        Watch watch;
+        Json::sax_parse(text, &watch);
+        document = Json::parse(text);
     } catch (const Json::parse_error& error) {
         const std::string_view before = text.substr(0, std::min(error.byte, text.size()));
         const auto line = std::ranges::count(before, '\n') + 1;
