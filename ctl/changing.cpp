@@ -132,22 +132,41 @@ const char* resultWord(Status status) {
     return status == Status::silent ? "silent" : status == Status::refused ? "refused" : "ok";
 }
 
-void needsDone(const ChangeResult& result) {
-    using State = SaveOutcome::State;
-    if (result.failures.empty() && result.save.state == State::done) return;
-    const std::string reason = result.failures.empty() ? "the save failed"
-                                                       : fmt::format("{}: {}", result.failures.front().file,
-                                                                     result.failures.front().reason);
-    throw Failure(Status::notDone, reason, result.failures.empty() ? "" : result.failures.front().file);
+// Why the files stay as they are; nothing: they do not.
+std::optional<Failure> failureOf(const ChangeResult& result, bool conflict) {
+    if (conflict) return Failure(Status::changedMeanwhile, "somebody else has changed the same meanwhile");
+    if (result.failures.empty() && result.save.state == SaveOutcome::State::done) return {};
+    if (result.failures.empty()) return Failure(Status::notDone, "the save failed");
+    const SaveFailure& first = result.failures.front();
+    return Failure(Status::notDone, fmt::format("{}: {}", first.file, first.reason), first.file);
+}
+
+// The driver has taken what the files will not have: it gets their settings again. False: not all of it.
+bool restoreDriver(Session& session, const Plan& plan) {
+    ChangeOrder order{.adapters = plan.adapters,
+                      .changed = plan.restarted,
+                      .before = session.devices,
+                      .driver = true,
+                      .tellLists = true};
+    session.configuration.read();
+    AdapterChange change(session.configuration, std::move(order));
+    change.finishAlone();
+    return change.result().driver.empty() && !change.result().givenUp;
 }
 
 Output make(Session& session, const Plan& plan, ChangeOrder order) {
     Output output = begun(plan);
-    const bool driver = order.driver;
+    const bool driver = order.driver, tells = driver && order.settings;
     AdapterChange change(session.configuration, std::move(order));
-    if (change.run()) throw Failure(Status::changedMeanwhile, "somebody else has changed the same meanwhile");
+    const bool conflict = change.run().has_value();
     const ChangeResult& result = change.result();
-    needsDone(result);
+    if (const auto failure = failureOf(result, conflict)) {
+        if (!tells || !result.tookAny()) throw *failure;
+        const char* what = restoreDriver(session, plan)
+                               ? "the driver has the settings of the files again"
+                               : "the driver may have it all the same: see tvctl diff";
+        throw Failure(failure->status(), fmt::format("{}; {}", failure->what(), what), failure->where());
+    }
     if (driver) judge(output, result);
     for (const std::string& note : result.notes) output.warnings.push_back(note);
     end(output, result.record.requests, driver, result.wrote ? result.change : "", resultWord(output.status));

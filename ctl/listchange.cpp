@@ -3,6 +3,7 @@
 #include "ctl/settings.h"
 
 #include <fmt/format.h>
+#include <span>
 
 namespace {
 
@@ -12,11 +13,15 @@ DriverChannel& driverOf(Session& session) {
     return session.channel();
 }
 
+void undo(DriverPhase& phase, DriverChannel& channel, std::span<const ListStep> done) {
+    for (std::size_t i = done.size(); i-- > 0;) done[i].undo(phase, channel);
+}
+
 // Sends them one after the other. False: one was not taken, and nothing has changed.
-bool sendAll(DriverPhase& phase, DriverChannel& channel, const std::vector<ListStep>& steps) {
+bool sendAll(DriverPhase& phase, DriverChannel& channel, std::span<const ListStep> steps) {
     for (std::size_t done = 0; done < steps.size(); ++done) {
         if (steps[done].send(phase, channel) == RequestResult::taken) continue;
-        while (done-- > 0) steps[done].undo(phase, channel);
+        undo(phase, channel, steps.first(done));
         return false;
     }
     return true;
@@ -43,12 +48,16 @@ Output carryOutLists(Session& session, const AtmDevices& before, const std::vect
                      const ChangeOptions& options) {
     const PreparedLists lists(session, before);
     if (!lists.differ()) return lists.unchanged();
+    if (options.fileOnly) return options.dryRun ? lists.preview({}) : lists.save({}, options);
     ChangeRecord record;
-    if (!options.fileOnly) {
-        DriverChannel& channel = driverOf(session);
-        DriverPhase phase(channel, options.dryRun ? DriverUse::planned : DriverUse::told, record);
-        if (!sendAll(phase, channel, steps)) return lists.notTaken(record.requests, phase.sentences());
-    }
+    DriverChannel& channel = driverOf(session);
+    DriverPhase phase(channel, options.dryRun ? DriverUse::planned : DriverUse::told, record);
+    if (!sendAll(phase, channel, steps)) return lists.notTaken(record.requests, phase.sentences());
     if (options.dryRun) return lists.preview(record.requests);
-    return lists.save(std::move(record.requests), options);
+    try {
+        return lists.save(record.requests, options);
+    } catch (const Failure&) {
+        undo(phase, channel, steps);  // the driver has it, and the files do not
+        throw;
+    }
 }

@@ -82,9 +82,26 @@ TEST_F(Interrupted, BySomebodyWhoChangesTheSame) {
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         root.edit(parameters, "= engineering", "= theirs");
     });
-    expectFailure(7, "somebody else has changed the same meanwhile");
+    expectFailure(7, "somebody else has changed the same meanwhile; "
+                     "the driver has the settings of the files again");
     other.join();
     EXPECT_EQ(tvctl("get adapter1/lec1.elanName").out, "theirs\n");
+    EXPECT_EQ(tvctl("diff").out, "");
+}
+
+// What the driver has taken by then is taken back.
+TEST_F(Interrupted, ByAFileThatMayNotGrowAfterTheDriverWasTold) {
+    const Simulator driver;
+    const auto before = root.files("/etc/atm");
+    {
+        const SmallFiles limit(256);
+        const Said set = tvctl("set adapter1/lec1.elanName=mine");
+        EXPECT_EQ(set.status, 5);
+        EXPECT_THAT(set.err, testing::HasSubstr("the driver has the settings of the files again"));
+        EXPECT_EQ(tvctl("pvc add adapter1/lec1 8:0:20:1:2:3 vci 300").status, 5);
+    }
+    EXPECT_EQ(root.files("/etc/atm"), before);
+    EXPECT_EQ(tvctl("diff").out, "");
 }
 
 TEST_F(Interrupted, ByWhoItIsNotPermittedTo) {
