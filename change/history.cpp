@@ -144,7 +144,8 @@ unsigned changeNumber(std::string_view name) {
 }
 
 void dropChange(const std::string& number) {
-    if (removeEntry(platform::hostPath(systemPath(number))) != 0) say(number, systemPath(number), errno);
+    if (removeEntry(platform::hostPath(systemPath(number))) != 0 && errno != ENOENT)
+        say(number, systemPath(number), errno);
 }
 
 std::string nameOfNewContent(std::size_t index) {

@@ -39,7 +39,7 @@ struct FileAtRisk {
 // Adds to a change of the history how it has ended. 0, or -1 and errno.
 int noteResult(const std::string& number, const std::string& result, const std::string& note);
 
-// Removes a change of the history that has changed no file.
+// Removes what there is of a change that has changed no file.
 void dropChange(const std::string& number);
 
 class HistoryEntry {

@@ -39,23 +39,25 @@ struct WayBack {
 };
 
 // Byte for byte where the files are as the change has left them.
-WayBack wayBack(const Configuration& configuration, const PastChange& change,
-                 const std::vector<PastChange>& changes) {
-    PastFiles past = filesBefore(change.number, changes);
-    if (past.error) return {.reason = fmt::format("{}: {}", past.edited, std::strerror(past.error))};
+WayBack wayBack(const Configuration& configuration, unsigned number, const std::vector<PastChange>& changes) {
     WayBack back{.before = configuration.base(), .target = configuration.base()};
+    const auto change = std::ranges::find(changes, number, &PastChange::number);
+    if (change == changes.end()) {  // it was cut off before it came to the files
+        dropChange(numbered(number));
+        return back;
+    }
+    PastFiles past = filesBefore(number, changes);
+    if (past.error) return {.reason = fmt::format("{}: {}", past.edited, std::strerror(past.error))};
     if (past.missing) return {.reason = fmt::format("change {} is missing", numbered(past.missing))};
     if (past.edited.empty()) {
         if (!past.files.empty() && !recordsWith(past.files, back.target))
             return {.reason = "the files as they were cannot be read"};
-        // It was cut off before it came to the files.
-        if (past.files.empty() && change.read.record.result == cutOff)
-            dropChange(change.read.manifest.number);
+        if (past.files.empty() && change->read.record.result == cutOff) dropChange(numbered(number));
         back.restored = std::move(past.files);
         return back;
     }
     // Somebody has edited a file since: what the change had changed goes back, the rest stays.
-    const auto replaced = replacedFiles(change);
+    const auto replaced = replacedFiles(*change);
     if (!replaced || !recordsWith(replaced->after, back.before) ||
         !recordsWith(replaced->before, back.target))
         return {.reason = past.edited + " is not as the change left it"};
@@ -89,10 +91,7 @@ void addTold(const PendingChange& pending, ServiceSets& sets) {
 std::string undo(Configuration& configuration, const PendingChange& pending) {
     std::vector<PastChange> changes;
     if (const int error = readPastChanges(changes)) return std::strerror(error);
-    const auto change = std::ranges::find(changes, pending.change, &PastChange::number);
-    WayBack back = change == changes.end()
-                        ? WayBack{.before = configuration.base(), .target = configuration.base()}
-                        : wayBack(configuration, *change, changes);
+    WayBack back = wayBack(configuration, pending.change, changes);
     if (!back.reason.empty()) return back.reason;
 
     DriverChannel channel;
