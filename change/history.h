@@ -23,7 +23,7 @@ constexpr const char* manifestName = "manifest.json";
 // The name of what a change gave the file with this index of its manifest, kept when it had to be confirmed.
 std::string nameOfNewContent(std::size_t index);
 
-constexpr std::size_t largestManifest = 8U << 20;  // far above any, and read at once
+constexpr std::size_t largestManifest = 512U << 20;  // above one that fills all lists anew, and read at once
 
 // The number that the name of an entry is, else 0. Names of ten digits and more are nobody's: the history
 // does not get there.

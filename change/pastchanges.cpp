@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <fmt/format.h>
 #include <map>
+#include <numeric>
 #include <set>
 
 using platform::files;
@@ -42,15 +43,25 @@ struct Course {
     std::string entry, stored;  // of the first of them
 };
 
-// An entry that is not in its place between a change and the newest one; 0: there is none.
-unsigned missingAfter(unsigned number) {
+// An entry between a change and the newest one that is not in its place, or has a manifest that cannot be
+// read; 0: there is none. One without a manifest is that of a killed save.
+unsigned missingAfter(unsigned number, const std::vector<PastChange>& changes) {
     std::vector<std::string> names;
     files().list(platform::hostPath(historyDirectory), names);
     std::set<unsigned> there;
-    for (const std::string& name : names) there.insert(changeNumber(name));
+    for (const std::string& name : names) {
+        struct stat status {};
+        const unsigned change = changeNumber(name);
+        if (std::ranges::count(changes, change, &PastChange::number) > 0 ||
+            files().status(inHistory(name, manifestName), status) != 0)
+            there.insert(change);
+    }
     unsigned missing = number;
     while (there.contains(missing)) ++missing;
-    return there.upper_bound(missing) == there.end() ? 0 : missing;
+    const unsigned newest =
+        std::accumulate(names.begin(), names.end(), 0U,
+                        [](unsigned most, const auto& name) { return std::max(most, changeNumber(name)); });
+    return missing > newest ? 0 : missing;
 }
 
 }  // namespace
@@ -80,7 +91,7 @@ unsigned nextChange() {
 }
 
 PastFiles filesBefore(unsigned number, const std::vector<PastChange>& changes) {
-    if (const unsigned missing = missingAfter(number)) return {.missing = missing};
+    if (const unsigned missing = missingAfter(number, changes)) return {.missing = missing};
     std::map<std::string, Course> courses;
     for (const PastChange& change : changes) {
         if (change.number < number) break;

@@ -2,6 +2,7 @@
 
 #include "change/audit.h"
 #include "change/history.h"
+#include "change/merge.h"
 #include "config/recordrows.h"
 #include "driver/discovery.h"
 #include "platform/device.h"
@@ -35,6 +36,7 @@ std::string numbered(unsigned change) {
 struct WayBack {
     AtmDevices before = {}, target = {};
     std::vector<PastFile> restored = {};  // empty: the records are written in place of the files
+    std::string edited = {};              // a file that has been edited meanwhile
     std::string reason = {};              // why there is none
 };
 
@@ -56,11 +58,14 @@ WayBack wayBack(const Configuration& configuration, unsigned number, const std::
         back.restored = std::move(past.files);
         return back;
     }
-    // Somebody has edited a file since: what the change had changed goes back, the rest stays.
+    // Somebody has edited a file since: what the change had changed goes back, unless it was edited, and the
+    // rest stays.
     const auto replaced = replacedFiles(*change);
-    if (!replaced || !recordsWith(replaced->after, back.before) ||
-        !recordsWith(replaced->before, back.target))
+    AtmDevices old;
+    if (!replaced || !recordsWith(replaced->after, back.before) || !recordsWith(replaced->before, old))
         return {.reason = past.edited + " is not as the change left it"};
+    back.target = mergeAdapters(allAdapters, back.before, old, configuration.base(), true, {}).devices;
+    back.edited = past.edited;
     return back;
 }
 
@@ -111,14 +116,17 @@ std::string undo(Configuration& configuration, const PendingChange& pending) {
     addTold(pending, order.changed);
     if (order.restored.empty()) order.adapters = adaptersOf(back.before, back.target, order.changed);
     if (order.adapters.empty()) return {};
-    configuration.base() = std::move(back.before);
     configuration.mine() = std::move(back.target);
     AdapterChange taking(configuration, std::move(order));
     taking.finishAlone(lockPatience);
     const ChangeResult& result = taking.result();
     if (!result.failures.empty())
         return fmt::format("{}: {}", result.failures[0].file, result.failures[0].reason);
-    return result.save.state == SaveOutcome::State::done ? "" : "the save failed";
+    if (result.save.state != SaveOutcome::State::done) return "the save failed";
+    if (!back.edited.empty() && !result.wrote)
+        return fmt::format("{} has been edited where the change changed it, and the driver has it as edited",
+                           back.edited);
+    return {};
 }
 
 // The change stays: the log and the history say so.

@@ -110,7 +110,7 @@ Output begun(const Plan& plan) {
 void end(Output& output, const std::vector<SentRequest>& requests, bool driver, const std::string& change,
          const std::string& result) {
     Tree all = Tree::array();
-    for (const SentRequest& request : requests) all.add(requestTree(request));
+    for (const SentRequest& request : requests) all.add(requestTree(request, result == "dry run"));
     output.tree.put("requests", std::move(all));
     output.tree.put("driver", {driver, {}});
     const bool numbered = !change.empty() && change != "none";
@@ -142,13 +142,15 @@ std::optional<Failure> failureOf(const ChangeResult& result, bool conflict) {
 }
 
 // The driver has taken what the files will not have: it gets their settings again. False: not all of it.
-bool restoreDriver(Session& session, const Plan& plan) {
+// `guarded`: the change that waits for its confirmation is this one.
+bool restoreDriver(Session& session, const Plan& plan, bool guarded) {
     ChangeOrder order{.adapters = plan.adapters,
                       .changed = plan.restarted,
                       .before = session.devices,
                       .driver = true,
                       .tellLists = true};
-    session.configuration.read();
+    if (!session.configuration.read()) return false;
+    session.configuration.passPending = guarded;
     AdapterChange change(session.configuration, std::move(order));
     change.finishAlone();
     return change.result().driver.empty() && !change.result().givenUp;
@@ -156,13 +158,13 @@ bool restoreDriver(Session& session, const Plan& plan) {
 
 Output make(Session& session, const Plan& plan, ChangeOrder order) {
     Output output = begun(plan);
-    const bool driver = order.driver, tells = driver && order.settings;
+    const bool driver = order.driver, tells = driver && order.settings, guarded = order.guarded;
     AdapterChange change(session.configuration, std::move(order));
     const bool conflict = change.run().has_value();
     const ChangeResult& result = change.result();
     if (const auto failure = failureOf(result, conflict)) {
         if (!tells || !result.tookAny()) throw *failure;
-        const char* what = restoreDriver(session, plan)
+        const char* what = restoreDriver(session, plan, guarded)
                                ? "the driver has the settings of the files again"
                                : "the driver may have it all the same: see tvctl diff";
         throw Failure(failure->status(), fmt::format("{}; {}", failure->what(), what), failure->where());
@@ -186,8 +188,7 @@ ChangeOrder orderFor(Session& session, const Plan& plan, const AtmDevices& befor
     bool driver = false;
     if (!options.fileOnly) {
         session.discovery();
-        // One that has not answered yet is told all the same, and found silent.
-        driver = session.channel() || session.channel().outcome() == Outcome::silent;
+        driver = session.driverIsThere();  // one that does not answer is told all the same, and found silent
     }
     return {.adapters = plan.adapters,
             .changed = plan.restarted,
@@ -232,11 +233,12 @@ void readFor(Session& session, bool dryRun) {
     dryRun ? session.read() : session.readForChange();
 }
 
-Tree requestTree(const SentRequest& request) {
+Tree requestTree(const SentRequest& request, bool planned) {
     const bool answered = request.answer == RequestResult::taken || request.answer == RequestResult::refused;
     std::string line = fmt::format("request {} {}", request.request, request.service);
     if (request.answer == RequestResult::refused) line += fmt::format(" refused {}", request.resp);
     if (request.answer == RequestResult::unanswered) line += " no answer";
+    if (request.answer == RequestResult::notSent && !planned) line += " not sent";
     Tree tree;
     tree.put("name", {request.request, {line}});
     tree.put("where", {request.service, {}});
@@ -250,8 +252,9 @@ ConfigFiles filesAfter(Session& session, const AtmDevices& before) {
 
 Output carryOut(Session& session, const AtmDevices& before, const ChangeOptions& options) {
     const Plan plan(before, session.devices);
+    if (plan.any()) rehearse(session, plan, before);
+    session.needLock();
     if (!plan.any()) return nothing(plan);
-    rehearse(session, plan, before);
     return execute(session, plan, orderFor(session, plan, before, options), options);
 }
 

@@ -57,4 +57,4 @@ class PreparedLists {
 std::string userPlace();
 
 // A request as it is printed.
-Tree requestTree(const SentRequest& request);
+Tree requestTree(const SentRequest& request, bool planned = false);

@@ -72,10 +72,14 @@ struct Given {
 };
 
 Output run(Session& session, const Given& given) {
-    const ServiceId service = readListService(given.path, "clients");
+    ServiceId service;
     std::vector<esiSelector> clients;
-    for (const std::string& text : given.clients) clients.push_back(readClient(text));
-    readFor(session, given.options.dryRun);
+    FirstFailure first;
+    if (!given.options.dryRun) first.of(requireRoot);
+    first.of([&] { service = readListService(given.path, "clients"); });
+    for (const std::string& text : given.clients) first.of([&] { clients.push_back(readClient(text)); });
+    first.raise();
+    readListFor(session, service, given.options);
     const AtmDevices before = session.devices;
     Edits edits{service.adapter, service.service - firstLes, session.devices.les[asIndex(service.adapter)]};
     for (const esiSelector& client : clients) {

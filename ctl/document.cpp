@@ -83,7 +83,11 @@ template <class Entry> void takeList(const Json& json, const std::string& where,
     read.reserve(json.size());
     for (const Json& element : json) {
         Entry entry;
-        readEntry(element, fmt::format("{}[{}]", where, read.size()), entry);
+        const std::string place = fmt::format("{}[{}]", where, read.size());
+        readEntry(element, place, entry);
+        if constexpr (requires { entry.rate; })
+            if (entry.rate < 0 && !std::ranges::count(list, entry))
+                wrong(fmt::format("rate takes 0 to {}", std::numeric_limits<std::int32_t>::max()), place);
         read.push_back(entry);
     }
     list = std::move(read);
@@ -117,6 +121,7 @@ void takeService(int adapter, const std::string& name, const Json& settings, Atm
 }  // namespace
 
 Json readDocument(std::string_view text) {
+    if (text.find('\0') != text.npos) wrong("this is no JSON document: it has a NUL byte");
     Json document;
     try {
         Watch watch;

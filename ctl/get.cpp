@@ -31,8 +31,6 @@ Tree listValue(const KeyPath& path, const AtmDevices& devices) {
 Output get(Session& session, const std::string& text) {
     const KeyPath path = readKeyPath(text);
     const bool isList = path.key == listOfService(path.service);
-    if (!hasKey(path.service, path.key) || (path.entry && !isList))
-        throw Failure(Status::usage, fmt::format("there is no setting {}", path.text()), path.text());
     session.read();
     Output output;
     output.tree.put("where", {path.text(), {}});

@@ -102,6 +102,7 @@ Output revert(Session& session, const std::string& number, const ChangeOptions& 
     readFor(session, options.dryRun);
     const std::vector<PastChange> changes = allChanges();
     const PastChange& change = findChange(number, changes);
+    session.needLock();
     return putBack(session, filesBeforeChange(change, changes), options);
 }
 

@@ -12,9 +12,13 @@ constexpr int all[] = {0, 1, 2, 3};
 
 Output init(Session& session) {
     requireRoot();
+    const auto needsNone = [] {
+        if (!parameterFileIsMissing())
+            throw Failure(Status::wrongValue, fmt::format("there is {} already", file), file);
+    };
+    needsNone();
     session.lock();
-    if (!parameterFileIsMissing())
-        throw Failure(Status::wrongValue, fmt::format("there is {} already", file), file);
+    needsNone();
     const NewFile wanted{.uniRevision = uni31, .mustBeNew = true};
     // Every user may read it, whatever root's shell has set.
     const mode_t mask = ::umask(022);

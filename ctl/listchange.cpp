@@ -37,16 +37,16 @@ CLI::App* addListVerb(CLI::App& command, const char* name, const char* summary) 
     return verb;
 }
 
-ServiceId readListService(const std::string& path, std::string_view list) {
-    const ServiceId service = readService(path);
-    if (listOfService(service) != list)
-        throw Failure(Status::usage, fmt::format("{} has no {}", path, list), path);
-    return service;
+void readListFor(Session& session, const ServiceId& service, const ChangeOptions& options) {
+    readFor(session, options.dryRun);
+    if (const std::string file = session.unknownListOf(service); !file.empty())
+        throw Failure(Status::wrongValue, fmt::format("{} cannot be read", file), file);
 }
 
 Output carryOutLists(Session& session, const AtmDevices& before, const std::vector<ListStep>& steps,
                      const ChangeOptions& options) {
     const PreparedLists lists(session, before);
+    session.needLock();
     if (!lists.differ()) return lists.unchanged();
     if (options.fileOnly) return options.dryRun ? lists.preview({}) : lists.save({}, options);
     ChangeRecord record;

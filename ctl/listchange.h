@@ -23,5 +23,5 @@ Output carryOutLists(Session& session, const AtmDevices& before, const std::vect
 // A verb of a command that edits lists: "add" of "pvc".
 CLI::App* addListVerb(CLI::App& command, const char* name, const char* summary);
 
-// A service that has such a list; Failure::usage: it is none.
-ServiceId readListService(const std::string& path, std::string_view list);
+// Reads what is to be changed, and sees that the list of the service can be read. Failure::wrongValue.
+void readListFor(Session& session, const ServiceId& service, const ChangeOptions& options);

@@ -34,7 +34,7 @@ std::vector<PastFile> filesBeforeChange(const PastChange& change, const std::vec
                       past.edited);
     if (past.missing)
         throw Failure(Status::wrongValue,
-                      fmt::format("the history does not have change {:04} any more", past.missing));
+                      fmt::format("the history does not have change {:04}, or not all of it", past.missing));
     if (!past.edited.empty())
         throw Failure(Status::changedMeanwhile,
                       fmt::format("{} is not as the last change left it", past.edited), past.edited);

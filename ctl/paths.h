@@ -24,6 +24,9 @@ constexpr std::size_t firstLec = 1, firstLes = firstLec + lecCount;
 // Failure::notThere for an adapter or an instance that cannot be, Failure::usage for any other text.
 ServiceId readService(std::string_view path);
 
+// A service that has this list ("pvcs"), else Failure::usage, whatever its numbers are.
+ServiceId readListService(const std::string& path, std::string_view list);
+
 // Of an adapter all services, of a service itself.
 std::vector<ServiceId> readPath(std::string_view path);
 // All of an adapter, in the order in which they are shown.
@@ -36,6 +39,7 @@ struct KeyPath {
 
     std::string text() const;
 };
+// A setting that services of this kind have, else Failure::usage, whatever their numbers are.
 KeyPath readKeyPath(std::string_view text);
 
 // Calls visit(record) with a function from a device table to the record of the service.

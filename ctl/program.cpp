@@ -25,10 +25,13 @@ void complain(const std::string& message) {
     write(stderr, fmt::format("tvctl: {}\n", message));
 }
 
-// What was given on the command line can have any length.
-std::string shortened(const std::string& message) {
+// What was given on the command line can have any length, and names of files any character.
+std::string printable(const std::string& message) {
     constexpr std::size_t longest = 300;
-    return message.size() <= longest ? message : message.substr(0, longest) + "\\...";
+    std::string line;
+    for (const char c : std::string_view(message).substr(0, longest))
+        line += c >= 0 && (c < ' ' || c == 0x7f) ? platform::escaped({&c, 1}) : std::string(1, c);
+    return message.size() <= longest ? line : line + "\\...";
 }
 
 // Two printers of one tree.
@@ -52,14 +55,16 @@ int print(const Output& output, bool json) {
     // Also what stood in the buffer when the disk was full or the reader gone.
     const bool written = std::fflush(stdout) == 0 && !std::ferror(stdout);
     if (!written && output.message.empty()) complain("the output cannot be written");
-    for (const std::string& warning : output.warnings) complain(warning);
+    for (const std::string& warning : output.warnings) complain(printable(warning));
     if (!output.message.empty()) complain(output.message);
     if (!written && output.status == Status::good) return static_cast<int>(Status::notDone);
     return static_cast<int>(output.status);
 }
 
 Output failed(const Failure& failure) {
-    return {.status = failure.status(), .message = shortened(failure.what()), .where = failure.where()};
+    return {.status = failure.status(),
+            .message = printable(failure.what()),
+            .where = printable(failure.where())};
 }
 
 // CLI11 takes the brackets of "[1]" for its own.
@@ -103,10 +108,9 @@ struct CommandLine {
             const std::string what = error.what();
             const bool command = what.find("subcommand") != what.npos;
             return {.status = Status::usage,
-                    .message = command ? "there is no such command; see tvctl help"
-                                       : shortened(platform::escaped(what))};
+                    .message = command ? "there is no such command; see tvctl help" : printable(what)};
         } catch (const CLI::ParseError& error) {
-            return {.status = Status::usage, .message = shortened(platform::escaped(error.what()))};
+            return {.status = Status::usage, .message = printable(error.what())};
         }
         options.timeout = std::chrono::duration<double>(timeout);
         if (!root.empty()) platform::useRootDirectory(root);

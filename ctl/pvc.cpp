@@ -33,28 +33,36 @@ ListStep step(const ServiceId& service, ListEdit edit, const Pvc& pvc, ListEdit 
     return {sender(edit, pvc), sender(undo, undone)};
 }
 
-// The place of the entry that a word names: by its VCI, or "[1]" by its place.
-template <class Pvc>
-std::size_t placeOf(std::string word, const std::string& path, const std::vector<Pvc>& list) {
+// What a word names: an entry by its VCI, or "[1]" by its place.
+struct EntryName {
+    std::string word;
+    bool byPlace;
+    std::size_t number;
+};
+EntryName readEntryName(std::string word) {
     if (word.starts_with(' ')) word.erase(0, 1);  // see shielded()
     const bool byPlace = word.starts_with('[') && word.ends_with(']');
     const auto number = platform::wholeNumber<std::size_t>(
         byPlace ? std::string_view(word).substr(1, word.size() - 2) : std::string_view(word));
     if (!number)
         throw Failure(Status::usage, fmt::format("\"{}\" is no VCI and no [INDEX]", platform::escaped(word)));
-    const auto notThere = [&] {
-        return Failure(Status::notThere,
-                       byPlace ? fmt::format("there is no {}.pvcs{}", path, word)
-                               : fmt::format("{} has no PVC with VCI {}", path, word),
-                       path);
-    };
+    return {word, byPlace, *number};
+}
+
+template <class Pvc>
+std::size_t placeOf(const std::string& text, const std::string& path, const std::vector<Pvc>& list) {
+    const auto [word, byPlace, number] = readEntryName(text);
+    const Failure notThere(Status::notThere,
+                           byPlace ? fmt::format("there is no {}.pvcs{}", path, word)
+                                   : fmt::format("{} has no PVC with VCI {}", path, word),
+                           path);
     if (byPlace) {
-        if (*number >= list.size()) throw notThere();
-        return *number;
+        if (number >= list.size()) throw notThere;
+        return number;
     }
-    const auto isIt = [&](const Pvc& pvc) { return pvc.vci == *number; };
+    const auto isIt = [vci = number](const Pvc& pvc) { return pvc.vci == vci; };
     const auto found = std::ranges::find_if(list, isIt);
-    if (found == list.end()) throw notThere();
+    if (found == list.end()) throw notThere;
     if (std::ranges::count_if(list, isIt) > 1)
         throw Failure(Status::wrongValue,
                       fmt::format("{} has several PVCs with VCI {}: name one by its [INDEX]", path, word),
@@ -67,8 +75,6 @@ void add(const ServiceId& service, const Words& words, std::vector<Pvc>& list, s
     Pvc pvc;
     pvc.encapsulation = 1;
     takeAddress(words[0], pvc);
-    if (std::ranges::count(words, "vci") == 0)
-        throw Failure(Status::usage, "a PVC needs \"vci\" and a number");
     takeWords(std::span(words).subspan(1), pvc);
     if (std::ranges::count(list, pvc)) return;
     list.push_back(pvc);
@@ -78,7 +84,6 @@ void add(const ServiceId& service, const Words& words, std::vector<Pvc>& list, s
 template <class Pvc>
 void modify(const ServiceId& service, const Words& words, std::vector<Pvc>& list,
             std::vector<ListStep>& steps) {
-    if (words.size() < 2) throw Failure(Status::usage, "the words that change are missing");
     Pvc& pvc = list[placeOf(words[0], service.name().path, list)];
     const Pvc before = pvc;
     takeWords(std::span(words).subspan(1), pvc);
@@ -98,10 +103,29 @@ void remove(const ServiceId& service, const Words& words, std::vector<Pvc>& list
 
 enum class Verb { add, modify, remove };
 
+// Before anything is read.
+void checkWords(Verb verb, const Words& words) {
+    const auto changing = std::span(words).subspan(1);
+    if (verb == Verb::add && std::ranges::count(words, "vci") == 0)
+        throw Failure(Status::usage, "a PVC needs \"vci\" and a number");
+    if (verb == Verb::modify && changing.empty())
+        throw Failure(Status::usage, "the words that change are missing");
+    AtmBridgedPvc any;
+    if (verb != Verb::remove) takeWords(changing, any);
+    if (verb == Verb::modify) readEntryName(words[0]);
+    if (verb == Verb::remove)
+        for (const std::string& word : words) readEntryName(word);
+}
+
 Output run(Session& session, Verb verb, const std::string& path, const Words& words,
            const ChangeOptions& options) {
-    const ServiceId service = readListService(path, "pvcs");
-    readFor(session, options.dryRun);
+    ServiceId service;
+    FirstFailure first;
+    if (!options.dryRun) first.of(requireRoot);
+    first.of([&] { service = readListService(path, "pvcs"); });
+    first.of([&] { checkWords(verb, words); });
+    first.raise();
+    readListFor(session, service, options);
     const AtmDevices before = session.devices;
     std::vector<ListStep> steps;
     withRecord(service, [&](auto record) {

@@ -33,6 +33,11 @@ bool saveIsUnderWay() {
     return files().status(Configuration::saveRecord(place), status) == 0;
 }
 
+// There is no driver, or nothing behind its node.
+bool isAbsent(int error) {
+    return error == 0 || error == ENOENT || error == ENXIO || error == ENODEV;
+}
+
 [[noreturn]] void unreadable(int error) {
     throw Failure(Status::wrongValue, fmt::format("{}: {}", PdfEdit::parameterFile, std::strerror(error)),
                   PdfEdit::parameterFile);
@@ -89,15 +94,23 @@ void Session::lock() {
 void Session::readForChange() {
     requireRoot();
     platform::watchEndSignals();
-    lock();
+    try {
+        lock();
+    } catch (const Failure& failure) {
+        if (failure.status() != Status::locked) throw;
+        lockFailure_ = failure;
+    }
     read();
+}
+
+void Session::needLock() const {
+    if (lockFailure_) throw *lockFailure_;
 }
 
 const Discovery& Session::discovery() {
     if (discovery_) return *discovery_;
     discovery_.emplace();
-    if (!channel_.open(platform::superUser() ? O_RDWR : O_RDONLY) && !channel_.open(O_RDONLY))
-        return *discovery_;
+    if (!openDriver(platform::superUser() ? O_RDWR : O_RDONLY) && !openDriver(O_RDONLY)) return *discovery_;
     query_.emplace(channel_, 0);
     *discovery_ = discoverAdapters(*query_, devices);
     configuration.driverRevision = discovery_->version;
@@ -114,9 +127,22 @@ std::string Session::unknownListOf(const ServiceId& service) const {
     return unknown;
 }
 
+bool Session::openDriver(int mode) {
+    const bool open = channel_.open(mode);
+    openError_ = open ? 0 : errno;
+    return open;
+}
+
+bool Session::driverIsThere() const {
+    return channel_ || channel_.outcome() != Outcome::absent || !isAbsent(openError_);
+}
+
 Failure Session::noDriver(const std::string& advice) const {
-    if (channel_.outcome() == Outcome::silent) return {Status::silent, "the driver did not answer"};
-    return {Status::noDriver, "there is no driver" + advice};
+    if (channel_.outcome() != Outcome::absent) return {Status::silent, "the driver did not answer"};
+    if (isAbsent(openError_)) return {Status::noDriver, "there is no driver" + advice};
+    const Status status =
+        openError_ == EACCES || openError_ == EPERM ? Status::notPermitted : Status::refused;
+    return {status, fmt::format("the driver cannot be opened: {}", std::strerror(openError_))};
 }
 
 bool Session::hasSection(int adapter) const {

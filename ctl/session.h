@@ -30,9 +30,12 @@ class Session {
     // Reads the files of all adapters as they stand at one moment, without locking them.
     // Failure::wrongValue: the parameter file cannot be read.
     void read();
-    // The same under the lock, which stays. Failure::notPermitted: the user is not root. Failure::locked,
-    // Failure::notDone: a save that was interrupted cannot be completed.
+    // The same under the lock, which stays. Failure::notPermitted: the user is not root. Failure::notDone: a
+    // save that was interrupted cannot be completed. When somebody else has the lock needLock() says so, so
+    // that what is wrong with the command itself comes first.
     void readForChange();
+    // Failure::locked: nothing may be changed.
+    void needLock() const;
 
     // The lock alone, for whoever reads nothing.
     void lock();
@@ -45,7 +48,11 @@ class Session {
     bool hasDriver() { return discovery().complete; }
     // A closed one when there is no driver.
     DriverChannel& channel() { return channel_; }
-    // Why it is closed: there is no driver, or it did not answer.
+    // Opens it for reading alone, or also for requests that change something.
+    bool openDriver(int mode);
+    // There is a driver, also one that cannot be opened or does not answer.
+    bool driverIsThere() const;
+    // Why it is closed.
     Failure noDriver(const std::string& advice = {}) const;
 
     // Adapters that have a section or that the driver reports, ascending.
@@ -57,9 +64,9 @@ class Session {
     bool knowsMac(int adapter);  // the driver has said it
 
   private:
-    void readFiles();
-
     Options options_;
+    std::optional<Failure> lockFailure_;
+    int openError_ = 0;  // errno
     std::vector<std::string> warnings_;
     DriverChannel channel_;
     std::optional<aalInfo> query_;

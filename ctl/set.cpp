@@ -22,9 +22,6 @@ Assignment readAssignment(const std::string& word) {
     if (equals == word.npos)
         throw Failure(Status::usage, fmt::format("\"{}\" is not PATH.KEY=VALUE", platform::escaped(word)));
     Assignment assignment{readKeyPath(word.substr(0, equals)), word.substr(equals + 1)};
-    if (assignment.path.entry || !hasKey(assignment.path.service, assignment.path.key))
-        throw Failure(Status::usage, fmt::format("there is no setting {}", assignment.path.text()),
-                      assignment.path.text());
     if (assignment.path.key == listOfService(assignment.path.service))
         throw Failure(Status::usage,
                       fmt::format("{} is a list: see pvc, client and apply", assignment.path.text()),
@@ -55,12 +52,16 @@ void followUp(const AtmLEC& before, AtmLEC& client, const std::set<std::string>&
 Output set(Session& session, const std::vector<std::string>& words, const ChangeOptions& options) {
     std::vector<Assignment> all;
     std::map<std::string, std::set<std::string>> given;
-    for (const std::string& word : words) {
-        all.push_back(readAssignment(word));
-        const KeyPath& path = all.back().path;
-        if (!given[path.service.name().path].insert(path.key).second)
-            throw Failure(Status::usage, fmt::format("{} is given twice", path.text()), path.text());
-    }
+    FirstFailure first;
+    if (!options.dryRun) first.of(requireRoot);
+    for (const std::string& word : words)
+        first.of([&] {
+            all.push_back(readAssignment(word));
+            const KeyPath& path = all.back().path;
+            if (!given[path.service.name().path].insert(path.key).second)
+                throw Failure(Status::usage, fmt::format("{} is given twice", path.text()), path.text());
+        });
+    first.raise();
     readFor(session, options.dryRun);
     const AtmDevices before = session.devices;
     for (const Assignment& assignment : all) setSetting(assignment.path, assignment.value, session.devices);

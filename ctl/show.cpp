@@ -16,10 +16,13 @@ struct Show {
     Output operator()(Session& session) const {
         if (state) return showState(session, paths);
         std::vector<ServiceId> services;
-        for (const std::string& path : paths) {
-            const std::vector<ServiceId> some = readPath(path);
-            services.insert(services.end(), some.begin(), some.end());
-        }
+        FirstFailure first;
+        for (const std::string& path : paths)
+            first.of([&] {
+                const std::vector<ServiceId> some = readPath(path);
+                services.insert(services.end(), some.begin(), some.end());
+            });
+        first.raise();
         session.read();
         session.discovery();
         if (paths.empty())

@@ -100,7 +100,7 @@ bool reports(const Discovery& found, int adapter) {
 bool knowsAdapters(Session& session) {
     const Discovery& found = session.discovery();
     if (found.complete) return !found.adapters.empty() || session.channel().outcome() == Outcome::success;
-    if (session.channel().outcome() == Outcome::absent) throw Failure(Status::noDriver, "there is no driver");
+    if (session.channel().outcome() == Outcome::absent) throw session.noDriver();
     return false;
 }
 
@@ -119,7 +119,9 @@ void complain(std::span<const metrics::Reader::Debt> owed, Output& output) {
 
 Output showState(Session& session, const std::vector<std::string>& paths) {
     std::vector<Place> places;
-    for (const std::string& path : paths) addPlaces(path, places);
+    FirstFailure first;
+    for (const std::string& path : paths) first.of([&] { addPlaces(path, places); });
+    first.raise();
     const bool known = knowsAdapters(session);
     const Discovery& found = session.discovery();
     for (const Place& place : places)

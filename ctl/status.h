@@ -1,6 +1,9 @@
 // How a command ends: the exit status, and what is said of a failure.
 #pragma once
 
+#include <algorithm>
+#include <array>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -34,4 +37,31 @@ class Failure : public std::runtime_error {
   private:
     Status status_;
     std::string where_;
+};
+
+// Of several failures the one whose status comes first.
+class FirstFailure {
+  public:
+    // Calls it and keeps its failure.
+    void of(auto attempt) {
+        try {
+            attempt();
+        } catch (const Failure& failure) {
+            if (!first_ || place(failure.status()) < place(first_->status())) first_ = failure;
+        }
+    }
+    // Throws it, if there was one.
+    void raise() const {
+        if (first_) throw *first_;
+    }
+
+  private:
+    static std::ptrdiff_t place(Status status) {
+        using enum Status;
+        constexpr std::array order{usage,    notPermitted, notThere, wrongValue, locked,   changedMeanwhile,
+                                   noDriver, notDone,      silent,   refused,    different};
+        return std::ranges::find(order, status) - order.begin();
+    }
+
+    std::optional<Failure> first_;
 };

@@ -22,7 +22,7 @@ struct Trace {
     Output operator()(Session& session) const {
         requireRoot();
         DriverChannel& channel = session.channel();
-        if (!channel.open(O_RDONLY)) throw session.noDriver();
+        if (!session.openDriver(O_RDONLY)) throw session.noDriver();
         TraceRequest request(channel);
         const auto trace = std::ranges::find_if(traces, [&](auto& row) { return row.name == name; });
         const bool taken = request.switchTrace(trace->component, state == "on") == 0;

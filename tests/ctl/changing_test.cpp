@@ -120,6 +120,10 @@ TEST_F(Changing, WhatIsWrongChangesNothing) {
         {2, "--timeout nan show", "no number of seconds"},
         {2, "set adapter1/lec1.mtu=4544 --confirm inf", "no number of seconds"},
         {2, "set $(printf '%0100000d' 7)", "..."},
+        {2, "get adapter9/lec1.foo", "no setting"},
+        {2, "show adapter9 foo", "no path"},
+        {2, "pvc add adapter9/lec1 8:0:20:1:2:3 vci 300 maybe", "no word of a PVC"},
+        {2, "set adapter9/lec1.mtu=1516 adapter1/lec1.foo=1", "no setting"},
         {2, "set --frobnicate adapter1/lec1.mtu=1516", ""},
     };
     for (const auto& c : cases)
@@ -166,6 +170,7 @@ TEST_F(Changing, AnythingWrongInADocumentChangesNothing) {
         {R"({"format":1,"adapter1":{"lec1":{"pvcs":[{"mac":"8:0:20:1:2:3"}]}}})", "vci"},
         {R"({"format":1,"adapter1":{"lec1":{"pvcs":[{"mac":"8:0:20:1:2:3","vci":-1}]}}})", "pvcs[0]"},
         {R"({"format":1,"adapter1":{"lec1":{"pvcs":[{"mac":"8:0:20:1:2:3","vci":300,"x":1}]}}})", "pvcs[0]"},
+        {R"({"format":1,"adapter1":{"lec1":{"pvcs":[{"mac":"8:0:20:1:2:3","vci":300,"rate":-1}]}}})", "rate"},
         {R"({"format":1,"adapter1":{"les1":{"clients":[7]}}})", "clients[0]"},
         {R"({"format":1,"adapter1":{"lec1":{"pvcs":[[[[[[[[]]]]]]]]}}})", "deeply"},
     };
@@ -177,6 +182,10 @@ TEST_F(Changing, AnythingWrongInADocumentChangesNothing) {
     EXPECT_EQ(tvctl("apply /no/such/document").status, 9);
     EXPECT_EQ(tvctl("apply - </dev/null").status, 9);
     EXPECT_EQ(tvctl("apply - --json < /bin/bash").status, 9);
+    root.write("/nul", std::string(R"({"format":1})") + '\0' + "more");
+    EXPECT_EQ(tvctl("apply - <" + root.at("/nul").string()).status, 9);
+    EXPECT_EQ(tvctl("apply \"$(printf 'no\\nfile\\033[1m')\"").err,
+              "tvctl: no\\x0afile\\x1b[1m: No such file or directory\n");
     EXPECT_EQ(files(), before);
     EXPECT_FALSE(hasHistory());
 }
@@ -322,7 +331,7 @@ TEST_F(Changing, AChangeIsUndoneByteForByte) {
     fs::remove_all(root.at(fmt::format("/var/lib/tarvolin/history/{:04}", changes)));
     const Said gap = tvctl(fmt::format("revert {}", changes - 1));
     EXPECT_EQ(gap.status, 9);
-    EXPECT_THAT(gap.err, HasSubstr(fmt::format("does not have change {:04} any more", changes)));
+    EXPECT_THAT(gap.err, HasSubstr(fmt::format("does not have change {:04}, or not all of it", changes)));
 }
 
 TEST_F(Changing, AChangeThatNobodyConfirmsIsTakenBack) {
@@ -380,6 +389,13 @@ TEST_F(Changing, AChangeIsTakenBackAlsoWhenItWasDisturbed) {
     EXPECT_THAT(root.read(parameters), AllOf(HasSubstr("# by hand"), HasSubstr("= byhand")));
     EXPECT_THAT(driverName(), HasSubstr("elanName = engineering"));
     EXPECT_THAT(tvctl("history").out, HasSubstr("change 0001 was not confirmed"));
+
+    // The edit of what the change changed stays, and the driver gets it.
+    EXPECT_EQ(tvctl("set adapter1/lec1.elanName=tried --confirm 1").status, 0);
+    root.edit(parameters, "= tried", "= edited");
+    EXPECT_TRUE(waitUntilTakenBack());
+    EXPECT_THAT(driverName(), HasSubstr("elanName = edited"));
+    EXPECT_THAT(tvctl("history").out, HasSubstr("\"not taken back\""));
 
     // It cannot be taken back: the history says so.
     EXPECT_EQ(tvctl("set adapter1/lec1.elanName=stays --confirm 1").status, 0);
@@ -498,6 +514,8 @@ TEST_F(Changing, AListThatCannotBeReadIsNotAnEmptyOne) {
     EXPECT_EQ(restarted.status, 9);
     EXPECT_THAT(restarted.err, HasSubstr("its list in /etc/atm/pvcconf0.0 cannot be read"));
     EXPECT_EQ(tvctl("set adapter1/lec2.l3Mtu=4000").status, 0);
+    EXPECT_EQ(tvctl("pvc modify adapter1/lec1 100 null --file-only").status, 9);
+    EXPECT_EQ(tvctl("pvc add adapter1/lec1 8:0:20:1:2:3 vci 300 --dry-run").status, 9);
 }
 
 TEST_F(Changing, APreviewHasTheRequestsAndSendsNone) {

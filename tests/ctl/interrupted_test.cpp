@@ -6,6 +6,7 @@
 #include "tvctl.h"
 
 #include <fcntl.h>
+#include <future>
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -70,6 +71,15 @@ TEST_F(Interrupted, ByAFileThatMayNotGrow) {
 TEST_F(Interrupted, ByAScriptThatHoldsTheLock) {
     const auto before = root.files("/etc/atm");
     const Script script(root);
+    // What is wrong with the command itself comes first. Each waits for the lock.
+    const auto statusOf = [](const char* words) {
+        return std::async(std::launch::async, [words] { return tvctl(words).status; });
+    };
+    auto value = statusOf("set adapter1/lec1.mtu=7"), entry = statusOf("pvc delete adapter1/lec1 999"),
+         change = statusOf("revert 99");
+    EXPECT_EQ(value.get(), 9);
+    EXPECT_EQ(entry.get(), 10);
+    EXPECT_EQ(change.get(), 10);
     expectFailure(6, "the configuration is being changed by another program");
     EXPECT_EQ(root.files("/etc/atm"), before);
 }
@@ -100,6 +110,12 @@ TEST_F(Interrupted, ByAFileThatMayNotGrowAfterTheDriverWasTold) {
         EXPECT_THAT(set.err, testing::HasSubstr("the driver has the settings of the files again"));
         EXPECT_EQ(tvctl("pvc add adapter1/lec1 8:0:20:1:2:3 vci 300").status, 5);
     }
+    {
+        const SmallFiles limit(4096);  // of the configuration alone
+        EXPECT_THAT(tvctl("set adapter1/lec1.elanName=mine --confirm 60").err,
+                    testing::HasSubstr("the driver has the settings of the files again"));
+        EXPECT_FALSE(root.exists("/var/lib/tarvolin/pending.json"));
+    }
     EXPECT_EQ(root.files("/etc/atm"), before);
     EXPECT_EQ(tvctl("diff").out, "");
 }
@@ -110,4 +126,8 @@ TEST_F(Interrupted, ByWhoItIsNotPermittedTo) {
     platform::pretendSuperUser({});
     EXPECT_EQ(ran.status, 77);
     EXPECT_EQ(ran.json()["error"]["code"], 77);
+    platform::pretendSuperUser(false);
+    EXPECT_EQ(runTvctl("set adapter9/lec1.mtu=1516").status, 77);
+    EXPECT_EQ(runTvctl("set adapter9/lec1.foo=1516").status, 2);
+    platform::pretendSuperUser({});
 }
