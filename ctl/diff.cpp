@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <fmt/format.h>
 #include <memory>
+#include <strings.h>
 
 namespace {
 
@@ -18,6 +19,12 @@ constexpr const char* marks[] = {"", "s", "?", "i"};
 
 bool counts(Mark mark) {
     return mark == Mark::none || mark == Mark::sent;
+}
+
+// Addresses are what their digits say, of whatever case.
+bool sameValue(const std::string& key, const std::string& a, const std::string& b) {
+    if (key != "networkPrefix" && key != "esiSelector") return a == b;
+    return ::strcasecmp(a.c_str(), b.c_str()) == 0;
 }
 
 // The records before a change.
@@ -35,8 +42,10 @@ class Comparison {
     void compare(const Side& from, const Side& to, Output& output) {
         for (int adapter = 0; adapter < adapterCount; ++adapter)
             for (const ServiceId& service : servicesOf(adapter)) {
-                const auto left = from.find(service.name().path), right = to.find(service.name().path);
-                if (left != from.end() && right != to.end()) compare(service, left->second, right->second);
+                const auto left = from.services.find(service.name().path),
+                           right = to.services.find(service.name().path);
+                if (left != from.services.end() && right != to.services.end())
+                    compare(service, left->second, right->second);
             }
         output.tree.put("differences", std::move(found_));
         output.status = different_ ? Status::different : Status::good;
@@ -66,7 +75,7 @@ class Comparison {
         for (const Setting& setting : settingsOf(service, AtmDevices(), false)) {
             const auto left = from.values.find(setting.key), right = to.values.find(setting.key);
             if (left != from.values.end() && right != to.values.end() &&
-                left->second.text != right->second.text)
+                !sameValue(setting.key, left->second.text, right->second.text))
                 compareValues(fmt::format("{}.{}", path, setting.key), left->second, right->second);
         }
         for (const auto& [name, left] : from.lists)
@@ -126,10 +135,10 @@ class Comparison {
 
 Side readSide(const std::string& name, Session& session) {
     const std::vector<int> all{0, 1, 2, 3};
-    if (name == "file") return sideOf(session.devices, session.adapters());
+    if (name == "file") return sideOf(session.devices, session.adapters(), session);
     if (name == "driver") return driverSide(session, session.devices);
     if (name == "sent") return sentSide(session);
-    if (name.starts_with('@')) return sideOf(devicesBefore(name.substr(1)), all);
+    if (name.starts_with('@')) return sideOf(devicesBefore(name.substr(1)), all, session);
     const Json document = readDocument(readDocumentFile(name));
     AtmDevices devices = session.devices;
     applyDocument(document, devices);
@@ -143,6 +152,13 @@ Output diff(Session& session, const std::string& from, const std::string& to) {
     output.tree.put("from", {platform::escaped(from), {}});
     output.tree.put("to", {platform::escaped(to), {}});
     Comparison().compare(left, right, output);
+    for (const Complaint& complaint : {left.complaint, right.complaint})
+        if (complaint.status == Status::wrongValue ||
+            (complaint.status == Status::refused && output.message.empty())) {
+            output.status = complaint.status;
+            output.message = complaint.message;
+            output.where = complaint.where;
+        }
     return output;
 }
 

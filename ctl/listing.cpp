@@ -49,3 +49,7 @@ Tree configurationTree(std::span<const ServiceId> services, const AtmDevices& de
     for (auto& [adapter, of] : adapters) tree.put(adapterName(adapter), std::move(of));
     return tree;
 }
+
+std::string leftOutMessage(const std::string& file) {
+    return file + " cannot be read: the list is left out";
+}

@@ -18,3 +18,6 @@ Tree configurationTree(std::span<const ServiceId> services, const AtmDevices& de
 // "lec2" of adapter1/lec2, "adapter1" of both.
 std::string shortName(const ServiceId& service);
 std::string adapterName(int adapter);
+
+// The complaint that the list in a file is not shown.
+std::string leftOutMessage(const std::string& file);

@@ -4,7 +4,6 @@
 #include "ctl/state.h"
 
 #include <algorithm>
-#include <fmt/format.h>
 #include <memory>
 
 namespace {
@@ -37,7 +36,7 @@ struct Show {
             if (const std::string file = session.unknownListOf(service);
                 !file.empty() && output.message.empty()) {
                 output.status = Status::wrongValue;
-                output.message = fmt::format("{} cannot be read: the list is left out", file);
+                output.message = leftOutMessage(file);
                 output.where = file;
             }
         return output;

@@ -1,17 +1,14 @@
 #include "ctl/side.h"
 
-#include "change/pastchanges.h"
-#include "change/saverecord.h"
 #include "change/sent.h"
 #include "ctl/entries.h"
 #include "ctl/listing.h"
 #include "ctl/settings.h"
 #include "ctl/status.h"
-#include "driver/dai_api.h"
+#include "ctl/unsent.h"
+#include "driver/dai_io.h"
+#include "metrics/value.h"
 #include "model/statecodes.h"
-#include "platform/files.h"
-#include "platform/stream.h"
-#include "platform/wallclock.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -60,69 +57,108 @@ DriverIdentity identityOf(Session& session, int adapter) {
         session.knowsMac(adapter) ? session.devices.lec[asIndex(adapter)][0].mac.GetFMacAddress() : "");
 }
 
+void requireDriver(Session& session) {
+    session.discovery();
+    if (!session.channel()) throw session.noDriver();
+    if (!session.hasDriver()) throw Failure(Status::silent, "the driver did not answer");
+}
+
 // Asks the driver; a request without an answer ends all.
 class Reader {
   public:
     Reader(Session& session, const AtmDevices& inFiles) : session_(session), files_(inFiles) { sent_.load(); }
 
     Side read() {
-        Side side;
-        for (const FoundAdapter& adapter : session_.discovery().adapters) {
-            adapter_ = adapter.index;
-            link_ = static_cast<std::uint8_t>(adapter.index);
-            readClients(side);
-            readServers(side);
-            readServerAndIp(side);
-            fillSent(side);
+        const std::vector<FoundAdapter>& found = session_.discovery().adapters;
+        if (found.empty() && session_.channel().outcome() != Outcome::success) {
+            side_.complaint = {Status::refused, "the driver refuses to say which adapters there are", {}};
+            return std::move(side_);
         }
-        return side;
+        for (adapter_ = 0; adapter_ < adapterCount; ++adapter_) {
+            const auto adapter = std::ranges::find(found, adapter_, &FoundAdapter::index);
+            adapter == found.end() ? lack() : readAdapter(*adapter);
+        }
+        if (!where_.empty())
+            side_.complaint = {Status::refused,
+                               fmt::format("{}{}: {}", where_, others_ ? " and others" : "", why_), where_};
+        return std::move(side_);
     }
 
   private:
-    template <class View> View answered(View view, const reqParam& query) const {
-        if (!view && !query.decided()) throw Failure(Status::silent, "the driver did not answer");
-        return view;
+    // Nothing runs on an adapter that the driver has not.
+    void lack() {
+        for (const ServiceId& service : servicesOf(adapter_)) at(service.service).running = false;
     }
 
-    SideService& at(Side& side, std::size_t place) const {
-        return side[ServiceId{adapter_, place}.name().path];
+    void readAdapter(const FoundAdapter& adapter) {
+        link_ = static_cast<std::uint8_t>(adapter_);
+        // Without these nobody knows whether it is the one that was sent something.
+        if (adapter.line.empty() || session_.configuration.driverRevision.empty())
+            complain(adapterName(adapter_), metrics::wordsOf(metrics::Unknown::refused));
+        readClients();
+        readServers();
+        readLecs();
+        readIp();
+        fillSent();
     }
+
+    // The first is said, and whether there are others.
+    void complain(const std::string& where, const std::string& why) {
+        if (where_.empty())
+            where_ = where, why_ = why;
+        else
+            others_ |= where != where_;
+    }
+
+    // Whether all of the answer is there.
+    bool got(std::size_t place, const InfoMsgHandler& query) {
+        if (!query.answered()) throw Failure(Status::silent, "the driver did not answer");
+        if (query.result() == 0 && query.whole()) return true;
+        const bool refused = query.result() != 0 && query.decided();
+        const std::string why =
+            metrics::wordsOf(refused ? metrics::Unknown::refused : metrics::Unknown::incomplete);
+        complain(ServiceId{adapter_, place}.name().path,
+                 refused ? fmt::format("{} ({})", why, query.header().Resp) : why);
+        return false;
+    }
+
+    SideService& at(std::size_t place) { return side_.services[ServiceId{adapter_, place}.name().path]; }
 
     // What the driver tells exactly.
-    void known(Side& side, std::size_t place, const std::set<std::string>& keys,
-               Mark mark = Mark::none) const {
-        put({adapter_, place}, seen_, keys, mark, at(side, place));
+    void known(std::size_t place, const std::set<std::string>& keys, Mark mark = Mark::none) {
+        put({adapter_, place}, seen_, keys, mark, at(place));
     }
 
     // Whether a service is there. The state of one that is not tells that it is off, and nothing else.
-    bool isThere(Side& side, std::size_t place, bool state, std::int32_t& enabled) const {
-        at(side, place).running = state;
+    bool isThere(std::size_t place, bool state, std::int32_t& enabled) {
+        at(place).running = state;
         enabled = state;
-        known(side, place, {"enabled"});
+        known(place, {"enabled"});
         return state;
     }
 
-    void readClients(Side& side) {
+    void readClients() {
         for (std::size_t m = 0; m < asIndex(lecCount); ++m) {
             AtmLEC& lec = seen_.lec[asIndex(adapter_)][m];
             lecInfo query(session_.channel(), link_);
             const auto unit = static_cast<std::uint8_t>(m);
-            const LecStateView state = answered(query.GetState(link_, unit), query);
-            const std::uint32_t code = state ? state.state() : 0;
-            const bool onPvcs = state && code == lecOnPvcs && state.flag() != 0;
-            if (!state || !isThere(side, firstLec + m, code != lecAbsent, lec.enabled)) continue;
+            const LecStateView state = query.GetState(link_, unit);
+            if (!got(firstLec + m, query)) continue;
+            const std::uint32_t code = state.state();
+            const bool onPvcs = code == lecOnPvcs && state.flag() != 0;
+            if (!isThere(firstLec + m, code != lecAbsent, lec.enabled)) continue;
             if (onPvcs) {
                 lec.pvcOnly = 1;
-                known(side, firstLec + m, {"pvcOnly"});
+                known(firstLec + m, {"pvcOnly"});
             }
-            readClientSettings(side, m, query);
-            readPvcs(side, firstLec + m, query);
+            readClientSettings(m, query);
+            readPvcs(firstLec + m, query);
         }
     }
 
-    void readClientSettings(Side& side, std::size_t m, lecInfo& query) {
-        const LecStatsView stats = answered(query.GetStats(), query);
-        if (!stats) return;
+    void readClientSettings(std::size_t m, lecInfo& query) {
+        const LecStatsView stats = query.GetStats();
+        if (!got(firstLec + m, query)) return;
         AtmLEC& lec = seen_.lec[asIndex(adapter_)][m];
         lec.elanName = stats.elanName();
         lec.mtuClass = stats.mtuClass();
@@ -132,14 +168,15 @@ class Reader {
         const ServiceId service{adapter_, firstLec + m};
         for (const char* key : {"elanName", "mtu", "elanType"}) {
             const bool learned = file.useLecs != 0 && !file.pvcOnly && !changedUnsent(service, key);
-            known(side, service.service, {key}, learned ? Mark::learned : Mark::none);
+            known(service.service, {key}, learned ? Mark::learned : Mark::none);
         }
         if (file.useLecs || stats.vci(LecConnection::controlDirect) == 0) return;
         lec.address = stats.address(LecConnection::controlDirect);
-        known(side, firstLec + m, {"networkPrefix", "esiSelector"});
+        known(firstLec + m, {"networkPrefix", "esiSelector"});
     }
 
-    // The PVCs in a table of connections; the others were set up by signalling.
+    // The PVCs in a table of connections, which has them from their adding on, whether or not the client is
+    // up; the others were set up by signalling.
     static AtmBridgedPvc pvcOf(const LecRowView& row) {
         AtmBridgedPvc pvc;
         pvc.mac = row.mac();
@@ -152,13 +189,13 @@ class Reader {
         pvc.vci = static_cast<std::uint16_t>(row.vci());
         return pvc;
     }
-    void readPvcs(Side& side, std::size_t place, auto& query) {
-        const auto table = answered(query.GetEntireTable(), query);
-        if (!table) return;
+    void readPvcs(std::size_t place, auto& query) {
+        const auto table = query.GetEntireTable();  // false: it has no rows
+        if (!got(place, query)) return;
         SideList list{true, {}};
         for (const auto row : table)
             if (!row.switched()) addIdentity(list, pvcOf(row));
-        at(side, place).lists["pvcs"] = std::move(list);
+        at(place).lists["pvcs"] = std::move(list);
     }
 
     static void addIdentity(SideList& list, const auto& entry) {
@@ -169,61 +206,66 @@ class Reader {
         list.entries.push_back({text, text, std::move(json)});
     }
 
-    void readServers(Side& side) {
+    void readServers() {
         for (std::size_t m = 0; m < asIndex(lesCount); ++m) {
             AtmLES& les = seen_.les[asIndex(adapter_)][m];
             lesInfo query(session_.channel(), link_);
-            const LesStateView state = answered(query.GetState(link_, static_cast<std::uint8_t>(m)), query);
-            if (!state || !isThere(side, firstLes + m, state.state() != lesAbsent, les.enabled)) continue;
-            const LesStatsView stats = answered(query.GetStats(), query);
-            if (!stats) continue;
+            const LesStateView state = query.GetState(link_, static_cast<std::uint8_t>(m));
+            if (!got(firstLes + m, query) || !isThere(firstLes + m, state.state() != lesAbsent, les.enabled))
+                continue;
+            const LesStatsView stats = query.GetStats();
+            if (!got(firstLes + m, query)) continue;
             les.elanName = stats.elanName();
             les.mtuClass = stats.mtuClass();
             les.elanType = stats.elanType();
-            known(side, firstLes + m, {"elanName", "mtu", "elanType"});
+            known(firstLes + m, {"elanName", "mtu", "elanType"});
         }
     }
 
-    void readServerAndIp(Side& side) {
-        constexpr std::size_t lecsPlace = firstLes + lesCount, ipPlace = lecsPlace + 1;
+    void readLecs() {
+        constexpr std::size_t place = firstLes + lesCount;
         AtmLECS& lecs = seen_.lecs[asIndex(adapter_)];
         lecsInfo query(session_.channel(), link_);
-        const LecsStateView state = answered(query.GetState(link_, 0), query);
-        if (state && isThere(side, lecsPlace, state.state() != lecsAbsent, lecs.enabled)) {
-            if (const LecsStatsView stats = answered(query.GetStats(), query)) {
-                lecs.address = stats.address();
-                lecs.elanType = stats.elanType();
-                lecs.etherMtuClass = stats.etherMtuClass();
-                lecs.tokenRingMtuClass = stats.tokenRingMtuClass();
-                known(side, lecsPlace,
-                      {"elanType", "ethernetMtu", "tokenRingMtu", "networkPrefix", "esiSelector"});
-            }
-            readMappings(side, query);
+        const LecsStateView state = query.GetState(link_, 0);
+        if (!got(place, query)) return;
+        const bool running = state.state() == lecsRunning;
+        if (!isThere(place, state.state() != lecsAbsent, lecs.enabled)) return;
+        if (const LecsStatsView stats = query.GetStats(); got(place, query)) {
+            lecs.address = stats.address();
+            lecs.elanType = stats.elanType();
+            lecs.etherMtuClass = stats.etherMtuClass();
+            lecs.tokenRingMtuClass = stats.tokenRingMtuClass();
+            known(place, {"elanType", "ethernetMtu", "tokenRingMtu", "networkPrefix", "esiSelector"});
         }
-        ip1577Info ip(session_.channel(), link_);
-        const IpStateView ipState = answered(ip.GetState(link_, 0), ip);
-        if (ipState &&
-            isThere(side, ipPlace, ipState.state() != ipAbsent, seen_.ip1577[asIndex(adapter_)].enabled))
-            readPvcs(side, ipPlace, ip);
+        if (running) readMappings(place, query);  // its table is empty until then
     }
 
-    void readMappings(Side& side, lecsInfo& query) {
-        const auto table = answered(query.GetEntireTable(), query);
-        if (!table) return;
+    void readIp() {
+        constexpr std::size_t place = firstLes + lesCount + 1;
+        ip1577Info query(session_.channel(), link_);
+        const IpStateView state = query.GetState(link_, 0);
+        if (got(place, query) &&
+            isThere(place, state.state() != ipAbsent, seen_.ip1577[asIndex(adapter_)].enabled))
+            readPvcs(place, query);
+    }
+
+    void readMappings(std::size_t place, lecsInfo& query) {
+        const auto table = query.GetEntireTable();
+        if (!got(place, query)) return;
         std::vector<SideList> lists(lesCount, SideList{true, {}});
         for (const LecsRowView row : table)
             if (row.kind() != LecsRowView::temporary && row.les() < lists.size())
                 addIdentity(lists[row.les()], row.client());
         for (std::size_t m = 0; m < lists.size(); ++m)
-            at(side, firstLes + m).lists["clients"] = std::move(lists[m]);
+            at(firstLes + m).lists["clients"] = std::move(lists[m]);
     }
 
     // What the driver cannot be asked for. What was neither sent nor changed since the driver was loaded it
     // has from the files.
-    void fillSent(Side& side) {
+    void fillSent() {
         const DriverIdentity identity = ::identityOf(session_, adapter_);
         for (const ServiceId& service : servicesOf(adapter_)) {
-            SideService& of = at(side, service.service);
+            SideService& of = at(service.service);
             if (!of.running) continue;
             for (const std::string& key : keysOf(service, files_)) {
                 if (of.values.contains(key)) continue;
@@ -237,68 +279,37 @@ class Reader {
         }
     }
 
-    // The setting was changed since the driver was loaded, and not sent: the history has it, or the file was
-    // edited by somebody else. Whoever may not read the history knows the time of the file only.
+    // The history is read when it is needed.
     bool changedUnsent(const ServiceId& service, const std::string& key) {
-        readHistory();
-        if (editedByHand_) return true;
-        const std::string where = fmt::format("{}.{}", service.name().path, key);
-        for (const PastChange& change : changes_) {
-            const ChangeRecord& record = change.read.record;
-            const auto isKey = [&](const KeyChange& each) { return each.key == where; };
-            const auto isSent = [&](const SentRequest& each) {
-                return each.service == service.name().path && each.subject.empty() &&
-                       each.answer == RequestResult::taken;
-            };
-            if (platform::momentOf(change.read.time) < loaded_) return false;
-            if (std::ranges::any_of(record.requests, isSent)) return false;
-            if (std::ranges::any_of(record.keys, isKey)) return true;
-        }
-        return false;
-    }
-
-    void readHistory() {
-        if (historyRead_) return;
-        historyRead_ = true;
-        struct stat node {
-        }, file{};
-        const platform::HostPath parameters = platform::hostPath(PdfEdit::parameterFile);
-        if (platform::files().status(platform::hostPath(devbase), node) == 0) loaded_ = node.st_ctim.tv_sec;
-        if (platform::files().status(parameters, file) != 0) return;
-        readPastChanges(changes_);
-        editedByHand_ = file.st_mtim.tv_sec > loaded_ && !isAsLeft(parameters);
-    }
-
-    // As the last change of the history that replaced it has left it.
-    bool isAsLeft(const platform::HostPath& parameters) const {
-        std::string content;
-        if (!platform::readWhole(parameters, content)) return false;
-        for (const PastChange& change : changes_)
-            for (const KeptFile& file : change.read.manifest.files)
-                if (file.name == PdfEdit::parameterFile) return file.after == contentHash(content);
-        return false;
+        if (!unsent_) unsent_.emplace();
+        return unsent_->changed(service.name().path, key);
     }
 
     Session& session_;
     const AtmDevices& files_;
     AtmDevices seen_;
     LastSent sent_;
-    std::vector<PastChange> changes_;
-    bool historyRead_ = false, editedByHand_ = false;
-    std::time_t loaded_ = 0;  // when the driver was loaded, as far as its device tells
+    std::optional<Unsent> unsent_;
+    Side side_;
+    std::string where_, why_;  // of the complaint
+    bool others_ = false;
     int adapter_ = 0;
     std::uint8_t link_ = 0;
 };
 
 }  // namespace
 
-Side sideOf(const AtmDevices& devices, const std::vector<int>& adapters) {
+Side sideOf(const AtmDevices& devices, const std::vector<int>& adapters, const Session& session) {
     Side side;
     for (const int adapter : adapters)
         for (const ServiceId& service : servicesOf(adapter)) {
-            SideService& of = side[service.name().path];
+            SideService& of = side.services[service.name().path];
             put(service, devices, keysOf(service, devices), Mark::none, of);
-            putList(service, devices, of);
+            const std::string unknown = session.unknownListOf(service);
+            if (unknown.empty())
+                putList(service, devices, of);
+            else if (side.complaint.message.empty())
+                side.complaint = {Status::wrongValue, leftOutMessage(unknown), unknown};
         }
     return side;
 }
@@ -311,7 +322,7 @@ Side sideOf(const Json& document, const AtmDevices& devices) {
         for (const ServiceId& service : servicesOf(adapter)) {
             const auto settings = of->find(shortName(service));
             if (settings == of->end()) continue;
-            SideService& to = side[service.name().path];
+            SideService& to = side.services[service.name().path];
             std::set<std::string> keys;
             for (const auto& [key, value] : settings->items()) keys.insert(key);
             put(service, devices, keys, Mark::none, to);
@@ -322,6 +333,7 @@ Side sideOf(const Json& document, const AtmDevices& devices) {
 }
 
 Side sentSide(Session& session) {
+    requireDriver(session);
     LastSent sent;
     sent.load();
     Side side;
@@ -331,14 +343,12 @@ Side sentSide(Session& session) {
                 if (const auto found = sent.find(adapter.index, identityOf(session, adapter.index),
                                                  service.name().path, key);
                     found.value)
-                    side[service.name().path].values[key] = {
+                    side.services[service.name().path].values[key] = {
                         found.value->text, settingJson(service, key, found.value->text), Mark::sent};
     return side;
 }
 
 Side driverSide(Session& session, const AtmDevices& inFiles) {
-    session.discovery();
-    if (!session.channel()) throw session.noDriver();
-    if (!session.hasDriver()) throw Failure(Status::silent, "the driver did not answer");
+    requireDriver(session);
     return Reader(session, inFiles).read();
 }

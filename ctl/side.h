@@ -3,6 +3,7 @@
 
 #include "ctl/paths.h"
 #include "ctl/session.h"
+#include "ctl/status.h"
 #include "ctl/tree.h"
 
 #include <map>
@@ -37,18 +38,27 @@ struct SideService {
     bool running = true;                      // false: the driver knows of no such service
 };
 
-// By service path.
-using Side = std::map<std::string, SideService>;
+// Why something is not known that should be; Status::good: all is.
+struct Complaint {
+    Status status = Status::good;
+    std::string message, where;
+};
 
-// All of these adapters.
-Side sideOf(const AtmDevices& devices, const std::vector<int>& adapters);
+struct Side {
+    std::map<std::string, SideService> services;  // by path; one that is not there is not compared
+    Complaint complaint;
+};
+
+// All of these adapters, without lists that the session could not read.
+Side sideOf(const AtmDevices& devices, const std::vector<int>& adapters, const Session& session);
 
 // What a document mentions of records that have it applied.
 Side sideOf(const Json& document, const AtmDevices& devices);
 
-// What was last sent to the driver and holds.
+// What was last sent to the driver and holds. Failure::noDriver, Failure::silent.
 Side sentSide(Session& session);
 
-// What the driver tells, and where it cannot, what was last sent to it. `inFiles` has what it is compared
-// with: what a LEC is told by its LECS is learned. Failure::noDriver, Failure::silent.
+// What the driver tells, and where it cannot, what was last sent to it; what it refuses to tell is not there.
+// `inFiles` has what it is compared with: what a LEC is told by its LECS is learned. Failure::noDriver,
+// Failure::silent.
 Side driverSide(Session& session, const AtmDevices& inFiles);
