@@ -433,45 +433,6 @@ TEST_F(Changing, WhoIsAskedToEndSendsNothingMoreAndSaves) {
     EXPECT_THAT(tvctl("history 1").out, AllOf(HasSubstr(" silent "), HasSubstr("no answer")));
 }
 
-TEST_F(Changing, WhatDiffersIsSaid) {
-    EXPECT_EQ(tvctl("diff").status, 8);
-    std::optional<Simulator> driver(std::in_place);
-    EXPECT_EQ(tvctl("diff").out, "");
-    const struct {
-        const char *words, *line;
-        int status;
-    } cases[] = {
-        {"set --file-only adapter1/les1.elanName=static", "- adapter1/les1.elanName = static\n", 1},
-        {"set adapter1/les1.elanName=engineering", "", 0},
-        {"set --file-only adapter1/lec1.l3Mtu=1400", "+? adapter1/lec1.l3Mtu = unknown\n", 0},
-        {"set adapter1/lec1.l3Mtu=1300", "", 0},
-        {"set --file-only adapter1/lec1.l3Mtu=1200", "+s adapter1/lec1.l3Mtu = 1300\n", 1},
-        {"set adapter1/lec1.l3Mtu=1300 --file-only", "", 0},
-        {"pvc add --file-only adapter1/lec1 8:0:20:1:2:3 vci 300", "vci 300 llc noBroadcast rate 0\n", 1},
-        {"pvc delete --file-only adapter1/lec1 300", "", 0},
-        {"set adapter1/les5.enabled=true --file-only", ". adapter1/les5\n", 1},
-        {"set adapter1/les5.enabled=false --file-only", "", 0},
-    };
-    for (const auto& c : cases) {
-        tvctl(c.words);
-        const Said said = tvctl("diff");
-        EXPECT_EQ(said.status, c.status) << c.words << said.out;
-        EXPECT_THAT(said.out, *c.line ? testing::Matcher<std::string>(HasSubstr(c.line)) : testing::Eq(""))
-            << c.words;
-    }
-    tvctl("pvc delete --file-only adapter1/lec1 100");
-    const Json only = Json::parse(tvctl("diff --json").out)["differences"][0];
-    EXPECT_EQ(only["to"].dump(), R"({"mac":"00:20:40:00:a1:01","vci":100})");
-    EXPECT_FALSE(only.contains("from"));
-    tvctl("pvc add --file-only adapter1/lec1 00:20:40:00:a1:01 vci 100 llc broadcast rate 10");
-    driver->ctl("fault lec.start every resp 5");
-    EXPECT_EQ(tvctl("set adapter1/lec1.elanName=refused adapter1/lec1.useLecs=false").status, 4);
-    EXPECT_EQ(tvctl("diff").status, 1);
-    driver.reset();
-    driver.emplace();
-    EXPECT_EQ(tvctl("diff").status, 0) << tvctl("diff").out;
-}
-
 TEST_F(Changing, WhoIsNotRootMayLook) {
     const std::string nobody = "setpriv --reuid 65534 --clear-groups " TVCTL_PROGRAM " ";
     const auto run = [&](const char* words) {

@@ -112,6 +112,7 @@ def commands(ground):
         look(ground, "trace api on --timeout 1", status)
         ground.simulator(f"fault les.stats every {fault}")
         look(ground, "show --state --timeout 1", status, "show --state")
+        look(ground, "diff --timeout 1", status, "diff" if status == 4 else "failure")
         ground.simulator("fault clear")
 
 
@@ -125,6 +126,10 @@ def odd(ground):
     ground.edit("etc/atm/pvcconf0.0", "VC    =100", "VC    =333")
     look(ground, "diff", 1)
     look(ground, "check", 9)
+    for file in ("pvcconf1.1", "elan1.2"):
+        (ground.root / "etc/atm" / file).write_text("xx\n")
+    look(ground, "show", 9)
+    look(ground, "diff", 9)
     ground.end_driver()
     look(ground, "show adapter1", 0)
     look(ground, "diff", 8, "failure")
