@@ -147,18 +147,22 @@ Side readSide(const std::string& name, Session& session) {
 
 Output diff(Session& session, const std::string& from, const std::string& to) {
     session.read();
-    const Side left = readSide(from, session), right = readSide(to, session);
+    std::optional<Side> left, right;
+    FirstFailure first;
+    first.of([&] { left = readSide(from, session); });
+    first.of([&] { right = readSide(to, session); });
+    for (const auto* side : {&left, &right})
+        if (*side && (*side)->complaint) first.of([&] { throw Failure(*(*side)->complaint); });
+    if (!left || !right) first.raise();
     Output output;
     output.tree.put("from", {platform::escaped(from), {}});
     output.tree.put("to", {platform::escaped(to), {}});
-    Comparison().compare(left, right, output);
-    for (const Complaint& complaint : {left.complaint, right.complaint})
-        if (complaint.status == Status::wrongValue ||
-            (complaint.status == Status::refused && output.message.empty())) {
-            output.status = complaint.status;
-            output.message = complaint.message;
-            output.where = complaint.where;
-        }
+    Comparison().compare(*left, *right, output);
+    if (const auto& failure = first.failure()) {
+        output.status = failure->status();
+        output.message = failure->what();
+        output.where = failure->where();
+    }
     return output;
 }
 

@@ -71,7 +71,7 @@ class Reader {
     Side read() {
         const std::vector<FoundAdapter>& found = session_.discovery().adapters;
         if (found.empty() && session_.channel().outcome() != Outcome::success) {
-            side_.complaint = {Status::refused, "the driver refuses to say which adapters there are", {}};
+            side_.complaint.emplace(Status::refused, "the driver refuses to say which adapters there are");
             return std::move(side_);
         }
         for (adapter_ = 0; adapter_ < adapterCount; ++adapter_) {
@@ -79,8 +79,8 @@ class Reader {
             adapter == found.end() ? lack() : readAdapter(*adapter);
         }
         if (!where_.empty())
-            side_.complaint = {Status::refused,
-                               fmt::format("{}{}: {}", where_, others_ ? " and others" : "", why_), where_};
+            side_.complaint.emplace(
+                Status::refused, fmt::format("{}{}: {}", where_, others_ ? " and others" : "", why_), where_);
         return std::move(side_);
     }
 
@@ -308,8 +308,8 @@ Side sideOf(const AtmDevices& devices, const std::vector<int>& adapters, const S
             const std::string unknown = session.unknownListOf(service);
             if (unknown.empty())
                 putList(service, devices, of);
-            else if (side.complaint.message.empty())
-                side.complaint = {Status::wrongValue, leftOutMessage(unknown), unknown};
+            else if (!side.complaint)
+                side.complaint.emplace(Status::wrongValue, leftOutMessage(unknown), unknown);
         }
     return side;
 }

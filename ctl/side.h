@@ -38,15 +38,9 @@ struct SideService {
     bool running = true;                      // false: the driver knows of no such service
 };
 
-// Why something is not known that should be; Status::good: all is.
-struct Complaint {
-    Status status = Status::good;
-    std::string message, where;
-};
-
 struct Side {
     std::map<std::string, SideService> services;  // by path; one that is not there is not compared
-    Complaint complaint;
+    std::optional<Failure> complaint;             // about what is not known and should be
 };
 
 // All of these adapters, without lists that the session could not read.

@@ -55,6 +55,8 @@ class FirstFailure {
         if (first_) throw *first_;
     }
 
+    const std::optional<Failure>& failure() const { return first_; }
+
   private:
     static std::ptrdiff_t place(Status status) {
         using enum Status;

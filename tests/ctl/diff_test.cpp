@@ -148,7 +148,7 @@ TEST_F(Diff, TheClientsOfAConfigurationServerAreKnownOnceItRuns) {
 }
 
 TEST_F(Diff, AListThatCannotBeReadIsLeftOut) {
-    const Simulator driver;
+    std::optional<Simulator> driver(std::in_place);
     ASSERT_EQ(tvctl("set adapter1/lec2.l3Mtu=4000").status, 0);
     root.write("/document", R"({"format":1,"adapter1":{"lec1":{"pvcs":[]}}})");
     const std::string list = "/etc/atm/pvcconf0.0";
@@ -174,4 +174,9 @@ TEST_F(Diff, AListThatCannotBeReadIsLeftOut) {
         EXPECT_EQ(document.status, 1) << "its list is known";
         EXPECT_THAT(document.out, testing::StartsWith("+ adapter1/lec1.pvcs[0]"));
     }
+    EXPECT_EQ(tvctl("diff driver /no/such/document").status, 9);
+    driver->ctl("fault lec.state every resp 5");
+    EXPECT_EQ(tvctl("diff").status, 9) << "before the driver's refusal";
+    driver.reset();
+    EXPECT_EQ(tvctl("diff").status, 9) << "and before its absence";
 }
