@@ -126,10 +126,14 @@ def odd(ground):
     ground.edit("etc/atm/pvcconf0.0", "VC    =100", "VC    =333")
     look(ground, "diff", 1)
     look(ground, "check", 9)
-    for file in ("pvcconf1.1", "elan1.2"):
-        (ground.root / "etc/atm" / file).write_text("xx\n")
+    lists = [ground.root / "etc/atm" / name for name in ("pvcconf1.1", "elan1.2")]
+    texts = [each.read_text() for each in lists]
+    for each in lists:
+        each.write_text("xx\n")
     look(ground, "show", 9)
     look(ground, "diff", 9)
+    for each, text in zip(lists, texts):
+        each.write_text(text)
     ground.end_driver()
     look(ground, "show adapter1", 0)
     look(ground, "diff", 8, "failure")
