@@ -133,7 +133,9 @@ int takeAttributes(const HostPath& from, const HostPath& to) {
     const platform::OpenFile source(platform::openRegular(from));
     const platform::OpenFile copy(platform::openRegular(to));
     if (!source || !copy) return -1;
-    return files().takeAttributes(source.descriptor(), copy.descriptor());
+    if (files().takeAttributes(source.descriptor(), copy.descriptor()) != 0) return -1;
+    // As a further name has it: when the content was written tells who wrote it.
+    return files().takeTimes(source.descriptor(), copy.descriptor());
 }
 
 }  // namespace

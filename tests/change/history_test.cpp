@@ -74,6 +74,8 @@ TEST(History, AnEntryHoldsTheFilesAsTheyWere) {
     const auto files = named({"/etc/atm/tvconf", "/srv/atm/list", "/etc/atm/list", "/etc/atm/new \n%"});
     for (const bool links : {true, false}) {
         const Files system(links);
+        const auto written = fs::file_time_type::clock::now() - std::chrono::hours(1);
+        fs::last_write_time(root.at("/srv/atm/list"), written);
         HistoryEntry entry;
         entry.begin(files);
         const std::string number = links ? "0001" : "0002";
@@ -87,6 +89,7 @@ TEST(History, AnEntryHoldsTheFilesAsTheyWere) {
         for (std::size_t i = 0; i < before.size(); ++i)
             EXPECT_EQ(root.read(place(number, stored[i])), before[i].second);
         EXPECT_EQ(modeOf(root, place(number, "2-list")), 0644U);
+        EXPECT_EQ(fs::last_write_time(root.at(place(number, "2-list"))), written);
         EXPECT_EQ(modeOf(root, place(number, manifestName)), 0600U);
         EXPECT_EQ(modeOf(root, place(number)), 0700U);
         EXPECT_THAT(root.read(place(number, manifestName)), HasSubstr(R"(

@@ -92,6 +92,7 @@ class FailingFiles : public platform::Files {
     int takeAttributes(int from, int to) override {
         return fails(FileCall::takeAttributes) ? -1 : real_.takeAttributes(from, to);
     }
+    int takeTimes(int from, int to) override { return real_.takeTimes(from, to); }
     int rename(const platform::HostPath& from, const platform::HostPath& to) override {
         return fails(FileCall::rename, from.text) ? -1 : real_.rename(from, to);
     }
