@@ -245,10 +245,12 @@ TEST(History, ADraftThatIsALinkOrTooLargeStaysOne) {
         const std::string text = root.read(place("0001", manifestName));
         fs::remove(root.at(place("0001", manifestName)));
         root.write("/elsewhere", text);
-        if (link)
+        if (link) {
             fs::create_symlink(root.at("/elsewhere"), root.at(draft));
-        else
-            root.write(draft, text + std::string(9U << 20, '\n'));  // a whole manifest, blanks aside
+        } else {
+            root.write(draft, text);  // a whole manifest, and a hole behind it
+            fs::resize_file(root.at(draft), largestManifest + 1);
+        }
         oneEntry();
         EXPECT_FALSE(root.exists(place("0001", manifestName))) << link;
         EXPECT_TRUE(fs::exists(fs::symlink_status(root.at(draft)))) << link;
