@@ -46,16 +46,47 @@ TEST_F(ContextMenus, CountersAndTablesAreCopiedAndClearIsUndone) {
     turnTo("signallingStats");
     expectCell("signallingTable", 2, 1, "7");
     zTable& frames = table("signallingTable");
-    EXPECT_EQ(menuOf(frames.widget()), (Names{"(Copy Cell)", "(Copy Row)", "Copy Table", "(Undo Clear)"}));
+    EXPECT_EQ(menuOf(frames.widget()),
+              (Names{"(Copy Cell)", "(Copy Row)", "Copy Table", "Save Table...", "(Undo Clear)"}));
     EXPECT_EQ(copied(1), frames.tabSeparated());
     frames.setActiveCell({3, 2});
-    const Names all{"Copy Cell", "Copy Row", "Copy Table", "(Undo Clear)"};
+    const Names all{"Copy Cell", "Copy Row", "Copy Table", "Save Table...", "(Undo Clear)"};
     EXPECT_EQ(menuOf(frames.widget()), all);
     EXPECT_EQ(copied(1), "10");
     menuOf(frames.widget());
     EXPECT_EQ(copied(2), "Signalling\t  0/   5\t9\t10");
     press("close");
     EXPECT_EQ(user->clipboard(), "Signalling\t  0/   5\t9\t10") << "without its window";
+}
+
+TEST_F(ContextMenus, ATableIsSaved) {
+    startOn("aal5Stats", "set vc 1 row 1 vci 16; set vc 1 row 1 rxPackets 7; set vc 1 row 2 vci 5");
+    turnTo("signallingStats");
+    expectCell("signallingTable", 2, 1, "7");
+    zTable& frames = table("signallingTable");
+    const auto save = [&](const char* file, bool replaces, bool works) {
+        menuOf(frames.widget());
+        user->key("Down");  // the first row that can be chosen is Copy Table
+        std::size_t boxes = 0;
+        inDialog("Save Table (.csv, .json, or text)", [&] {
+            XmTextFieldSetString(user->widget("Text"), root.at(file).string().data());
+            if (replaces) inDialog("Replace File", [&] { ++boxes, user->key("Return"); });
+            if (!works) inDialog("Table Not Saved", [&] { ++boxes, user->key("Return"); });
+            user->key("Return");
+        });
+        user->key("Return");
+        EXPECT_EQ(boxes, replaces + !works) << file;
+    };
+    save("/table.csv", false, true);
+    const std::string csv = root.read("/table.csv");
+    EXPECT_THAT(csv, testing::HasSubstr(",  0/  16,7,"));
+    root.write("/table.csv", "before");
+    save("/table.csv", true, true);
+    EXPECT_EQ(root.read("/table.csv"), csv);
+    save("/table", false, true);
+    EXPECT_EQ(root.read("/table"), frames.tabSeparated());
+    save("/nowhere/table.json", false, false);
+    EXPECT_FALSE(root.exists("/nowhere"));
 }
 
 TEST_F(ContextMenus, TheAdapterListIsCopiedAndRescanned) {

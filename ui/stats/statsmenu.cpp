@@ -3,13 +3,20 @@
 #include "toolkit/controls/edit.h"
 #include "toolkit/table/table.h"
 #include "ui/copymenu.h"
+#include "ui/savetable.h"
 
 namespace {
 
-template <class Control> void giveMenu(const zBoard& board, StatsPage& page) {
-    board.forEach<Control>([&page](Control& control) {
-        control.setMenu([&control, &page] {
+void addSaving(zApplication& application, zTable& table, zMenuRows& rows) {
+    rows.push_back(saveTableRow(application, table));
+}
+void addSaving(zApplication&, zEdit&, zMenuRows&) {}
+
+template <class Control> void giveMenu(zApplication& application, const zBoard& board, StatsPage& page) {
+    board.forEach<Control>([&application, &page](Control& control) {
+        control.setMenu([&control, &application, &page] {
             zMenuRows rows = copyMenu(control);
+            addSaving(application, control, rows);
             rows.push_back({.label = "Undo Clear",
                             .action = [&page] { page.undoClear(); },
                             .enabled = page.canUndoClear()});
@@ -20,7 +27,7 @@ template <class Control> void giveMenu(const zBoard& board, StatsPage& page) {
 
 }  // namespace
 
-void giveMenus(const zBoard& board, StatsPage& page) {
-    giveMenu<zTable>(board, page);
-    giveMenu<zEdit>(board, page);
+void giveMenus(zApplication& application, const zBoard& board, StatsPage& page) {
+    giveMenu<zTable>(application, board, page);
+    giveMenu<zEdit>(application, board, page);
 }

@@ -21,7 +21,7 @@ StatsPage::StatsPage(const StatsSource& source, const zLayout& layout)
 
 void StatsPage::counts(std::initializer_list<Counting*> all) {
     counting_ = all;
-    giveMenus(board_, *this);
+    giveMenus(application(), board_, *this);
 }
 
 void StatsPage::enableTimer() {

@@ -1,0 +1,94 @@
+#include "toolkit/window/filedialog.h"
+
+#include "toolkit/controls/rowwidget.h"
+#include "toolkit/display/displaycache.h"
+#include "toolkit/display/xmtext.h"
+#include "toolkit/window/messagebox.h"
+#include "toolkit/window/modal.h"
+#include "toolkit/window/shell.h"
+#include "toolkit/window/title.h"
+
+#include <Xm/FileSB.h>
+#include <Xm/TextF.h>
+#include <filesystem>
+#include <memory>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Of the last file.
+std::string directory;
+
+class FileDialog {
+  public:
+    FileDialog(zApplication& application, Widget parent, const std::string& title, const std::string& name)
+        : application_(application), shell_(zCreateModalShell("file", parent)) {
+        zSetTitle(shell_, title);
+        std::error_code failed;
+        if (directory.empty()) directory = fs::current_path(failed).string();
+        const zXmText all("*"), save("Save"), where(directory + '/');
+        zResources resources;
+        resources.set(XmNdialogStyle, XmDIALOG_FULL_APPLICATION_MODAL).set(XmNautoUnmanage, False);
+        resources.set(XmNdefaultPosition, False).set(XmNdirectory, where).set(XmNpattern, all);
+        resources.set(XmNokLabelString, save);
+        resources.setFonts(zDisplayCache::of(XtDisplay(shell_)).renderTable(shell_, "bold"));
+        box_ = XtCreateWidget("fileBox", xmFileSelectionBoxWidgetClass, shell_, resources.args.data(),
+                              resources.count());
+        XtUnmanageChild(XtNameToWidget(box_, "Help"));
+        text_ = XtNameToWidget(box_, "Text");
+        XmTextFieldSetString(text_, (directory + '/' + name).data());
+        XmTextFieldSetInsertionPosition(text_, XmTextFieldGetLastPosition(text_));
+        XtVaSetValues(box_, XmNinitialFocus, text_, nullptr);
+        XtAddCallback(box_, XmNokCallback, saved, this);
+        XtAddCallback(box_, XmNcancelCallback, dismissed, this);
+        zOnCloseRequest(shell_, dismissed, this);
+    }
+    ~FileDialog() { zDestroyShell(shell_); }
+    FileDialog(const FileDialog&) = delete;
+    FileDialog& operator=(const FileDialog&) = delete;
+
+    std::optional<std::string> run() {
+        zRunModal(application_, shell_, box_, done_);
+        zHideModal(shell_, box_);
+        XtRemoveCallback(box_, XmNokCallback, saved, this);
+        XtRemoveCallback(box_, XmNcancelCallback, dismissed, this);
+        return std::move(chosen_);
+    }
+
+  private:
+    static void saved(Widget, XtPointer place, XtPointer) { static_cast<FileDialog*>(place)->save(); }
+    static void dismissed(Widget, XtPointer place, XtPointer) {
+        static_cast<FileDialog*>(place)->done_ = true;
+    }
+
+    void save() {
+        const std::unique_ptr<char, void (*)(char*)> held(XmTextFieldGetString(text_), XtFree);
+        const fs::path file(held.get());
+        std::error_code none;
+        if (file.filename().empty() || fs::is_directory(file, none)) return;  // no file yet
+        if (fs::exists(fs::symlink_status(file, none)) &&
+            !zQuestionBox(application_, shell_, file.string() + " exists.\nReplace it?", "Replace File"))
+            return;
+        directory = file.parent_path().string();
+        chosen_ = file.string();
+        done_ = true;
+    }
+
+    zApplication& application_;
+    Widget shell_, box_ = nullptr, text_ = nullptr;
+    std::optional<std::string> chosen_;
+    bool done_ = false;
+};
+
+}  // namespace
+
+std::optional<std::string> zAskForNewFile(zApplication& application, Widget control, const std::string& title,
+                                          const std::string& name) {
+    return FileDialog(application, zShellOf(control), title, name).run();
+}
+
+Widget zShellOf(Widget widget) {
+    while (!XtIsShell(widget)) widget = XtParent(widget);
+    return widget;
+}

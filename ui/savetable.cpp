@@ -1,0 +1,43 @@
+#include "ui/savetable.h"
+
+#include "platform/stream.h"
+#include "toolkit/table/table.h"
+#include "toolkit/window/filedialog.h"
+#include "toolkit/window/messagebox.h"
+#include "ui/tabletext.h"
+
+#include <cerrno>
+#include <cstring>
+
+namespace {
+
+// With the labels of the rows, if they are shown.
+TableCells cellsOf(zTable& table) {
+    const int first = table.columnWidth(0) > 0 ? 0 : 1, last = table.model().columns();
+    const auto line = [&](int row) {
+        std::vector<std::string> texts;
+        for (int column = first; column <= last; ++column) texts.push_back(table.text({column, row}));
+        return texts;
+    };
+    TableCells cells{line(0), {}};
+    for (int row = 1; row <= table.model().rows(); ++row) cells.rows.push_back(line(row));
+    return cells;
+}
+
+void save(zApplication& application, zTable& table) {
+    // As it stands now: it goes on changing while the name is asked for.
+    const TableCells cells = cellsOf(table);
+    const Widget control = table.outermost();
+    const auto file = zAskForNewFile(application, control, "Save Table (.csv, .json, or text)", "table.csv");
+    if (!file) return;
+    const platform::HostPath place{*file};
+    if (platform::replaceWhole(place, tableText(cells, *file), 0644, platform::OnDisk::later) == 0) return;
+    zMessageBox(application, zShellOf(control), zMessageStyle::warning,
+                "The table was not saved:\n" + *file + ": " + std::strerror(errno), "Table Not Saved");
+}
+
+}  // namespace
+
+zMenuRow saveTableRow(zApplication& application, zTable& table) {
+    return {.label = "Save Table...", .action = [&application, &table] { save(application, table); }};
+}
