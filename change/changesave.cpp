@@ -23,6 +23,14 @@ void removeOtherDeadCopies(const std::vector<FileEdit>& edits, const platform::H
     for (const std::string& directory : directories) removeDeadCopies({directory}, CopiesOf::saves);
 }
 
+// Those of the file that it is made like; of a new one nobody has chosen any.
+std::string rightsOf(const FileEdit& edit) {
+    struct stat status {};
+    if (!edit.content) return {};
+    if (!edit.like) return edit.exists ? rightsAt(edit.place) : "";
+    return platform::files().status(edit.like->descriptor(), status) == 0 ? rightsText(status) : "";
+}
+
 }  // namespace
 
 void AdapterChange::save(Round& round) {
@@ -82,7 +90,7 @@ void AdapterChange::restore(DriverPdfEdit& editor) const {
 void AdapterChange::keepHistory(Round& round, const std::vector<FileEdit>& edits) {
     std::vector<FileAtRisk> files;
     files.reserve(edits.size());
-    for (const FileEdit& edit : edits) files.push_back({edit.name, edit.place, edit.content});
+    for (const FileEdit& edit : edits) files.push_back({edit.name, edit.place, edit.content, rightsOf(edit)});
     round.history.begin(files);
     if (order_.guarded) round.history.announce(files, result_.record);
     for (const FileEdit& edit : edits) round.editor.files().takeTimeOfChange(edit.name);

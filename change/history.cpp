@@ -150,6 +150,15 @@ void dropChange(const std::string& number) {
         say(number, systemPath(number), errno);
 }
 
+std::string rightsText(const struct stat& status) {
+    return fmt::format("{:o} {} {}", status.st_mode, status.st_uid, status.st_gid);
+}
+
+std::string rightsAt(const HostPath& file) {
+    struct stat status {};
+    return files().status(file, status) == 0 ? rightsText(status) : "";
+}
+
 std::string nameOfNewContent(std::size_t index) {
     return fmt::format("{}.after", index + 1);
 }
@@ -176,7 +185,7 @@ void HistoryEntry::begin(std::span<const FileAtRisk> atRisk) {
 }
 
 int HistoryEntry::keep(const FileAtRisk& file) {
-    files_.push_back({file.name, {}, file.after ? contentHash(*file.after) : noContent});
+    files_.push_back({file.name, {}, file.after ? contentHash(*file.after) : noContent, file.rights});
     HostPath target;
     if (files().resolve(file.path, target) != 0) return errno == ENOENT ? 0 : -1;
     files_.back().stored = storedName(files_.size(), file.name);

@@ -29,11 +29,16 @@ constexpr std::size_t largestManifest = 512U << 20;  // above one that fills all
 // does not get there.
 unsigned changeNumber(std::string_view name);
 
+// Mode and owner, as the manifest has them: "100644 0 0", the mode in octal digits.
+std::string rightsText(const struct stat& status);
+std::string rightsAt(const platform::HostPath& file);  // empty: there is no file
+
 // A file that a save is about to replace or remove, or to create.
 struct FileAtRisk {
     std::string name;  // its path as the configuration has it, without the root directory
     platform::HostPath path;
     std::optional<std::string_view> after;  // what it gets; nothing: it goes
+    std::string rights = {};                // that it gets: rightsText(); empty: not known
 };
 
 // Adds to a change of the history how it has ended. 0, or -1 and errno.

@@ -30,7 +30,10 @@ template <class Item, class Describe> Json each(const std::vector<Item>& items, 
 }
 
 Json file(const KeptFile& of) {
-    return {{"name", escaped(of.name)}, {"stored", textOrNull(of.stored)}, {"after", textOrNull(of.after)}};
+    return {{"name", escaped(of.name)},
+            {"stored", textOrNull(of.stored)},
+            {"after", textOrNull(of.after)},
+            {"rights", textOrNull(of.rights)}};
 }
 
 Json key(const KeyChange& of) {
@@ -138,7 +141,7 @@ std::optional<ReadManifest> readManifest(const std::string& source) {
     read.manifest.host = text(json, "host");
     read.manifest.invoker.user = readAccount(member(json, "user"));
     read.manifest.files = all<KeptFile>(member(json, "files"), [](const Json& of) {
-        return KeptFile{text(of, "name"), text(of, "stored"), text(of, "after")};
+        return KeptFile{text(of, "name"), text(of, "stored"), text(of, "after"), text(of, "rights")};
     });
     ChangeRecord& record = read.record;
     record.program = text(json, "program");

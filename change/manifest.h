@@ -10,9 +10,10 @@
 #include <vector>
 
 struct KeptFile {
-    std::string name;    // its path without the root directory
-    std::string stored;  // its name in the history's entry; empty: there was no such file
-    std::string after;   // the content that the save gave it: contentHash(), noContent; empty: not known
+    std::string name;         // its path without the root directory
+    std::string stored;       // its name in the history's entry; empty: there was no such file
+    std::string after;        // the content that the save gave it: contentHash(), noContent; empty: not known
+    std::string rights = {};  // and the mode and owner: rightsText(); empty: not known
 };
 
 struct Manifest {

@@ -10,8 +10,6 @@
 #include <cerrno>
 #include <fmt/format.h>
 #include <map>
-#include <numeric>
-#include <set>
 
 using platform::files;
 using platform::HostPath;
@@ -39,29 +37,15 @@ bool sameOwnerAndMode(const HostPath& a, const HostPath& b) {
 
 // A file over the changes that are to be undone.
 struct Course {
-    std::string after;          // of the last of them
+    std::string after, rights;  // of the last of them
     std::string entry, stored;  // of the first of them
 };
 
-// An entry between a change and the newest one that is not in its place, or has a manifest that cannot be
-// read; 0: there is none. One without a manifest is that of a killed save.
+// A number between a change and the newest one of which the history has no whole entry; 0: there is none.
 unsigned missingAfter(unsigned number, const std::vector<PastChange>& changes) {
-    std::vector<std::string> names;
-    files().list(platform::hostPath(historyDirectory), names);
-    std::set<unsigned> there;
-    for (const std::string& name : names) {
-        struct stat status {};
-        const unsigned change = changeNumber(name);
-        if (std::ranges::count(changes, change, &PastChange::number) > 0 ||
-            files().status(inHistory(name, manifestName), status) != 0)
-            there.insert(change);
-    }
-    unsigned missing = number;
-    while (there.contains(missing)) ++missing;
-    const unsigned newest =
-        std::accumulate(names.begin(), names.end(), 0U,
-                        [](unsigned most, const auto& name) { return std::max(most, changeNumber(name)); });
-    return missing > newest ? 0 : missing;
+    const unsigned next = nextChange();
+    while (number < next && std::ranges::count(changes, number, &PastChange::number) > 0) ++number;
+    return number < next ? number : 0;
 }
 
 }  // namespace
@@ -97,7 +81,7 @@ PastFiles filesBefore(unsigned number, const std::vector<PastChange>& changes) {
         if (change.number < number) break;
         for (const KeptFile& file : change.read.manifest.files) {
             const auto [course, isLast] = courses.try_emplace(file.name);
-            if (isLast) course->second.after = file.after;
+            if (isLast) course->second.after = file.after, course->second.rights = file.rights;
             course->second.entry = change.read.manifest.number;
             course->second.stored = file.stored;
         }
@@ -111,10 +95,13 @@ PastFiles filesBefore(unsigned number, const std::vector<PastChange>& changes) {
         if (!course.stored.empty()) {
             file.like = std::make_shared<platform::OpenFile>(platform::openRegular(kept));
             if (!*file.like || !platform::readWhole(file.like->descriptor(), file.content.emplace()))
-                return {.edited = name, .error = errno};
+                return {.edited = fmt::format("{}/{}/{}", historyDirectory, course.entry, course.stored),
+                        .error = errno};
         }
         if (file.content == now && (!now || sameOwnerAndMode(place, kept))) continue;
-        if (course.after != (now ? contentHash(*now) : noContent)) return {.edited = name};
+        const bool asLeft = course.after == (now ? contentHash(*now) : noContent) &&
+                            (!now || course.rights.empty() || course.rights == rightsAt(place));
+        if (!asLeft) return {.edited = name};
         past.files.push_back(std::move(file));
     }
     return past;

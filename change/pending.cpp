@@ -127,6 +127,7 @@ std::optional<PendingChange> pendingChange() {
     pending.from = text(json, "from");
     pending.guard = process(json, "guard");
     pending.guardBegin = text(json, "guardBegin");
+    pending.driver = json.value("driver", Json(true)) != false;
     pending.made = json.value("made", Json()) == true;
     pending.maker = process(json, "maker");
     pending.makerBegin = text(json, "makerBegin");
@@ -147,6 +148,7 @@ int notePending(const PendingChange& pending) {
                     {"from", escaped(pending.from)},
                     {"guard", pending.guard},
                     {"guardBegin", escaped(pending.guardBegin)},
+                    {"driver", pending.driver},
                     {"made", pending.made},
                     {"maker", pending.maker},
                     {"makerBegin", escaped(pending.makerBegin)},

@@ -20,7 +20,8 @@ struct PendingChange {
     std::string user, from;
     pid_t guard = 0;
     std::string guardBegin = {};  // processBegin() of the guard
-    // As long as the change is not made: the process that makes it, and the services that it tells (their
+    bool driver = true;           // it is told of the change
+    // As long as the change is not made: the process that makes it, and the services that it changes (their
     // paths).
     bool made = false;
     pid_t maker = 0;

@@ -6,6 +6,7 @@
 #include "config/recordrows.h"
 #include "driver/discovery.h"
 #include "platform/device.h"
+#include "platform/host.h"
 #include "platform/user.h"
 
 #include <algorithm>
@@ -15,6 +16,7 @@
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <set>
+#include <unistd.h>
 
 using namespace std::chrono_literals;
 
@@ -34,7 +36,8 @@ std::string numbered(unsigned change) {
 
 // What a change to take back leads to.
 struct WayBack {
-    AtmDevices before = {}, target = {};
+    AtmDevices before = {};  // what the driver was told
+    AtmDevices target = {};
     std::vector<PastFile> restored = {};  // empty: the records are written in place of the files
     std::string edited = {};              // a file that has been edited meanwhile
     std::string reason = {};              // why there is none
@@ -48,21 +51,23 @@ WayBack wayBack(const Configuration& configuration, unsigned number, const std::
         dropChange(numbered(number));
         return back;
     }
-    PastFiles past = filesBefore(number, changes);
+    const PastFiles past = filesBefore(number, changes);
     if (past.error) return {.reason = fmt::format("{}: {}", past.edited, std::strerror(past.error))};
     if (past.missing) return {.reason = fmt::format("change {} is missing", numbered(past.missing))};
+    const bool cut = change->read.record.result == cutOff;
+    const auto replaced = replacedFiles(*change);
+    const bool known = replaced && recordsWith(replaced->after, back.before);
     if (past.edited.empty()) {
         if (!past.files.empty() && !recordsWith(past.files, back.target))
             return {.reason = "the files as they were cannot be read"};
-        if (past.files.empty() && change->read.record.result == cutOff) dropChange(numbered(number));
-        back.restored = std::move(past.files);
+        if (past.files.empty() && cut) dropChange(numbered(number));
+        back.restored = past.files;
         return back;
     }
     // Somebody has edited a file since: what the change had changed goes back, unless it was edited, and the
     // rest stays.
-    const auto replaced = replacedFiles(*change);
     AtmDevices old;
-    if (!replaced || !recordsWith(replaced->after, back.before) || !recordsWith(replaced->before, old))
+    if (!known || !recordsWith(replaced->before, old))
         return {.reason = past.edited + " is not as the change left it"};
     back.target = mergeAdapters(allAdapters, back.before, old, configuration.base(), true, {}).devices;
     back.edited = past.edited;
@@ -100,7 +105,7 @@ std::string undo(Configuration& configuration, const PendingChange& pending) {
     if (!back.reason.empty()) return back.reason;
 
     DriverChannel channel;
-    if (channel.open(O_RDWR)) {
+    if (pending.driver && channel.open(O_RDWR)) {
         aalInfo query(channel, 0);
         configuration.driverRevision = discoverAdapters(query, back.target).version;
     }
@@ -167,11 +172,16 @@ std::string takeBackPending(const std::string& program) {
         auditTrouble("none", "guard", "the configuration stays locked");
         return "the configuration stays locked";
     }
-    const auto pending = pendingChange();
-    if (!pending || pending->left() > 0) {
+    auto pending = pendingChange();
+    // Another program may have come first.
+    const bool mine = pending && (pending->guard == ::getpid() || !pending->guarded());
+    if (!mine || pending->left() > 0) {
         configuration.unlock();
         return {};
     }
+    pending->guard = ::getpid();
+    pending->guardBegin = platform::processBegin(::getpid());
+    notePending(*pending);
     configuration.read();
     std::string reason = undo(configuration, *pending);
     if (!reason.empty()) noteStays(*pending, reason);

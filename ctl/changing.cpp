@@ -209,7 +209,7 @@ Output execute(Session& session, const Plan& plan, ChangeOrder order, const Chan
         output.status = Status::different;
         return output;
     }
-    GuardedChange guard(session, options.confirm, plan.services);
+    GuardedChange guard(session, options.confirm, plan.services, driver);
     order.guarded = options.confirm > 0;
     Output output = make(session, plan, std::move(order));
     guard.done();

@@ -10,6 +10,7 @@
 #include <fmt/format.h>
 #include <limits>
 #include <optional>
+#include <set>
 
 using platform::escaped;
 
@@ -88,19 +89,26 @@ class Words {
 
 template <class Pvc> void takePvcWords(std::span<const std::string> all, Pvc& pvc) {
     Words words(all);
+    std::set<std::string_view> given;
     while (words.any()) {
         const std::string& word = words.next("");
+        const auto once = [&](std::string_view what) {
+            if (!given.insert(what).second)
+                throw Failure(Status::usage, fmt::format("{} is given twice", what));
+        };
         const auto takes = [&](const PvcFlag& flag, std::int32_t& field) {
-            if (word == flag.name && words.skip("code"))
-                return field = words.number<std::int32_t>("code"), true;
-            for (const std::int32_t code : {0, 1})
-                if (word == flag.words.at(asIndex(code))) return field = code, true;
-            return false;
+            const bool coded = word == flag.name && words.skip("code");
+            const auto named = std::ranges::find(flag.words, word);
+            if (!coded && named == flag.words.end()) return false;
+            once(flag.name);
+            field = coded ? words.number<std::int32_t>("code")
+                          : static_cast<std::int32_t>(named - flag.words.begin());
+            return true;
         };
         if (word == "vci")
-            pvc.vci = words.number<std::uint16_t>("vci");
+            once(word), pvc.vci = words.number<std::uint16_t>("vci");
         else if (word == "rate")
-            pvc.rate = words.number<std::int32_t>("rate");
+            once(word), pvc.rate = words.number<std::int32_t>("rate");
         else if (!takes(encapsulationFlag, pvc.encapsulation) && !takes(broadcastFlag, pvc.broadcast))
             throw Failure(Status::usage, fmt::format("\"{}\" is no word of a PVC", escaped(word)));
         if (pvc.rate < 0)

@@ -14,7 +14,7 @@
 #include <unistd.h>
 #include <utility>
 
-GuardedChange::GuardedChange(Session& session, double seconds, std::vector<std::string> services)
+GuardedChange::GuardedChange(Session& session, double seconds, std::vector<std::string> services, bool driver)
     : seconds_(seconds) {
     if (seconds <= 0) return;
     platform::HostPath history;
@@ -31,6 +31,7 @@ GuardedChange::GuardedChange(Session& session, double seconds, std::vector<std::
                                 .deadline = deadlineIn(longest),
                                 .user = user.name.empty() ? std::to_string(user.id) : user.name,
                                 .from = userPlace(),
+                                .driver = driver,
                                 .maker = ::getpid(),
                                 .makerBegin = platform::processBegin(::getpid()),
                                 .services = std::move(services)};

@@ -6,8 +6,8 @@
 class GuardedChange {
   public:
     // Under the lock. Starts the guard, unless `seconds` is 0. `services`: the paths of those that are
-    // changed. Failure::notDone.
-    GuardedChange(Session& session, double seconds, std::vector<std::string> services);
+    // changed; `driver`: it is told of them. Failure::notDone.
+    GuardedChange(Session& session, double seconds, std::vector<std::string> services, bool driver);
     // Without done() nothing waits any more.
     ~GuardedChange();
     GuardedChange(const GuardedChange&) = delete;

@@ -30,7 +30,7 @@ const PastChange& findChange(const std::string& text, const std::vector<PastChan
 std::vector<PastFile> filesBeforeChange(const PastChange& change, const std::vector<PastChange>& changes) {
     PastFiles past = filesBefore(change.number, changes);
     if (past.error)
-        throw Failure(Status::notDone, fmt::format("{}: {}", past.edited, std::strerror(past.error)),
+        throw Failure(Status::wrongValue, fmt::format("{}: {}", past.edited, std::strerror(past.error)),
                       past.edited);
     if (past.missing)
         throw Failure(Status::wrongValue,

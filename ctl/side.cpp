@@ -129,10 +129,13 @@ class Reader {
         put({adapter_, place}, seen_, keys, mark, at(place));
     }
 
+    static std::int32_t flag(bool state, std::int32_t inFile) { return !state ? 0 : inFile ? inFile : 1; }
+
     // Whether a service is there. The state of one that is not tells that it is off, and nothing else.
-    bool isThere(std::size_t place, bool state, std::int32_t& enabled) {
+    // A flag of the file that has no name is as good as true.
+    bool isThere(std::size_t place, bool state, std::int32_t& enabled, std::int32_t inFile) {
         at(place).running = state;
-        enabled = state;
+        enabled = flag(state, inFile);
         known(place, {"enabled"});
         return state;
     }
@@ -140,15 +143,16 @@ class Reader {
     void readClients() {
         for (std::size_t m = 0; m < asIndex(lecCount); ++m) {
             AtmLEC& lec = seen_.lec[asIndex(adapter_)][m];
+            const AtmLEC& file = files_.lec[asIndex(adapter_)][m];
             lecInfo query(session_.channel(), link_);
             const auto unit = static_cast<std::uint8_t>(m);
             const LecStateView state = query.GetState(link_, unit);
             if (!got(firstLec + m, query)) continue;
             const std::uint32_t code = state.state();
             const bool onPvcs = code == lecOnPvcs && state.flag() != 0;
-            if (!isThere(firstLec + m, code != lecAbsent, lec.enabled)) continue;
+            if (!isThere(firstLec + m, code != lecAbsent, lec.enabled, file.enabled)) continue;
             if (onPvcs) {
-                lec.pvcOnly = 1;
+                lec.pvcOnly = flag(true, file.pvcOnly);
                 known(firstLec + m, {"pvcOnly"});
             }
             readClientSettings(m, query);
@@ -211,7 +215,8 @@ class Reader {
             AtmLES& les = seen_.les[asIndex(adapter_)][m];
             lesInfo query(session_.channel(), link_);
             const LesStateView state = query.GetState(link_, static_cast<std::uint8_t>(m));
-            if (!got(firstLes + m, query) || !isThere(firstLes + m, state.state() != lesAbsent, les.enabled))
+            if (!got(firstLes + m, query) || !isThere(firstLes + m, state.state() != lesAbsent, les.enabled,
+                                                      files_.les[asIndex(adapter_)][m].enabled))
                 continue;
             const LesStatsView stats = query.GetStats();
             if (!got(firstLes + m, query)) continue;
@@ -229,7 +234,9 @@ class Reader {
         const LecsStateView state = query.GetState(link_, 0);
         if (!got(place, query)) return;
         const bool running = state.state() == lecsRunning;
-        if (!isThere(place, state.state() != lecsAbsent, lecs.enabled)) return;
+        if (!isThere(place, state.state() != lecsAbsent, lecs.enabled,
+                     files_.lecs[asIndex(adapter_)].enabled))
+            return;
         if (const LecsStatsView stats = query.GetStats(); got(place, query)) {
             lecs.address = stats.address();
             lecs.elanType = stats.elanType();
@@ -245,7 +252,8 @@ class Reader {
         ip1577Info query(session_.channel(), link_);
         const IpStateView state = query.GetState(link_, 0);
         if (got(place, query) &&
-            isThere(place, state.state() != ipAbsent, seen_.ip1577[asIndex(adapter_)].enabled))
+            isThere(place, state.state() != ipAbsent, seen_.ip1577[asIndex(adapter_)].enabled,
+                    files_.ip1577[asIndex(adapter_)].enabled))
             readPvcs(place, query);
     }
 

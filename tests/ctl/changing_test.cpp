@@ -4,6 +4,7 @@
 #include "tvctl.h"
 
 #include <csignal>
+#include <future>
 #include <nlohmann/json.hpp>
 #include <random>
 
@@ -104,6 +105,7 @@ TEST_F(Changing, WhatIsWrongChangesNothing) {
         {2, "pvc add adapter1/lec1 8:0:20:1:2:3", "vci"},
         {2, "pvc add adapter1/lec1 8:0:20:1:2:3 vci", "needs a number"},
         {2, "pvc add adapter1/lec1 8:0:20:1:2:3 vci 300 maybe", "no word of a PVC"},
+        {2, "pvc add adapter1/lec1 8:0:20:1:2:3 vci 300 llc null", "encapsulation is given twice"},
         {9, "pvc add adapter1/lec1 8:0:20:1:2 vci 300", ""},
         {9, "pvc add adapter1/lec1 8:0:20:1:2:3 vci 65536", "takes 0 to 65535"},
         {9, "pvc add adapter1/lec1 8:0:20:1:2:3 vci 300 rate -1", "rate"},
@@ -328,7 +330,10 @@ TEST_F(Changing, AChangeIsUndoneByteForByte) {
     }
     root.edit(parameters, "[Adapter0", "# by hand\n[Adapter0");
     EXPECT_EQ(tvctl("revert " + lastLine(oldest.out).substr(7)).status, 7);
-    fs::remove_all(root.at(fmt::format("/var/lib/tarvolin/history/{:04}", changes)));
+    fs::permissions(root.at(parameters), fs::perms(0600));
+    const Said mode = tvctl("revert " + lastLine(oldest.out).substr(7));
+    EXPECT_EQ(mode.status, 7) << mode.err;
+    fs::remove(root.at(fmt::format("/var/lib/tarvolin/history/{:04}/manifest.json", changes)));
     const Said gap = tvctl(fmt::format("revert {}", changes - 1));
     EXPECT_EQ(gap.status, 9);
     EXPECT_THAT(gap.err, HasSubstr(fmt::format("does not have change {:04}, or not all of it", changes)));
@@ -398,11 +403,42 @@ TEST_F(Changing, AChangeIsTakenBackAlsoWhenItWasDisturbed) {
     EXPECT_THAT(driverName(), HasSubstr("elanName = edited"));
     EXPECT_THAT(tvctl("history").out, HasSubstr("\"not taken back\""));
 
+    // The file was put back by hand: the driver gets it.
+    const Texts now = files();
+    EXPECT_EQ(tvctl("set adapter1/lec1.elanName=tried --confirm 1").status, 0);
+    root.write(parameters, now.at(parameters));
+    EXPECT_TRUE(waitUntilTakenBack());
+    EXPECT_THAT(driverName(), HasSubstr("elanName = edited"));
+
+    // A driver that was not told of it is not told of its end.
+    const std::string logged = driver.ctl("log all");
+    EXPECT_EQ(tvctl("set adapter1/lec1.l3Mtu=1400 --file-only --confirm 1").status, 0);
+    EXPECT_TRUE(waitUntilTakenBack());
+    EXPECT_EQ(driver.ctl("log all").find("lec.start", logged.size()), std::string::npos);
+
     // It cannot be taken back: the history says so.
     EXPECT_EQ(tvctl("set adapter1/lec1.elanName=stays --confirm 1").status, 0);
     root.write(parameters, "");
     EXPECT_TRUE(waitUntilTakenBack());
     EXPECT_THAT(tvctl("history").out, HasSubstr("\"not taken back\""));
+}
+
+TEST_F(Changing, ManyWhoTakeOverAGuardTakeTheChangeBackOnce) {
+    using namespace std::chrono_literals;
+    const Simulator driver;
+    EXPECT_EQ(tvctl("set adapter1/lec1.l3Mtu=1400 --confirm 1").status, 0);
+    ::kill(Json::parse(root.read("/var/lib/tarvolin/pending.json"))["guard"].get<pid_t>(), SIGKILL);
+    std::this_thread::sleep_for(1200ms);
+    driver.ctl("fault any every late 15");
+    std::vector<std::future<Said>> all;
+    for (int i = 0; i < 6; ++i)
+        all.push_back(std::async(std::launch::async, [] { return tvctl("get adapter1/lec1.mtu"); }));
+    for (auto& each : all) each.wait();
+    driver.ctl("fault clear");
+    EXPECT_TRUE(root.exists("/var/lib/tarvolin/history/0002"));
+    EXPECT_FALSE(root.exists("/var/lib/tarvolin/history/0003"));
+    EXPECT_EQ(tvctl("get adapter1/lec1.l3Mtu").out, "1500\n");
+    EXPECT_THAT(tvctl("history").out, testing::Not(HasSubstr("not taken back")));
 }
 
 // Killed between the requests and the end of the save.
