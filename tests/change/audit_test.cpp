@@ -85,7 +85,7 @@ TEST(Manifest, HoldsEverythingInAsciiAndKeepsOddTextsReadable) {
                             .time = 0,
                             .invoker = {{0, "root"}, platform::Account{1000, ""}, "an\na", {}},
                             .host = "ws1",
-                            .files = {{"/etc/atm/tvconf", "1-tvconf", "abc"}}};
+                            .files = {{"/etc/atm/tvconf", "1-tvconf", "abc", "100644 0 12"}}};
     const std::string text = manifestText(manifest, record);
     EXPECT_EQ(text, testFile("change/manifest.json"));
 

@@ -96,12 +96,14 @@ TEST(History, AnEntryHoldsTheFilesAsTheyWere) {
     {
       "name": "/etc/atm/list",
       "stored": "3-list",
-      "after": "-"
+      "after": "-",
+      "rights": null
     },
     {
       "name": "/etc/atm/new \\x0a%",
       "stored": null,
-      "after": "-"
+      "after": "-",
+      "rights": null
     }
 )"));
         for (const auto& [name, content] : before) replace(root, name, content);
