@@ -59,6 +59,15 @@ constexpr auto asElanType = [](std::int16_t code) { return elanType(code); };
 template <auto counter> constexpr Metric counts(const char* name, const char* unit, const char* help) {
     return {name, unit, Kind::counter, help, read<counter, asNumber>};
 }
+// One of a circuit whose VCI stands in the same row.
+template <auto circuit, auto counter> constexpr Metric countsOn(const char* name, const char* help) {
+    return {.name = name,
+            .unit = "packets",
+            .kind = Kind::counter,
+            .help = help,
+            .read = read<counter, asNumber>,
+            .circuit = read<circuit, asVci>};
+}
 template <auto field> constexpr Metric vci(const char* name, const char* help) {
     return {name, "", Kind::number, help, read<field, asVci>};
 }
@@ -223,7 +232,12 @@ template <LecConnection c> constexpr Metric connectionVcis(const char* name, con
     return {name, "", Kind::number, help, connectionVci<c>};
 }
 template <LecConnection c, auto count> constexpr Metric connectionCounts(const char* name, const char* help) {
-    return {name, "packets", Kind::counter, help, connectionCount<c, count>};
+    return {.name = name,
+            .unit = "packets",
+            .kind = Kind::counter,
+            .help = help,
+            .read = connectionCount<c, count>,
+            .circuit = connectionVci<c>};
 }
 template <LecConnection c, auto convert>
 constexpr Metric connectionAddresses(const char* name, const char* help) {
@@ -324,15 +338,15 @@ constexpr Metric lesClient[] = {
     address<&LesRow::mac, asMac>("mac", "MAC address of the client."),
     state<&LesRow::state, BusStateToString>("state", "State of the client's service."),
     vci<&LesRow::controlVci>("controlDirectVci", "VCI of the client's control direct connection."),
-    counts<&LesRow::controlRx>("controlDirectRxPackets", "packets",
-                               "Packets received on the client's control direct connection."),
-    counts<&LesRow::controlTx>("controlDirectTxPackets", "packets",
-                               "Packets transmitted on the client's control direct connection."),
+    countsOn<&LesRow::controlVci, &LesRow::controlRx>(
+        "controlDirectRxPackets", "Packets received on the client's control direct connection."),
+    countsOn<&LesRow::controlVci, &LesRow::controlTx>(
+        "controlDirectTxPackets", "Packets transmitted on the client's control direct connection."),
     vci<&LesRow::multicastVci>("multicastSendVci", "VCI of the client's multicast send connection."),
-    counts<&LesRow::multicastRx>("multicastSendRxPackets", "packets",
-                                 "Packets received on the client's multicast send connection."),
-    counts<&LesRow::multicastTx>("multicastSendTxPackets", "packets",
-                                 "Packets transmitted on the client's multicast send connection."),
+    countsOn<&LesRow::multicastVci, &LesRow::multicastRx>(
+        "multicastSendRxPackets", "Packets received on the client's multicast send connection."),
+    countsOn<&LesRow::multicastVci, &LesRow::multicastTx>(
+        "multicastSendTxPackets", "Packets transmitted on the client's multicast send connection."),
     address<&LesRow::address, asPrefixOf>("networkPrefix", "Network prefix of the client's ATM address."),
     address<&LesRow::address, asEsiOf>("esiSelector", "ESI and selector of the client's ATM address."),
 };

@@ -51,6 +51,8 @@ struct Metric {
     const char* help;  // a sentence
     Read read;
     unsigned wrapBits = kind == Kind::counter ? 32 : 0;  // of a counter: its width
+    // Reads the VCI whose counter it is, where that may become another one; null: it does not.
+    Read circuit = nullptr;
 };
 
 struct Group {

@@ -41,7 +41,7 @@ std::optional<Unknown> Reading::missing(QueryId query) const {
     const QueryId first = groupsOf(place_.service).front().query;
     if (query == first || !canBeAbsent(place_.service)) return Unknown::notAsked;
     // Asked only of a service that is there.
-    return absent() ? Unknown::absent : missing(first);
+    return absent() ? Unknown::absent : missing(first).value_or(Unknown::notAsked);
 }
 
 std::optional<Unknown> Reading::missing(const Group& group) const {
@@ -52,6 +52,10 @@ bool Reading::absent() const {
     const Group& first = groupsOf(place_.service).front();
     if (!canBeAbsent(place_.service) || missing(first.query)) return false;
     return std::get<State>(value(first, first.metrics.front())).code == 0;
+}
+
+Taken Reading::taken(const Group& group) const {
+    return replies_.at(group.circuits ? QueryId::vcTable : group.query)->taken;
 }
 
 std::size_t Reading::rows(const Group& group) const {
@@ -71,10 +75,13 @@ Bytes Reading::bytes(QueryId query) const {
     return found != replies_.end() ? Bytes(found->second->bytes) : Bytes();
 }
 
-Reading Reader::read(const Place& place) {
+Reading Reader::read(const Place& place, const Wanted& wanted) {
     Reading reading(place);
+    reading.begun_ = clock_();
     const Group& state = groupsOf(place.service).front();
     for (const Group& group : groupsOf(place.service)) {
+        const bool needed = &group == &state && canBeAbsent(place.service);
+        if (wanted && !needed && !wanted(group)) continue;
         ask(reading, group.query);
         // Without a state nobody knows whether the service is there.
         if (canBeAbsent(place.service) && (reading.absent() || reading.missing(state))) break;
@@ -101,17 +108,22 @@ std::shared_ptr<const Reply> Reader::request(const Place& place, QueryId id) {
         reply->missing = Unknown::notAsked;
         return reply;
     }
+    const Moment asked = clock_();
+    *reply = replyTo(place, id);
+    reply->taken = {asked, clock_()};
+    if (reply->missing) owed_.push_back({place, *reply->missing, reply->resp});
+    return reply;
+}
+
+Reply Reader::replyTo(const Place& place, QueryId id) {
     if (id == QueryId::boardMacAddress) {
         aalInfo query(channel_, static_cast<std::uint8_t>(place.adapter));
         const auto board = static_cast<std::uint16_t>(place.adapter + 1);
-        *reply = replyOf(query, query.GetBoardMacAddress(board).bytes());
-    } else {
-        AnyQuery query(channel_, place, id);
-        const Bytes bytes = query.ask();
-        *reply = replyOf(query, bytes);
+        return replyOf(query, query.GetBoardMacAddress(board).bytes());
     }
-    if (reply->missing) owed_.push_back({place, *reply->missing, reply->resp});
-    return reply;
+    AnyQuery query(channel_, place, id);
+    const Bytes bytes = query.ask();
+    return replyOf(query, bytes);
 }
 
 }  // namespace metrics

@@ -6,6 +6,7 @@
 #include "driver/views.h"
 #include "metrics/metric.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -13,10 +14,16 @@
 
 namespace metrics {
 
+// When the driver was asked, and when it had answered: a value is one of a moment between.
+struct Taken {
+    Moment asked = {}, answered = {};
+};
+
 struct Reply {
     std::optional<Unknown> missing = {};  // why there is none
     int resp = 0;                         // of one that was refused
     std::vector<std::uint8_t> bytes = {};
+    Taken taken = {};
 };
 
 class Reading {
@@ -25,6 +32,9 @@ class Reading {
 
     const Place& place() const { return place_; }
     bool absent() const;  // the driver says that there is no such service
+
+    Moment begun() const { return begun_; }
+    Taken taken(const Group& group) const;  // its counters; only while something is known of it
 
     // Why nothing of a group is known; nothing: something is.
     std::optional<Unknown> missing(const Group& group) const;
@@ -47,6 +57,7 @@ class Reading {
     std::optional<Unknown> missing(QueryId query) const;
 
     Place place_;
+    Moment begun_ = {};
     std::map<QueryId, std::shared_ptr<const Reply>> replies_;
 };
 
@@ -54,9 +65,16 @@ class Reading {
 // and after the first request without an answer nothing more is asked.
 class Reader {
   public:
-    explicit Reader(DriverChannel& channel) : channel_(channel), answers_(channel) {}  // outlives this object
+    using Clock = std::function<Moment()>;
 
-    Reading read(const Place& place);
+    // The channel outlives this object.
+    explicit Reader(DriverChannel& channel, Clock clock = std::chrono::steady_clock::now)
+        : channel_(channel), answers_(channel), clock_(std::move(clock)) {}
+
+    // Of some groups only those that are wanted are asked for, and the state of a service that can be absent;
+    // the others are Unknown::notAsked then.
+    using Wanted = std::function<bool(const Group&)>;
+    Reading read(const Place& place, const Wanted& wanted = {});
 
     // The driver has been found silent before: nothing is asked.
     void stop() { stopped_ = true; }
@@ -72,9 +90,11 @@ class Reader {
   private:
     void ask(Reading& reading, QueryId query);
     std::shared_ptr<const Reply> request(const Place& place, QueryId query);
+    Reply replyTo(const Place& place, QueryId query);
 
     DriverChannel& channel_;
     AnswerWatch answers_;
+    Clock clock_;
     bool stopped_ = false;
     std::map<int, std::shared_ptr<const Reply>> circuits_;  // by adapter
     std::vector<Debt> owed_;

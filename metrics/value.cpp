@@ -26,6 +26,16 @@ const char* wordsOf(Unknown why) {
         return "the driver does not list the virtual circuit";
     case Unknown::pvc:
         return "a PVC has no address";
+    case Unknown::noneBefore:
+        return "nothing to compare with yet";
+    case Unknown::driverChanged:
+        return "the driver has started anew";
+    case Unknown::beyondLink:
+        return "the counter was set back";
+    case Unknown::mayHaveWrapped:
+        return "too long since the reading before";
+    case Unknown::sharedKey:
+        return "several rows have this key";
     }
     return "";
 }

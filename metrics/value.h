@@ -1,11 +1,14 @@
 // A value that the driver reports, or why there is none.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <variant>
 
 namespace metrics {
+
+using Moment = std::chrono::steady_clock::time_point;
 
 // Why a value is not known.
 enum class Unknown : std::uint8_t {
@@ -22,6 +25,12 @@ enum class Unknown : std::uint8_t {
     notConnected,
     noCircuit,  // the driver does not list the virtual circuit
     pvc,        // a permanent connection has no address
+    // Of a rate.
+    noneBefore,      // the reading before does not have the value, or has it of another circuit
+    driverChanged,   // the counters of the reading before were those of another driver
+    beyondLink,      // more than the link carries: the counter was set back
+    mayHaveWrapped,  // more than once, in so long a time
+    sharedKey,       // other rows of the table have the same key
 };
 const char* wordsOf(Unknown why);
 
