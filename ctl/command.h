@@ -16,7 +16,11 @@ struct Output {
     std::string message = {};
     std::string where = {};
     std::vector<std::string> warnings = {};  // further complaints, a line each
+    bool printed = false;                    // by the command itself
 };
+
+// An output as one line of JSON; `more` stands behind the number of the format.
+std::string jsonLine(const Output& output, const Json& more = Json::object());
 
 // The command that stands on the command line; throws Failure.
 using Run = std::function<Output(Session&)>;
@@ -48,3 +52,4 @@ Run addInit(CLI::App& command);
 Run addSet(CLI::App& command);
 Run addTrace(CLI::App& command);
 Run addVersion(CLI::App& command);
+Run addWatch(CLI::App& command);

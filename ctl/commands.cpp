@@ -6,6 +6,7 @@ namespace {
 
 constexpr Command rows[] = {
     {"show", "The configuration in the files, or what the driver reports", addShow},
+    {"watch", "What the driver reports, again and again", addWatch},
     {"get", "One value of the configuration in the files, or one list", addGet},
     {"diff", "What differs between files, driver, past changes and documents", addDiff},
     {"set", "Change settings, as the fields and OK of a window would", addSet},

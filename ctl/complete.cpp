@@ -4,6 +4,7 @@
 #include "ctl/entries.h"
 #include "ctl/listing.h"
 #include "ctl/settings.h"
+#include "metrics/metric.h"
 
 #include <algorithm>
 #include <string_view>
@@ -39,6 +40,27 @@ Words paths(std::string_view word) {
     Words paths = servicePaths(word, "");
     if (std::ranges::count(paths, std::string(word) + '/')) paths.emplace_back(word);
     return paths;
+}
+
+// A path, or a value or table behind one.
+Words values(std::string_view word) {
+    const std::size_t dot = word.find('.');
+    Words all = paths(word);
+    if (dot == word.npos) {
+        if (std::ranges::count(all, word)) all.push_back(std::string(word) + '.');
+        return all;
+    }
+    for (int adapter = 0; adapter < adapterCount; ++adapter)
+        for (const metrics::Place& place : metrics::placesOf(adapter)) {
+            if (metrics::pathOf(place) != word.substr(0, dot)) continue;
+            for (const metrics::Group& group : metrics::groupsOf(place.service))
+                for (const metrics::Metric& metric : group.metrics)
+                    all.push_back(metrics::pathOf(place) + '.' +
+                                  (group.isTable() ? group.table : metric.name));
+        }
+    const auto twice = std::unique(all.begin(), all.end());  // a table, once for each column
+    all.erase(twice, all.end());
+    return all;
 }
 
 Words settings(std::string_view word) {
@@ -96,6 +118,7 @@ constexpr struct {
     bool files;
 } arguments[] = {
     {"PATH", paths, false},
+    {"PATH.NAME", values, false},
     {"PATH.KEY", settings, false},
     {"PATH.KEY=VALUE", assignments, false},
     {"ADDRESS vci N", pvcWords, false},

@@ -15,8 +15,6 @@
 
 namespace {
 
-constexpr int format = 1;  // of JSON; grows when a reader of the present one would misunderstand
-
 void write(std::FILE* file, const std::string& text) {
     std::fwrite(text.data(), 1, text.size(), file);
 }
@@ -40,17 +38,11 @@ void printText(const Output& output) {
 }
 
 void printJson(const Output& output) {
-    Json document{{"format", format}};
-    document.update(output.tree.json());
-    if (!output.message.empty()) {
-        Json error{{"code", static_cast<int>(output.status)}, {"message", output.message}};
-        if (!output.where.empty()) error["where"] = output.where;
-        document["error"] = error;
-    }
-    write(stdout, document.dump(-1, ' ', false, Json::error_handler_t::replace) + '\n');
+    write(stdout, jsonLine(output));
 }
 
 int print(const Output& output, bool json) {
+    if (output.printed) return static_cast<int>(output.status);
     json ? printJson(output) : printText(output);
     // Also what stood in the buffer when the disk was full or the reader gone.
     const bool written = std::fflush(stdout) == 0 && !std::ferror(stdout);
@@ -140,6 +132,19 @@ bool asksForJson(const std::vector<std::string>& words) {
 }
 
 }  // namespace
+
+std::string jsonLine(const Output& output, const Json& more) {
+    constexpr int format = 1;  // grows when a reader of the present one would misunderstand
+    Json document{{"format", format}};
+    document.update(more);
+    document.update(output.tree.json());
+    if (!output.message.empty()) {
+        Json error{{"code", static_cast<int>(output.status)}, {"message", output.message}};
+        if (!output.where.empty()) error["where"] = output.where;
+        document["error"] = error;
+    }
+    return document.dump(-1, ' ', false, Json::error_handler_t::replace) + '\n';
+}
 
 int runProgram(const std::vector<std::string>& words) {
     // Files are read more than once.

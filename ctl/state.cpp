@@ -17,13 +17,6 @@ using metrics::Reading;
 
 namespace {
 
-// ---- values ----
-
-struct Printed {
-    Json json;
-    std::string text;
-};
-
 Printed print(metrics::Unknown) {
     return {nullptr, "unknown"};
 }
@@ -47,65 +40,106 @@ Printed print(const std::string& text) {
     return {safe, safe};
 }
 
-Tree leaf(const std::string& where, const metrics::Value& value) {
-    Printed printed = std::visit([](const auto& v) { return print(v); }, value);
-    return {std::move(printed.json), {settingLine(where, printed.text)}};
+Printed print(const metrics::Value& value) {
+    return std::visit([](const auto& v) { return print(v); }, value);
 }
+
+}  // namespace
 
 // ---- readings ----
 
-Tree tableTree(const Reading& reading, const Group& group, const std::string& where) {
-    if (const auto why = reading.missing(group)) return leaf(where, *why);
+Printed StatePrinter::print(const Reading& reading, const Group& group, const Metric& metric,
+                            std::size_t row) const {
+    return ::print(reading.value(group, metric, row));
+}
+
+std::string StatePrinter::line(const std::string& where, const std::string& text) const {
+    return settingLine(where, text);
+}
+
+Tree StatePrinter::leaf(const std::string& where, Printed printed) const {
+    return {std::move(printed.json), {line(where, printed.text)}};
+}
+
+Tree StatePrinter::table(const Reading& reading, const Group& group, const std::string& where) const {
+    if (const auto why = reading.missing(group)) return leaf(where, ::print(*why));
     Tree rows = Tree::array();
     const std::size_t count = reading.rows(group);
     for (std::size_t i = 0; i < count; ++i) {
         Tree row;
-        for (const Metric& metric : group.metrics)
-            row.put(metric.name,
-                    leaf(fmt::format("{}[{}].{}", where, i, metric.name), reading.value(group, metric, i)));
+        for (const Metric& metric : group.metrics) {
+            const std::string name = nameOf(metric);
+            row.put(name, leaf(fmt::format("{}[{}].{}", where, i, name), print(reading, group, metric, i)));
+        }
         rows.add(std::move(row));
     }
     return rows;
 }
 
-// Puts what a reading has into the tree of its adapter or service.
-void putReading(const Reading& reading, Tree& tree) {
-    const std::string path = metrics::pathOf(reading.place()) + '.';
-    const auto groups = metrics::groupsOf(reading.place().service);
-    for (const Group& group : reading.absent() ? groups.first(1) : groups) {
+void StatePrinter::put(const Reading& reading, Tree& tree) const {
+    const Place& place = reading.place();
+    const std::string path = metrics::pathOf(place) + '.';
+    const auto* const names = namesOf(place);
+    const bool stateAlone = reading.absent() && !names;
+    const auto groups = metrics::groupsOf(place.service);
+    for (const Group& group : stateAlone ? groups.first(1) : groups) {
         if (group.isTable()) {
-            tree.put(group.table, tableTree(reading, group, path + group.table));
+            if (!names || names->contains(group.table))
+                tree.put(group.table, table(reading, group, path + group.table));
             continue;
         }
-        for (const Metric& metric : group.metrics)
-            if (!reading.absent() || metric.kind == metrics::Kind::state)
-                tree.put(metric.name, leaf(path + metric.name, reading.value(group, metric)));
+        for (const Metric& metric : group.metrics) {
+            if (names ? !names->contains(metric.name) : stateAlone && metric.kind != metrics::Kind::state)
+                continue;
+            const std::string name = nameOf(metric);
+            tree.put(name, leaf(path + name, print(reading, group, metric, 0)));
+        }
     }
+}
+
+Tree StatePrinter::tree(const std::vector<Reading>& readings) const {
+    std::map<int, Tree> adapters;
+    for (const Reading& reading : readings) {
+        Tree& adapter = adapters[reading.place().adapter];
+        if (reading.place().service == metrics::Service::adapter) {
+            put(reading, adapter);
+            continue;
+        }
+        Tree service;
+        put(reading, service);
+        adapter.put(metrics::nameOf(reading.place()), std::move(service));
+    }
+    Tree all;
+    for (auto& [adapter, tree] : adapters) all.put(adapterName(adapter), std::move(tree));
+    return all;
 }
 
 // ---- what is asked ----
 
-void addPlaces(const std::string& path, std::vector<Place>& places) {
+std::vector<Place> placesAt(const std::string& path) {
     const std::vector<ServiceId> services = readPath(path);
-    const bool whole = path.find('/') == path.npos;
-    for (const Place& place : metrics::placesOf(services.front().adapter))
-        if (whole || metrics::pathOf(place) == services.front().name().path) places.push_back(place);
+    std::vector<Place> places = metrics::placesOf(services.front().adapter);
+    if (path.find('/') != path.npos)
+        std::erase_if(places, [&](const Place& place) {
+            return metrics::pathOf(place) != services.front().name().path;
+        });
+    return places;
 }
 
-bool reports(const Discovery& found, int adapter) {
-    return std::ranges::count(found.adapters, adapter, &FoundAdapter::index) > 0;
+bool saysAdapters(const Discovery& found, const DriverChannel& channel) {
+    return found.complete && (!found.adapters.empty() || channel.outcome() == Outcome::success);
 }
 
-// Whether the driver has said which adapters there are. When there is no driver nobody is asked.
-bool knowsAdapters(Session& session) {
-    const Discovery& found = session.discovery();
-    if (found.complete) return !found.adapters.empty() || session.channel().outcome() == Outcome::success;
-    if (session.channel().outcome() == Outcome::absent) throw session.noDriver();
-    return false;
+void requireReported(const Discovery& found, const std::vector<Place>& places) {
+    for (const Place& place : places)
+        if (std::ranges::count(found.adapters, place.adapter, &FoundAdapter::index) == 0) {
+            const std::string adapter = adapterName(place.adapter);
+            throw Failure(Status::notThere, fmt::format("the driver reports no {}", adapter), adapter);
+        }
 }
 
-// The complaint, and the status, about what the driver did not give.
-void complain(std::span<const metrics::Reader::Debt> owed, Output& output) {
+void complain(const std::vector<metrics::Reader::Debt>& owed, Output& output) {
+    if (owed.empty()) return;
     const auto isSilent = [](const auto& debt) { return debt.why == metrics::Unknown::silent; };
     auto worst = std::ranges::find_if(owed, isSilent);
     output.status = worst == owed.end() ? Status::refused : Status::silent;
@@ -115,42 +149,28 @@ void complain(std::span<const metrics::Reader::Debt> owed, Output& output) {
     if (worst->why == metrics::Unknown::refused) output.message += fmt::format(" ({})", worst->resp);
 }
 
-}  // namespace
-
 Output showState(Session& session, const std::vector<std::string>& paths) {
     std::vector<Place> places;
+    const auto add = [&](const std::string& path) {
+        for (const Place& place : placesAt(path))
+            if (std::ranges::count(places, place) == 0) places.push_back(place);
+    };
     FirstFailure first;
-    for (const std::string& path : paths) first.of([&] { addPlaces(path, places); });
+    for (const std::string& path : paths) first.of([&] { add(path); });
     first.raise();
-    const bool known = knowsAdapters(session);
     const Discovery& found = session.discovery();
-    for (const Place& place : places)
-        if (known && !reports(found, place.adapter)) {
-            const std::string adapter = adapterName(place.adapter);
-            throw Failure(Status::notThere, fmt::format("the driver reports no {}", adapter), adapter);
-        }
+    if (!found.complete && session.channel().outcome() == Outcome::absent) throw session.noDriver();
+    const bool known = saysAdapters(found, session.channel());
+    if (known) requireReported(found, places);
     if (paths.empty())
-        for (const FoundAdapter& adapter : found.adapters) addPlaces(adapterName(adapter.index), places);
+        for (const FoundAdapter& adapter : found.adapters) add(adapterName(adapter.index));
 
     Output output;
     metrics::Reader reader(session.channel());
     if (!found.complete) reader.stop();
-    std::map<int, Tree> adapters;
-    std::vector<Place> done;
-    for (const Place& place : places) {
-        if (std::ranges::count(done, place)) continue;
-        done.push_back(place);
-        const Reading reading = reader.read(place);
-        Tree& adapter = adapters[place.adapter];
-        if (place.service == metrics::Service::adapter) {
-            putReading(reading, adapter);
-            continue;
-        }
-        Tree service;
-        putReading(reading, service);
-        adapter.put(metrics::nameOf(place), std::move(service));
-    }
-    for (auto& [adapter, tree] : adapters) output.tree.put(adapterName(adapter), std::move(tree));
+    std::vector<Reading> readings;
+    for (const Place& place : places) readings.push_back(reader.read(place));
+    output.tree = StatePrinter().tree(readings);
 
     if (!reader.owed().empty())
         complain(reader.owed(), output);

@@ -1,6 +1,8 @@
 // Whether a signal has asked the program to end.
 #pragma once
 
+#include <chrono>
+
 namespace platform {
 
 // For the signal handler.
@@ -12,5 +14,9 @@ void watchEndSignals();
 
 // What takes long looks at this between its steps: it then stops as soon as nothing is lost.
 bool endAsked();
+
+// Waits until the moment. False, and at once, when the end has been asked for, or when nobody reads any more
+// what is written to the descriptor (a pipe, a socket or a terminal).
+bool waitUnlessEnded(std::chrono::steady_clock::time_point moment, int descriptor);
 
 }  // namespace platform

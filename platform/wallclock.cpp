@@ -15,6 +15,13 @@ std::tm localTime(std::time_t time) {
     return result;
 }
 
+std::string utcSecond(std::time_t time) {
+    std::tm utc{};
+    ::gmtime_r(&time, &utc);
+    return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}", utc.tm_year + 1900, utc.tm_mon + 1, utc.tm_mday,
+                       utc.tm_hour, utc.tm_min, utc.tm_sec);
+}
+
 }  // namespace
 
 std::string dateAndTime(std::time_t time) {
@@ -35,10 +42,13 @@ std::time_t momentOf(const std::string& dateAndTime) {
 
 std::string inUtc(const std::string& dateAndTime) {
     const std::time_t moment = momentOf(dateAndTime);
-    std::tm utc{};
-    if (moment == 0 || !::gmtime_r(&moment, &utc)) return dateAndTime;
-    return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}Z", utc.tm_year + 1900, utc.tm_mon + 1,
-                       utc.tm_mday, utc.tm_hour, utc.tm_min, utc.tm_sec);
+    return moment == 0 ? dateAndTime : utcSecond(moment) + 'Z';
+}
+
+std::string inUtc(std::chrono::system_clock::time_point moment) {
+    const auto second = std::chrono::floor<std::chrono::seconds>(moment);
+    const auto rest = std::chrono::floor<std::chrono::milliseconds>(moment - second);
+    return fmt::format("{}.{:03}Z", utcSecond(std::chrono::system_clock::to_time_t(second)), rest.count());
 }
 
 std::string syslogTime(std::time_t time) {

@@ -52,6 +52,10 @@ lines() {
     expect 'tvctl client move adapter1/le' 'adapter1/les1 adapter1/les2 adapter1/les3 adapter1/les4 adapter1/les5 adapter1/les6 adapter1/les7 adapter1/les8'
     expect 'TARVOLIN_ROOT=/x tvctl revert 4 --dr' '--dry-run'
     expect 'tvctl diff sent dr' 'driver'
+    expect 'tvctl watch adapter1/lec2' 'adapter1/lec2 adapter1/lec2.'
+    expect 'tvctl watch --rates adapter1.rxP' 'adapter1.rxPackets'
+    expect 'tvctl watch adapter1/lec2 adapter1/lec2.conn' 'adapter1/lec2.connections'
+    expect 'tvctl watch adapter1 --in' '--interval'
     # The name of a command, of a setting, and of each value of it.
     among 'tvctl ' 'apply'
     local value
