@@ -169,6 +169,7 @@ Output showState(Session& session, const std::vector<std::string>& paths) {
     metrics::Reader reader(session.channel());
     if (!found.complete) reader.stop();
     std::vector<Reading> readings;
+    readings.reserve(places.size());
     for (const Place& place : places) readings.push_back(reader.read(place));
     output.tree = StatePrinter().tree(readings);
 

@@ -402,7 +402,7 @@ Output run(Session& session, const Given& given) {
     WatchedDriver driver(session, watched, given.rates);
 
     platform::watchEndSignals();
-    const Output done{.printed = true};
+    Output done{.printed = true};
     const Pace pace(given.interval);
     // Rates need something to compare with.
     if (given.rates && (driver.tick(), !pace.next())) return done;
