@@ -2,6 +2,7 @@
 #include "change/sent.h"
 #include "ctl/state.h"
 #include "metrics/rates.h"
+#include "platform/csv.h"
 #include "platform/device.h"
 #include "platform/ending.h"
 #include "platform/number.h"
@@ -282,7 +283,7 @@ class CsvForm : public Form {
         for (const Column& column : columns_)
             names.push_back(column.group.isTable() ? printer_.nameOf(column.metric)
                                                    : column.path + '.' + printer_.nameOf(column.metric));
-        return record(names);
+        return platform::csvRecord(names);
     }
 
     std::string lines(const Tick& tick) const override {
@@ -292,7 +293,7 @@ class CsvForm : public Form {
             std::vector<std::string> values{platform::inUtc(tick.time), tick.trouble.message};
             for (const Column& column : columns_)
                 values.push_back(rows == 0 ? "" : valueOf(tick.readings[column.reading], column, row));
-            all += record(values);
+            all += platform::csvRecord(values);
         }
         return all;
     }
@@ -317,21 +318,6 @@ class CsvForm : public Form {
     std::string valueOf(const Reading& reading, const Column& column, std::size_t row) const {
         const Printed value = printer_.print(reading, column.group, column.metric, row);
         return value.json.is_null() ? "" : value.text;
-    }
-
-    static std::string record(const std::vector<std::string>& fields) {
-        std::string line;
-        for (const std::string& text : fields) {
-            if (&text != &fields.front()) line += ',';
-            if (text.find_first_of(",\"\r\n") == text.npos) {
-                line += text;
-                continue;
-            }
-            line += '"';
-            for (const char c : text) line += c == '"' ? "\"\"" : std::string(1, c);
-            line += '"';
-        }
-        return line + "\r\n";
     }
 
     const WatchPrinter& printer_;

@@ -1,6 +1,8 @@
 #include "ui/tabletext.h"
 
-#include <algorithm>
+#include "platform/csv.h"
+
+#include <fmt/ranges.h>
 #include <nlohmann/json.hpp>
 #include <strings.h>
 
@@ -8,22 +10,8 @@ namespace {
 
 using Line = std::vector<std::string>;
 
-std::string quoted(const std::string& cell) {
-    if (cell.find_first_of(",\"\r\n") == cell.npos) return cell;
-    std::string text = "\"";
-    for (const char c : cell) text.append(c == '"' ? 2 : 1, c);
-    return text + '"';
-}
-
-void append(std::string& text, const Line& line, char separator, std::string (*form)(const std::string&)) {
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        if (i > 0) text += separator;
-        text += form(line[i]);
-    }
-}
-
-std::string asItIs(const std::string& cell) {
-    return cell;
+std::string tabbed(const Line& line) {
+    return fmt::format("{}\n", fmt::join(line, "\t"));
 }
 
 bool endsWith(std::string_view name, std::string_view end) {
@@ -34,17 +22,8 @@ bool endsWith(std::string_view name, std::string_view end) {
 }  // namespace
 
 std::string asCsv(const TableCells& cells) {
-    std::string text;
-    append(text, cells.labels, ',', quoted);
-    text += "\r\n";
-    for (const Line& row : cells.rows) {
-        // An empty line would be no record.
-        if (row.size() == 1 && row[0].empty())
-            text += "\"\"";
-        else
-            append(text, row, ',', quoted);
-        text += "\r\n";
-    }
+    std::string text = platform::csvRecord(cells.labels);
+    for (const Line& row : cells.rows) text += platform::csvRecord(row);
     return text;
 }
 
@@ -55,13 +34,8 @@ std::string asJson(const TableCells& cells) {
 }
 
 std::string asText(const TableCells& cells) {
-    std::string text;
-    append(text, cells.labels, '\t', asItIs);
-    text += '\n';
-    for (const Line& row : cells.rows) {
-        append(text, row, '\t', asItIs);
-        text += '\n';
-    }
+    std::string text = tabbed(cells.labels);
+    for (const Line& row : cells.rows) text += tabbed(row);
     return text;
 }
 
