@@ -56,7 +56,9 @@ WayBack wayBack(const Configuration& configuration, unsigned number, const std::
     if (past.missing) return {.reason = fmt::format("change {} is missing", numbered(past.missing))};
     const bool cut = change->read.record.result == cutOff;
     const auto replaced = replacedFiles(*change);
-    const bool known = replaced && recordsWith(replaced->after, back.before);
+    AtmDevices told, old;
+    const bool known = replaced && recordsWith(replaced->after, told);
+    if (known) back.before = told;
     if (past.edited.empty()) {
         if (!past.files.empty() && !recordsWith(past.files, back.target))
             return {.reason = "the files as they were cannot be read"};
@@ -66,7 +68,6 @@ WayBack wayBack(const Configuration& configuration, unsigned number, const std::
     }
     // Somebody has edited a file since: what the change had changed goes back, unless it was edited, and the
     // rest stays.
-    AtmDevices old;
     if (!known || !recordsWith(replaced->before, old))
         return {.reason = past.edited + " is not as the change left it"};
     back.target = mergeAdapters(allAdapters, back.before, old, configuration.base(), true, {}).devices;
