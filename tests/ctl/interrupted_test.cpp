@@ -96,7 +96,7 @@ TEST_F(Interrupted, BySomebodyWhoChangesTheSame) {
                      "the driver has the settings of the files again");
     other.join();
     EXPECT_EQ(tvctl("get adapter1/lec1.elanName").out, "theirs\n");
-    EXPECT_EQ(tvctl("diff").out, "");
+    EXPECT_EQ(tvctl("diff").status, 0) << "what was edited by hand is unknown beside";
 }
 
 // What the driver has taken by then is taken back.
