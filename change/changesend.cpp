@@ -29,8 +29,7 @@ ServiceSet differing(int adapter, const ServiceSet& among, const AtmDevices& bef
     forEachService(adapter, [&](const ServiceName&, auto record, const std::string&, auto bit) {
         using Record = std::remove_cvref_t<decltype(record(before))>;
         const Record &was = record(before), &is = record(after);
-        bool differs = std::ranges::any_of(
-            keyRows<Record>(), [&](const KeyRow<Record>& row) { return !sameField(row.field, was, is); });
+        bool differs = !sameSettings(was, is);
         if constexpr (hasList<Record>) differs |= *listOf(was) != *listOf(is);
         // What is stopped and stays so is not stopped again: some services refuse that.
         differs &= isEnabled(was) || isEnabled(is);

@@ -25,11 +25,6 @@ namespace {
 constexpr std::array allAdapters{0, 1, 2, 3};
 constexpr auto driverPatience = 60s, lockPatience = 60s;
 
-template <class Record> bool sameSettings(const Record& a, const Record& b) {
-    return std::ranges::all_of(keyRows<Record>(),
-                               [&](const KeyRow<Record>& row) { return sameField(row.field, a, b); });
-}
-
 std::string numbered(unsigned change) {
     return fmt::format("{:04}", change);
 }

@@ -77,6 +77,12 @@ template <class Record> bool sameField(const KeyField<Record>& field, const Reco
                       field);
 }
 
+// The names of files aside, which never differ here.
+template <class Record> bool sameSettings(const Record& a, const Record& b) {
+    return std::ranges::all_of(keyRows<Record>(),
+                               [&](const KeyRow<Record>& row) { return sameField(row.field, a, b); });
+}
+
 // Whether the file already has the record's value of a row, which is not written then. If the file has only
 // one half of an address, neither half was read; unless the address was changed, that half must stay as it
 // is.

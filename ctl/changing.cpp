@@ -82,8 +82,7 @@ ConfigFiles rehearse(Session& session, const Plan& plan, const AtmDevices& befor
                 }
                 // Restarted, the service would run without it.
                 const std::string unknown = session.unknownListOf(service);
-                const auto same = [&](const KeyRow<Record>& row) { return sameField(row.field, was, is); };
-                if (!unknown.empty() && !std::ranges::all_of(keyRows<Record>(), same))
+                if (!unknown.empty() && !sameSettings(was, is))
                     throw Failure(Status::wrongValue,
                                   fmt::format("{}: its list in {} cannot be read", named.name.path, unknown),
                                   unknown);

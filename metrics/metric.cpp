@@ -59,14 +59,18 @@ constexpr auto asElanType = [](std::int16_t code) { return elanType(code); };
 template <auto counter> constexpr Metric counts(const char* name, const char* unit, const char* help) {
     return {name, unit, Kind::counter, help, read<counter, asNumber>};
 }
-// One of a circuit whose VCI stands in the same row.
-template <auto circuit, auto counter> constexpr Metric countsOn(const char* name, const char* help) {
+// Of packets on a circuit, whose VCI `circuit` reads.
+constexpr Metric packetsOfCircuit(Metric::Read circuit, Metric::Read count, const char* name,
+                                  const char* help) {
     return {.name = name,
             .unit = "packets",
             .kind = Kind::counter,
             .help = help,
-            .read = read<counter, asNumber>,
-            .circuit = read<circuit, asVci>};
+            .read = count,
+            .circuit = circuit};
+}
+template <auto circuit, auto counter> constexpr Metric countsOn(const char* name, const char* help) {
+    return packetsOfCircuit(read<circuit, asVci>, read<counter, asNumber>, name, help);
 }
 template <auto field> constexpr Metric vci(const char* name, const char* help) {
     return {name, "", Kind::number, help, read<field, asVci>};
@@ -232,12 +236,7 @@ template <LecConnection c> constexpr Metric connectionVcis(const char* name, con
     return {name, "", Kind::number, help, connectionVci<c>};
 }
 template <LecConnection c, auto count> constexpr Metric connectionCounts(const char* name, const char* help) {
-    return {.name = name,
-            .unit = "packets",
-            .kind = Kind::counter,
-            .help = help,
-            .read = connectionCount<c, count>,
-            .circuit = connectionVci<c>};
+    return packetsOfCircuit(connectionVci<c>, connectionCount<c, count>, name, help);
 }
 template <LecConnection c, auto convert>
 constexpr Metric connectionAddresses(const char* name, const char* help) {
