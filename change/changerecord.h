@@ -31,7 +31,7 @@ struct SentRequest {
 // to the driver is not known.
 inline constexpr const char* completedLater = "completed later";
 
-// That of a change that somebody guards, until it has come to its end.
+// The result of a change that has to be confirmed, until it is complete.
 inline constexpr const char* cutOff = "interrupted";
 
 struct ChangeRecord {
@@ -49,8 +49,9 @@ struct ChangeRecord {
     std::string result = "ok";       // or the reason why the save failed
 };
 
-// What the driver made of all requests: refused, unanswered where one was not answered or not sent, else
-// taken. A server that does not run refuses to be stopped, which is nothing if it can be started.
+// The driver's answer to all requests together: unanswered if one was not answered or not sent, else refused
+// if one was refused, else taken. A refusal does not count if a later request of the same service was taken:
+// a service that does not run refuses to be stopped, and can be started all the same.
 RequestResult driverAnswer(const ChangeRecord& record);
 
 // "taken", "refused", "unanswered" or "not sent".

@@ -23,7 +23,8 @@ void removeOtherDeadCopies(const std::vector<FileEdit>& edits, const platform::H
     for (const std::string& directory : directories) removeDeadCopies({directory}, CopiesOf::saves);
 }
 
-// Those of the file that it is made like; of a new one nobody has chosen any.
+// Mode and owner that the file is given: its own, or those of the file that it is made like. Empty for a new
+// file and a removed one.
 std::string rightsOf(const FileEdit& edit) {
     struct stat status {};
     if (!edit.content) return {};

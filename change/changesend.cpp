@@ -135,7 +135,7 @@ void AdapterChange::noteDriverAhead() {
     });
 }
 
-// A restart takes the list along that is known; of one that cannot be read nothing is.
+// A restart sends the service's list, too; of one that cannot be read nothing is known.
 void AdapterChange::noteUnknownLists(Round& round) {
     if (!order_.driver) return;
     forEachDue(sentServices_, [&](const ServiceName& name, auto record, auto) {

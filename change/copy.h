@@ -12,11 +12,13 @@
 enum class CopyOf { newContent, oldContent };
 std::string copyName(const platform::HostPath& place, CopyOf which = CopyOf::newContent);
 
+// A copy with the content of the file that it is made like can keep its times, so that the time of a file
+// remains that of its last edit when a save changes nothing.
+enum class Times { now, kept };
+
 // Makes that copy with the given content and brings it to the disk, though not its name. It takes the
 // attributes of `file`; without one it is a new file, readable by all that the user's mask and the directory
-// allow. What has the content of `file` can keep its times: whoever looks when a file was edited is not told
-// of saves that change nothing. 0, or -1 and errno; no copy is left then.
-enum class Times { now, kept };
+// allow. 0, or -1 and errno; no copy is left then.
 int makeCopy(const platform::HostPath& place, CopyOf which, std::string_view content,
              const platform::OpenFile& file, Times times = Times::now);
 

@@ -134,7 +134,7 @@ int takeAttributes(const HostPath& from, const HostPath& to) {
     const platform::OpenFile copy(platform::openRegular(to));
     if (!source || !copy) return -1;
     if (files().takeAttributes(source.descriptor(), copy.descriptor()) != 0) return -1;
-    // As a further name has it: when the content was written tells who wrote it.
+    // As a hard link has them: the time of a content tells which edit it is from.
     return files().takeTimes(source.descriptor(), copy.descriptor());
 }
 

@@ -20,13 +20,14 @@ constexpr std::size_t keptEntries = 50;
 // The name of the manifest in an entry. A stored file's name begins with a digit.
 constexpr const char* manifestName = "manifest.json";
 
-// The name of what a change gave the file with this index of its manifest, kept when it had to be confirmed.
+// The entry of a change that has to be confirmed keeps the new content of each file. The name of that, for
+// the file with this index in the manifest.
 std::string nameOfNewContent(std::size_t index);
 
 constexpr std::size_t largestManifest = 512U << 20;  // above one that fills all lists anew, and read at once
 
-// The number that the name of an entry is, else 0. Names of ten digits and more are nobody's: the history
-// does not get there.
+// The number that the name of an entry stands for, else 0. Names of ten digits and more are nobody's: the
+// history does not get there.
 unsigned changeNumber(std::string_view name);
 
 // Mode and owner, as the manifest has them: "100644 0 0", the mode in octal digits.
@@ -59,8 +60,8 @@ class HistoryEntry {
     // for the file it leads to. A file that is not there is noted as that. The oldest entries make room.
     void begin(std::span<const FileAtRisk> files);
 
-    // For a change that somebody may have to take back although nobody came to finish it: adds a manifest
-    // that says so, and the new contents.
+    // For a change that may have to be taken back without ever reaching finish(): adds a manifest with the
+    // result cutOff, and the new contents.
     void announce(std::span<const FileAtRisk> files, ChangeRecord record);
 
     // Adds the manifest, in place of an announcement. Without an entry nothing happens.

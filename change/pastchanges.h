@@ -32,7 +32,7 @@ struct PastFiles {
     std::vector<PastFile> files = {};
     // A file that is not as the last change left it, or of which that is not known; empty: there is none.
     std::string edited = {};
-    int error = 0;         // errno of a file of the history that cannot be read
+    int error = 0;         // errno: `edited` cannot be read; it may be a file of the history
     unsigned missing = 0;  // a later change that the history does not have any more
 };
 
@@ -40,7 +40,7 @@ struct PastFiles {
 // and mode included, are left out.
 PastFiles filesBefore(unsigned number, const std::vector<PastChange>& changes);
 
-// What one change, which had to be confirmed, has replaced, and what it has put there.
+// The files that a change which had to be confirmed has replaced, and what it has put there.
 struct ReplacedFiles {
     std::vector<PastFile> before, after;
 };

@@ -29,13 +29,13 @@ std::string numbered(unsigned change) {
     return fmt::format("{:04}", change);
 }
 
-// What a change to take back leads to.
+// How a change is taken back.
 struct WayBack {
     AtmDevices before = {};  // what the driver was told
     AtmDevices target = {};
     std::vector<PastFile> restored = {};  // empty: the records are written in place of the files
     std::string edited = {};              // a file that has been edited meanwhile
-    std::string reason = {};              // why there is none
+    std::string reason = {};              // why it cannot be taken back
 };
 
 // Byte for byte where the files are as the change has left them.
@@ -84,7 +84,7 @@ std::vector<int> adaptersOf(const AtmDevices& before, const AtmDevices& after, c
     return {adapters.begin(), adapters.end()};
 }
 
-// Of a change that was cut off nobody knows which services have been told of it.
+// Of a change that was cut off nobody knows which services were told of it: all that it names count as told.
 void addTold(const PendingChange& pending, ServiceSets& sets) {
     if (pending.made) return;
     for (const int adapter : allAdapters)

@@ -15,7 +15,7 @@ ServiceSets changedServices(std::span<const int> adapters, const AtmDevices& bef
 bool recordsWith(const std::vector<PastFile>& files, AtmDevices& devices);
 
 // Takes back the change that was not confirmed, in a process that has nothing else to do, and says so in
-// syslog. What cannot be undone stays, and is said, too: why; empty: nothing stays.
+// syslog. What cannot be undone stays, and that is said, too. Returns why it stays; empty: it does not.
 std::string takeBackPending(const std::string& program);
 
 // For every program at its start, as root: takes over a guard that is gone. What was done about it, a

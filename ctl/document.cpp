@@ -33,8 +33,8 @@ std::string shortened(std::string_view text) {
     return escaped(text.substr(0, longest)) + (text.size() > longest ? "..." : "");
 }
 
-// Refuses what nesting and repeated keys would hide. A walk of its own: as a callback of the parser it would
-// make that look through a whole list behind each entry.
+// Refuses what nesting and repeated keys would hide. A pass of its own: with a callback the parser would
+// search the whole list again after each entry.
 class Watch : public nlohmann::json_sax<Json> {
   public:
     bool null() override { return true; }
@@ -53,7 +53,7 @@ class Watch : public nlohmann::json_sax<Json> {
             wrong(fmt::format("the key \"{}\" stands twice in one object", shortened(key)));
         return true;
     }
-    // The parser says it again.
+    // Json::parse() finds it again, and says where.
     bool parse_error(std::size_t /*position*/, const std::string& /*token*/,
                      const Json::exception& /*error*/) override {
         return false;
@@ -70,7 +70,7 @@ class Watch : public nlohmann::json_sax<Json> {
         return true;
     }
 
-    std::vector<std::set<std::string>> keys_;  // of each object, and none of each array, that is open
+    std::vector<std::set<std::string>> keys_;  // of each open object; an empty set for an open array
 };
 
 void needsObject(const Json& json, const std::string& where) {

@@ -23,5 +23,5 @@ Output carryOutLists(Session& session, const AtmDevices& before, const std::vect
 // A verb of a command that edits lists: "add" of "pvc".
 CLI::App* addListVerb(CLI::App& command, const char* name, const char* summary);
 
-// Reads what is to be changed, and sees that the list of the service can be read. Failure::wrongValue.
+// Reads what is to be changed. Failure::wrongValue: the list of the service cannot be read.
 void readListFor(Session& session, const ServiceId& service, const ChangeOptions& options);

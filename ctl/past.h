@@ -16,5 +16,5 @@ std::vector<PastChange> allChanges();
 const PastChange& findChange(const std::string& text, const std::vector<PastChange>& changes);
 
 // The files before a change. Failure::changedMeanwhile: one is not as the last change left it.
-// Failure::notDone: one that the history keeps cannot be read.
+// Failure::wrongValue: one cannot be read, or the history lacks a later change.
 std::vector<PastFile> filesBeforeChange(const PastChange& change, const std::vector<PastChange>& changes);

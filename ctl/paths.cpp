@@ -19,14 +19,14 @@ namespace {
     throw Failure(Status::notThere, fmt::format("there is no {}", text), std::string(text));
 }
 
-// A number without sign and leading zeros, of which those that are too large are one; nothing: it is none.
+// A number without sign and leading zeros; one that is too large becomes the largest. Nothing: it is none.
 std::optional<std::size_t> numberIn(std::string_view text) {
     if (text.empty() || text.find_first_not_of("0123456789") != text.npos) return {};
     if (text[0] == '0' && text.size() > 1) return {};
     return platform::wholeNumber<std::size_t>(text).value_or(static_cast<std::size_t>(-1));
 }
 
-// What a path says, and whether that can be. What it does not lead to has the first of its kind in its place.
+// What a path names, and whether that can exist. In place of what cannot, the first of its kind.
 template <class Place> struct Reading {
     Place place = {};
     bool there = true;

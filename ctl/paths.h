@@ -24,7 +24,8 @@ constexpr std::size_t firstLec = 1, firstLes = firstLec + lecCount;
 // Failure::notThere for an adapter or an instance that cannot be, Failure::usage for any other text.
 ServiceId readService(std::string_view path);
 
-// A service that has this list ("pvcs"), else Failure::usage, whatever its numbers are.
+// A service that has this list ("pvcs"). Failure::usage: services of its kind have none, whatever its number.
+// Otherwise as readService().
 ServiceId readListService(const std::string& path, std::string_view list);
 
 // Of an adapter all services, of a service itself.
@@ -39,7 +40,8 @@ struct KeyPath {
 
     std::string text() const;
 };
-// A setting that services of this kind have, else Failure::usage, whatever their numbers are.
+// A setting or list. Failure::usage: services of its kind have none of that name, whatever their number.
+// Otherwise as readService().
 KeyPath readKeyPath(std::string_view text);
 
 // Calls visit(record) with a function from a device table to the record of the service.

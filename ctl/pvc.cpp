@@ -103,7 +103,7 @@ void remove(const ServiceId& service, const Words& words, std::vector<Pvc>& list
 
 enum class Verb { add, modify, remove };
 
-// Before anything is read.
+// What can be wrong with the words themselves, before any file is read.
 void checkWords(Verb verb, const Words& words) {
     const auto changing = std::span(words).subspan(1);
     if (verb == Verb::add && std::ranges::count(words, "vci") == 0)

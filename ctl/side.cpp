@@ -132,7 +132,7 @@ class Reader {
     static std::int32_t flag(bool state, std::int32_t inFile) { return !state ? 0 : inFile ? inFile : 1; }
 
     // Whether a service is there. The state of one that is not tells that it is off, and nothing else.
-    // A flag of the file that has no name is as good as true.
+    // A flag with an unnamed code in the file counts as true.
     bool isThere(std::size_t place, bool state, std::int32_t& enabled, std::int32_t inFile) {
         at(place).running = state;
         enabled = flag(state, inFile);
@@ -179,8 +179,8 @@ class Reader {
         known(firstLec + m, {"networkPrefix", "esiSelector"});
     }
 
-    // The PVCs in a table of connections, which has them from their adding on, whether or not the client is
-    // up; the others were set up by signalling.
+    // A PVC is in the table of connections as soon as it is added, whether or not the client is up; the other
+    // rows were set up by signalling.
     static AtmBridgedPvc pvcOf(const LecRowView& row) {
         AtmBridgedPvc pvc;
         pvc.mac = row.mac();

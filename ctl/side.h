@@ -49,7 +49,7 @@ Side sideOf(const AtmDevices& devices, const std::vector<int>& adapters, const S
 // What a document mentions of records that have it applied.
 Side sideOf(const Json& document, const AtmDevices& devices);
 
-// What was last sent to the driver and holds. Failure::noDriver, Failure::silent.
+// What was last sent to the driver and still holds. Failure::noDriver, Failure::silent.
 Side sentSide(Session& session);
 
 // What the driver tells, and where it cannot, what was last sent to it; what it refuses to tell is not there.

@@ -22,7 +22,7 @@ struct Printed {
     std::string text;
 };
 
-// How the values of readings are printed, as above unless a class says otherwise.
+// How the values of readings are printed, as above unless a derived class says otherwise.
 class StatePrinter {
   public:
     StatePrinter() = default;

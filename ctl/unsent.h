@@ -15,7 +15,7 @@ class Unsent {
     // Reads the history. Whoever may not read it knows the time of the parameter file only.
     Unsent();
 
-    // Whether this may have happened to a setting. An edit by hand may have changed any.
+    // Whether a setting may have been changed so. An edit by hand may have changed any.
     bool changed(const std::string& service, std::string_view key) const;
 
   private:

@@ -88,7 +88,7 @@ std::vector<Watched> readPaths(const std::vector<std::string>& paths) {
 
 // ---- values ----
 
-// A field of a line: such that the line can be taken apart at blanks.
+// A field of a line, quoted so that the line can be split at the blanks outside of quotes.
 std::string field(const std::string& name, const std::string& text) {
     if (!text.empty() && text.find_first_of(" =\"\\") == text.npos) return name + '=' + text;
     std::string quoted = name + "=\"";
@@ -147,7 +147,7 @@ class WatchedDriver {
     WatchedDriver(Session& session, std::vector<Watched>& watched, bool rates)
         : session_(session), channel_(session.channel()), watched_(watched), rates_(rates) {}
 
-    // Asks for everything once, and for no longer than one command would wait. At the first time
+    // Asks for everything once, and waits no longer than a single command would. The first time
     // Failure::notThere for an adapter that the driver does not report.
     Tick tick() {
         const auto limit = std::chrono::duration_cast<Clock::duration>(session_.options().timeout);
@@ -306,7 +306,7 @@ class CsvForm : public Form {
         const Metric& metric;
     };
 
-    // None: nothing is known.
+    // 0: nothing is known, or the table has no rows.
     std::size_t rowsOf(const Tick& tick) const {
         if (tick.readings.empty()) return 0;
         const Column& first = columns_.front();

@@ -30,9 +30,10 @@ struct Count {
     Taken taken;
 };
 
-// The growth of a counter of so many bits over the time between the middles of asking and answer. What is
-// taken for too much exceeds the limit even if the counter was read at once before and at the last moment
-// now. When the limit could fill the counter in that time nobody knows how often it has wrapped.
+// The growth of a counter of so many bits over the time between the middles of asking and answer. It is too
+// much only if it exceeds the limit over the longest time that can lie between the two values, from the
+// earlier question to the later answer. When the limit could fill the counter in that time nobody knows how
+// often it has wrapped.
 Rate rateOf(const Count& before, const Count& now, unsigned wrapBits, double limit);
 
 enum class Smoothing : std::uint8_t {
@@ -51,8 +52,8 @@ class Rates {
 
     // The next reading of the same adapter or service. `driver` is anything that tells one run of the driver
     // and one adapter from others, such as the system's boot, what the driver says of itself, and how often
-    // the channel was opened, all before the first request of the reading: what is read before a channel is
-    // lost is of the older driver. `limit`: see linkLimit().
+    // the channel was opened. It is taken before the first request of the reading: what was read before the
+    // channel was lost in the middle is of the older driver. `limit`: see linkLimit().
     void add(Reading reading, std::string driver, double limit);
 
     // Of a counter in the last reading; `row` as in Reading::value().

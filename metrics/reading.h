@@ -34,7 +34,7 @@ class Reading {
     bool absent() const;  // the driver says that there is no such service
 
     Moment begun() const { return begun_; }
-    Taken taken(const Group& group) const;  // its counters; only while something is known of it
+    Taken taken(const Group& group) const;  // of its counters; only if something is known of it
 
     // Why nothing of a group is known; nothing: something is.
     std::optional<Unknown> missing(const Group& group) const;
@@ -71,8 +71,8 @@ class Reader {
     explicit Reader(DriverChannel& channel, Clock clock = std::chrono::steady_clock::now)
         : channel_(channel), answers_(channel), clock_(std::move(clock)) {}
 
-    // Of some groups only those that are wanted are asked for, and the state of a service that can be absent;
-    // the others are Unknown::notAsked then.
+    // With `wanted` only those groups are asked for, and the state of a service that can be absent; the
+    // others are Unknown::notAsked.
     using Wanted = std::function<bool(const Group&)>;
     Reading read(const Place& place, const Wanted& wanted = {});
 

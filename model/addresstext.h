@@ -30,7 +30,7 @@ struct AddressReading {
     std::vector<std::uint8_t> bytes;  // in the order of the text; none when it was refused
     std::string reason;               // a sentence for the user
 
-    // Of an address that was read, and has as many.
+    // The bytes of an address that was read and has N of them.
     template <std::size_t N> std::array<std::uint8_t, N> as() const {
         std::array<std::uint8_t, N> array{};
         std::copy_n(bytes.begin(), std::min(N, bytes.size()), array.begin());

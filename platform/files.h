@@ -31,7 +31,7 @@ class Files {
     // Gives one open file the owner, mode, ACL, extended attributes and security label of another. Whoever
     // could not open the other file cannot open this one at any moment, if its mode was 0600.
     virtual int takeAttributes(int from, int to) = 0;
-    // Gives it the times of another.
+    // Gives the second file the times of the first.
     virtual int takeTimes(int, int) { return 0; }
 
     virtual int rename(const HostPath& from, const HostPath& to) = 0;

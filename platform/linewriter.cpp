@@ -156,7 +156,8 @@ LineWriter& standardError() {
 }
 
 void openStandardDescriptors() {
-    // open() gives the lowest number that is free. Nobody reads what is written there, so that is an error.
+    // open() gives the lowest number that is free. For reading alone: nobody would see what is written there,
+    // so writing has to fail.
     int descriptor = 0;
     while (descriptor >= 0 && descriptor <= STDERR_FILENO) descriptor = ::open("/dev/null", O_RDONLY);
     ::close(descriptor);

@@ -1,4 +1,4 @@
-// Numbers that are texts.
+// Numbers as texts.
 #pragma once
 
 #include <charconv>

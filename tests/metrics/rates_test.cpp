@@ -133,7 +133,7 @@ TEST(Rates, OfADriver) {
         {1, "fault adapter.aal nth 1 hangup", "the driver does not answer"},
         {1, "set adapter 1 rxCells 773987", newDriver},
         {1, "set adapter 1 rxCells 774000", "13.00"},
-        // Gone behind the counters: these are of the driver before.
+        // The driver goes after it has told the counters: they are still those of the driver before.
         {1, "fault vc.rows nth 1 hangup; set adapter 1 rxCells 774007", "7.00"},
         {1, "set adapter 1 rxCells 774017", newDriver},
         {1, "", "0.00"},

@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Of the last file.
+// Where the last file was written.
 std::string directory;
 
 class FileDialog {
