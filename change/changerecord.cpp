@@ -7,7 +7,7 @@
 
 namespace {
 
-// Whether a later request of the same service was taken, so that the refusal does not count.
+// Whether a later request about the service itself was taken, so that this refusal does not count.
 bool madeUpFor(const SentRequest& refused, std::span<const SentRequest> later) {
     return refused.subject.empty() && std::ranges::any_of(later, [&](const SentRequest& request) {
                return request.service == refused.service && request.subject.empty() &&

@@ -50,8 +50,9 @@ struct ChangeRecord {
 };
 
 // The driver's answer to all requests together: unanswered if one was not answered or not sent, else refused
-// if one was refused, else taken. A refusal does not count if a later request of the same service was taken:
-// a service that does not run refuses to be stopped, and can be started all the same.
+// if one was refused, else taken. A refused request about a service itself, not about a list entry, does
+// not count if a later one was taken: a service that does not run refuses to be stopped, and can be started
+// all the same.
 RequestResult driverAnswer(const ChangeRecord& record);
 
 // "taken", "refused", "unanswered" or "not sent".

@@ -22,7 +22,8 @@ void readFor(Session& session, bool dryRun);
 
 // Makes the session's records, which `before` has as they were, those of the files and of the driver.
 // Services with other settings are restarted, list edits sent to those that run. Failure::wrongValue: a key
-// has no line in its section. Failure::changedMeanwhile, Failure::notDone: the files are as before.
+// has no line in its section, or the list of a service that would be restarted cannot be read.
+// Failure::locked, Failure::changedMeanwhile, Failure::notDone: the files are as before.
 Output carryOut(Session& session, const AtmDevices& before, const ChangeOptions& options);
 
 // The files as carryOut() would write them; nothing happens. Failures as there.

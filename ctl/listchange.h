@@ -16,7 +16,8 @@ struct ListStep {
 };
 
 // The session's records have the edits already. Nothing is written unless the driver has taken all of them;
-// what it took before it refused one is taken back. Failure::noDriver.
+// what it took before it refused one, or before the save failed, is taken back. Failures as of carryOut(),
+// and that of Session::noDriver().
 Output carryOutLists(Session& session, const AtmDevices& before, const std::vector<ListStep>& steps,
                      const ChangeOptions& options);
 

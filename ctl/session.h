@@ -52,7 +52,8 @@ class Session {
     bool openDriver(int mode);
     // There is a driver, also one that cannot be opened or does not answer.
     bool driverIsThere() const;
-    // Why it is closed.
+    // Why it is closed: Failure::noDriver, silent, refused or notPermitted. `advice` follows "there is no
+    // driver".
     Failure noDriver(const std::string& advice = {}) const;
 
     // Adapters that have a section or that the driver reports, ascending.

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""tvctl watch as scripts read it, with a driver that is faulty, goes and comes back, and with readers and users who leave.
-Argument: the folder of the build."""
+"""tvctl watch as scripts read it, with a driver that is faulty, goes and comes back, and with readers and users who
+leave. Argument: the folder of the build."""
 
 import csv
 import io
