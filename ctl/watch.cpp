@@ -346,12 +346,14 @@ std::unique_ptr<Form> formOf(const WatchPrinter& printer, const std::vector<Watc
 }
 
 // False: nobody reads it, or the end has been asked for. Failure::notDone.
-bool write(const std::string& text) {
-    const bool written =
-        std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
-    if (written) return true;
-    if (errno == EPIPE || platform::endAsked()) return false;
-    throw Failure(Status::notDone, "the output cannot be written");
+bool write(std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t written = ::write(STDOUT_FILENO, text.data(), text.size());
+        if (platform::endAsked() || (written < 0 && errno == EPIPE)) return false;
+        if (written < 0 && errno != EINTR) throw Failure(Status::notDone, "the output cannot be written");
+        if (written > 0) text.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
 }
 
 // ---- the command ----

@@ -69,10 +69,14 @@ TEST_F(ContextMenus, ATableIsSaved) {
         user->key("Down");  // the first row that can be chosen is Copy Table
         std::size_t boxes = 0;
         inDialog("Save Table (.csv, .json, or text)", [&] {
-            XmTextFieldSetString(user->widget("Text"), root.at(file).string().data());
+            const std::string name = *file == '/' ? root.at(file).string() : file;
+            XmTextFieldSetString(user->widget("Text"), const_cast<char*>(name.c_str()));
             if (replaces) inDialog("Replace File", [&] { ++boxes, user->key("Return"); });
-            if (!works) inDialog("Table Not Saved", [&] { ++boxes, user->key("Return"); });
+            if (!works) inDialog("Not Saved Yet", [&] { ++boxes, user->key("Return"); });
             user->key("Return");
+            if (works) return;
+            user->focus(user->shellLike("Save Table"));
+            user->key("Escape");
         });
         user->key("Return");
         EXPECT_EQ(boxes, replaces + !works) << file;
@@ -85,8 +89,13 @@ TEST_F(ContextMenus, ATableIsSaved) {
     EXPECT_EQ(root.read("/table.csv"), csv);
     save("/table", false, true);
     EXPECT_EQ(root.read("/table"), frames.tabSeparated());
-    save("/nowhere/table.json", false, false);
+    save("in the shown directory", false, true);
+    EXPECT_EQ(root.read("/in the shown directory"), frames.tabSeparated());
+    ASSERT_EQ(::mkfifo(root.at("/pipe").c_str(), 0600), 0);
+    for (const char* file : {"/nowhere/table.json", "/pipe", "/two\nlines", "", "/"})
+        save(file, false, false);
     EXPECT_FALSE(root.exists("/nowhere"));
+    EXPECT_TRUE(std::filesystem::is_fifo(root.at("/pipe")));
 }
 
 TEST_F(ContextMenus, TheAdapterListIsCopiedAndRescanned) {

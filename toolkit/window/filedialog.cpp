@@ -10,6 +10,7 @@
 
 #include <Xm/FileSB.h>
 #include <Xm/TextF.h>
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 
@@ -57,22 +58,45 @@ class FileDialog {
     }
 
   private:
+    using Text = std::unique_ptr<char, void (*)(char*)>;
+
     static void saved(Widget, XtPointer place, XtPointer) { static_cast<FileDialog*>(place)->save(); }
     static void dismissed(Widget, XtPointer place, XtPointer) {
         static_cast<FileDialog*>(place)->done_ = true;
     }
 
     void save() {
-        const std::unique_ptr<char, void (*)(char*)> held(XmTextFieldGetString(text_), XtFree);
-        const fs::path file(held.get());
+        const Text held(XmTextFieldGetString(text_), XtFree);
+        const std::string name = held.get();
+        const fs::path file = shownDirectory() / name;  // an absolute name stands for itself
         std::error_code none;
-        if (file.filename().empty() || fs::is_directory(file, none)) return;  // no file yet
-        if (fs::exists(fs::symlink_status(file, none)) &&
+        const bool there = fs::exists(fs::symlink_status(file, none));
+        if (name.empty() || file.filename().empty()) return say("The name of the file is missing.");
+        if (std::ranges::any_of(name, [](char c) { return c >= 0 && c < ' '; }))
+            return say("The name has a line end or a tab.");
+        if (!fs::is_directory(file.parent_path(), none))
+            return say("There is no directory " + file.parent_path().string());
+        if (there && !fs::is_regular_file(file, none)) return say(file.string() + " is no file.");
+        if (there &&
             !zQuestionBox(application_, shell_, file.string() + " exists.\nReplace it?", "Replace File"))
             return;
         directory = file.parent_path().string();
         chosen_ = file.string();
         done_ = true;
+    }
+
+    void say(const std::string& text) {
+        zMessageBox(application_, shell_, zMessageStyle::warning, text, "Not Saved Yet");
+    }
+
+    fs::path shownDirectory() const {
+        XmString shown = nullptr;
+        XtVaGetValues(box_, XmNdirectory, &shown, nullptr);
+        const Text text(static_cast<char*>(XmStringUnparse(shown, nullptr, XmCHARSET_TEXT, XmCHARSET_TEXT,
+                                                           nullptr, 0, XmOUTPUT_ALL)),
+                        XtFree);
+        XmStringFree(shown);
+        return text ? text.get() : "/";
     }
 
     zApplication& application_;
