@@ -7,6 +7,7 @@
 // opened, is opened at the next request. A request for which that fails is not sent and fails with 201.
 #pragma once
 
+#include "driver/queries.h"
 #include "driver/requests.h"
 
 #include <cstddef>
@@ -37,6 +38,16 @@ struct SentChange {
     std::span<const std::uint8_t> data;
     Outcome outcome;
     int resp;
+};
+
+class InfoMsgHandler;
+
+// A query that has ended, be it without an answer. Everything in it lives until the call ends.
+struct EndedQuery {
+    const InfoMsgHandler& query;
+    QueryId id;
+    bool entire;                          // of a table: all its rows were asked for
+    std::span<const std::uint8_t> bytes;  // of the reply, or of the rows that came
 };
 
 class DriverChannel {
@@ -73,6 +84,9 @@ class DriverChannel {
         if (onChange) onChange(change);
     }
     std::function<void(const SentChange&)> onChange;
+
+    // Called after each query of a reply or of a table.
+    std::function<void(const EndedQuery&)> onQuery;
 
     // Called when a driver has hung up, on whatever channel.
     static std::function<void()> onLost;

@@ -53,14 +53,16 @@ class InfoMsgHandler : public reqParam {
     void markRows(std::uint16_t rowMarker, std::uint16_t rows);
 
     // A query with one reply.
-    template <typename View> View ask(QueryId id) { return View(reply(queryOf(id))); }
+    template <typename View> View ask(QueryId id) { return View(told(id, true, reply(queryOf(id)))); }
 
     // header().NRow rows of a table, from row header().RowM on; more than one request can carry are fetched
     // in chunks. The whole table: the same, after its row count was asked for; false when that is 0 or
     // failed.
-    template <typename Row> TableView<Row> table(QueryId id) { return {rows(queryOf(id)), queryOf(id).size}; }
+    template <typename Row> TableView<Row> table(QueryId id) {
+        return {told(id, false, rows(queryOf(id))), queryOf(id).size};
+    }
     template <typename Row> TableView<Row> entireTable(QueryId id) {
-        return {allRows(queryOf(id)), queryOf(id).size};
+        return {told(id, true, allRows(queryOf(id))), queryOf(id).size};
     }
 
     // The bytes of the reply, empty with a null address when the request failed.
@@ -79,6 +81,11 @@ class InfoMsgHandler : public reqParam {
     Bytes fetched() const { return fetched_; }
 
   private:
+    // Tells whoever listens to the channel.
+    Bytes told(QueryId id, bool entire, Bytes bytes) const {
+        if (channel().onQuery) channel().onQuery({*this, id, entire, bytes});
+        return bytes;
+    }
     Bytes chunks(const Query& query, std::uint16_t wanted);
 
     std::size_t areaSize_ = 0;

@@ -28,9 +28,6 @@ constexpr std::chrono::seconds smoothed{10};
 double secondsBetween(Moment before, Moment now) {
     return std::chrono::duration<double>(now - before).count();
 }
-Moment middle(const Taken& taken) {
-    return taken.asked + (taken.answered - taken.asked) / 2;
-}
 double secondsBetween(const Taken& before, const Taken& now) {
     return secondsBetween(middle(before), middle(now));
 }

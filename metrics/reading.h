@@ -18,6 +18,9 @@ namespace metrics {
 struct Taken {
     Moment asked = {}, answered = {};
 };
+inline Moment middle(const Taken& taken) {
+    return taken.asked + (taken.answered - taken.asked) / 2;
+}
 
 struct Reply {
     std::optional<Unknown> missing = {};  // why there is none
@@ -25,6 +28,9 @@ struct Reply {
     std::vector<std::uint8_t> bytes = {};
     Taken taken = {};
 };
+
+// What a query has brought, without its times.
+Reply replyOf(const InfoMsgHandler& query, Bytes bytes);
 
 class Reading {
   public:
@@ -39,6 +45,8 @@ class Reading {
     // Why nothing of a group is known; nothing: something is.
     std::optional<Unknown> missing(const Group& group) const;
     std::size_t rows(const Group& group) const;  // of a table
+    // By which the row of a table is known again, as text.
+    std::string key(const Group& group, std::size_t row) const;
     // `row` is that of a table, below rows().
     Value value(const Group& group, const Metric& metric, std::size_t row = 0) const;
 
@@ -52,9 +60,10 @@ class Reading {
         return Unknown::noCircuit;
     }
 
+    std::optional<Unknown> missing(QueryId query) const;
+
   private:
     friend class Reader;
-    std::optional<Unknown> missing(QueryId query) const;
 
     Place place_;
     Moment begun_ = {};
@@ -76,6 +85,10 @@ class Reader {
     using Wanted = std::function<bool(const Group&)>;
     Reading read(const Place& place, const Wanted& wanted = {});
 
+    // What has been asked already, by whomever: it is not asked again. The whole table of virtual circuits,
+    // given for the adapter, is for all its places; one that is given for another place is for that alone.
+    void give(const Place& place, QueryId query, std::shared_ptr<const Reply> reply);
+
     // The driver has been found silent before: nothing is asked.
     void stop() { stopped_ = true; }
 
@@ -96,6 +109,14 @@ class Reader {
     AnswerWatch answers_;
     Clock clock_;
     bool stopped_ = false;
+    struct Given {
+        Place place;
+        QueryId query;
+        std::shared_ptr<const Reply> reply;
+    };
+    std::shared_ptr<const Reply> given(const Place& place, QueryId query) const;
+
+    std::vector<Given> given_;
     std::map<int, std::shared_ptr<const Reply>> circuits_;  // by adapter
     std::vector<Debt> owed_;
 };

@@ -24,6 +24,8 @@ const char* wordsOf(Unknown why) {
         return "not connected";
     case Unknown::noCircuit:
         return "the driver does not list the virtual circuit";
+    case Unknown::noRow:
+        return "the table has no such row";
     case Unknown::pvc:
         return "a PVC has no address";
     case Unknown::noneBefore:
