@@ -119,10 +119,11 @@ void Sampler::tick(std::chrono::milliseconds interval) {
     if (openings != openings_) limit_.reset();
 
     withheld_ = false;
-    channel_.interrupt = [this, begun] {
+    std::function<bool()> giveWay = [this, begun] {
         withheld_ = withheld_ || (clock_() - begun >= noticeable && interrupt && interrupt());
         return withheld_;
     };
+    channel_.interrupt.swap(giveWay);
     Reader reader(channel_, clock_);
     if (begun < quiet_) reader.stop();
     for (const Heard& each : heard_) {
@@ -135,7 +136,7 @@ void Sampler::tick(std::chrono::milliseconds interval) {
         read(at, reader, all);
         if (withheld_) break;
     }
-    channel_.interrupt = {};
+    channel_.interrupt.swap(giveWay);
     if (answers.missed()) quiet_ = clock_() + quietFor * (clock_() - begun);
 }
 

@@ -5,6 +5,7 @@
 #include "resources/pictureids.h"
 #include "toolkit/controls/button.h"
 #include "toolkit/controls/statics.h"
+#include "ui/adapterwatch.h"
 #include "ui/manual.h"
 #include "ui/stats/aal5page.h"
 #include "ui/stats/ip1577page.h"
@@ -14,7 +15,6 @@
 #include "ui/stats/signallingpage.h"
 #include "ui/stats/statslayouts.h"
 
-#include <fcntl.h>
 #include <fmt/format.h>
 
 namespace {
@@ -103,11 +103,9 @@ DStatsDlg::DStatsDlg(zWindow& parent)
     selChangeTB(0);
 }
 
-// A driver that accepts no further channel is asked over the main window's, which outlives this dialog.
 DriverChannel& DStatsDlg::openChannel(zWindow& parent) {
     parent.setCursor(zWatchCursor);
-    if (own_.open(O_RDONLY) || own_.outcome() == Outcome::silent) return own_;
-    return ioctlDesc.alive() ? ioctlDesc : own_;
+    return openedForQueries(own_);
 }
 
 void DStatsDlg::fillPages() {
