@@ -1,6 +1,7 @@
 #include "metrics/reading.h"
 
 #include "driver/dai_io.h"
+#include "metrics/subject.h"
 
 #include <algorithm>
 #include <cassert>
@@ -64,10 +65,8 @@ std::size_t Reading::rows(const Group& group) const {
 }
 
 std::string Reading::key(const Group& group, std::size_t row) const {
-    const auto isKey = [&](const Metric& metric) { return std::string_view(metric.name) == group.key; };
-    const Value key = value(group, *std::ranges::find_if(group.metrics, isKey), row);
-    if (const auto* number = std::get_if<std::uint32_t>(&key)) return std::to_string(*number);
-    return std::get<std::string>(key);
+    const std::size_t size = queryOf(group.query).size;
+    return keyIn(group, bytes(group.query).subspan(row * size, size));
 }
 
 Value Reading::value(const Group& group, const Metric& metric, std::size_t row) const {

@@ -1,6 +1,30 @@
 #include "metrics/subject.h"
 
+#include "metrics/reading.h"
+
+#include <algorithm>
+#include <stdexcept>
+
 namespace metrics {
+
+Subject subjectOf(const Place& place, std::string_view table, std::string_view name, std::string key) {
+    for (const Group& group : groupsOf(place.service))
+        for (const Metric& metric : group.metrics)
+            if (group.table == table && metric.name == name) return {place, &group, &metric, std::move(key)};
+    throw std::logic_error("there is no value " + std::string(name));
+}
+
+Value valueIn(const Metric& metric, Bytes bytes) {
+    static const Reading alone({});
+    return metric.read(alone, bytes);
+}
+
+std::string keyIn(const Group& group, Bytes row) {
+    const auto isKey = [&](const Metric& metric) { return std::string_view(metric.name) == group.key; };
+    const Value key = valueIn(*std::ranges::find_if(group.metrics, isKey), row);
+    if (const auto* number = std::get_if<std::uint32_t>(&key)) return std::to_string(*number);
+    return std::get<std::string>(key);
+}
 
 std::string nameOf(const Subject& subject) {
     std::string name = pathOf(subject.place) + '.';

@@ -5,6 +5,7 @@
 #include "metrics/metric.h"
 
 #include <string>
+#include <string_view>
 
 namespace metrics {
 
@@ -18,6 +19,15 @@ struct Subject {
 
     bool isRate() const { return metric->kind == Kind::counter; }
 };
+
+// By name; `table` is empty for values of the service itself. Throws std::logic_error if there is none.
+Subject subjectOf(const Place& place, std::string_view table, std::string_view name, std::string key = {});
+
+// Of a reply or a row of a table, without the replies beside it: counters of circuits that stand elsewhere are
+// not there.
+Value valueIn(const Metric& metric, Bytes bytes);
+// The key of a row of a table, see Reading::key().
+std::string keyIn(const Group& group, Bytes row);
 
 // "adapter1/lec2.connections[33].txPackets", and "/s" behind it if its rate is watched.
 std::string nameOf(const Subject& subject);

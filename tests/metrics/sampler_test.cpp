@@ -8,13 +8,10 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
-using metrics::Group;
-using metrics::Metric;
 using metrics::Moment;
 using metrics::Place;
 using metrics::Rate;
 using metrics::Service;
-using metrics::Subject;
 using metrics::Unknown;
 using namespace std::chrono_literals;
 
@@ -30,14 +27,6 @@ std::string words(const Rate& rate) {
 constexpr char none[] = "nothing to compare with yet", newDriver[] = "the driver has started anew",
                silent[] = "the driver does not answer",
                notAsked[] = "not asked, since the driver does not answer";
-
-Subject subject(const Place& place, const std::string& name, const std::string& key = "") {
-    for (const Group& group : metrics::groupsOf(place.service))
-        for (const Metric& metric : group.metrics)
-            if (name == (group.isTable() ? group.table + std::string(".") : "") + metric.name)
-                return {place, &group, &metric, key};
-    throw std::logic_error("there is no " + name);
-}
 
 // A simulated driver, and a clock that the test steps.
 struct Ground : SampleRoot {
@@ -86,9 +75,9 @@ struct Ground : SampleRoot {
 
 TEST(Sampler, SamplesWhatIsWatched) {
     Ground ground;
-    const auto cells = ground.sampler.watch(subject(adapter, "rxCells"));
-    const auto again = ground.sampler.watch(subject(adapter, "rxCells"));
-    const auto state = ground.sampler.watch(subject(lec1, "state"));
+    const auto cells = ground.sampler.watch(subjectOf(adapter, "", "rxCells"));
+    const auto again = ground.sampler.watch(subjectOf(adapter, "", "rxCells"));
+    const auto state = ground.sampler.watch(subjectOf(lec1, "", "state"));
     EXPECT_EQ(cells, again);
     const struct {
         const char* commands;
@@ -122,7 +111,7 @@ TEST(Sampler, SamplesWhatIsWatched) {
 TEST(Sampler, FollowsARow) {
     Ground ground;
     ground.ctl("rows vc 1 3; set vc 1 row 1 vci 40; set vc 1 row 2 vci 41; set vc 1 row 3 vci 42");
-    const auto row = ground.sampler.watch(subject(adapter, "circuits.rxFrames", "41"));
+    const auto row = ground.sampler.watch(subjectOf(adapter, "circuits", "rxFrames", "41"));
     EXPECT_EQ(metrics::nameOf(row->subject()), "adapter1.circuits[41].rxFrames/s");
     EXPECT_EQ(metrics::unitOf(row->subject()), "frames/s");
     const struct {
@@ -146,8 +135,8 @@ TEST(Sampler, FollowsARow) {
 TEST(Sampler, SharesWhatPagesAsk) {
     Ground ground;
     ground.page.open(O_RDONLY);
-    const auto cells = ground.sampler.watch(subject(adapter, "rxCells"));
-    const auto frames = ground.sampler.watch(subject(signalling, "ilmiRxFrames"));
+    const auto cells = ground.sampler.watch(subjectOf(adapter, "", "rxCells"));
+    const auto frames = ground.sampler.watch(subjectOf(signalling, "", "ilmiRxFrames"));
     ground.ctl("set adapter 1 rxCells 1000; set vc 1 row 1 vci 16; set vc 1 row 1 rxPackets 5");
     ground.tick();
     ground.requests();
@@ -181,8 +170,8 @@ TEST(Sampler, SharesWhatPagesAsk) {
 // A driver that does not answer is asked for one thing a tick, and then left alone for three times the wait.
 TEST(Sampler, LeavesASilentDriverAlone) {
     Ground ground;
-    const auto cells = ground.sampler.watch(subject(adapter, "rxCells"));
-    const auto state = ground.sampler.watch(subject(lec1, "state"));
+    const auto cells = ground.sampler.watch(subjectOf(adapter, "", "rxCells"));
+    const auto state = ground.sampler.watch(subjectOf(lec1, "", "state"));
     ground.tick();
     const struct {
         const char* commands;
@@ -211,7 +200,7 @@ TEST(Sampler, LeavesASilentDriverAlone) {
 // While the user waits a long tick ends, and gives nothing; the next one counts from before it.
 TEST(Sampler, GivesWayToTheUser) {
     Ground ground;
-    const auto cells = ground.sampler.watch(subject(adapter, "rxCells"));
+    const auto cells = ground.sampler.watch(subjectOf(adapter, "", "rxCells"));
     ground.sampler.interrupt = [] { return true; };
     ground.ctl("set adapter 1 rxCells 100");
     ground.tick();
@@ -233,7 +222,7 @@ TEST(Sampler, GivesWayToTheUser) {
 
 TEST(Sampler, EndsWithTheLastWhoWatches) {
     Ground ground;
-    auto cells = ground.sampler.watch(subject(adapter, "rxCells"));
+    auto cells = ground.sampler.watch(subjectOf(adapter, "", "rxCells"));
     auto other = cells;
     EXPECT_TRUE(ground.sampler.wants(adapter, QueryId::aalStats));
     EXPECT_FALSE(ground.sampler.wants({.adapter = 1}, QueryId::aalStats));

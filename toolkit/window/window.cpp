@@ -65,12 +65,16 @@ void zWindow::setTitle(const std::string& title) {
 
 // The keyboard's events come to the control with the focus alone: each one listens.
 struct zFormDialog::Key {
+    static constexpr std::string_view withControl = "Ctrl+";
+
     Widget top;
+    bool control;
     KeySym symbol;
     std::function<void()> pressed;
 
     Key(Widget shell, const char* name, std::function<void()> handler)
-        : top(shell), symbol(XStringToKeysym(name)), pressed(std::move(handler)) {
+        : top(shell), control(std::string_view(name).starts_with(withControl)),
+          symbol(symbolOf(name + (control ? withControl.size() : 0))), pressed(std::move(handler)) {
         forEachWidget(top, [this](Widget w) { XtAddEventHandler(w, KeyPressMask, False, event, this); });
     }
     ~Key() {
@@ -79,8 +83,16 @@ struct zFormDialog::Key {
     Key(const Key&) = delete;
     Key& operator=(const Key&) = delete;
 
+    // Letters are those of the keys without Shift.
+    static KeySym symbolOf(const char* name) {
+        KeySym lower = NoSymbol, upper = NoSymbol;
+        XConvertCase(XStringToKeysym(name), &lower, &upper);
+        return lower;
+    }
+
     bool is(XKeyEvent& press) const {
-        return XLookupKeysym(&press, 0) == symbol && !(press.state & (ShiftMask | ControlMask | Mod1Mask));
+        return XLookupKeysym(&press, 0) == symbol &&
+               (press.state & (ShiftMask | ControlMask | Mod1Mask)) == (control ? ControlMask : 0U);
     }
 
     static void event(Widget widget, XtPointer self, XEvent* event, Boolean*) {
