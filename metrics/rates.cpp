@@ -46,7 +46,10 @@ std::string keyOf(const Reading& reading, const Group& group, std::size_t row) {
 }  // namespace
 
 double linkLimit(const Reading& adapter) {
-    const SuniStatsView link(adapter.bytes(QueryId::suniStats));
+    return linkLimit(SuniStatsView(adapter.bytes(QueryId::suniStats)));
+}
+
+double linkLimit(const SuniStatsView& link) {
     const auto* const row = std::ranges::find(
         links, link.linkKind(), [](const auto& each) { return static_cast<std::uint32_t>(each.kind); });
     if (row != std::end(links)) return row->cells;

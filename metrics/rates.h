@@ -24,6 +24,7 @@ using Rate = std::variant<Unknown, double>;  // per second
 // Cells per second in each direction, by a reading of the adapter's link. While its kind is not known it is
 // taken for the fastest.
 double linkLimit(const Reading& adapter);
+double linkLimit(const SuniStatsView& link);
 
 struct Count {
     std::uint32_t value;

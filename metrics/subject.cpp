@@ -7,6 +7,12 @@
 
 namespace metrics {
 
+const Group& tableOf(Service service, std::string_view table) {
+    for (const Group& group : groupsOf(service))
+        if (group.table == table) return group;
+    throw std::logic_error("there is no table " + std::string(table));
+}
+
 Subject subjectOf(const Place& place, std::string_view table, std::string_view name, std::string key) {
     for (const Group& group : groupsOf(place.service))
         for (const Metric& metric : group.metrics)

@@ -35,22 +35,23 @@ TEST_F(ContextMenus, CountersAndTablesAreCopiedAndClearIsUndone) {
                          "set vc 1 row 2 txPackets 10");
     expectLooks("rxPackets=1005");
     const Widget field = onPage("rxPackets");
-    EXPECT_EQ(menuOf(field), (Names{"Copy Cell", "(Undo Clear)"}));
+    EXPECT_EQ(menuOf(field), (Names{"Copy Cell", "(Undo Clear)", "Show Rates", "(Smooth Rates (10 s))"}));
     EXPECT_EQ(copied(1), "1005");
     press("clear");
     expectLooks("rxPackets=0");
-    EXPECT_EQ(menuOf(field), (Names{"Copy Cell", "Undo Clear"}));
+    EXPECT_EQ(menuOf(field), (Names{"Copy Cell", "Undo Clear", "Show Rates", "(Smooth Rates (10 s))"}));
     EXPECT_EQ(copied(2), "1005") << "as before";
     expectLooks("rxPackets=1005");
 
     turnTo("signallingStats");
     expectCell("signallingTable", 2, 1, "7");
     zTable& frames = table("signallingTable");
-    EXPECT_EQ(menuOf(frames.widget()),
-              (Names{"(Copy Cell)", "(Copy Row)", "Copy Table", "Save Table...", "(Undo Clear)"}));
+    EXPECT_EQ(menuOf(frames.widget()), (Names{"(Copy Cell)", "(Copy Row)", "Copy Table", "Save Table...",
+                                              "(Undo Clear)", "Show Rates", "(Smooth Rates (10 s))"}));
     EXPECT_EQ(copied(1), frames.tabSeparated());
     frames.setActiveCell({3, 2});
-    const Names all{"Copy Cell", "Copy Row", "Copy Table", "Save Table...", "(Undo Clear)"};
+    const Names all{"Copy Cell",    "Copy Row",   "Copy Table",           "Save Table...",
+                    "(Undo Clear)", "Show Rates", "(Smooth Rates (10 s))"};
     EXPECT_EQ(menuOf(frames.widget()), all);
     EXPECT_EQ(copied(1), "10");
     menuOf(frames.widget());

@@ -28,7 +28,7 @@ struct zControl::Listener {
     }
 };
 
-zControl::zControl(const zControlRow& row) : id_(row.id) {}
+zControl::zControl(const zControlRow& row) : row_(row) {}
 
 zControl::~zControl() = default;
 

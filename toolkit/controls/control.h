@@ -30,7 +30,8 @@ class zControl {
     zControl(const zControl&) = delete;
     zControl& operator=(const zControl&) = delete;
 
-    int id() const { return id_; }
+    const zControlRow& row() const { return row_; }
+    int id() const { return row_.id; }
     Widget widget() const { return widget_; }
     virtual Widget outermost() const { return widget_; }  // the board's child: of a list its scrolled window
 
@@ -82,7 +83,7 @@ class zControl {
   private:
     struct Listener;
 
-    int id_;
+    const zControlRow& row_;
     Widget widget_ = nullptr;
     bool enabled_ = true, greyed_ = false;
     std::vector<std::unique_ptr<Listener>> listeners_;

@@ -86,7 +86,8 @@ class zFormDialog : public zWindow {
     std::function<void()> onPainted;
 
     // Calls `pressed` for a key, named as in keysymdef.h ("F5"), without Shift, Control or Alt, or with
-    // Control ("Ctrl+R"), whatever control of the board has the focus. Presses that come while it runs are dropped.
+    // Control ("Ctrl+R"), whatever control of the board has the focus. Presses that come while it runs are
+    // dropped.
     void onKey(const char* name, std::function<void()> pressed);
 
     // Calls `asked` for the help key (F1), whatever has the focus, also on pages that are created later.

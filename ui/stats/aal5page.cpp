@@ -7,16 +7,11 @@
 namespace {
 
 constexpr StatsField<AalStatsView> counters[] = {
-    {"rxPackets", {.counter = counted<&AalStatsView::rxPackets>}},
-    {"rxCells", {.counter = counted<&AalStatsView::rxCells>}},
-    {"txPackets", {.counter = counted<&AalStatsView::txPackets>}},
-    {"txCells", {.counter = counted<&AalStatsView::txCells>}},
-    {"rxDropped", {.counter = counted<&AalStatsView::rxDropped>}},
-    {"rxFrameErrors", {.counter = counted<&AalStatsView::rxFrameErrors>}},
-    {"txDropped", {.counter = counted<&AalStatsView::txDropped>}},
-    {"invalidVpis", {.counter = counted<&AalStatsView::invalidVpis>}},
-    {"invalidVcis", {.counter = counted<&AalStatsView::invalidVcis>}},
-    {"rxCellErrors", {.counter = counted<&AalStatsView::rxCellErrors>}},
+    {"rxPackets", {.counter = "rxPackets"}},     {"rxCells", {.counter = "rxCells"}},
+    {"txPackets", {.counter = "txPackets"}},     {"txCells", {.counter = "txCells"}},
+    {"rxDropped", {.counter = "rxDropped"}},     {"rxFrameErrors", {.counter = "rxFrameErrors"}},
+    {"txDropped", {.counter = "txDropped"}},     {"invalidVpis", {.counter = "invalidVpis"}},
+    {"invalidVcis", {.counter = "invalidVcis"}}, {"rxCellErrors", {.counter = "rxCellErrors"}},
 };
 
 constexpr struct {
@@ -58,9 +53,9 @@ void showAlarm(myBitmapButton& lamp, const Alarm& alarm, const SuniStatsView& re
 
 DStatsDlgAAL5PG::DStatsDlgAAL5PG(const StatsSource& source)
     : StatsPage(source, aal5StatsLayout), query_(source.channel, source.adapter),
-      counters_(board(), counters) {
+      counters_(board(), metrics::Service::adapter, counters) {
     for (const Alarm& alarm : alarms) lamps_.emplace_back(board(), alarm.lamp);
-    counts({&counters_});
+    counts({&counters_}, {});
 }
 
 void DStatsDlgAAL5PG::UpdateDisplay(int index, bool clear) {

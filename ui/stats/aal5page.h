@@ -16,6 +16,7 @@ class DStatsDlgAAL5PG final : public StatsPage {
 
   private:
     void refresh(bool clear) override { UpdateDisplay(0, clear); }
+    metrics::Place place() const override { return {metrics::Service::adapter, adapter_, 0}; }
     void driverCame() override;
     void showAlarms(const SuniStatsView& reply);
     void showNoAlarms();

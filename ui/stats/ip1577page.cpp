@@ -7,10 +7,10 @@
 namespace {
 
 constexpr StatsField<IpStatsView> fields[] = {
-    {"rxPackets", {.counter = counted<&IpStatsView::rxPackets>, .withSign = true}},
-    {"txPackets", {.counter = counted<&IpStatsView::txPackets>, .withSign = true}},
-    {"rxDropped", {.counter = counted<&IpStatsView::rxDropped>, .withSign = true}},
-    {"txDropped", {.counter = counted<&IpStatsView::txDropped>, .withSign = true}},
+    {"rxPackets", {.counter = "rxPackets", .withSign = true}},
+    {"txPackets", {.counter = "txPackets", .withSign = true}},
+    {"rxDropped", {.counter = "rxDropped", .withSign = true}},
+    {"txDropped", {.counter = "txDropped", .withSign = true}},
 };
 
 using Row = IpRowView;
@@ -21,17 +21,20 @@ constexpr StatsColumn<Row> columns[] = {
      "Waiting for InARP response",
      {.text = shown<&Row::state, LmacStateToString>},
      "Waiting for VCC connection"},
-    {"Tx Packets", counterSample, {.counter = counted<&Row::tx>}},
-    {"Rx Packets", counterSample, {.counter = counted<&Row::rx>}},
+    {"Tx Packets", counterSample, {.counter = "txPackets"}},
+    {"Rx Packets", counterSample, {.counter = "rxPackets"}},
     {"Network Prefix", prefixSample, {.text = remotePrefixText}},
     {"ESI/Selector", esiSample, {.text = remoteEsiText}},
 };
+
+constexpr ShownState states[] = {{"stateLamp", "state"}};
 
 }  // namespace
 
 IP1577PGConnectionTBL::IP1577PGConnectionTBL(zTable& table, const StatsSource& source)
     : KeyedTable(
-          table, columns, [](const IpRowView& row) { return row.vci(); }, 10),
+          table, columns, metrics::tableOf(metrics::Service::ip, "connections"),
+          [](const IpRowView& row) { return row.vci(); }, 10),
       query_(source.channel, source.adapter) {}
 
 bool IP1577PGConnectionTBL::UpdateDisplay(int index, bool clear) {
@@ -40,9 +43,10 @@ bool IP1577PGConnectionTBL::UpdateDisplay(int index, bool clear) {
 }
 
 DStatsDlgIP1577PG::DStatsDlgIP1577PG(const StatsSource& source)
-    : StatsPage(source, ip1577StatsLayout), query_(source.channel, source.adapter), fields_(board(), fields),
-      lamp_(board(), "stateLamp"), table_(board().control<zTable>("connectionTable"), source) {
-    counts({&fields_, &table_});
+    : StatsPage(source, ip1577StatsLayout), query_(source.channel, source.adapter),
+      fields_(board(), metrics::Service::ip, fields), lamp_(board(), "stateLamp"),
+      table_(board().control<zTable>("connectionTable"), source) {
+    counts({&fields_, &table_}, states);
 }
 
 void DStatsDlgIP1577PG::refresh(bool clear) {

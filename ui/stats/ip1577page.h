@@ -24,6 +24,7 @@ class DStatsDlgIP1577PG final : public StatsPage {
 
   private:
     void refresh(bool clear) override;
+    metrics::Place place() const override { return {metrics::Service::ip, adapter_, 0}; }
 
     ip1577Info query_;
     FieldMap<IpStatsView> fields_;

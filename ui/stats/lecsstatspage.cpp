@@ -13,19 +13,22 @@ constexpr StatsField<Stats> fields[] = {
     {"elanType", {.text = shown<&Stats::elanType, ElanTypeToString>}},
     {"etherMtu", {.text = shown<&Stats::etherMtuClass, MtuTypeToString>}},
     {"tokenRingMtu", {.text = shown<&Stats::tokenRingMtuClass, MtuTypeToString>}},
-    {"validRequests", {.counter = counted<&Stats::validRequests>}},
-    {"invalidRequests", {.counter = counted<&Stats::invalidRequests>}},
-    {"rejected", {.counter = counted<&Stats::rejected>}},
-    {"connectionsMade", {.counter = counted<&Stats::connectionsMade>}},
-    {"connectionsOpen", {.counter = counted<&Stats::connectionsOpen>}},
+    {"validRequests", {.counter = "validRequests"}},
+    {"invalidRequests", {.counter = "invalidRequests"}},
+    {"rejected", {.counter = "rejectedRequests"}},
+    {"connectionsMade", {.counter = "connectionsMade"}},
+    {"connectionsOpen", {.counter = "connectionsOpen"}},
 };
+
+constexpr ShownState states[] = {{"stateLamp", "state"}, {"regLamp", "registered"}};
 
 }  // namespace
 
 DStatsDlgLECSPG::DStatsDlgLECSPG(const StatsSource& source)
-    : StatsPage(source, lecsStatsLayout), query_(source.channel, source.adapter), fields_(board(), fields),
-      lamp_(board(), "stateLamp"), registered_(board(), "regLamp") {
-    counts({&fields_});
+    : StatsPage(source, lecsStatsLayout), query_(source.channel, source.adapter),
+      fields_(board(), metrics::Service::lecs, fields), lamp_(board(), "stateLamp"),
+      registered_(board(), "regLamp") {
+    counts({&fields_}, states);
 }
 
 void DStatsDlgLECSPG::showRegistration(const LecsStatsView& stats, std::uint32_t state) {

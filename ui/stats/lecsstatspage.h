@@ -13,6 +13,7 @@ class DStatsDlgLECSPG final : public StatsPage {
 
   private:
     void refresh(bool clear) override { UpdateDisplay(0, clear); }
+    metrics::Place place() const override { return {metrics::Service::lecs, adapter_, 0}; }
     void showRegistration(const LecsStatsView& stats, std::uint32_t state);
 
     lecsInfo query_;

@@ -17,14 +17,23 @@ constexpr StatsField<LecStatsView> fields[] = {
     {"esiSelector", {.text = esiText}},
 };
 
-constexpr const char* lesBusRows[] = {"Control Dir", "Control Dist", "Multicast Send", "Multicast Fwd"};
+constexpr ShownState states[] = {{"stateLamp", "state"}};
+
+constexpr StatsRowName lesBusRows[] = {{"Control Dir", "controlDirect"},
+                                       {"Control Dist", "controlDistribute"},
+                                       {"Multicast Send", "multicastSend"},
+                                       {"Multicast Fwd", "multicastForward"}};
 constexpr LecConnection connections[] = {LecConnection::controlDirect, LecConnection::controlDistribute,
                                          LecConnection::multicastSend, LecConnection::multicastForward};
 
 constexpr StatsColumn<LesBusRow> lesBusColumns[] = {
     {"VPI/VCI", vciSample, {.text = shown<&LesBusRow::vci, vciText>}},
-    {"Tx Packets", counterSample, {.counter = [](const LesBusRow& row) { return row.circuit.tx(); }}},
-    {"Rx Packets", counterSample, {.counter = [](const LesBusRow& row) { return row.circuit.rx(); }}},
+    {"Tx Packets",
+     counterSample,
+     {.counter = "TxPackets", .read = [](const LesBusRow& row) { return row.circuit.tx(); }}},
+    {"Rx Packets",
+     counterSample,
+     {.counter = "RxPackets", .read = [](const LesBusRow& row) { return row.circuit.rx(); }}},
     {"NetworkPrefix", prefixSample, {.text = prefixText}},
     {"ESI/Selector", esiSample, {.text = esiText}},
 };
@@ -32,8 +41,8 @@ constexpr StatsColumn<LesBusRow> lesBusColumns[] = {
 constexpr StatsColumn<LecRowView> lecColumns[] = {
     {"MAC Address", macSample, {.text = shown<&LecRowView::mac, &macAddress::GetFMacAddress>}},
     {"VPI/VCI", vciSample, {.text = shown<&LecRowView::vci, vciText>}},
-    {"Tx Packets", counterSample, {.counter = counted<&LecRowView::tx>}},
-    {"Rx Packets", counterSample, {.counter = counted<&LecRowView::rx>}},
+    {"Tx Packets", counterSample, {.counter = "txPackets"}},
+    {"Rx Packets", counterSample, {.counter = "rxPackets"}},
     {"Network Prefix", prefixSample, {.text = remotePrefixText}},
     {"ESI/Selector", esiSample, {.text = remoteEsiText}},
 };
@@ -41,7 +50,7 @@ constexpr StatsColumn<LecRowView> lecColumns[] = {
 }  // namespace
 
 LECPGLES_BUSTBL::LECPGLES_BUSTBL(zTable& table, const StatsSource& source)
-    : NamedRowsTable(table, lesBusColumns, lesBusRows, "Multicast Send"),
+    : NamedRowsTable(table, lesBusColumns, metrics::Service::lec, lesBusRows, "Multicast Send"),
       query_(source.channel, source.adapter), circuits_(source.channel, source.adapter) {}
 
 void LECPGLES_BUSTBL::rewrite() {
@@ -72,15 +81,16 @@ bool LECPGLES_BUSTBL::UpdateDisplay(int lec, bool clear, bool old) {
         const std::uint16_t vci = stats.vci(connections[i]);
         if (vci == 0) continue;
         const LesBusRow row{vci, stats.address(connections[i]), circuits_.GetVciEntry(vci)};
-        writeRow(static_cast<int>(i) + 1, row, baselines_[asIndex(lec)][i], clear,
-                 static_cast<bool>(row.circuit));
+        writeNamedRow(static_cast<int>(i) + 1, row, baselines_[asIndex(lec)][i], clear,
+                      static_cast<bool>(row.circuit));
     }
     return true;
 }
 
 LECPGLECTBL::LECPGLECTBL(zTable& table, const StatsSource& source)
     : KeyedTable(
-          table, lecColumns, [](const LecRowView& row) { return row.vci(); }, 20),
+          table, lecColumns, metrics::tableOf(metrics::Service::lec, "connections"),
+          [](const LecRowView& row) { return row.vci(); }, 20),
       query_(source.channel, source.adapter) {}
 
 bool LECPGLECTBL::UpdateDisplay(int lec, bool clear) {
@@ -89,10 +99,11 @@ bool LECPGLECTBL::UpdateDisplay(int lec, bool clear) {
 }
 
 DStatsDlgLECPG::DStatsDlgLECPG(const StatsSource& source)
-    : StatsPage(source, lecStatsLayout), query_(source.channel, source.adapter), fields_(board(), fields),
-      lamp_(board(), "stateLamp"), lesBusTable_(board().control<zTable>("lesBusTable"), source),
+    : StatsPage(source, lecStatsLayout), query_(source.channel, source.adapter),
+      fields_(board(), metrics::Service::lec, fields), lamp_(board(), "stateLamp"),
+      lesBusTable_(board().control<zTable>("lesBusTable"), source),
       lecTable_(board().control<zTable>("lecTable"), source) {
-    counts({&lesBusTable_, &lecTable_});
+    counts({&lesBusTable_, &lecTable_}, states);
     board().control<zTabStrip>("lecTabs").onSelect = [this](int lec) { selChangeLecTB(lec); };
 }
 

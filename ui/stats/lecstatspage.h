@@ -20,8 +20,7 @@ struct LesBusRow {
 
 using LecCounters = std::array<StatsTable<LesBusRow>::RowCounters, 4>;  // by row
 
-class LECPGLES_BUSTBL : public NamedRowsTable<LesBusRow>,
-                        public Baselines<std::array<LecCounters, 4>> {  // by client
+class LECPGLES_BUSTBL : public NamedRowsTable<LesBusRow, std::array<LecCounters, 4>> {  // by client
   public:
     LECPGLES_BUSTBL(zTable& table, const StatsSource& source);
 
@@ -60,6 +59,7 @@ class DStatsDlgLECPG final : public StatsPage {
 
   private:
     void refresh(bool clear) override;
+    metrics::Place place() const override { return {metrics::Service::lec, adapter_, lec_}; }
     void selChangeLecTB(int lec) { lec_ = lec; }
     void showClient(bool clear);
     void showNothing();

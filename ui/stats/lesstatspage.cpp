@@ -23,20 +23,23 @@ constexpr StatsColumn<Row> columns[] = {
     {"LD Address", macSample, {.text = shown<&Row::mac, &macAddress::GetFMacAddress>}},
     {"State", "Signalling A", {.text = shown<&Row::state, BusStateToString>}, "Signalling B"},
     {"Ctl Dir VCI", vciSample, {.text = shown<&Row::controlVci, vciText>}},
-    {"CD Tx Pkts", counterSample, {.counter = counted<&Row::controlTx>}},
-    {"CD Rx Pkts", counterSample, {.counter = counted<&Row::controlRx>}},
+    {"CD Tx Pkts", counterSample, {.counter = "controlDirectTxPackets"}},
+    {"CD Rx Pkts", counterSample, {.counter = "controlDirectRxPackets"}},
     {"Mul Snd VCI", vciSample, {.text = shown<&Row::multicastVci, vciText>}},
-    {"MSTx Pkts", counterSample, {.counter = counted<&Row::multicastTx>}},
-    {"MS Rx Pkts", counterSample, {.counter = counted<&Row::multicastRx>}},
+    {"MSTx Pkts", counterSample, {.counter = "multicastSendTxPackets"}},
+    {"MS Rx Pkts", counterSample, {.counter = "multicastSendRxPackets"}},
     {"Network Prefix", prefixSample, {.text = prefixText}},
     {"ESI/Selector", esiSample, {.text = esiText}},
 };
+
+constexpr ShownState states[] = {{"stateLamp", "state"}};
 
 }  // namespace
 
 LESPGClientTBL::LESPGClientTBL(zTable& table, const StatsSource& source)
     : KeyedTable(
-          table, columns, [](const LesRowView& row) { return row.mac(); }, 4),
+          table, columns, metrics::tableOf(metrics::Service::les, "clients"),
+          [](const LesRowView& row) { return row.mac(); }, 4),
       query_(source.channel, source.adapter) {}
 
 bool LESPGClientTBL::UpdateDisplay(int les, bool clear) {
@@ -45,9 +48,10 @@ bool LESPGClientTBL::UpdateDisplay(int les, bool clear) {
 }
 
 DStatsDlgLESPG::DStatsDlgLESPG(const StatsSource& source)
-    : StatsPage(source, lesStatsLayout), query_(source.channel, source.adapter), fields_(board(), fields),
-      lamp_(board(), "stateLamp"), table_(board().control<zTable>("clientTable"), source) {
-    counts({&table_});
+    : StatsPage(source, lesStatsLayout), query_(source.channel, source.adapter),
+      fields_(board(), metrics::Service::les, fields), lamp_(board(), "stateLamp"),
+      table_(board().control<zTable>("clientTable"), source) {
+    counts({&table_}, states);
     board().control<zTabStrip>("lesTabs").onSelect = [this](int les) { selChangeLesTB(les); };
 }
 

@@ -29,6 +29,7 @@ class DStatsDlgLESPG final : public StatsPage {
 
   private:
     void refresh(bool clear) override;
+    metrics::Place place() const override { return {metrics::Service::les, adapter_, les_}; }
     void selChangeLesTB(int les) { les_ = les; }
     void showNothing();
 

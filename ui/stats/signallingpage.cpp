@@ -37,19 +37,25 @@ bool registered(const LinkStateView& reply) {
 }
 
 // The circuits of the table, in the order of its rows.
-constexpr const char* circuits[] = {"ILMI", "Signalling"};
+constexpr StatsRowName circuits[] = {{"ILMI", "ilmi"}, {"Signalling", "signalling"}};
 constexpr std::uint16_t circuitVcis[] = {16, 5};
 
 constexpr StatsColumn<VcRowView> columns[] = {
     {"VPI/VCI", vciSample, {.text = shown<&VcRowView::vci, vciText>}},
-    {"Frames In", counterSample, {.counter = counted<&VcRowView::rx>}},
-    {"Frames Out", counterSample, {.counter = counted<&VcRowView::tx>}},
+    {"Frames In", counterSample, {.counter = "RxFrames", .read = counted<&VcRowView::rx>}},
+    {"Frames Out", counterSample, {.counter = "TxFrames", .read = counted<&VcRowView::tx>}},
+};
+
+constexpr ShownState shownStates[] = {
+    {"ilmiLamp", "ilmiState"}, {"saalLamp", "saalState"}, {"signallingLamp", "signallingState"},
+    {"ilmi", "ilmiState"},     {"saal", "saalState"},     {"signalling", "signallingState"},
 };
 
 }  // namespace
 
 SignallingPGSigStatsTBL::SignallingPGSigStatsTBL(zTable& table, const StatsSource& source)
-    : NamedRowsTable(table, columns, circuits, "Signalling"), query_(source.channel, source.adapter) {}
+    : NamedRowsTable(table, columns, metrics::Service::signalling, circuits, "Signalling"),
+      query_(source.channel, source.adapter) {}
 
 bool SignallingPGSigStatsTBL::UpdateDisplay(int index, bool clear, bool old) {
     query_.setUnit(static_cast<std::uint8_t>(index));
@@ -62,7 +68,7 @@ bool SignallingPGSigStatsTBL::UpdateDisplay(int index, bool clear, bool old) {
         const VcRowView row = circuitTable.size() > 1 ? query_.GetVciEntry(circuitVcis[i]) : VcRowView();
         if (!row && old) emptyRow(i);
         if (!row || (!shown_.update(i, row.bytes()) && !clear)) continue;
-        writeRow(static_cast<int>(i) + 1, row, baselines_[i], clear);
+        writeNamedRow(static_cast<int>(i) + 1, row, baselines_[i], clear);
     }
     return true;
 }
@@ -75,10 +81,11 @@ void SignallingPGSigStatsTBL::emptyRow(std::size_t circuit) {
 
 DStatsDlgSignallingPG::DStatsDlgSignallingPG(const StatsSource& source)
     : StatsPage(source, signallingStatsLayout), query_(source.channel, source.adapter),
-      states_(board(), stateFields), address_(board(), addressFields),
+      states_(board(), metrics::Service::signalling, stateFields),
+      address_(board(), metrics::Service::signalling, addressFields),
       table_(board().control<zTable>("signallingTable"), source) {
     for (const auto& lamp : lamps) lamps_.emplace_back(board(), lamp.name);
-    counts({&table_});
+    counts({&table_}, shownStates);
 }
 
 void DStatsDlgSignallingPG::refresh(bool clear) {

@@ -10,8 +10,8 @@
 #include <array>
 #include <vector>
 
-class SignallingPGSigStatsTBL : public NamedRowsTable<VcRowView>,
-                                public Baselines<std::array<StatsTable<VcRowView>::RowCounters, 2>> {
+class SignallingPGSigStatsTBL
+    : public NamedRowsTable<VcRowView, std::array<StatsTable<VcRowView>::RowCounters, 2>> {
   public:
     SignallingPGSigStatsTBL(zTable& table, const StatsSource& source);
 
@@ -40,6 +40,7 @@ class DStatsDlgSignallingPG final : public StatsPage {
 
   private:
     void refresh(bool clear) override;
+    metrics::Place place() const override { return {metrics::Service::signalling, adapter_, 0}; }
 
     sigInfo query_;
     ShownReply shown_;

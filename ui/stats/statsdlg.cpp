@@ -14,6 +14,7 @@
 #include "ui/stats/lesstatspage.h"
 #include "ui/stats/signallingpage.h"
 #include "ui/stats/statslayouts.h"
+#include "ui/stats/statsmenu.h"
 
 #include <fmt/format.h>
 
@@ -81,7 +82,8 @@ constexpr struct {
 DStatsDlg::DStatsDlg(zWindow& parent)
     : zFormDialog(parent.application(), dialogLayout), channel_(openChannel(parent)), line_(board()) {
     auto& notebook = board().control<zNotebook>("pages");
-    const StatsSource source{application(), notebook, channel_, static_cast<std::uint8_t>(currentAdapter)};
+    const StatsSource source{application(), notebook, channel_, static_cast<std::uint8_t>(currentAdapter),
+                             linkLimit_};
     for (const auto& page : pages)
         if (!page.advanced || advSettings) pages_.push_back(page.make(source));
     current_ = pages_.front().get();
@@ -96,6 +98,10 @@ DStatsDlg::DStatsDlg(zWindow& parent)
     board().disable(board().control<zBitmapButton>("help"), "F1 opens the manual");
     board().control<zBitmapButton>("close").onClick = [this] { onCancel(); };
     onClose = [this] { onCancel(); };
+    onKey(ratesKey, [this] { current_->showRates(!current_->showsRates()); });
+    onKey(smoothKey, [this] {
+        if (current_->showsRates()) current_->smoothRates(!current_->smoothsRates());
+    });
     offerManual(*this);
     parent.setCursor(zArrowCursor);
     setTitle(("Statistics " + dlgTitle).substr(0, longestTitle));

@@ -37,6 +37,7 @@ class DStatsDlg : public zFormDialog {
 
     DriverChannel own_;       // closed if the driver accepts no further channel
     DriverChannel& channel_;  // it, or then ioctlDesc
+    double linkLimit_ = metrics::linkLimit(SuniStatsView());  // of the adapter, as far as it is known
     zMessageLine line_;
     std::time_t silentSince_ = 0;                    // as the line says; 0: it is empty
     std::vector<std::unique_ptr<StatsPage>> pages_;  // by tab

@@ -12,6 +12,18 @@ void addSaving(zApplication& application, zTable& table, zMenuRows& rows) {
 }
 void addSaving(zApplication&, zEdit&, zMenuRows&) {}
 
+// What the page shows of its counters.
+void addRates(StatsPage& page, zMenuRows& rows) {
+    const bool rates = page.showsRates(), smoothed = page.smoothsRates();
+    rows.push_back({.label = rates ? "Show Totals" : "Show Rates",
+                    .action = [&page, rates] { page.showRates(!rates); },
+                    .keys = ratesKey});
+    rows.push_back({.label = smoothed ? "Do Not Smooth Rates" : "Smooth Rates (10 s)",
+                    .action = [&page, smoothed] { page.smoothRates(!smoothed); },
+                    .enabled = rates,
+                    .keys = smoothKey});
+}
+
 template <class Control> void giveMenu(zApplication& application, const zBoard& board, StatsPage& page) {
     board.forEach<Control>([&application, &page](Control& control) {
         control.setMenu([&control, &application, &page] {
@@ -20,6 +32,7 @@ template <class Control> void giveMenu(zApplication& application, const zBoard& 
             rows.push_back({.label = "Undo Clear",
                             .action = [&page] { page.undoClear(); },
                             .enabled = page.canUndoClear()});
+            addRates(page, rows);
             return rows;
         });
     });

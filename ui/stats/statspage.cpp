@@ -1,9 +1,14 @@
 #include "ui/stats/statspage.h"
 
+#include "driver/dai_io.h"
+#include "model/settings.h"
 #include "toolkit/window/inputwaits.h"
+#include "ui/adapterwatch.h"
 #include "ui/stats/statsmenu.h"
 
 #include <algorithm>
+#include <fmt/format.h>
+#include <string_view>
 #include <utility>
 
 namespace {
@@ -13,14 +18,19 @@ constexpr std::chrono::milliseconds noticeable{100};
 // Then how often is looked: a table of thousands of quick requests must not look at each.
 constexpr std::chrono::milliseconds lookAgain{20};
 
+// From here on two readings have nothing to do with each other.
+constexpr std::chrono::seconds longAgo{10};
+
 }  // namespace
 
 StatsPage::StatsPage(const StatsSource& source, const zLayout& layout)
-    : TimerPage(source.application), board_(source.notebook.addPage(layout)), channel_(source.channel),
-      answers_(source.channel), reopenings_(source.channel.reopenings()) {}
+    : TimerPage(source.application), adapter_(source.adapter), board_(source.notebook.addPage(layout)),
+      channel_(source.channel), answers_(source.channel), reopenings_(source.channel.reopenings()),
+      linkLimit_(source.linkLimit) {}
 
-void StatsPage::counts(std::initializer_list<Counting*> all) {
+void StatsPage::counts(std::initializer_list<Counting*> all, std::span<const ShownState> states) {
     counting_ = all;
+    states_ = states;
     giveMenus(application(), board_, *this);
 }
 
@@ -40,6 +50,7 @@ void StatsPage::refreshUntil(Clock::time_point end, bool clear) {
         reopenings_ = channel_.reopenings();
         for (Counting* part : counting_) part->countAnew();
         undo_ = false;
+        if (const auto watch = AdapterWatch::present(place().adapter)) watch->sampler().driverCame();
         driverCame();
         grey();  // a channel that others use may be open again, and no request of this dialog be missed
     }
@@ -48,11 +59,16 @@ void StatsPage::refreshUntil(Clock::time_point end, bool clear) {
     answers_.restart();
     look_ = Clock::now() + noticeable;
     end_ = end;
+    replies_.clear();
+    asked_ = Clock::now();
     channel_.interrupt.swap(interrupt_);
+    channel_.onQuery.swap(heard_);
     refresh(clearing_);
+    channel_.onQuery.swap(heard_);
     channel_.interrupt.swap(interrupt_);
 
     missed_ = answers_.missed();
+    if (showsRates_ && !withheld_) addRates(reopenings_);
     if (!withheld_) endClear();
     if (!cut()) {
         // Going through all controls at each tick would cost more than the tick.
@@ -61,6 +77,60 @@ void StatsPage::refreshUntil(Clock::time_point end, bool clear) {
         filled_ = true;
     }
     if (onRefreshed) onRefreshed();
+}
+
+// A query that the user has cut short says nothing.
+void StatsPage::heard(const EndedQuery& ended) {
+    const metrics::Taken taken{asked_, Clock::now()};
+    asked_ = taken.answered;
+    if (ended.query.outcome() == Outcome::withheld) return;
+    if (ended.id == QueryId::suniStats && !ended.bytes.empty())
+        linkLimit_ = metrics::linkLimit(SuniStatsView(ended.bytes));
+    const auto watch = AdapterWatch::present(place().adapter);
+    const bool watched = watch && watch->sampler().wants(place(), ended.id);
+    if (!showsRates_ && !watched) return;
+    auto reply = std::make_shared<metrics::Reply>(metrics::replyOf(ended.query, ended.bytes));
+    reply->taken = taken;
+    if (watched) watch->sampler().heard(place(), ended.id, ended.entire, reply);
+    replies_.emplace_back(ended.id, std::move(reply));
+}
+
+void StatsPage::addRates(unsigned long reopenings) {
+    // Counters of another service, or from before the page was on top, are not what they grow by now.
+    if (ratesOf_ != place() || asked_ - lastReading_ > longAgo + std::chrono::milliseconds(timerTime)) {
+        ratesOf_ = place();
+        rates_ = metrics::Rates(smoothed_ ? metrics::Smoothing::tenSeconds : metrics::Smoothing::none);
+    }
+    lastReading_ = asked_;
+    metrics::Reader reader(channel_);
+    reader.stop();
+    for (const auto& [query, reply] : replies_) reader.give(place(), query, reply);
+    // A driver that has gone in the middle: partly it is of the next one.
+    const bool lost = reopenings != channel_.reopenings();
+    rates_.add(reader.read(place()), fmt::format("{}{}", reopenings, lost ? " lost" : ""), linkLimit_);
+    if (missed_) return;
+    for (Counting* part : counting_) part->write(rates_);
+}
+
+void StatsPage::showRates(bool on) {
+    if (on == showsRates_) return;
+    showsRates_ = on;
+    lastReading_ = {};
+    for (Counting* part : counting_) part->showRates(on);
+    Update();
+}
+
+void StatsPage::smoothRates(bool on) {
+    smoothed_ = on;
+    rates_.smooth(on ? metrics::Smoothing::tenSeconds : metrics::Smoothing::none);
+}
+
+std::optional<metrics::Subject> StatsPage::subjectIn(const zControl& control) const {
+    for (const Counting* part : counting_)
+        if (auto subject = part->counted(control, place())) return subject;
+    const auto shown = std::ranges::find(states_, std::string_view(control.row().name), &ShownState::control);
+    if (shown == states_.end()) return {};
+    return metrics::subjectOf(place(), "", shown->value);
 }
 
 void StatsPage::ClearStats() {

@@ -6,6 +6,8 @@
 #pragma once
 
 #include "driver/channel.h"
+#include "metrics/rates.h"
+#include "metrics/subject.h"
 #include "toolkit/controls/notebook.h"
 #include "ui/mybitmapbutton.h"
 #include "ui/stats/baselines.h"
@@ -15,6 +17,10 @@
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
+#include <memory>
+#include <optional>
+#include <span>
+#include <utility>
 #include <vector>
 
 // Where a page is placed, and what it asks: the dialog's adapter over the dialog's channel, which outlives
@@ -24,6 +30,7 @@ struct StatsSource {
     zNotebook& notebook;
     DriverChannel& channel;
     std::uint8_t adapter;
+    double& linkLimit;  // of the adapter, see metrics::linkLimit(); for all pages of the dialog
 };
 
 // What the tooltip of a lamp says when the driver refuses to tell.
@@ -33,6 +40,11 @@ constexpr const char* notTold = "The driver does not say";
 template <class View> LampWords serviceWords(const View& reply, std::uint32_t state, const char* words) {
     return {!reply ? notTold : words, state ? std::int64_t{state} : LampWords::noCode};
 }
+
+// A lamp or field that shows a state or an alarm, and the name of that value.
+struct ShownState {
+    const char *control, *value;
+};
 
 class StatsPage : public TimerPage {
   public:
@@ -59,6 +71,16 @@ class StatsPage : public TimerPage {
     // The driver does not answer another page of the dialog.
     void grey();
 
+    // Counters per second, smoothed or not, or again as their growth.
+    void showRates(bool on);
+    bool showsRates() const { return showsRates_; }
+    void smoothRates(bool on);
+    bool smoothsRates() const { return smoothed_; }
+
+    // What this control shows, of a table its active cell, as a value that can be watched. A state or an
+    // alarm is the value of a lamp or a field; nothing: texts, addresses and greyed lamps have no course.
+    std::optional<metrics::Subject> subjectIn(const zControl& control) const;
+
     // Called after each refresh.
     std::function<void()> onRefreshed;
 
@@ -69,9 +91,12 @@ class StatsPage : public TimerPage {
     // have shown stays, and the refresh ends.
     virtual void refresh(bool clear) = 0;
 
-    // To be called at the end of the constructor: what the page's Clear is about. Its members outlive every
-    // refresh.
-    void counts(std::initializer_list<Counting*> all);
+    // What is asked of the driver and shown now.
+    virtual metrics::Place place() const = 0;
+
+    // To be called at the end of the constructor: what the page's Clear and its rates are about, and its
+    // states. All of it outlives every refresh.
+    void counts(std::initializer_list<Counting*> all, std::span<const ShownState> states);
 
     // The driver has started anew. It may know what the last one did not; nothing is cleared any more.
     virtual void driverCame() {}
@@ -89,8 +114,12 @@ class StatsPage : public TimerPage {
 
     zBoard& board() const { return board_; }
 
+    const int adapter_;  // from 0
+
   private:
     void refreshUntil(Clock::time_point end, bool clear);
+    void heard(const EndedQuery& ended);
+    void addRates(unsigned long reopenings);
     void endClear();
     bool withholds();
 
@@ -101,12 +130,24 @@ class StatsPage : public TimerPage {
     bool kept_ = false;    // in this refresh
     bool missed_ = false;  // the last refresh got no answer
     std::vector<Counting*> counting_;
+    std::span<const ShownState> states_;
     bool clearing_ = false;  // Clear was pressed and is not done
     bool undo_ = false;      // the last Clear can be taken back
     unsigned long reopenings_;
     bool filled_ = false;  // with the answers of a whole refresh, be they greyed
     bool greyed_ = false;
-    std::function<bool()> interrupt_ = [this] { return withholds(); };  // the channel's during a refresh
+    // The channel's during a refresh.
+    std::function<bool()> interrupt_ = [this] { return withholds(); };
+    std::function<void(const EndedQuery&)> heard_ = [this](const EndedQuery& ended) { heard(ended); };
     // Of the refresh that runs: when it ends at the latest, and when to look whether the user waits.
     Clock::time_point end_, look_;
+    // What the queries of that refresh have brought, and when the last one ended.
+    std::vector<std::pair<QueryId, std::shared_ptr<const metrics::Reply>>> replies_;
+    Clock::time_point asked_;
+
+    bool showsRates_ = false, smoothed_ = false;
+    double& linkLimit_;
+    metrics::Rates rates_;
+    metrics::Place ratesOf_;           // what the last readings are of
+    Clock::time_point lastReading_{};  // their time
 };

@@ -4,6 +4,7 @@
 
 #include "platform/index.h"
 #include "ui/mytable.h"
+#include "ui/stats/baselines.h"
 #include "ui/stats/keyedbaselines.h"
 #include "ui/stats/shownbytes.h"
 #include "ui/stats/statstext.h"
@@ -11,8 +12,10 @@
 #include <algorithm>
 #include <array>
 #include <cassert>
+#include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 constexpr const char* vciSample = "  0/65535";
 constexpr const char* signedVciSample = "  0/-32768";
@@ -37,16 +40,29 @@ template <class Row> class StatsTable : public myTable {
     void empty() { setRows(0); }
 
   protected:
-    StatsTable(zTable& table, std::span<const StatsColumn<Row>> columns, int rows)
-        : myTable(table), columns_(columns) {
+    // `values`: the table of named values that counters are read from; null when all have a function.
+    StatsTable(zTable& table, std::span<const StatsColumn<Row>> columns, int rows,
+               const metrics::Group* values = nullptr)
+        : myTable(table), columns_(columns), group_(values) {
         assert(std::ranges::count_if(columns, [](const auto& c) { return c.value.counter; }) <= mostCounters);
         setRows(rows);
+        for (const StatsColumn<Row>& c : columns) metrics_.push_back(metricOf(c.value));
+        labelColumns(false);
+    }
+
+    void labelColumns(bool rates) {
         int column = 0;
-        for (const StatsColumn<Row>& c : columns) {
-            SetCellText({++column, 0}, c.label);
-            table.fitColumn(column, {c.label, c.sample, c.otherSample});
+        for (const StatsColumn<Row>& c : columns_) {
+            const std::string label = rates && c.value.counter ? perSecond(c.label) : c.label;
+            SetCellText({++column, 0}, label);
+            table().fitColumn(column, {label, c.sample, c.otherSample});
         }
     }
+
+    // Of a counter in a column, from 1; null: it is no counter, or has another name in each row.
+    const metrics::Metric* metricIn(int column) const { return metrics_[asIndex(column) - 1]; }
+    const metrics::Group& group() const { return *group_; }
+    std::span<const StatsColumn<Row>> columnTable() const { return columns_; }
 
     void setRows(int rows) { resize(static_cast<int>(columns_.size()), rows); }
 
@@ -59,40 +75,102 @@ template <class Row> class StatsTable : public myTable {
             ++column;
             std::uint32_t& baseline = c.value.counter ? baselines[counter++] : none;
             if (c.value.counter && !withCounters) continue;
-            SetCellText({column, number}, textOf(c.value, row, baseline, clear));
+            SetCellText({column, number}, textOf(c.value, metricIn(column), row, baseline, clear));
         }
     }
 
     // Makes the current values of the row's counters their baselines.
     void countFrom(const Row& row, RowCounters& baselines) const {
         std::size_t counter = 0;
+        int column = 0;
         for (const StatsColumn<Row>& c : columns_)
-            if (c.value.counter) baselines[counter++] = c.value.counter(row);
+            if (++column, c.value.counter) baselines[counter++] = countIn(c.value, metricIn(column), row);
     }
 
   private:
+    const metrics::Metric* metricOf(const StatsValue<Row>& value) const {
+        if (!value.counter || value.read) return nullptr;
+        const auto found =
+            std::ranges::find(group_->metrics, std::string_view(value.counter), &metrics::Metric::name);
+        assert(found != group_->metrics.end());
+        return &*found;
+    }
+
     std::span<const StatsColumn<Row>> columns_;
+    const metrics::Group* group_;
+    std::vector<const metrics::Metric*> metrics_;  // by column
 };
 
-// A table with a fixed number of rows, each with a name.
-template <class Row> class NamedRowsTable : public StatsTable<Row> {
+// A row of a table with named rows, and how the named values of its counters begin: "multicastSend" of
+// "multicastSendTxPackets".
+struct StatsRowName {
+    const char *label, *values;
+};
+
+// A table with a fixed number of rows, each with a name. Set is the set of all baselines.
+template <class Row, class Set> class NamedRowsTable : public StatsTable<Row>, public Baselines<Set> {
+  public:
+    void showRates(bool on) override {
+        rates_ = on;
+        this->labelColumns(on);
+        this->rewrite();
+    }
+
+    // A row that shows nothing has no rates.
+    void write(const metrics::Rates& rates) override {
+        forEachCounter([&](zTableLoc cell, const std::string& name) {
+            if (cell.row > this->table().model().rows() || this->table().text({1, cell.row}).empty()) return;
+            const metrics::Subject counter = metrics::subjectOf({service_}, "", name);
+            this->SetCellText(cell, rateText(rates.rate(*counter.group, *counter.metric)));
+        });
+    }
+
+    std::optional<metrics::Subject> counted(const zControl& control,
+                                            const metrics::Place& place) const override {
+        std::optional<metrics::Subject> subject;
+        if (&control != &this->table()) return {};
+        forEachCounter([&](zTableLoc cell, const std::string& name) {
+            if (cell == this->activeCell()) subject = metrics::subjectOf(place, "", name);
+        });
+        return subject;
+    }
+
   protected:
-    NamedRowsTable(zTable& table, std::span<const StatsColumn<Row>> columns,
-                   std::span<const char* const> names, const char* longest)
-        : StatsTable<Row>(table, columns, static_cast<int>(names.size())), names_(names) {
+    NamedRowsTable(zTable& table, std::span<const StatsColumn<Row>> columns, metrics::Service service,
+                   std::span<const StatsRowName> names, const char* longest)
+        : StatsTable<Row>(table, columns, static_cast<int>(names.size())), service_(service), names_(names) {
         table.fitColumn(0, {longest});
         nameRows();
+    }
+
+    // Writes a row, without its counters while rates are shown, or if it is asked to.
+    void writeNamedRow(int number, const Row& row, typename StatsTable<Row>::RowCounters& baselines,
+                       bool clear, bool withCounters = true) {
+        if (clear && withCounters) this->countFrom(row, baselines);
+        this->writeRow(number, row, baselines, false, withCounters && !rates_);
     }
 
     // Shows the named rows; call again after empty().
     void nameRows() {
         this->setRows(static_cast<int>(names_.size()));
         int row = 0;
-        for (const char* name : names_) this->SetCellText({0, ++row}, name);
+        for (const StatsRowName& name : names_) this->SetCellText({0, ++row}, name.label);
     }
 
   private:
-    std::span<const char* const> names_;
+    template <class Visit> void forEachCounter(const Visit& visit) const {
+        for (int row = 1; row <= static_cast<int>(names_.size()); ++row) {
+            int column = 0;
+            for (const StatsColumn<Row>& c : this->columnTable())
+                if (++column, c.value.counter)
+                    visit(zTableLoc{column, row},
+                          names_[asIndex(row) - 1].values + std::string(c.value.counter));
+        }
+    }
+
+    metrics::Service service_;
+    std::span<const StatsRowName> names_;
+    bool rates_ = false;
 };
 
 // A table with as many rows as the driver reports, numbered. The baselines of the counters belong to a key in
@@ -109,11 +187,35 @@ class KeyedTable : public StatsTable<Row>,
         StatsTable<Row>::empty();
     }
 
+    void showRates(bool on) override {
+        ratesShown_ = on;
+        rates_ = nullptr;
+        this->labelColumns(on);
+        rewrite();
+    }
+
+    void write(const metrics::Rates& rates) override {
+        rates_ = &rates;
+        shown_.forget();
+        this->table().rowsChanged();
+    }
+
+    std::optional<metrics::Subject> counted(const zControl& control,
+                                            const metrics::Place& place) const override {
+        const zTableLoc cell = this->activeCell();
+        if (&control != &this->table() || cell.row < 1 || asIndex(cell.row) > rows_.size()) return {};
+        const metrics::Metric* metric = this->metricIn(cell.column);
+        if (!metric) return {};
+        return metrics::Subject{place, &this->group(), metric,
+                                metrics::keyIn(this->group(), rows_[asIndex(cell.row) - 1].bytes())};
+    }
+
   protected:
     using KeyOf = Key (*)(const Row&);
 
-    KeyedTable(zTable& table, std::span<const StatsColumn<Row>> columns, KeyOf key, int rows)
-        : StatsTable<Row>(table, columns, rows), key_(key) {
+    KeyedTable(zTable& table, std::span<const StatsColumn<Row>> columns, const metrics::Group& values,
+               KeyOf key, int rows)
+        : StatsTable<Row>(table, columns, rows, &values), key_(key) {
         numberRows(rows);
         table.writeOnDemand([this](int number) { write(number); });
     }
@@ -129,6 +231,7 @@ class KeyedTable : public StatsTable<Row>,
         const bool same = query.sameTable();
         const bool shown = same && rows_.size() == rows.size() && !clear && !cleared_ && !rewrite_;
         rows_ = rows;
+        rates_ = nullptr;
         rewrite_ = false;
         if (shown) return true;
         if (clear)
@@ -153,7 +256,15 @@ class KeyedTable : public StatsTable<Row>,
         typename StatsTable<Row>::RowCounters baselines{};
         if (const auto found = this->baselines_.find(key_(row)); found != this->baselines_.end())
             baselines = found->second;
-        this->writeRow(number, row, baselines, cleared_);
+        this->writeRow(number, row, baselines, cleared_, !ratesShown_);
+        if (rates_) writeRates(number);
+    }
+
+    void writeRates(int number) {
+        for (int column = 1; column <= static_cast<int>(this->columnTable().size()); ++column)
+            if (const metrics::Metric* metric = this->metricIn(column))
+                this->SetCellText({column, number},
+                                  rateText(rates_->rate(this->group(), *metric, asIndex(number) - 1)));
     }
 
     // Makes room for the largest row number, at least two digits.
@@ -167,6 +278,8 @@ class KeyedTable : public StatsTable<Row>,
     KeyOf key_;
     bool cleared_ = false;  // all counters show 0 until the next fill(), also those of rows that share a key
     bool rewrite_ = false;  // at the next fill(), be the rows the same
+    bool ratesShown_ = false;
+    const metrics::Rates* rates_ = nullptr;  // of the rows; null: not yet
     std::size_t digits_ = 0;
     TableView<Row> rows_;
     ShownBytes shown_;  // the rows whose texts are written

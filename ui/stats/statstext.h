@@ -1,17 +1,23 @@
 // How values of replies become the texts of statistics fields and cells. A value is a row of a table: either
-// a text made from a field of the reply, or a counter, which is shown as its growth since the last Clear.
+// a text made from a field of the reply, or a counter, which is shown as its growth since the last Clear, or
+// as its rate. A counter is read as the named value says, or by a function where it has other names in each
+// row.
 //
 //     {.text = shown<&LecStatsView::mtuClass, MtuTypeToString>}
-//     {.counter = counted<&LecRowView::tx>}
+//     {.counter = "txPackets"}
+//     {.counter = "TxPackets", .read = [](const LesBusRow& row) { return row.circuit.tx(); }}
 #pragma once
 
 #include "driver/views.h"
+#include "metrics/rates.h"
+#include "metrics/subject.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <fmt/format.h>
 #include <functional>
+#include <string>
 #include <string_view>
 
 // A short text without an allocation, since a refresh makes one for every cell of a table. Longer text is
@@ -39,7 +45,8 @@ class StatsText {
 
 template <class View> struct StatsValue {
     StatsText (*text)(const View&) = nullptr;
-    std::uint32_t (*counter)(const View&) = nullptr;
+    const char* counter = nullptr;  // name of a named value, or its end
+    std::uint32_t (*read)(const View&) = nullptr;
     bool withSign = false;  // of a counter: as a signed number
 };
 
@@ -53,11 +60,20 @@ template <auto field, class View> std::uint32_t counted(const View& reply) {
     return std::invoke(field, reply);
 }
 
+// The number of a counter; `metric` is the named value, where it is read from there.
+template <class View>
+std::uint32_t countIn(const StatsValue<View>& value, const metrics::Metric* metric, const View& reply) {
+    if constexpr (requires { reply.bytes(); })
+        if (!value.read) return std::get<std::uint32_t>(metrics::valueIn(*metric, reply.bytes()));
+    return value.read(reply);
+}
+
 // The text of a value. With `clear` the counter's current value becomes its baseline first.
 template <class View>
-StatsText textOf(const StatsValue<View>& value, const View& reply, std::uint32_t& baseline, bool clear) {
+StatsText textOf(const StatsValue<View>& value, const metrics::Metric* metric, const View& reply,
+                 std::uint32_t& baseline, bool clear) {
     if (!value.counter) return value.text(reply);
-    const std::uint32_t now = value.counter(reply);
+    const std::uint32_t now = countIn(value, metric, reply);
     if (clear) baseline = now;
     const std::uint32_t growth = now - baseline;
     return value.withSign ? StatsText::of("{}", static_cast<std::int32_t>(growth))
@@ -65,6 +81,20 @@ StatsText textOf(const StatsValue<View>& value, const View& reply, std::uint32_t
 }
 
 // ---- formatters ----
+
+// Per second, with three figures at least: "0", "0.25", "17.3", "353208".
+inline StatsText rateText(const metrics::Rate& rate) {
+    const double* number = std::get_if<double>(&rate);
+    if (!number) return StatsText("unknown");
+    const int digits = *number == 0 || *number >= 99.95 ? 0 : *number >= 9.995 ? 1 : 2;
+    return StatsText::of("{:.{}f}", *number, digits);
+}
+
+// What the label of a counter says while its rate is shown: "Received Packets/s" of "Received Packets:",
+// which takes no more room.
+inline std::string perSecond(std::string_view label) {
+    return fmt::format("{}/s", label.substr(0, label.find_last_not_of(':') + 1));
+}
 
 // "  0/  32": the VPI is always 0.
 inline StatsText vciText(int vci) {
