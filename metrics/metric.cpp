@@ -1,5 +1,6 @@
 #include "metrics/metric.h"
 
+#include "driver/layout.h"
 #include "driver/views.h"
 #include "metrics/reading.h"
 #include "model/statecodes.h"
@@ -418,26 +419,36 @@ constexpr Metric ipConnection[] = {
 
 // ---- groups and services ----
 
+constexpr RowBytes bytesOf(layout::U16 field) {
+    return {field.offset, 2};
+}
+constexpr RowBytes bytesOf(layout::Mac field) {
+    return {field.offset, 6};
+}
+constexpr RowBytes bytesOf(layout::Esi field) {
+    return {field.offset, 7};
+}
+
 constexpr Group allGroups[] = {
     {Service::adapter, QueryId::boardMacAddress, board},
     {Service::adapter, QueryId::suniStats, physicalLayer},
     {Service::adapter, QueryId::aalStats, aal5},
-    {Service::adapter, QueryId::vcTable, circuit, "circuits", "vci"},
+    {Service::adapter, QueryId::vcTable, circuit, "circuits", "vci", bytesOf(layout::vcRow::vci)},
     {Service::signalling, QueryId::linkState, signallingStates},
     {Service::signalling, QueryId::vcTable, signallingFrames},
     {Service::lec, QueryId::lecState, lecStates},
     {.service = Service::lec, .query = QueryId::lecStats, .metrics = lecStats},
     {.service = Service::lec, .query = QueryId::lecStats, .metrics = lecServers, .circuits = joined},
-    {Service::lec, QueryId::lecTable, lecConnection, "connections", "vci"},
+    {Service::lec, QueryId::lecTable, lecConnection, "connections", "vci", bytesOf(layout::lecRow::vci)},
     {Service::les, QueryId::lesState, lesStates},
     {Service::les, QueryId::lesStats, lesStats},
-    {Service::les, QueryId::lesTable, lesClient, "clients", "mac"},
+    {Service::les, QueryId::lesTable, lesClient, "clients", "mac", bytesOf(layout::lesRow::mac)},
     {Service::lecs, QueryId::lecsState, lecsStates},
     {Service::lecs, QueryId::lecsStats, lecsStats},
-    {Service::lecs, QueryId::lecsTable, lecsClient, "clients", "client"},
+    {Service::lecs, QueryId::lecsTable, lecsClient, "clients", "client", bytesOf(layout::lecsRow::client)},
     {Service::ip, QueryId::ipState, ipStates},
     {Service::ip, QueryId::ipStats, ipStats},
-    {Service::ip, QueryId::ipTable, ipConnection, "connections", "vci"},
+    {Service::ip, QueryId::ipTable, ipConnection, "connections", "vci", bytesOf(layout::ipRow::vci)},
 };
 
 struct ServiceRow {

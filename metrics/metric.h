@@ -55,12 +55,18 @@ struct Metric {
     Read circuit = nullptr;
 };
 
+// Neighbouring bytes of a table's row.
+struct RowBytes {
+    std::size_t at = 0, length = 0;
+};
+
 struct Group {
     Service service;
     QueryId query;
     std::span<const Metric> metrics;
     const char* table = "";  // the table's name; "": values of the service itself
     const char* key = "";    // the column by which a row is known again
+    RowBytes keyBytes = {};  // what that column is read from
     // Whether values of the adapter's virtual circuits are needed beside the reply; null: never.
     bool (*circuits)(const Reading& reading) = nullptr;
 

@@ -9,13 +9,14 @@
 #pragma once
 
 #include "metrics/reading.h"
+#include "metrics/tablekeys.h"
 
 #include <deque>
 #include <map>
-#include <optional>
+#include <memory>
 #include <string>
-#include <unordered_map>
 #include <variant>
+#include <vector>
 
 namespace metrics {
 
@@ -39,17 +40,17 @@ Rate rateOf(const Count& before, const Count& now, unsigned wrapBits, double lim
 
 enum class Smoothing : std::uint8_t {
     none,  // over the time since the reading before
-    // The growth of the last readings divided by their time: as many as make ten seconds, or all since the
-    // last one from which no rate is known.
+    // The growth since a reading of ten seconds ago, or of somewhat more, since some are left out, divided by
+    // that time. Nothing from before a reading without a rate counts, nor what was too near behind it.
     tenSeconds,
 };
 
-// Keeps the last readings, those of ten seconds for smoothing.
+// Keeps the last two readings, and for smoothing some of those before, two seconds or more apart.
 class Rates {
   public:
     explicit Rates(Smoothing smoothing = Smoothing::none) : smoothing_(smoothing) {}
 
-    void smooth(Smoothing smoothing) { smoothing_ = smoothing; }
+    void smooth(Smoothing smoothing);
 
     // The next reading of the same adapter or service. `driver` is anything that tells one run of the driver
     // and one adapter from others, such as the system's boot, what the driver says of itself, and how often
@@ -57,28 +58,33 @@ class Rates {
     // channel was lost in the middle is of the older driver. `limit`: see linkLimit().
     void add(Reading reading, std::string driver, double limit);
 
-    // Of a counter in the last reading; `row` as in Reading::value().
+    // Of a counter in the last reading; `row` as in Reading::value(). Group and metric are those of groups().
     Rate rate(const Group& group, const Metric& metric, std::size_t row = 0) const;
 
+    // Of all rows of a table in the last reading, none when it is missing. They replace what is in `rates`,
+    // whose memory is used again.
+    void rates(const Group& group, const Metric& metric, std::vector<Rate>& rates) const;
+
+    std::size_t kept() const { return kept_.size(); }  // readings
+
   private:
-    // Rows of a table by their keys; nothing: several rows have it.
-    using Rows = std::unordered_map<std::string, std::optional<std::size_t>>;
     struct Kept {
         Reading reading;
         std::string driver;
         double limit;
-        mutable std::map<const Group*, Rows> rows = {};
+        // Counters by rows whose growth since the kept reading before is not known, since it was not in one
+        // of those that were left out between. Not of the last reading unless there is smoothing.
+        std::map<const Metric*, std::vector<bool>> gaps = {};
+        mutable std::map<const Group*, std::shared_ptr<const KeyOrder>> orders = {};
+    };
+    class Step;
 
-        const Rows& rowsOf(const Group& group) const;
-        // The row with a key, 0 of a group that is no table.
-        std::variant<Unknown, std::size_t> find(const Group& group, const std::string& key) const;
-    };
-    struct Step {
-        Rate rate;
-        double seconds;
-    };
-    static Step step(const Kept& before, const Kept& now, const Group& group, const Metric& metric,
-                     const std::string& key);
+    const std::shared_ptr<const KeyOrder>& orderOf(std::size_t number, const Group& group) const;
+    std::vector<Step> stepsOf(const Group& group) const;
+    Rate over(const std::vector<Step>& steps, const Metric& metric, std::size_t row) const;
+    template <class IsGap> void noteGaps(std::size_t number, IsGap isGap);
+    void noteUnknown(std::size_t number);
+    void leaveOut(std::size_t number);
 
     Smoothing smoothing_;
     std::deque<Kept> kept_;  // oldest first

