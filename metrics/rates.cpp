@@ -166,6 +166,11 @@ void Rates::add(Reading reading, std::string driver, double limit) {
     while (kept_.size() > 2 && begun(kept_.size() - 1) - begun(1) >= smoothed) kept_.pop_front();
 }
 
+void Rates::addAgain(Reading reading, std::string driver, double limit) {
+    if (!kept_.empty()) kept_.pop_back();
+    add(std::move(reading), std::move(driver), limit);
+}
+
 template <class IsGap> void Rates::noteGaps(std::size_t number, IsGap isGap) {
     Kept& now = kept_[number];
     for (const Group& group : groupsOf(now.reading.place().service)) {

@@ -57,6 +57,8 @@ class Rates {
     // the channel was opened. It is taken before the first request of the reading: what was read before the
     // channel was lost in the middle is of the older driver. `limit`: see linkLimit().
     void add(Reading reading, std::string driver, double limit);
+    // The same in place of the last reading, which was too near to say how fast anything grows from there.
+    void addAgain(Reading reading, std::string driver, double limit);
 
     // Of a counter in the last reading; `row` as in Reading::value(). Group and metric are those of groups().
     Rate rate(const Group& group, const Metric& metric, std::size_t row = 0) const;

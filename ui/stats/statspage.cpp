@@ -101,13 +101,19 @@ void StatsPage::addRates(unsigned long reopenings) {
         ratesOf_ = place();
         rates_ = metrics::Rates(smoothed_ ? metrics::Smoothing::tenSeconds : metrics::Smoothing::none);
     }
-    lastReading_ = asked_;
+    // One that Clear or the user has asked for between two ticks.
+    const bool early = asked_ - lastReading_ < std::chrono::milliseconds(timerTime) / 2;
+    if (!early) lastReading_ = asked_;
     metrics::Reader reader(channel_);
     reader.stop();
     for (const auto& [query, reply] : replies_) reader.give(place(), query, reply);
     // A driver that has gone in the middle: partly it is of the next one.
     const bool lost = reopenings != channel_.reopenings();
-    rates_.add(reader.read(place()), fmt::format("{}{}", reopenings, lost ? " lost" : ""), linkLimit_);
+    std::string driver = fmt::format("{}{}", reopenings, lost ? " lost" : "");
+    if (early)
+        rates_.addAgain(reader.read(place()), std::move(driver), linkLimit_);
+    else
+        rates_.add(reader.read(place()), std::move(driver), linkLimit_);
     if (missed_) return;
     for (Counting* part : counting_) part->write(rates_);
 }
