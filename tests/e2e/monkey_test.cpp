@@ -19,7 +19,8 @@ constexpr struct {
     const char* name;
     const char* held;
 } chords[] = {{"v", "Control_L"}, {"c", "Control_L"}, {"x", "Control_L"},    {"a", "Control_L"},
-              {"Tab", "Shift_L"}, {"F10", "Shift_L"}, {"Insert", "Shift_L"}, {"slash", "Control_L"}};
+              {"Tab", "Shift_L"}, {"F10", "Shift_L"}, {"Insert", "Shift_L"}, {"slash", "Control_L"},
+              {"r", "Control_L"}, {"t", "Control_L"}, {"f", "Control_L"},    {"g", "Control_L"}};
 constexpr const char* orders[] = {"clock step 60",       "clock run",
                                   "clock freeze",        "alarm 1 los on",
                                   "alarm 1 los off",     "set lec 1.1 state 1",
