@@ -23,7 +23,7 @@ KeyOrder::KeyOrder(const TableKeys& keys) : rows_(keys.size()) {
     }
 }
 
-std::variant<Unknown, std::size_t> KeyOrder::find(const TableKeys& keys, std::string_view key) const {
+std::variant<Unknown, std::size_t> KeyOrder::find(const TableKeys& keys, std::uint64_t key) const {
     const auto found = std::ranges::lower_bound(rows_, key, {}, [&](std::uint32_t row) { return keys[row]; });
     if (found == rows_.end() || keys[*found] != key) return Unknown::noneBefore;
     if (isShared(*found)) return Unknown::sharedKey;

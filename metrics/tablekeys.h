@@ -3,8 +3,7 @@
 
 #include "metrics/metric.h"
 
-#include <optional>
-#include <string_view>
+#include <cstdint>
 #include <variant>
 #include <vector>
 
@@ -16,9 +15,12 @@ class TableKeys {
     TableKeys(Bytes table, std::size_t rowSize, RowBytes key) : table_(table), rowSize_(rowSize), key_(key) {}
 
     std::size_t size() const { return table_.size() / rowSize_; }
-    std::string_view operator[](std::size_t row) const {
-        const Bytes bytes = table_.subspan(row * rowSize_ + key_.at, key_.length);
-        return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+    // The bytes as a number: keys have at most eight.
+    std::uint64_t operator[](std::size_t row) const {
+        std::uint64_t key = 0;
+        for (const std::uint8_t byte : table_.subspan(row * rowSize_ + key_.at, key_.length))
+            key = key << 8 | byte;
+        return key;
     }
     // The same keys at the same places.
     bool operator==(const TableKeys& other) const;
@@ -35,7 +37,7 @@ class KeyOrder {
     explicit KeyOrder(const TableKeys& keys);
 
     // Unknown::noneBefore: no row has it.
-    std::variant<Unknown, std::size_t> find(const TableKeys& keys, std::string_view key) const;
+    std::variant<Unknown, std::size_t> find(const TableKeys& keys, std::uint64_t key) const;
     bool isShared(std::size_t row) const { return !shared_.empty() && shared_[row]; }
 
   private:

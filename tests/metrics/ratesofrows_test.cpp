@@ -1,10 +1,12 @@
 // Rates of tables whose rows come, go, move and share keys, against a calculation that keeps every reading.
 #include "driver/layout.h"
 #include "metrics/rates.h"
+#include "metrics/series.h"
 #include "tests/support/storedreplies.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <random>
 
 using metrics::Group;
@@ -17,7 +19,15 @@ using metrics::Service;
 using metrics::Smoothing;
 using metrics::Unknown;
 
+// With the address sanitizer malloc keeps no books.
+extern "C" [[gnu::weak]] std::size_t __sanitizer_get_current_allocated_bytes();
+
 namespace {
+
+std::size_t allocatedBytes() {
+    if (__sanitizer_get_current_allocated_bytes) return __sanitizer_get_current_allocated_bytes();
+    return mallinfo2().uordblks;
+}
 
 constexpr double limit = 353'208;
 
@@ -237,6 +247,32 @@ TEST(RatesOfRows, SmoothedFromAFewReadings) {
                 }
             }
         }
+}
+
+// With rows that come and go. A byte more a reading would be 25,200.
+TEST(RatesOfRows, EightHoursTakeNoMoreMemoryThanOne) {
+    constexpr int hour = 3600;
+    const Group& group = tableOf(kinds[0].service);
+    const Metric& metric = *std::ranges::find(group.metrics, std::string_view("rxFrames"), &Metric::name);
+    Changing table(kinds[0], 3);
+    Rates rates(Smoothing::tenSeconds);
+    const auto course = std::make_unique<metrics::Series>();
+    std::vector<Rate> all;
+    Moment before{};
+    std::size_t inUse = 0;
+    for (int tick = 1; tick <= 8 * hour; ++tick) {
+        Reading reading = table.reading(1);
+        const Moment now = reading.begun();
+        rates.add(std::move(reading), table.run(), limit);
+        rates.rates(group, metric, all);
+        if (!all.empty())
+            if (const double* rate = std::get_if<double>(&all.front()))
+                course->add(before, now, static_cast<float>(*rate));
+        before = now;
+        if (tick == hour) inUse = allocatedBytes();
+    }
+    EXPECT_LT(allocatedBytes(), inUse + 25'000);
+    EXPECT_GT(inUse, sizeof(metrics::Series));
 }
 
 // The bytes that are compared are those that the key is read from.
