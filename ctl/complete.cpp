@@ -42,7 +42,7 @@ Words paths(std::string_view word) {
     return paths;
 }
 
-// A path, or a value or table behind one.
+// A path, or a value or table behind one, or a column behind the key of a row.
 Words values(std::string_view word) {
     const std::size_t dot = word.find('.');
     Words all = paths(word);
@@ -53,10 +53,18 @@ Words values(std::string_view word) {
     for (int adapter = 0; adapter < adapterCount; ++adapter)
         for (const metrics::Place& place : metrics::placesOf(adapter)) {
             if (metrics::pathOf(place) != word.substr(0, dot)) continue;
-            for (const metrics::Group& group : metrics::groupsOf(place.service))
+            for (const metrics::Group& group : metrics::groupsOf(place.service)) {
+                const std::string table = metrics::pathOf(place) + '.' + group.table;
+                const std::size_t key = table.size() + 1, end = word.find('.', std::min(key, word.size()));
+                if (group.isTable() && word == table) all.push_back(table + '.');
                 for (const metrics::Metric& metric : group.metrics)
-                    all.push_back(metrics::pathOf(place) + '.' +
-                                  (group.isTable() ? group.table : metric.name));
+                    if (!group.isTable())
+                        all.push_back(table + metric.name);
+                    else if (word.starts_with(table + '.') && end != word.npos)
+                        all.push_back(std::string(word.substr(0, end + 1)) + metric.name);
+                    else
+                        all.push_back(table);
+            }
         }
     const auto twice = std::unique(all.begin(), all.end());  // a table, once for each column
     all.erase(twice, all.end());

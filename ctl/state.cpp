@@ -86,6 +86,8 @@ void StatePrinter::put(const Reading& reading, Tree& tree) const {
         if (group.isTable()) {
             if (!names || names->contains(group.table))
                 tree.put(group.table, table(reading, group, path + group.table));
+            else
+                putRows(reading, group, tree);
             continue;
         }
         for (const Metric& metric : group.metrics) {

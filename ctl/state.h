@@ -40,9 +40,11 @@ class StatePrinter {
     virtual Printed print(const metrics::Reading& reading, const metrics::Group& group,
                           const metrics::Metric& metric, std::size_t row) const;
     virtual std::string line(const std::string& where, const std::string& text) const;
+    // Rows of a table that is not printed as a whole.
+    virtual void putRows(const metrics::Reading&, const metrics::Group&, Tree&) const {}
+    Tree leaf(const std::string& where, Printed printed) const;
 
   private:
-    Tree leaf(const std::string& where, Printed printed) const;
     Tree table(const metrics::Reading& reading, const metrics::Group& group, const std::string& where) const;
     void put(const metrics::Reading& reading, Tree& tree) const;
 };

@@ -1,7 +1,7 @@
 // watch PATH...: what the driver reports, again and again.
 #include "change/sent.h"
 #include "ctl/state.h"
-#include "metrics/rates.h"
+#include "ctl/watched.h"
 #include "platform/csv.h"
 #include "platform/device.h"
 #include "platform/ending.h"
@@ -20,7 +20,6 @@
 using metrics::Group;
 using metrics::Metric;
 using metrics::Place;
-using metrics::Rates;
 using metrics::Reading;
 using Clock = std::chrono::steady_clock;
 
@@ -30,70 +29,14 @@ struct Given {
     std::vector<std::string> paths;
     double interval = 1;
     unsigned long count = 0;  // 0: no end
-    bool rates = false, csv = false;
+    bool rates = false, smooth = false, csv = false;
 };
-
-// ---- what is watched ----
-
-struct Watched {
-    Place place;
-    bool whole = false;
-    std::set<std::string> names = {};  // of values and tables, unless it is whole
-    Rates rates = Rates();
-
-    bool wants(const Group& group) const {
-        if (whole) return true;
-        if (group.isTable()) return names.contains(group.table);
-        return std::ranges::any_of(group.metrics, [&](const Metric& m) { return names.contains(m.name); });
-    }
-    bool hasTable() const {
-        const auto wantsTable = [&](const Group& group) { return group.isTable() && wants(group); };
-        return std::ranges::any_of(metrics::groupsOf(place.service), wantsTable);
-    }
-};
-
-bool hasName(const Place& place, const std::string& name) {
-    return std::ranges::any_of(metrics::groupsOf(place.service), [&](const Group& group) {
-        if (group.isTable()) return name == group.table;
-        return std::ranges::any_of(group.metrics, [&](const Metric& m) { return name == m.name; });
-    });
-}
-
-Watched& watchedAt(std::vector<Watched>& all, const Place& place) {
-    const auto found = std::ranges::find(all, place, &Watched::place);
-    return found != all.end() ? *found : all.emplace_back(Watched{place});
-}
-
-void addPath(const std::string& path, std::vector<Watched>& all) {
-    const std::size_t dot = path.find('.');
-    const std::vector<Place> places = placesAt(path.substr(0, dot));
-    if (dot == path.npos) {
-        for (const Place& place : places) watchedAt(all, place).whole = true;
-        return;
-    }
-    const std::string name = path.substr(dot + 1);
-    if (!hasName(places.front(), name))
-        throw Failure(Status::usage, fmt::format("there is no value {}", platform::escaped(path)),
-                      platform::escaped(path));
-    watchedAt(all, places.front()).names.insert(name);
-}
-
-std::vector<Watched> readPaths(const std::vector<std::string>& paths) {
-    std::vector<Watched> all;
-    FirstFailure first;
-    for (const std::string& path : paths) first.of([&] { addPath(path, all); });
-    first.raise();
-    return all;
-}
 
 // ---- values ----
 
-// A field of a line, quoted so that the line can be split at the blanks outside of quotes.
-std::string field(const std::string& name, const std::string& text) {
-    if (!text.empty() && text.find_first_of(" =\"\\") == text.npos) return name + '=' + text;
-    std::string quoted = name + "=\"";
-    for (const char c : text) quoted += c == '"' ? "\\\"" : std::string(1, c);
-    return quoted + '"';
+// A field of a line. Values are escaped already.
+std::string field(const std::string& name, const std::string& value) {
+    return name + '=' + platform::fieldValue(platform::unescaped(value));
 }
 
 Printed printed(const metrics::Rate& rate) {
@@ -123,6 +66,25 @@ class WatchPrinter : public StatePrinter {
     }
     std::string line(const std::string& where, const std::string& text) const override {
         return field(where, text);
+    }
+    // Rows that are watched by themselves are members of an object, by their keys.
+    void putRows(const Reading& reading, const Group& group, Tree& tree) const override {
+        Tree rows;
+        const std::string path = metrics::pathOf(reading.place());
+        for (const WatchedRow& row : at(reading.place()).rows) {
+            if (row.group != &group) continue;
+            Tree values;
+            const std::optional<std::size_t> place = row.find(reading);
+            for (const Metric& metric : group.metrics)
+                if (row.wants(metric)) {
+                    const std::string name = nameOf(metric);
+                    values.put(name, leaf(fmt::format("{}.{}.{}.{}", path, group.table, row.key, name),
+                                          place ? print(reading, group, metric, *place)
+                                                : Printed{nullptr, "unknown"}));
+                }
+            rows.put(row.key, std::move(values));
+        }
+        if (!rows.json().empty()) tree.put(group.table, std::move(rows));
     }
 
   private:
@@ -270,19 +232,25 @@ class JsonForm : public Form {
 class CsvForm : public Form {
   public:
     CsvForm(const WatchPrinter& printer, const std::vector<Watched>& watched) : printer_(printer) {
-        for (std::size_t i = 0; i < watched.size(); ++i)
-            for (const Group& group : metrics::groupsOf(watched[i].place.service))
+        for (std::size_t i = 0; i < watched.size(); ++i) {
+            const std::string path = metrics::pathOf(watched[i].place) + '.';
+            for (const Group& group : metrics::groupsOf(watched[i].place.service)) {
+                const bool table = group.isTable() && watched[i].names.contains(group.table);
                 for (const Metric& metric : group.metrics)
-                    if (group.isTable() ? watched[i].names.contains(group.table)
-                                        : watched[i].names.contains(metric.name))
-                        columns_.push_back({i, metrics::pathOf(watched[i].place), group, metric});
+                    if (table || (!group.isTable() && watched[i].names.contains(metric.name)))
+                        columns_.push_back({i, table ? "" : path, group, metric});
+            }
+            for (const WatchedRow& row : watched[i].rows)
+                for (const Metric& metric : row.group->metrics)
+                    if (row.wants(metric))
+                        columns_.push_back({i, fmt::format("{}{}.{}.", path, row.group->table, row.key),
+                                            *row.group, metric, &row});
+        }
     }
 
     std::string header() const override {
         std::vector<std::string> names{"time", "error"};
-        for (const Column& column : columns_)
-            names.push_back(column.group.isTable() ? printer_.nameOf(column.metric)
-                                                   : column.path + '.' + printer_.nameOf(column.metric));
+        for (const Column& column : columns_) names.push_back(column.path + printer_.nameOf(column.metric));
         return platform::csvRecord(names);
     }
 
@@ -301,9 +269,10 @@ class CsvForm : public Form {
   private:
     struct Column {
         std::size_t reading;  // its place in a tick
-        std::string path;
+        std::string path;     // before the name; none: of all rows
         const Group& group;
         const Metric& metric;
+        const WatchedRow* row = nullptr;
     };
 
     // 0: nothing is known, or the table has no rows.
@@ -311,12 +280,14 @@ class CsvForm : public Form {
         if (tick.readings.empty()) return 0;
         const Column& first = columns_.front();
         const Reading& reading = tick.readings[first.reading];
-        if (!first.group.isTable()) return 1;
+        if (!first.path.empty()) return 1;
         return reading.missing(first.group) ? 0 : reading.rows(first.group);
     }
 
     std::string valueOf(const Reading& reading, const Column& column, std::size_t row) const {
-        const Printed value = printer_.print(reading, column.group, column.metric, row);
+        const std::optional<std::size_t> found = column.row ? column.row->find(reading) : row;
+        if (!found) return "";
+        const Printed value = printer_.print(reading, column.group, column.metric, *found);
         return value.json.is_null() ? "" : value.text;
     }
 
@@ -333,7 +304,7 @@ void prepareForCsv(std::vector<Watched>& all) {
             if (!group.isTable())
                 for (const Metric& metric : group.metrics) watched.names.insert(metric.name);
     }
-    const bool alone = all.size() == 1 && all.front().names.size() == 1;
+    const bool alone = all.size() == 1 && all.front().names.size() == 1 && all.front().rows.empty();
     if (!alone && std::ranges::any_of(all, &Watched::hasTable))
         throw Failure(Status::usage, "with --csv a table can only be watched alone");
 }
@@ -383,17 +354,20 @@ class Pace {
 Output run(Session& session, const Given& given) {
     const bool json = session.options().json;
     if (json && given.csv) throw Failure(Status::usage, "--csv and --json exclude each other");
-    std::vector<Watched> watched = readPaths(given.paths);
+    const bool rates = given.rates || given.smooth;
+    std::vector<Watched> watched = readWatched(given.paths);
     if (given.csv) prepareForCsv(watched);
-    const WatchPrinter printer(watched, given.rates);
+    if (given.smooth)
+        for (Watched& each : watched) each.rates.smooth(metrics::Smoothing::tenSeconds);
+    const WatchPrinter printer(watched, rates);
     const std::unique_ptr<Form> form = formOf(printer, watched, json, given.csv);
-    WatchedDriver driver(session, watched, given.rates);
+    WatchedDriver driver(session, watched, rates);
 
     platform::watchEndSignals();
     Output done{.printed = true};
     const Pace pace(given.interval);
     // Rates need something to compare with.
-    if (given.rates && (driver.tick(), !pace.next())) return done;
+    if (rates && (driver.tick(), !pace.next())) return done;
     std::string header = form->header();
     for (unsigned long number = 1; !platform::endAsked(); ++number) {
         const Tick tick = driver.tick();
@@ -410,13 +384,15 @@ Run addWatch(CLI::App& command) {
     const auto given = std::make_shared<Given>();
     command
         .add_option("PATH.NAME", given->paths,
-                    "adapter1, adapter1/lec2: all of it; with a NAME: one value or table")
+                    "adapter1, adapter1/lec2: all of it; with a NAME: one value or table; "
+                    "adapter1.circuits.33.rxFrames: of the row with this key")
         ->required();
     command.add_option("--interval", given->interval, "Seconds between two lines, from 0.25 (1)")
         ->check(secondsFrom(0.25));
     command.add_option("--count", given->count, "End after so many lines")
         ->check(CLI::Validator(isCount, "NUMBER"));
     command.add_flag("--rates", given->rates, "How fast counters grow, per second, in place of their values");
+    command.add_flag("--smooth", given->smooth, "Rates of the last ten seconds");
     command.add_flag("--csv", given->csv, "Comma-separated values with a header");
     return [given](Session& session) { return run(session, *given); };
 }

@@ -55,6 +55,8 @@ lines() {
     expect 'tvctl watch adapter1/lec2' 'adapter1/lec2 adapter1/lec2.'
     expect 'tvctl watch --rates adapter1.rxP' 'adapter1.rxPackets'
     expect 'tvctl watch adapter1/lec2 adapter1/lec2.conn' 'adapter1/lec2.connections'
+    expect 'tvctl watch adapter1.circuits' 'adapter1.circuits. adapter1.circuits'
+    expect 'tvctl watch adapter1.circuits.33.r' 'adapter1.circuits.33.rxFrames'
     expect 'tvctl watch adapter1 --in' '--interval'
     # The name of a command, of a setting, and of each value of it.
     among 'tvctl ' 'apply'

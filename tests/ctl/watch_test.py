@@ -128,6 +128,61 @@ def rates(ground):
     ground.simulator("unset")
 
 
+def rows_by_their_keys(ground):
+    """A row that is watched by itself is followed to wherever it stands."""
+    ground.simulator("rows vc 1 3")
+    for row, vci, frames in (1, 40, 1000), (2, 50, 2000), (3, 60, 3000):
+        ground.simulator(f"set vc 1 row {row} vci {vci}")
+        ground.simulator(f"set vc 1 row {row} rxPackets {frames}")
+        ground.simulator(f"set vc 1 row {row} txPackets {row}")
+    paths = "adapter1.circuits.60.rxFrames adapter1.circuits.40 adapter1.circuits.99.vci"
+    names = ["circuits.60.rxFrames", "circuits.40.vci", "circuits.40.rxFrames", "circuits.40.txFrames", "circuits.99.vci"]
+    line = ground.tvctl_run(f"watch {paths} --count 1").stdout
+    expect("rows", list(fields(line).values()), ["3000", "40", "1000", "1", "unknown"])
+    expect("their names", list(fields(line)), ["adapter1." + name for name in names])
+    (tick,) = documents(ground.tvctl_run(f"watch {paths} --json --count 1").stdout)
+    expect("rows in JSON", tick["adapter1"], {"circuits": {
+        "60": {"rxFrames": 3000}, "40": {"vci": 40, "rxFrames": 1000, "txFrames": 1}, "99": {"vci": None}}})
+    records = list(csv.reader(io.StringIO(ground.tvctl_run(f"watch {paths} --csv --count 1").stdout, newline="")))
+    expect("rows in CSV", records[0][2:], ["adapter1." + name for name in names])
+    expect("rows in CSV", records[1][1:], ["", "3000", "40", "1000", "1", ""])
+    watch = Watch(ground, "adapter1.circuits.60.rxFrames --rates --interval 0.25")
+    watch.line()
+    ground.simulator("set vc 1 row 1 rxPackets 3000")
+    ground.simulator("set vc 1 row 1 vci 60")
+    ground.simulator("set vc 1 row 3 vci 70")
+    watch.line(), watch.line()  # between two of the commands two rows have the key
+    expect("a row that has moved", fields(watch.line()), {"adapter1.circuits.60.rxFrames/s": "0"})
+    watch.end(signal.SIGINT)
+    told = json.loads(ground.tvctl_run("watch adapter1.circuits adapter1.circuits.60 --json --count 1").stdout)
+    expect("a table has its rows", [row["vci"] for row in told["adapter1"]["circuits"]], [60, 50, 70])
+    told = ground.tvctl_run("watch adapter3/les1.clients.00:A0:3E:00:00:01.state --count 1").stdout
+    expect("another kind of key", list(fields(told)), ["adapter3/les1.clients.00:a0:3e:00:00:01.state"])
+    ground.simulator("unset")
+    ground.simulator("rows vc 1 auto")
+
+
+def smoothed(ground):
+    """Growth of one tick is divided by the time of all since the first one."""
+    ground.simulator("set adapter 1 rxCells 0")
+    watch = Watch(ground, "adapter1.rxCells --smooth --interval 0.25")
+    watch.line()
+    ground.simulator("set adapter 1 rxCells 3000")
+    lines = [watch.until(lambda line: not line.endswith("=0\n"))] + [watch.line() for _ in range(4)]
+    moments = [datetime.fromisoformat(line.split("Z")[0]) for line in lines]
+    values = [float(fields(line)["adapter1.rxCells/s"]) for line in lines]
+    since = 3000 / values[0]
+    for moment, rate in zip(moments, values):
+        wanted = 3000 / (since + (moment - moments[0]).total_seconds())
+        if abs(rate / wanted - 1) > 0.1:
+            problems.append(f"3000 cells, smoothed: {rate} and not {wanted}")
+    ground.simulator("set adapter 1 rxCells 3")
+    expect("set back", fields(watch.until(lambda line: "unknown" in line))["adapter1.rxCells/s"], "unknown")
+    expect("then", fields(watch.line())["adapter1.rxCells/s"], "0")
+    watch.end(signal.SIGINT)
+    ground.simulator("unset")
+
+
 def driver_comes_and_goes(ground):
     ground.end_driver()
     watch = Watch(ground, "adapter1.rxCells adapter1.mac --rates --json --interval 0.25")
@@ -218,14 +273,16 @@ def refused_words(ground):
         ("watch", 2), ("watch adapter1.nothing", 2), ("watch adapter1/lec1.mtu.x", 2), ("watch adapter1.", 2),
         ("watch adapter1/lec1.rxCells", 2), ("watch adapter9.rxCells", 10), ("watch adapter1 adapter9.nothing", 10),
         ("watch adapter1 --interval 0.2", 2), ("watch adapter1 --count 0", 2), ("watch adapter1 --count x", 2),
-        ("watch adapter1 --csv --json", 2), ("watch adapter1.circuits adapter1.rxCells --csv", 2),
+        ("watch adapter1 --csv --json", 2), ("watch adapter1.circuits.x", 2), ("watch adapter1.circuits.07", 2),
+        ("watch adapter1.circuits.7.x", 2), ("watch adapter1.circuits.", 2), ("watch adapter1.rxCells.7", 2),
+        ("watch adapter1/les1.clients.00:a0:3e:00:00", 2), ("watch adapter1.circuits.5 adapter1/lec1.connections --csv", 2), ("watch adapter1.circuits adapter1.rxCells --csv", 2),
     ):  # fmt: skip
         done = ground.tvctl_run(words)
         expect(words, (done.returncode, done.stdout if "--json" not in words else ""), (status, ""))
 
 
 with Ground(sys.argv[1]) as ground:
-    for look in same_values, rates, driver_comes_and_goes, faults, pace, endings, refused_words:
+    for look in same_values, rates, rows_by_their_keys, smoothed, driver_comes_and_goes, faults, pace, endings, refused_words:
         begin = time.monotonic()
         look(ground)
         print(f"{look.__name__}: {time.monotonic() - begin:.1f} s")
