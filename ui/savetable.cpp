@@ -11,16 +11,11 @@
 
 namespace {
 
-// With the labels of the rows, if they are shown.
+// What is shown, in that order.
 TableCells cellsOf(zTable& table) {
-    const int first = table.columnWidth(0) > 0 ? 0 : 1, last = table.model().columns();
-    const auto line = [&](int row) {
-        std::vector<std::string> texts;
-        for (int column = first; column <= last; ++column) texts.push_back(table.text({column, row}));
-        return texts;
-    };
-    TableCells cells{line(0), {}};
-    for (int row = 1; row <= table.model().rows(); ++row) cells.rows.push_back(line(row));
+    TableCells cells{table.line(0), {}};
+    for (int place = 1; place <= table.model().rows(); ++place)
+        cells.rows.push_back(table.line(table.rowAt(place)));
     return cells;
 }
 

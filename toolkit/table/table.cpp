@@ -63,6 +63,9 @@ struct zTable::Handlers {
         case ButtonPress:
             button(table, event->xbutton);
             break;
+        case ButtonRelease:
+            if (event->xbutton.button == Button1) release(table, event->xbutton);
+            break;
         case FocusIn:
         case FocusOut:
             if (isOwn(event->xfocus)) table.showFocus(event->type == FocusIn);
@@ -92,16 +95,48 @@ struct zTable::Handlers {
     static void key(zTable& table, XKeyEvent& event) {
         const KeySym symbol = XLookupKeysym(&event, 0);
         const bool control = event.state & ControlMask;
-        if (control && (symbol == XK_c || symbol == XK_Insert)) {
-            table.toClipboard(table.tabSeparated());
-            return;
-        }
+        table.meant_ = 0;
+        if (control) command(table, symbol);
         for (const Move& move : moves) {
             if (move.key != symbol || move.control != control) continue;
             const int step =
                 std::abs(move.rows) == page ? table.grid_.wholeRows() * (move.rows > 0 ? 1 : -1) : move.rows;
-            table.moveTo({table.active_.column + move.columns, table.active_.row + step});
+            table.moveBy(move.columns, step);
         }
+    }
+
+    // With Control.
+    static void command(zTable& table, KeySym symbol) {
+        const auto call = [](std::function<void()> handler) {
+            if (handler) handler();
+        };
+        switch (symbol) {
+        case XK_c:
+        case XK_Insert:
+            table.toClipboard(table.tabSeparated());
+            break;
+        case XK_o:
+            table.sortFurther(table.active_.column);
+            break;
+        case XK_f:
+            call(table.onFind);
+            break;
+        case XK_g:
+            call(table.onFindNext);
+            break;
+        }
+    }
+
+    static void press(zTable& table, const XButtonEvent& event) {
+        XmProcessTraversal(table.widget(), XmTRAVERSE_CURRENT);
+        const zTableLoc at = table.grid_.at(event.x, event.y);
+        table.pressed_ = at.row == 0 ? at.column : 0;
+        table.point(event.x, event.y);
+    }
+
+    static void release(zTable& table, const XButtonEvent& event) {
+        const int column = std::exchange(table.pressed_, 0);
+        if (column > 0 && table.grid_.at(event.x, event.y) == zTableLoc{column, 0}) table.sortFurther(column);
     }
 
     static void button(zTable& table, const XButtonEvent& event) {
@@ -109,8 +144,7 @@ struct zTable::Handlers {
         const bool sideways = event.state & ShiftMask;
         switch (event.button) {
         case Button1:
-            XmProcessTraversal(table.widget(), XmTRAVERSE_CURRENT);
-            table.point(event.x, event.y);
+            press(table, event);
             break;
         case Button4:
         case Button5: {
@@ -138,9 +172,10 @@ struct zTable::Handlers {
 };
 
 zTable::zTable(Widget board, const zRect& place, const zControlRow& row)
-    : zControl(row), place_(place), drag_(
-                                        row, grid_, [this](int column) { return fittedWidth(column); },
-                                        [this](int column, int width) { widen(column, width); }),
+    : zControl(row), place_(place), hidden_(row),
+      drag_(
+          row, grid_, [this](int column) { return fittedWidth(column); },
+          [this](int column, int width) { widen(column, width); }),
       barThickness_(zDialogUnits::ofBoard(board).grown(zBarThickness)),
       painting_(XtDisplay(board), [this] { flush(); }) {
     zResources resources(place);
@@ -236,13 +271,24 @@ void zTable::resize(int columns, int rows) {
     if (columns == model_.columns() && rows == model_.rows()) return;
     model_.resize(columns, rows);
     grid_.rows = model_.rows();
-    const auto before = grid_.widths.size();
-    grid_.widths.resize(asIndex(model_.columns()) + 1);
-    for (auto i = before; i < grid_.widths.size(); ++i) grid_.widths[i] = textWidth(usualText) + widthMargin;
-    if (grid_.rows == 0 && active_.row > 0) awaited_ = active_;
-    if (grid_.rows > 0 && awaited_.row > 0) active_ = std::exchange(awaited_, {});
+    order_.setRows(grid_.rows);
+    const auto before = widths_.size();
+    widths_.resize(asIndex(model_.columns()) + 1);
+    for (auto i = before; i < widths_.size(); ++i) widths_[i] = textWidth(usualText) + widthMargin;
+    setWidths();
+    if (sorting_.column > grid_.columns()) {
+        sorting_ = {};
+        order_.byNumber();
+    }
+    const bool gone = active_.row > grid_.rows;
+    if (gone && (nameOf_ || grid_.rows == 0)) awaited_ = active_;
+    if (grid_.rows > 0 && awaited_.row > 0 && !nameOf_) active_ = std::exchange(awaited_, {});
     if (active_.row > grid_.rows || active_.column > grid_.columns()) active_ = {};
-    arrange();
+    // With names it is not known yet where the active row is.
+    if (nameOf_)
+        layOut();
+    else
+        arrange();
 }
 
 bool zTable::setText(zTableLoc location, std::string_view text) {
@@ -251,19 +297,14 @@ bool zTable::setText(zTableLoc location, std::string_view text) {
     return true;
 }
 
-void zTable::rowsChanged() {
-    stale_.assign(asIndex(model_.rows()) + 1, true);
-    if (realized_) writeRows(grid_.firstRow(), grid_.lastRow());
+void zTable::writeRow(int row) {
+    if (!write_ || row < 1 || asIndex(row) >= stale_.size() || !stale_[asIndex(row)]) return;
+    stale_[asIndex(row)] = false;
+    write_(row);
 }
 
-void zTable::writeRows(int first, int last) {
-    if (!write_) return;
-    last = std::min(last, static_cast<int>(stale_.size()) - 1);
-    for (int row = std::max(first, 1); row <= last; ++row) {
-        if (!stale_[asIndex(row)]) continue;
-        stale_[asIndex(row)] = false;
-        write_(row);
-    }
+void zTable::writePlaces(int first, int last) {
+    for (int place = first; place <= last; ++place) writeRow(order_.rowAt(place));
 }
 
 void zTable::setColumnWidth(int column, int width) {
@@ -271,22 +312,36 @@ void zTable::setColumnWidth(int column, int width) {
 }
 
 void zTable::widen(int column, int width) {
-    if (column < 0 || column > grid_.columns() || grid_.widths[asIndex(column)] == width) return;
-    grid_.widths[asIndex(column)] = width;
+    if (column < 0 || column > grid_.columns() || widths_[asIndex(column)] == width) return;
+    widths_[asIndex(column)] = width;
+    setWidths();
     arrange();
+}
+
+void zTable::setWidths() {
+    const int columns = model_.columns();
+    if (columns > 0 && hidden_.among(columns) == columns) hidden_.showAll();  // another table had more
+    grid_.widths = widths_;
+    for (int column = 1; column <= columns; ++column)
+        if (isHidden(column)) grid_.widths[asIndex(column)] = 0;
+}
+
+// With the mark of a column by which rows are sorted.
+int zTable::labelWidth(int column) const {
+    return textWidth(textOf({column, 0})) + widthMargin + (canSort(column) ? paint_->markWidth() : 0);
 }
 
 // So that every text of the column is whole, also of rows that nobody has seen.
 int zTable::fittedWidth(int column) {
     int widest = 0;
-    for (int row = 0; row <= grid_.rows; ++row) widest = std::max(widest, textWidth(text({column, row})));
-    return widest + widthMargin;
+    for (int row = 1; row <= grid_.rows; ++row) widest = std::max(widest, textWidth(text({column, row})));
+    return std::max(widest + widthMargin, labelWidth(column));
 }
 
 void zTable::fitColumn(int column, std::initializer_list<std::string_view> texts) {
     int widest = 0;
     for (const std::string_view text : texts) widest = std::max(widest, textWidth(text));
-    setColumnWidth(column, widest + widthMargin);
+    setColumnWidth(column, std::max(widest + widthMargin, canSort(column) ? labelWidth(column) : 0));
 }
 
 void zTable::numberRows(bool on) {
@@ -306,30 +361,35 @@ void zTable::setActiveCell(zTableLoc location) {
         location.column > grid_.columns())
         location = {};
     awaited_ = {};
+    if (nameOf_ && location.row > 0) name_ = nameOf_(location.row);
     if (location == active_) return;
     changedRow(active_.row);
     active_ = location;
     changedRow(active_.row);
-    if (realized_ && grid_.reveal(active_)) {
+    reveal();
+}
+
+// The active cell.
+void zTable::reveal() {
+    if (realized_ && grid_.reveal(placeOf(active_))) {
         updateScrollBars();
         changedAll();
     }
+    noteActive();
 }
 
 void zTable::point(int x, int y) {
-    if (const zTableLoc at = grid_.at(x, y); at.row > 0) moveTo({std::max(1, at.column), at.row});
+    const zTableLoc at = grid_.at(x, y);
+    meant_ = at.row == 0 ? at.column : 0;
+    const std::vector<int> shown = shownColumns();
+    if (at.row > 0 && !shown.empty()) moveTo(locationAt({at.column > 0 ? at.column : shown.front(), at.row}));
 }
 
-// Moves the active cell for the user, to the nearest existing cell.
+// Moves the active cell for the user.
 void zTable::moveTo(zTableLoc location) {
-    if (grid_.rows == 0 || grid_.columns() == 0) return;
-    location = {std::clamp(location.column, 1, grid_.columns()), std::clamp(location.row, 1, grid_.rows)};
     const bool other = location != active_;
     setActiveCell(location);
-    if (grid_.reveal(active_)) {
-        updateScrollBars();
-        changedAll();
-    }
+    reveal();
     const auto handler = onActiveChange;
     if (other && handler) handler();
 }
@@ -338,17 +398,22 @@ void zTable::scrollTo(int firstRow, int left) {
     const int row = grid_.firstRow(), pixels = grid_.left();
     grid_.scrollTo(firstRow, left);
     if (grid_.firstRow() == row && grid_.left() == pixels) return;
+    noteActive();
     updateScrollBars();
     changedAll();
 }
 
-// Shows the scroll bars that are needed; they take space themselves.
+// If the user has scrolled the active cell out of sight, it stays so when rows come and go.
 void zTable::arrange() {
+    layOut();
     if (!realized_) return;
-    // If the user has scrolled the active cell out of sight, it stays so when rows come and go.
-    const zRect cell = grid_.cell(active_), seen = grid_.visible(active_);
-    const bool follow =
-        active_.row > 0 && (grid_.width() == 0 || (seen.width == cell.width && seen.height == cell.height));
+    if (inSight_ && active_.row > 0 && grid_.reveal(placeOf(active_))) updateScrollBars();
+    noteActive();
+}
+
+// Shows the scroll bars that are needed; they take space themselves.
+void zTable::layOut() {
+    if (!realized_) return;
     const int contentWidth = grid_.widths[0] + grid_.columnsWidth() + 2 * shadow;
     const int contentHeight = grid_.labelHeight + grid_.rows * grid_.rowHeight + 2 * shadow;
     const int room = barThickness_ + barGap;
@@ -373,7 +438,6 @@ void zTable::arrange() {
     };
     put(vertical_, down, {ring + inWidth - barThickness_, ring, barThickness_, height});
     put(horizontal_, across, {ring, ring + inHeight - barThickness_, width, barThickness_});
-    if (follow) grid_.reveal(active_);
     updateScrollBars();
     changedAll();
 }
@@ -391,16 +455,24 @@ void zTable::updateScrollBars() {
 }
 
 void zTable::changed(zTableLoc location) {
+    if (realized_ && !allDirty_) changedPlace(placeOf(location));
+}
+
+void zTable::changedPlace(zTableLoc place) {
     if (!realized_ || allDirty_) return;
-    const zRect seen = grid_.visible(location);
+    const zRect seen = grid_.visible(place);
     if (seen.width <= 0 || seen.height <= 0) return;
-    dirty_.push_back(location);
+    dirty_.push_back(place);
     if (!painting_.isSet()) painting_.set({});
 }
 
 void zTable::changedRow(int row) {
+    if (row > 0) changedPlaces(order_.placeOf(row));
+}
+
+void zTable::changedPlaces(int row) {
     if (row < 1) return;
-    for (int column = 0; column <= grid_.columns(); ++column) changed({column, row});
+    for (int column = 0; column <= grid_.columns(); ++column) changedPlace({column, row});
 }
 
 void zTable::changedAll() {
@@ -411,7 +483,7 @@ void zTable::changedAll() {
 
 void zTable::flush() {
     if (allDirty_) {
-        writeRows(grid_.firstRow(), grid_.lastRow());
+        writePlaces(grid_.firstRow(), grid_.lastRow());
         paint_->clear({0, 0, grid_.width(), grid_.height()});
         for (int column = 0; column <= grid_.columns(); ++column) {
             paintCell({column, 0});
@@ -424,10 +496,10 @@ void zTable::flush() {
         };
         std::sort(dirty_.begin(), dirty_.end(), before);
         dirty_.erase(std::unique(dirty_.begin(), dirty_.end()), dirty_.end());
-        for (const zTableLoc location : dirty_) {
-            const zRect seen = grid_.visible(location);
+        for (const zTableLoc place : dirty_) {
+            const zRect seen = grid_.visible(place);
             if (seen.width <= 0 || seen.height <= 0) continue;
-            paintCell(location);
+            paintCell(place);
             paint_->show(seen);
         }
     }
@@ -435,12 +507,15 @@ void zTable::flush() {
     dirty_.clear();
 }
 
-void zTable::paintCell(zTableLoc l) {
+void zTable::paintCell(zTableLoc place) {
+    const zTableLoc l = locationAt(place);
     const bool label = l.row == 0 || l.column == 0;
     const bool marked = !label && l.row == active_.row;
-    paint_->cell(grid_.cell(l), grid_.visible(l), textOf(l),
-                 {label, marked, marked && focused_ && l.column == active_.column,
-                  (greyed_ && !label) || !XtIsSensitive(widget())});
+    zTablePaint::Look look{label, marked, marked && focused_ && l.column == active_.column,
+                           (greyed_ && !label) || !XtIsSensitive(widget())};
+    if (l.row == 0 && l.column > 0 && l.column == sorting_.column)
+        look.mark = sorting_.descending ? zTablePaint::Mark::down : zTablePaint::Mark::up;
+    paint_->cell(grid_.cell(place), grid_.visible(place), textOf(l), look);
 }
 
 std::string zTable::textOf(zTableLoc l) const {
@@ -449,25 +524,30 @@ std::string zTable::textOf(zTableLoc l) const {
 }
 
 std::string zTable::text(zTableLoc location) {
-    writeRows(location.row, location.row);
+    writeRow(location.row);
     return textOf(location);
+}
+
+std::vector<std::string> zTable::line(int row) {
+    writeRow(row);
+    std::vector<std::string> texts;
+    for (int column = grid_.widths[0] > 0 ? 0 : 1; column <= grid_.columns(); ++column)
+        if (column == 0 || !isHidden(column)) texts.push_back(textOf({column, row}));
+    return texts;
 }
 
 std::string zTable::tabSeparated() {
     std::string text;
     bool labelled = false;
-    for (int column = 1; column <= grid_.columns(); ++column) labelled |= !model_.text({column, 0}).empty();
-    for (int row = labelled ? 0 : 1; row <= grid_.rows; ++row) text += tabSeparated(row) + '\n';
+    for (const int column : shownColumns()) labelled |= !model_.text({column, 0}).empty();
+    for (int place = labelled ? 0 : 1; place <= grid_.rows; ++place)
+        text += tabSeparated(order_.rowAt(place)) + '\n';
     return text;
 }
 
 std::string zTable::tabSeparated(int row) {
-    writeRows(row, row);
-    std::string text;
-    const int first = grid_.widths[0] > 0 ? 0 : 1;
-    for (int column = first; column <= grid_.columns(); ++column) {
-        if (column > first) text += '\t';
-        text += textOf({column, row});
-    }
+    const std::vector<std::string> cells = line(row);
+    std::string text = cells.empty() ? std::string() : cells.front();
+    for (std::size_t i = 1; i < cells.size(); ++i) text += '\t' + cells[i];
     return text;
 }

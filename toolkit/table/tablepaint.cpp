@@ -10,6 +10,7 @@
 namespace {
 
 constexpr int sideMargin = 4;  // between a cell's edge and its text
+constexpr int markGap = 4;     // between a text and its mark
 constexpr std::string_view dots = "...";
 
 struct Resources {
@@ -152,7 +153,8 @@ void zTablePaint::cell(const zRect& whole, const zRect& visible, std::string_vie
     const Tools& t = *tools_;
     if (visible.width <= 0 || visible.height <= 0) return;
     t.fill(look.label ? t.labels : look.selected ? t.resources.select : t.cells, visible);
-    text(whole, visible, value, look);
+    const int textEnd = text(whole, visible, value, look);
+    if (look.mark != Mark::none) mark(whole, visible, textEnd, look);
 
     // The visible edges.
     const int right = whole.x + whole.width - 1, bottom = whole.y + whole.height - 1;
@@ -174,25 +176,52 @@ void zTablePaint::cell(const zRect& whole, const zRect& visible, std::string_vie
     }
 }
 
-void zTablePaint::text(const zRect& whole, const zRect& visible, std::string_view value, const Look& look) {
+// Where the text ends.
+int zTablePaint::text(const zRect& whole, const zRect& visible, std::string_view value, const Look& look) {
     const Tools& t = *tools_;
     std::string shown(value);
     std::replace_if(
         shown.begin(), shown.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
-    const int room = whole.width - 2 * sideMargin;
+    const int marked = look.mark == Mark::none ? 0 : markWidth();
+    const int room = whole.width - 2 * sideMargin - marked;
     int width = t.width(shown);
     if (width > room) {
         while (!shown.empty() && t.width(shown) + t.width(dots) > room) shown.pop_back();
         shown += dots;
         width = t.width(shown);
     }
-    if (shown.empty()) return;
     const int spare = std::max(0, room - width);
-    const int indent = look.label ? spare / 2 : spare;
+    const int left = whole.x + sideMargin + (look.label ? spare / 2 : spare);
+    if (shown.empty()) return left;
     const int baseline = whole.y + (whole.height - textHeight()) / 2 + t.font->ascent;
+    const int clipped = std::min(visible.width, whole.x + whole.width - marked - visible.x);
+    if (clipped <= 0) return left;
     XRectangle clip{static_cast<short>(visible.x), static_cast<short>(visible.y),
-                    static_cast<unsigned short>(visible.width), static_cast<unsigned short>(visible.height)};
+                    static_cast<unsigned short>(clipped), static_cast<unsigned short>(visible.height)};
     XftDrawSetClipRectangles(t.draw, 0, 0, &clip, 1);
-    XftDrawString8(t.draw, look.greyed ? &t.pale : &t.ink, t.font, whole.x + sideMargin + indent, baseline,
-                   bytes(shown), static_cast<int>(shown.size()));
+    XftDrawString8(t.draw, look.greyed ? &t.pale : &t.ink, t.font, left, baseline, bytes(shown),
+                   static_cast<int>(shown.size()));
+    return left + width;
+}
+
+int zTablePaint::markHeight() const {
+    return tools_->font->ascent / 3;
+}
+
+int zTablePaint::markWidth() const {
+    return markGap + 2 * markHeight() - 1;
+}
+
+// Beside a text that ends at `left`, but always within the cell.
+void zTablePaint::mark(const zRect& whole, const zRect& visible, int left, const Look& look) {
+    const Tools& t = *tools_;
+    const int height = markHeight();
+    const int x = std::min(left, whole.x + whole.width - sideMargin - markWidth()) + markGap;
+    const int y = whole.y + (whole.height - height) / 2;
+    for (int line = 0; line < height; ++line) {
+        const int inset = look.mark == Mark::up ? height - 1 - line : line;
+        const int from = std::max(x + inset, visible.x);
+        const int to = std::min(x + 2 * height - 1 - inset, visible.x + visible.width);
+        if (from < to) t.fill((look.greyed ? t.pale : t.ink).pixel, {from, y + line, to - from, 1});
+    }
 }

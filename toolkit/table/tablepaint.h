@@ -28,8 +28,11 @@ class zTablePaint {
     // Creates a pixmap of this size, filled with the background. The canvas must be realized.
     void resize(int width, int height);
 
+    enum class Mark { none, up, down };  // a triangle beside the text
+    int markWidth() const;               // what it needs
     struct Look {
         bool label, selected, active, greyed;
+        Mark mark = Mark::none;
     };
     // Paints the visible part of a cell into the pixmap. Labels are centred, other texts are right-aligned; a
     // text that is too wide is shortened and ends in "...".
@@ -40,7 +43,9 @@ class zTablePaint {
   private:
     struct Tools;
 
-    void text(const zRect& whole, const zRect& visible, std::string_view text, const Look& look);
+    int text(const zRect& whole, const zRect& visible, std::string_view text, const Look& look);
+    int markHeight() const;
+    void mark(const zRect& whole, const zRect& visible, int left, const Look& look);
 
     std::unique_ptr<Tools> tools_;
 };

@@ -1,0 +1,50 @@
+#include "toolkit/table/roworder.h"
+
+#include "platform/index.h"
+
+#include <algorithm>
+#include <numeric>
+
+void zRowOrder::setRows(int rows) {
+    count_ = rows;
+    if (rows_.empty()) return;
+    std::erase_if(rows_, [rows](int row) { return row > rows; });
+    for (int row = static_cast<int>(rows_.size()); row <= rows; ++row) rows_.push_back(row);
+    findPlaces();
+}
+
+void zRowOrder::byNumber() {
+    rows_ = places_ = {};
+    entries_ = {};
+    unknown_ = {};
+}
+
+void zRowOrder::sort(bool descending, const std::function<zSortKey(int)>& keyOf) {
+    if (rows_.empty()) {
+        rows_.resize(asIndex(count_) + 1);
+        std::iota(rows_.begin(), rows_.end(), 0);
+    }
+    entries_.clear();
+    unknown_.clear();
+    for (auto row = rows_.begin() + 1; row != rows_.end(); ++row) {
+        const zSortKey key = keyOf(*row);
+        if (!key.known)
+            unknown_.push_back(*row);
+        else if (descending)
+            entries_.push_back({~key.high, ~key.low, *row});
+        else
+            entries_.push_back({key.high, key.low, *row});
+    }
+    if (!std::ranges::is_sorted(entries_)) std::ranges::sort(entries_);
+    std::ranges::sort(unknown_);
+    auto place = rows_.begin() + 1;
+    for (const Entry& entry : entries_) *place++ = entry.row;
+    std::ranges::copy(unknown_, place);
+    findPlaces();
+}
+
+void zRowOrder::findPlaces() {
+    places_.resize(rows_.size());
+    for (std::size_t place = 0; place < rows_.size(); ++place)
+        places_[asIndex(rows_[place])] = static_cast<int>(place);
+}
