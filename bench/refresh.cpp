@@ -4,8 +4,9 @@
 // the median of the ratios.
 //
 // With a number: only the page of the servers, which shows as many rows; also prints the bytes of resident
-// memory per row beyond the reply's, and after that a step of the active cell to a far row beside the same in
-// the table of the second adapter.
+// memory per row beyond the reply's, then a tick of the page sorted by some of its columns beside one of the
+// page as it comes, a search for a text that no cell has, and a step of the active cell to a far row beside
+// the same in the table of the second adapter.
 //
 // With "instructions", under callgrind with --instr-atstart=no: leaves two profiles a page, named "PAGE tick"
 // and "PAGE exchanges", of a hundred each, with a turn of the event loop each.
@@ -127,6 +128,46 @@ void scroll(zApplication& application, DriverChannel& channel, zTable& table) {
     }
     fmt::print("scroll {:.1f} {:.1f} {:.2f} {}\n", median(figures), median(floors), median(ratios),
                small.model().rows());
+}
+
+double tick(zApplication& application, StatsPage& page) {
+    rest();
+    const double begin = processor();
+    page.Update();
+    application.handlePending();
+    return processor() - begin;
+}
+
+// With counters as they are, and after a Clear.
+void sorted(zApplication& application, DriverChannel& channel, StatsPage& page) {
+    const Shown other(application, channel, 0, make<DStatsDlgLESPG>);
+    zTable& table = tableOf(other.dialog);
+    constexpr int columns[] = {1, 4, 2, 10};  // addresses, a counter, states, halves of ATM addresses
+    for (const char* when : {"", "-cleared"}) {
+        for (const int column : columns) {
+            table.sortBy({column, true});
+            std::vector<double> figures, floors, ratios;
+            for (int pair = 0; pair < 10; ++pair) {
+                floors.push_back(tick(application, page));
+                figures.push_back(tick(application, *other.page));
+                ratios.push_back(figures.back() / floors.back());
+            }
+            std::string label = table.text({column, 0});
+            std::ranges::replace(label, ' ', '-');
+            fmt::print("sorted {:.1f} {:.1f} {:.2f} {}{}\n", median(figures), median(floors), median(ratios),
+                       label, when);
+        }
+        page.ClearStats();
+        other.page->ClearStats();
+    }
+}
+
+void search(zTable& table) {
+    for (const char* when : {"first", "again"}) {
+        const double begin = processor();
+        table.find("no cell has it");
+        fmt::print("search {:.1f} - - {}\n", processor() - begin, when);
+    }
 }
 
 int descriptors() {
@@ -254,6 +295,9 @@ int main(int argc, char** argv) {
         fmt::print("{} {:.1f} {:.1f} {:.2f}", row.name, median(figures), median(floors), median(ratios));
         if (lesRows) fmt::print(" {:.0f}", static_cast<double>(grown - recorder.received) / lesRows);
         fmt::print("\n");
-        if (lesRows) scroll(application, channel, tableOf(shown.dialog));
+        if (!lesRows) continue;
+        scroll(application, channel, tableOf(shown.dialog));
+        sorted(application, channel, *page);
+        search(tableOf(shown.dialog));
     }
 }

@@ -193,8 +193,12 @@ class Reader {
 
     atmAddress get(Atm f) const {
         atmAddress address;
-        address.fromHex(array<std::array<std::uint8_t, atmAddress::byteCount>>(f.offset));
+        address.fromHex(bytes(f));
         return address;
+    }
+
+    std::array<std::uint8_t, atmAddress::byteCount> bytes(Atm f) const {
+        return array<std::array<std::uint8_t, atmAddress::byteCount>>(f.offset);
     }
 
     std::string_view get(Text f) const {

@@ -16,6 +16,8 @@
 
 class ReplyView {
   public:
+    using AddressBytes = std::array<std::uint8_t, atmAddress::byteCount>;
+
     ReplyView() = default;
     explicit ReplyView(std::span<const std::uint8_t> bytes) : reader_(bytes) {}
 
@@ -24,6 +26,7 @@ class ReplyView {
 
   protected:
     template <typename Field> auto get(Field field) const { return reader_.get(field); }
+    auto bytes(layout::Atm field) const { return reader_.bytes(field); }
     std::int16_t code(layout::U8 field) const { return static_cast<std::int16_t>(get(field)); }
     std::int16_t code(layout::U16 field) const { return static_cast<std::int16_t>(get(field)); }
 
@@ -177,6 +180,7 @@ class LecRowView : public ReplyView {
     macAddress mac() const { return get(layout::lecRow::mac); }
     bool switched() const { return get(layout::lecRow::kind) == switchedConnection; }
     atmAddress address() const { return get(layout::lecRow::address); }
+    AddressBytes addressBytes() const { return bytes(layout::lecRow::address); }
     std::uint16_t vci() const { return get(layout::lecRow::vci); }
     std::uint32_t tx() const { return get(layout::lecRow::tx); }
     std::uint32_t rx() const { return get(layout::lecRow::rx); }
@@ -208,6 +212,7 @@ class LesRowView : public ReplyView {
     using ReplyView::ReplyView;
     macAddress mac() const { return get(layout::lesRow::mac); }
     atmAddress address() const { return get(layout::lesRow::address); }
+    AddressBytes addressBytes() const { return bytes(layout::lesRow::address); }
     std::int16_t state() const { return code(layout::lesRow::state); }
     std::uint16_t controlVci() const { return get(layout::lesRow::controlVci); }
     std::uint32_t controlTx() const { return get(layout::lesRow::controlTx); }
@@ -277,6 +282,7 @@ class IpRowView : public ReplyView {
     std::uint32_t rx() const { return get(layout::ipRow::rx); }
     ipAddress ip() const { return get(layout::ipRow::ip); }
     atmAddress address() const { return get(layout::ipRow::address); }
+    AddressBytes addressBytes() const { return bytes(layout::ipRow::address); }
 };
 
 // A PVC of the Classical IP client. Its fields are not used.

@@ -46,12 +46,24 @@ TEST_F(ContextMenus, CountersAndTablesAreCopiedAndClearIsUndone) {
     turnTo("signallingStats");
     expectCell("signallingTable", 2, 1, "7");
     zTable& frames = table("signallingTable");
-    EXPECT_EQ(menuOf(frames.widget()), (Names{"(Copy Cell)", "(Copy Row)", "Copy Table", "Save Table...",
-                                              "(Undo Clear)", "Show Rates", "(Smooth Rates (10 s))"}));
+    EXPECT_EQ(menuOf(frames.widget()),
+              (Names{"(Copy Cell)", "(Copy Row)", "Copy Table", "Save Table...", "(Sort by This Column)",
+                     "(Hide Column)", "(Show All Columns)", "Find...", "Find Next", "(Undo Clear)",
+                     "Show Rates", "(Smooth Rates (10 s))"}));
     EXPECT_EQ(copied(1), frames.tabSeparated());
     frames.setActiveCell({3, 2});
-    const Names all{"Copy Cell",    "Copy Row",   "Copy Table",           "Save Table...",
-                    "(Undo Clear)", "Show Rates", "(Smooth Rates (10 s))"};
+    const Names all{"Copy Cell",
+                    "Copy Row",
+                    "Copy Table",
+                    "Save Table...",
+                    "(Sort by This Column)",
+                    "Hide Column",
+                    "(Show All Columns)",
+                    "Find...",
+                    "Find Next",
+                    "(Undo Clear)",
+                    "Show Rates",
+                    "(Smooth Rates (10 s))"};
     EXPECT_EQ(menuOf(frames.widget()), all);
     EXPECT_EQ(copied(1), "10");
     menuOf(frames.widget());

@@ -49,6 +49,17 @@ zSpot zPlaceBeside(Widget shell, const zSpot& other, int away) {
     return moveTo(shell, {next(other.x, room.x), next(other.y, std::max(0, room.y - titleBar))});
 }
 
+zSpot zPlaceBelow(Widget shell, Widget other) {
+    Dimension width = 0, height = 0, ownWidth = 0;
+    Position x = 0, y = 0;
+    XtVaGetValues(other, XmNwidth, &width, XmNheight, &height, nullptr);
+    XtVaGetValues(shell, XmNwidth, &ownWidth, nullptr);
+    XtTranslateCoords(other, 0, 0, &x, &y);
+    const zSpot room = roomBeside(shell);
+    return moveTo(shell, {std::clamp(x + (width - ownWidth) / 2, 0, room.x),
+                          std::clamp(y + height, 0, std::max(0, room.y - titleBar))});
+}
+
 void zMapShell(Widget shell) {
     Display* display = XtDisplay(shell);
     String name = nullptr, ofClass = nullptr;

@@ -15,6 +15,9 @@ zSpot zCentreShell(Widget shell);
 // directions, as far as there is room on the screen.
 zSpot zPlaceBeside(Widget shell, const zSpot& other, int away);
 
+// Moves a realized shell to the lower edge of another one, below it as far as there is room on the screen.
+zSpot zPlaceBelow(Widget shell, Widget other);
+
 // Maps a realized shell. Window managers learn its title, and which program and process it belongs to.
 void zMapShell(Widget shell);
 

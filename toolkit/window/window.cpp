@@ -144,8 +144,18 @@ zFormDialog::zFormDialog(zApplication& application, const zLayout& layout)
 
 zFormDialog::zFormDialog(zWindow& parent, const zLayout& layout, zModality modality)
     : zWindow(parent.application()), layout_(layout) {
-    shell_ = zCreateModalShell(layout.name, parent.shell());
-    build(layout);
+    makeDialog(parent.shell(), modality);
+}
+
+zFormDialog::zFormDialog(zApplication& application, const zControl& about, const zLayout& layout)
+    : zWindow(application), layout_(layout), above_(about.outermost()) {
+    while (!XtIsShell(above_)) above_ = XtParent(above_);
+    makeDialog(above_, zModality::modeless);
+}
+
+void zFormDialog::makeDialog(Widget parent, zModality modality) {
+    shell_ = zCreateModalShell(layout_.name, parent);
+    build(layout_);
     const bool modal = modality == zModality::modal;
     XtVaSetValues(board_->widget(), XmNdialogStyle,
                   modal ? XmDIALOG_FULL_APPLICATION_MODAL : XmDIALOG_MODELESS, nullptr);
@@ -208,6 +218,10 @@ void zFormDialog::fillWindow() {
 void zFormDialog::placeShell() {
     constexpr int titleBar = 12;  // dialog units
     const int away = board_->units().y(titleBar);
+    if (above_) {
+        zPlaceBelow(shell_, above_);
+        return;
+    }
     spot_ = zCentreShell(shell_);
     const bool taken = std::ranges::any_of(shownWindows, [&](const zFormDialog* shown) {
         return std::abs(shown->spot_.x - spot_.x) < away && std::abs(shown->spot_.y - spot_.y) < away;

@@ -51,6 +51,9 @@ class zFormDialog : public zWindow {
   public:
     zFormDialog(zApplication& application, const zLayout& layout);
     zFormDialog(zWindow& parent, const zLayout& layout, zModality modality = zModality::modal);
+    // A modeless dialog about a control, which must outlive it. It is shown at the lower edge of the
+    // control's window, and takes input while that does.
+    zFormDialog(zApplication& application, const zControl& about, const zLayout& layout);
     ~zFormDialog() override;
 
     // Makes it the program's main window: -geometry, -title and -iconic act on it, and session managers learn
@@ -106,6 +109,7 @@ class zFormDialog : public zWindow {
     struct Sizing;
 
     void build(const zLayout& layout);
+    void makeDialog(Widget parent, zModality modality);
     void placeShell();
     void fillWindow();
 
@@ -120,7 +124,8 @@ class zFormDialog : public zWindow {
     bool besideIsModal_ = false;
     bool stays_ = false;  // on the screen, after runModalAndStay()
     bool isMain_ = false;
-    std::string place_;  // the user's; empty: centred
-    zSpot spot_;         // where show() has put it
-    zRect filled_;       // the size that its controls fill
+    Widget above_ = nullptr;  // the window at whose lower edge it is shown
+    std::string place_;       // the user's; empty: centred
+    zSpot spot_;              // where show() has put it
+    zRect filled_;            // the size that its controls fill
 };

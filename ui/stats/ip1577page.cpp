@@ -15,16 +15,18 @@ constexpr StatsField<IpStatsView> fields[] = {
 
 using Row = IpRowView;
 constexpr StatsColumn<Row> columns[] = {
-    {"IP Address", "000.000.000.000", {.text = shown<&Row::ip, &ipAddress::GetFIPAddress>}},
-    {"VPI/VCI", signedVciSample, {.text = shown<&Row::vci, vciText>}},
+    {"IP Address",
+     "000.000.000.000",
+     {.text = shown<&Row::ip, &ipAddress::GetFIPAddress>, .key = byBytes<&Row::ip>}},
+    {"VPI/VCI", signedVciSample, {.text = shown<&Row::vci, vciText>, .key = byNumber<&Row::vci>}},
     {"State",
      "Waiting for InARP response",
      {.text = shown<&Row::state, LmacStateToString>},
      "Waiting for VCC connection"},
     {"Tx Packets", counterSample, {.counter = "txPackets"}},
     {"Rx Packets", counterSample, {.counter = "rxPackets"}},
-    {"Network Prefix", prefixSample, {.text = remotePrefixText}},
-    {"ESI/Selector", esiSample, {.text = remoteEsiText}},
+    {"Network Prefix", prefixSample, {.text = remotePrefixText, .key = remotePrefixKey}},
+    {"ESI/Selector", esiSample, {.text = remoteEsiText, .key = remoteEsiKey}},
 };
 
 constexpr ShownState states[] = {{"stateLamp", "state"}};

@@ -39,12 +39,14 @@ constexpr StatsColumn<LesBusRow> lesBusColumns[] = {
 };
 
 constexpr StatsColumn<LecRowView> lecColumns[] = {
-    {"MAC Address", macSample, {.text = shown<&LecRowView::mac, &macAddress::GetFMacAddress>}},
-    {"VPI/VCI", vciSample, {.text = shown<&LecRowView::vci, vciText>}},
+    {"MAC Address",
+     macSample,
+     {.text = shown<&LecRowView::mac, &macAddress::GetFMacAddress>, .key = byBytes<&LecRowView::mac>}},
+    {"VPI/VCI", vciSample, {.text = shown<&LecRowView::vci, vciText>, .key = byNumber<&LecRowView::vci>}},
     {"Tx Packets", counterSample, {.counter = "txPackets"}},
     {"Rx Packets", counterSample, {.counter = "rxPackets"}},
-    {"Network Prefix", prefixSample, {.text = remotePrefixText}},
-    {"ESI/Selector", esiSample, {.text = remoteEsiText}},
+    {"Network Prefix", prefixSample, {.text = remotePrefixText, .key = remotePrefixKey}},
+    {"ESI/Selector", esiSample, {.text = remoteEsiText, .key = remoteEsiKey}},
 };
 
 }  // namespace

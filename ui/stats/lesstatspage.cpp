@@ -20,16 +20,20 @@ constexpr StatsField<Stats> fields[] = {
 
 using Row = LesRowView;
 constexpr StatsColumn<Row> columns[] = {
-    {"LD Address", macSample, {.text = shown<&Row::mac, &macAddress::GetFMacAddress>}},
+    {"LD Address",
+     macSample,
+     {.text = shown<&Row::mac, &macAddress::GetFMacAddress>, .key = byBytes<&Row::mac>}},
     {"State", "Signalling A", {.text = shown<&Row::state, BusStateToString>}, "Signalling B"},
-    {"Ctl Dir VCI", vciSample, {.text = shown<&Row::controlVci, vciText>}},
+    {"Ctl Dir VCI", vciSample, {.text = shown<&Row::controlVci, vciText>, .key = byNumber<&Row::controlVci>}},
     {"CD Tx Pkts", counterSample, {.counter = "controlDirectTxPackets"}},
     {"CD Rx Pkts", counterSample, {.counter = "controlDirectRxPackets"}},
-    {"Mul Snd VCI", vciSample, {.text = shown<&Row::multicastVci, vciText>}},
+    {"Mul Snd VCI",
+     vciSample,
+     {.text = shown<&Row::multicastVci, vciText>, .key = byNumber<&Row::multicastVci>}},
     {"MSTx Pkts", counterSample, {.counter = "multicastSendTxPackets"}},
     {"MS Rx Pkts", counterSample, {.counter = "multicastSendRxPackets"}},
-    {"Network Prefix", prefixSample, {.text = prefixText}},
-    {"ESI/Selector", esiSample, {.text = esiText}},
+    {"Network Prefix", prefixSample, {.text = prefixText, .key = prefixKey}},
+    {"ESI/Selector", esiSample, {.text = esiText, .key = esiKey}},
 };
 
 constexpr ShownState states[] = {{"stateLamp", "state"}};

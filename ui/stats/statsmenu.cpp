@@ -3,12 +3,15 @@
 #include "toolkit/controls/edit.h"
 #include "toolkit/table/table.h"
 #include "ui/copymenu.h"
+#include "ui/finddialog.h"
 #include "ui/savetable.h"
+#include "ui/tablemenu.h"
 
 namespace {
 
 void addSaving(zApplication& application, zTable& table, zMenuRows& rows) {
     rows.push_back(saveTableRow(application, table));
+    for (zMenuRow& row : viewMenu(table)) rows.push_back(std::move(row));
 }
 void addSaving(zApplication&, zEdit&, zMenuRows&) {}
 
@@ -42,5 +45,6 @@ template <class Control> void giveMenu(zApplication& application, const zBoard& 
 
 void giveMenus(zApplication& application, const zBoard& board, StatsPage& page) {
     giveMenu<zTable>(application, board, page);
+    board.forEach<zTable>([&application](zTable& table) { offerFinding(application, table); });
     giveMenu<zEdit>(application, board, page);
 }

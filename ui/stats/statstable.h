@@ -12,9 +12,11 @@
 #include <algorithm>
 #include <array>
 #include <cassert>
+#include <cmath>
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 constexpr const char* vciSample = "  0/65535";
@@ -77,6 +79,16 @@ template <class Row> class StatsTable : public myTable {
             if (c.value.counter && !withCounters) continue;
             SetCellText({column, number}, textOf(c.value, metricIn(column), row, baseline, clear));
         }
+    }
+
+    // By which the rows are sorted.
+    zSortKey keyOfCell(int column, const Row& row, const RowCounters& baselines) const {
+        const StatsValue<Row>& value = columns_[asIndex(column) - 1].value;
+        if (!value.counter) return keyOf(value, row);
+        const auto before = columns_.first(asIndex(column) - 1);
+        const auto counter = std::ranges::count_if(before, [](const auto& c) { return c.value.counter; });
+        return zNumberKey(
+            growthOf(value, countIn(value, metricIn(column), row), baselines[asIndex(counter)]));
     }
 
     // Makes the current values of the row's counters their baselines.
@@ -174,12 +186,17 @@ template <class Row, class Set> class NamedRowsTable : public StatsTable<Row>, p
 };
 
 // A table with as many rows as the driver reports, numbered. The baselines of the counters belong to a key in
-// the row, so that they follow a connection when rows come and go. Only visible rows are turned into text.
+// the row, so that they follow a connection when rows come and go, and so does the active cell. Only visible
+// rows are turned into text.
 template <class Row, class Key, class Hash = std::hash<Key>>
 class KeyedTable : public StatsTable<Row>,
                    public KeyedBaselines<Key, typename StatsTable<Row>::RowCounters, Hash> {
   public:
-    ~KeyedTable() override { this->table().writeOnDemand({}); }
+    ~KeyedTable() override {
+        this->table().writeOnDemand({});
+        this->table().sortable({});
+        this->table().nameRows({});
+    }
 
     void empty() {
         rows_ = {};
@@ -196,6 +213,7 @@ class KeyedTable : public StatsTable<Row>,
 
     void write(const metrics::Rates& rates) override {
         rates_ = &rates;
+        sortedRate_ = nullptr;
         shown_.forget();
         this->table().rowsChanged();
     }
@@ -218,6 +236,8 @@ class KeyedTable : public StatsTable<Row>,
         : StatsTable<Row>(table, columns, rows, &values), key_(key) {
         numberRows(rows);
         table.writeOnDemand([this](int number) { write(number); });
+        table.sortable([this](zTableLoc cell) { return sortKey(cell); });
+        table.nameRows([this](int number) { return nameOf(key_(rows_[asIndex(number) - 1])); });
     }
 
     // Fetches the table and shows its rows. Those out of sight are read from the query's reply later: until
@@ -240,7 +260,7 @@ class KeyedTable : public StatsTable<Row>,
         cleared_ = clear;
         numberRows(static_cast<int>(rows.size()));
         this->setRows(static_cast<int>(rows.size()));
-        this->table().rowsChanged();
+        if (!ratesShown_) this->table().rowsChanged();  // else when the rates are known
         return true;
     }
 
@@ -253,9 +273,7 @@ class KeyedTable : public StatsTable<Row>,
     void write(int number) {
         const Row row = rows_[asIndex(number) - 1];
         if (!row || !shown_.update(asIndex(number) - 1, row.bytes())) return;
-        typename StatsTable<Row>::RowCounters baselines{};
-        if (const auto found = this->baselines_.find(key_(row)); found != this->baselines_.end())
-            baselines = found->second;
+        typename StatsTable<Row>::RowCounters baselines = baselinesOf(row);
         this->writeRow(number, row, baselines, cleared_, !ratesShown_);
         if (rates_) writeRates(number);
     }
@@ -266,6 +284,36 @@ class KeyedTable : public StatsTable<Row>,
                 this->SetCellText({column, number},
                                   rateText(rates_->rate(this->group(), *metric, asIndex(number) - 1)));
     }
+
+    typename StatsTable<Row>::RowCounters baselinesOf(const Row& row) const {
+        const auto found = this->baselines_.find(key_(row));
+        return found == this->baselines_.end() ? typename StatsTable<Row>::RowCounters{} : found->second;
+    }
+
+    // Thousandths are enough to tell rates apart.
+    zSortKey rateKey(zTableLoc cell, const metrics::Metric& metric) {
+        if (!rates_) return {};
+        if (std::exchange(sortedRate_, &metric) != &metric) rates_->rates(this->group(), metric, sortRates_);
+        const auto number = asIndex(cell.row) - 1;
+        const double* rate = number < sortRates_.size() ? std::get_if<double>(&sortRates_[number]) : nullptr;
+        return rate ? zNumberKey(std::llround(*rate * 1000)) : zSortKey();
+    }
+
+    // As write() shows it.
+    zSortKey sortKey(zTableLoc cell) {
+        if (const metrics::Metric* metric = ratesShown_ ? this->metricIn(cell.column) : nullptr)
+            return rateKey(cell, *metric);
+        const Row row = rows_[asIndex(cell.row) - 1];
+        typename StatsTable<Row>::RowCounters baselines{};
+        if (cleared_)
+            this->countFrom(row, baselines);
+        else if (!this->baselines_.empty())
+            baselines = baselinesOf(row);
+        return this->keyOfCell(cell.column, row, baselines);
+    }
+
+    static zSortKey nameOf(std::integral auto key) { return zNumberKey(key); }
+    static zSortKey nameOf(const macAddress& key) { return zBytesKey(key.bytes()); }
 
     // Makes room for the largest row number, at least two digits.
     void numberRows(int rows) {
@@ -279,7 +327,9 @@ class KeyedTable : public StatsTable<Row>,
     bool cleared_ = false;  // all counters show 0 until the next fill(), also those of rows that share a key
     bool rewrite_ = false;  // at the next fill(), be the rows the same
     bool ratesShown_ = false;
-    const metrics::Rates* rates_ = nullptr;  // of the rows; null: not yet
+    const metrics::Rates* rates_ = nullptr;        // of the rows; null: not yet
+    std::vector<metrics::Rate> sortRates_;         // of all rows, by which they are sorted
+    const metrics::Metric* sortedRate_ = nullptr;  // what they are of; null: of nothing any more
     std::size_t digits_ = 0;
     TableView<Row> rows_;
     ShownBytes shown_;  // the rows whose texts are written

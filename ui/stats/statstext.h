@@ -1,9 +1,11 @@
 // How values of replies become the texts of statistics fields and cells. A value is a row of a table: either
 // a text made from a field of the reply, or a counter, which is shown as its growth since the last Clear, or
 // as its rate. A counter is read as the named value says, or by a function where it has other names in each
-// row.
+// row. The rows of a table are sorted by the numbers of counters and by texts, unless a text comes with a
+// key.
 //
 //     {.text = shown<&LecStatsView::mtuClass, MtuTypeToString>}
+//     {.text = shown<&LecRowView::vci, vciText>, .key = byNumber<&LecRowView::vci>}
 //     {.counter = "txPackets"}
 //     {.counter = "TxPackets", .read = [](const LesBusRow& row) { return row.circuit.tx(); }}
 #pragma once
@@ -11,6 +13,7 @@
 #include "driver/views.h"
 #include "metrics/rates.h"
 #include "metrics/subject.h"
+#include "toolkit/table/sortkey.h"
 
 #include <algorithm>
 #include <array>
@@ -45,6 +48,7 @@ class StatsText {
 
 template <class View> struct StatsValue {
     StatsText (*text)(const View&) = nullptr;
+    zSortKey (*key)(const View&) = nullptr;
     const char* counter = nullptr;  // name of a named value, or its end
     std::uint32_t (*read)(const View&) = nullptr;
     bool withSign = false;  // of a counter: as a signed number
@@ -68,6 +72,25 @@ std::uint32_t countIn(const StatsValue<View>& value, const metrics::Metric* metr
     return value.read(reply);
 }
 
+template <auto field, class View> zSortKey byNumber(const View& reply) {
+    return zNumberKey(std::invoke(field, reply));
+}
+template <auto field, class View> zSortKey byBytes(const View& reply) {
+    return zBytesKey(std::invoke(field, reply).bytes());
+}
+
+// What a counter shows.
+template <class View>
+std::int64_t growthOf(const StatsValue<View>& value, std::uint32_t count, std::uint32_t baseline) {
+    const std::uint32_t growth = count - baseline;
+    return value.withSign ? std::int64_t{static_cast<std::int32_t>(growth)} : std::int64_t{growth};
+}
+
+// Of a text.
+template <class View> zSortKey keyOf(const StatsValue<View>& value, const View& reply) {
+    return value.key ? value.key(reply) : zTextKey(value.text(reply));
+}
+
 // The text of a value. With `clear` the counter's current value becomes its baseline first.
 template <class View>
 StatsText textOf(const StatsValue<View>& value, const metrics::Metric* metric, const View& reply,
@@ -75,9 +98,7 @@ StatsText textOf(const StatsValue<View>& value, const metrics::Metric* metric, c
     if (!value.counter) return value.text(reply);
     const std::uint32_t now = countIn(value, metric, reply);
     if (clear) baseline = now;
-    const std::uint32_t growth = now - baseline;
-    return value.withSign ? StatsText::of("{}", static_cast<std::int32_t>(growth))
-                          : StatsText::of("{}", growth);
+    return StatsText::of("{}", growthOf(value, now, baseline));
 }
 
 // ---- formatters ----
@@ -113,4 +134,20 @@ template <class Row> StatsText remotePrefixText(const Row& row) {
 }
 template <class Row> StatsText remoteEsiText(const Row& row) {
     return row.switched() ? esiText(row) : StatsText("   PVC Connection   ");
+}
+
+// Their keys. What has no address comes last.
+template <class Row> zSortKey prefixKey(const Row& row) {
+    const auto bytes = row.addressBytes();
+    return zBytesKey(std::span(bytes).template first<atmAddress::prefixDigits / 2>());
+}
+template <class Row> zSortKey esiKey(const Row& row) {
+    const auto bytes = row.addressBytes();
+    return zBytesKey(std::span(bytes).template last<atmAddress::esiSelectorDigits / 2>());
+}
+template <class Row> zSortKey remotePrefixKey(const Row& row) {
+    return row.switched() ? prefixKey(row) : zSortKey();
+}
+template <class Row> zSortKey remoteEsiKey(const Row& row) {
+    return row.switched() ? esiKey(row) : zSortKey();
 }
