@@ -11,6 +11,7 @@
 #include "toolkit/controls/statics.h"
 #include "toolkit/controls/tabstrip.h"
 #include "toolkit/controls/textview.h"
+#include "toolkit/plot/plot.h"
 #include "toolkit/table/table.h"
 
 #include <algorithm>
@@ -46,6 +47,7 @@ constexpr Maker makers[] = {
     {zKind::notebook, make<zNotebook>},
     {zKind::table, make<zTable>},
     {zKind::textView, make<zTextView>},
+    {zKind::plot, make<zPlot>},
     {zKind::frame, make<zFrame>},
 };
 constexpr std::size_t indexOf(zKind kind) {

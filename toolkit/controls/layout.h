@@ -29,6 +29,7 @@ enum class zKind {
     notebook,      // tabs with pages, each with its own layout
     table,
     textView,  // a long text to read
+    plot,
     frame,     // a separator line, vertical if the width is at most 1 unit
 };
 

@@ -1,0 +1,236 @@
+#include "toolkit/plot/plot.h"
+
+#include "platform/index.h"
+#include "toolkit/controls/rowwidget.h"
+#include "toolkit/plot/xpen.h"
+
+#include <Xm/DrawingA.h>
+#include <Xm/Frame.h>
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr int shadow = 2;
+constexpr int wheelParts = 10;  // of the span, for one step of the wheel
+constexpr EventMask handledEvents = KeyPressMask | ButtonPressMask | ButtonMotionMask | FocusChangeMask;
+
+XRectangle rectangle(int x, int y, int width, int height) {
+    return {static_cast<short>(x), static_cast<short>(y), static_cast<unsigned short>(std::max(0, width)),
+            static_cast<unsigned short>(std::max(0, height))};
+}
+
+}  // namespace
+
+struct zPlot::Handlers {
+    static void event(Widget, XtPointer self, XEvent* event, Boolean*) {
+        auto& plot = *static_cast<zPlot*>(self);
+        switch (event->type) {
+        case KeyPress:
+            key(plot, event->xkey);
+            break;
+        case ButtonPress:
+            button(plot, event->xbutton);
+            break;
+        case MotionNotify:
+            if (event->xmotion.state & Button1Mask) plot.point(event->xmotion.x, event->xmotion.y);
+            break;
+        case FocusIn:
+        case FocusOut:
+            // Those about the pointer come while another control has the focus.
+            if (event->xfocus.detail == NotifyPointer || event->xfocus.detail == NotifyInferior) break;
+            plot.focused_ = event->type == FocusIn;
+            plot.soon();
+            break;
+        }
+    }
+
+    static void key(const zPlot& plot, XKeyEvent& press) {
+        char text[8];
+        KeySym symbol = NoSymbol;
+        XLookupString(&press, text, sizeof text, &symbol, nullptr);
+        const char* const name = XKeysymToString(symbol);
+        const auto handler = plot.onKey;
+        if (name && handler)
+            handler({name, (press.state & ShiftMask) != 0, (press.state & ControlMask) != 0});
+    }
+
+    static void button(zPlot& plot, const XButtonEvent& press) {
+        const zPlotTime step = plot.picture_.span() / wheelParts;
+        if (press.button == Button1) {
+            XmProcessTraversal(plot.widget(), XmTRAVERSE_CURRENT);
+            plot.point(press.x, press.y);
+        } else if (press.button == Button4 || press.button == Button5) {
+            plot.change([&](zPlotPicture& p) { p.scroll(press.button == Button4 ? -step : step); });
+        }
+    }
+};
+
+zPlot::zPlot(Widget board, const zRect& place, const zControlRow& row)
+    : zControl(row), place_(place), painting_(XtDisplay(board), [this] { redraw(); }) {
+    zResources resources(place);
+    resources.set(XmNshadowType, XmSHADOW_IN).set(XmNshadowThickness, shadow);
+    resources.set(XmNmarginWidth, 0).set(XmNmarginHeight, 0);
+    const Widget frame = zMakeWidget(xmFrameWidgetClass, board, row, resources);
+    attach(XtVaCreateManagedWidget("cells", xmDrawingAreaWidgetClass, frame, XmNmarginWidth, 0,
+                                   XmNmarginHeight, 0, XmNresizePolicy, XmRESIZE_NONE, XmNtraversalOn, True,
+                                   XmNnavigationType, XmEXCLUSIVE_TAB_GROUP, XmNwidth,
+                                   place.width - 2 * shadow, XmNheight, place.height - 2 * shadow, nullptr));
+    pen_ = std::make_unique<zXPen>(widget());
+    XtAddEventHandler(widget(), handledEvents, False, Handlers::event, this);
+    listen(XmNexposeCallback, [](zControl& self, void* data) {
+        auto& plot = static_cast<zPlot&>(self);
+        const XEvent* event = static_cast<XmDrawingAreaCallbackStruct*>(data)->event;
+        if (!plot.realized_ || !event) return;
+        const XExposeEvent& e = event->xexpose;
+        plot.show(e.x, e.y, e.x + e.width, e.y + e.height);
+    });
+}
+
+zPlot::~zPlot() {
+    XtRemoveEventHandler(widget(), handledEvents, False, Handlers::event, this);
+}
+
+Widget zPlot::outermost() const {
+    return XtParent(widget());
+}
+
+void zPlot::place(const zRect& place) {
+    place_ = place;
+    zControl::place(place);
+    zSetGeometry(widget(), {shadow, shadow, place.width - 2 * shadow, place.height - 2 * shadow});
+    if (!realized_) return;
+    pen_->resize(place.width - 2 * shadow, place.height - 2 * shadow);
+    redraw();
+}
+
+void zPlot::realized() {
+    realized_ = true;
+    place(place_);
+}
+
+void zPlot::point(int x, int y) {
+    const auto& p = picture_.places();
+    if (const auto index = picture_.legendAt(y)) {
+        change([&](zPlotPicture& picture) { picture.select(*index); });
+    } else if (!picture_.shown().empty() && y < p.timeBottom) {
+        change([&](zPlotPicture& picture) { picture.setCursor(picture.columnAt(x)); });
+    }
+}
+
+void zPlot::change(const std::function<void(zPlotPicture&)>& how) {
+    how(picture_);
+    soon();
+}
+
+void zPlot::soon() {
+    if (realized_ && !painting_.isSet()) painting_.set({});
+}
+
+void zPlot::redraw() {
+    if (!realized_) return;
+    painting_.stop();
+    picture_.lay(place_.width - 2 * shadow, place_.height - 2 * shadow, *pen_);
+    painter_.all(picture_, *pen_);
+    present_.clear();
+    for (std::size_t i = 0; i < picture_.shown().size(); ++i) present_.push_back(picture_.presentText(i));
+    pendingFrom_ = noColumn;
+    show(0, 0, picture_.places().width, picture_.places().height);
+}
+
+void zPlot::tick(zPlotTime now) {
+    const zPlotPicture::Change change = picture_.tick(now);
+    if (!realized_ || picture_.shown().empty()) return;
+    pen_->takeSent();
+    if (change.all || painting_.isSet()) {
+        redraw();
+        bytesOfLastTick_ = pen_->takeSent();
+        return;
+    }
+    const auto& p = picture_.places();
+    const auto last = picture_.columnAt(p.right - 1), come = last - change.lastBefore;
+    pendingFrom_ = std::min(pendingFrom_, change.from <= last ? change.from : noColumn);
+    // A value that waits is preferred to a column that is going to change again.
+    const bool draw = pendingFrom_ <= last && (come > 0 || !waits_);
+    if (draw) {
+        if (come > 0)
+            pen_->scroll(rectangle(p.left, p.top, p.right - p.left, p.timeBottom - p.top),
+                         static_cast<int>(come));
+        painter_.columns(picture_, *pen_, std::max(pendingFrom_, picture_.columnAt(p.left)),
+                         change.lastBefore + 1);
+        pendingFrom_ = noColumn;
+    }
+    const bool cursorMoved = picture_.cursor().has_value() != cursorShown_;
+    if (cursorMoved) painter_.cursorTexts(picture_, *pen_);
+    const bool wrote = writePresent();
+    if (draw || wrote || cursorMoved)
+        show(draw ? p.left : p.presentRight, draw ? p.top : p.timeBottom,
+             cursorMoved ? p.width
+             : draw      ? p.right
+                         : p.presentRight,
+             wrote || cursorMoved ? p.height : p.timeBottom);
+    bytesOfLastTick_ = pen_->takeSent();
+}
+
+// Those that are other than what is written, as many as there is room for.
+bool zPlot::writePresent() {
+    const auto& p = picture_.places();
+    std::array<XRectangle, zPlotLook::lines> areas{};
+    std::array<zPlotPen::Text, zPlotLook::lines> texts{};
+    std::size_t count = 0;
+    std::size_t bytes = pen_->sent() + zXPen::bytesOfFill + zXPen::bytesOfWriting + zXPen::bytesOfCopy +
+                        (picture_.cursor() ? zXPen::bytesOfFill + zXPen::bytesOfArea : 0);
+    const std::size_t all = picture_.shown().size();
+    waits_ = false;
+    for (std::size_t i = 0; i < all && !waits_; ++i) {
+        const std::size_t index = (turn_ + i) % all;
+        std::string now = picture_.presentText(index);
+        std::string& before = present_[index];
+        if (now == before) continue;
+        const int width = pen_->textWidth(now), widthBefore = pen_->textWidth(before);
+        // Of a number that has as many digits only those that are others.
+        std::size_t from = 0;
+        if (now.size() == before.size() && width == widthBefore)
+            from = static_cast<std::size_t>(std::ranges::mismatch(now, before).in1 - now.begin());
+        const std::size_t more = zXPen::bytesOfArea + zXPen::bytesOfText(now.size() - from);
+        if (bytes + more > tickBytes) {
+            waits_ = true;
+            turn_ = index;
+            break;
+        }
+        bytes += more;
+        before = std::move(now);
+        const std::string_view written = std::string_view(before).substr(from);
+        const int x = p.presentRight - pen_->textWidth(written);
+        const int left = from > 0 ? x : p.presentRight - std::max(width, widthBefore);
+        areas[count] = rectangle(left, picture_.legendTop(index), p.presentRight - left, p.row);
+        texts[count++] = {x, picture_.legendTop(index) + p.ascent + 1, written};
+    }
+    if (count == 0) return false;
+    pen_->ground(std::span(areas).first(count));
+    pen_->write(std::span(texts).first(count));
+    return true;
+}
+
+void zPlot::show(int left, int top, int right, int bottom) {
+    pen_->show(rectangle(left, top, right - left, bottom - top));
+    showCursor();
+    const auto& p = picture_.places();
+    if (focused_ && (left == 0 || right == p.width || bottom == p.height)) showRing();
+}
+
+void zPlot::showCursor() {
+    cursorShown_ = picture_.cursor().has_value();
+    if (cursorShown_) pen_->markWindow(zPlotPainter::cursorLine(picture_));
+}
+
+void zPlot::showRing() {
+    const auto& p = picture_.places();
+    for (const XRectangle& side : {rectangle(0, 0, p.width, 1), rectangle(0, p.height - 1, p.width, 1),
+                                   rectangle(0, 0, 1, p.height), rectangle(p.width - 1, 0, 1, p.height)})
+        pen_->markWindow(side);
+}
+
+unsigned long zPlot::pixmap() const {
+    return pen_->pixmap();
+}

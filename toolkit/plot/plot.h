@@ -1,0 +1,74 @@
+// Plots: courses of values over time, with scales, a cursor and a legend. A tick of the owner's clock scrolls
+// the picture and draws what is new, without waiting for the server and with at most `tickBytes` of requests
+// as long as the scale stays; where the values of the legend have no room in that, they take turns.
+//
+// Colours and font are those of tables ("Tarvolin*cells.background", gridColor, selectColor, tableFont);
+// those of the series are lineColor1 to lineColor8.
+#pragma once
+
+#include "toolkit/controls/control.h"
+#include "toolkit/display/alarm.h"
+#include "toolkit/plot/plotpainter.h"
+#include "toolkit/plot/plotpicture.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+class zXPen;
+
+// A key, by its name in keysymdef.h ("Left", "plus", "s").
+struct zPlotKey {
+    std::string name;
+    bool shift = false, control = false;
+};
+
+class zPlot : public zControl {
+  public:
+    static constexpr std::size_t tickBytes = 400;
+
+    zPlot(Widget board, const zRect& place, const zControlRow& row);
+    ~zPlot() override;
+
+    Widget outermost() const override;
+    void place(const zRect& place) override;
+    void realized() override;
+
+    const zPlotPicture& picture() const { return picture_; }
+    // Changes the picture in any way; it is drawn as a whole when the event loop runs again.
+    void change(const std::function<void(zPlotPicture& picture)>& how);
+
+    void tick(zPlotTime now);
+    std::size_t bytesOfLastTick() const { return bytesOfLastTick_; }
+
+    std::function<void(const zPlotKey& key)> onKey;
+
+    void redraw();                 // as a whole, at once
+    unsigned long pixmap() const;  // what the window shows, but for the cursor's line
+
+  protected:
+    void point(int x, int y) override;  // the column gets the cursor, or the series of the legend is selected
+
+  private:
+    struct Handlers;
+
+    void soon();
+    void show(int left, int top, int right, int bottom);
+    bool writePresent();
+    void showCursor();
+    void showRing();
+
+    zRect place_;
+    zPlotPicture picture_;
+    zPlotPainter painter_;
+    std::unique_ptr<zXPen> pen_;
+    zAlarm painting_;
+    bool realized_ = false, focused_ = false;
+    zPlotColumns::Number pendingFrom_ = noColumn;  // changed, and not drawn yet
+    static constexpr zPlotColumns::Number noColumn = std::numeric_limits<zPlotColumns::Number>::max();
+    std::vector<std::string> present_;  // as written in the legend
+    std::size_t turn_ = 0;              // of the series whose value is written next
+    bool waits_ = false;                // a value had no room in the last tick
+    bool cursorShown_ = false;
+    std::size_t bytesOfLastTick_ = 0;
+};

@@ -1,0 +1,97 @@
+#include "toolkit/plot/plotcolumns.h"
+
+#include <algorithm>
+
+using std::chrono::minutes;
+
+namespace {
+
+// Pieces of time that belong to one column.
+class Sum {
+  public:
+    void add(const zPlotBand& band, zPlotTime length) {
+        least_ = std::min(least_, band.least);
+        most_ = std::max(most_, band.most);
+        const auto weight = static_cast<double>(length.count());
+        weighted_ += static_cast<double>(band.mean) * weight;
+        time_ += weight;
+    }
+    zPlotBand band() const {
+        return time_ > 0 ? zPlotBand{least_, static_cast<float>(weighted_ / time_), most_}
+                         : zPlotColumns::gap;
+    }
+
+  private:
+    float least_ = std::numeric_limits<float>::infinity(), most_ = 0;
+    double weighted_ = 0, time_ = 0;
+};
+
+}  // namespace
+
+zPlotColumns::Number zPlotColumns::columnOf(zPlotTime time, zPlotTime each) {
+    return std::max<Number>(time / each, 0);
+}
+
+void zPlotColumns::lay(int width, zPlotTime each, Number last) {
+    each_ = each;
+    last_ = last;
+    ring_.assign(static_cast<std::size_t>(std::max(1, width)) + 1, gap);
+    largest_ = 0;
+    largestAt_ = -1;
+}
+
+void zPlotColumns::scrollTo(Number last) {
+    const Number come = std::min<Number>(last - last_, static_cast<Number>(ring_.size()));
+    last_ = last;
+    for (Number column = last - come + 1; column <= last; ++column) ring_[placeOf(column)] = gap;
+    if (largestAt_ < first()) largestAt_ = -1;
+}
+
+void zPlotColumns::put(Number column, const zPlotBand& band) {
+    ring_[placeOf(column)] = band;
+    if (column < first() || largestAt_ < 0) return;
+    if (band.most >= largest_) {
+        largest_ = band.most;
+        largestAt_ = column;
+    } else if (column == largestAt_) {
+        largestAt_ = -1;
+    }
+}
+
+float zPlotColumns::largest() const {
+    if (largestAt_ >= 0) return largest_;
+    largest_ = 0;
+    for (Number column = std::max<Number>(first(), 0); column <= last_; ++column) {
+        const zPlotBand& band = at(column);
+        if (isGap(band) || band.most < largest_) continue;
+        largest_ = band.most;
+        largestAt_ = column;
+    }
+    return largest_;
+}
+
+zPlotColumns::Number zPlotColumns::collect(const zPlotSeries& series, Number from, const Same& same) {
+    from = std::max({from, first() - 1, Number{0}});
+    Number changed = last_ + 1, open = from;
+    Sum sum;
+    const auto close = [&] {
+        const zPlotBand now = sum.band();
+        if (changed > open && !same(at(open), now)) changed = open;
+        put(open++, now);
+        sum = {};
+    };
+    // Where a column has more than a minute, what is going to be a whole minute belongs together now.
+    const bool byMinutes = each_ >= minutes(1);
+    series.visit(from * each_, (last_ + 1) * each_,
+                 [&](zPlotTime begin, zPlotTime length, const zPlotBand& band) {
+                     const zPlotTime whole = byMinutes ? begin / minutes(1) * minutes(1) : begin;
+                     const Number at = columnOf(whole, each_);
+                     const Number end = std::max(byMinutes ? 0 : columnOf(begin + length, each_), at + 1);
+                     for (Number column = std::max(at, from); column < std::min(end, last_ + 1); ++column) {
+                         while (open < column) close();
+                         sum.add(band, length);
+                     }
+                 });
+    while (open <= last_) close();
+    return changed;
+}

@@ -1,0 +1,23 @@
+// The colours and dashes of a plot. With eight series each pair of dash and brightness occurs once, so that
+// lines are told apart without colours, too; the colours are of those that the colour-blind tell apart.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+struct zPlotLook {
+    static constexpr int lines = 8;
+
+    // 0xrrggbb
+    unsigned ground, text, grid, select;
+    std::array<unsigned, lines> line, band;  // the band is paler
+
+    void setLine(int number, unsigned colour);
+};
+
+// `ground` and `text` are the user's: series are lighter on a dark ground.
+zPlotLook zPlotLookOn(unsigned ground, unsigned text, unsigned grid, unsigned select);
+zPlotLook zPlotLookOnPaper();
+
+// Whether the line of this number is drawn in a column, or lets the ground through.
+bool zDashed(int line, std::int64_t column);
