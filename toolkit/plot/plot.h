@@ -13,13 +13,14 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class zXPen;
 
 // A key, by its name in keysymdef.h ("Left", "plus", "s").
 struct zPlotKey {
-    std::string name;
+    std::string_view name;
     bool shift = false, control = false;
 };
 

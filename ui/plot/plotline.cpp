@@ -1,0 +1,31 @@
+#include "ui/plot/plotline.h"
+
+#include <utility>
+
+using std::chrono::milliseconds;
+
+PlotLine plotLineOf(std::shared_ptr<const metrics::Watched> watched) {
+    return {.name = nameOf(watched->subject()),
+            .unit = unitOf(watched->subject()),
+            .series = {watched, &watched->series()},
+            .last = [watched] { return watched->last(); }};
+}
+
+zPlotTime plotTimeOf(metrics::Moment moment) {
+    return std::chrono::floor<milliseconds>(moment.time_since_epoch());
+}
+
+zPlotSeries plotSeriesOf(const PlotLine& line) {
+    const auto visit = [series = line.series](zPlotTime from, zPlotTime to, const zPlotSeries::See& see) {
+        series->visit(metrics::Moment(from), metrics::Moment(to),
+                      [&see](metrics::Moment begin, milliseconds length, const metrics::Band& band) {
+                          see(plotTimeOf(begin), length, {band.least, band.mean, band.most});
+                      });
+    };
+    const auto present = [last = line.last]() -> std::optional<double> {
+        const metrics::Rate now = last();
+        if (const double* value = std::get_if<double>(&now)) return *value;
+        return {};
+    };
+    return {line.name, line.unit, visit, present};
+}

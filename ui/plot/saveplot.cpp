@@ -1,0 +1,54 @@
+#include "ui/plot/saveplot.h"
+
+#include "platform/stream.h"
+#include "toolkit/plot/plotfile.h"
+#include "toolkit/window/filedialog.h"
+#include "toolkit/window/messagebox.h"
+
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+#include <fmt/chrono.h>
+#include <fmt/format.h>
+#include <unistd.h>
+
+namespace {
+
+std::string hostName() {
+    std::string name(256, '\0');
+    if (::gethostname(name.data(), name.size() - 1) != 0) return "unknown host";
+    return name.c_str();
+}
+
+}  // namespace
+
+std::vector<std::string> plotHeading(const zPlotPicture& picture, const std::string& adapter) {
+    const auto steady = std::chrono::steady_clock::now().time_since_epoch();
+    const auto wall = [&](zPlotTime time) {
+        const auto ago = std::chrono::floor<std::chrono::seconds>(steady - time);
+        const std::time_t seconds = std::time(nullptr) - ago.count();
+        std::tm local{};
+        localtime_r(&seconds, &local);
+        return local;
+    };
+    std::string units;
+    for (const auto& scale : picture.scales())
+        units += (units.empty() ? "" : ", ") + (scale.unit.empty() ? "values" : scale.unit);
+    return {fmt::format("{} of {} on {}", units.empty() ? "values" : units, adapter, hostName()),
+            fmt::format("{:%Y-%m-%d %H:%M:%S} to {:%Y-%m-%d %H:%M:%S %z}", wall(picture.from()),
+                        wall(picture.until()))};
+}
+
+void savePlot(zWindow& window, const zPlot& plot, const std::string& adapter) {
+    // As it stands now: it goes on while the name is asked for.
+    const zPlotPicture picture = plot.picture();
+    const std::vector<std::string> heading = plotHeading(picture, adapter);
+    const auto file =
+        zAskForNewFile(window.application(), plot.outermost(), "Save Plot (.png, .svg, or .pdf)", "plot.png");
+    if (!file) return;
+    const platform::HostPath place{*file};
+    const std::string content = zPlotFile(picture, zPlotFormOf(*file), heading);
+    if (platform::replaceWhole(place, content, 0644, platform::OnDisk::later) == 0) return;
+    zMessageBox(window.application(), window.shell(), zMessageStyle::warning,
+                "The plot was not saved:\n" + *file + ": " + std::strerror(errno), "Plot Not Saved");
+}
