@@ -41,11 +41,6 @@ std::string respOf(const ChangeRecord& record, std::string_view key, bool ofList
     return resp;
 }
 
-std::string userName() {
-    const platform::Account user = platform::realUser();
-    return user.name.empty() ? std::to_string(user.id) : user.name;
-}
-
 }  // namespace
 
 std::vector<AuditLine> auditLines(const ChangeRecord& record, std::string_view change,
@@ -80,22 +75,22 @@ std::vector<AuditLine> auditLines(const ChangeRecord& record, std::string_view c
 
 void audit(const ChangeRecord& record, std::string_view change) {
     if (record.keys.empty() && record.lists.empty() && record.requests.empty()) return;
-    for (const AuditLine& line : auditLines(record, change, userName()))
+    for (const AuditLine& line : auditLines(record, change, platform::userName()))
         platform::sendSyslog(line.level, line.text);
 }
 
 void auditTrouble(std::string_view change, std::string_view what, std::string_view reason) {
     platform::sendSyslog(LogLevel::warning,
                          fmt::format("change={} {}={} user={} result=failed", fieldValue(change), what,
-                                     fieldValue(reason), fieldValue(userName())));
+                                     fieldValue(reason), fieldValue(platform::userName())));
 }
 
 void auditFirstFile(std::string_view file) {
     platform::sendSyslog(LogLevel::notice, fmt::format("change=none created={} user={} result=ok",
-                                                       fieldValue(file), fieldValue(userName())));
+                                                       fieldValue(file), fieldValue(platform::userName())));
 }
 
 void auditRecovery(std::string_view note) {
     platform::sendSyslog(LogLevel::notice, fmt::format("change=none recovery={} user={}", fieldValue(note),
-                                                       fieldValue(userName())));
+                                                       fieldValue(platform::userName())));
 }

@@ -41,6 +41,9 @@ State stateOf(std::int64_t code, const char* words) {
     return {code, std::string_view(words) == "XXXX" ? nullptr : words};
 }
 template <auto words> constexpr auto asState = [](auto code) { return stateOf(code, words(code)); };
+template <class Code> const char* wordsOfCode(const char* (*words)(Code), std::int64_t code) {
+    return stateOf(code, words(static_cast<Code>(code))).words;
+}
 
 Value mtu(std::int16_t code) {
     const int size = MtuSize(code);
@@ -77,7 +80,12 @@ template <auto field> constexpr Metric vci(const char* name, const char* help) {
     return {name, "", Kind::number, help, read<field, asVci>};
 }
 template <auto field, auto words> constexpr Metric state(const char* name, const char* help) {
-    return {name, "", Kind::state, help, read<field, asState<words>>};
+    return {.name = name,
+            .unit = "",
+            .kind = Kind::state,
+            .help = help,
+            .read = read<field, asState<words>>,
+            .words = [](std::int64_t code) { return wordsOfCode(words, code); }};
 }
 template <auto field, auto convert> constexpr Metric text(const char* name, const char* help) {
     return {name, "", Kind::text, help, read<field, convert>};
@@ -195,8 +203,17 @@ Value lecRunning(const Reading&, Bytes bytes) {
     const LecStateView view(bytes);
     return view.state() == lecJoined || (view.state() == lecOnPvcs && view.flag() != 0);
 }
+const char* lecWords(std::int64_t code) {
+    if (code == lecOnPvcs) return "Starting, or on PVCs";
+    return stateOf(code, LecStateToString(static_cast<std::uint32_t>(code), false)).words;
+}
 constexpr Metric lecStates[] = {
-    {"state", "", Kind::state, "State of the LAN Emulation Client.", lecState},
+    {.name = "state",
+     .unit = "",
+     .kind = Kind::state,
+     .help = "State of the LAN Emulation Client.",
+     .read = lecState,
+     .words = lecWords},
     {"running", "", Kind::flag, "The client is up: it has joined its ELAN, or works on PVCs.", lecRunning},
 };
 
@@ -317,8 +334,17 @@ Value lesRunning(const Reading&, Bytes bytes) {
     const LesStateView view(bytes);
     return view.state() == lesServing && view.flag() != 0;
 }
+const char* lesWords(std::int64_t code) {
+    if (code == lesServing) return "Starting or Serving";
+    return stateOf(code, LesStateToString(static_cast<std::uint32_t>(code), false)).words;
+}
 constexpr Metric lesStates[] = {
-    {"state", "", Kind::state, "State of the LAN Emulation Server.", lesState},
+    {.name = "state",
+     .unit = "",
+     .kind = Kind::state,
+     .help = "State of the LAN Emulation Server.",
+     .read = lesState,
+     .words = lesWords},
     {"running", "", Kind::flag, "The server is up.", lesRunning},
 };
 

@@ -53,6 +53,9 @@ struct Metric {
     unsigned wrapBits = kind == Kind::counter ? 32 : 0;  // of a counter: its width
     // Reads the VCI whose counter it is, where that may become another one; null: it does not.
     Read circuit = nullptr;
+    // Of a state: the words for a code, null for one without. A code that means two things, which a flag
+    // beside it tells apart, has words for both.
+    const char* (*words)(std::int64_t code) = nullptr;
 };
 
 // Neighbouring bytes of a table's row.

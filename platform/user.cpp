@@ -58,6 +58,11 @@ Account realUser() {
     return {::getuid(), nameOf(::getuid())};
 }
 
+std::string userName() {
+    const Account user = realUser();
+    return user.name.empty() ? std::to_string(user.id) : user.name;
+}
+
 Invoker invoker() {
     Invoker result;
     result.user = realUser();
