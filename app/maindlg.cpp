@@ -13,6 +13,7 @@
 #include "ui/copymenu.h"
 #include "ui/global/globldlg.h"
 #include "ui/manual.h"
+#include "ui/watch/watchmenu.h"
 
 #include <algorithm>
 #include <fcntl.h>
@@ -42,6 +43,7 @@ DMainDlg::~DMainDlg() {
     // After Close has asked, nobody waits for the lock again.
     saveUnsavedLists(configuration_, std::chrono::seconds(askedAboutLists_ ? 0 : 5));
     statistics_.clear();  // some may ask over the channel
+    mark_.reset();
     ioctlDesc.close();
 }
 
@@ -55,6 +57,7 @@ void DMainDlg::connect() {
     control<zBitmapButton>(statsBTN).onClick = [this] { clickedStatsBTN(); };
     control<zBitmapButton>(globalBTN).onClick = [this] { clickedGlobalBTN(); };
     onKey("F5", [this] { setup(); });
+    mark_.emplace(*this, std::nullopt);
     offerManual(*this);
     onClose = [this] { clickedCloseBTN(); };
 }
@@ -106,6 +109,7 @@ void DMainDlg::selChangeInterfaceLB() {
 zMenuRows DMainDlg::listMenu() {
     zMenuRows rows = copyMenu(control<zListBox>(interfaceLB));
     rows.push_back({.label = "Rescan", .action = [this] { setup(); }, .keys = "F5"});
+    rows.push_back(watchedConditionsRow(application()));
     return rows;
 }
 
@@ -143,9 +147,11 @@ void DMainDlg::clickedGlobalBTN() {
 
 void DMainDlg::clickedStatsBTN() {
     setupOnce();
-    DStatsDlg* dialog = statistics_.emplace_back(std::make_unique<DStatsDlg>(*this)).get();
+    auto created = std::make_unique<DStatsDlg>(*this);
+    DStatsDlg* dialog = created.get();
+    statistics_.push_back({std::move(created), ConditionMark(*dialog, currentAdapter)});
     dialog->onClosed = [this, dialog] {
-        std::erase_if(statistics_, [dialog](const auto& open) { return open.get() == dialog; });
+        std::erase_if(statistics_, [dialog](const auto& open) { return open.dialog.get() == dialog; });
     };
 }
 

@@ -8,8 +8,10 @@
 #include "toolkit/controls/contextmenu.h"
 #include "toolkit/window/window.h"
 #include "ui/stats/statsdlg.h"
+#include "ui/watch/conditionmark.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 extern const zLayout mainLayout;
@@ -52,11 +54,17 @@ class DMainDlg : public zFormDialog {
     void clickedCloseBTN();
     void warn(const std::string& text, const char* title);
 
+    struct Statistics {
+        std::unique_ptr<DStatsDlg> dialog;
+        ConditionMark mark;
+    };
+
     Configuration configuration_{"tarvolin"};
     aalInfo adapterQuery_;
-    bool asked_ = false;                                  // setup() has been called
-    bool askedAboutLists_ = false;                        // that wait, at the end
-    int chosen_ = 0;                                      // the adapter that was selected last
-    std::vector<FoundAdapter> adapters_;                  // by list position
-    std::vector<std::unique_ptr<DStatsDlg>> statistics_;  // those that are open
+    bool asked_ = false;                  // setup() has been called
+    bool askedAboutLists_ = false;        // that wait, at the end
+    int chosen_ = 0;                      // the adapter that was selected last
+    std::vector<FoundAdapter> adapters_;  // by list position
+    std::optional<ConditionMark> mark_;   // what is watched goes on as long as this window
+    std::vector<Statistics> statistics_;  // those that are open
 };

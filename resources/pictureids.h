@@ -5,6 +5,7 @@ enum PictureId {
     programIcon = 502,  // of every window, on the desktop
     globalIcon = 505,   // of the global settings
     statsIcon = 504,    // of the statistics windows
+    alertIcon = 503,    // of windows that call for attention
     closeBitmap = 506,
     setupBitmap = 507,
     statsBitmap = 508,

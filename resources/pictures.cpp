@@ -1,6 +1,7 @@
 #include "resources/pictures.h"
 
 #include "resources/add.xpm"
+#include "resources/alert.xpm"
 #include "resources/cancel.xpm"
 #include "resources/close.xpm"
 #include "resources/delete.xpm"
@@ -16,21 +17,15 @@
 #include "resources/warning.xpm"
 
 std::span<const zPictureRow> programPictures() {
-    static constexpr zPictureRow rows[] = {{zWarningPicture, warningPicture},
-                                           {zInformationPicture, informationPicture},
-                                           {zQuestionPicture, questionPicture},
-                                           {programIcon, tarvolinPicture},
-                                           {globalIcon, globalPicture},
-                                           {statsIcon, statsPicture},
-                                           {closeBitmap, closePicture},
-                                           {setupBitmap, setupPicture},
-                                           {statsBitmap, statsPicture},
-                                           {globalBitmap, globalPicture},
-                                           {addBitmap, addPicture},
-                                           {modifyBitmap, modifyPicture},
-                                           {deleteBitmap, deletePicture},
-                                           {insertBitmap, insertPicture},
-                                           {okBitmap, okPicture},
-                                           {cancelBitmap, cancelPicture}};
+    static constexpr zPictureRow rows[] = {
+        {zWarningPicture, warningPicture},   {zInformationPicture, informationPicture},
+        {zQuestionPicture, questionPicture}, {programIcon, tarvolinPicture},
+        {globalIcon, globalPicture},         {statsIcon, statsPicture},
+        {alertIcon, alertPicture},           {closeBitmap, closePicture},
+        {setupBitmap, setupPicture},         {statsBitmap, statsPicture},
+        {globalBitmap, globalPicture},       {addBitmap, addPicture},
+        {modifyBitmap, modifyPicture},       {deleteBitmap, deletePicture},
+        {insertBitmap, insertPicture},       {okBitmap, okPicture},
+        {cancelBitmap, cancelPicture}};
     return rows;
 }

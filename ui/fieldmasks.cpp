@@ -79,3 +79,6 @@ const zFieldMask elanNameField{.picture = elanNameMask,
 const zFieldMask fourDigitsField{.picture = fourDigitsMask,
                                  .takes = "a number has only the digits 0 to 9.",
                                  .full = "This number has at most 4 digits."};
+const zFieldMask nineDigitsField{.picture = nineDigitsMask,
+                                 .takes = "a number has only the digits 0 to 9.",
+                                 .full = "This number has at most 9 digits."};

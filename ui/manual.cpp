@@ -16,11 +16,17 @@ namespace {
 constexpr struct {
     std::string_view layout, heading;
 } parts[] = {
-    {"main", "MAIN WINDOW"},           {"setup", "SETUP"},
-    {"lecPvc", "PVC SETTINGS"},        {"ipPvc", "PVC SETTINGS"},
-    {"elanClient", "ADD ELAN CLIENT"}, {"moveClients", "INSERT ELAN CLIENTS"},
-    {"statistics", "STATISTICS"},      {"global", "GLOBAL SETTINGS"},
+    {"main", "MAIN WINDOW"},
+    {"setup", "SETUP"},
+    {"lecPvc", "PVC SETTINGS"},
+    {"ipPvc", "PVC SETTINGS"},
+    {"elanClient", "ADD ELAN CLIENT"},
+    {"moveClients", "INSERT ELAN CLIENTS"},
+    {"statistics", "STATISTICS"},
+    {"global", "GLOBAL SETTINGS"},
     {"fonts", "TABLE FONT"},
+    {"watchFor", "WATCHED CONDITIONS"},
+    {"watchedConditions", "WATCHED CONDITIONS"},
 };
 
 enum ManualControl { manualTV = 810, manualCloseBTN = 811 };

@@ -113,7 +113,7 @@ TEST_F(ContextMenus, ATableIsSaved) {
 
 TEST_F(ContextMenus, TheAdapterListIsCopiedAndRescanned) {
     start("1,2");
-    EXPECT_EQ(menuOf(list().widget()), (Names{"Copy Row", "Rescan"}));
+    EXPECT_EQ(menuOf(list().widget()), (Names{"Copy Row", "Rescan", "Watched Conditions..."}));
     EXPECT_EQ(copied(1), list().line(0));
     const std::size_t before = lines().size();
     startDriver("1,2,3");

@@ -49,6 +49,13 @@ void zWindow::setCursor(int shape) {
 }
 
 void zWindow::setIcon(int picture) {
+    icon_ = picture;
+    showIcon();
+}
+
+void zWindow::showIcon() {
+    if (!XtIsRealized(shell_)) return;
+    const int picture = alert_.empty() ? icon_ : alertIcon_;
     const zIconBitmaps icon = zIconBitmapsOf(shell_, picture);
     if (!icon.dark) return;
     XtVaSetValues(shell_, XmNiconPixmap, icon.dark, XmNiconMask, icon.mask, nullptr);
@@ -60,7 +67,17 @@ void zWindow::setIcon(int picture) {
 }
 
 void zWindow::setTitle(const std::string& title) {
-    zSetTitle(shell_, title);
+    title_ = title;
+    zSetTitle(shell_, alert_.empty() ? title_ : alert_ + " - " + title_);
+}
+
+void zWindow::setAlert(const std::string& text, int icon) {
+    if (text == alert_) return;
+    alert_ = text;
+    alertIcon_ = icon;
+    setTitle(title_);
+    showIcon();
+    XtVaSetValues(shell_, XtNurgency, static_cast<int>(!alert_.empty()), nullptr);
 }
 
 // The keyboard's events come to the control with the focus alone: each one listens.

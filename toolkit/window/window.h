@@ -31,6 +31,10 @@ class zWindow {
 
     void setTitle(const std::string& title);  // see title.h
 
+    // Calls for the user's attention until it is called with an empty text: the text stands in front of the
+    // title, the icon is another one, and window managers are told that it is urgent.
+    void setAlert(const std::string& text, int icon);
+
   protected:
     explicit zWindow(zApplication& application) : application_(application) {}
 
@@ -40,8 +44,12 @@ class zWindow {
     Widget shell_ = nullptr;
 
   private:
+    void showIcon();
+
     zApplication& application_;
     int cursor_ = zArrowCursor;
+    std::string title_, alert_;
+    int icon_ = 0, alertIcon_ = 0;
 };
 
 enum class zModality { modal, modeless };
