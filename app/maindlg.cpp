@@ -44,6 +44,7 @@ DMainDlg::~DMainDlg() {
     saveUnsavedLists(configuration_, std::chrono::seconds(askedAboutLists_ ? 0 : 5));
     statistics_.clear();  // some may ask over the channel
     mark_.reset();
+    plots_.reset();
     ioctlDesc.close();
 }
 
@@ -57,6 +58,7 @@ void DMainDlg::connect() {
     control<zBitmapButton>(statsBTN).onClick = [this] { clickedStatsBTN(); };
     control<zBitmapButton>(globalBTN).onClick = [this] { clickedGlobalBTN(); };
     onKey("F5", [this] { setup(); });
+    plots_ = PlotWindows::of(application());
     mark_.emplace(*this, std::nullopt);
     offerManual(*this);
     onClose = [this] { clickedCloseBTN(); };

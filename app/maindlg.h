@@ -7,6 +7,7 @@
 #include "driver/discovery.h"
 #include "toolkit/controls/contextmenu.h"
 #include "toolkit/window/window.h"
+#include "ui/plot/plotwindows.h"
 #include "ui/stats/statsdlg.h"
 #include "ui/watch/conditionmark.h"
 
@@ -65,6 +66,7 @@ class DMainDlg : public zFormDialog {
     bool askedAboutLists_ = false;        // that wait, at the end
     int chosen_ = 0;                      // the adapter that was selected last
     std::vector<FoundAdapter> adapters_;  // by list position
+    std::shared_ptr<PlotWindows> plots_;  // which stay when the statistics are closed
     std::optional<ConditionMark> mark_;   // what is watched goes on as long as this window
     std::vector<Statistics> statistics_;  // those that are open
 };

@@ -1,6 +1,7 @@
 // Values that are watched beside the pages.
 #include "tests/e2e/statisticstest.h"
 #include "ui/adapterwatch.h"
+#include "ui/plot/plotwindows.h"
 
 namespace {
 
@@ -41,4 +42,44 @@ TEST_F(WatchedValues, AreAskedOnceWithThePage) {
     EXPECT_NEAR(requests("adapter.aal"), ofPage, 1);
     ctl("set adapter 1 rxPackets 1100");
     EXPECT_TRUE(user->until([&] { return std::get<double>(packets->last()) > 0; }, 2));
+}
+
+// By keys alone, from fields and cells; plots stay when the statistics are closed.
+TEST_F(WatchedValues, ArePlotted) {
+    startOn("lecStats",
+            "set lec 1.1 state 7; rows lec 1.1 2; set lec 1.1 row 1 vci 40; set lec 1.1 row 2 vci 41");
+    const auto plots = PlotWindows::of(application);
+    zTable& connections = table("lecTable");
+    expectCell("lecTable", 2, 2, "  0/  41");
+    XmProcessTraversal(connections.widget(), XmTRAVERSE_CURRENT);
+    connections.setActiveCell({2, 2});
+    user->key("p", "Control_L");
+    EXPECT_FALSE(user->shellLike("Plot of ")) << "a VCI has no course";
+    connections.setActiveCell({4, 2});
+    user->key("p", "Control_L");
+    const Widget plot = user->shellLike("Plot of adapter 1");
+    ASSERT_TRUE(plot);
+    raise(dialog);
+    XmProcessTraversal(connections.widget(), XmTRAVERSE_CURRENT);
+    connections.setActiveCell({3, 1});
+    user->key("d", "Control_L");
+    turnTo("aal5Stats");
+    XmProcessTraversal(onPage("rxCells"), XmTRAVERSE_CURRENT);
+    user->key("d", "Control_L");
+
+    const auto watch = AdapterWatch::present(0);
+    ASSERT_TRUE(watch);
+    const auto packets = watch->sampler().watch(
+        metrics::subjectOf({metrics::Service::lec, 0, 0}, "connections", "rxPackets", "41"));
+    press("close");
+    ctl("set lec 1.1 row 2 rxPackets 100");
+    EXPECT_TRUE(user->until([&] {
+        const double* rate = std::get_if<double>(&packets->last());
+        return rate && *rate > 0;
+    }));
+    EXPECT_TRUE(plots->canAdd(0));
+    raise(plot);
+    user->key("Escape");
+    EXPECT_FALSE(user->shellLike("Plot of "));
+    EXPECT_FALSE(plots->canAdd(0));
 }

@@ -64,6 +64,13 @@ void zBoard::store() {
     for (const auto& control : controls_) control->store();
 }
 
+const zControl* zBoard::focused() const {
+    const Widget focus = XmGetFocusWidget(widget_);
+    const auto found =
+        std::ranges::find_if(controls_, [focus](const auto& control) { return control->widget() == focus; });
+    return found != controls_.end() ? found->get() : nullptr;
+}
+
 void zBoard::setTooltipDetail(const zControl& control, const std::string& detail) {
     tooltips_->setDetail(control.outermost(), detail);
 }

@@ -66,6 +66,9 @@ class zBoard {
     // The group that a radio button belongs to.
     zRadioGroup& group(int id) const { return control<zRadioButton>(id).group(); }
 
+    // The one that has the keyboard focus; null: none of this board.
+    const zControl* focused() const;
+
     // Binds controls to members of `object`; again with another object as often as needed (see control.h).
     template <class Object>
     void bind(Object& object, std::span<const zBindingRow<std::type_identity_t<Object>>> rows) {

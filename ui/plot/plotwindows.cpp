@@ -4,6 +4,17 @@
 
 #include <fmt/format.h>
 
+bool canPlot(const std::optional<metrics::Subject>& subject) {
+    return subject && (subject->isRate() || subject->metric->kind == metrics::Kind::number);
+}
+
+std::shared_ptr<PlotWindows> PlotWindows::of(zApplication& application) {
+    static std::weak_ptr<PlotWindows> only;
+    auto windows = only.lock();
+    if (!windows) only = windows = std::make_shared<PlotWindows>(application);
+    return windows;
+}
+
 void PlotWindows::plot(const metrics::Subject& subject) {
     const int adapter = subject.place.adapter;
     DPlotDlg& window = open(adapter);

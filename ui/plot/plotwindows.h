@@ -6,10 +6,18 @@
 #include "ui/plot/plotdlg.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
+
+// Counters and other numbers can.
+bool canPlot(const std::optional<metrics::Subject>& subject);
 
 class PlotWindows {
   public:
+    // Made if there is none; it lives while anybody holds it, and no longer than the application. Only for
+    // the user interface's thread.
+    static std::shared_ptr<PlotWindows> of(zApplication& application);
+
     explicit PlotWindows(zApplication& application) : application_(application) {}
 
     // Watches a value and shows it in a window of its own.

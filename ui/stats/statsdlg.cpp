@@ -102,6 +102,8 @@ DStatsDlg::DStatsDlg(zWindow& parent)
     onKey(smoothKey, [this] {
         if (current_->showsRates()) current_->smoothRates(!current_->smoothsRates());
     });
+    for (const char* keys : {plotKey, addKey, watchKey})
+        onKey(keys, [this, keys] { watchFocused(application(), *current_, keys); });
     offerManual(*this);
     parent.setCursor(zArrowCursor);
     setTitle(("Statistics " + dlgTitle).substr(0, longestTitle));

@@ -1,11 +1,16 @@
 #include "ui/stats/statsmenu.h"
 
 #include "toolkit/controls/edit.h"
+#include "toolkit/controls/lamp.h"
 #include "toolkit/table/table.h"
 #include "ui/copymenu.h"
 #include "ui/finddialog.h"
+#include "ui/plot/plotwindows.h"
 #include "ui/savetable.h"
 #include "ui/tablemenu.h"
+#include "ui/watch/watchmenu.h"
+
+#include <string_view>
 
 namespace {
 
@@ -27,6 +32,21 @@ void addRates(StatsPage& page, zMenuRows& rows) {
                     .keys = smoothKey});
 }
 
+// What can be done with the value itself.
+void addWatching(zApplication& application, const std::optional<metrics::Subject>& subject, zMenuRows& rows) {
+    const bool plots = canPlot(subject);
+    rows.push_back({.label = "Plot",
+                    .action = [&application, subject] { PlotWindows::of(application)->plot(*subject); },
+                    .enabled = plots,
+                    .keys = plotKey});
+    rows.push_back({.label = "Add to Plot",
+                    .action = [&application, subject] { PlotWindows::of(application)->add(*subject); },
+                    .enabled = plots && PlotWindows::of(application)->canAdd(subject->place.adapter),
+                    .keys = addKey});
+    rows.push_back(watchForRow(application, subject, watchKey));
+    rows.push_back(watchedConditionsRow(application));
+}
+
 template <class Control> void giveMenu(zApplication& application, const zBoard& board, StatsPage& page) {
     board.forEach<Control>([&application, &page](Control& control) {
         control.setMenu([&control, &application, &page] {
@@ -36,6 +56,7 @@ template <class Control> void giveMenu(zApplication& application, const zBoard& 
                             .action = [&page] { page.undoClear(); },
                             .enabled = page.canUndoClear()});
             addRates(page, rows);
+            addWatching(application, page.subjectIn(control), rows);
             return rows;
         });
     });
@@ -47,4 +68,20 @@ void giveMenus(zApplication& application, const zBoard& board, StatsPage& page) 
     giveMenu<zTable>(application, board, page);
     board.forEach<zTable>([&application](zTable& table) { offerFinding(application, table); });
     giveMenu<zEdit>(application, board, page);
+    board.forEach<zLamp>([&](zLamp& lamp) {
+        lamp.setMenu([&application, &page, &lamp] {
+            zMenuRows rows;
+            addWatching(application, page.subjectIn(lamp), rows);
+            return rows;
+        });
+    });
+}
+
+void watchFocused(zApplication& application, const StatsPage& page, const char* keys) {
+    const zControl* control = page.focused();
+    if (!control) return;
+    zMenuRows rows;
+    addWatching(application, page.subjectIn(*control), rows);
+    for (const zMenuRow& row : rows)
+        if (std::string_view(row.keys) == keys && row.enabled) return row.action();
 }

@@ -80,6 +80,7 @@ class StatsPage : public TimerPage {
     // What this control shows, of a table its active cell, as a value that can be watched. A state or an
     // alarm is the value of a lamp or a field; nothing: texts, addresses and greyed lamps have no course.
     std::optional<metrics::Subject> subjectIn(const zControl& control) const;
+    const zControl* focused() const { return board_.focused(); }
 
     // Called after each refresh.
     std::function<void()> onRefreshed;
