@@ -335,6 +335,14 @@ TEST_F(SortedTableTest, FindWritesNoMoreRowsThanItNeeds) {
     written.clear();
     EXPECT_TRUE(table.find("here"));
     EXPECT_LE(written.size(), 201U);
+
+    table.rowsChanged();
+    written.clear();
+    table.readUnwritten([this](zTableLoc l) { return textOf(items[asIndex(l.row) - 1], l.column); });
+    EXPECT_TRUE(table.find("n299"));
+    EXPECT_LT(written.size(), 20U) << "those that are seen";
+    EXPECT_FALSE(table.find("nowhere"));
+    EXPECT_LT(written.size(), 20U);
 }
 
 // ---- random actions beside a simple model ----
@@ -464,6 +472,10 @@ class RandomTableTest : public SortedTableTest {
         return "move";
     }
     std::string find() {
+        if (random.below(2))
+            table.readUnwritten([this](zTableLoc l) { return textOf(items[asIndex(l.row) - 1], l.column); });
+        else
+            table.readUnwritten({});
         const char* const texts[] = {"A", "b", "n1", "-", "1"};
         const std::string text = texts[random.below(5)];
         const std::vector<Item> all = shown();

@@ -38,6 +38,7 @@ class zRowOrder {
 
     int count_ = 0;
     std::vector<int> rows_, places_;  // by place, by row; [0] is 0; both empty: by number
-    std::vector<Entry> entries_;      // kept for their memory
+    std::vector<zSortKey> keys_;      // these three are kept for their memory
+    std::vector<Entry> entries_;
     std::vector<int> unknown_;
 };

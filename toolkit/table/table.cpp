@@ -297,8 +297,12 @@ bool zTable::setText(zTableLoc location, std::string_view text) {
     return true;
 }
 
+bool zTable::unwritten(int row) const {
+    return write_ && row > 0 && asIndex(row) < stale_.size() && stale_[asIndex(row)];
+}
+
 void zTable::writeRow(int row) {
-    if (!write_ || row < 1 || asIndex(row) >= stale_.size() || !stale_[asIndex(row)]) return;
+    if (!unwritten(row)) return;
     stale_[asIndex(row)] = false;
     write_(row);
 }

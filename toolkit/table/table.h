@@ -47,6 +47,8 @@ class zTable : public zControl {
     // may have changed, `write` is called once for each row when it is visible, becomes visible, or is read
     // by text(), find() or Ctrl+C. It writes the row with setText() and does nothing else to the table.
     void writeOnDemand(std::function<void(int row)> write) { write_ = std::move(write); }
+    // Gives find() what `write` would write, so that a search through many rows leaves them unwritten.
+    void readUnwritten(std::function<std::string(zTableLoc)> read) { read_ = std::move(read); }
     // Lets the user sort by any column; to be said when the labels are set. The keys are asked for in
     // rowsChanged(), and when the user sorts.
     void sortable(std::function<zSortKey(zTableLoc)> keyOf);
@@ -121,6 +123,7 @@ class zTable : public zControl {
     zTableLoc locationAt(zTableLoc place) const { return {place.column, order_.rowAt(place.row)}; }
 
     std::string textOf(zTableLoc location) const;
+    bool unwritten(int row) const;
     void writeRow(int row);
     void writePlaces(int first, int last);
     void widen(int column, int width);
@@ -146,6 +149,7 @@ class zTable : public zControl {
     void moveTo(zTableLoc location);
     void moveBy(int columns, int rows);
     zTableLoc beginning() const;
+    bool contains(zTableLoc location, std::string_view wanted) const;
     void reveal();
     void showFocus(bool on);
     std::array<zRect, 4> ringSides() const;
@@ -177,6 +181,7 @@ class zTable : public zControl {
     int barThickness_;
     zAlarm painting_;  // set while something is to be painted
     std::function<void(int)> write_;
+    std::function<std::string(zTableLoc)> read_;
     std::function<zSortKey(zTableLoc)> keyOf_;
     std::function<zSortKey(int)> nameOf_;
     std::vector<bool> stale_;  // rows not written since rowsChanged()

@@ -155,6 +155,11 @@ zTableLoc zTable::beginning() const {
     return {awaited_.column, awaited_.row > 0 ? activePlace_ : 0};
 }
 
+bool zTable::contains(zTableLoc location, std::string_view wanted) const {
+    return unwritten(location.row) ? containsText(read_(location), wanted)
+                                   : containsText(model_.text(location), wanted);
+}
+
 bool zTable::find(std::string_view wanted) {
     const std::vector<int> columns = shownColumns();
     if (wanted.empty() || grid_.rows == 0 || columns.empty()) return false;
@@ -163,11 +168,11 @@ bool zTable::find(std::string_view wanted) {
     // The row where it begins comes twice: from the active cell on, and up to it.
     for (int step = 0; step <= grid_.rows; ++step) {
         const int row = order_.rowAt((from - 1 + step) % grid_.rows + 1);
-        writeRow(row);
+        if (!read_) writeRow(row);
         for (const int column : columns) {
             if (step == 0 && column <= begin.column) continue;
             if (step == grid_.rows && column > begin.column) break;
-            if (!containsText(model_.text({column, row}), wanted)) continue;
+            if (!contains({column, row}, wanted)) continue;
             moveTo({column, row});
             return true;
         }

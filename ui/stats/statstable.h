@@ -81,14 +81,12 @@ template <class Row> class StatsTable : public myTable {
         }
     }
 
-    // By which the rows are sorted.
-    zSortKey keyOfCell(int column, const Row& row, const RowCounters& baselines) const {
-        const StatsValue<Row>& value = columns_[asIndex(column) - 1].value;
-        if (!value.counter) return keyOf(value, row);
+    const StatsValue<Row>& valueOf(int column) const { return columns_[asIndex(column) - 1].value; }
+
+    // The place of its counter among the row's counters.
+    std::size_t counterOf(int column) const {
         const auto before = columns_.first(asIndex(column) - 1);
-        const auto counter = std::ranges::count_if(before, [](const auto& c) { return c.value.counter; });
-        return zNumberKey(
-            growthOf(value, countIn(value, metricIn(column), row), baselines[asIndex(counter)]));
+        return asIndex(std::ranges::count_if(before, [](const auto& c) { return c.value.counter; }));
     }
 
     // Makes the current values of the row's counters their baselines.
@@ -194,6 +192,7 @@ class KeyedTable : public StatsTable<Row>,
   public:
     ~KeyedTable() override {
         this->table().writeOnDemand({});
+        this->table().readUnwritten({});
         this->table().sortable({});
         this->table().nameRows({});
     }
@@ -236,6 +235,7 @@ class KeyedTable : public StatsTable<Row>,
         : StatsTable<Row>(table, columns, rows, &values), key_(key) {
         numberRows(rows);
         table.writeOnDemand([this](int number) { write(number); });
+        table.readUnwritten([this](zTableLoc cell) { return read(cell); });
         table.sortable([this](zTableLoc cell) { return sortKey(cell); });
         table.nameRows([this](int number) { return nameOf(key_(rows_[asIndex(number) - 1])); });
     }
@@ -285,6 +285,26 @@ class KeyedTable : public StatsTable<Row>,
                                   rateText(rates_->rate(this->group(), *metric, asIndex(number) - 1)));
     }
 
+    // A cell as write() would write it.
+    std::string read(zTableLoc cell) const {
+        const Row row = rows_[asIndex(cell.row) - 1];
+        if (!row) return {};
+        if (const metrics::Metric* metric = ratesShown_ ? this->metricIn(cell.column) : nullptr)
+            return std::string(rates_ ? rateText(rates_->rate(this->group(), *metric, asIndex(cell.row) - 1))
+                                      : StatsText(this->table().model().text(cell)));
+        const StatsValue<Row>& value = this->valueOf(cell.column);
+        return value.counter ? std::to_string(growthIn(cell.column, row)) : std::string(value.text(row));
+    }
+
+    // Of a counter.
+    std::int64_t growthIn(int column, const Row& row) const {
+        const StatsValue<Row>& value = this->valueOf(column);
+        if (cleared_) return 0;
+        const std::uint32_t baseline =
+            this->baselines_.empty() ? 0 : baselinesOf(row)[this->counterOf(column)];
+        return growthOf(value, countIn(value, this->metricIn(column), row), baseline);
+    }
+
     typename StatsTable<Row>::RowCounters baselinesOf(const Row& row) const {
         const auto found = this->baselines_.find(key_(row));
         return found == this->baselines_.end() ? typename StatsTable<Row>::RowCounters{} : found->second;
@@ -304,12 +324,8 @@ class KeyedTable : public StatsTable<Row>,
         if (const metrics::Metric* metric = ratesShown_ ? this->metricIn(cell.column) : nullptr)
             return rateKey(cell, *metric);
         const Row row = rows_[asIndex(cell.row) - 1];
-        typename StatsTable<Row>::RowCounters baselines{};
-        if (cleared_)
-            this->countFrom(row, baselines);
-        else if (!this->baselines_.empty())
-            baselines = baselinesOf(row);
-        return this->keyOfCell(cell.column, row, baselines);
+        const StatsValue<Row>& value = this->valueOf(cell.column);
+        return value.counter ? zNumberKey(growthIn(cell.column, row)) : keyOf(value, row);
     }
 
     static zSortKey nameOf(std::integral auto key) { return zNumberKey(key); }
