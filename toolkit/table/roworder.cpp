@@ -40,7 +40,7 @@ void zRowOrder::sort(bool descending, const std::function<zSortKey(int)>& keyOf)
         else
             entries_.push_back({key.high, key.low, *row});
     }
-    if (!std::ranges::is_sorted(entries_)) std::ranges::sort(entries_);
+    if (!std::is_sorted(entries_.begin(), entries_.end())) std::sort(entries_.begin(), entries_.end());
     std::ranges::sort(unknown_);
     auto place = rows_.begin() + 1;
     for (const Entry& entry : entries_) *place++ = entry.row;

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <tuple>
 #include <vector>
 
 class zRowOrder {
@@ -27,7 +28,9 @@ class zRowOrder {
         std::uint64_t high, low;
         int row;
 
-        auto operator<=>(const Entry&) const = default;
+        bool operator<(const Entry& other) const {
+            return std::tie(high, low, row) < std::tie(other.high, other.low, other.row);
+        }
     };
 
     static int other(const std::vector<int>& numbers, int number) {

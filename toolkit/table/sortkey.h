@@ -1,7 +1,6 @@
 // What the rows of a table are sorted by, and told apart by: a number, or up to 16 bytes.
 #pragma once
 
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <span>

@@ -107,9 +107,6 @@ struct zTable::Handlers {
 
     // With Control.
     static void command(zTable& table, KeySym symbol) {
-        const auto call = [](std::function<void()> handler) {
-            if (handler) handler();
-        };
         switch (symbol) {
         case XK_c:
         case XK_Insert:
@@ -119,10 +116,8 @@ struct zTable::Handlers {
             table.sortFurther(table.active_.column);
             break;
         case XK_f:
-            call(table.onFind);
-            break;
         case XK_g:
-            call(table.onFindNext);
+            if (const auto handler = symbol == XK_f ? table.onFind : table.onFindNext) handler();
             break;
         }
     }

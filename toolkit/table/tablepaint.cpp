@@ -205,7 +205,7 @@ int zTablePaint::text(const zRect& whole, const zRect& visible, std::string_view
 }
 
 int zTablePaint::markHeight() const {
-    return tools_->font->ascent / 3;
+    return tools_->font->ascent * 2 / 5;
 }
 
 int zTablePaint::markWidth() const {

@@ -9,7 +9,8 @@ namespace {
 // Upper and lower case of letters are the same.
 bool containsText(std::string_view text, std::string_view wanted) {
     const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-    return !std::ranges::search(text, wanted, {}, lower, lower).empty();
+    const auto same = [lower](char a, char b) { return lower(a) == lower(b); };
+    return std::search(text.begin(), text.end(), wanted.begin(), wanted.end(), same) != text.end();
 }
 
 }  // namespace
