@@ -1,6 +1,8 @@
 #include "tests/e2e/statisticstest.h"
 #include "ui/config/confids.h"
 
+#include <X11/keysym.h>
+
 namespace {
 
 class ContextMenus : public StatisticsTest {
@@ -92,7 +94,7 @@ TEST_F(ContextMenus, ATableIsSaved) {
     };
     save("/table.csv", false, true);
     const std::string csv = root.read("/table.csv");
-    EXPECT_THAT(csv, testing::HasSubstr(",  0/  16,7,"));
+    EXPECT_THAT(csv, testing::HasSubstr(",0/  16,7,"));
     root.write("/table.csv", "before");
     save("/table.csv", true, true);
     EXPECT_EQ(root.read("/table.csv"), csv);
@@ -105,6 +107,30 @@ TEST_F(ContextMenus, ATableIsSaved) {
         save(file, false, false);
     EXPECT_FALSE(root.exists("/nowhere"));
     EXPECT_TRUE(std::filesystem::is_fifo(root.at("/pipe")));
+}
+
+TEST_F(ContextMenus, TheFileDialogHasHelpAndRefusesWhatItCannotTake) {
+    startOn("aal5Stats", "");
+    turnTo("signallingStats");
+    menuOf(table("signallingTable").widget());
+    user->key("Down");
+    KeySym foreign[] = {XK_udiaeresis, XK_Udiaeresis};
+    Display* const display = XtDisplay(window->shell());
+    XChangeKeyboardMapping(display, 250, 2, foreign, 1);
+    user->until([&] { return XKeysymToKeycode(display, XK_udiaeresis) == 250; }, 3);
+    bool help = false, refused = false;
+    inDialog("Save Table (.csv, .json, or text)", [&] {
+        inDialog("Tarvolin Manual", [&] { help = true, user->key("Escape"); });
+        user->key("F1");
+        user->focus(user->shellLike("Save Table"));
+        inDialog("Not Saved Yet", [&] { refused = true, user->key("Return"); });
+        user->key("udiaeresis");
+        user->focus(user->shellLike("Save Table"));
+        user->key("Escape");
+    });
+    user->key("Return");
+    EXPECT_TRUE(help);
+    EXPECT_TRUE(refused);
 }
 
 TEST_F(ContextMenus, TheAdapterListIsCopiedAndRescanned) {

@@ -2,6 +2,7 @@
 
 #include "platform/index.h"
 #include "toolkit/controls/fieldmask.h"
+#include "toolkit/controls/foreignkey.h"
 #include "toolkit/controls/rowwidget.h"
 #include "toolkit/display/clipboard.h"
 #include "toolkit/library/fieldtext.h"
@@ -40,13 +41,6 @@ bool ofWindow(Widget widget, int focus, int crossing) {
     while (!XtIsShell(widget)) widget = XtParent(widget);
     const XAnyEvent& last = XtLastEventProcessed(XtDisplay(widget))->xany;
     return (last.type == focus || last.type == crossing) && last.window == XtWindow(widget);
-}
-
-// A character beyond ASCII: XmTextField drops those that its input method has no text for, and says nothing.
-bool isForeign(KeySym symbol) {
-    constexpr KeySym beyondAscii = XK_nobreakspace, functionKeys = 0xfd00, unicode = 0x01000000,
-                     unicodePlanes = 0xff000000;
-    return (symbol >= beyondAscii && symbol < functionKeys) || (symbol & unicodePlanes) == unicode;
 }
 
 // Why a character is not taken; `c` is 0 for one beyond ASCII.
@@ -109,7 +103,7 @@ struct zEdit::Handlers {
             field.replace(field.marked(), "");
             return true;
         }
-        if (!isForeign(symbol) || (held & (ControlMask | Mod1Mask))) return false;
+        if (!zIsForeign(symbol, held)) return false;
         field.refuse(misfit('\0', *field.mask_));
         return true;
     }

@@ -1,5 +1,6 @@
 #include "toolkit/window/filedialog.h"
 
+#include "toolkit/controls/foreignkey.h"
 #include "toolkit/controls/rowwidget.h"
 #include "toolkit/display/displaycache.h"
 #include "toolkit/display/xmtext.h"
@@ -44,6 +45,8 @@ class FileDialog {
         XtAddCallback(box_, XmNokCallback, saved, this);
         XtAddCallback(box_, XmNcancelCallback, dismissed, this);
         zOnCloseRequest(shell_, dismissed, this);
+        zPassHelp(box_, parent);
+        XtInsertEventHandler(text_, KeyPressMask, False, pressed, this, XtListHead);
     }
     ~FileDialog() { zDestroyShell(shell_); }
     FileDialog(const FileDialog&) = delete;
@@ -63,6 +66,16 @@ class FileDialog {
     static void saved(Widget, XtPointer place, XtPointer) { static_cast<FileDialog*>(place)->save(); }
     static void dismissed(Widget, XtPointer place, XtPointer) {
         static_cast<FileDialog*>(place)->done_ = true;
+    }
+
+    static void pressed(Widget, XtPointer place, XEvent* event, Boolean* goesOn) {
+        const XKeyEvent& key = event->xkey;
+        Modifiers used = 0;
+        KeySym symbol = NoSymbol;
+        XtTranslateKeycode(key.display, static_cast<KeyCode>(key.keycode), key.state, &used, &symbol);
+        if (!zIsForeign(symbol, key.state)) return;
+        *goesOn = False;
+        static_cast<FileDialog*>(place)->say("Only ASCII characters can be typed here.");
     }
 
     void save() {

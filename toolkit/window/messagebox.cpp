@@ -11,7 +11,6 @@
 #include "toolkit/window/title.h"
 
 #include <Xm/MessageB.h>
-#include <algorithm>
 
 namespace {
 
@@ -20,18 +19,6 @@ struct Kind {
     int picture;
     bool asks;
 };
-
-// F1 in a box is F1 in the window that it is about.
-void passHelp(Widget, XtPointer parent, XtPointer call) {
-    WidgetList children = nullptr;
-    Cardinal count = 0;
-    XtVaGetValues(static_cast<Widget>(parent), XmNchildren, &children, XmNnumChildren, &count, nullptr);
-    const auto end = children + count;
-    const auto board = std::find_if(children, end, [](Widget child) {
-        return XtHasCallbacks(child, XmNhelpCallback) == XtCallbackHasSome;
-    });
-    if (board != end) XtCallCallbacks(*board, XmNhelpCallback, call);
-}
 
 bool showBox(zApplication& application, Widget parent, const Kind& kind, const std::string& text,
              const std::string& title) {
@@ -68,7 +55,7 @@ bool showBox(zApplication& application, Widget parent, const Kind& kind, const s
     const auto dismiss = [](Widget, XtPointer place, XtPointer) { static_cast<Result*>(place)->done = true; };
     XtAddCallback(box, XmNokCallback, agree, &result);
     XtAddCallback(box, XmNcancelCallback, dismiss, &result);
-    XtAddCallback(box, XmNhelpCallback, passHelp, parent);
+    zPassHelp(box, parent);
     zOnCloseRequest(shell, dismiss, &result);
 
     zRunModal(application, shell, box, result.done);

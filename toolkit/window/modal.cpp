@@ -4,6 +4,7 @@
 
 #include <Xm/DialogS.h>
 #include <Xm/Xm.h>
+#include <algorithm>
 
 namespace {
 
@@ -34,6 +35,17 @@ void noteDestroyed(Widget shell, XtPointer data, XEvent* event, Boolean*) {
     auto* dialog = static_cast<Running*>(data);
     dialog->gone = true;
     if (dialog == topmost) askToClose(shell);
+}
+
+void passHelp(Widget, XtPointer parent, XtPointer call) {
+    WidgetList children = nullptr;
+    Cardinal count = 0;
+    XtVaGetValues(static_cast<Widget>(parent), XmNchildren, &children, XmNnumChildren, &count, nullptr);
+    const auto end = children + count;
+    const auto board = std::find_if(children, end, [](Widget child) {
+        return XtHasCallbacks(child, XmNhelpCallback) == XtCallbackHasSome;
+    });
+    if (board != end) XtCallCallbacks(*board, XmNhelpCallback, call);
 }
 
 }  // namespace
@@ -69,4 +81,8 @@ bool zBlockedByModal(Widget shell) {
         if (above == topmost->shell) return false;
     XRaiseWindow(XtDisplay(topmost->shell), XtWindow(topmost->shell));
     return true;
+}
+
+void zPassHelp(Widget board, Widget parent) {
+    XtAddCallback(board, XmNhelpCallback, passHelp, parent);
 }

@@ -18,3 +18,6 @@ void zHideModal(Widget shell, Widget board);
 // True while a modal dialog is open that `shell` neither is nor belongs to; it is then raised: requests of
 // the window manager for `shell` are to be ignored.
 bool zBlockedByModal(Widget shell);
+
+// F1 in the board is F1 in the window of the shell `parent`, which the dialog is about.
+void zPassHelp(Widget board, Widget parent);
