@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr metrics::Place adapter, lec1{metrics::Service::lec, 0, 0};
+constexpr metrics::Place adapter, lec1{metrics::Service::lec, 0, 0}, lecs{metrics::Service::lecs, 0, 0};
 
 class Watching : public StatisticsTest {
   protected:
@@ -119,10 +119,15 @@ TEST_F(Watching, AStateIsRaisedAndSeen) {
     EXPECT_NE(callOf(statistics).icon, calm.icon);
     EXPECT_EQ(callOf(statistics), callOf(window->shell()));
 
-    // A window that is opened meanwhile calls, too; one of another adapter does not.
-    openDialog("(!) ");
-    user->askToClose(dialog);
+    // A window that is opened meanwhile calls, too.
+    raise(window->shell());
+    user->click(window->control<zBitmapButton>(statsBTN).widget());
     user->settle();
+    std::size_t calling = 0;
+    for (const unsigned long shown : shownWindows(XtDisplay(statistics)))
+        calling +=
+            titleOfWindow(XtDisplay(statistics), shown).starts_with("(!) adapter1/lec1.state ") ? 1 : 0;
+    EXPECT_EQ(calling, 3U);
 
     openList();
     EXPECT_THAT(conditions(),
@@ -142,7 +147,7 @@ TEST_F(Watching, AStateIsRaisedAndSeen) {
 }
 
 TEST_F(Watching, GoesOnWithoutAStatisticsWindow) {
-    begin("set adapter 1 rxFrameErrors 5");
+    begin("set adapter 1 rxFrameErrors1 5");
     openDialog();
     watchFor(metrics::subjectOf(adapter, "", "rxFrameErrors"));
     XmProcessTraversal(user->widget(826), XmTRAVERSE_CURRENT);
@@ -152,7 +157,7 @@ TEST_F(Watching, GoesOnWithoutAStatisticsWindow) {
     user->settle();
     EXPECT_FALSE(user->shellLike("Statistics "));
     ticks();
-    ctl("set adapter 1 rxFrameErrors 9");
+    ctl("set adapter 1 rxFrameErrors1 9");
     const Names lines = logged();
     ASSERT_EQ(lines.size(), 1U);
     EXPECT_THAT(lines[0], testing::StartsWith("watch=raised value=adapter1.rxFrameErrors/s "
@@ -168,19 +173,20 @@ TEST_F(Watching, GoesOnWithoutAStatisticsWindow) {
 }
 
 TEST_F(Watching, TheDialogHasAFormForEachKindOfValue) {
-    begin("set lec 1.1 state 6; set lecs 1 connectionsOpen 3");
+    begin("set lec 1.1 state 6; set lecs 1 state 4; set lecs 1 open 3");
     const struct {
         metrics::Subject subject;
         const char *now, *number;  // a default, if it has a field for one
     } rows[] = {
-        {metrics::subjectOf(adapter, "", "rxCells"), "nothing to compare with yet", "0"},
+        {metrics::subjectOf(adapter, "", "rxCells"), "0 cells/s", "0"},
         {metrics::subjectOf(lec1, "", "running"), "on", nullptr},
+        {metrics::subjectOf(lecs, "", "connectionsOpen"), "3 connections", "3"},
         {metrics::subjectOf(adapter, "circuits", "rxFrames", "999"), "the table has no such row", "0"},
     };
     for (const auto& row : rows) {
         watchFor(row.subject);
         EXPECT_EQ(text(820), nameOf(row.subject));
-        EXPECT_EQ(text(822), row.now);
+        expectSoon<std::string>([&] { return text(822); }, row.now);
         EXPECT_EQ(user->widget(824) ? text(824) : "none", row.number ? row.number : "none");
         EXPECT_EQ(text(826), "10");
         // Too long a time is not taken, and the line says why.
@@ -196,12 +202,14 @@ TEST_F(Watching, TheDialogHasAFormForEachKindOfValue) {
         EXPECT_FALSE(user->shellLike("Watch for"));
     }
     openList();
-    EXPECT_THAT(conditions(),
-                testing::ElementsAre(testing::_,
-                                     testing::HasSubstr("rxCells/s|above 0 cells/s for 60 min|waiting"),
-                                     testing::HasSubstr("running|is off for 60 min|waiting|on"),
-                                     testing::HasSubstr("[999].rxFrames/s|above 0 frames/s for 60 min|"
-                                                        "waiting; unknown|the table has no such row")));
+    EXPECT_THAT(
+        conditions(),
+        testing::ElementsAre(
+            testing::_, testing::HasSubstr("rxCells/s|above 0 cells/s for 60 min|waiting"),
+            testing::HasSubstr("running|is off for 60 min|waiting|on"),
+            testing::HasSubstr("connectionsOpen|above 3 connections for 60 min|waiting|3 connections"),
+            testing::HasSubstr("[999].rxFrames/s|above 0 frames/s for 60 min|"
+                               "waiting; unknown|the table has no such row")));
     EXPECT_EQ(XUser::cutTexts(XUser::tableIn(user->widget(830))), nothing);
     EXPECT_FALSE(watchForRow(application, std::nullopt).enabled);
     EXPECT_FALSE(watchForRow(application, metrics::subjectOf(adapter, "", "mac")).enabled);

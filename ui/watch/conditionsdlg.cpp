@@ -49,7 +49,7 @@ constexpr zLayout frame{.id = 0,
                         .icon = statsIcon,
                         .rows = rows};
 
-constexpr const char* labels[] = {"Value", "Condition", "State", "Now"};
+constexpr const char* labels[] = {"State", "Value", "Condition", "Now"};
 constexpr int columns = std::size(labels);
 
 std::string timeText(std::time_t time) {
@@ -61,11 +61,10 @@ std::string timeText(std::time_t time) {
 std::string stateText(const Conditions::Waiting& waiting) {
     const metrics::Condition& condition = waiting.condition;
     if (condition.raised())
-        return fmt::format("{} since {}", waiting.seen ? "raised" : "(!) raised", timeText(waiting.raisedAt));
-    if (condition.met().value_or(false)) return fmt::format("met for {} s", condition.lasted().count());
-    if (waiting.raisedAt != 0)
-        return fmt::format("waiting; raised {} to {}", timeText(waiting.raisedAt), timeText(waiting.overAt));
-    return condition.met() ? "waiting" : "waiting; unknown";
+        return fmt::format("{}raised {}", waiting.seen ? "" : "(!) ", timeText(waiting.raisedAt));
+    if (!condition.met()) return "unknown";
+    if (*condition.met()) return fmt::format("met for {} s", condition.lasted().count());
+    return waiting.overAt != 0 ? "over " + timeText(waiting.overAt) : "waiting";
 }
 
 std::array<std::string, columns> textsOf(const Conditions::Waiting& waiting) {
