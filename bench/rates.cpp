@@ -54,7 +54,7 @@ class Driver {
         return reader.read({}, [&](const metrics::Group& group) { return all || &group == &circuits(); });
     }
     // The first row goes to the end, so that all stand elsewhere.
-    void turn() { std::ranges::rotate(bytes_, bytes_.begin() + size); }
+    void turn() { std::rotate(bytes_.begin(), bytes_.begin() + size, bytes_.end()); }
 
   private:
     static constexpr std::ptrdiff_t size = 20;  // of a row

@@ -69,10 +69,10 @@ TEST(TableText, ColumnsOfNumbers) {
         {{"-", "."}, R"(["-","."])"},
     };
     for (const auto& c : cases) {
-        TableCells cells{{"n"}, {}};
-        for (const char* cell : c.cells) cells.rows.push_back({cell});
+        TableCells table{{"n"}, {}};
+        for (const char* cell : c.cells) table.rows.push_back({cell});
         nlohmann::json column = nlohmann::json::array();
-        const nlohmann::json all = nlohmann::json::parse(asJson(cells));
+        const nlohmann::json all = nlohmann::json::parse(asJson(table));
         for (const auto& row : all["rows"]) column.push_back(row[0]);
         EXPECT_EQ(column.dump(), c.json);
     }

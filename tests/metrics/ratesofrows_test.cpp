@@ -99,11 +99,13 @@ class Changing {
     std::string run() const { return std::to_string(run_); }
 
   private:
-    int below(std::size_t end) { return std::uniform_int_distribution<int>(0, int(end) - 1)(random_); }
-    bool oneIn(int count) { return below(static_cast<std::size_t>(count)) == 0; }
+    std::uint32_t below(std::size_t end) {
+        return std::uniform_int_distribution<std::uint32_t>(0, static_cast<std::uint32_t>(end - 1))(random_);
+    }
+    bool oneIn(std::size_t count) { return below(count) == 0; }
     void add() {
-        const auto key = static_cast<std::uint64_t>(below(60));
-        rows_.push_back({key, std::uint16_t(100 + below(9)), std::uint32_t(4'294'960'000 + below(9000))});
+        const std::uint64_t key = below(60);
+        rows_.push_back({key, std::uint16_t(100 + below(9)), 4'294'960'000U + below(9000)});
     }
 
     const TableKind& kind_;
