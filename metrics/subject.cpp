@@ -34,7 +34,7 @@ std::string keyIn(const Group& group, Bytes row) {
 
 std::string nameOf(const Subject& subject) {
     std::string name = pathOf(subject.place) + '.';
-    if (subject.group->isTable()) name += subject.group->table + ('[' + subject.key + "].");
+    if (subject.group->isTable()) name += subject.group->table + ('.' + subject.key + '.');
     return name + subject.metric->name + (subject.isRate() ? "/s" : "");
 }
 

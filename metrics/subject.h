@@ -31,7 +31,7 @@ Value valueIn(const Metric& metric, Bytes bytes);
 // The key of a row of a table, see Reading::key().
 std::string keyIn(const Group& group, Bytes row);
 
-// "adapter1/lec2.connections[33].txPackets", and "/s" behind it if its rate is watched.
+// "adapter1/lec2.connections.33.txPackets", and "/s" behind it if its rate is watched.
 std::string nameOf(const Subject& subject);
 // "packets/s", "connections"; "" for what has no unit.
 std::string unitOf(const Subject& subject);

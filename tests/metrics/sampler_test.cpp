@@ -112,7 +112,7 @@ TEST(Sampler, FollowsARow) {
     Ground ground;
     ground.ctl("rows vc 1 3; set vc 1 row 1 vci 40; set vc 1 row 2 vci 41; set vc 1 row 3 vci 42");
     const auto row = ground.sampler.watch(subjectOf(adapter, "circuits", "rxFrames", "41"));
-    EXPECT_EQ(metrics::nameOf(row->subject()), "adapter1.circuits[41].rxFrames/s");
+    EXPECT_EQ(metrics::nameOf(row->subject()), "adapter1.circuits.41.rxFrames/s");
     EXPECT_EQ(metrics::unitOf(row->subject()), "frames/s");
     const struct {
         const char *commands, *rate;

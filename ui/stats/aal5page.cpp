@@ -39,6 +39,12 @@ constexpr Alarm alarms[] = {
 // A 25 Mbit/s link has one alarm of its own, in place of the first.
 constexpr Alarm linkAlarm{"losLamp", &SuniStatsView::linkAlarm, "Link up", "Link down"};
 
+constexpr ShownState alarmValues[] = {
+    {"losLamp", "lossOfSignal"},   {"lofLamp", "lossOfFrame"},     {"oofLamp", "outOfFrame"},
+    {"ferfLamp", "farEndFailure"}, {"aisLamp", "alarmIndication"}, {"lopLamp", "lossOfPointer"},
+};
+constexpr ShownState linkAlarmValues[] = {{"losLamp", "linkDown"}};
+
 void showAlarm(myBitmapButton& lamp, const Alarm& alarm, const SuniStatsView& reply) {
     const std::uint32_t word = (reply.*alarm.word)();
     const bool unknown = alarm.needsFrames && reply.lossOfFrame() != 0;
@@ -55,7 +61,7 @@ DStatsDlgAAL5PG::DStatsDlgAAL5PG(const StatsSource& source)
     : StatsPage(source, aal5StatsLayout), query_(source.channel, source.adapter),
       counters_(board(), metrics::Service::adapter, counters) {
     for (const Alarm& alarm : alarms) lamps_.emplace_back(board(), alarm.lamp);
-    counts({&counters_}, {});
+    counts(alarmValues, counters_);
 }
 
 void DStatsDlgAAL5PG::UpdateDisplay(int index, bool clear) {
@@ -103,5 +109,6 @@ void DStatsDlgAAL5PG::showLinkKind(std::uint32_t kind) {
     for (const auto& known : linkKinds)
         if (known.kind == kind) caption = known.caption;
     board().control<zGroupBox>("sonet").setTitle(caption);
+    setStates(kind == link25 ? std::span<const ShownState>(linkAlarmValues) : alarmValues);
     board().control<zStatic>("losLampLabel").setText(kind == link25 ? "Link Up" : "LOS:");
 }

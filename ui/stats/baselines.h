@@ -1,15 +1,9 @@
 // The baselines of counters. Clear sets them, and those from before the last Clear can be brought back once.
 #pragma once
 
-#include "metrics/rates.h"
-#include "metrics/subject.h"
-
-#include <optional>
 #include <utility>
 
-class zControl;
-
-// Something on a page that counts, from baselines or by the second: fields, or the rows of a table.
+// Something on a page that counts from baselines: fields, or the rows of a table.
 class Counting {
   public:
     virtual ~Counting() = default;
@@ -23,15 +17,6 @@ class Counting {
 
     // Counters start from what the driver counts, as if nothing had been cleared.
     virtual void countAnew() = 0;
-
-    // From now on counters are shown per second, as their labels say, or again as their growth.
-    virtual void showRates(bool on) = 0;
-    // To be called after each refresh while rates are shown, with the rates of what was read in it.
-    virtual void write(const metrics::Rates& rates) = 0;
-
-    // What is counted in this control, of a table in its active cell; `place` is what the page is about.
-    virtual std::optional<metrics::Subject> counted(const zControl& control,
-                                                    const metrics::Place& place) const = 0;
 };
 
 template <class Set> class Baselines : public Counting {

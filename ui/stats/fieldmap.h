@@ -6,6 +6,7 @@
 #include "toolkit/controls/statics.h"
 #include "ui/myedit.h"
 #include "ui/stats/baselines.h"
+#include "ui/stats/rated.h"
 #include "ui/stats/shownbytes.h"
 #include "ui/stats/statstext.h"
 
@@ -21,7 +22,7 @@ template <class View> struct StatsField {
 
 // Shows one kind of reply. Only texts that change reach the screen. The label of a field is the control
 // whose name is the field's and "Label".
-template <class View> class FieldMap : public Baselines<std::vector<std::uint32_t>> {
+template <class View> class FieldMap : public Baselines<std::vector<std::uint32_t>>, public Rated {
   public:
     // The board must outlive this object.
     FieldMap(zBoard& board, metrics::Service service, std::span<const StatsField<View>> rows)

@@ -48,7 +48,7 @@ DStatsDlgIP1577PG::DStatsDlgIP1577PG(const StatsSource& source)
     : StatsPage(source, ip1577StatsLayout), query_(source.channel, source.adapter),
       fields_(board(), metrics::Service::ip, fields), lamp_(board(), "stateLamp"),
       table_(board().control<zTable>("connectionTable"), source) {
-    counts({&fields_, &table_}, states);
+    counts(states, fields_, table_);
 }
 
 void DStatsDlgIP1577PG::refresh(bool clear) {

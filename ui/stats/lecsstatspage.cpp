@@ -28,7 +28,7 @@ DStatsDlgLECSPG::DStatsDlgLECSPG(const StatsSource& source)
     : StatsPage(source, lecsStatsLayout), query_(source.channel, source.adapter),
       fields_(board(), metrics::Service::lecs, fields), lamp_(board(), "stateLamp"),
       registered_(board(), "regLamp") {
-    counts({&fields_}, states);
+    counts(states, fields_);
 }
 
 void DStatsDlgLECSPG::showRegistration(const LecsStatsView& stats, std::uint32_t state) {

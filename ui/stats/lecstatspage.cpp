@@ -105,7 +105,7 @@ DStatsDlgLECPG::DStatsDlgLECPG(const StatsSource& source)
       fields_(board(), metrics::Service::lec, fields), lamp_(board(), "stateLamp"),
       lesBusTable_(board().control<zTable>("lesBusTable"), source),
       lecTable_(board().control<zTable>("lecTable"), source) {
-    counts({&lesBusTable_, &lecTable_}, states);
+    counts(states, lesBusTable_, lecTable_);
     board().control<zTabStrip>("lecTabs").onSelect = [this](int lec) { selChangeLecTB(lec); };
 }
 

@@ -55,7 +55,7 @@ DStatsDlgLESPG::DStatsDlgLESPG(const StatsSource& source)
     : StatsPage(source, lesStatsLayout), query_(source.channel, source.adapter),
       fields_(board(), metrics::Service::les, fields), lamp_(board(), "stateLamp"),
       table_(board().control<zTable>("clientTable"), source) {
-    counts({&table_}, states);
+    counts(states, table_);
     board().control<zTabStrip>("lesTabs").onSelect = [this](int les) { selChangeLesTB(les); };
 }
 

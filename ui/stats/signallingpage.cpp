@@ -85,7 +85,7 @@ DStatsDlgSignallingPG::DStatsDlgSignallingPG(const StatsSource& source)
       address_(board(), metrics::Service::signalling, addressFields),
       table_(board().control<zTable>("signallingTable"), source) {
     for (const auto& lamp : lamps) lamps_.emplace_back(board(), lamp.name);
-    counts({&table_}, shownStates);
+    counts(shownStates, table_);
 }
 
 void DStatsDlgSignallingPG::refresh(bool clear) {

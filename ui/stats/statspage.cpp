@@ -28,10 +28,8 @@ StatsPage::StatsPage(const StatsSource& source, const zLayout& layout)
       channel_(source.channel), answers_(source.channel), reopenings_(source.channel.reopenings()),
       linkLimit_(source.linkLimit) {}
 
-void StatsPage::counts(std::initializer_list<Counting*> all, std::span<const ShownState> states) {
-    counting_ = all;
-    states_ = states;
-    giveMenus(application(), board_, *this);
+void StatsPage::giveMenus() {
+    ::giveMenus(application(), board_, *this);
 }
 
 void StatsPage::enableTimer() {
@@ -115,14 +113,14 @@ void StatsPage::addRates(unsigned long reopenings) {
     else
         rates_.add(reader.read(place()), std::move(driver), linkLimit_);
     if (missed_) return;
-    for (Counting* part : counting_) part->write(rates_);
+    for (Rated* part : rated_) part->write(rates_);
 }
 
 void StatsPage::showRates(bool on) {
     if (on == showsRates_) return;
     showsRates_ = on;
     lastReading_ = {};
-    for (Counting* part : counting_) part->showRates(on);
+    for (Rated* part : rated_) part->showRates(on);
     Update();
 }
 
@@ -132,7 +130,7 @@ void StatsPage::smoothRates(bool on) {
 }
 
 std::optional<metrics::Subject> StatsPage::subjectIn(const zControl& control) const {
-    for (const Counting* part : counting_)
+    for (const Rated* part : rated_)
         if (auto subject = part->counted(control, place())) return subject;
     const auto shown = std::ranges::find(states_, std::string_view(control.row().name), &ShownState::control);
     if (shown == states_.end()) return {};

@@ -11,12 +11,12 @@
 #include "toolkit/controls/notebook.h"
 #include "ui/mybitmapbutton.h"
 #include "ui/stats/baselines.h"
+#include "ui/stats/rated.h"
 #include "ui/timerpage.h"
 
 #include <chrono>
 #include <cstdint>
 #include <functional>
-#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <span>
@@ -97,7 +97,15 @@ class StatsPage : public TimerPage {
 
     // To be called at the end of the constructor: what the page's Clear and its rates are about, and its
     // states. All of it outlives every refresh.
-    void counts(std::initializer_list<Counting*> all, std::span<const ShownState> states);
+    template <class... Parts> void counts(std::span<const ShownState> states, Parts&... parts) {
+        counting_ = {&parts...};
+        rated_ = {&parts...};
+        states_ = states;
+        giveMenus();
+    }
+
+    // Other ones from now on.
+    void setStates(std::span<const ShownState> states) { states_ = states; }
 
     // The driver has started anew. It may know what the last one did not; nothing is cleared any more.
     virtual void driverCame() {}
@@ -118,6 +126,7 @@ class StatsPage : public TimerPage {
     const int adapter_;  // from 0
 
   private:
+    void giveMenus();
     void refreshUntil(Clock::time_point end, bool clear);
     void heard(const EndedQuery& ended);
     void addRates(unsigned long reopenings);
@@ -131,6 +140,7 @@ class StatsPage : public TimerPage {
     bool kept_ = false;    // in this refresh
     bool missed_ = false;  // the last refresh got no answer
     std::vector<Counting*> counting_;
+    std::vector<Rated*> rated_;
     std::span<const ShownState> states_;
     bool clearing_ = false;  // Clear was pressed and is not done
     bool undo_ = false;      // the last Clear can be taken back

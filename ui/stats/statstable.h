@@ -6,6 +6,7 @@
 #include "ui/mytable.h"
 #include "ui/stats/baselines.h"
 #include "ui/stats/keyedbaselines.h"
+#include "ui/stats/rated.h"
 #include "ui/stats/shownbytes.h"
 #include "ui/stats/statstext.h"
 
@@ -118,7 +119,8 @@ struct StatsRowName {
 };
 
 // A table with a fixed number of rows, each with a name. Set is the set of all baselines.
-template <class Row, class Set> class NamedRowsTable : public StatsTable<Row>, public Baselines<Set> {
+template <class Row, class Set>
+class NamedRowsTable : public StatsTable<Row>, public Baselines<Set>, public Rated {
   public:
     void showRates(bool on) override {
         rates_ = on;
@@ -188,7 +190,8 @@ template <class Row, class Set> class NamedRowsTable : public StatsTable<Row>, p
 // rows are turned into text.
 template <class Row, class Key, class Hash = std::hash<Key>>
 class KeyedTable : public StatsTable<Row>,
-                   public KeyedBaselines<Key, typename StatsTable<Row>::RowCounters, Hash> {
+                   public KeyedBaselines<Key, typename StatsTable<Row>::RowCounters, Hash>,
+                   public Rated {
   public:
     ~KeyedTable() override {
         this->table().writeOnDemand({});
