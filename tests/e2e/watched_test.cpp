@@ -72,11 +72,13 @@ TEST_F(WatchedValues, ArePlotted) {
     const auto packets = watch->sampler().watch(
         metrics::subjectOf({metrics::Service::lec, 0, 0}, "connections", "rxPackets", "41"));
     press("close");
+    const auto rate = [&] {
+        const double* known = std::get_if<double>(&packets->last());
+        return known ? *known : -1;
+    };
+    EXPECT_TRUE(user->until([&] { return rate() == 0; }));
     ctl("set lec 1.1 row 2 rxPackets 100");
-    EXPECT_TRUE(user->until([&] {
-        const double* rate = std::get_if<double>(&packets->last());
-        return rate && *rate > 0;
-    }));
+    EXPECT_TRUE(user->until([&] { return rate() > 0; }));
     EXPECT_TRUE(plots->canAdd(0));
     raise(plot);
     user->key("Escape");
