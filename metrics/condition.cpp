@@ -3,7 +3,6 @@
 #include "platform/safetext.h"
 
 #include <algorithm>
-#include <cassert>
 #include <fmt/format.h>
 
 namespace metrics {
@@ -110,12 +109,11 @@ bool Condition::meets(double value) const {
 }
 
 Condition::Event Condition::sample(const Rate& value, Moment now) {
-    assert(now >= now_);
     std::optional<bool> met;
     if (const double* known = std::get_if<double>(&value)) met = meets(*known);
-    if (met != met_) since_ = now;
+    now_ = std::max(now_, now);
+    if (met != met_) since_ = now_;
     met_ = met;
-    now_ = now;
     const auto wait = raised_ ? std::max(criterion_.hold, leastOver) : criterion_.hold;
     if (!met_ || *met_ == raised_ || now_ - since_ < wait) return Event::none;
     raised_ = *met_;

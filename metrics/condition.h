@@ -56,7 +56,7 @@ class Condition {
     const Criterion& criterion() const { return criterion_; }
 
     enum class Event : std::uint8_t { none, raised, over };
-    // The next sample, or the same once more. A moment is never before the last one.
+    // The next sample, or the same once more. A moment before the last one counts as that.
     Event sample(const Rate& value, Moment now);
 
     bool raised() const { return raised_; }

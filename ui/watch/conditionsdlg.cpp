@@ -72,7 +72,7 @@ std::array<std::string, columns> textsOf(const Conditions::Waiting& waiting) {
     const metrics::Criterion& criterion = waiting.condition.criterion();
     std::string condition = textOf(subject, criterion);
     if (criterion.hold.count() > 0) condition += " for " + metrics::textOf(criterion.hold);
-    return {nameOf(subject), std::move(condition), stateText(waiting),
+    return {stateText(waiting), nameOf(subject), std::move(condition),
             textOf(subject, waiting.value->last())};
 }
 
