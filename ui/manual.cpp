@@ -26,6 +26,7 @@ constexpr struct {
     {"global", "GLOBAL SETTINGS"},
     {"fonts", "TABLE FONT"},
     {"watchFor", "WATCHED CONDITIONS"},
+    {"watchChoice", "WATCHED CONDITIONS"},
     {"watchedConditions", "WATCHED CONDITIONS"},
 };
 

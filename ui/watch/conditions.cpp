@@ -2,6 +2,7 @@
 
 #include "platform/syslog.h"
 #include "platform/user.h"
+#include "ui/watch/choosedlg.h"
 #include "ui/watch/conditionsdlg.h"
 #include "ui/watch/watchdlg.h"
 
@@ -101,6 +102,11 @@ void Conditions::tellChanged() {
 
 void Conditions::askFor(const metrics::Subject& subject) {
     asking_ = std::make_unique<DWatchDlg>(*this, application_, subject);
+    asking_->show();
+}
+
+void Conditions::askFor(const metrics::Place& place) {
+    asking_ = std::make_unique<DChooseDlg>(*this, application_, place);
     asking_->show();
 }
 

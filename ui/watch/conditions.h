@@ -42,8 +42,9 @@ class Conditions {
     using Listener = std::shared_ptr<std::function<void()>>;
     [[nodiscard]] Listener listen(std::function<void()> changed);
 
-    // The two windows, each in place of the one before.
+    // The windows. One that asks comes in place of the one before, and so does a list.
     void askFor(const metrics::Subject& subject);  // "Watch for"
+    void askFor(const metrics::Place& place);      // which of its values; then that
     void list();                                   // "Watched Conditions"
     void closeAsking() { asking_.reset(); }
     void closeList() { list_.reset(); }

@@ -10,6 +10,10 @@ zMenuRow watchForRow(zApplication& application, const std::optional<metrics::Sub
             .keys = keys};
 }
 
+void watchForAny(zApplication& application, const metrics::Place& place) {
+    Conditions::of(application)->askFor(place);
+}
+
 zMenuRow watchedConditionsRow(zApplication& application) {
     return {.label = "Watched Conditions...",
             .action = [&application] { Conditions::of(application)->list(); },

@@ -11,5 +11,8 @@
 zMenuRow watchForRow(zApplication& application, const std::optional<metrics::Subject>& subject,
                      const char* keys = "");
 
+// The same for a value of the place that the user chooses, since not every one has a control that takes keys.
+void watchForAny(zApplication& application, const metrics::Place& place);
+
 // "Watched Conditions...", as Ctrl+L in windows with a ConditionMark.
 zMenuRow watchedConditionsRow(zApplication& application);
