@@ -3,15 +3,24 @@
 
 #include "resources/pictures.h"
 #include "tests/e2e/xsupport.h"
+#include "tests/support/linkproxy.h"
 #include "ui/plot/plotdlg.h"
 
 #include <Xm/Xm.h>
 
-// Its display, with the resources of the program.
+// Its display, with the resources of the program, behind a link that counts. The user is on this side of it.
 struct PlotDesk {
     XServer server;
+    std::string direct = std::getenv("DISPLAY");
+    LinkProxy link{direct};
     zApplication application{"tarvolin", "Tarvolin", {}, fallbackResources};
-    bool open = application.openDisplay();
+    bool open = false;
+
+    PlotDesk() {
+        ::setenv("DISPLAY", link.display().c_str(), 1);
+        open = application.openDisplay();
+        ::setenv("DISPLAY", direct.c_str(), 1);
+    }
 };
 
 inline PlotDesk& plotDesk() {

@@ -86,6 +86,7 @@ struct LinkProxy::Relay {
     std::list<Connection> connections;
     std::mutex mutex;
     Trips trips;
+    std::size_t sent = 0;
 
     void accept() {
         const int client = ::accept4(listening, nullptr, nullptr, SOCK_CLOEXEC), up = streamSocket();
@@ -93,6 +94,13 @@ struct LinkProxy::Relay {
         Connection& made = connections.emplace_back();
         made.up.from = made.down.to = client;
         made.up.to = made.down.from = up;
+    }
+
+    void heard(Connection& connection) {
+        const std::string& bytes = connection.up.underWay.back().second;
+        connection.streams.fromClient(bytes);
+        const std::lock_guard lock(mutex);
+        sent += bytes.size();
     }
 
     void pass(Connection& connection) {
@@ -127,8 +135,7 @@ struct LinkProxy::Relay {
             if (waiting[0].revents) return;
             std::size_t at = 2;
             for (Connection& connection : connections) {
-                if (waiting[at++].revents && connection.up.take(delay))
-                    connection.streams.fromClient(connection.up.underWay.back().second);
+                if (waiting[at++].revents && connection.up.take(delay)) heard(connection);
                 if (waiting[at++].revents) connection.down.take(delay);
                 pass(connection);
             }
@@ -164,4 +171,9 @@ LinkProxy::~LinkProxy() {
 LinkProxy::Trips LinkProxy::take() {
     const std::lock_guard lock(relay_->mutex);
     return std::exchange(relay_->trips, {});
+}
+
+std::size_t LinkProxy::takeSent() {
+    const std::lock_guard lock(relay_->mutex);
+    return std::exchange(relay_->sent, 0);
 }

@@ -25,6 +25,9 @@ class LinkProxy {
     // last one had ended: what a client asks together it waits for once.
     Trips take();
 
+    // The bytes that clients have sent since the last call.
+    std::size_t takeSent();
+
   private:
     struct Relay;
 

@@ -11,6 +11,8 @@
 
 namespace {
 
+using Number = zPlotColumns::Number;
+
 constexpr int shadow = 2;
 constexpr int wheelParts = 10;  // of the span, for one step of the wheel
 constexpr EventMask handledEvents = KeyPressMask | ButtonPressMask | ButtonMotionMask | FocusChangeMask;
@@ -132,8 +134,8 @@ void zPlot::redraw() {
     painting_.stop();
     picture_.lay(place_.width - 2 * shadow, place_.height - 2 * shadow, *pen_);
     painter_.all(picture_, *pen_);
-    present_.clear();
-    for (std::size_t i = 0; i < picture_.shown().size(); ++i) present_.push_back(picture_.presentText(i));
+    written_.clear();
+    for (std::size_t i = 0; i < picture_.cells(); ++i) written_.push_back(picture_.cellText(i));
     pendingFrom_ = noColumn;
     show(0, 0, picture_.places().width, picture_.places().height);
 }
@@ -148,63 +150,75 @@ void zPlot::tick(zPlotTime now) {
         return;
     }
     const auto& p = picture_.places();
-    const auto last = picture_.columnAt(p.right - 1), come = last - change.lastBefore;
-    pendingFrom_ = std::min(pendingFrom_, change.from <= last ? change.from : noColumn);
+    const Number end = picture_.columnAt(p.right), come = end - 1 - change.lastBefore;
+    if (change.from < end) pendingFrom_ = std::min(pendingFrom_, change.from);
+    if (pendingFrom_ != noColumn) pendingFrom_ = std::max(pendingFrom_, picture_.columnAt(p.left));
     // A value that waits is preferred to a column that is going to change again.
-    const bool draw = pendingFrom_ <= last && (come > 0 || !waits_);
-    if (draw) {
-        if (come > 0)
-            pen_->scroll(rectangle(p.left, p.top, p.right - p.left, p.timeBottom - p.top),
-                         static_cast<int>(come));
-        painter_.columns(picture_, *pen_, std::max(pendingFrom_, picture_.columnAt(p.left)),
-                         change.lastBefore + 1);
-        pendingFrom_ = noColumn;
+    const bool draw = come > 0 || (pendingFrom_ < end && !waits_);
+    const Number from = draw ? drawColumns(end, come) : end;
+    const bool wrote = writeCells();
+    if (draw || wrote) {
+        const int left = come > 0 ? p.left : picture_.xOf(from);
+        show(draw ? wrote ? std::min(left, p.nameLeft) : left : p.nameLeft, draw ? p.top : p.timeBottom,
+             std::max(wrote ? p.cursorRight : 0, draw ? p.right : 0),
+             wrote ? picture_.legendTop(picture_.shown().size()) : p.timeBottom);
     }
-    const bool cursorMoved = picture_.cursor().has_value() != cursorShown_;
-    if (cursorMoved) painter_.cursorTexts(picture_, *pen_);
-    const bool wrote = writePresent();
-    if (draw || wrote || cursorMoved)
-        show(draw ? p.left : p.presentRight, draw ? p.top : p.timeBottom,
-             cursorMoved ? p.width
-             : draw      ? p.right
-                         : p.presentRight,
-             wrote || cursorMoved ? p.height : p.timeBottom);
     bytesOfLastTick_ = pen_->takeSent();
 }
 
-// Those that are other than what is written, as many as there is room for.
-bool zPlot::writePresent() {
+// Of the columns that are pending as many as there is room for, and the ground of those that have come.
+// Returns the first.
+zPlotColumns::Number zPlot::drawColumns(Number end, Number come) {
     const auto& p = picture_.places();
-    std::array<XRectangle, zPlotLook::lines> areas{};
-    std::array<zPlotPen::Text, zPlotLook::lines> texts{};
+    if (come > 0)
+        pen_->scroll(rectangle(p.left, p.top, p.right - p.left, p.timeBottom - p.top),
+                     static_cast<int>(come));
+    const Number from = std::min(pendingFrom_, end - come);
+    std::size_t others = pen_->sent() + zXBytes::copy;
+    if (picture_.cursor()) others += zXBytes::fill + zXBytes::area;
+    Number to = end;
+    painter_.prepare(picture_, from, to, end - come);
+    while (painter_.bytes() + others > tickBytes && to > from + (come > 0 ? 0 : 1)) {
+        to = from + (to - from) / 2;
+        painter_.prepare(picture_, from, to, end - come);
+    }
+    painter_.draw(*pen_);
+    pendingFrom_ = to < end ? to : noColumn;
+    return from;
+}
+
+// Those whose text is other than what is written, as many as there is room for.
+bool zPlot::writeCells() {
+    const auto& p = picture_.places();
+    std::array<XRectangle, 2 * zPlotLook::lines + 1> areas{};
+    std::array<zPlotPen::Text, 2 * zPlotLook::lines + 1> texts{};
     std::size_t count = 0;
-    std::size_t bytes = pen_->sent() + zXPen::bytesOfFill + zXPen::bytesOfWriting + zXPen::bytesOfCopy +
-                        (picture_.cursor() ? zXPen::bytesOfFill + zXPen::bytesOfArea : 0);
-    const std::size_t all = picture_.shown().size();
+    std::size_t bytes = pen_->sent() + zXBytes::fill + zXBytes::writing + zXBytes::copy +
+                        (picture_.cursor() ? zXBytes::fill + zXBytes::area : 0);
     waits_ = false;
-    for (std::size_t i = 0; i < all && !waits_; ++i) {
-        const std::size_t index = (turn_ + i) % all;
-        std::string now = picture_.presentText(index);
-        std::string& before = present_[index];
+    for (std::size_t i = 0, first = turn_; i < written_.size(); ++i) {
+        const std::size_t cell = (first + i) % written_.size();
+        std::string now = picture_.cellText(cell);
+        std::string& before = written_[cell];
         if (now == before) continue;
         const int width = pen_->textWidth(now), widthBefore = pen_->textWidth(before);
         // Of a number that has as many digits only those that are others.
         std::size_t from = 0;
         if (now.size() == before.size() && width == widthBefore)
             from = static_cast<std::size_t>(std::ranges::mismatch(now, before).in1 - now.begin());
-        const std::size_t more = zXPen::bytesOfArea + zXPen::bytesOfText(now.size() - from);
-        if (bytes + more > tickBytes) {
+        bytes += zXBytes::area + zXBytes::text(now.size() - from);
+        if (bytes > tickBytes) {
             waits_ = true;
-            turn_ = index;
+            turn_ = cell;
             break;
         }
-        bytes += more;
         before = std::move(now);
-        const std::string_view written = std::string_view(before).substr(from);
-        const int x = p.presentRight - pen_->textWidth(written);
-        const int left = from > 0 ? x : p.presentRight - std::max(width, widthBefore);
-        areas[count] = rectangle(left, picture_.legendTop(index), p.presentRight - left, p.row);
-        texts[count++] = {x, picture_.legendTop(index) + p.ascent + 1, written};
+        const std::string_view changed = std::string_view(before).substr(from);
+        const auto [right, top] = picture_.cellPlace(cell);
+        const int x = right - pen_->textWidth(changed);
+        const int left = from > 0 ? x : right - std::max(width, widthBefore);
+        areas[count] = rectangle(left, top, right - left, p.row);
+        texts[count++] = {x, top + p.ascent + 1, changed};
     }
     if (count == 0) return false;
     pen_->ground(std::span(areas).first(count));
@@ -214,14 +228,9 @@ bool zPlot::writePresent() {
 
 void zPlot::show(int left, int top, int right, int bottom) {
     pen_->show(rectangle(left, top, right - left, bottom - top));
-    showCursor();
+    if (picture_.cursor()) pen_->markWindow(zPlotPainter::cursorLine(picture_));
     const auto& p = picture_.places();
     if (focused_ && (left == 0 || right == p.width || bottom == p.height)) showRing();
-}
-
-void zPlot::showCursor() {
-    cursorShown_ = picture_.cursor().has_value();
-    if (cursorShown_) pen_->markWindow(zPlotPainter::cursorLine(picture_));
 }
 
 void zPlot::showRing() {

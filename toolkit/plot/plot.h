@@ -55,8 +55,8 @@ class zPlot : public zControl {
 
     void soon();
     void show(int left, int top, int right, int bottom);
-    bool writePresent();
-    void showCursor();
+    zPlotColumns::Number drawColumns(zPlotColumns::Number end, zPlotColumns::Number come);
+    bool writeCells();
     void showRing();
 
     zRect place_;
@@ -67,9 +67,8 @@ class zPlot : public zControl {
     bool realized_ = false, focused_ = false;
     zPlotColumns::Number pendingFrom_ = noColumn;  // changed, and not drawn yet
     static constexpr zPlotColumns::Number noColumn = std::numeric_limits<zPlotColumns::Number>::max();
-    std::vector<std::string> present_;  // as written in the legend
-    std::size_t turn_ = 0;              // of the series whose value is written next
-    bool waits_ = false;                // a value had no room in the last tick
-    bool cursorShown_ = false;
+    std::vector<std::string> written_;  // in the cells of the legend
+    std::size_t turn_ = 0;              // of the cell that is written next
+    bool waits_ = false;                // one had no room in the last tick
     std::size_t bytesOfLastTick_ = 0;
 };

@@ -6,10 +6,13 @@
 
 using namespace std::chrono;
 
-std::string zAxisLabel(double value) {
-    if (value >= 1e9) return fmt::format("{:.4g} G", value / 1e9);
-    if (value >= 1e6) return fmt::format("{:.4g} M", value / 1e6);
-    if (value >= 1e4) return fmt::format("{:.4g} k", value / 1e3);
+std::string zAxisLabel(double value, double maximum) {
+    constexpr struct {
+        double from, unit;
+        const char* sign;
+    } forms[] = {{1e9, 1e9, " G"}, {1e6, 1e6, " M"}, {1e4, 1e3, " k"}};
+    for (const auto& form : forms)
+        if (maximum >= form.from && value > 0) return fmt::format("{:.4g}{}", value / form.unit, form.sign);
     return fmt::format("{:.4g}", value);
 }
 

@@ -26,22 +26,13 @@ int lineTop(const zPlotPicture& picture, double value, const zPlotScale& scale) 
     return std::max(picture.yOf(value, scale) - thickness + 1, picture.places().top);
 }
 
-// Areas next to each other that have the same rows become one.
-void append(std::vector<XRectangle>& areas, int x, int top, int bottom) {
-    if (!areas.empty()) {
-        XRectangle& last = areas.back();
-        if (last.x + last.width == x && last.y == top && last.y + last.height == bottom) {
-            ++last.width;
-            return;
-        }
-    }
-    areas.push_back(area(x, top, 1, bottom - top));
-}
-
-// So much of a text as has room.
-std::string_view fitting(const zPlotPen& pen, std::string_view text, int room) {
-    while (!text.empty() && pen.textWidth(text) > room) text.remove_suffix(1);
-    return text;
+// A text that is too long ends in dots.
+std::string fitting(const zPlotPen& pen, const std::string& text, int room) {
+    constexpr std::string_view dots = "...";
+    if (pen.textWidth(text) <= room) return text;
+    std::string shown = text;
+    while (!shown.empty() && pen.textWidth(shown) + pen.textWidth(dots) > room) shown.pop_back();
+    return shown.append(dots);
 }
 
 void writeRight(zPlotPen& pen, int right, int baseline, std::string_view text) {
@@ -57,9 +48,7 @@ std::optional<zPlotTime> roundTime(const zPlotPicture& picture, Number column, z
     return round;
 }
 
-}  // namespace
-
-void zPlotPainter::setGround(const zPlotPicture& picture, zPlotPen& pen) {
+void setGround(const zPlotPicture& picture, zPlotPen& pen) {
     const auto& p = picture.places();
     std::array<short, zPlotPicture::divisions + 1> rows{};
     for (int i = 0; i <= zPlotPicture::divisions; ++i)
@@ -68,88 +57,7 @@ void zPlotPainter::setGround(const zPlotPicture& picture, zPlotPen& pen) {
     pen.setGround(rows, p.height);
 }
 
-void zPlotPainter::all(const zPlotPicture& picture, zPlotPen& pen) {
-    const auto& p = picture.places();
-    setGround(picture, pen);
-    const XRectangle whole = area(0, 0, p.width, p.height);
-    pen.fill(zInk::ground, 0, {&whole, 1});
-    if (picture.shown().empty()) return;
-    const Number first = picture.columnAt(p.left);
-    const XRectangle seen = area(p.left, p.top, p.right - p.left, p.timeBottom - p.top);
-    pen.clip(&seen);
-    columns(picture, pen, first, first);
-    pen.clip(nullptr);
-    scales(picture, pen);
-    legend(picture, pen);
-    cursorTexts(picture, pen);
-}
-
-void zPlotPainter::columns(const zPlotPicture& picture, zPlotPen& pen, Number from, Number fresh) {
-    const auto& p = picture.places();
-    const int x = picture.xOf(from);
-    const int freshX = picture.xOf(fresh);
-    const XRectangle grounds[] = {area(x, p.top, p.right - x, p.bottom - p.top),
-                                  area(freshX, p.bottom, p.right - freshX, p.timeBottom - p.bottom)};
-    pen.ground(std::span(grounds).first(freshX < p.right ? 2 : 1));
-    times(picture, pen, from, fresh);
-    lines(picture, pen, from);
-}
-
-void zPlotPainter::times(const zPlotPicture& picture, zPlotPen& pen, Number from, Number fresh) {
-    const auto& p = picture.places();
-    const zPlotColumns& columns = picture.shown().front().columns;
-    const zPlotTime each = columns.each(), step = zTimeStep(each, p.timeLabel + timeGap);
-    areas_.clear();
-    // A label ends at its line: the line of one that is cut off on the right is not there yet.
-    for (Number column = from; column <= columns.last(); ++column) {
-        const auto time = roundTime(picture, column, each, step);
-        if (!time) continue;
-        const int x = picture.xOf(column);
-        areas_.push_back(area(x, p.top, 1, p.bottom - p.top));
-        if (column >= fresh)
-            writeRight(pen, x - gap / 2, p.bottom + p.ascent + 1, zTimeLabel(*time, step < minutes(1)));
-    }
-    if (!areas_.empty()) pen.fill(zInk::grid, 0, areas_);
-}
-
-void zPlotPainter::lines(const zPlotPicture& picture, zPlotPen& pen, Number from) {
-    const auto flush = [&](zInk ink, int line) {
-        if (!areas_.empty()) pen.fill(ink, line, areas_);
-        areas_.clear();
-    };
-    areas_.clear();
-    for (const auto& shown : picture.shown()) {
-        const zPlotScale& scale = picture.scaleOf(shown);
-        for (Number column = from; column <= shown.columns.last(); ++column) {
-            const zPlotBand& band = shown.columns.at(column);
-            if (zPlotColumns::isGap(band)) continue;
-            const int top = lineTop(picture, band.most, scale), bottom = lineTop(picture, band.least, scale);
-            if (bottom > top) append(areas_, picture.xOf(column), top, bottom + thickness);
-        }
-        flush(zInk::band, shown.look);
-    }
-    for (const auto& shown : picture.shown()) {
-        const zPlotScale& scale = picture.scaleOf(shown);
-        const auto topOf = [&](Number column) -> std::optional<int> {
-            const zPlotBand& band = shown.columns.at(column);
-            if (zPlotColumns::isGap(band)) return {};
-            return lineTop(picture, band.mean, scale);
-        };
-        std::optional<int> before = topOf(from - 1);
-        for (Number column = from; column <= shown.columns.last(); ++column) {
-            const std::optional<int> now = topOf(column);
-            // A dash lets the ground through only where the line just goes on.
-            const bool goesOn = now && before && std::abs(*now - *before) < thickness;
-            if (now && (!goesOn || zDashed(shown.look, column)))
-                append(areas_, picture.xOf(column), std::min(*now, before.value_or(*now)),
-                       std::max(*now, before.value_or(*now)) + thickness);
-            before = now;
-        }
-        flush(zInk::line, shown.look);
-    }
-}
-
-void zPlotPainter::scales(const zPlotPicture& picture, zPlotPen& pen) {
+void writeScales(const zPlotPicture& picture, zPlotPen& pen) {
     const auto& p = picture.places();
     const auto unit = [&](std::size_t scale) {
         const auto& s = picture.scales()[scale];
@@ -163,7 +71,7 @@ void zPlotPainter::scales(const zPlotPicture& picture, zPlotPen& pen) {
             const double value = maximum * i / zPlotPicture::divisions;
             const int baseline =
                 p.bottom - i * (p.bottom - p.top - 1) / zPlotPicture::divisions - p.row / 2 + p.ascent;
-            const std::string label = zAxisLabel(value);
+            const std::string label = zAxisLabel(value, maximum);
             if (left)
                 writeRight(pen, p.left - gap, baseline, label);
             else
@@ -183,7 +91,7 @@ void zPlotPainter::scales(const zPlotPicture& picture, zPlotPen& pen) {
     pen.write({(p.left + p.right - pen.textWidth(text)) / 2, headline, text});
 }
 
-void zPlotPainter::legend(const zPlotPicture& picture, zPlotPen& pen) {
+void drawLegend(const zPlotPicture& picture, zPlotPen& pen) {
     const auto& p = picture.places();
     writeRight(pen, p.presentRight, picture.legendTop(0) - p.row + p.ascent + 1, "Now");
     for (std::size_t i = 0; i < picture.shown().size(); ++i) {
@@ -197,30 +105,137 @@ void zPlotPainter::legend(const zPlotPicture& picture, zPlotPen& pen) {
         const int from = gap + gap / 2, until = p.nameLeft - gap;
         const XRectangle band = area(from, middle - p.row / 4, until - from, p.row / 2);
         pen.fill(zInk::band, shown.look, {&band, 1});
-        areas_.clear();
-        for (int x = from; x < until; ++x)
-            if (zDashed(shown.look, x - from)) append(areas_, x, middle - 1, middle - 1 + thickness);
-        pen.fill(zInk::line, shown.look, areas_);
-        const std::string name = fmt::format("{} ({})", shown.series.name, shown.series.unit);
-        pen.write(
-            {p.nameLeft, top + p.ascent + 1,
-             fitting(pen, shown.series.unit.empty() ? shown.series.name : name, nameRight - p.nameLeft)});
+        for (int x = from; x < until; ++x) {
+            const XRectangle dot = area(x, middle - 1, 1, thickness);
+            if (zDashed(shown.look, x - from)) pen.fill(zInk::line, shown.look, {&dot, 1});
+        }
+        const std::string& unit = shown.series.unit;
+        const std::string name = shown.series.name + (unit.empty() ? "" : fmt::format(" ({})", unit));
+        pen.write({p.nameLeft, top + p.ascent + 1, fitting(pen, name, nameRight - p.nameLeft)});
     }
-    for (std::size_t i = 0; i < picture.shown().size(); ++i)
-        writeRight(pen, p.presentRight, picture.legendTop(i) + p.ascent + 1, picture.presentText(i));
+    for (std::size_t i = 0; i < picture.cells(); ++i) {
+        const auto [right, top] = picture.cellPlace(i);
+        writeRight(pen, right, top + p.ascent + 1, picture.cellText(i));
+    }
 }
 
-void zPlotPainter::cursorTexts(const zPlotPicture& picture, zPlotPen& pen) {
+}  // namespace
+
+void zPlotPainter::all(const zPlotPicture& picture, zPlotPen& pen) {
     const auto& p = picture.places();
-    const XRectangle old = area(p.presentRight + gap, p.timeBottom + gap, p.width, p.height);
-    pen.fill(zInk::ground, 0, {&old, 1});
-    const auto column = picture.cursor();
-    if (!column) return;
-    const zPlotTime each = picture.shown().front().columns.each();
-    writeRight(pen, p.cursorRight, picture.legendTop(0) - p.row + p.ascent + 1,
-               "At " + zTimeLabel(picture.local(*column * each), true));
-    for (std::size_t i = 0; i < picture.shown().size(); ++i)
-        writeRight(pen, p.cursorRight, picture.legendTop(i) + p.ascent + 1, picture.cursorText(i));
+    setGround(picture, pen);
+    const XRectangle whole = area(0, 0, p.width, p.height);
+    pen.fill(zInk::ground, 0, {&whole, 1});
+    if (picture.shown().empty()) return;
+    const Number first = picture.columnAt(p.left);
+    const XRectangle seen = area(p.left, p.top, p.right - p.left, p.timeBottom - p.top);
+    prepare(picture, first, picture.columnAt(p.right), first);
+    pen.clip(&seen);
+    draw(pen);
+    pen.clip(nullptr);
+    writeScales(picture, pen);
+    drawLegend(picture, pen);
+}
+
+void zPlotPainter::prepare(const zPlotPicture& picture, Number from, Number to, Number fresh) {
+    const auto& p = picture.places();
+    grounds_.clear();
+    areas_.clear();
+    batches_.clear();
+    labels_.clear();
+    const int x = picture.xOf(from), freshX = picture.xOf(fresh);
+    // What is below the columns is cleared only where they come.
+    if (from < fresh)
+        grounds_.push_back(area(x, p.top, picture.xOf(std::min(to, fresh)) - x, p.bottom - p.top));
+    if (freshX < p.right) grounds_.push_back(area(freshX, p.top, p.right - freshX, p.timeBottom - p.top));
+    addTimes(picture, from, to, fresh);
+    for (const auto& shown : picture.shown()) addBands(picture, shown, from, to);
+    for (const auto& shown : picture.shown()) addLine(picture, shown, from, to);
+}
+
+std::size_t zPlotPainter::bytes() const {
+    std::size_t sum = grounds_.empty() ? 0 : zXBytes::fill + grounds_.size() * zXBytes::area;
+    sum += batches_.size() * zXBytes::fill + areas_.size() * zXBytes::area;
+    for (const Label& label : labels_) sum += zXBytes::writing + zXBytes::text(label.text.size());
+    return sum;
+}
+
+void zPlotPainter::draw(zPlotPen& pen) {
+    if (!grounds_.empty()) pen.ground(grounds_);
+    std::size_t begin = 0;
+    for (const Batch& batch : batches_) {
+        pen.fill(batch.ink, batch.line, std::span(areas_).subspan(begin, batch.end - begin));
+        begin = batch.end;
+    }
+    for (const Label& label : labels_) writeRight(pen, label.right, label.baseline, label.text);
+}
+
+// Areas of a batch next to each other that have the same rows become one.
+void zPlotPainter::add(int x, int top, int bottom) {
+    const std::size_t begin = batches_.empty() ? 0 : batches_.back().end;
+    if (areas_.size() > begin) {
+        XRectangle& last = areas_.back();
+        if (last.x + last.width == x && last.y == top && last.y + last.height == bottom) {
+            ++last.width;
+            return;
+        }
+    }
+    areas_.push_back(area(x, top, 1, bottom - top));
+}
+
+void zPlotPainter::endBatch(zInk ink, int line) {
+    if (areas_.size() > (batches_.empty() ? 0 : batches_.back().end))
+        batches_.push_back({ink, line, areas_.size()});
+}
+
+void zPlotPainter::addTimes(const zPlotPicture& picture, Number from, Number to, Number fresh) {
+    const auto& p = picture.places();
+    const zPlotColumns& columns = picture.shown().front().columns;
+    const zPlotTime each = columns.each(), step = zTimeStep(each, p.timeLabel + timeGap);
+    for (Number column = std::min(from, fresh); column <= columns.last(); ++column) {
+        if (column >= to && column < fresh) continue;
+        const auto time = roundTime(picture, column, each, step);
+        if (!time) continue;
+        const int x = picture.xOf(column);
+        areas_.push_back(area(x, p.top, 1, p.bottom - p.top));
+        // It ends at its line, so that it never has to wait for columns that are still to come.
+        if (column >= fresh)
+            labels_.push_back({x - gap / 2, p.bottom + p.ascent + 1, zTimeLabel(*time, step < minutes(1))});
+    }
+    endBatch(zInk::grid, 0);
+}
+
+void zPlotPainter::addBands(const zPlotPicture& picture, const zPlotPicture::Shown& shown, Number from,
+                            Number to) {
+    const zPlotScale& scale = picture.scaleOf(shown);
+    for (Number column = from; column < to; ++column) {
+        const zPlotBand& band = shown.columns.at(column);
+        if (zPlotColumns::isGap(band)) continue;
+        const int top = lineTop(picture, band.most, scale), bottom = lineTop(picture, band.least, scale);
+        if (bottom > top) add(picture.xOf(column), top, bottom + thickness);
+    }
+    endBatch(zInk::band, shown.look);
+}
+
+void zPlotPainter::addLine(const zPlotPicture& picture, const zPlotPicture::Shown& shown, Number from,
+                           Number to) {
+    const zPlotScale& scale = picture.scaleOf(shown);
+    const auto topOf = [&](Number column) -> std::optional<int> {
+        const zPlotBand& band = shown.columns.at(column);
+        if (zPlotColumns::isGap(band)) return {};
+        return lineTop(picture, band.mean, scale);
+    };
+    std::optional<int> before = topOf(from - 1);
+    for (Number column = from; column < to; ++column) {
+        const std::optional<int> now = topOf(column);
+        // A dash lets the ground through only where the line just goes on.
+        const bool goesOn = now && before && std::abs(*now - *before) < thickness;
+        if (now && (!goesOn || zDashed(shown.look, column)))
+            add(picture.xOf(column), std::min(*now, before.value_or(*now)),
+                std::max(*now, before.value_or(*now)) + thickness);
+        before = now;
+    }
+    endBatch(zInk::line, shown.look);
 }
 
 XRectangle zPlotPainter::cursorLine(const zPlotPicture& picture) {

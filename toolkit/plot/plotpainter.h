@@ -12,23 +12,35 @@ class zPlotPainter {
     // Everything but the cursor's line.
     void all(const zPlotPicture& picture, zPlotPen& pen);
 
-    // The columns from this one to the last; of those from `fresh` on also what is below them. A picture that
-    // has been scrolled becomes the one that all() would draw.
-    void columns(const zPlotPicture& picture, zPlotPen& pen, zPlotColumns::Number from,
+    // Gets the columns from `from` to before `to` ready, as all() draws them, and of those from `fresh` to
+    // the last the ground and the times below it: they have just come.
+    void prepare(const zPlotPicture& picture, zPlotColumns::Number from, zPlotColumns::Number to,
                  zPlotColumns::Number fresh);
-
-    // The value at the cursor, of all series.
-    void cursorTexts(const zPlotPicture& picture, zPlotPen& pen);
+    std::size_t bytes() const;  // of drawing them
+    void draw(zPlotPen& pen);   // once
 
     static XRectangle cursorLine(const zPlotPicture& picture);
 
   private:
-    void setGround(const zPlotPicture& picture, zPlotPen& pen);
-    void lines(const zPlotPicture& picture, zPlotPen& pen, zPlotColumns::Number from);
-    void times(const zPlotPicture& picture, zPlotPen& pen, zPlotColumns::Number from,
-               zPlotColumns::Number fresh);
-    void scales(const zPlotPicture& picture, zPlotPen& pen);
-    void legend(const zPlotPicture& picture, zPlotPen& pen);
+    using Number = zPlotColumns::Number;
+    struct Batch {
+        zInk ink;
+        int line;
+        std::size_t end;  // of its areas, which begin where those of the batch before end
+    };
+    struct Label {
+        int right, baseline;
+        std::string text;
+    };
 
-    std::vector<XRectangle> areas_;  // kept, so that a tick allocates nothing
+    void addTimes(const zPlotPicture& picture, Number from, Number to, Number fresh);
+    void addBands(const zPlotPicture& picture, const zPlotPicture::Shown& shown, Number from, Number to);
+    void addLine(const zPlotPicture& picture, const zPlotPicture::Shown& shown, Number from, Number to);
+    void add(int x, int top, int bottom);
+    void endBatch(zInk ink, int line);
+
+    // Kept, so that a tick allocates nothing.
+    std::vector<XRectangle> grounds_, areas_;
+    std::vector<Batch> batches_;
+    std::vector<Label> labels_;
 };

@@ -4,8 +4,15 @@
 #include "toolkit/plot/plotlook.h"
 
 #include <X11/Xlib.h>
+#include <cstddef>
 #include <span>
 #include <string_view>
+
+// What is sent to an X server for it.
+struct zXBytes {
+    static constexpr std::size_t copy = 28, fill = 12, area = 8, writing = 28;
+    static constexpr std::size_t text(std::size_t characters) { return 8 + (characters + 3) / 4 * 4; }
+};
 
 enum class zInk { ground, text, grid, select, line, band };
 

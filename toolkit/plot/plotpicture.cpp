@@ -190,7 +190,7 @@ void zPlotPicture::lay(int width, int height, const zPlotPen& pen) {
     p.top = row + edge;
     p.left = scaleWidth;
     p.right = std::max(p.left + leastPlot, width - (scales_.size() > 1 ? scaleWidth : 2 * edge));
-    const int legend = shown_.empty() ? 0 : (static_cast<int>(shown_.size()) + 1) * row + edge;
+    const int legend = shown_.empty() ? 0 : (static_cast<int>(shown_.size()) + 1) * row + 2 * edge;
     p.bottom = std::max(p.top + leastPlot, height - legend - row);
     p.timeBottom = p.bottom + row;
     p.cursorRight = width - 2 * edge;
@@ -217,14 +217,22 @@ int zPlotPicture::yOf(double value, const zPlotScale& scale) const {
     return places_.bottom - 1 - static_cast<int>(std::min(value / scale.maximum(), 1.0) * rows + 0.5);
 }
 
-std::string zPlotPicture::presentText(std::size_t index) const {
-    const auto value = shown_[index].series.present();
-    return value ? zValueLabel(*value) : "unknown";
-}
-
-std::string zPlotPicture::cursorText(std::size_t index) const {
+std::string zPlotPicture::cellText(std::size_t cell) const {
+    const std::size_t count = shown_.size();
+    if (cell < count) {
+        const auto value = shown_[cell].series.present();
+        return value ? zValueLabel(*value) : "unknown";
+    }
     const auto column = cursor();
     if (!column) return {};
-    const zPlotBand& band = shown_[index].columns.at(*column);
+    if (cell == 2 * count) return "At " + zTimeLabel(local(*column * columns().each()), true);
+    const zPlotBand& band = shown_[cell - count].columns.at(*column);
     return zPlotColumns::isGap(band) ? "unknown" : zBandLabel(band);
+}
+
+zPlotPicture::CellPlace zPlotPicture::cellPlace(std::size_t cell) const {
+    const std::size_t count = shown_.size();
+    if (cell < count) return {places_.presentRight, legendTop(cell)};
+    if (cell == 2 * count) return {places_.cursorRight, legendTop(0) - places_.row};
+    return {places_.cursorRight, legendTop(cell - count)};
 }

@@ -92,9 +92,14 @@ class zPlotPicture {
     int yOf(double value, const zPlotScale& scale) const;
     const zPlotScale& scaleOf(const Shown& shown) const { return scales_[shown.scale].range; }
 
-    // Of the legend.
-    std::string presentText(std::size_t index) const;
-    std::string cursorText(std::size_t index) const;
+    // The texts of the legend that change with time: of each series the present value, then of each the
+    // value at the cursor, then the cursor's time. They end at `right`.
+    std::size_t cells() const { return 2 * shown_.size() + 1; }
+    std::string cellText(std::size_t cell) const;
+    struct CellPlace {
+        int right, top;
+    };
+    CellPlace cellPlace(std::size_t cell) const;
 
   private:
     const zPlotColumns& columns() const { return shown_.empty() ? empty_ : shown_.front().columns; }

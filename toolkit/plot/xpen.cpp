@@ -136,7 +136,7 @@ void zXPen::setGround(std::span<const short> rows, int height) {
 }
 
 void zXPen::fill(GC gc, std::span<const XRectangle> areas) {
-    sent_ += bytesOfFill + areas.size() * bytesOfArea;
+    sent_ += zXBytes::fill + areas.size() * zXBytes::area;
     XFillRectangles(display_, pixmap_, gc, const_cast<XRectangle*>(areas.data()),
                     static_cast<int>(areas.size()));
 }
@@ -168,9 +168,9 @@ int zXPen::ascent() const {
 // All of them in one request.
 void zXPen::write(std::span<const Text> texts) {
     glyphs_.clear();
-    sent_ += bytesOfWriting;
+    sent_ += zXBytes::writing;
     for (const Text& text : texts) {
-        sent_ += bytesOfText(text.text.size());
+        sent_ += zXBytes::text(text.text.size());
         int x = text.x;
         for (const char c : text.text) {
             const FT_UInt glyph =
@@ -193,19 +193,19 @@ void zXPen::clip(const XRectangle* area) {
 }
 
 void zXPen::scroll(const XRectangle& area, int pixels) {
-    sent_ += bytesOfCopy;
+    sent_ += zXBytes::copy;
     XCopyArea(display_, pixmap_, pixmap_, ground_, area.x + pixels, area.y,
               static_cast<unsigned>(area.width - pixels), area.height, area.x, area.y);
 }
 
 void zXPen::show(const XRectangle& area) {
-    sent_ += bytesOfCopy;
+    sent_ += zXBytes::copy;
     XCopyArea(display_, pixmap_, XtWindow(canvas_), ground_, area.x, area.y, area.width, area.height, area.x,
               area.y);
 }
 
 void zXPen::markWindow(const XRectangle& area) {
-    sent_ += bytesOfFill + bytesOfArea;
+    sent_ += zXBytes::fill + zXBytes::area;
     XFillRectangle(display_, XtWindow(canvas_), text_, area.x, area.y, area.width, area.height);
 }
 

@@ -28,8 +28,6 @@ class zXPen : public zPlotPen {
     // Bytes of the requests since the last call.
     std::size_t takeSent();
     std::size_t sent() const { return sent_; }
-    static std::size_t bytesOfText(std::size_t characters) { return 8 + (characters + 3) / 4 * 4; }
-    static constexpr std::size_t bytesOfCopy = 28, bytesOfFill = 12, bytesOfArea = 8, bytesOfWriting = 28;
 
     int textWidth(std::string_view text) const override;
     int textHeight() const override;

@@ -5,8 +5,12 @@
 using std::chrono::milliseconds;
 
 PlotLine plotLineOf(std::shared_ptr<const metrics::Watched> watched) {
-    return {.name = nameOf(watched->subject()),
-            .unit = unitOf(watched->subject()),
+    const metrics::Subject& subject = watched->subject();
+    // The unit has the "/s" already.
+    std::string name = nameOf(subject);
+    if (subject.isRate()) name.resize(name.rfind('/'));
+    return {.name = std::move(name),
+            .unit = unitOf(subject),
             .series = {watched, &watched->series()},
             .last = [watched] { return watched->last(); }};
 }

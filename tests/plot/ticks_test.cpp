@@ -1,0 +1,80 @@
+// What a tick of a plot costs: bytes to the X server, and waiting for it.
+#include "tests/plot/plotdesk.h"
+
+#include <random>
+
+using namespace std::chrono;
+
+namespace {
+
+class PlotTicks : public PlotDeskTest {
+  protected:
+    LinkProxy& link = plotDesk().link;
+    std::mt19937 random{5};
+    double level[8] = {20000, 31000, 900, 700, 500, 420, 250, 120};
+
+    std::optional<float> value(std::size_t i) {
+        level[i] *= 1 + (static_cast<double>(random() % 2001) - 1000) / 40000;
+        level[i] = std::clamp(level[i], 101.0, 49000.0);
+        return static_cast<float>(level[i]);
+    }
+    // Bytes of a tick, once it has all arrived.
+    std::size_t bytesOfStep(milliseconds later) {
+        link.takeSent();
+        step(later, [this](std::size_t i) { return value(i); });
+        XFlush(XtDisplay(window->shell()));
+        // As much as the plot says that it was, or more.
+        std::size_t all = 0;
+        user.until([&] { return (all += link.takeSent()) >= window->plot().bytesOfLastTick(); }, 2);
+        std::this_thread::sleep_for(2ms);
+        all += link.takeSent();
+        return all;
+    }
+};
+
+}  // namespace
+
+TEST_F(PlotTicks, AreAtMost400BytesAndWaitForNothing) {
+    constexpr struct {
+        int series;
+        const char* key;
+        milliseconds tick;
+        bool cursor;
+    } rows[] = {{1, "1", 1000ms, false}, {1, "1", 250ms, true},  {2, "2", 1000ms, true},
+                {8, "1", 1000ms, true},  {8, "1", 250ms, false}, {8, "2", 1000ms, false},
+                {8, "2", 250ms, true},   {8, "2", 500ms, false}, {8, "3", 1000ms, true},
+                {8, "4", 1000ms, true}};
+    for (const auto& row : rows) {
+        while (static_cast<int>(fed.size()) < row.series)
+            add(fmt::format("value {}", fed.size()), fed.size() < 2 ? "cells/s" : "packets/s");
+        user.focus(window->shell());
+        user.key(row.key);
+        if (row.cursor) user.key("Left");
+        // All of the picture has values, and what is sent once is sent.
+        for (int i = 0; i < 300; ++i) step(row.tick, [this](std::size_t s) { return value(s); });
+        user.settle();
+        link.take();
+        std::size_t most = 0, sum = 0;
+        int redrawn = 0, counted = 0;
+        for (int i = 0; i < 150; ++i) {
+            const double before = window->plot().picture().scales().front().range.maximum(),
+                         other = window->plot().picture().scales().back().range.maximum();
+            const std::size_t bytes = bytesOfStep(row.tick);
+            if (window->plot().picture().scales().front().range.maximum() != before ||
+                window->plot().picture().scales().back().range.maximum() != other) {
+                ++redrawn;  // the scale is another one
+                continue;
+            }
+            EXPECT_EQ(bytes, window->plot().bytesOfLastTick());
+            most = std::max(most, bytes);
+            sum += bytes;
+            ++counted;
+        }
+        EXPECT_LE(most, zPlot::tickBytes) << row.series << " series, span " << row.key;
+        EXPECT_LT(redrawn, 20);
+        EXPECT_THAT(link.take(), testing::IsEmpty()) << row.series << " series, span " << row.key;
+        if (std::getenv("TV_FIGURES"))
+            fmt::print("{} series, span {}, every {} ms: {} bytes, at most {}\n", row.series, row.key,
+                       row.tick.count(), sum / static_cast<std::size_t>(std::max(1, counted)), most);
+    }
+}
