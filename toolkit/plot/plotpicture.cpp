@@ -92,6 +92,15 @@ void zPlotPicture::scroll(zPlotTime by) {
     followScales();
 }
 
+void zPlotPicture::showBeginning() {
+    zPlotTime first = now_;
+    for (const Shown& shown : shown_)
+        shown.series.visit(
+            std::max(now_ - oldest, zPlotTime(0)), now_,
+            [&](zPlotTime begin, zPlotTime, const zPlotBand&) { first = std::min(first, begin); });
+    scroll(first + span_ - until_.value_or(now_));
+}
+
 void zPlotPicture::fixScale(bool larger) {
     if (!shown_.empty()) scales_[shown_[selected_].scale].range.fix(larger);
 }

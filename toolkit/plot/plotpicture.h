@@ -47,6 +47,7 @@ class zPlotPicture {
     void hold();                // the time that is seen
     void showNow();             // the newest, and go on
     void scroll(zPlotTime by);  // forward or, negative, back; up to now shows the newest again
+    void showBeginning();       // of what is known
     bool isHeld() const { return until_.has_value(); }
     zPlotTime from() const { return columns().first() * columns().each(); }
     zPlotTime until() const { return (columns().last() + 1) * columns().each(); }

@@ -158,7 +158,7 @@ void DPlotDlg::scroll(int halves) {
 }
 
 void DPlotDlg::toOldest() {
-    plot_.change([](zPlotPicture& picture) { picture.scroll(-24h); });
+    plot_.change([](zPlotPicture& picture) { picture.showBeginning(); });
 }
 
 void DPlotDlg::toNow() {
