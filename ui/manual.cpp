@@ -28,6 +28,7 @@ constexpr struct {
     {"watchFor", "WATCHED CONDITIONS"},
     {"watchChoice", "WATCHED CONDITIONS"},
     {"watchedConditions", "WATCHED CONDITIONS"},
+    {"plot", "PLOTS"},
 };
 
 enum ManualControl { manualTV = 810, manualCloseBTN = 811 };
