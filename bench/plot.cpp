@@ -12,6 +12,7 @@
 #include <ctime>
 #include <fmt/core.h>
 #include <thread>
+#include <utility>
 #include <vector>
 
 using namespace std::chrono;

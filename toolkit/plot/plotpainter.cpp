@@ -91,6 +91,14 @@ void writeScales(const zPlotPicture& picture, zPlotPen& pen) {
     pen.write({(p.left + p.right - pen.textWidth(text)) / 2, headline, text});
 }
 
+void drawDashes(zPlotPen& pen, int line, int from, int until, int top) {
+    for (int x = from, end = x; x < until; x = end + 1) {
+        for (end = x; end < until && zDashed(line, end - from);) ++end;
+        const XRectangle dash = area(x, top, end - x, thickness);
+        if (end > x) pen.fill(zInk::line, line, {&dash, 1});
+    }
+}
+
 void drawLegend(const zPlotPicture& picture, zPlotPen& pen) {
     const auto& p = picture.places();
     writeRight(pen, p.presentRight, picture.legendTop(0) - p.row + p.ascent + 1, "Now");
@@ -105,10 +113,7 @@ void drawLegend(const zPlotPicture& picture, zPlotPen& pen) {
         const int from = gap + gap / 2, until = p.nameLeft - gap;
         const XRectangle band = area(from, middle - p.row / 4, until - from, p.row / 2);
         pen.fill(zInk::band, shown.look, {&band, 1});
-        for (int x = from; x < until; ++x) {
-            const XRectangle dot = area(x, middle - 1, 1, thickness);
-            if (zDashed(shown.look, x - from)) pen.fill(zInk::line, shown.look, {&dot, 1});
-        }
+        drawDashes(pen, shown.look, from, until, middle - 1);
         const std::string& unit = shown.series.unit;
         const std::string name = shown.series.name + (unit.empty() ? "" : fmt::format(" ({})", unit));
         pen.write({p.nameLeft, top + p.ascent + 1, fitting(pen, name, nameRight - p.nameLeft)});

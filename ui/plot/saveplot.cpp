@@ -23,20 +23,19 @@ std::string hostName() {
 }  // namespace
 
 std::vector<std::string> plotHeading(const zPlotPicture& picture, const std::string& adapter) {
-    const auto steady = std::chrono::steady_clock::now().time_since_epoch();
+    // The zone as it is now, also of times before its rules changed the offset, as in the picture.
     const auto wall = [&](zPlotTime time) {
-        const auto ago = std::chrono::floor<std::chrono::seconds>(steady - time);
-        const std::time_t seconds = std::time(nullptr) - ago.count();
-        std::tm local{};
-        localtime_r(&seconds, &local);
-        return local;
+        return fmt::gmtime(std::chrono::floor<std::chrono::seconds>(picture.local(time)).count());
     };
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
     std::string units;
     for (const auto& scale : picture.scales())
         units += (units.empty() ? "" : ", ") + (scale.unit.empty() ? "values" : scale.unit);
     return {fmt::format("{} of {} on {}", units.empty() ? "values" : units, adapter, hostName()),
-            fmt::format("{:%Y-%m-%d %H:%M:%S} to {:%Y-%m-%d %H:%M:%S %z}", wall(picture.from()),
-                        wall(picture.until()))};
+            fmt::format("{:%Y-%m-%d %H:%M:%S} to {:%Y-%m-%d %H:%M:%S} {:%z}", wall(picture.from()),
+                        wall(picture.until()), local)};
 }
 
 void savePlot(zWindow& window, const zPlot& plot, const std::string& adapter) {
