@@ -38,10 +38,12 @@ class Bare {
                                 static_cast<unsigned>(DefaultDepth(display, screen)));
         XGCValues values{};
         values.graphics_exposures = False;
-        for (GC* gc : {&ground_, &line_}) {
-            values.foreground = gc == &line_ ? 0x0055a8 : WhitePixel(display, screen);
-            *gc = XCreateGC(display, window_, GCForeground | GCGraphicsExposures, &values);
-        }
+        const auto gc = [&](unsigned long colour) {
+            values.foreground = colour;
+            return XCreateGC(display, window_, GCForeground | GCGraphicsExposures, &values);
+        };
+        ground_ = gc(WhitePixel(display, screen));
+        for (GC& line : lines_) line = gc(0x0055a8);
         XFillRectangle(display, pixmap_, ground_, 0, 0, width, height);
         XMapWindow(display, window_);
         XSync(display, False);
@@ -55,7 +57,7 @@ class Bare {
             XRectangle areas[] = {{static_cast<short>(x), static_cast<short>(y + 20 * i), 1, 6},
                                   {static_cast<short>(x + 1), static_cast<short>(y + 20 * i),
                                    static_cast<unsigned short>(columns - 1), 2}};
-            XFillRectangles(display_, pixmap_, line_, areas, 2);
+            XFillRectangles(display_, pixmap_, lines_[i], areas, 2);
         }
         XCopyArea(display_, pixmap_, window_, ground_, 0, 0, width, height, 0, 0);
         XFlush(display_);
@@ -65,7 +67,7 @@ class Bare {
     Display* display_;
     Window window_;
     Pixmap pixmap_;
-    GC ground_ = nullptr, line_ = nullptr;
+    GC ground_ = nullptr, lines_[8] = {};  // each series has its colour
 };
 
 struct Fed {

@@ -214,21 +214,22 @@ TEST(PlotScale, IsFixedByTheUser) {
 }
 
 TEST_F(PlotTest, AScrolledPictureIsTheOneThatIsDrawnAnew) {
-    add(4, "packets/s");
+    add(8, "packets/s");
     std::mt19937 random(7);
     const auto chance = [&](unsigned in) { return random() % in == 0; };
-    float level[4] = {100, 3000, 20, 5};
+    float level[8] = {100, 3000, 20, 5, 700, 50, 1200, 30};
     for (const seconds span : {60s, 600s, 3600s, 86400s}) {
         plot.change([&](zPlotPicture& picture) { picture.setSpan(span); });
         user.settle();
-        const milliseconds usual = span == 86400s ? 30s : span == 3600s ? 1000ms : 250ms;
+        const milliseconds usual = span == 86400s ? 30s : span == 3600s ? 1000ms : 250ms;  // of a tick
         int different = 0, compared = 0;
         for (int i = 0; i < 1200 && different == 0; ++i) {
             for (float& l : level) l = std::clamp(l + static_cast<float>(random() % 21) - 10.F, 0.F, 5000.F);
             const bool silent = chance(20);
-            tick(usual + milliseconds(chance(30) ? random() % 20000 : random() % 40),
+            tick((span == 60s && i % 200 > 100 ? 1000ms : usual) +
+                     milliseconds(chance(30) ? random() % 20000 : random() % 40),
                  [&](std::size_t c) -> std::optional<float> {
-                     if (silent || c > 3 || chance(60)) return {};
+                     if (silent || chance(60)) return {};
                      return chance(100) ? level[c] * 4 : level[c];
                  });
             if (chance(80)) {
@@ -246,8 +247,7 @@ TEST_F(PlotTest, AScrolledPictureIsTheOneThatIsDrawnAnew) {
             }
             if (plot.picture().isHeld() || i % (i < 600 ? 4 : 50)) continue;  // a held picture stands
             // What is left for the next tick is drawn in it.
-            plot.tick(now);
-            plot.tick(now);
+            for (int more = 0; more < 5; ++more) plot.tick(now);
             const auto scrolled = pixels(), anew = drawnAnew();
             ASSERT_EQ(scrolled.size(), anew.size());
             const int width = plot.picture().places().right - plot.picture().places().left;

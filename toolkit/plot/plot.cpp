@@ -14,6 +14,8 @@ namespace {
 using Number = zPlotColumns::Number;
 
 constexpr int shadow = 2;
+// Ticks in a row after which all columns are drawn, however much that is.
+constexpr int longestPending = 8;
 constexpr int wheelParts = 10;  // of the span, for one step of the wheel
 constexpr EventMask handledEvents = KeyPressMask | ButtonPressMask | ButtonMotionMask | FocusChangeMask;
 
@@ -137,6 +139,7 @@ void zPlot::redraw() {
     written_.clear();
     for (std::size_t i = 0; i < picture_.cells(); ++i) written_.push_back(picture_.cellText(i));
     pendingFrom_ = noColumn;
+    timesFrom_ = picture_.columnAt(picture_.places().right);
     show(0, 0, picture_.places().width, picture_.places().height);
 }
 
@@ -156,13 +159,16 @@ void zPlot::tick(zPlotTime now) {
     // A value that waits is preferred to a column that is going to change again.
     const bool draw = come > 0 || (pendingFrom_ < end && !waits_);
     const Number from = draw ? drawColumns(end, come) : end;
-    const bool wrote = writeCells();
-    if (draw || wrote) {
-        const int left = come > 0 ? p.left : picture_.xOf(from);
-        show(draw ? wrote ? std::min(left, p.nameLeft) : left : p.nameLeft, draw ? p.top : p.timeBottom,
-             std::max(wrote ? p.cursorRight : 0, draw ? p.right : 0),
+    const bool timed = writeTimes(), wrote = writeCells();
+    if (draw || timed || wrote)
+        show(come > 0 || timed ? p.left
+             : wrote           ? p.nameLeft
+                               : picture_.xOf(from),
+             draw    ? p.top
+             : timed ? p.bottom
+                     : p.timeBottom,
+             std::max(wrote ? p.cursorRight : 0, draw || timed ? p.right : 0),
              wrote ? picture_.legendTop(picture_.shown().size()) : p.timeBottom);
-    }
     bytesOfLastTick_ = pen_->takeSent();
 }
 
@@ -178,13 +184,25 @@ zPlotColumns::Number zPlot::drawColumns(Number end, Number come) {
     if (picture_.cursor()) others += zXBytes::fill + zXBytes::area;
     Number to = end;
     painter_.prepare(picture_, from, to, end - come);
-    while (painter_.bytes() + others > tickBytes && to > from + (come > 0 ? 0 : 1)) {
+    while (painter_.bytes() + others > tickBytes && to > from + (come > 0 ? 0 : 1) &&
+           ticksPending_ < longestPending) {
         to = from + (to - from) / 2;
         painter_.prepare(picture_, from, to, end - come);
     }
     painter_.draw(*pen_);
     pendingFrom_ = to < end ? to : noColumn;
+    ticksPending_ = to < end ? ticksPending_ + 1 : 0;
     return from;
+}
+
+bool zPlot::writeTimes() {
+    painter_.prepareTimes(picture_, std::max(timesFrom_, picture_.columnAt(picture_.places().left)));
+    const std::size_t bytes = painter_.bytesOfTimes();
+    if (bytes > 0 && pen_->sent() + bytes + zXBytes::copy + zXBytes::fill + zXBytes::area > tickBytes)
+        return false;
+    painter_.drawTimes(*pen_);
+    timesFrom_ = picture_.columnAt(picture_.places().right);
+    return bytes > 0;
 }
 
 // Those whose text is other than what is written, as many as there is room for.

@@ -56,6 +56,7 @@ class zPlot : public zControl {
     void soon();
     void show(int left, int top, int right, int bottom);
     zPlotColumns::Number drawColumns(zPlotColumns::Number end, zPlotColumns::Number come);
+    bool writeTimes();
     bool writeCells();
     void showRing();
 
@@ -66,6 +67,8 @@ class zPlot : public zControl {
     zAlarm painting_;
     bool realized_ = false, focused_ = false;
     zPlotColumns::Number pendingFrom_ = noColumn;  // changed, and not drawn yet
+    zPlotColumns::Number timesFrom_ = 0;           // the first without the label of its time
+    int ticksPending_ = 0;                         // in a row
     static constexpr zPlotColumns::Number noColumn = std::numeric_limits<zPlotColumns::Number>::max();
     std::vector<std::string> written_;  // in the cells of the legend
     std::size_t turn_ = 0;              // of the cell that is written next

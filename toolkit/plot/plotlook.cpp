@@ -9,8 +9,8 @@ constexpr std::array<unsigned, zPlotLook::lines> onLight{0x0055a8, 0xd98200, 0x0
     onDark{0x56b4e9, 0xd98200, 0x00b386, 0xf5a3c7, 0xffb07a, 0x3d8fd6, 0xcbb2f0, 0x8fae1b};
 constexpr int bandParts = 35;  // hundredths of the line's colour in that of its band
 
-// Columns: on, off, on, off.
-constexpr int dashes[][4] = {{1, 0, 0, 0}, {9, 4, 0, 0}, {3, 3, 0, 0}, {10, 3, 3, 3}};
+// Columns: on, off, on, off. Shorter ones would be more to draw in each tick.
+constexpr int dashes[][4] = {{1, 0, 0, 0}, {14, 6, 0, 0}, {5, 5, 0, 0}, {16, 5, 5, 5}};
 // Two lines of each, one darker and one lighter.
 constexpr int dashOf[zPlotLook::lines] = {0, 0, 1, 1, 2, 2, 3, 3};
 

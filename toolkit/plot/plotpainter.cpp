@@ -135,8 +135,10 @@ void zPlotPainter::all(const zPlotPicture& picture, zPlotPen& pen) {
     const Number first = picture.columnAt(p.left);
     const XRectangle seen = area(p.left, p.top, p.right - p.left, p.timeBottom - p.top);
     prepare(picture, first, picture.columnAt(p.right), first);
+    prepareTimes(picture, first);
     pen.clip(&seen);
     draw(pen);
+    drawTimes(pen);
     pen.clip(nullptr);
     writeScales(picture, pen);
     drawLegend(picture, pen);
@@ -147,13 +149,12 @@ void zPlotPainter::prepare(const zPlotPicture& picture, Number from, Number to, 
     grounds_.clear();
     areas_.clear();
     batches_.clear();
-    labels_.clear();
     const int x = picture.xOf(from), freshX = picture.xOf(fresh);
     // What is below the columns is cleared only where they come.
     if (from < fresh)
         grounds_.push_back(area(x, p.top, picture.xOf(std::min(to, fresh)) - x, p.bottom - p.top));
     if (freshX < p.right) grounds_.push_back(area(freshX, p.top, p.right - freshX, p.timeBottom - p.top));
-    addTimes(picture, from, to, fresh);
+    addTimeLines(picture, from, to, fresh);
     for (const auto& shown : picture.shown()) addBands(picture, shown, from, to);
     for (const auto& shown : picture.shown()) addLine(picture, shown, from, to);
 }
@@ -161,7 +162,6 @@ void zPlotPainter::prepare(const zPlotPicture& picture, Number from, Number to, 
 std::size_t zPlotPainter::bytes() const {
     std::size_t sum = grounds_.empty() ? 0 : zXBytes::fill + grounds_.size() * zXBytes::area;
     sum += batches_.size() * zXBytes::fill + areas_.size() * zXBytes::area;
-    for (const Label& label : labels_) sum += zXBytes::writing + zXBytes::text(label.text.size());
     return sum;
 }
 
@@ -172,6 +172,27 @@ void zPlotPainter::draw(zPlotPen& pen) {
         pen.fill(batch.ink, batch.line, std::span(areas_).subspan(begin, batch.end - begin));
         begin = batch.end;
     }
+}
+
+// A label ends at its line, so that it never has to wait for columns that are still to come.
+void zPlotPainter::prepareTimes(const zPlotPicture& picture, Number from) {
+    const auto& p = picture.places();
+    const zPlotColumns& columns = picture.shown().front().columns;
+    const zPlotTime each = columns.each(), step = zTimeStep(each, p.timeLabel + timeGap);
+    labels_.clear();
+    for (Number column = from; column <= columns.last(); ++column)
+        if (const auto time = roundTime(picture, column, each, step))
+            labels_.push_back({picture.xOf(column) - gap / 2, p.bottom + p.ascent + 1,
+                               zTimeLabel(*time, step < minutes(1))});
+}
+
+std::size_t zPlotPainter::bytesOfTimes() const {
+    std::size_t sum = 0;
+    for (const Label& label : labels_) sum += zXBytes::writing + zXBytes::text(label.text.size());
+    return sum;
+}
+
+void zPlotPainter::drawTimes(zPlotPen& pen) {
     for (const Label& label : labels_) writeRight(pen, label.right, label.baseline, label.text);
 }
 
@@ -193,20 +214,13 @@ void zPlotPainter::endBatch(zInk ink, int line) {
         batches_.push_back({ink, line, areas_.size()});
 }
 
-void zPlotPainter::addTimes(const zPlotPicture& picture, Number from, Number to, Number fresh) {
+void zPlotPainter::addTimeLines(const zPlotPicture& picture, Number from, Number to, Number fresh) {
     const auto& p = picture.places();
     const zPlotColumns& columns = picture.shown().front().columns;
     const zPlotTime each = columns.each(), step = zTimeStep(each, p.timeLabel + timeGap);
-    for (Number column = std::min(from, fresh); column <= columns.last(); ++column) {
-        if (column >= to && column < fresh) continue;
-        const auto time = roundTime(picture, column, each, step);
-        if (!time) continue;
-        const int x = picture.xOf(column);
-        areas_.push_back(area(x, p.top, 1, p.bottom - p.top));
-        // It ends at its line, so that it never has to wait for columns that are still to come.
-        if (column >= fresh)
-            labels_.push_back({x - gap / 2, p.bottom + p.ascent + 1, zTimeLabel(*time, step < minutes(1))});
-    }
+    for (Number column = std::min(from, fresh); column <= columns.last(); ++column)
+        if ((column < to || column >= fresh) && roundTime(picture, column, each, step))
+            areas_.push_back(area(picture.xOf(column), p.top, 1, p.bottom - p.top));
     endBatch(zInk::grid, 0);
 }
 

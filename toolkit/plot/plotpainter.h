@@ -19,6 +19,11 @@ class zPlotPainter {
     std::size_t bytes() const;  // of drawing them
     void draw(zPlotPen& pen);   // once
 
+    // The same for the labels of times from this column on.
+    void prepareTimes(const zPlotPicture& picture, zPlotColumns::Number from);
+    std::size_t bytesOfTimes() const;
+    void drawTimes(zPlotPen& pen);
+
     static XRectangle cursorLine(const zPlotPicture& picture);
 
   private:
@@ -33,7 +38,7 @@ class zPlotPainter {
         std::string text;
     };
 
-    void addTimes(const zPlotPicture& picture, Number from, Number to, Number fresh);
+    void addTimeLines(const zPlotPicture& picture, Number from, Number to, Number fresh);
     void addBands(const zPlotPicture& picture, const zPlotPicture::Shown& shown, Number from, Number to);
     void addLine(const zPlotPicture& picture, const zPlotPicture::Shown& shown, Number from, Number to);
     void add(int x, int top, int bottom);

@@ -179,6 +179,7 @@ zPlotPicture::Change zPlotPicture::tick(zPlotTime now) {
         const auto same = [&](const zPlotBand& a, const zPlotBand& b) {
             if (zPlotColumns::isGap(a) || zPlotColumns::isGap(b))
                 return zPlotColumns::isGap(a) == zPlotColumns::isGap(b);
+            if (a.least == b.least && a.mean == b.mean && a.most == b.most) return true;
             return yOf(a.least, scale) == yOf(b.least, scale) && yOf(a.mean, scale) == yOf(b.mean, scale) &&
                    yOf(a.most, scale) == yOf(b.most, scale);
         };
