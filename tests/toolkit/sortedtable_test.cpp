@@ -556,7 +556,7 @@ class RandomTableTest : public SortedTableTest {
 };
 
 TEST_F(RandomTableTest, ThousandsOfActionsLeaveWhatASimpleModelHas) {
-    for (int step = 0; step < 4000 && !HasFatalFailure(); ++step) {
+    for (int step = 0; step < 3000 && !HasFatalFailure(); ++step) {
         const std::string action = act();
         if (random.below(3) == 0) application.handlePending();
         check(fmt::format("{}: {}", step, action));
