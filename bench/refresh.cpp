@@ -103,12 +103,13 @@ zTable& tableOf(const zFormDialog& dialog) {
 // A dialog with one page, shown.
 struct Shown {
     zFormDialog dialog;
+    double linkLimit = metrics::linkLimit(SuniStatsView());
     StatsSource source;
     std::unique_ptr<StatsPage> page;
 
     Shown(zApplication& application, DriverChannel& channel, std::uint8_t adapter, Make make)
         : dialog(application, frame), source{application, dialog.board().control<zNotebook>("pages"), channel,
-                                             adapter},
+                                             adapter, linkLimit},
           page(make(source)) {
         dialog.show();
         application.handlePending();
