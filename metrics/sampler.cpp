@@ -133,7 +133,7 @@ void Sampler::tick(std::chrono::milliseconds interval) {
     const AnswerWatch answers(channel_);
     if (!limit_) askLimit(reader);
     for (AtPlace& at : places_) {
-        read(at, reader, all);
+        read(at, reader, all, interval);
         if (withheld_) break;
     }
     channel_.interrupt.swap(giveWay);
@@ -146,7 +146,8 @@ void Sampler::askLimit(Reader& reader) {
     if (!link.bytes(QueryId::suniStats).empty()) limit_ = linkLimit(link);
 }
 
-void Sampler::read(AtPlace& at, Reader& reader, const std::vector<std::shared_ptr<Watched>>& all) {
+void Sampler::read(AtPlace& at, Reader& reader, const std::vector<std::shared_ptr<Watched>>& all,
+                   std::chrono::milliseconds interval) {
     const auto isHere = [&](const auto& each) { return each->subject().place == at.place; };
     std::string driver = this->driver();
     Reading reading = reader.read(at.place, [&](const Group& group) {
@@ -157,7 +158,12 @@ void Sampler::read(AtPlace& at, Reader& reader, const std::vector<std::shared_pt
     // Partly of one driver, and partly of the next.
     if (driver != this->driver()) driver += " lost";
     const double fastest = linkLimit(Reading(at.place));
-    at.rates.add(reading, std::move(driver), limit_.value_or(fastest));
+    if (reading.begun() - at.last < interval / 2) {
+        at.rates.addAgain(reading, std::move(driver), limit_.value_or(fastest));
+    } else {
+        at.rates.add(reading, std::move(driver), limit_.value_or(fastest));
+        at.last = reading.begun();
+    }
     for (const auto& each : all)
         if (isHere(each)) sample(*each, reading, at.rates);
 }

@@ -52,7 +52,8 @@ class Sampler {
     // A page has noticed that the driver has started anew.
     void driverCame();
 
-    // To be called at regular times, `interval` apart.
+    // To be called at regular times, `interval` apart. One that comes sooner gives the rates since the last
+    // one that did not.
     void tick(std::chrono::milliseconds interval);
 
     // Asked when a tick takes noticeably long. True: the user waits, and what is left is not asked. The tick
@@ -69,10 +70,12 @@ class Sampler {
     struct AtPlace {
         Place place;
         Rates rates = Rates();
+        Moment last = {};  // when something was added to them
     };
 
     void askLimit(Reader& reader);
-    void read(AtPlace& at, Reader& reader, const std::vector<std::shared_ptr<Watched>>& all);
+    void read(AtPlace& at, Reader& reader, const std::vector<std::shared_ptr<Watched>>& all,
+              std::chrono::milliseconds interval);
     static void sample(Watched& watched, const Reading& reading, const Rates& rates);
     std::string driver() const;
     static bool isFresh(const Heard& heard, Moment now, std::chrono::milliseconds interval);

@@ -164,6 +164,6 @@ TEST(Conditions, AreToldInWords) {
     Condition condition(packets, {Comparison::above, 100, 10s});
     EXPECT_EQ(
         metrics::logLine(condition, Condition::Event::raised, 250.4, "a \"b\""),
-        R"(watch=raised value=adapter1/ip.connections[10.0.0.7].rxPackets/s condition="above 100 packets/s" )"
+        R"(watch=raised value=adapter1/ip.connections.10.0.0.7.rxPackets/s condition="above 100 packets/s" )"
         R"(hold=10 now="250 packets/s" user="a \"b\"")");
 }

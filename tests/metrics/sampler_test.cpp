@@ -220,6 +220,26 @@ TEST(Sampler, GivesWayToTheUser) {
     EXPECT_EQ(words(cells->last()), words(300 / seconds));
 }
 
+// One between two ticks: over so short a time a rate says nothing.
+TEST(Sampler, ComparesWithWhatIsFarEnough) {
+    Ground ground;
+    const auto cells = ground.sampler.watch(subjectOf(adapter, "", "rxCells"));
+    const struct {
+        std::chrono::milliseconds later;
+        const char *commands, *cells;
+    } ticks[] = {
+        {1s, "set adapter 1 rxCells 1000", none},        {1s, "set adapter 1 rxCells 1100", "100.00"},
+        {100ms, "set adapter 1 rxCells 1220", "200.00"},  // in 1.1 seconds
+        {900ms, "set adapter 1 rxCells 1310", "100.00"}, {1s, "set adapter 1 rxCells 1400", "90.00"},
+    };
+    for (const auto& tick : ticks) {
+        ground.ctl(tick.commands);
+        ground.now += tick.later;
+        ground.sampler.tick(1000ms);
+        EXPECT_EQ(words(cells->last()), tick.cells) << tick.commands;
+    }
+}
+
 TEST(Sampler, EndsWithTheLastWhoWatches) {
     Ground ground;
     auto cells = ground.sampler.watch(subjectOf(adapter, "", "rxCells"));

@@ -79,9 +79,11 @@ void giveMenus(zApplication& application, const zBoard& board, StatsPage& page) 
 
 void watchFocused(zApplication& application, const StatsPage& page, const char* keys) {
     const zControl* control = page.focused();
-    if (!control) return;
+    const auto subject = control ? page.subjectIn(*control) : std::nullopt;
+    // Lamps do not take the focus.
+    if (!subject && std::string_view(keys) == watchKey) return watchForAny(application, page.place());
     zMenuRows rows;
-    addWatching(application, page.subjectIn(*control), rows);
+    addWatching(application, subject, rows);
     for (const zMenuRow& row : rows)
         if (std::string_view(row.keys) == keys && row.enabled) return row.action();
 }

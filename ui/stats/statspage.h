@@ -82,6 +82,9 @@ class StatsPage : public TimerPage {
     std::optional<metrics::Subject> subjectIn(const zControl& control) const;
     const zControl* focused() const { return board_.focused(); }
 
+    // What is asked of the driver and shown now.
+    virtual metrics::Place place() const = 0;
+
     // Called after each refresh.
     std::function<void()> onRefreshed;
 
@@ -91,9 +94,6 @@ class StatsPage : public TimerPage {
     // Asks and shows. A query that has failed while cut() is true says nothing of the driver: what it would
     // have shown stays, and the refresh ends.
     virtual void refresh(bool clear) = 0;
-
-    // What is asked of the driver and shown now.
-    virtual metrics::Place place() const = 0;
 
     // To be called at the end of the constructor: what the page's Clear and its rates are about, and its
     // states. All of it outlives every refresh.
