@@ -33,7 +33,7 @@ void addRates(StatsPage& page, zMenuRows& rows) {
 }
 
 // What can be done with the value itself.
-void addWatching(zApplication& application, const std::optional<metrics::Subject>& subject, zMenuRows& rows) {
+void addPlotting(zApplication& application, const std::optional<metrics::Subject>& subject, zMenuRows& rows) {
     const bool plots = canPlot(subject);
     rows.push_back({.label = "Plot",
                     .action = [&application, subject] { PlotWindows::of(application)->plot(*subject); },
@@ -43,6 +43,8 @@ void addWatching(zApplication& application, const std::optional<metrics::Subject
                     .action = [&application, subject] { PlotWindows::of(application)->add(*subject); },
                     .enabled = plots && PlotWindows::of(application)->canAdd(subject->place.adapter),
                     .keys = addKey});
+}
+void addWatching(zApplication& application, const std::optional<metrics::Subject>& subject, zMenuRows& rows) {
     rows.push_back(watchForRow(application, subject, watchKey));
     rows.push_back(watchedConditionsRow(application));
 }
@@ -56,7 +58,9 @@ template <class Control> void giveMenu(zApplication& application, const zBoard& 
                             .action = [&page] { page.undoClear(); },
                             .enabled = page.canUndoClear()});
             addRates(page, rows);
-            addWatching(application, page.subjectIn(control), rows);
+            const auto subject = page.subjectIn(control);
+            addPlotting(application, subject, rows);
+            addWatching(application, subject, rows);
             return rows;
         });
     });
@@ -83,6 +87,7 @@ void watchFocused(zApplication& application, const StatsPage& page, const char* 
     // Lamps do not take the focus.
     if (!subject && std::string_view(keys) == watchKey) return watchForAny(application, page.place());
     zMenuRows rows;
+    addPlotting(application, subject, rows);
     addWatching(application, subject, rows);
     for (const zMenuRow& row : rows)
         if (std::string_view(row.keys) == keys && row.enabled) return row.action();
