@@ -94,9 +94,9 @@ TEST(PlotColumns, EverySampleIsInExactlyOneColumn) {
     for (const auto& row : rows) {
         SCOPED_TRACE(fmt::format("{} in {}", row.piece.count(), row.column.count()));
         const zPlotTime end = row.column * row.width + hours(1);
-        const Number last = zPlotColumns::columnOf(end, row.column);
+        const Number newest = zPlotColumns::columnOf(end, row.column);
         zPlotColumns columns;
-        columns.lay(row.width, row.column, last);
+        columns.lay(row.width, row.column, newest);
         std::map<Number, int> pieces;  // of a column
         const auto pieceOf = [&](zPlotTime begin) { return begin / row.piece; };
         zPlotSeries series;
@@ -109,7 +109,7 @@ TEST(PlotColumns, EverySampleIsInExactlyOneColumn) {
         EXPECT_EQ(columns.collect(series, 0, [](const auto&, const auto&) { return false; }),
                   columns.first() - 1);
         float next = columns.at(columns.first()).least;
-        for (Number column = columns.first(); column <= last; ++column) {
+        for (Number column = columns.first(); column <= newest; ++column) {
             const zPlotBand& band = columns.at(column);
             ASSERT_FALSE(zPlotColumns::isGap(band)) << column - columns.first();
             // It begins where the one before ended, or goes on with the same piece.
@@ -141,16 +141,16 @@ TEST(PlotColumns, PartsCollectedLaterAreTheSameAndTellWhatChanged) {
         for (int i = 0; i < 2000; ++i) {
             before = std::exchange(now, now + milliseconds(random() % 3000));
             if (random() % 4) course.add(before, now, static_cast<float>(random() % 1000));
-            const Number last = zPlotColumns::columnOf(now, each), lastBefore = columns.last();
-            if (last - columns.last() >= 100) continue;
-            columns.scrollTo(last);
+            const Number newest = zPlotColumns::columnOf(now, each), lastBefore = columns.last();
+            if (newest - columns.last() >= 100) continue;
+            columns.scrollTo(newest);
             const Number changed = columns.collect(series, zPlotColumns::columnOf(before - 5s, each), same);
             EXPECT_GE(changed, zPlotColumns::columnOf(before - Course::slot, each));
-            anew.lay(100, each, last);
+            anew.lay(100, each, newest);
             anew.collect(series, 0, same);
             ASSERT_EQ(columns.largest(), anew.largest());
-            for (Number c = columns.first(); c <= last; ++c)
-                ASSERT_TRUE(same(columns.at(c), anew.at(c))) << i << ' ' << last - c << ' ' << lastBefore;
+            for (Number c = columns.first(); c <= newest; ++c)
+                ASSERT_TRUE(same(columns.at(c), anew.at(c))) << i << ' ' << newest - c << ' ' << lastBefore;
         }
     }
 }

@@ -7,7 +7,8 @@
 #include <array>
 #include <fmt/format.h>
 
-using namespace std::chrono;
+using std::chrono::milliseconds;
+using std::chrono::minutes;
 using Number = zPlotColumns::Number;
 
 namespace {
@@ -200,9 +201,9 @@ void zPlotPainter::drawTimes(zPlotPen& pen) {
 void zPlotPainter::add(int x, int top, int bottom) {
     const std::size_t begin = batches_.empty() ? 0 : batches_.back().end;
     if (areas_.size() > begin) {
-        XRectangle& last = areas_.back();
-        if (last.x + last.width == x && last.y == top && last.y + last.height == bottom) {
-            ++last.width;
+        XRectangle& before = areas_.back();
+        if (before.x + before.width == x && before.y == top && before.y + before.height == bottom) {
+            ++before.width;
             return;
         }
     }

@@ -7,12 +7,13 @@
 #include <algorithm>
 #include <utility>
 
-using namespace std::chrono;
+using std::chrono::hours;
+using std::chrono::seconds;
 
 namespace {
 
 // What a series learns may be of a time before the last tick, by as much as the driver's answer took.
-constexpr seconds learnsLate{5};
+constexpr seconds learnsLate{2};
 constexpr hours oldest{24};
 // Where a column is much longer than a tick it is looked at that often.
 constexpr int looksAtColumn = 16;

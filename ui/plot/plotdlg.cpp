@@ -116,12 +116,15 @@ bool DPlotDlg::isFull() const {
 }
 
 void DPlotDlg::tick(metrics::Moment now) {
-    // Somebody has set the wall clock.
+    // The wall clock may have been set.
+    constexpr auto often = 10s;
     constexpr milliseconds setBy = 2s;
-    const zPlotTime offset = localOffset();
-    const zPlotTime difference = offset - (plot_.picture().local(zPlotTime(0)));
-    if (difference > setBy || difference < -setBy)
-        plot_.change([&](zPlotPicture& picture) { picture.setLocalOffset(offset); });
+    if (now - looked_ >= often) {
+        looked_ = now;
+        const zPlotTime offset = localOffset(), before = plot_.picture().local(zPlotTime(0));
+        if (abs(offset - before) > setBy)
+            plot_.change([&](zPlotPicture& picture) { picture.setLocalOffset(offset); });
+    }
     plot_.tick(plotTimeOf(now));
 }
 

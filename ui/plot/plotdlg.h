@@ -54,4 +54,5 @@ class DPlotDlg : public zFormDialog {
     std::string adapter_;
     zPlot& plot_;
     std::vector<std::shared_ptr<void>> kept_;
+    metrics::Moment looked_ = {};  // at the wall clock
 };
