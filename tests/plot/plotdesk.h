@@ -6,8 +6,6 @@
 #include "tests/support/linkproxy.h"
 #include "ui/plot/plotdlg.h"
 
-#include <Xm/Xm.h>
-
 // Its display, with the resources of the program, behind a link that counts. The user is on this side of it.
 struct PlotDesk {
     XServer server;

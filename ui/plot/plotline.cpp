@@ -6,9 +6,10 @@ using std::chrono::milliseconds;
 
 PlotLine plotLineOf(std::shared_ptr<const metrics::Watched> watched) {
     const metrics::Subject& subject = watched->subject();
-    // The unit has the "/s" already.
+    // The unit has the "/s" already, and the window's title the adapter.
     std::string name = nameOf(subject);
     if (subject.isRate()) name.resize(name.rfind('/'));
+    name.erase(0, name.find_first_of("./") + 1);
     return {.name = std::move(name),
             .unit = unitOf(subject),
             .series = {watched, &watched->series()},

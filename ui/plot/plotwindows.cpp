@@ -20,6 +20,7 @@ void PlotWindows::plot(const metrics::Subject& subject) {
     DPlotDlg& window = open(adapter);
     window.add(plotLineOf(AdapterWatch::of(application_, adapter)->sampler().watch(subject)));
     window.show();
+    window.tick(std::chrono::steady_clock::now());
 }
 
 void PlotWindows::add(const metrics::Subject& subject) {
