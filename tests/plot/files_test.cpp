@@ -89,7 +89,7 @@ TEST_F(PlotFiles, AreSavedByTheWindow) {
     user.when([&] { return dialog() != nullptr; },
               [&] {
                   const Widget text = XtNameToWidget(dialog(), "*Text");
-                  XtVaSetValues(text, XmNvalue, path.c_str(), nullptr);
+                  XtVaSetValues(text, "value", path.c_str(), nullptr);
                   user.focus(dialog());
                   user.key("Return");
               });
