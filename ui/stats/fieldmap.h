@@ -66,11 +66,11 @@ template <class View> class FieldMap : public Baselines<std::vector<std::uint32_
         }
     }
 
-    void write(const metrics::Rates& rates) override {
-        if (blank_) return;
+    void write(const metrics::Rates* rates) override {
+        if (blank_ || !rates) return;
         for (Field& field : fields_) {
             if (!field.hasRate()) continue;
-            const metrics::Rate rate = rates.rate(*field.subject.group, *field.subject.metric);
+            const metrics::Rate rate = rates->rate(*field.subject.group, *field.subject.metric);
             field.edit.write(rateText(rate));
             const auto* why = std::get_if<metrics::Unknown>(&rate);
             board_.setTooltipDetail(field.control, why ? metrics::wordsOf(*why) : "");

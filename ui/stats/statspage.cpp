@@ -66,7 +66,10 @@ void StatsPage::refreshUntil(Clock::time_point end, bool clear) {
     channel_.interrupt.swap(interrupt_);
 
     missed_ = answers_.missed();
-    if (showsRates_ && !withheld_) addRates(reopenings_);
+    if (showsRates_) {
+        if (!withheld_) addRates(reopenings_);
+        for (Rated* part : rated_) part->write(cut() ? nullptr : &rates_);
+    }
     if (!withheld_) endClear();
     if (!cut()) {
         // Going through all controls at each tick would cost more than the tick.
@@ -112,8 +115,6 @@ void StatsPage::addRates(unsigned long reopenings) {
         rates_.addAgain(reader.read(place()), std::move(driver), linkLimit_);
     else
         rates_.add(reader.read(place()), std::move(driver), linkLimit_);
-    if (missed_) return;
-    for (Rated* part : rated_) part->write(rates_);
 }
 
 void StatsPage::showRates(bool on) {

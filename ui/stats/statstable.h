@@ -129,11 +129,12 @@ class NamedRowsTable : public StatsTable<Row>, public Baselines<Set>, public Rat
     }
 
     // A row that shows nothing has no rates.
-    void write(const metrics::Rates& rates) override {
+    void write(const metrics::Rates* rates) override {
+        if (!rates) return;
         forEachCounter([&](zTableLoc cell, const std::string& name) {
             if (cell.row > this->table().model().rows() || this->table().text({1, cell.row}).empty()) return;
             const metrics::Subject counter = metrics::subjectOf({service_}, "", name);
-            this->SetCellText(cell, rateText(rates.rate(*counter.group, *counter.metric)));
+            this->SetCellText(cell, rateText(rates->rate(*counter.group, *counter.metric)));
         });
     }
 
@@ -213,8 +214,11 @@ class KeyedTable : public StatsTable<Row>,
         rewrite();
     }
 
-    void write(const metrics::Rates& rates) override {
-        rates_ = &rates;
+    // Rows that are new have to be written with or without rates.
+    void write(const metrics::Rates* rates) override {
+        if (!rates && !filled_) return;
+        filled_ = false;
+        rates_ = rates;
         sortedRate_ = nullptr;
         shown_.forget();
         this->table().rowsChanged();
@@ -263,7 +267,8 @@ class KeyedTable : public StatsTable<Row>,
         cleared_ = clear;
         numberRows(static_cast<int>(rows.size()));
         this->setRows(static_cast<int>(rows.size()));
-        if (!ratesShown_) this->table().rowsChanged();  // else when the rates are known
+        filled_ = ratesShown_;
+        if (!ratesShown_) this->table().rowsChanged();  // else in write()
         return true;
     }
 
@@ -278,14 +283,13 @@ class KeyedTable : public StatsTable<Row>,
         if (!row || !shown_.update(asIndex(number) - 1, row.bytes())) return;
         typename StatsTable<Row>::RowCounters baselines = baselinesOf(row);
         this->writeRow(number, row, baselines, cleared_, !ratesShown_);
-        if (rates_) writeRates(number);
+        if (ratesShown_) writeRates(number);
     }
 
     void writeRates(int number) {
         for (int column = 1; column <= static_cast<int>(this->columnTable().size()); ++column)
             if (const metrics::Metric* metric = this->metricIn(column))
-                this->SetCellText({column, number},
-                                  rateText(rates_->rate(this->group(), *metric, asIndex(number) - 1)));
+                this->SetCellText({column, number}, rateText(rateOf(*metric, number)));
     }
 
     // A cell as write() would write it.
@@ -311,6 +315,11 @@ class KeyedTable : public StatsTable<Row>,
     typename StatsTable<Row>::RowCounters baselinesOf(const Row& row) const {
         const auto found = this->baselines_.find(key_(row));
         return found == this->baselines_.end() ? typename StatsTable<Row>::RowCounters{} : found->second;
+    }
+
+    metrics::Rate rateOf(const metrics::Metric& metric, int number) const {
+        if (!rates_) return metrics::Unknown::noneBefore;
+        return rates_->rate(this->group(), metric, asIndex(number) - 1);
     }
 
     // Thousandths are enough to tell rates apart.
@@ -346,6 +355,7 @@ class KeyedTable : public StatsTable<Row>,
     bool cleared_ = false;  // all counters show 0 until the next fill(), also those of rows that share a key
     bool rewrite_ = false;  // at the next fill(), be the rows the same
     bool ratesShown_ = false;
+    bool filled_ = false;                          // and the table has not been told of the rows
     const metrics::Rates* rates_ = nullptr;        // of the rows; null: not yet
     std::vector<metrics::Rate> sortRates_;         // of all rows, by which they are sorted
     const metrics::Metric* sortedRate_ = nullptr;  // what they are of; null: of nothing any more
