@@ -9,10 +9,10 @@ using Number = zPlotColumns::Number;
 
 namespace {
 
-constexpr zControlRow rows[] = {
+constexpr zControlRow plotRows[] = {
     {.id = 40, .kind = zKind::plot, .place = {4, 4, 200, 130}, .more = {.wider = 100, .higher = 100}}};
 constexpr zLayout layout{
-    .id = 1, .name = "plots", .caption = "Plots", .width = 208, .height = 140, .rows = rows};
+    .id = 1, .name = "plots", .caption = "Plots", .width = 208, .height = 140, .rows = plotRows};
 
 // A course in slots of a quarter of a second, as it comes in.
 class Course {
