@@ -2,8 +2,8 @@
 #pragma once
 
 #include "resources/pictures.h"
-#include "tests/e2e/xsupport.h"
 #include "tests/support/linkproxy.h"
+#include "tests/toolkit/desk.h"
 #include "ui/plot/plotdlg.h"
 
 // Its display, with the resources of the program, behind a link that counts. The user is on this side of it.

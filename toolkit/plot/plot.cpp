@@ -2,6 +2,7 @@
 
 #include "platform/index.h"
 #include "toolkit/controls/rowwidget.h"
+#include "toolkit/plot/plotpainter.h"
 #include "toolkit/plot/xpen.h"
 
 #include <Xm/DrawingA.h>
@@ -71,7 +72,8 @@ struct zPlot::Handlers {
 };
 
 zPlot::zPlot(Widget board, const zRect& place, const zControlRow& row)
-    : zControl(row), place_(place), painting_(XtDisplay(board), [this] { redraw(); }) {
+    : zControl(row), place_(place), painter_(std::make_unique<zPlotPainter>()),
+      painting_(XtDisplay(board), [this] { redraw(); }) {
     zResources resources(place);
     resources.set(XmNshadowType, XmSHADOW_IN).set(XmNshadowThickness, shadow);
     resources.set(XmNmarginWidth, 0).set(XmNmarginHeight, 0);
@@ -135,7 +137,7 @@ void zPlot::redraw() {
     if (!realized_) return;
     painting_.stop();
     picture_.lay(place_.width - 2 * shadow, place_.height - 2 * shadow, *pen_);
-    painter_.all(picture_, *pen_);
+    painter_->all(picture_, *pen_);
     written_.clear();
     for (std::size_t i = 0; i < picture_.cells(); ++i) written_.push_back(picture_.cellText(i));
     pendingFrom_ = noColumn;
@@ -183,24 +185,24 @@ zPlotColumns::Number zPlot::drawColumns(Number end, Number come) {
     std::size_t others = pen_->sent() + zXBytes::copy;
     if (picture_.cursor()) others += zXBytes::fill + zXBytes::area;
     Number to = end;
-    painter_.prepare(picture_, from, to, end - come);
-    while (painter_.bytes() + others > tickBytes && to > from + (come > 0 ? 0 : 1) &&
+    painter_->prepare(picture_, from, to, end - come);
+    while (painter_->bytes() + others > tickBytes && to > from + (come > 0 ? 0 : 1) &&
            ticksPending_ < longestPending) {
         to = from + (to - from) / 2;
-        painter_.prepare(picture_, from, to, end - come);
+        painter_->prepare(picture_, from, to, end - come);
     }
-    painter_.draw(*pen_);
+    painter_->draw(*pen_);
     pendingFrom_ = to < end ? to : noColumn;
     ticksPending_ = to < end ? ticksPending_ + 1 : 0;
     return from;
 }
 
 bool zPlot::writeTimes() {
-    painter_.prepareTimes(picture_, std::max(timesFrom_, picture_.columnAt(picture_.places().left)));
-    const std::size_t bytes = painter_.bytesOfTimes();
+    painter_->prepareTimes(picture_, std::max(timesFrom_, picture_.columnAt(picture_.places().left)));
+    const std::size_t bytes = painter_->bytesOfTimes();
     if (bytes > 0 && pen_->sent() + bytes + zXBytes::copy + zXBytes::fill + zXBytes::area > tickBytes)
         return false;
-    painter_.drawTimes(*pen_);
+    painter_->drawTimes(*pen_);
     timesFrom_ = picture_.columnAt(picture_.places().right);
     return bytes > 0;
 }

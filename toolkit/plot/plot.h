@@ -8,14 +8,15 @@
 
 #include "toolkit/controls/control.h"
 #include "toolkit/display/alarm.h"
-#include "toolkit/plot/plotpainter.h"
 #include "toolkit/plot/plotpicture.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+class zPlotPainter;
 class zXPen;
 
 // A key, by its name in keysymdef.h ("Left", "plus", "s").
@@ -62,7 +63,7 @@ class zPlot : public zControl {
 
     zRect place_;
     zPlotPicture picture_;
-    zPlotPainter painter_;
+    std::unique_ptr<zPlotPainter> painter_;
     std::unique_ptr<zXPen> pen_;
     zAlarm painting_;
     bool realized_ = false, focused_ = false;
