@@ -151,9 +151,12 @@ void DMainDlg::clickedStatsBTN() {
     setupOnce();
     auto created = std::make_unique<DStatsDlg>(*this);
     DStatsDlg* dialog = created.get();
-    statistics_.push_back({std::move(created), ConditionMark(*dialog, currentAdapter)});
+    statistics_.push_back(
+        std::make_unique<Statistics>(std::move(created), ConditionMark(*dialog, currentAdapter)));
     dialog->onClosed = [this, dialog] {
-        std::erase_if(statistics_, [dialog](const auto& open) { return open.dialog.get() == dialog; });
+        const auto closed = std::ranges::find_if(
+            statistics_, [dialog](const auto& open) { return open->dialog.get() == dialog; });
+        statistics_.erase(closed);
     };
 }
 

@@ -62,11 +62,11 @@ class DMainDlg : public zFormDialog {
 
     Configuration configuration_{"tarvolin"};
     aalInfo adapterQuery_;
-    bool asked_ = false;                  // setup() has been called
-    bool askedAboutLists_ = false;        // that wait, at the end
-    int chosen_ = 0;                      // the adapter that was selected last
-    std::vector<FoundAdapter> adapters_;  // by list position
-    std::shared_ptr<PlotWindows> plots_;  // which stay when the statistics are closed
-    std::optional<ConditionMark> mark_;   // what is watched goes on as long as this window
-    std::vector<Statistics> statistics_;  // those that are open
+    bool asked_ = false;                                   // setup() has been called
+    bool askedAboutLists_ = false;                         // that wait, at the end
+    int chosen_ = 0;                                       // the adapter that was selected last
+    std::vector<FoundAdapter> adapters_;                   // by list position
+    std::shared_ptr<PlotWindows> plots_;                   // which stay when the statistics are closed
+    std::optional<ConditionMark> mark_;                    // what is watched goes on as long as this window
+    std::vector<std::unique_ptr<Statistics>> statistics_;  // those that are open
 };

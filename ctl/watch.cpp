@@ -74,7 +74,7 @@ class WatchPrinter : public StatePrinter {
         for (const WatchedRow& row : at(reading.place()).rows) {
             if (row.group != &group) continue;
             Tree values;
-            const std::optional<std::size_t> place = row.find(reading);
+            const std::optional<std::size_t> place = reading.find(*row.group, row.key);
             for (const Metric& metric : group.metrics)
                 if (row.wants(metric)) {
                     const std::string name = nameOf(metric);
@@ -285,7 +285,8 @@ class CsvForm : public Form {
     }
 
     std::string valueOf(const Reading& reading, const Column& column, std::size_t row) const {
-        const std::optional<std::size_t> found = column.row ? column.row->find(reading) : row;
+        const std::optional<std::size_t> found =
+            column.row ? reading.find(*column.row->group, column.row->key) : row;
         if (!found) return "";
         const Printed value = printer_.print(reading, column.group, column.metric, *found);
         return value.json.is_null() ? "" : value.text;

@@ -82,18 +82,6 @@ void addPath(const std::string& path, std::vector<Watched>& all) {
 
 }  // namespace
 
-std::optional<std::size_t> WatchedRow::find(const metrics::Reading& reading) const {
-    if (reading.missing(*group)) return {};
-    const auto column = std::ranges::find(group->metrics, std::string_view(group->key), &Metric::name);
-    const metrics::Value wanted = group->keyBytes.length == 2
-                                      ? metrics::Value(static_cast<std::uint32_t>(std::stoul(key)))
-                                      : metrics::Value(key);
-    const std::size_t rows = reading.rows(*group);
-    for (std::size_t row = 0; row < rows; ++row)
-        if (reading.value(*group, *column, row) == wanted) return row;
-    return {};
-}
-
 bool Watched::wants(const Group& group) const {
     if (whole) return true;
     if (group.isTable())

@@ -20,8 +20,6 @@ struct WatchedRow {
     std::set<std::string> names = {};  // of columns; none: all
 
     bool wants(const metrics::Metric& metric) const { return names.empty() || names.contains(metric.name); }
-    // Where it is. Nothing: the table has no such row, or is not known.
-    std::optional<std::size_t> find(const metrics::Reading& reading) const;
 };
 
 struct Watched {

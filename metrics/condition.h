@@ -6,8 +6,8 @@
 // break. A sample that is unknown breaks them: nobody knows that the condition was met, or that it was not.
 // It raises nothing, and ends nothing.
 //
-// A sample is taken for the whole time since the one before, as a rate is of that time: a tick that comes
-// late makes no break.
+// Between two samples alike the condition counts as met, or not, all the time: a tick that comes late makes
+// no break.
 #pragma once
 
 #include "metrics/rates.h"

@@ -69,6 +69,15 @@ std::string Reading::key(const Group& group, std::size_t row) const {
     return keyIn(group, bytes(group.query).subspan(row * size, size));
 }
 
+std::optional<std::size_t> Reading::find(const Group& group, std::string_view key, std::size_t stood) const {
+    if (missing(group)) return {};
+    const std::size_t all = rows(group);
+    if (stood < all && this->key(group, stood) == key) return stood;
+    for (std::size_t row = 0; row < all; ++row)
+        if (this->key(group, row) == key) return row;
+    return {};
+}
+
 Value Reading::value(const Group& group, const Metric& metric, std::size_t row) const {
     if (const auto why = missing(group.query)) return *why;
     assert(!group.isTable() || row < rows(group));

@@ -45,8 +45,10 @@ class Reading {
     // Why nothing of a group is known; nothing: something is.
     std::optional<Unknown> missing(const Group& group) const;
     std::size_t rows(const Group& group) const;  // of a table
-    // By which the row of a table is known again, as text.
+    // By which the row of a table is known again, as text; and the first row with a key, which is looked for
+    // first where it `stood`. Nothing: no row has it, or the table is not known.
     std::string key(const Group& group, std::size_t row) const;
+    std::optional<std::size_t> find(const Group& group, std::string_view key, std::size_t stood = 0) const;
     // `row` is that of a table, below rows().
     Value value(const Group& group, const Metric& metric, std::size_t row = 0) const;
 

@@ -29,20 +29,10 @@ Rate numberOf(const Value& value) {
         Rate operator()(std::uint32_t number) const { return static_cast<double>(number); }
         Rate operator()(bool flag) const { return flag ? 1.0 : 0.0; }
         Rate operator()(const State& state) const { return static_cast<double>(state.code); }
-        Rate operator()(const Unnamed& size) const { return static_cast<double>(size.code); }
+        Rate operator()(const Unnamed&) const { return Unknown::unnamed; }
         Rate operator()(const std::string&) const { return Unknown::noneBefore; }  // texts have no course
     };
     return std::visit(Number{}, value);
-}
-
-// The row with a key; it is looked for first where it stood.
-std::optional<std::size_t> rowWith(const Reading& reading, const Group& group, const std::string& key,
-                                   std::size_t stood) {
-    const std::size_t rows = reading.rows(group);
-    if (stood < rows && reading.key(group, stood) == key) return stood;
-    for (std::size_t row = 0; row < rows; ++row)
-        if (reading.key(group, row) == key) return row;
-    return {};
 }
 
 }  // namespace
@@ -60,10 +50,6 @@ std::shared_ptr<const Watched> Sampler::watch(const Subject& subject) {
     auto added = std::make_shared<Watched>(subject);
     watched_.push_back(added);
     return added;
-}
-
-bool Sampler::idle() const {
-    return std::ranges::all_of(watched_, [](const auto& each) { return each.expired(); });
 }
 
 bool Sampler::wants(const Place& place, QueryId query) const {
@@ -174,7 +160,7 @@ void Sampler::sample(Watched& watched, const Reading& reading, const Rates& rate
     if (const auto why = reading.missing(group)) return watched.sample(*why, reading.begun());
     std::size_t row = 0;
     if (group.isTable()) {
-        const auto found = rowWith(reading, group, subject.key, watched.row_);
+        const auto found = reading.find(group, subject.key, watched.row_);
         if (!found) return watched.sample(Unknown::noRow, reading.begun());
         row = watched.row_ = *found;
     }

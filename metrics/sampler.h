@@ -43,7 +43,6 @@ class Sampler {
 
     // The value is sampled for as long as anybody holds it. Who watches the same shares one.
     std::shared_ptr<const Watched> watch(const Subject& subject);
-    bool idle() const;  // nothing is watched
 
     // Whether a page that has asked this should call heard().
     bool wants(const Place& place, QueryId query) const;

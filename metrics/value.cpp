@@ -24,6 +24,8 @@ const char* wordsOf(Unknown why) {
         return "not connected";
     case Unknown::noCircuit:
         return "the driver does not list the virtual circuit";
+    case Unknown::unnamed:
+        return "the driver's code is not known";
     case Unknown::noRow:
         return "the table has no such row";
     case Unknown::pvc:

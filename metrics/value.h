@@ -24,6 +24,7 @@ enum class Unknown : std::uint8_t {
     notRegistered,  // no address is registered
     notConnected,
     noCircuit,  // the driver does not list the virtual circuit
+    unnamed,    // the driver's code has no meaning that is known
     noRow,      // the table has no row with this key
     pvc,        // a permanent connection has no address
     // Of a rate.

@@ -5,6 +5,7 @@
 #include "toolkit/controls/statics.h"
 #include "toolkit/table/table.h"
 #include "toolkit/window/window.h"
+#include "ui/manual.h"
 
 #include <fmt/format.h>
 
@@ -38,6 +39,7 @@ class FindDialog : public zFormDialog {
         text().setText(lastSought);
         board().control<zBitmapButton>("next").onClick = [this] { find(); };
         board().control<zBitmapButton>("close").onClick = onClose = std::move(close);
+        offerManual(*this);
     }
 
     void find() {

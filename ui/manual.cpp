@@ -23,6 +23,7 @@ constexpr struct {
     {"elanClient", "ADD ELAN CLIENT"},
     {"moveClients", "INSERT ELAN CLIENTS"},
     {"statistics", "STATISTICS"},
+    {"find", "STATISTICS"},
     {"global", "GLOBAL SETTINGS"},
     {"fonts", "TABLE FONT"},
     {"watchFor", "WATCHED CONDITIONS"},

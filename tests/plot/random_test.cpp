@@ -149,7 +149,7 @@ TEST_F(RandomPlot, EveryRowOfTheMenuHasItsKey) {
 
 TEST_F(RandomPlot, RoomIsForEightAndEachValueIsThereOnce) {
     for (int i = 0; i < 8; ++i) EXPECT_TRUE(add(fmt::format("value {}", i), "cells/s"));
-    EXPECT_TRUE(window->isFull());
+    EXPECT_FALSE(window->canAdd("another one"));
     EXPECT_FALSE(add("one more", "cells/s"));
     press({"Delete"});
     EXPECT_FALSE(add("value 5", "cells/s")) << "it is there";

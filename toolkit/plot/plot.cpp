@@ -54,6 +54,8 @@ struct zPlot::Handlers {
         char text[8];
         KeySym symbol = NoSymbol;
         XLookupString(&press, text, sizeof text, &symbol, nullptr);
+        KeySym upper = NoSymbol;  // letters are those of the keys without Shift and Caps Lock
+        XConvertCase(symbol, &symbol, &upper);
         const char* const name = XKeysymToString(symbol);
         const auto handler = plot.onKey;
         if (name && handler)

@@ -13,8 +13,9 @@ using std::chrono::seconds;
 
 namespace {
 
-// What a series learns may be of a time before the last tick, by as much as the driver's answer took.
-constexpr seconds learnsLate{2};
+// What a series learns may be of a time before the last tick: by as much as the driver's answer took, and, at
+// the end of a gap, back to the value before it, be that some ticks ago.
+constexpr seconds learnsLate{2}, lateTicks{60};
 constexpr hours oldest{24};
 // Where a column is much longer than a tick it is looked at that often.
 constexpr int looksAtColumn = 16;
@@ -171,8 +172,16 @@ zPlotPicture::Change zPlotPicture::tick(zPlotTime now) {
         return {true, before, 0};
     }
     if (last == before && now_ - collected_ < any.each() / looksAtColumn) return none;
-    const Number from =
-        std::min(zPlotColumns::columnOf(std::max(collected_ - learnsLate, zPlotTime(0)), any.each()), before);
+    const auto columnBefore = [&](zPlotTime ago) {
+        return zPlotColumns::columnOf(std::max(collected_ - ago, zPlotTime(0)), any.each());
+    };
+    Number from = std::min(columnBefore(learnsLate), before);
+    const Number furthest = std::max(columnBefore(lateTicks), any.first());
+    for (const Shown& shown : shown_) {
+        Number known = before;
+        while (known > furthest && zPlotColumns::isGap(shown.columns.at(known))) --known;
+        from = std::min(from, known);
+    }
     collected_ = now_;
     empty_.scrollTo(last);
     Number changed = before + 1;

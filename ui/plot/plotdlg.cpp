@@ -104,15 +104,15 @@ DPlotDlg::DPlotDlg(zApplication& application, std::string adapter)
 }
 
 bool DPlotDlg::add(const PlotLine& line) {
-    const auto& shown = plot_.picture().shown();
-    if (isFull() || std::ranges::any_of(shown, [&](const auto& s) { return s.series.name == line.name; }))
-        return false;
+    if (!canAdd(line.name)) return false;
     plot_.change([&](zPlotPicture& picture) { picture.add(plotSeriesOf(line)); });
     return true;
 }
 
-bool DPlotDlg::isFull() const {
-    return plot_.picture().shown().size() == zPlotLook::lines;
+bool DPlotDlg::canAdd(std::string_view name) const {
+    const auto& shown = plot_.picture().shown();
+    return shown.size() < zPlotLook::lines &&
+           std::ranges::none_of(shown, [&](const auto& each) { return each.series.name == name; });
 }
 
 void DPlotDlg::tick(metrics::Moment now) {

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class DPlotDlg : public zFormDialog {
@@ -17,8 +18,8 @@ class DPlotDlg : public zFormDialog {
     DPlotDlg(zApplication& application, std::string adapter);
 
     // False: there is no room for another one, or the value of that name is there already.
+    bool canAdd(std::string_view name) const;
     bool add(const PlotLine& line);
-    bool isFull() const;
 
     // To be called at regular times, when the series have been told what is new. `now` does not go back.
     void tick(metrics::Moment now);

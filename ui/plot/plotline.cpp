@@ -4,14 +4,15 @@
 
 using std::chrono::milliseconds;
 
-PlotLine plotLineOf(std::shared_ptr<const metrics::Watched> watched) {
-    const metrics::Subject& subject = watched->subject();
-    // The unit has the "/s" already, and the window's title the adapter.
+std::string plotNameOf(const metrics::Subject& subject) {
     std::string name = nameOf(subject);
     if (subject.isRate()) name.resize(name.rfind('/'));
-    name.erase(0, name.find_first_of("./") + 1);
-    return {.name = std::move(name),
-            .unit = unitOf(subject),
+    return name.substr(name.find_first_of("./") + 1);
+}
+
+PlotLine plotLineOf(std::shared_ptr<const metrics::Watched> watched) {
+    return {.name = plotNameOf(watched->subject()),
+            .unit = unitOf(watched->subject()),
             .series = {watched, &watched->series()},
             .last = [watched] { return watched->last(); }};
 }

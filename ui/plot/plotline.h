@@ -16,6 +16,9 @@ struct PlotLine {
     std::function<metrics::Rate()> last;  // the newest value, or why there is none
 };
 
+// The unit has the "/s", and the window's title the adapter.
+std::string plotNameOf(const metrics::Subject& subject);
+
 // Of a value that is watched for as long as the line is kept.
 PlotLine plotLineOf(std::shared_ptr<const metrics::Watched> watched);
 

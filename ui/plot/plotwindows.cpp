@@ -29,9 +29,9 @@ void PlotWindows::add(const metrics::Subject& subject) {
         window->add(plotLineOf(AdapterWatch::of(application_, adapter)->sampler().watch(subject)));
 }
 
-bool PlotWindows::canAdd(int adapter) const {
-    const DPlotDlg* window = last(adapter);
-    return window && !window->isFull();
+bool PlotWindows::canAdd(const metrics::Subject& subject) const {
+    const DPlotDlg* window = last(subject.place.adapter);
+    return window && window->canAdd(plotNameOf(subject));
 }
 
 DPlotDlg* PlotWindows::last(int adapter) const {

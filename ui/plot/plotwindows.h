@@ -24,7 +24,8 @@ class PlotWindows {
     void plot(const metrics::Subject& subject);
     // The same in the window that the adapter's last plot came into.
     void add(const metrics::Subject& subject);
-    bool canAdd(int adapter) const;  // it is there, and has room
+    // That window is there, has room, and does not have the value yet.
+    bool canAdd(const metrics::Subject& subject) const;
 
   private:
     struct Window {

@@ -58,9 +58,10 @@ template <class View> class FieldMap : public Baselines<std::vector<std::uint32_
     void showRates(bool on) override {
         rates_ = on;
         shown_.forget();
-        for (const Field& field : fields_) {
+        for (Field& field : fields_) {
             if (!field.hasRate()) continue;
             auto& label = board_.template control<zStatic>(std::string(field.name) + "Label");
+            field.edit.write("");  // it has meant something else
             label.setText(on ? perSecond(label.row().text).c_str() : label.row().text);
             board_.setTooltipDetail(field.control, "");
         }

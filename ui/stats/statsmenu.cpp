@@ -41,7 +41,7 @@ void addPlotting(zApplication& application, const std::optional<metrics::Subject
                     .keys = plotKey});
     rows.push_back({.label = "Add to Plot",
                     .action = [&application, subject] { PlotWindows::of(application)->add(*subject); },
-                    .enabled = plots && PlotWindows::of(application)->canAdd(subject->place.adapter),
+                    .enabled = plots && PlotWindows::of(application)->canAdd(*subject),
                     .keys = addKey});
 }
 void addWatching(zApplication& application, const std::optional<metrics::Subject>& subject, zMenuRows& rows) {

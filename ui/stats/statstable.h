@@ -125,6 +125,9 @@ class NamedRowsTable : public StatsTable<Row>, public Baselines<Set>, public Rat
     void showRates(bool on) override {
         rates_ = on;
         this->labelColumns(on);
+        forEachCounter([&](zTableLoc cell, const std::string&) {
+            if (cell.row <= this->table().model().rows()) this->SetCellText(cell, "");
+        });
         this->rewrite();
     }
 
@@ -210,8 +213,10 @@ class KeyedTable : public StatsTable<Row>,
     void showRates(bool on) override {
         ratesShown_ = on;
         rates_ = nullptr;
+        sortedRate_ = nullptr;
         this->labelColumns(on);
         rewrite();
+        if (rows_.size() > 0) this->table().rowsChanged();
     }
 
     // Rows that are new have to be written with or without rates.
@@ -297,8 +302,7 @@ class KeyedTable : public StatsTable<Row>,
         const Row row = rows_[asIndex(cell.row) - 1];
         if (!row) return {};
         if (const metrics::Metric* metric = ratesShown_ ? this->metricIn(cell.column) : nullptr)
-            return std::string(rates_ ? rateText(rates_->rate(this->group(), *metric, asIndex(cell.row) - 1))
-                                      : StatsText(this->table().model().text(cell)));
+            return std::string(rateText(rateOf(*metric, cell.row)));
         const StatsValue<Row>& value = this->valueOf(cell.column);
         return value.counter ? std::to_string(growthIn(cell.column, row)) : std::string(value.text(row));
     }
