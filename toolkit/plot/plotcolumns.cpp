@@ -1,6 +1,7 @@
 #include "toolkit/plot/plotcolumns.h"
 
 #include <algorithm>
+#include <bit>
 
 using std::chrono::minutes;
 
@@ -35,7 +36,9 @@ zPlotColumns::Number zPlotColumns::columnOf(zPlotTime time, zPlotTime each) {
 void zPlotColumns::lay(int width, zPlotTime each, Number last) {
     each_ = each;
     last_ = last;
-    ring_.assign(static_cast<std::size_t>(std::max(1, width)) + 1, gap);
+    width_ = std::max(1, width);
+    ring_.assign(std::bit_ceil(static_cast<std::size_t>(width_) + 1), gap);
+    settled_ = 0;
     largest_ = 0;
     largestAt_ = -1;
 }
@@ -71,7 +74,7 @@ float zPlotColumns::largest() const {
 }
 
 zPlotColumns::Number zPlotColumns::collect(const zPlotSeries& series, Number from, const Same& same) {
-    from = std::max({from, first() - 1, Number{0}});
+    from = std::max({from, first() - 1, settled_});
     Number changed = last_ + 1, open = from;
     Sum sum;
     const auto close = [&] {
@@ -87,6 +90,7 @@ zPlotColumns::Number zPlotColumns::collect(const zPlotSeries& series, Number fro
                      const zPlotTime whole = byMinutes ? begin / minutes(1) * minutes(1) : begin;
                      const Number at = columnOf(whole, each_);
                      const Number end = std::max(byMinutes ? 0 : columnOf(begin + length, each_), at + 1);
+                     settled_ = std::max(settled_, at);
                      for (Number column = std::max(at, from); column < std::min(end, last_ + 1); ++column) {
                          while (open < column) close();
                          sum.add(band, length);

@@ -28,26 +28,28 @@ class zPlotColumns {
 
     Number first() const { return last_ - width() + 1; }
     Number last() const { return last_; }
-    int width() const { return static_cast<int>(ring_.size()) - 1; }
+    int width() const { return width_; }
     zPlotTime each() const { return each_; }
     // From the one before the first, which a line comes from, to the last.
     const zPlotBand& at(Number column) const { return ring_[placeOf(column)]; }
     float largest() const;  // of those from the first on; 0 if all are gaps
 
-    // Asks the series for the columns from this one to the last. Returns the first for which
-    // `same(before, now)` is false, or last() + 1.
+    // Asks the series for the columns from this one to the last, as far as they are not settled: the series
+    // has shown a later piece. Returns the first for which `same(before, now)` is false, or last() + 1.
     using Same = std::function<bool(const zPlotBand& before, const zPlotBand& now)>;
     Number collect(const zPlotSeries& series, Number from, const Same& same);
 
     static Number columnOf(zPlotTime time, zPlotTime each);
 
   private:
-    std::size_t placeOf(Number column) const { return static_cast<std::size_t>(column) % ring_.size(); }
+    std::size_t placeOf(Number column) const { return static_cast<std::size_t>(column) & (ring_.size() - 1); }
     void put(Number column, const zPlotBand& band);
 
     zPlotTime each_{1};
     Number last_ = 0;
-    std::vector<zPlotBand> ring_{gap};
+    int width_ = 0;
+    std::vector<zPlotBand> ring_{gap};  // as many as a power of two
+    Number settled_ = 0;                // columns before this one
     mutable float largest_ = 0;
     mutable Number largestAt_ = -1;  // -1: has to be looked for
 };

@@ -1,6 +1,7 @@
 #include "toolkit/plot/plotlabels.h"
 
 #include <cmath>
+#include <cstdint>
 #include <fmt/format.h>
 #include <iterator>
 
@@ -17,7 +18,10 @@ std::string zAxisLabel(double value, double maximum) {
 }
 
 std::string zValueLabel(double value) {
-    if (value == std::floor(value) || value >= 1000) return fmt::format("{:.0f}", value);
+    constexpr double exact = 9e15;
+    if (value == std::floor(value) || value >= 1000)
+        return value < exact ? fmt::to_string(static_cast<std::int64_t>(std::nearbyint(value)))
+                             : fmt::format("{:.0f}", value);
     return fmt::format("{:.{}f}", value, value < 10 ? 2 : 1);
 }
 

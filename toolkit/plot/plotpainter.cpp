@@ -230,7 +230,7 @@ void zPlotPainter::addBands(const zPlotPicture& picture, const zPlotPicture::Sho
     const zPlotScale& scale = picture.scaleOf(shown);
     for (Number column = from; column < to; ++column) {
         const zPlotBand& band = shown.columns.at(column);
-        if (zPlotColumns::isGap(band)) continue;
+        if (zPlotColumns::isGap(band) || band.least == band.most) continue;
         const int top = lineTop(picture, band.most, scale), bottom = lineTop(picture, band.least, scale);
         if (bottom > top) add(picture.xOf(column), top, bottom + thickness);
     }

@@ -20,7 +20,8 @@ struct zPlotSeries {
     std::string unit;  // series of the same unit share a scale
     // Calls `see` for each piece of time that touches that from `from` to before `to` and of which something
     // is known, from the oldest on. Pieces do not overlap; they are at most a minute long, and those that
-    // are older may be whole minutes where they were shorter pieces before.
+    // are older may be whole minutes where they were shorter pieces before. Of all that it has shown only the
+    // newest piece may become another one.
     std::function<void(zPlotTime from, zPlotTime to, const See& see)> visit;
     std::function<std::optional<double>()> present;  // nothing: unknown
 };

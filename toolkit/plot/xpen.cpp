@@ -151,10 +151,22 @@ void zXPen::fill(zInk ink, int line, std::span<const XRectangle> areas) {
 }
 
 int zXPen::textWidth(std::string_view text) const {
-    XGlyphInfo extents{};
-    XftTextExtents8(display_, font_, reinterpret_cast<const FcChar8*>(text.data()),
-                    static_cast<int>(text.size()), &extents);
-    return extents.xOff;
+    int width = 0;
+    for (const char c : text) width += glyphOf(c).advance;
+    return width;
+}
+
+// Asking the font each time would be the larger part of writing a number.
+const zXPen::Glyph& zXPen::glyphOf(char c) const {
+    const char shown = c >= ' ' && c <= '~' ? c : '?';
+    std::optional<Glyph>& known = known_[asIndex(shown)];
+    if (!known) {
+        const FT_UInt number = XftCharIndex(display_, font_, static_cast<FcChar32>(shown));
+        XGlyphInfo extents{};
+        XftGlyphExtents(display_, font_, &number, 1, &extents);
+        known = {number, extents.xOff};
+    }
+    return *known;
 }
 
 int zXPen::textHeight() const {
@@ -173,12 +185,10 @@ void zXPen::write(std::span<const Text> texts) {
         sent_ += zXBytes::text(text.text.size());
         int x = text.x;
         for (const char c : text.text) {
-            const FT_UInt glyph =
-                XftCharIndex(display_, font_, c >= ' ' && c <= '~' ? static_cast<FcChar32>(c) : '?');
-            glyphs_.push_back({font_, glyph, static_cast<short>(x), static_cast<short>(text.baseline)});
-            XGlyphInfo extents{};
-            XftGlyphExtents(display_, font_, &glyph, 1, &extents);
-            x += extents.xOff;
+            const Glyph& glyph = glyphOf(c);
+            glyphs_.push_back(
+                {font_, glyph.number, static_cast<short>(x), static_cast<short>(text.baseline)});
+            x += glyph.advance;
         }
     }
     if (!glyphs_.empty())

@@ -7,6 +7,7 @@
 #include <X11/Intrinsic.h>
 #include <X11/Xft/Xft.h>
 #include <array>
+#include <optional>
 #include <vector>
 
 class zXPen : public zPlotPen {
@@ -45,6 +46,11 @@ class zXPen : public zPlotPen {
     void forget();
     GC makeGc(unsigned colour) const;
     void fill(GC gc, std::span<const XRectangle> areas);
+    struct Glyph {
+        FT_UInt number;
+        short advance;
+    };
+    const Glyph& glyphOf(char c) const;
 
     Widget canvas_;
     Display* display_;
@@ -55,6 +61,7 @@ class zXPen : public zPlotPen {
     XftDraw* draw_ = nullptr;
     GC ground_ = nullptr, tiled_ = nullptr, text_ = nullptr, grid_ = nullptr, select_ = nullptr;
     std::array<GC, zPlotLook::lines> lines_{}, bands_{};
+    mutable std::array<std::optional<Glyph>, 128> known_;  // by character
     std::vector<XftGlyphFontSpec> glyphs_;
     std::size_t sent_ = 0;
 };
