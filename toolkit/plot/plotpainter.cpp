@@ -240,10 +240,14 @@ void zPlotPainter::addBands(const zPlotPicture& picture, const zPlotPicture::Sho
 void zPlotPainter::addLine(const zPlotPicture& picture, const zPlotPicture::Shown& shown, Number from,
                            Number to) {
     const zPlotScale& scale = picture.scaleOf(shown);
+    // Columns next to each other are often of one sample.
+    float mean = -1;
+    int top = 0;
     const auto topOf = [&](Number column) -> std::optional<int> {
         const zPlotBand& band = shown.columns.at(column);
         if (zPlotColumns::isGap(band)) return {};
-        return lineTop(picture, band.mean, scale);
+        if (band.mean != mean) top = lineTop(picture, mean = band.mean, scale);
+        return top;
     };
     std::optional<int> before = topOf(from - 1);
     for (Number column = from; column < to; ++column) {
