@@ -1,16 +1,22 @@
-// bench_plot [SECONDS]: a tick of a plot window with one series beside what a bare Xlib program does to draw
-// the same column: it scrolls a pixmap, draws ground and line, and copies. In turn, in processor time of this
-// process; prints microseconds of both and the median of the ratios, for one series and for eight. With
-// SECONDS: instead shows the window with one series for so long, a tick a second, and prints the processor
-// time of a second, in milliseconds.
+// bench_plot [SECONDS]: a tick of a plot window beside what a bare Xlib program does to draw the same column:
+// it scrolls a pixmap, draws ground and line, and copies. Then beside the same with the present values below,
+// as many as a tick of the window has room for, of which the bare program knows glyphs and widths already. In
+// turn, in processor time of this process; prints microseconds of both and the median of the ratios, for one
+// series and for eight. With SECONDS: instead shows the window with one series for so long, a tick a second,
+// and prints the processor time of a second, in milliseconds.
 #include "bench/pairs.h"
+#include "platform/index.h"
 #include "resources/pictures.h"
+#include "toolkit/plot/plotpen.h"
 #include "ui/plot/plotdlg.h"
 
+#include <X11/Xft/Xft.h>
 #include <Xm/Xm.h>
+#include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <fmt/core.h>
+#include <span>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -45,10 +51,18 @@ class Bare {
         ground_ = gc(WhitePixel(display, screen));
         for (GC& line : lines_) line = gc(0x0055a8);
         XFillRectangle(display, pixmap_, ground_, 0, 0, width, height);
+        draw_ =
+            XftDrawCreate(display, pixmap_, DefaultVisual(display, screen), DefaultColormap(display, screen));
+        font_ = XftFontOpenName(display, screen, "Liberation Sans:size=10");
+        for (unsigned i = 0; i < 10; ++i) digits_[i] = XftCharIndex(display, font_, '0' + i);
+        XGlyphInfo extents{};
+        XftGlyphExtents(display, font_, digits_, 10, &extents);  // and loads them
+        digit_ = static_cast<short>(extents.xOff / 10);
         XMapWindow(display, window_);
         XSync(display, False);
     }
-    void tick(int series, int columns, int y) {
+    // `values`: written below the column; none, or one of each series.
+    void tick(int series, int columns, int y, std::span<const double> values) {
         const int x = static_cast<int>(width) - columns;
         const auto shift = static_cast<unsigned>(columns);
         XCopyArea(display_, pixmap_, pixmap_, ground_, columns, 0, width - shift, height, 0, 0);
@@ -59,15 +73,45 @@ class Bare {
                                    static_cast<unsigned short>(columns - 1), 2}};
             XFillRectangles(display_, pixmap_, lines_[i], areas, 2);
         }
+        if (!values.empty()) write(values, asIndex(series));
         XCopyArea(display_, pixmap_, window_, ground_, 0, 0, width, height, 0, 0);
         XFlush(display_);
     }
 
   private:
+    // In turn, as long as there is room in a tick of the window.
+    void write(std::span<const double> values, std::size_t series) {
+        std::size_t bytes = 3 * zXBytes::fill + 2 * zXBytes::copy + zXBytes::area + zXBytes::writing +
+                            series * (zXBytes::fill + 2 * zXBytes::area);
+        XftGlyphFontSpec glyphs[64];
+        XRectangle areas[8];
+        int used = 0, count = 0;
+        for (std::size_t i = 0; i < values.size(); ++i, ++turn_) {
+            const std::size_t row = turn_ % values.size();
+            char text[16];
+            const int length = std::snprintf(text, sizeof text, "%.0f", values[row]);
+            bytes += zXBytes::area + zXBytes::text(asIndex(length));
+            if (bytes > zPlot::tickBytes) break;
+            const auto top = static_cast<short>(100 + 20 * row);
+            areas[count++] = {0, top, static_cast<unsigned short>(length * digit_), 18};
+            for (int d = 0; d < length; ++d)
+                glyphs[used++] = {font_, digits_[text[d] - '0'], static_cast<short>(d * digit_),
+                                  static_cast<short>(top + 14)};
+        }
+        XFillRectangles(display_, pixmap_, ground_, areas, count);
+        XftDrawGlyphFontSpec(draw_, &ink_, glyphs, used);
+    }
+
     Display* display_;
     Window window_;
     Pixmap pixmap_;
     GC ground_ = nullptr, lines_[8] = {};  // each series has its colour
+    XftDraw* draw_ = nullptr;
+    XftFont* font_ = nullptr;
+    XftColor ink_ = {0, {0, 0, 0, 0xffff}};
+    FT_UInt digits_[10] = {};
+    short digit_ = 0;  // width
+    std::size_t turn_ = 0;
 };
 
 struct Fed {
@@ -125,19 +169,23 @@ int main(int argc, char** argv) {
     for (const int series : {1, 8}) {
         while (static_cast<int>(fed.size()) < series) add();
         application.handlePending();
-        std::vector<double> figures, floors, ratios;
+        Pairs column, values;
+        std::vector<double> present(fed.size());
         for (int i = 0; i < 2000; ++i) {
             step();
+            std::ranges::transform(fed, present.begin(), [](const auto& one) { return one->last; });
             const double begin = processor();
             draw();
-            const double between = processor();
-            bare.tick(series, 9, 50 + i % 7);
+            const double drawn = processor();
+            bare.tick(series, 9, 50 + i % 7, {});
+            const double drawnBare = processor();
+            bare.tick(series, 9, 50 + i % 7, present);
             const double end = processor();
             application.handlePending();
-            figures.push_back(between - begin);
-            floors.push_back(end - between);
-            ratios.push_back(figures.back() / floors.back());
+            column.add(drawn - begin, drawnBare - drawn);
+            values.add(drawn - begin, end - drawnBare);
         }
-        fmt::print("{} {:.1f} {:.1f} {:.2f}\n", series, median(figures), median(floors), median(ratios));
+        column.print(fmt::format("{} column", series).c_str());
+        values.print(fmt::format("{} values", series).c_str());
     }
 }
