@@ -1,9 +1,12 @@
-// bench_plot [SECONDS]: a tick of a plot window beside what a bare Xlib program does to draw the same column:
-// it scrolls a pixmap, draws ground and line, and copies. Then beside the same with the present values below,
-// as many as a tick of the window has room for, of which the bare program knows glyphs and widths already. In
+// bench_plot: a tick of a plot window beside what a bare Xlib program does to draw the same column: it
+// scrolls a pixmap, draws ground and line, and copies. Then beside the same with the present values below, as
+// many as a tick of the window has room for, of which the bare program knows glyphs and widths already. In
 // turn, in processor time of this process; prints microseconds of both and the median of the ratios, for one
-// series and for eight. With SECONDS: instead shows the window with one series for so long, a tick a second,
-// and prints the processor time of a second, in milliseconds.
+// series and for eight.
+//
+// bench_plot seconds N: shows the window with one series for so long, a tick a second.
+// bench_plot hours N: a window with eight series, four ticks a second, and another span from time to time, as
+// fast as it goes; prints what the process and the X server hold for it after each hour.
 #include "bench/pairs.h"
 #include "platform/index.h"
 #include "resources/pictures.h"
@@ -12,16 +15,21 @@
 
 #include <X11/Xft/Xft.h>
 #include <Xm/Xm.h>
+// after it:
+#include <X11/extensions/XRes.h>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <fmt/core.h>
+#include <fstream>
+#include <malloc.h>
 #include <span>
 #include <thread>
+#include <unistd.h>
 #include <utility>
 #include <vector>
 
-using namespace std::chrono;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -114,68 +122,71 @@ class Bare {
     std::size_t turn_ = 0;
 };
 
-struct Fed {
-    std::shared_ptr<metrics::Series> series = std::make_shared<metrics::Series>();
-    double last = 0;
+// A plot window whose series get values by the second, or whatever the step is.
+class Shown {
+  public:
+    explicit Shown(zApplication& application) : application_(application) { window_.show(); }
+
+    void addUntil(std::size_t series) {
+        while (fed_.size() < series) {
+            Fed* one = fed_.emplace_back(std::make_unique<Fed>()).get();
+            window_.add({fmt::format("value {}", fed_.size()), "cells/s",
+                         std::shared_ptr<const metrics::Series>(one->series),
+                         [one] { return metrics::Rate(one->last); }});
+        }
+        application_.handlePending();
+    }
+    void step(std::chrono::milliseconds later) {
+        const auto since = std::exchange(now_, now_ + later);
+        for (const auto& one : fed_) {
+            random_ = random_ * 1103515245 + 12345;
+            one->last = 20000 + (random_ >> 16) % 5000;
+            one->series->add(since, now_, static_cast<float>(one->last));
+        }
+    }
+    void draw() {
+        window_.tick(now_);
+        XFlush(display());
+    }
+    void ticks(int count, std::chrono::milliseconds later) {
+        for (int i = 0; i < count; ++i) {
+            step(later);
+            draw();
+            application_.handlePending();
+        }
+    }
+    std::vector<double> present() const {
+        std::vector<double> values(fed_.size());
+        std::ranges::transform(fed_, values.begin(), [](const auto& one) { return one->last; });
+        return values;
+    }
+    void press(const char* key) { window_.plot().onKey({key}); }
+    Window id() const { return XtWindow(window_.shell()); }
+    Display* display() const { return static_cast<Display*>(application_.display()); }
+
+  private:
+    struct Fed {
+        std::shared_ptr<metrics::Series> series = std::make_shared<metrics::Series>();
+        double last = 0;
+    };
+
+    zApplication& application_;
+    DPlotDlg window_{application_, "adapter 1"};
+    std::vector<std::unique_ptr<Fed>> fed_;
+    metrics::Moment now_ = std::chrono::steady_clock::now();
+    unsigned random_ = 1;
 };
 
-}  // namespace
-
-int main(int argc, char** argv) {
-    zApplication application("bench_plot", "Tarvolin", {}, fallbackResources);
-    if (!application.openDisplay()) return 1;
-    DPlotDlg window(application, "adapter 1");
-    std::vector<std::unique_ptr<Fed>> fed;
-    const auto add = [&] {
-        Fed* one = fed.emplace_back(std::make_unique<Fed>()).get();
-        window.add({fmt::format("value {}", fed.size()), "cells/s",
-                    std::shared_ptr<const metrics::Series>(one->series),
-                    [one] { return metrics::Rate(one->last); }});
-    };
-    metrics::Moment now = steady_clock::now();
-    unsigned random = 1;
-    const auto step = [&] {
-        const auto since = std::exchange(now, now + 1s);
-        for (const auto& one : fed) {
-            random = random * 1103515245 + 12345;
-            one->last = 20000 + (random >> 16) % 5000;
-            one->series->add(since, now, static_cast<float>(one->last));
-        }
-    };
-    const auto draw = [&] {
-        window.tick(now);
-        XFlush(static_cast<Display*>(application.display()));
-    };
-    add();
-    window.show();
-    for (int i = 0; i < 100; ++i) {
-        step();
-        draw();
-        application.handlePending();
-    }
-    if (argc > 1) {
-        const int seconds = std::atoi(argv[1]);
-        const double begin = processor();
-        for (int i = 0; i < seconds; ++i) {
-            std::this_thread::sleep_for(1s);
-            step();
-            draw();
-            application.handlePending();
-        }
-        fmt::print("{:.3f}\n", (processor() - begin) / 1000 / seconds);
-        return 0;
-    }
-    Bare bare(static_cast<Display*>(application.display()));
+void compare(zApplication& application, Shown& shown) {
+    Bare bare(shown.display());
     for (const int series : {1, 8}) {
-        while (static_cast<int>(fed.size()) < series) add();
-        application.handlePending();
+        shown.addUntil(asIndex(series));
         Pairs column, values;
-        std::vector<double> present(fed.size());
         for (int i = 0; i < 2000; ++i) {
-            step();
-            std::ranges::transform(fed, present.begin(), [](const auto& one) { return one->last; });
+            shown.step(1s);
+            const std::vector<double> present = shown.present();
             const double begin = processor();
-            draw();
+            shown.draw();
             const double drawn = processor();
             bare.tick(series, 9, 50 + i % 7, {});
             const double drawnBare = processor();
@@ -187,5 +198,56 @@ int main(int argc, char** argv) {
         }
         column.print(fmt::format("{} column", series).c_str());
         values.print(fmt::format("{} values", series).c_str());
+    }
+}
+
+void printHeld(const Shown& shown, int hour) {
+    const auto heap = mallinfo2();
+    long size = 0, resident = 0;
+    std::ifstream("/proc/self/statm") >> size >> resident;
+    unsigned long pixmaps = 0;
+    XResQueryClientPixmapBytes(shown.display(), shown.id(), &pixmaps);
+    XResType* types = nullptr;
+    int number = 0;
+    unsigned resources = 0;
+    if (XResQueryClientResources(shown.display(), shown.id(), &number, &types))
+        for (int i = 0; i < number; ++i) resources += types[i].count;
+    XFree(types);
+    fmt::print("{} h: {:.1f} KB allocated, {} KB resident, {} X resources, {} KB of pixmaps\n", hour,
+               static_cast<double>(heap.uordblks + heap.hblkhd) / 1024,
+               resident * sysconf(_SC_PAGESIZE) / 1024, resources, pixmaps / 1024);
+}
+
+void passHours(Shown& shown, int hours) {
+    constexpr const char* spans[] = {"1", "2", "3", "4"};
+    constexpr int parts = 16;  // of an hour, each with another span
+    shown.addUntil(8);
+    for (int part = 0; part < hours * parts; ++part) {
+        shown.press(spans[part % 4]);
+        shown.ticks(3600 * 4 / parts, 250ms);
+        if ((part + 1) % parts == 0) printHeld(shown, (part + 1) / parts);
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    zApplication application("bench_plot", "Tarvolin", {}, fallbackResources);
+    if (!application.openDisplay()) return 1;
+    Shown shown(application);
+    shown.addUntil(1);
+    shown.ticks(100, 1s);
+    if (argc < 3) {
+        compare(application, shown);
+        return 0;
+    }
+    const int count = std::atoi(argv[2]);  // NOLINT(cert-err34-c)
+    if (argv[1] == std::string_view("hours")) {
+        passHours(shown, count);
+        return 0;
+    }
+    for (int i = 0; i < count; ++i) {
+        std::this_thread::sleep_for(1s);
+        shown.ticks(1, 1s);
     }
 }
