@@ -19,8 +19,11 @@ constexpr char ipAddressMask[] = "[0-9](3)'.'[0-9](3)'.'[0-9](3)'.'[0-9](3)";
 // Characters that a text in the parameter file can have: from `!` to `z`, no comment sign, no brackets.
 constexpr char elanNameMask[] = R"([!-"$-Z\\^-z](31))";
 
-// Unsigned numbers of up to four and nine digits.
-constexpr char fourDigitsMask[] = "####", nineDigitsMask[] = "#########";
+// Unsigned numbers of up to four digits.
+constexpr char fourDigitsMask[] = "####";
+
+// A number with or without a point; where it stands is looked at by whoever reads it.
+constexpr char decimalMask[] = "[0-9.](12)";
 
 #undef TV_PAIR
 #undef TV_HEX

@@ -9,12 +9,16 @@
 
 namespace platform {
 
-// The decimal number that a text is, as a whole; nothing: it is none, or does not fit.
-template <std::integral Number> std::optional<Number> wholeNumber(std::string_view text) {
-    Number number = 0;
+// The decimal number that a text is, from its beginning to its end; nothing: it is none, or does not fit.
+template <class Number> std::optional<Number> number(std::string_view text) {
+    Number value = 0;
     const char* end = text.data() + text.size();
-    const auto [stopped, error] = std::from_chars(text.data(), end, number);
-    return error == std::errc() && stopped == end ? std::optional(number) : std::nullopt;
+    const auto [stopped, error] = std::from_chars(text.data(), end, value);
+    return error == std::errc() && stopped == end ? std::optional(value) : std::nullopt;
+}
+
+template <std::integral Number> std::optional<Number> wholeNumber(std::string_view text) {
+    return number<Number>(text);
 }
 
 }  // namespace platform

@@ -287,12 +287,8 @@ TEST_F(SortedTableTest, HiddenColumnsAreNeitherSeenNorReachedNorCopied) {
     EXPECT_EQ(table.columnWidth(2), 0);
 
     zFormDialog later(application, layout);
-    auto& other = later.control<zTable>(30);
-    other.resize(2, 1);
-    EXPECT_EQ(other.columnWidth(2), 0);
-    EXPECT_FALSE(other.canHide(1)) << "its last one";
-    other.hideColumn(1);
-    EXPECT_GT(other.columnWidth(1), 0);
+    EXPECT_FALSE(later.control<zTable>(30).hidesColumns())
+        << "nothing in a new window says that there are more";
 
     table.hideColumn(3);
     EXPECT_EQ(table.activeCell(), (zTableLoc{1, 2}));

@@ -26,6 +26,13 @@ void zStatic::setText(const char* text) {
     setLabel(widget(), text);
 }
 
+bool zStatic::fits(const char* text) const {
+    XmRenderTable fonts = nullptr;
+    Dimension width = 0;
+    XtVaGetValues(widget(), XmNrenderTable, &fonts, XmNwidth, &width, nullptr);
+    return XmStringWidth(fonts, zXmText(text).get()) <= width;
+}
+
 zFrame::zFrame(Widget board, const zRect& place, const zControlRow& row) : zControl(row) {
     zResources resources(place);
     const bool vertical = row.place.width <= 1;

@@ -8,6 +8,7 @@ class zStatic : public zControl {
     zStatic(Widget board, const zRect& place, const zControlRow& row);
 
     void setText(const char* text);
+    bool fits(const char* text) const;  // in the place of the row
 };
 
 class zFrame : public zControl {

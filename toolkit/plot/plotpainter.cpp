@@ -28,16 +28,33 @@ int lineTop(const zPlotPicture& picture, double value, const zPlotScale& scale) 
 }
 
 // A text that is too long ends in dots.
+// Names differ at their ends.
 std::string fitting(const zPlotPen& pen, const std::string& text, int room) {
     constexpr std::string_view dots = "...";
     if (pen.textWidth(text) <= room) return text;
-    std::string shown = text;
-    while (!shown.empty() && pen.textWidth(shown) + pen.textWidth(dots) > room) shown.pop_back();
-    return shown.append(dots);
+    std::string_view shown = text;
+    while (!shown.empty() && pen.textWidth(dots) + pen.textWidth(shown) > room) shown.remove_prefix(1);
+    return fmt::format("{}{}", dots, shown);
+}
+
+// In parentheses behind the name. Of a scale that is not beside the plot it says how far that goes.
+std::string unitText(const zPlotPicture& picture, const zPlotPicture::Shown& shown) {
+    const bool beside = shown.scale == 0 || shown.scale == picture.rightScale();
+    const std::string range =
+        beside ? "" : fmt::format("0 to {}", zAxisLabel(picture.scaleOf(shown).maximum(), picture.scaleOf(shown).maximum()));
+    const std::string& unit = shown.series.unit;
+    if (unit.empty() && range.empty()) return {};
+    return fmt::format(" ({}{}{})", unit, unit.empty() || range.empty() ? "" : ", ", range);
 }
 
 void writeRight(zPlotPen& pen, int right, int baseline, std::string_view text) {
     pen.write({right - pen.textWidth(text), baseline, text});
+}
+
+// The label of a line there is seen as a whole.
+bool hasRoomForLabel(const zPlotPicture& picture, Number column) {
+    const auto& p = picture.places();
+    return picture.xOf(column) - gap / 2 - p.timeLabel >= p.left;
 }
 
 // The round time in a column, if there is one.
@@ -115,8 +132,7 @@ void drawLegend(const zPlotPicture& picture, zPlotPen& pen) {
         const XRectangle band = area(from, middle - p.row / 4, until - from, p.row / 2);
         pen.fill(zInk::band, shown.look, {&band, 1});
         drawDashes(pen, shown.look, from, until, middle - 1);
-        const std::string& unit = shown.series.unit;
-        const std::string name = shown.series.name + (unit.empty() ? "" : fmt::format(" ({})", unit));
+        const std::string name = shown.series.name + unitText(picture, shown);
         pen.write({p.nameLeft, top + p.ascent + 1, fitting(pen, name, nameRight - p.nameLeft)});
     }
     for (std::size_t i = 0; i < picture.cells(); ++i) {
@@ -155,6 +171,7 @@ void zPlotPainter::prepare(const zPlotPicture& picture, Number from, Number to, 
     if (from < fresh)
         grounds_.push_back(area(x, p.top, picture.xOf(std::min(to, fresh)) - x, p.bottom - p.top));
     if (freshX < p.right) grounds_.push_back(area(freshX, p.top, p.right - freshX, p.timeBottom - p.top));
+    clearCutLabels(picture, fresh);
     addTimeLines(picture, from, to, fresh);
     for (const auto& shown : picture.shown()) addBands(picture, shown, from, to);
     for (const auto& shown : picture.shown()) addLine(picture, shown, from, to);
@@ -175,6 +192,17 @@ void zPlotPainter::draw(zPlotPen& pen) {
     }
 }
 
+// A label that reaches the left edge goes as a whole.
+void zPlotPainter::clearCutLabels(const zPlotPicture& picture, Number fresh) {
+    const auto& p = picture.places();
+    const zPlotColumns& columns = picture.shown().front().columns;
+    const zPlotTime each = columns.each(), step = zTimeStep(each, p.timeLabel + timeGap);
+    const Number moved = columns.last() + 1 - fresh;
+    for (Number column = columns.first(); !hasRoomForLabel(picture, column); ++column)
+        if (hasRoomForLabel(picture, column + moved) && roundTime(picture, column, each, step))
+            grounds_.push_back(area(p.left, p.bottom, picture.xOf(column) - p.left, p.timeBottom - p.bottom));
+}
+
 // A label ends at its line, so that it never has to wait for columns that are still to come.
 void zPlotPainter::prepareTimes(const zPlotPicture& picture, Number from) {
     const auto& p = picture.places();
@@ -182,7 +210,8 @@ void zPlotPainter::prepareTimes(const zPlotPicture& picture, Number from) {
     const zPlotTime each = columns.each(), step = zTimeStep(each, p.timeLabel + timeGap);
     labels_.clear();
     for (Number column = from; column <= columns.last(); ++column)
-        if (const auto time = roundTime(picture, column, each, step))
+        if (const auto time = roundTime(picture, column, each, step);
+            time && hasRoomForLabel(picture, column))
             labels_.push_back({picture.xOf(column) - gap / 2, p.bottom + p.ascent + 1,
                                zTimeLabel(*time, step < minutes(1))});
 }

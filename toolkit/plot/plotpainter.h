@@ -38,6 +38,7 @@ class zPlotPainter {
         std::string text;
     };
 
+    void clearCutLabels(const zPlotPicture& picture, zPlotColumns::Number fresh);
     void addTimeLines(const zPlotPicture& picture, Number from, Number to, Number fresh);
     void addBands(const zPlotPicture& picture, const zPlotPicture::Shown& shown, Number from, Number to);
     void addLine(const zPlotPicture& picture, const zPlotPicture::Shown& shown, Number from, Number to);

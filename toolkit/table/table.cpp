@@ -167,10 +167,9 @@ struct zTable::Handlers {
 };
 
 zTable::zTable(Widget board, const zRect& place, const zControlRow& row)
-    : zControl(row), place_(place), hidden_(row),
-      drag_(
-          row, grid_, [this](int column) { return fittedWidth(column); },
-          [this](int column, int width) { widen(column, width); }),
+    : zControl(row), place_(place), drag_(
+                                        row, grid_, [this](int column) { return fittedWidth(column); },
+                                        [this](int column, int width) { widen(column, width); }),
       barThickness_(zDialogUnits::ofBoard(board).grown(zBarThickness)),
       painting_(XtDisplay(board), [this] { flush(); }) {
     zResources resources(place);
@@ -319,7 +318,7 @@ void zTable::widen(int column, int width) {
 
 void zTable::setWidths() {
     const int columns = model_.columns();
-    if (columns > 0 && hidden_.among(columns) == columns) hidden_.showAll();  // another table had more
+    if (columns > 0 && hiddenAmong(columns) == columns) hidden_.clear();
     grid_.widths = widths_;
     for (int column = 1; column <= columns; ++column)
         if (isHidden(column)) grid_.widths[asIndex(column)] = 0;

@@ -12,7 +12,6 @@
 #include "toolkit/controls/control.h"
 #include "toolkit/display/alarm.h"
 #include "toolkit/table/columndrag.h"
-#include "toolkit/table/hiddencolumns.h"
 #include "toolkit/table/roworder.h"
 #include "toolkit/table/tablegrid.h"
 #include "toolkit/table/tablemodel.h"
@@ -20,6 +19,7 @@
 
 #include <array>
 #include <functional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -71,12 +71,12 @@ class zTable : public zControl {
     void sortFurther(int column);  // up, down, not at all: as a click on its label does
     int rowAt(int place) const { return order_.rowAt(place); }  // the row that is shown there, from 1
 
-    // At least one column stays. See zHiddenColumns.
+    // At least one column stays.
     bool canHide(int column) const;
     void hideColumn(int column);
     void showAllColumns();
-    bool isHidden(int column) const { return hidden_.has(column); }
-    bool hidesColumns() const { return hidden_.among(grid_.columns()) > 0; }
+    bool isHidden(int column) const { return hidden_.contains(column); }
+    bool hidesColumns() const { return hiddenAmong(grid_.columns()) > 0; }
 
     // Makes the next cell with this text in it the active one, as the user does: in the order that is shown,
     // after the active cell, from the last one on to the first one. Upper and lower case of letters are the
@@ -122,6 +122,7 @@ class zTable : public zControl {
     zTableLoc placeOf(zTableLoc location) const { return {location.column, order_.placeOf(location.row)}; }
     zTableLoc locationAt(zTableLoc place) const { return {place.column, order_.rowAt(place.row)}; }
 
+    int hiddenAmong(int columns) const;  // of the first ones
     std::string textOf(zTableLoc location) const;
     bool unwritten(int row) const;
     void writeRow(int row);
@@ -163,7 +164,7 @@ class zTable : public zControl {
     std::vector<int> widths_{0};  // of all columns, as if none were hidden
     zRowOrder order_;
     Sorting sorting_;
-    zHiddenColumns hidden_;
+    std::set<int> hidden_;  // columns
     zColumnDrag drag_;
     int pressed_ = 0;  // the column on whose label the button went down
     int meant_ = 0;    // the column whose label was pointed at last; 0: another place was

@@ -2,6 +2,7 @@
 #include "toolkit/table/table.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace {
@@ -104,9 +105,13 @@ void zTable::sortFurther(int column) {
         sortBy({});
 }
 
+int zTable::hiddenAmong(int columns) const {
+    return static_cast<int>(std::distance(hidden_.begin(), hidden_.upper_bound(columns)));
+}
+
 bool zTable::canHide(int column) const {
     return column > 0 && column <= grid_.columns() && !isHidden(column) &&
-           hidden_.among(grid_.columns()) + 1 < grid_.columns();
+           hiddenAmong(grid_.columns()) + 1 < grid_.columns();
 }
 
 void zTable::hideColumn(int column) {
@@ -116,13 +121,13 @@ void zTable::hideColumn(int column) {
     const auto at = std::ranges::find(shown, column);
     for (zTableLoc* cell : {&active_, &awaited_})
         if (cell->column == column) cell->column = at + 1 != shown.end() ? at[1] : at[-1];
-    hidden_.hide(column);
+    hidden_.insert(column);
     setWidths();
     arrange();
 }
 
 void zTable::showAllColumns() {
-    hidden_.showAll();
+    hidden_.clear();
     setWidths();
     arrange();
 }

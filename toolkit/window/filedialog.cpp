@@ -9,6 +9,7 @@
 #include "toolkit/window/shell.h"
 #include "toolkit/window/title.h"
 
+#include <X11/keysym.h>
 #include <Xm/FileSB.h>
 #include <Xm/TextF.h>
 #include <algorithm>
@@ -73,9 +74,15 @@ class FileDialog {
         Modifiers used = 0;
         KeySym symbol = NoSymbol;
         XtTranslateKeycode(key.display, static_cast<KeyCode>(key.keycode), key.state, &used, &symbol);
-        if (!zIsForeign(symbol, key.state)) return;
+        auto& dialog = *static_cast<FileDialog*>(place);
+        // The library would write a control character.
+        const bool all = (key.state & ControlMask) && (symbol == XK_a || symbol == XK_A);
+        if (!all && !zIsForeign(symbol, key.state)) return;
         *goesOn = False;
-        static_cast<FileDialog*>(place)->say("Only ASCII characters can be typed here.");
+        if (all)
+            return XmTextFieldSetSelection(dialog.text_, 0, XmTextFieldGetLastPosition(dialog.text_),
+                                           key.time);
+        dialog.say("Only ASCII characters can be typed here.");
     }
 
     void save() {

@@ -62,7 +62,10 @@ template <class View> class FieldMap : public Baselines<std::vector<std::uint32_
             if (!field.hasRate()) continue;
             auto& label = board_.template control<zStatic>(std::string(field.name) + "Label");
             field.edit.write("");  // it has meant something else
-            label.setText(on ? perSecond(label.row().text).c_str() : label.row().text);
+            const std::string rate = perSecond(label.row().text);
+            label.setText(!on                        ? label.row().text
+                          : label.fits(rate.c_str()) ? rate.c_str()
+                                                     : shortened(rate).c_str());
             board_.setTooltipDetail(field.control, "");
         }
     }

@@ -117,6 +117,13 @@ inline std::string perSecond(std::string_view label) {
     return fmt::format("{}/s", label.substr(0, label.find_last_not_of(':') + 1));
 }
 
+// "Rx Dropped Pkts/s", for where "Rx Dropped Packets/s" has no room.
+inline std::string shortened(std::string label) {
+    constexpr std::string_view word = "Packets";
+    if (const auto found = label.find(word); found != label.npos) label.replace(found, word.size(), "Pkts");
+    return label;
+}
+
 // "  0/  32": the VPI is always 0.
 inline StatsText vciText(int vci) {
     return StatsText::of("  0/{:4}", vci);

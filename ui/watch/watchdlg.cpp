@@ -1,6 +1,7 @@
 #include "ui/watch/watchdlg.h"
 
 #include "model/settings.h"
+#include "platform/number.h"
 #include "resources/pictureids.h"
 #include "toolkit/controls/button.h"
 #include "toolkit/controls/dropdown.h"
@@ -78,14 +79,13 @@ constexpr const char *numberTests[] = {"above", "below"}, *stateTests[] = {"is",
                      *flagTests[] = {"on", "off"};
 constexpr int lineEnd = 64, listEnd = 128;
 
-constexpr auto numberRows =
-    withCommonRows(std::array{testRow(numberTests),
-                              zControlRow{.id = numberED,
-                                          .kind = zKind::numberEdit,
-                                          .place = {field + 56, 53, 56, 12},
-                                          .mask = &nineDigitsField},
-                              zControlRow{.place = {field + 118, 55, 90, 8}, .text = "", .name = "unit"}},
-                   lineEnd);
+constexpr auto numberRows = withCommonRows(
+    std::array{
+        testRow(numberTests),
+        zControlRow{
+            .id = numberED, .kind = zKind::edit, .place = {field + 56, 53, 56, 12}, .mask = &decimalField},
+        zControlRow{.place = {field + 118, 55, 90, 8}, .text = "", .name = "unit"}},
+    lineEnd);
 constexpr auto stateRows = withCommonRows(
     std::array{
         testRow(stateTests),
@@ -119,9 +119,8 @@ DWatchDlg::DWatchDlg(Conditions& conditions, zApplication& application, const me
     showValue();
     listener_ = watch_->listen([this] { showValue(); });
     line_.advise = [this](const zEdit*) {
-        const std::string tooLong =
-            holdsTooLong() ? fmt::format("At most {} seconds.", metrics::longestHold.count()) : "";
-        return zMessageLine::Advice{.field = tooLong, .page = tooLong};
+        const std::string wrong = fault();
+        return zMessageLine::Advice{.field = wrong, .page = wrong};
     };
     control<zBitmapButton>(subOkBTN).onClick = [this] { clickedOkBTN(); };
     control<zBitmapButton>(subCancelBTN).onClick = onClose = [this] { conditions_.closeAsking(); };
@@ -150,7 +149,7 @@ void DWatchDlg::setDefaults() {
     } else if (isFlag(kind)) {
         test = kind == Kind::flag && now && *now != 0 ? 1 : 0;
     } else {
-        control<zNumberEdit>(numberED).setNumber(now && !subject_.isRate() ? static_cast<unsigned>(*now) : 0);
+        control<zEdit>(numberED).setText(fmt::format("{:.0f}", now && !subject_.isRate() ? *now : 0));
         board().control<zStatic>("unit").setText(unitOf(subject_).c_str());
     }
     control<zDropDown>(testCBO).select(test);
@@ -169,13 +168,21 @@ Criterion DWatchDlg::criterion() const {
         criterion.operand = test == 0 ? 1 : 0;
     } else {
         criterion.test = test == 0 ? Comparison::above : Comparison::below;
-        criterion.operand = control<zNumberEdit>(numberED).number();
+        criterion.operand = threshold().value_or(0);
     }
     return criterion;
 }
 
-bool DWatchDlg::holdsTooLong() const {
-    return std::chrono::seconds(control<zNumberEdit>(holdED).number()) > metrics::longestHold;
+std::optional<double> DWatchDlg::threshold() const {
+    return platform::number<double>(control<zEdit>(numberED).text());
+}
+
+std::string DWatchDlg::fault() const {
+    if (std::chrono::seconds(control<zNumberEdit>(holdED).number()) > metrics::longestHold)
+        return fmt::format("At most {} seconds.", metrics::longestHold.count());
+    if (layoutFor(subject_.metric->kind).rows.data() == numberLayout.rows.data() && !threshold())
+        return "This is no number.";
+    return {};
 }
 
 void DWatchDlg::showValue() {
@@ -183,7 +190,7 @@ void DWatchDlg::showValue() {
 }
 
 void DWatchDlg::clickedOkBTN() {
-    if (holdsTooLong()) return line_.refresh();
+    if (!fault().empty()) return line_.refresh();
     conditions_.add(subject_, criterion());
     conditions_.closeAsking();
 }

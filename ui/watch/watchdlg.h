@@ -11,8 +11,9 @@ class DWatchDlg : public zFormDialog {
 
   private:
     void setDefaults();
-    metrics::Criterion criterion() const;  // as shown
-    bool holdsTooLong() const;
+    metrics::Criterion criterion() const;     // as shown
+    std::optional<double> threshold() const;  // nothing: the field has no number
+    std::string fault() const;                // what cannot be waited for; empty: nothing
     void showValue();
     void clickedOkBTN();
 
