@@ -1,11 +1,20 @@
-// What a tick of a plot costs: bytes to the X server, and waiting for it.
+// What a tick of a plot costs: bytes to the X server, waiting for it, memory, and how late the legend may be.
 #include "tests/plot/plotdesk.h"
 
+#include <malloc.h>
 #include <random>
 
 using namespace std::chrono;
 
+// With the address sanitizer malloc keeps no books.
+extern "C" [[gnu::weak]] std::size_t __sanitizer_get_current_allocated_bytes();
+
 namespace {
+
+std::size_t allocatedBytes() {
+    if (__sanitizer_get_current_allocated_bytes) return __sanitizer_get_current_allocated_bytes();
+    return mallinfo2().uordblks;
+}
 
 class PlotTicks : public PlotDeskTest {
   protected:
@@ -77,4 +86,46 @@ TEST_F(PlotTicks, AreAtMost400BytesAndWaitForNothing) {
             fmt::print("{} series, span {}, every {} ms: {} bytes, at most {}\n", row.series, row.key,
                        row.tick.count(), sum / static_cast<std::size_t>(std::max(1, counted)), most);
     }
+}
+
+// All values change at every tick, and so do the columns: those that have no room take turns.
+TEST_F(PlotTicks, WriteEachOfEightValuesWithinEight) {
+    while (fed.size() < 8) add(fmt::format("value {}", fed.size()), "cells/s");
+    for (const char* span : {"1", "2", "3", "4"})
+        for (const milliseconds tick : {250ms, 1000ms}) {
+            window->plot().onKey({span});
+            const zPlotPicture& picture = window->plot().picture();
+            std::array<int, 8> late{};
+            int latest = 0;
+            for (int i = 0; i < 400; ++i) {
+                step(tick, [this](std::size_t s) { return value(s); });
+                for (std::size_t s = 0; s < late.size(); ++s) {
+                    late[s] = window->plot().written()[s] == picture.cellText(s) ? 0 : late[s] + 1;
+                    latest = std::max(latest, late[s]);
+                }
+            }
+            EXPECT_LT(latest, 8) << "span " << span << ", every " << tick.count() << " ms";
+            if (std::getenv("TV_FIGURES"))
+                fmt::print("span {}, every {} ms: within {} ticks\n", span, tick.count(), latest + 1);
+        }
+}
+
+// A buffer may grow in one pass; what is kept of each tick grows in all of them.
+TEST_F(PlotTicks, KeepNothingOfThem) {
+    constexpr int ticks = 300;  // with each span
+    constexpr const char* spans[] = {"1", "2", "3", "4"};
+    while (fed.size() < 8) add(fmt::format("value {}", fed.size()), fed.size() < 4 ? "cells/s" : "packets/s");
+    auto least = std::numeric_limits<std::ptrdiff_t>::max();
+    for (int pass = 0; pass < 6; ++pass) {
+        const std::size_t before = allocatedBytes();
+        for (const char* span : spans) {
+            window->plot().onKey({span});
+            for (int tick = 0; tick < ticks; ++tick) {
+                step(250ms, [this](std::size_t s) { return value(s); });
+                application.handlePending();
+            }
+        }
+        least = std::min(least, static_cast<std::ptrdiff_t>(allocatedBytes() - before));
+    }
+    EXPECT_LT(least, 4 * ticks);  // less than a byte a tick
 }

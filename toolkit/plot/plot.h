@@ -45,6 +45,8 @@ class zPlot : public zControl {
 
     std::function<void(const zPlotKey& key)> onKey;
 
+    const std::vector<std::string>& written() const { return written_; }  // in the legend, cell by cell
+
     void redraw();                 // as a whole, at once
     unsigned long pixmap() const;  // what the window shows, but for the cursor's line
 
