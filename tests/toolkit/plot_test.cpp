@@ -43,6 +43,7 @@ class PlotTest : public DeskTest {
     zPlot& plot = window.control<zPlot>(40);
     Display* display = XtDisplay(window.shell());
     std::array<Course, 8> courses;
+    std::array<std::optional<zPlotTime>, 8> late;
     zPlotTime now = hours(30);
 
     PlotTest() : DeskTest(layout) {}
@@ -55,11 +56,17 @@ class PlotTest : public DeskTest {
         plot.tick(now);
         user.settle();
     }
-    // All series get a value of the time since the last tick.
+    // All series get a value of the time since the last tick. One that is less than 0 is late: the next one
+    // is of its time, too.
     template <class Value> void tick(zPlotTime later, const Value& value) {
         const zPlotTime since = std::exchange(now, now + later);
-        for (std::size_t i = 0; i < courses.size(); ++i)
-            if (const std::optional<float> v = value(i)) courses[i].add(since, now, *v);
+        for (std::size_t i = 0; i < courses.size(); ++i) {
+            const std::optional<float> v = value(i);
+            if (v && *v < 0)
+                late[i] = late[i].value_or(since);
+            else if (const auto from = std::exchange(late[i], std::nullopt).value_or(since); v)
+                courses[i].add(from, now, *v);
+        }
         plot.tick(now);
     }
 
@@ -227,6 +234,7 @@ TEST_F(PlotTest, AScrolledPictureIsTheOneThatIsDrawnAnew) {
                      milliseconds(chance(30) ? random() % 20000 : random() % 40),
                  [&](std::size_t c) -> std::optional<float> {
                      if (silent || chance(60)) return {};
+                     if (chance(20)) return -1;
                      return chance(100) ? level[c] * 4 : level[c];
                  });
             if (chance(80)) {
