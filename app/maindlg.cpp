@@ -152,7 +152,7 @@ void DMainDlg::clickedStatsBTN() {
     auto created = std::make_unique<DStatsDlg>(*this);
     DStatsDlg* dialog = created.get();
     statistics_.push_back(
-        std::make_unique<Statistics>(std::move(created), ConditionMark(*dialog, currentAdapter)));
+        std::make_unique<Statistics>(Statistics{std::move(created), ConditionMark(*dialog, currentAdapter)}));
     dialog->onClosed = [this, dialog] {
         const auto closed = std::ranges::find_if(
             statistics_, [dialog](const auto& open) { return open->dialog.get() == dialog; });
