@@ -30,7 +30,7 @@ enum class zKind {
     table,
     textView,  // a long text to read
     plot,
-    frame,     // a separator line, vertical if the width is at most 1 unit
+    frame,  // a separator line, vertical if the width is at most 1 unit
 };
 
 enum zStyle : unsigned {

@@ -40,8 +40,8 @@ std::string fitting(const zPlotPen& pen, const std::string& text, int room) {
 // In parentheses behind the name. Of a scale that is not beside the plot it says how far that goes.
 std::string unitText(const zPlotPicture& picture, const zPlotPicture::Shown& shown) {
     const bool beside = shown.scale == 0 || shown.scale == picture.rightScale();
-    const std::string range =
-        beside ? "" : fmt::format("0 to {}", zAxisLabel(picture.scaleOf(shown).maximum(), picture.scaleOf(shown).maximum()));
+    const double end = picture.scaleOf(shown).maximum();
+    const std::string range = beside ? "" : fmt::format("0 to {}", zAxisLabel(end, end));
     const std::string& unit = shown.series.unit;
     if (unit.empty() && range.empty()) return {};
     return fmt::format(" ({}{}{})", unit, unit.empty() || range.empty() ? "" : ", ", range);
