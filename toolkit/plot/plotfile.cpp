@@ -37,9 +37,10 @@ void draw(cairo_surface_t* surface, const zPlotPicture& shown, const std::vector
         pen.write({margin, baseline, line});
         baseline += row;
     }
-    cairo_translate(cairo.get(), margin, top + margin / 2);
+    const int begin = top + margin / 2;
+    cairo_translate(cairo.get(), margin, begin);
     zPlotPicture picture = shown;
-    picture.lay(width - 2 * margin, height - top - margin - margin / 2, pen);
+    picture.lay(width - 2 * margin, height - begin - margin, pen);
     zPlotPainter painter;
     painter.all(picture, pen);
     if (!picture.cursor()) return;

@@ -26,7 +26,7 @@ std::string zValueLabel(double value) {
 }
 
 std::string zBandLabel(const zPlotBand& band) {
-    const std::string mean = zValueLabel(band.mean);
+    std::string mean = zValueLabel(band.mean);
     if (band.least == band.most) return mean;
     return fmt::format("{} ({} to {})", mean, zValueLabel(band.least), zValueLabel(band.most));
 }

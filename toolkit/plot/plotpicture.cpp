@@ -5,6 +5,7 @@
 #include "toolkit/plot/plotpen.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 using std::chrono::hours;
@@ -234,7 +235,7 @@ std::optional<std::size_t> zPlotPicture::legendAt(int y) const {
 
 int zPlotPicture::yOf(double value, const zPlotScale& scale) const {
     const int rows = places_.bottom - places_.top - 1;
-    return places_.bottom - 1 - static_cast<int>(std::min(value / scale.maximum(), 1.0) * rows + 0.5);
+    return places_.bottom - 1 - static_cast<int>(std::lround(std::min(value / scale.maximum(), 1.0) * rows));
 }
 
 std::string zPlotPicture::cellText(std::size_t cell) const {
