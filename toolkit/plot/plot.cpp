@@ -161,7 +161,7 @@ void zPlot::tick(zPlotTime now) {
     if (change.from < end) pendingFrom_ = std::min(pendingFrom_, change.from);
     if (pendingFrom_ != noColumn) pendingFrom_ = std::max(pendingFrom_, picture_.columnAt(p.left));
     // A value that waits is preferred to a column that is going to change again.
-    const bool draw = come > 0 || (pendingFrom_ < end && !waits_);
+    const bool draw = come > 0 || pendingFrom_ < end - 1 || (pendingFrom_ < end && !waits_);
     const Number from = draw ? drawColumns(end, come) : end;
     const bool timed = writeTimes(), wrote = writeCells();
     if (draw || timed || wrote)
@@ -195,7 +195,7 @@ zPlotColumns::Number zPlot::drawColumns(Number end, Number come) {
     }
     painter_->draw(*pen_);
     pendingFrom_ = to < end ? to : noColumn;
-    ticksPending_ = to < end ? ticksPending_ + 1 : 0;
+    ticksPending_ = to < end - 1 ? ticksPending_ + 1 : 0;  // the newest column changes again anyway
     return from;
 }
 

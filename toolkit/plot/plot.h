@@ -1,7 +1,7 @@
 // Plots: courses of values over time, with scales, a cursor and a legend. A tick of the owner's clock scrolls
 // the picture and draws what is new, without waiting for the server. While the scale stays it takes at most
-// `tickBytes` of requests, and where the values of the legend have no room in that, they take turns. Only
-// many lines that jump about all the time take more, now and then, since columns do not wait for ever.
+// `tickBytes` of requests, and where the values of the legend have no room in that, they take turns; columns
+// that have waited for several ticks are drawn in any case.
 //
 // Colours and font are those of tables ("Tarvolin*cells.background", gridColor, selectColor, tableFont);
 // those of the series are lineColor1 to lineColor8.

@@ -13,6 +13,9 @@ using Number = zPlotColumns::Number;
 
 namespace {
 
+// The bands of more lines cover each other anyway, and colours of their own would take twice the requests.
+constexpr std::size_t mostBands = 4;
+
 constexpr int thickness = 2;  // of a line
 constexpr int gap = 4;        // between texts and what they belong to
 constexpr int timeGap = 12;   // between the labels of times, at least
@@ -130,7 +133,7 @@ void drawLegend(const zPlotPicture& picture, zPlotPen& pen) {
         }
         const int from = gap + gap / 2, until = p.nameLeft - gap;
         const XRectangle band = area(from, middle - p.row / 4, until - from, p.row / 2);
-        pen.fill(zInk::band, shown.look, {&band, 1});
+        pen.fill(picture.shown().size() > mostBands ? zInk::grid : zInk::band, shown.look, {&band, 1});
         drawDashes(pen, shown.look, from, until, middle - 1);
         const std::string name = shown.series.name + unitText(picture, shown);
         pen.write({p.nameLeft, top + p.ascent + 1, fitting(pen, name, nameRight - p.nameLeft)});
@@ -173,7 +176,12 @@ void zPlotPainter::prepare(const zPlotPicture& picture, Number from, Number to, 
     if (freshX < p.right) grounds_.push_back(area(freshX, p.top, p.right - freshX, p.timeBottom - p.top));
     clearCutLabels(picture, fresh);
     addTimeLines(picture, from, to, fresh);
-    for (const auto& shown : picture.shown()) addBands(picture, shown, from, to);
+    const bool alike = picture.shown().size() > mostBands;
+    for (const auto& shown : picture.shown()) {
+        addBands(picture, shown, from, to);
+        if (!alike) endBatch(zInk::band, shown.look);
+    }
+    if (alike) endBatch(zInk::grid, 0);
     for (const auto& shown : picture.shown()) addLine(picture, shown, from, to);
 }
 
@@ -263,7 +271,6 @@ void zPlotPainter::addBands(const zPlotPicture& picture, const zPlotPicture::Sho
         const int top = lineTop(picture, band.most, scale), bottom = lineTop(picture, band.least, scale);
         if (bottom > top) add(picture.xOf(column), top, bottom + thickness);
     }
-    endBatch(zInk::band, shown.look);
 }
 
 void zPlotPainter::addLine(const zPlotPicture& picture, const zPlotPicture::Shown& shown, Number from,
