@@ -46,6 +46,7 @@ void AdapterWatch::start() {
 
 AdapterWatch::Listener AdapterWatch::listen(std::function<void()> ticked) {
     auto listener = std::make_shared<std::function<void()>>(std::move(ticked));
+    std::erase_if(listeners_, [](const auto& each) { return each.expired(); });
     listeners_.push_back(listener);
     return listener;
 }

@@ -75,6 +75,7 @@ std::string Conditions::news(std::optional<int> adapter) const {
 
 Conditions::Listener Conditions::listen(std::function<void()> changed) {
     auto listener = std::make_shared<std::function<void()>>(std::move(changed));
+    std::erase_if(listeners_, [](const auto& each) { return each.expired(); });
     listeners_.push_back(listener);
     return listener;
 }
