@@ -44,20 +44,10 @@ void AdapterWatch::start() {
     timer_ = std::make_unique<zTimer>(application_, period_, [this] { tick(); });
 }
 
-AdapterWatch::Listener AdapterWatch::listen(std::function<void()> ticked) {
-    auto listener = std::make_shared<std::function<void()>>(std::move(ticked));
-    std::erase_if(listeners_, [](const auto& each) { return each.expired(); });
-    listeners_.push_back(listener);
-    return listener;
-}
-
 // A listener may be the last who holds this object.
 void AdapterWatch::tick() {
     const std::shared_ptr<AdapterWatch> self = present(adapter_);
     sampler_.tick(std::chrono::milliseconds(period_));
-    std::erase_if(listeners_, [](const auto& each) { return each.expired(); });
-    const auto listeners = listeners_;  // they may come and go meanwhile
-    for (const auto& each : listeners)
-        if (const auto listener = each.lock()) (*listener)();
+    listeners_.tell();
     if (period_ != timerTime) start();
 }

@@ -5,10 +5,11 @@
 
 #include "metrics/sampler.h"
 #include "toolkit/window/timer.h"
+#include "ui/listeners.h"
 
 #include <functional>
 #include <memory>
-#include <vector>
+#include <utility>
 
 // Opens the channel for queries, and gives it; or the main window's, which lives longer than any other, when
 // the driver accepts no further channel.
@@ -26,8 +27,8 @@ class AdapterWatch {
     metrics::Sampler& sampler() { return sampler_; }
 
     // Calls `ticked` after each tick, for as long as the result is kept.
-    using Listener = std::shared_ptr<std::function<void()>>;
-    [[nodiscard]] Listener listen(std::function<void()> ticked);
+    using Listener = Listeners::Listener;
+    [[nodiscard]] Listener listen(std::function<void()> ticked) { return listeners_.add(std::move(ticked)); }
 
   private:
     void start();
@@ -39,5 +40,5 @@ class AdapterWatch {
     metrics::Sampler sampler_;
     int period_ = 0;  // of the timer, in milliseconds
     std::unique_ptr<zTimer> timer_;
-    std::vector<std::weak_ptr<std::function<void()>>> listeners_;
+    Listeners listeners_;
 };

@@ -1,6 +1,7 @@
 #include "toolkit/plot/xpen.h"
 
 #include "platform/index.h"
+#include "toolkit/display/cellresources.h"
 #include "toolkit/display/displaycache.h"
 #include "toolkit/library/truecolour.h"
 
@@ -11,23 +12,6 @@
 #include <utility>
 
 namespace {
-
-struct Resources {
-    Pixel select, grid;
-    char* font;
-};
-
-Resources resourcesOf(Widget canvas) {
-    static char select[] = "#9cb8dc", grid[] = "#c0c0c0", font[] = "Liberation Sans:size=10";
-    static XtResource rows[] = {
-        {XmNselectColor, XmCSelectColor, XmRPixel, sizeof(Pixel), XtOffsetOf(Resources, select), XmRString,
-         select},
-        {"gridColor", "GridColor", XmRPixel, sizeof(Pixel), XtOffsetOf(Resources, grid), XmRString, grid},
-        {"tableFont", "TableFont", XmRString, sizeof(char*), XtOffsetOf(Resources, font), XmRString, font}};
-    Resources values{};
-    XtGetApplicationResources(canvas, &values, rows, XtNumber(rows), nullptr, 0);
-    return values;
-}
 
 unsigned rgbOf(Widget widget, Pixel pixel) {
     const XColor value = zColourOf(widget, pixel);
@@ -47,7 +31,7 @@ unsigned lineColour(Widget canvas, int number, unsigned usual) {
 zPlotLook lookOf(Widget canvas) {
     Pixel ground = 0, text = 0;
     XtVaGetValues(canvas, XmNbackground, &ground, XmNforeground, &text, nullptr);
-    const Resources resources = resourcesOf(canvas);
+    const zCellResources resources = zCellResourcesOf(canvas);
     zPlotLook look = zPlotLookOn(rgbOf(canvas, ground), rgbOf(canvas, text), rgbOf(canvas, resources.grid),
                                  rgbOf(canvas, resources.select));
     for (int i = 0; i < zPlotLook::lines; ++i) look.setLine(i, lineColour(canvas, i, look.line[asIndex(i)]));
@@ -57,7 +41,7 @@ zPlotLook lookOf(Widget canvas) {
 XftFont* fontOf(Widget canvas) {
     zDisplayCache& cache = zDisplayCache::of(XtDisplay(canvas));
     const int screen = DefaultScreen(XtDisplay(canvas));
-    XftFont* font = cache.font(screen, resourcesOf(canvas).font);
+    XftFont* font = cache.font(screen, zCellResourcesOf(canvas).font);
     return font ? font : cache.font(screen, "sans");  // always matches a font
 }
 

@@ -1,5 +1,6 @@
 #include "toolkit/table/tablepaint.h"
 
+#include "toolkit/display/cellresources.h"
 #include "toolkit/display/displaycache.h"
 #include "toolkit/library/truecolour.h"
 
@@ -13,23 +14,6 @@ constexpr int sideMargin = 4;  // between a cell's edge and its text
 constexpr int markGap = 4;     // between a text and its mark
 constexpr std::string_view dots = "...";
 
-struct Resources {
-    Pixel select, grid;
-    char* font;
-};
-
-Resources resourcesOf(Widget canvas) {
-    static char select[] = "#9cb8dc", grid[] = "#c0c0c0", font[] = "Liberation Sans:size=10";
-    static XtResource rows[] = {
-        {XmNselectColor, XmCSelectColor, XmRPixel, sizeof(Pixel), XtOffsetOf(Resources, select), XmRString,
-         select},
-        {"gridColor", "GridColor", XmRPixel, sizeof(Pixel), XtOffsetOf(Resources, grid), XmRString, grid},
-        {"tableFont", "TableFont", XmRString, sizeof(char*), XtOffsetOf(Resources, font), XmRString, font}};
-    Resources values{};
-    XtGetApplicationResources(canvas, &values, rows, XtNumber(rows), nullptr, 0);
-    return values;
-}
-
 const FcChar8* bytes(std::string_view text) {
     return reinterpret_cast<const FcChar8*>(text.data());
 }
@@ -40,7 +24,7 @@ struct zTablePaint::Tools {
     Widget canvas;
     Display* display;
     int screen;
-    Resources resources;
+    zCellResources resources;
     Pixel cells, labels, top, bottom;
     XftColor ink, pale;
     XftFont* font = nullptr;
@@ -50,7 +34,7 @@ struct zTablePaint::Tools {
     XftDraw* draw = nullptr;
 
     explicit Tools(Widget w)
-        : canvas(w), display(XtDisplay(w)), screen(DefaultScreen(display)), resources(resourcesOf(w)) {
+        : canvas(w), display(XtDisplay(w)), screen(DefaultScreen(display)), resources(zCellResourcesOf(w)) {
         Colormap colours = 0;
         Pixel foreground = 0, unused = 0;
         XtVaGetValues(canvas, XmNbackground, &cells, XmNforeground, &foreground, XmNcolormap, &colours,

@@ -45,7 +45,7 @@ void Conditions::add(const metrics::Subject& subject, const metrics::Criterion& 
         watched.listener = watched.watch->listen([this, adapter] { ticked(adapter); });
     }
     all_.push_back({.condition = {subject, criterion}, .value = watched.watch->sampler().watch(subject)});
-    tellChanged();
+    listeners_.tell();
 }
 
 void Conditions::remove(std::size_t position) {
@@ -53,12 +53,12 @@ void Conditions::remove(std::size_t position) {
     all_.erase(all_.begin() + static_cast<std::ptrdiff_t>(position));
     const auto isOfIt = [&](const Waiting& waiting) { return adapterOf(waiting) == adapter; };
     if (std::ranges::none_of(all_, isOfIt)) adapters_.erase(adapter);
-    tellChanged();
+    listeners_.tell();
 }
 
 void Conditions::haveSeen() {
     for (Waiting& waiting : all_) waiting.seen = true;
-    tellChanged();
+    listeners_.tell();
 }
 
 std::string Conditions::news(std::optional<int> adapter) const {
@@ -73,13 +73,6 @@ std::string Conditions::news(std::optional<int> adapter) const {
     return count > 1 ? fmt::format("{} conditions", count) : news;
 }
 
-Conditions::Listener Conditions::listen(std::function<void()> changed) {
-    auto listener = std::make_shared<std::function<void()>>(std::move(changed));
-    std::erase_if(listeners_, [](const auto& each) { return each.expired(); });
-    listeners_.push_back(listener);
-    return listener;
-}
-
 void Conditions::ticked(int adapter) {
     for (Waiting& waiting : all_) {
         const metrics::Watched& value = *waiting.value;
@@ -91,14 +84,7 @@ void Conditions::ticked(int adapter) {
         if (raised) waiting.seen = false;
         tellSyslog(waiting, event);
     }
-    tellChanged();
-}
-
-void Conditions::tellChanged() {
-    std::erase_if(listeners_, [](const auto& each) { return each.expired(); });
-    const auto listeners = listeners_;  // they may come and go meanwhile
-    for (const auto& each : listeners)
-        if (const auto listener = each.lock()) (*listener)();
+    listeners_.tell();
 }
 
 void Conditions::askFor(const metrics::Subject& subject) {

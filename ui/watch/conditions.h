@@ -6,6 +6,7 @@
 #include "metrics/condition.h"
 #include "toolkit/window/window.h"
 #include "ui/adapterwatch.h"
+#include "ui/listeners.h"
 
 #include <ctime>
 #include <map>
@@ -39,8 +40,10 @@ class Conditions {
     std::string news(std::optional<int> adapter) const;
 
     // Calls `changed` after each tick and each change, for as long as the result is kept.
-    using Listener = std::shared_ptr<std::function<void()>>;
-    [[nodiscard]] Listener listen(std::function<void()> changed);
+    using Listener = Listeners::Listener;
+    [[nodiscard]] Listener listen(std::function<void()> changed) {
+        return listeners_.add(std::move(changed));
+    }
 
     // The windows. One that asks comes in place of the one before, and so does a list.
     void askFor(const metrics::Subject& subject);  // "Watch for"
@@ -57,11 +60,10 @@ class Conditions {
     };
 
     void ticked(int adapter);
-    void tellChanged();
 
     zApplication& application_;
     std::map<int, Adapter> adapters_;
     std::vector<Waiting> all_;
-    std::vector<std::weak_ptr<std::function<void()>>> listeners_;
+    Listeners listeners_;
     std::unique_ptr<zFormDialog> asking_, list_;
 };
