@@ -66,7 +66,7 @@ class DMainDlg : public zFormDialog {
     bool askedAboutLists_ = false;                         // that wait, at the end
     int chosen_ = 0;                                       // the adapter that was selected last
     std::vector<FoundAdapter> adapters_;                   // by list position
-    std::shared_ptr<PlotWindows> plots_;                   // which stay when the statistics are closed
-    std::optional<ConditionMark> mark_;                    // what is watched goes on as long as this window
+    std::shared_ptr<PlotWindows> plots_;                   // they stay when the statistics are closed
+    std::optional<ConditionMark> mark_;                    // conditions are watched as long as this lives
     std::vector<std::unique_ptr<Statistics>> statistics_;  // those that are open
 };

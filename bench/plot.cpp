@@ -1,8 +1,8 @@
 // bench_plot: a tick of a plot window beside what a bare Xlib program does to draw the same column: it
-// scrolls a pixmap, draws ground and line, and copies. Then beside the same with the present values below, as
-// many as a tick of the window has room for, of which the bare program knows glyphs and widths already. In
-// turn, in processor time of this process; prints microseconds of both and the median of the ratios, for one
-// series and for eight.
+// scrolls a pixmap, draws ground and line, and copies. Then beside one that also writes as many present
+// values as a tick of the window has room for, with glyphs and widths that it knows already. In turn, in
+// processor time of this process; prints microseconds of both and the median of the ratios, for one series
+// and for eight.
 //
 // bench_plot seconds N: shows the window with one series for so long, a tick a second.
 // bench_plot hours N: a window with eight series, four ticks a second, and another span from time to time, as
@@ -15,7 +15,7 @@
 
 #include <X11/Xft/Xft.h>
 #include <Xm/Xm.h>
-// after it:
+// Needs the types of Xlib:
 #include <X11/extensions/XRes.h>
 #include <cstdio>
 #include <cstdlib>

@@ -77,7 +77,7 @@ template <class Record> bool sameField(const KeyField<Record>& field, const Reco
                       field);
 }
 
-// The names of files aside, which never differ here.
+// Whether all fields are the same as sameField() has it.
 template <class Record> bool sameSettings(const Record& a, const Record& b) {
     return std::ranges::all_of(keyRows<Record>(),
                                [&](const KeyRow<Record>& row) { return sameField(row.field, a, b); });

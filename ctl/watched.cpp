@@ -21,7 +21,7 @@ template <class Address> bool isText(const std::string& text, const char* (Addre
     return text == (address.*form)();
 }
 
-// As the column has it. Nothing: no row can have this key.
+// The key as its column prints it. Nothing: no row can have it.
 std::optional<std::string> keyOf(const Group& group, std::string text) {
     for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     const auto number = platform::wholeNumber<std::uint16_t>(text);

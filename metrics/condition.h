@@ -1,12 +1,12 @@
-// Conditions on watched values: a rate or a number above or below another, a state that is or is not one of
-// those there are, a flag or an alarm that is on or off.
+// Conditions on watched values: a rate or a number above or below a threshold, a state that is or is not a
+// certain one, a flag or an alarm that is on or off.
 //
 // A condition is raised when it has been met for its hold time, and over when it has not been met for as
-// long, ten seconds at least: a value that trembles around the threshold raises it once. Both times have no
-// break. A sample that is unknown breaks them: nobody knows that the condition was met, or that it was not.
-// It raises nothing, and ends nothing.
+// long, ten seconds at least: a value that trembles around the threshold raises it once. Both times are
+// without a break. An unknown sample breaks them, since nobody knows whether the condition was met; it raises
+// nothing, and ends nothing.
 //
-// Between two samples alike the condition counts as met, or not, all the time: a tick that comes late makes
+// Between two samples that agree the condition counts as met, or as not met, all the time: a late tick makes
 // no break.
 #pragma once
 
@@ -37,10 +37,10 @@ constexpr std::chrono::seconds leastOver{10};  // what is not met for less is no
 // Texts and addresses cannot be watched.
 bool canBeWatched(const Metric& metric);
 
-// The states that a value can be in: those with words, each word once.
+// The states that a value can be in: those with words. Several with the same words are one.
 std::vector<State> statesOf(const Metric& metric);
 
-// "12.5 packets/s", "on", "Joined", or why it is unknown.
+// "0.25 packets/s", "120 packets/s", "on", "Joined", or why it is unknown.
 std::string textOf(const Subject& subject, const Rate& value);
 // "above 100 packets/s", "is not Joined", "is on"
 std::string textOf(const Subject& subject, const Criterion& criterion);
@@ -56,7 +56,7 @@ class Condition {
     const Criterion& criterion() const { return criterion_; }
 
     enum class Event : std::uint8_t { none, raised, over };
-    // The next sample, or the same once more. A moment before the last one counts as that.
+    // The next sample, or the same once more. A moment before that of the last sample counts as that one.
     Event sample(const Rate& value, Moment now);
 
     bool raised() const { return raised_; }

@@ -35,7 +35,7 @@ double secondsBetween(const Taken& before, const Taken& now) {
     return secondsBetween(middle(before), middle(now));
 }
 
-// When the counters of a group were read. Of no moment if they are those of circuits, and there are none.
+// When the counters of a group were read; Taken() if they are those of circuits, and none are known.
 Taken takenOf(const Reading& reading, const Group& group) {
     if (group.circuits && reading.bytes(QueryId::vcTable).empty()) return {};
     return reading.taken(group);

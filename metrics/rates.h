@@ -41,7 +41,7 @@ Rate rateOf(const Count& before, const Count& now, unsigned wrapBits, double lim
 enum class Smoothing : std::uint8_t {
     none,  // over the time since the reading before
     // The growth since a reading of ten seconds ago, or of somewhat more, since some are left out, divided by
-    // that time. Nothing from before a reading without a rate counts, nor what was too near behind it.
+    // that time. Nothing from before a reading without a rate counts, nor up to the next one that is kept.
     tenSeconds,
 };
 
@@ -54,10 +54,10 @@ class Rates {
 
     // The next reading of the same adapter or service. `driver` is anything that tells one run of the driver
     // and one adapter from others, such as the system's boot, what the driver says of itself, and how often
-    // the channel was opened. It is taken before the first request of the reading: what was read before the
-    // channel was lost in the middle is of the older driver. `limit`: see linkLimit().
+    // the channel was opened. To be taken before the first request of the reading: if the channel is lost in
+    // the middle, what was read until then is of the older driver. `limit`: see linkLimit().
     void add(Reading reading, std::string driver, double limit);
-    // The same in place of the last reading, which was too near to say how fast anything grows from there.
+    // The same, in place of the last reading: the two are too near each other for a rate.
     void addAgain(Reading reading, std::string driver, double limit);
 
     // Of a counter in the last reading; `row` as in Reading::value(). Group and metric are those of groups().
@@ -74,8 +74,8 @@ class Rates {
         Reading reading;
         std::string driver;
         double limit;
-        // Counters by rows whose growth since the kept reading before is not known, since it was not in one
-        // of those that were left out between. Not of the last reading unless there is smoothing.
+        // The counters, by row, whose growth since the kept reading before is not known, be it that of a
+        // reading that was left out between. Only for smoothing.
         std::map<const Metric*, std::vector<bool>> gaps = {};
         mutable std::map<const Group*, std::shared_ptr<const KeyOrder>> orders = {};
     };

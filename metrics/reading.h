@@ -45,8 +45,8 @@ class Reading {
     // Why nothing of a group is known; nothing: something is.
     std::optional<Unknown> missing(const Group& group) const;
     std::size_t rows(const Group& group) const;  // of a table
-    // By which the row of a table is known again, as text; and the first row with a key, which is looked for
-    // first where it `stood`. Nothing: no row has it, or the table is not known.
+    // What the row of a table is known again by, as a text; and a row with a key: the one where it `stood`,
+    // or else the first. Nothing: no row has it, or the table is not known.
     std::string key(const Group& group, std::size_t row) const;
     std::optional<std::size_t> find(const Group& group, std::string_view key, std::size_t stood = 0) const;
     // `row` is that of a table, below rows().
@@ -87,8 +87,8 @@ class Reader {
     using Wanted = std::function<bool(const Group&)>;
     Reading read(const Place& place, const Wanted& wanted = {});
 
-    // What has been asked already, by whomever: it is not asked again. The whole table of virtual circuits,
-    // given for the adapter, is for all its places; one that is given for another place is for that alone.
+    // A reply that is there already, and is not asked for again. The whole table of virtual circuits, given
+    // for the adapter, serves all its services; one that is given for a service serves that alone.
     void give(const Place& place, QueryId query, std::shared_ptr<const Reply> reply);
 
     // The driver has been found silent before: nothing is asked.

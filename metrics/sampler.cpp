@@ -9,7 +9,7 @@ namespace metrics {
 
 namespace {
 
-// After a request without an answer: how long nothing is asked, in times of the wait for it.
+// After a request without an answer nothing is asked for so many times the wait for it.
 constexpr int quietFor = 3;
 
 constexpr std::chrono::milliseconds noticeable{100};
@@ -81,7 +81,7 @@ std::string Sampler::driver() const {
     return fmt::format("{} {}", drivers_, channel_.reopenings());
 }
 
-// A page that asks asks once between two ticks, be it a little late.
+// A page on top asks once between two ticks; it may be a little late.
 bool Sampler::isFresh(const Heard& heard, Moment now, std::chrono::milliseconds interval) {
     return now - heard.reply->taken.answered < interval + interval / 2;
 }
@@ -100,7 +100,7 @@ void Sampler::tick(std::chrono::milliseconds interval) {
 
     const Moment begun = clock_();
     std::erase_if(heard_, [&](const Heard& each) { return !isFresh(each, begun, interval); });
-    channel_.alive();  // notices a driver that has gone before its values are compared with those of the next
+    channel_.alive();  // notices that the driver has gone, so that nothing of the next is compared with its
     const unsigned long openings = std::exchange(openings_, channel_.reopenings());
     if (openings != openings_) limit_.reset();
 

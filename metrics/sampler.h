@@ -1,6 +1,6 @@
 // Values of one adapter that are watched over time, whatever page is on top. At each tick the driver is asked
-// for what the watched values need, each reply once; what a page has been told since the last tick is taken
-// from there in place of asking again.
+// for what the watched values need, each reply once; what a page has asked since the last tick is not asked
+// again.
 #pragma once
 
 #include "metrics/rates.h"
@@ -37,7 +37,7 @@ class Watched {
 
 class Sampler {
   public:
-    // The channel outlives this object. It is opened by whoever made it, and is asked at ticks alone.
+    // The channel outlives this object. It is opened by its owner, and is used in ticks alone.
     Sampler(DriverChannel& channel, int adapter, Reader::Clock clock = std::chrono::steady_clock::now)
         : channel_(channel), adapter_(adapter), clock_(std::move(clock)) {}
 
@@ -51,8 +51,8 @@ class Sampler {
     // A page has noticed that the driver has started anew.
     void driverCame();
 
-    // To be called at regular times, `interval` apart. One that comes sooner gives the rates since the last
-    // one that did not.
+    // To be called at regular times, `interval` apart. A tick that comes too soon gives the rates since the
+    // last one that came in time.
     void tick(std::chrono::milliseconds interval);
 
     // Asked when a tick takes noticeably long. True: the user waits, and what is left is not asked. The tick
@@ -60,7 +60,7 @@ class Sampler {
     std::function<bool()> interrupt;
 
   private:
-    // What the driver has been asked at one place: by a page, or here.
+    // What a page has asked at one place.
     struct Heard {
         Place place;
         QueryId query;
@@ -69,7 +69,7 @@ class Sampler {
     struct AtPlace {
         Place place;
         Rates rates = Rates();
-        Moment last = {};  // when something was added to them
+        Moment last = {};  // of the last reading that came in time
     };
 
     void askLimit(Reader& reader);

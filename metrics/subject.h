@@ -25,8 +25,8 @@ const Group& tableOf(Service service, std::string_view table);
 // By name; `table` is empty for values of the service itself. Throws std::logic_error if there is none.
 Subject subjectOf(const Place& place, std::string_view table, std::string_view name, std::string key = {});
 
-// Of a reply or a row of a table, without the replies beside it: counters of circuits that stand elsewhere
-// are not there.
+// Of a reply or a row of a table, without the replies beside it: what is read from another table, such as the
+// counters of its circuits, is unknown.
 Value valueIn(const Metric& metric, Bytes bytes);
 // The key of a row of a table, see Reading::key().
 std::string keyIn(const Group& group, Bytes row);

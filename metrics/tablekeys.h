@@ -9,7 +9,7 @@
 
 namespace metrics {
 
-// The keys of a table as they stand in its bytes, which live as long as this is used.
+// The keys of a table as they stand in its bytes, which outlive this object.
 class TableKeys {
   public:
     TableKeys(Bytes table, std::size_t rowSize, RowBytes key) : table_(table), rowSize_(rowSize), key_(key) {}
@@ -31,7 +31,8 @@ class TableKeys {
     RowBytes key_;
 };
 
-// Where the rows stand, for all tables with equal keys at the same places: they are given anew each time.
+// The order of a table's rows by their keys. It is that of all tables with the same keys in the same places,
+// so that each call is given the keys.
 class KeyOrder {
   public:
     explicit KeyOrder(const TableKeys& keys);

@@ -1,4 +1,4 @@
-// Numbers as texts.
+// Texts that are numbers.
 #pragma once
 
 #include <charconv>
@@ -9,7 +9,7 @@
 
 namespace platform {
 
-// The decimal number that a text is, from its beginning to its end; nothing: it is none, or does not fit.
+// The decimal number that the whole text stands for; nothing: it is none, or one that does not fit.
 template <class Number> std::optional<Number> number(std::string_view text) {
     Number value = 0;
     const char* end = text.data() + text.size();

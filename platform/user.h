@@ -33,7 +33,7 @@ constexpr std::size_t longestName = 64;
 
 // Each name is looked up once, since that may ask the network.
 Invoker invoker();
-Account realUser();      // of invoker(), without reading files
+Account realUser();      // as invoker().user
 std::string userName();  // of realUser(), or the number of one without a name
 
 }  // namespace platform

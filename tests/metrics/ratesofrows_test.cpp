@@ -19,7 +19,7 @@ using metrics::Service;
 using metrics::Smoothing;
 using metrics::Unknown;
 
-// With the address sanitizer malloc keeps no books.
+// With the address sanitizer mallinfo2() counts nothing.
 extern "C" [[gnu::weak]] std::size_t __sanitizer_get_current_allocated_bytes();
 
 namespace {

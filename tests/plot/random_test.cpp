@@ -1,4 +1,4 @@
-// Random hands at a plot window, while values come. TV_SEED sets other random numbers.
+// Random actions in a plot window, while values come. TV_SEED sets other random numbers.
 #include "tests/plot/plotdesk.h"
 
 #include <random>

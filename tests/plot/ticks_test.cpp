@@ -6,7 +6,7 @@
 
 using namespace std::chrono;
 
-// With the address sanitizer malloc keeps no books.
+// With the address sanitizer mallinfo2() counts nothing.
 extern "C" [[gnu::weak]] std::size_t __sanitizer_get_current_allocated_bytes();
 
 namespace {

@@ -209,7 +209,7 @@ bool zPlot::writeTimes() {
     return bytes > 0;
 }
 
-// Those whose text is other than what is written, as many as there is room for.
+// Cells whose text is no longer the one that is written, as many as there is room for.
 bool zPlot::writeCells() {
     const auto& p = picture_.places();
     std::array<XRectangle, 2 * zPlotLook::lines + 1> areas{};
@@ -224,7 +224,7 @@ bool zPlot::writeCells() {
         std::string& before = written_[cell];
         if (now == before) continue;
         const int width = pen_->textWidth(now), widthBefore = pen_->textWidth(before);
-        // Of a number that has as many digits only those that are others.
+        // Of a text as long as before only what follows the characters that stay.
         std::size_t from = 0;
         if (now.size() == before.size() && width == widthBefore)
             from = static_cast<std::size_t>(std::ranges::mismatch(now, before).in1 - now.begin());

@@ -49,7 +49,7 @@ class zPlot : public zControl {
     const std::vector<std::string>& written() const { return written_; }  // in the legend, cell by cell
 
     void redraw();                 // as a whole, at once
-    unsigned long pixmap() const;  // what the window shows, but for the cursor's line
+    unsigned long pixmap() const;  // what the window shows, without cursor and focus
 
   protected:
     void point(int x, int y) override;  // the column gets the cursor, or the series of the legend is selected

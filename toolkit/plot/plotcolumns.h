@@ -34,8 +34,9 @@ class zPlotColumns {
     const zPlotBand& at(Number column) const { return ring_[placeOf(column)]; }
     float largest() const;  // of those from the first on; 0 if all are gaps
 
-    // Asks the series for the columns from this one to the last, as far as they are not settled: the series
-    // has shown a later piece. Returns the first for which `same(before, now)` is false, or last() + 1.
+    // Asks the series for the columns from this one to the last, but for those that are settled since the
+    // series has shown a later piece. Returns the first for which `same(before, now)` is false, or last()
+    // + 1.
     using Same = std::function<bool(const zPlotBand& before, const zPlotBand& now)>;
     Number collect(const zPlotSeries& series, Number from, const Same& same);
 
@@ -48,7 +49,7 @@ class zPlotColumns {
     zPlotTime each_{1};
     Number last_ = 0;
     int width_ = 0;
-    std::vector<zPlotBand> ring_{gap};  // as many as a power of two
+    std::vector<zPlotBand> ring_{gap};  // its size is a power of two
     Number settled_ = 0;                // columns before this one
     mutable float largest_ = 0;
     mutable Number largestAt_ = -1;  // -1: has to be looked for

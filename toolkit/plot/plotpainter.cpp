@@ -25,13 +25,12 @@ XRectangle area(int x, int y, int width, int height) {
             static_cast<unsigned short>(std::max(height, 0))};
 }
 
-// The row of a line of this thickness, so that it stays inside the plot.
+// The upper row of a line at this value, so that the whole line is inside the plot.
 int lineTop(const zPlotPicture& picture, double value, const zPlotScale& scale) {
     return std::max(picture.yOf(value, scale) - thickness + 1, picture.places().top);
 }
 
-// A text that is too long ends in dots.
-// Names differ at their ends.
+// A text that is too long begins with dots, since names differ at their ends.
 std::string fitting(const zPlotPen& pen, const std::string& text, int room) {
     constexpr std::string_view dots = "...";
     if (pen.textWidth(text) <= room) return text;
@@ -54,7 +53,7 @@ void writeRight(zPlotPen& pen, int right, int baseline, std::string_view text) {
     pen.write({right - pen.textWidth(text), baseline, text});
 }
 
-// The label of a line there is seen as a whole.
+// Whether the label of a time in this column is seen as a whole.
 bool hasRoomForLabel(const zPlotPicture& picture, Number column) {
     const auto& p = picture.places();
     return picture.xOf(column) - gap / 2 - p.timeLabel >= p.left;
@@ -170,7 +169,7 @@ void zPlotPainter::prepare(const zPlotPicture& picture, Number from, Number to, 
     areas_.clear();
     batches_.clear();
     const int x = picture.xOf(from), freshX = picture.xOf(fresh);
-    // What is below the columns is cleared only where they come.
+    // The labels below are cleared only under columns that have just come.
     if (from < fresh)
         grounds_.push_back(area(x, p.top, picture.xOf(std::min(to, fresh)) - x, p.bottom - p.top));
     if (freshX < p.right) grounds_.push_back(area(freshX, p.top, p.right - freshX, p.timeBottom - p.top));
@@ -200,7 +199,7 @@ void zPlotPainter::draw(zPlotPen& pen) {
     }
 }
 
-// A label that reaches the left edge goes as a whole.
+// A label that would be cut at the left edge goes as a whole.
 void zPlotPainter::clearCutLabels(const zPlotPicture& picture, Number fresh) {
     const auto& p = picture.places();
     const zPlotColumns& columns = picture.shown().front().columns;

@@ -12,8 +12,8 @@ class zPlotPainter {
     // Everything but the cursor's line.
     void all(const zPlotPicture& picture, zPlotPen& pen);
 
-    // Gets the columns from `from` to before `to` ready, as all() draws them, and of those from `fresh` to
-    // the last the ground and the times below it: they have just come.
+    // Gets the columns from `from` to before `to` ready, as all() draws them. Those from `fresh` to the last
+    // have just come: their ground is included, down to the labels of times.
     void prepare(const zPlotPicture& picture, zPlotColumns::Number from, zPlotColumns::Number to,
                  zPlotColumns::Number fresh);
     std::size_t bytes() const;  // of drawing them

@@ -8,7 +8,7 @@
 #include <span>
 #include <string_view>
 
-// What is sent to an X server for it.
+// Bytes of requests to an X server.
 struct zXBytes {
     static constexpr std::size_t copy = 28, fill = 12, area = 8, writing = 28;
     static constexpr std::size_t text(std::size_t characters) { return 8 + (characters + 3) / 4 * 4; }

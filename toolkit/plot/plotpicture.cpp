@@ -13,11 +13,11 @@ using std::chrono::seconds;
 
 namespace {
 
-// What a series learns may be of a time before the last tick: by as much as the driver's answer took, and, at
-// the end of a gap, back to the value before it, be that some ticks ago.
+// A series may learn of times before the last tick: as far back as the driver's answer took, and, at the end
+// of a gap, back to the value before the gap.
 constexpr seconds learnsLate{2}, lateTicks{60};
 constexpr hours oldest{24};
-// Where a column is much longer than a tick it is looked at that often.
+// How often a column is looked at while it is the newest, where it is much longer than a tick.
 constexpr int looksAtColumn = 16;
 
 constexpr int edge = 6;  // pixels around texts

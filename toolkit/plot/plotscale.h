@@ -16,7 +16,7 @@ class zPlotScale {
 
     // What has to be shown now. True: the maximum is another one.
     bool follow(zPlotTime now, double largest);
-    bool fit(double largest);  // the same without holding it
+    bool fit(double largest);  // the same, without waiting to shrink
 
     void fix(bool larger);  // at the next larger or smaller round number
     void release(double largest);
@@ -26,7 +26,7 @@ class zPlotScale {
 
     double maximum_ = 1;
     bool fixed_ = false;
-    bool less_ = false;   // would have done,
+    bool less_ = false;   // a smaller maximum would do,
     zPlotTime since_{0};  // since then,
-    double needed_ = 0;   // and so much was needed at most
+    double needed_ = 0;   // and this one for all of that time
 };

@@ -49,7 +49,7 @@ class zTable : public zControl {
     void writeOnDemand(std::function<void(int row)> write) { write_ = std::move(write); }
     // Gives find() what `write` would write, so that a search through many rows leaves them unwritten.
     void readUnwritten(std::function<std::string(zTableLoc)> read) { read_ = std::move(read); }
-    // Lets the user sort by any column; to be said when the labels are set. The keys are asked for in
+    // Lets the user sort by any column; to be called when the labels are set. The keys are asked for in
     // rowsChanged(), and when the user sorts.
     void sortable(std::function<zSortKey(zTableLoc)> keyOf);
     // Tells the rows apart: in rowsChanged() the active cell goes with its row. While that is not there, no
@@ -79,8 +79,8 @@ class zTable : public zControl {
     bool hidesColumns() const { return hiddenAmong(grid_.columns()) > 0; }
 
     // Makes the next cell with this text in it the active one, as the user does: in the order that is shown,
-    // after the active cell, from the last one on to the first one. Upper and lower case of letters are the
-    // same. False if there is none.
+    // from behind the active cell, and after the last cell from the first. Upper and lower case of letters
+    // are the same. False if there is none.
     bool find(std::string_view text);
 
     // In pixels; of a hidden column 0. Column 0 has the row labels; it is hidden at width 0. A width that the

@@ -160,7 +160,7 @@ void zTablePaint::cell(const zRect& whole, const zRect& visible, std::string_vie
     }
 }
 
-// Where the text ends.
+// Returns where the text ends.
 int zTablePaint::text(const zRect& whole, const zRect& visible, std::string_view value, const Look& look) {
     const Tools& t = *tools_;
     std::string shown(value);

@@ -59,8 +59,8 @@ class zFormDialog : public zWindow {
   public:
     zFormDialog(zApplication& application, const zLayout& layout);
     zFormDialog(zWindow& parent, const zLayout& layout, zModality modality = zModality::modal);
-    // A modeless dialog about a control, which must outlive it. It is shown at the lower edge of the
-    // control's window, and takes input while that does.
+    // A modeless dialog about a control, which must outlive the dialog. It is shown at the lower edge of the
+    // control's window, and takes input while that window does.
     zFormDialog(zApplication& application, const zControl& about, const zLayout& layout);
     ~zFormDialog() override;
 

@@ -24,7 +24,7 @@ class DPlotDlg : public zFormDialog {
     // To be called at regular times, when the series have been told what is new. `now` does not go back.
     void tick(metrics::Moment now);
 
-    // Kept until the window goes: what makes the ticks.
+    // Keeps what makes the ticks until the window goes.
     void keep(std::shared_ptr<void> ticking) { kept_.push_back(std::move(ticking)); }
 
     // Called when the user closes the window, which the handler destroys.

@@ -16,7 +16,7 @@ struct PlotLine {
     std::function<metrics::Rate()> last;  // the newest value, or why there is none
 };
 
-// The unit has the "/s", and the window's title the adapter.
+// Without the adapter, which the window's title has, and without the "/s", which the unit has.
 std::string plotNameOf(const metrics::Subject& subject);
 
 // Of a value that is watched for as long as the line is kept.

@@ -9,7 +9,7 @@
 #include <optional>
 #include <vector>
 
-// Counters and other numbers can.
+// Whether there is a value that can be plotted: a counter or another number.
 bool canPlot(const std::optional<metrics::Subject>& subject);
 
 class PlotWindows {
@@ -24,7 +24,7 @@ class PlotWindows {
     void plot(const metrics::Subject& subject);
     // The same in the window that the adapter's last plot came into.
     void add(const metrics::Subject& subject);
-    // That window is there, has room, and does not have the value yet.
+    // Whether that window is there, has room, and does not have the value yet.
     bool canAdd(const metrics::Subject& subject) const;
 
   private:

@@ -11,5 +11,5 @@
 // is told in a box. The plot is written as it stands when this is called.
 void savePlot(zWindow& window, const zPlot& plot, const std::string& adapter);
 
-// The lines above a plot: title, and host, adapter and time with its zone.
+// The lines above a plot: units, adapter and host; then its times, with the zone.
 std::vector<std::string> plotHeading(const zPlotPicture& picture, const std::string& adapter);

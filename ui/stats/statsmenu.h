@@ -12,6 +12,6 @@ constexpr char plotKey[] = "Ctrl+P", addKey[] = "Ctrl+D", watchKey[] = "Ctrl+W";
 // board.
 void giveMenus(zApplication& application, const zBoard& board, StatsPage& page);
 
-// Does what the row with these keys (plotKey, addKey, watchKey) does with the value that has the focus;
-// without one watchKey asks for one of the page's.
+// Does what the row with these keys (plotKey, addKey, watchKey) does with the value that has the focus. If
+// none has it, watchKey lets the user choose one of the page's place.
 void watchFocused(zApplication& application, const StatsPage& page, const char* keys);

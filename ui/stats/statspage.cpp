@@ -18,7 +18,7 @@ constexpr std::chrono::milliseconds noticeable{100};
 // Then how often is looked: a table of thousands of quick requests must not look at each.
 constexpr std::chrono::milliseconds lookAgain{20};
 
-// From here on two readings have nothing to do with each other.
+// Readings further apart are not compared.
 constexpr std::chrono::seconds longAgo{10};
 
 }  // namespace
@@ -97,18 +97,18 @@ void StatsPage::heard(const EndedQuery& ended) {
 }
 
 void StatsPage::addRates(unsigned long reopenings) {
-    // Counters of another service, or from before the page was on top, are not what they grow by now.
+    // Not compared with counters of another service, or from before the page came on top.
     if (ratesOf_ != place() || asked_ - lastReading_ > longAgo + std::chrono::milliseconds(timerTime)) {
         ratesOf_ = place();
         rates_ = metrics::Rates(smoothed_ ? metrics::Smoothing::tenSeconds : metrics::Smoothing::none);
     }
-    // One that Clear or the user has asked for between two ticks.
+    // A refresh between two ticks, as Clear makes one.
     const bool early = asked_ - lastReading_ < std::chrono::milliseconds(timerTime) / 2;
     if (!early) lastReading_ = asked_;
     metrics::Reader reader(channel_);
     reader.stop();
     for (const auto& [query, reply] : replies_) reader.give(place(), query, reply);
-    // A driver that has gone in the middle: partly it is of the next one.
+    // The driver has gone in the middle: part of the reading is of the next one.
     const bool lost = reopenings != channel_.reopenings();
     std::string driver = fmt::format("{}{}", reopenings, lost ? " lost" : "");
     if (early)

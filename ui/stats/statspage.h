@@ -77,8 +77,8 @@ class StatsPage : public TimerPage {
     void smoothRates(bool on);
     bool smoothsRates() const { return smoothed_; }
 
-    // What this control shows, of a table its active cell, as a value that can be watched. A state or an
-    // alarm is the value of a lamp or a field; nothing: texts, addresses and greyed lamps have no course.
+    // What this control shows, of a table its active cell, as a value that can be watched: a counter, or the
+    // state or alarm of a lamp or a field. Nothing: of texts, addresses, and lamps without a meaning here.
     std::optional<metrics::Subject> subjectIn(const zControl& control) const;
     const zControl* focused() const { return board_.focused(); }
 

@@ -1,8 +1,8 @@
 // How values of replies become the texts of statistics fields and cells. A value is a row of a table: either
 // a text made from a field of the reply, or a counter, which is shown as its growth since the last Clear, or
-// as its rate. A counter is read as the named value says, or by a function where it has other names in each
-// row. The rows of a table are sorted by the numbers of counters and by texts, unless a text comes with a
-// key.
+// as its rate. A counter is read as the named value says, or by a function where each row has a name of its
+// own for it. The rows of a table are sorted by the numbers of counters and by texts, unless a text comes
+// with a key.
 //
 //     {.text = shown<&LecStatsView::mtuClass, MtuTypeToString>}
 //     {.text = shown<&LecRowView::vci, vciText>, .key = byNumber<&LecRowView::vci>}
@@ -103,7 +103,7 @@ StatsText textOf(const StatsValue<View>& value, const metrics::Metric* metric, c
 
 // ---- formatters ----
 
-// Per second, with three figures at least: "0", "0.25", "17.3", "353208".
+// Per second, with three digits at least: "0.25", "17.3", "353208"; of none "0".
 inline StatsText rateText(const metrics::Rate& rate) {
     const double* number = std::get_if<double>(&rate);
     if (!number) return StatsText("unknown");

@@ -1,13 +1,13 @@
-// "Watch": the values of an adapter or a service that can be watched, those without a field of their own,
-// too.
+// "Watch": the values of an adapter or a service that can be watched, also those without a field of their
+// own.
 #pragma once
 
 #include "ui/watch/conditions.h"
 
 class DChooseDlg : public zFormDialog {
   public:
-    // `conditions` asks for the chosen value, closes the dialog, and outlives it. Values of tables have rows,
-    // and are not offered.
+    // `conditions` opens "Watch for" with the chosen value, closes this dialog, and outlives it. Values of
+    // tables are not offered: which row is meant is not known.
     DChooseDlg(Conditions& conditions, zApplication& application, const metrics::Place& place);
 
   private:

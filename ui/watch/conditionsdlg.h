@@ -1,4 +1,4 @@
-// "Watched Conditions": what the user waits for, how it stands, and how it ends.
+// "Watched Conditions": a list of what the user waits for, and how it stands.
 #pragma once
 
 #include "toolkit/table/table.h"

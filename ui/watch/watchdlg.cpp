@@ -36,7 +36,7 @@ constexpr zControlRow testRow(std::span<const char* const> tests) {
     return {.id = testCBO, .kind = zKind::dropDown, .place = {field, 52, 48, 44}, .items = tests};
 }
 
-// What the forms for the kinds of values share, around the rows of one, of which the last ends at `end`.
+// The rows of the form for one kind of value, which end at `end`, with those that all forms have.
 template <std::size_t own> constexpr auto withCommonRows(const std::array<zControlRow, own>& rows, int end) {
     const zControlRow before[] = {label(52, "Watch for:", "testLabel")};
     const zControlRow after[] = {
