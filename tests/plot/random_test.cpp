@@ -109,7 +109,7 @@ TEST_F(RandomPlot, EveryRowOfTheMenuHasItsKey) {
     const auto first = now;
     for (int i = 0; i < 300; ++i) step(1s, [](std::size_t) { return 50.F; });
     const auto& picture = window->plot().picture();
-    // Keys, and what is so then.
+    // Keys, and what holds then.
     const struct {
         zPlotKey key;
         std::function<bool()> so;

@@ -34,9 +34,9 @@ class zPlotColumns {
     const zPlotBand& at(Number column) const { return ring_[placeOf(column)]; }
     float largest() const;  // of those from the first on; 0 if all are gaps
 
-    // Asks the series for the columns from this one to the last, but for those that are settled since the
-    // series has shown a later piece. Returns the first for which `same(before, now)` is false, or last()
-    // + 1.
+    // Asks the series for the columns from this one to the last, except those that are settled: the series
+    // has shown a later piece. Returns the first for which `same(before, now)` is false, or else the one
+    // behind the last.
     using Same = std::function<bool(const zPlotBand& before, const zPlotBand& now)>;
     Number collect(const zPlotSeries& series, Number from, const Same& same);
 

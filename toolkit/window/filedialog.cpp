@@ -96,7 +96,7 @@ class FileDialog {
             return say("The name has a line end or a tab.");
         if (!fs::is_directory(file.parent_path(), none))
             return say("There is no directory " + file.parent_path().string());
-        if (there && !fs::is_regular_file(file, none)) return say(file.string() + " is no file.");
+        if (there && !fs::is_regular_file(file, none)) return say(file.string() + " is not a regular file.");
         if (there &&
             !zQuestionBox(application_, shell_, file.string() + " exists.\nReplace it?", "Replace File"))
             return;

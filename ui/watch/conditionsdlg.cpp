@@ -35,7 +35,7 @@ constexpr zControlRow rows[] = {
      .kind = zKind::table,
      .place = {6, 6, 288, 110},
      .more = {.wider = 100, .higher = 100}},
-    button(seenBTN, 61, "Seen", "Titles and icons call for attention no longer", okBitmap, zPlain),
+    button(seenBTN, 61, "Seen", "Titles and icons no longer call for attention", okBitmap, zPlain),
     button(removeBTN, 123, "Remove", "Stop watching for the selected condition", deleteBitmap, zPlain),
     button(conditionsCloseBTN, 185, "Close", nullptr, closeBitmap, zDefaultButton | zCancelButton),
 };

@@ -44,7 +44,7 @@ template <std::size_t own> constexpr auto withCommonRows(const std::array<zContr
         {.id = holdED,
          .kind = zKind::numberEdit,
          .place = {field, end + 6, 32, 12},
-         .tooltip = "How long it has to be so, without a break, before it is told",
+         .tooltip = "How long it has to last, without a break, before it is reported",
          .mask = &fourDigitsField},
         {.place = {field + 38, end + 8, 150, 8}, .text = "seconds without a break", .name = "holdUnit"},
         okRow({96, end + 27, 50, 18}),
