@@ -5,8 +5,8 @@
 //
 // With a number: only the page of the servers, which shows as many rows; also prints the bytes of resident
 // memory per row beyond the reply's, then a tick of the page sorted by some of its columns beside one of the
-// page as it comes, a search for a text that no cell has, and a step of the active cell to a far row beside
-// the same in the table of the second adapter.
+// page as it comes, with totals, after Clear and with rates, a search for a text that no cell has, and a step
+// of the active cell to a far row beside the same in the table of the second adapter.
 //
 // With "instructions", under callgrind with --instr-atstart=no: leaves two profiles a page, named "PAGE tick"
 // and "PAGE exchanges", of a hundred each, with a turn of the event loop each.
@@ -139,12 +139,20 @@ double tick(zApplication& application, StatsPage& page) {
     return processor() - begin;
 }
 
-// With counters as they are, and after a Clear.
 void sorted(zApplication& application, DriverChannel& channel, StatsPage& page) {
     const Shown other(application, channel, 0, make<DStatsDlgLESPG>);
     zTable& table = tableOf(other.dialog);
     constexpr int columns[] = {1, 4, 2, 10};  // addresses, a counter, states, halves of ATM addresses
-    for (const char* when : {"", "-cleared"}) {
+    constexpr struct {
+        const char* name;
+        void (*turn)(StatsPage& page);
+    } views[] = {{"", [](StatsPage&) {}},
+                 {"-cleared", [](StatsPage& p) { p.ClearStats(); }},
+                 {"-rates", [](StatsPage& p) { p.showRates(true); }},
+                 {"-smoothed", [](StatsPage& p) { p.smoothRates(true); }}};
+    for (const auto& view : views) {
+        view.turn(page);
+        view.turn(*other.page);
         for (const int column : columns) {
             table.sortBy({column, true});
             std::vector<double> figures, floors, ratios;
@@ -156,10 +164,8 @@ void sorted(zApplication& application, DriverChannel& channel, StatsPage& page) 
             std::string label = table.text({column, 0});
             std::ranges::replace(label, ' ', '-');
             fmt::print("sorted {:.1f} {:.1f} {:.2f} {}{}\n", median(figures), median(floors), median(ratios),
-                       label, when);
+                       label, view.name);
         }
-        page.ClearStats();
-        other.page->ClearStats();
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <bit>
+#include <functional>
+#include <utility>
 
 using std::chrono::minutes;
 
@@ -17,10 +19,9 @@ class Sum {
         weighted_ += static_cast<double>(band.mean) * weight;
         time_ += weight;
     }
-    zPlotBand band() const {
-        return time_ > 0 ? zPlotBand{least_, static_cast<float>(weighted_ / time_), most_}
-                         : zPlotColumns::gap;
-    }
+    bool isEmpty() const { return time_ == 0; }
+    // Of something.
+    zPlotBand band() const { return {least_, static_cast<float>(weighted_ / time_), most_}; }
 
   private:
     float least_ = std::numeric_limits<float>::infinity(), most_ = 0;
@@ -50,13 +51,13 @@ void zPlotColumns::scrollTo(Number last) {
     if (largestAt_ < first()) largestAt_ = -1;
 }
 
-void zPlotColumns::put(Number column, const zPlotBand& band) {
-    ring_[placeOf(column)] = band;
-    if (column < first() || largestAt_ < 0) return;
+void zPlotColumns::put(Number from, Number until, const zPlotBand& band) {
+    for (Number column = from; column < until; ++column) ring_[placeOf(column)] = band;
+    if (until <= first() || largestAt_ < 0) return;
     if (band.most >= largest_) {
         largest_ = band.most;
-        largestAt_ = column;
-    } else if (column == largestAt_) {
+        largestAt_ = until - 1;
+    } else if (largestAt_ >= from && largestAt_ < until) {
         largestAt_ = -1;
     }
 }
@@ -77,25 +78,32 @@ zPlotColumns::Number zPlotColumns::collect(const zPlotSeries& series, Number fro
     from = std::max({from, first() - 1, settled_});
     Number changed = last_ + 1, open = from;
     Sum sum;
-    const auto close = [&] {
-        const zPlotBand now = sum.band();
-        if (changed > open && !same(at(open), now)) changed = open;
-        put(open++, now);
-        sum = {};
+    const auto storeUntil = [&](Number column, const zPlotBand& now) {
+        for (Number n = open; n < std::min(column, changed); ++n)
+            if (!same(at(n), now)) changed = n;
+        put(std::exchange(open, column), column, now);
+    };
+    const auto closeUntil = [&](Number column) {
+        if (open < column && !sum.isEmpty()) storeUntil(open + 1, std::exchange(sum, {}).band());
+        if (open < column) storeUntil(column, gap);
     };
     // Where a column has more than a minute, what is going to be a whole minute belongs together now.
     const bool byMinutes = each_ >= minutes(1);
-    series.visit(from * each_, (last_ + 1) * each_,
-                 [&](zPlotTime begin, zPlotTime length, const zPlotBand& band) {
-                     const zPlotTime whole = byMinutes ? begin / minutes(1) * minutes(1) : begin;
-                     const Number at = columnOf(whole, each_);
-                     const Number end = std::max(byMinutes ? 0 : columnOf(begin + length, each_), at + 1);
-                     settled_ = std::max(settled_, at);
-                     for (Number column = std::max(at, from); column < std::min(end, last_ + 1); ++column) {
-                         while (open < column) close();
-                         sum.add(band, length);
-                     }
-                 });
-    while (open <= last_) close();
+    const auto see = [&](zPlotTime begin, zPlotTime length, const zPlotBand& band) {
+        const zPlotTime whole = byMinutes ? begin / minutes(1) * minutes(1) : begin;
+        const Number at = columnOf(whole, each_);
+        const Number end = std::max(byMinutes ? 0 : columnOf(begin + length, each_), at + 1);
+        settled_ = std::max(settled_, at);
+        const Number first = std::max(at, from), until = std::min(end, last_ + 1);
+        if (first >= until) return;
+        closeUntil(first);
+        const bool shares = !sum.isEmpty() || first + 1 == until;
+        if (shares) sum.add(band, length);
+        if (first + 1 == until) return;  // other pieces may follow in this column
+        if (shares) closeUntil(first + 1);
+        storeUntil(until, band);
+    };
+    series.visit(from * each_, (last_ + 1) * each_, std::ref(see));
+    closeUntil(last_ + 1);
     return changed;
 }

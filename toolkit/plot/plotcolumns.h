@@ -44,7 +44,7 @@ class zPlotColumns {
 
   private:
     std::size_t placeOf(Number column) const { return static_cast<std::size_t>(column) & (ring_.size() - 1); }
-    void put(Number column, const zPlotBand& band);
+    void put(Number from, Number until, const zPlotBand& band);
 
     zPlotTime each_{1};
     Number last_ = 0;

@@ -42,6 +42,6 @@ zPlotTime zTimeStep(zPlotTime each, int pixels) {
     constexpr seconds steps[] = {1s,    2s,    5s,    10s, 15s, 30s, 1min, 2min, 5min,
                                  10min, 15min, 30min, 1h,  2h,  3h,  4h,   6h,   12h};
     for (const seconds step : steps)
-        if (step / each >= pixels) return step;
+        if (step >= each * pixels) return step;
     return 24h;
 }

@@ -10,7 +10,7 @@ constexpr std::array<unsigned, zPlotLook::lines> onLight{0x0055a8, 0xd98200, 0x0
 constexpr int bandParts = 35;  // hundredths of the line's colour in that of its band
 
 // Columns: on, off, on, off. Shorter ones would be more to draw in each tick.
-constexpr int dashes[][4] = {{1, 0, 0, 0}, {14, 6, 0, 0}, {5, 5, 0, 0}, {16, 5, 5, 5}};
+constexpr int dashes[][4] = {{1000, 0, 0, 0}, {14, 6, 0, 0}, {5, 5, 0, 0}, {16, 5, 5, 5}};
 // Two lines of each, one darker and one lighter.
 constexpr int dashOf[zPlotLook::lines] = {0, 0, 1, 1, 2, 2, 3, 3};
 
@@ -45,10 +45,13 @@ zPlotLook zPlotLookOnPaper() {
     return zPlotLookOn(0xffffff, 0x000000, 0xd0d0d0, 0xffffff);
 }
 
-bool zDashed(int line, std::int64_t column) {
-    const auto& dash = dashes[dashOf[line]];
-    int place = static_cast<int>(column % (dash[0] + dash[1] + dash[2] + dash[3]));
-    if ((place -= dash[0]) < 0) return true;
-    if ((place -= dash[1]) < 0) return false;
-    return place < dash[2];
+zDash zDashAt(int line, std::int64_t column) {
+    const auto& parts = dashes[dashOf[line]];
+    zDash dash{false, -static_cast<int>(column % (parts[0] + parts[1] + parts[2] + parts[3]))};
+    for (const int part : parts) {
+        dash.drawn = !dash.drawn;
+        dash.columns += part;
+        if (dash.columns > 0) break;
+    }
+    return dash;
 }

@@ -19,5 +19,10 @@ struct zPlotLook {
 zPlotLook zPlotLookOn(unsigned ground, unsigned text, unsigned grid, unsigned select);
 zPlotLook zPlotLookOnPaper();
 
-// Whether the line of this number is drawn in a column, or lets the ground through.
-bool zDashed(int line, std::int64_t column);
+// Whether the line of this number is drawn in a column, or lets the ground through, and how many columns from
+// this one on are alike.
+struct zDash {
+    bool drawn;
+    int columns;
+};
+zDash zDashAt(int line, std::int64_t column);

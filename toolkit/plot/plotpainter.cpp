@@ -59,13 +59,13 @@ bool hasRoomForLabel(const zPlotPicture& picture, Number column) {
     return picture.xOf(column) - gap / 2 - p.timeLabel >= p.left;
 }
 
-// The round time in a column, if there is one.
-std::optional<zPlotTime> roundTime(const zPlotPicture& picture, Number column, zPlotTime each,
-                                   zPlotTime step) {
-    const zPlotTime end = picture.local((column + 1) * each) - milliseconds(1);
-    const zPlotTime round = end / step * step;
-    if (end < zPlotTime(0) || end - round >= each) return {};
-    return round;
+// Calls `see` for each round time in the columns from `from` to before `to`, with its column and the time.
+void eachRoundTime(const zPlotPicture& picture, Number from, Number to, auto see) {
+    const zPlotTime each = picture.shown().front().columns.each();
+    const zPlotTime step = zTimeStep(each, picture.places().timeLabel + timeGap);
+    const zPlotTime begin = picture.local(from * each), end = picture.local(to * each);
+    const zPlotTime first = (std::max(begin, zPlotTime(0)) + step - milliseconds(1)) / step * step;
+    for (zPlotTime time = first; time < end; time += step) see(from + (time - begin) / each, time, step);
 }
 
 void setGround(const zPlotPicture& picture, zPlotPen& pen) {
@@ -112,10 +112,12 @@ void writeScales(const zPlotPicture& picture, zPlotPen& pen) {
 }
 
 void drawDashes(zPlotPen& pen, int line, int from, int until, int top) {
-    for (int x = from, end = x; x < until; x = end + 1) {
-        for (end = x; end < until && zDashed(line, end - from);) ++end;
-        const XRectangle dash = area(x, top, end - x, thickness);
-        if (end > x) pen.fill(zInk::line, line, {&dash, 1});
+    for (int x = from; x < until;) {
+        const zDash dash = zDashAt(line, x - from);
+        const int end = std::min(x + dash.columns, until);
+        const XRectangle drawn = area(x, top, end - x, thickness);
+        if (dash.drawn) pen.fill(zInk::line, line, {&drawn, 1});
+        x = end;
     }
 }
 
@@ -203,47 +205,48 @@ void zPlotPainter::draw(zPlotPen& pen) {
 void zPlotPainter::clearCutLabels(const zPlotPicture& picture, Number fresh) {
     const auto& p = picture.places();
     const zPlotColumns& columns = picture.shown().front().columns;
-    const zPlotTime each = columns.each(), step = zTimeStep(each, p.timeLabel + timeGap);
     const Number moved = columns.last() + 1 - fresh;
-    for (Number column = columns.first(); !hasRoomForLabel(picture, column); ++column)
-        if (hasRoomForLabel(picture, column + moved) && roundTime(picture, column, each, step))
+    const Number cut = picture.columnAt(p.left + p.timeLabel + gap / 2);  // the first with room
+    eachRoundTime(picture, columns.first(), std::min(cut, columns.last() + 1), [&](Number column, auto...) {
+        if (hasRoomForLabel(picture, column + moved))
             grounds_.push_back(area(p.left, p.bottom, picture.xOf(column) - p.left, p.timeBottom - p.bottom));
+    });
 }
 
 // A label ends at its line, so that it never has to wait for columns that are still to come.
 void zPlotPainter::prepareTimes(const zPlotPicture& picture, Number from) {
     const auto& p = picture.places();
-    const zPlotColumns& columns = picture.shown().front().columns;
-    const zPlotTime each = columns.each(), step = zTimeStep(each, p.timeLabel + timeGap);
+    const Number end = picture.shown().front().columns.last() + 1;
     labels_.clear();
-    for (Number column = from; column <= columns.last(); ++column)
-        if (const auto time = roundTime(picture, column, each, step);
-            time && hasRoomForLabel(picture, column))
-            labels_.push_back({picture.xOf(column) - gap / 2, p.bottom + p.ascent + 1,
-                               zTimeLabel(*time, step < minutes(1))});
+    eachRoundTime(picture, from, end, [&](Number column, zPlotTime time, zPlotTime step) {
+        if (hasRoomForLabel(picture, column))
+            labels_.push_back(
+                {picture.xOf(column) - gap / 2, p.bottom + p.ascent + 1, time, step < minutes(1)});
+    });
 }
 
 std::size_t zPlotPainter::bytesOfTimes() const {
-    std::size_t sum = 0;
-    for (const Label& label : labels_) sum += zXBytes::writing + zXBytes::text(label.text.size());
-    return sum;
+    constexpr std::size_t longest = std::string_view("00:00:00").size();
+    return labels_.size() * (zXBytes::writing + zXBytes::text(longest));
 }
 
 void zPlotPainter::drawTimes(zPlotPen& pen) {
-    for (const Label& label : labels_) writeRight(pen, label.right, label.baseline, label.text);
+    for (const Label& label : labels_)
+        writeRight(pen, label.right, label.baseline, zTimeLabel(label.time, label.seconds));
 }
 
 // Areas of a batch next to each other that have the same rows become one.
-void zPlotPainter::add(int x, int top, int bottom) {
+void zPlotPainter::add(int x, int columns, int top, int bottom) {
     const std::size_t begin = batches_.empty() ? 0 : batches_.back().end;
+    const XRectangle added = area(x, top, columns, bottom - top);
     if (areas_.size() > begin) {
         XRectangle& before = areas_.back();
-        if (before.x + before.width == x && before.y == top && before.y + before.height == bottom) {
-            ++before.width;
+        if (before.x + before.width == x && before.y == added.y && before.height == added.height) {
+            before.width = static_cast<unsigned short>(before.width + added.width);
             return;
         }
     }
-    areas_.push_back(area(x, top, 1, bottom - top));
+    areas_.push_back(added);
 }
 
 void zPlotPainter::endBatch(zInk ink, int line) {
@@ -253,11 +256,11 @@ void zPlotPainter::endBatch(zInk ink, int line) {
 
 void zPlotPainter::addTimeLines(const zPlotPicture& picture, Number from, Number to, Number fresh) {
     const auto& p = picture.places();
-    const zPlotColumns& columns = picture.shown().front().columns;
-    const zPlotTime each = columns.each(), step = zTimeStep(each, p.timeLabel + timeGap);
-    for (Number column = std::min(from, fresh); column <= columns.last(); ++column)
-        if ((column < to || column >= fresh) && roundTime(picture, column, each, step))
+    const Number end = picture.shown().front().columns.last() + 1;
+    eachRoundTime(picture, std::min(from, fresh), end, [&](Number column, auto...) {
+        if (column < to || column >= fresh)
             areas_.push_back(area(picture.xOf(column), p.top, 1, p.bottom - p.top));
+    });
     endBatch(zInk::grid, 0);
 }
 
@@ -266,35 +269,44 @@ void zPlotPainter::addBands(const zPlotPicture& picture, const zPlotPicture::Sho
     const zPlotScale& scale = picture.scaleOf(shown);
     for (Number column = from; column < to; ++column) {
         const zPlotBand& band = shown.columns.at(column);
-        if (zPlotColumns::isGap(band) || band.least == band.most) continue;
+        if (!(band.least < band.most)) continue;  // one value, or a gap
         const int top = lineTop(picture, band.most, scale), bottom = lineTop(picture, band.least, scale);
-        if (bottom > top) add(picture.xOf(column), top, bottom + thickness);
+        if (bottom > top) add(picture.xOf(column), 1, top, bottom + thickness);
     }
 }
 
 void zPlotPainter::addLine(const zPlotPicture& picture, const zPlotPicture::Shown& shown, Number from,
                            Number to) {
     const zPlotScale& scale = picture.scaleOf(shown);
-    // Columns next to each other are often of one sample.
-    float mean = -1;
-    int top = 0;
     const auto topOf = [&](Number column) -> std::optional<int> {
         const zPlotBand& band = shown.columns.at(column);
         if (zPlotColumns::isGap(band)) return {};
-        if (band.mean != mean) top = lineTop(picture, mean = band.mean, scale);
-        return top;
+        return lineTop(picture, band.mean, scale);
     };
     std::optional<int> before = topOf(from - 1);
-    for (Number column = from; column < to; ++column) {
+    for (Number column = from, end = from; column < to; column = end) {
         const std::optional<int> now = topOf(column);
-        // A dash lets the ground through only where the line just goes on.
-        const bool goesOn = now && before && std::abs(*now - *before) < thickness;
-        if (now && (!goesOn || zDashed(shown.look, column)))
-            add(picture.xOf(column), std::min(*now, before.value_or(*now)),
-                std::max(*now, before.value_or(*now)) + thickness);
+        // Columns next to each other are often of one sample.
+        const float mean = shown.columns.at(column).mean;
+        for (++end; end < to && shown.columns.at(end).mean == mean;) ++end;
+        if (now) {
+            const auto [upper, lower] = std::minmax({*now, before.value_or(*now)});
+            const bool step = !before || lower - upper >= thickness;
+            if (step) add(picture.xOf(column), 1, upper, lower + thickness);
+            addLevel(picture, shown.look, column + step, end, *now);
+        }
         before = now;
     }
     endBatch(zInk::line, shown.look);
+}
+
+// Where it just goes on, a dash lets the ground through.
+void zPlotPainter::addLevel(const zPlotPicture& picture, int look, Number from, Number to, int top) {
+    for (Number end = from; from < to; from = end) {
+        const zDash dash = zDashAt(look, from);
+        end = std::min(from + dash.columns, to);
+        if (dash.drawn) add(picture.xOf(from), static_cast<int>(end - from), top, top + thickness);
+    }
 }
 
 XRectangle zPlotPainter::cursorLine(const zPlotPicture& picture) {

@@ -4,7 +4,6 @@
 #include "toolkit/plot/plotpen.h"
 #include "toolkit/plot/plotpicture.h"
 
-#include <string>
 #include <vector>
 
 class zPlotPainter {
@@ -35,14 +34,16 @@ class zPlotPainter {
     };
     struct Label {
         int right, baseline;
-        std::string text;
+        zPlotTime time;  // local
+        bool seconds;
     };
 
     void clearCutLabels(const zPlotPicture& picture, zPlotColumns::Number fresh);
     void addTimeLines(const zPlotPicture& picture, Number from, Number to, Number fresh);
     void addBands(const zPlotPicture& picture, const zPlotPicture::Shown& shown, Number from, Number to);
     void addLine(const zPlotPicture& picture, const zPlotPicture::Shown& shown, Number from, Number to);
-    void add(int x, int top, int bottom);
+    void addLevel(const zPlotPicture& picture, int look, Number from, Number to, int top);
+    void add(int x, int columns, int top, int bottom);
     void endBatch(zInk ink, int line);
 
     // Kept, so that a tick allocates nothing.

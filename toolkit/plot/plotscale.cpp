@@ -1,22 +1,20 @@
 #include "toolkit/plot/plotscale.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
 constexpr double steps[] = {1, 2, 5, 10};
-constexpr double leastFixed = 1, mostFixed = 5e9;
+constexpr double leastFixed = 1, mostFixed = 5e9, mostShown = 1e30;
 
 }  // namespace
 
 double zRoundAbove(double value) {
     if (!(value > 1)) return 1;
-    const double power = std::pow(10, std::floor(std::log10(value)));
-    for (const double step : steps)
-        // A power of ten that was computed may be a little off.
-        if (const double round = std::round(step * power); round >= value) return round;
-    return std::round(20 * power);
+    value = std::min(value, mostShown);
+    double power = 1;
+    while (power * 10 <= value) power *= 10;
+    return power * *std::ranges::find_if(steps, [&](double step) { return step * power >= value; });
 }
 
 bool zPlotScale::set(double maximum) {
