@@ -8,6 +8,7 @@
 #include <iterator>
 
 std::function<void()> DriverChannel::onLost;
+bool DriverChannel::driverSilent_ = false;
 
 DriverChannel ioctlDesc;
 DriverChannel SetupIoctlDesc;
@@ -96,6 +97,7 @@ int DriverChannel::request(std::span<std::uint8_t> message) {
 
 void DriverChannel::note(Outcome outcome, std::time_t sent) {
     outcome_ = outcome;
+    driverSilent_ = outcome == Outcome::silent || (driverSilent_ && !isAnswer(outcome));
     if (isAnswer(outcome)) {
         silentSince_ = 0;
         return;

@@ -74,6 +74,9 @@ class DriverChannel {
     // When the first request was sent that, as all since, has got no answer. 0: the driver answers.
     std::time_t silentSince() const { return silentSince_; }
 
+    // Whether the last request of any channel that was waited for has got no answer, or this one's.
+    bool maybeSilent() const { return silentSince_ != 0 || driverSilent_; }
+
     unsigned long unanswered() const { return unanswered_; }  // requests without an answer
     // How often the driver has hung up, so that the channel had to be opened again. Counted at once, before
     // anything is sent over the channel opened again: what was changed before may be lost with that driver.
@@ -98,6 +101,8 @@ class DriverChannel {
     bool connect();
     void lose();
     void note(Outcome outcome, std::time_t sent);
+
+    static bool driverSilent_;
 
     int descriptor_ = 0;
     int oflag_ = 0;

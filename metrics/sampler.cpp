@@ -118,10 +118,13 @@ void Sampler::tick(std::chrono::milliseconds interval) {
     }
     const AnswerWatch answers(channel_);
     if (!limit_) askLimit(reader);
-    for (AtPlace& at : places_) {
-        read(at, reader, all, interval);
+    auto at = places_.begin();
+    while (at != places_.end()) {
+        read(*at, reader, all, interval);
         if (withheld_) break;
+        ++at;
     }
+    std::rotate(places_.begin(), at, places_.end());
     channel_.interrupt.swap(giveWay);
     if (answers.missed()) quiet_ = clock_() + quietFor * (clock_() - begun);
 }

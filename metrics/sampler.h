@@ -55,8 +55,9 @@ class Sampler {
     // last one that came in time.
     void tick(std::chrono::milliseconds interval);
 
-    // Asked when a tick takes noticeably long. True: the user waits, and what is left is not asked. The tick
-    // then gives no samples, and the next one counts from the one before.
+    // Asked when a tick takes noticeably long. True: the user waits, and what is left is not asked. The
+    // places that are left get no samples of this tick; the next one begins with them, and counts from the
+    // one before.
     std::function<bool()> interrupt;
 
   private:

@@ -22,8 +22,5 @@ constexpr char elanNameMask[] = R"([!-"$-Z\\^-z](31))";
 // Unsigned numbers of up to four digits.
 constexpr char fourDigitsMask[] = "####";
 
-// A number with or without a point. Where the point stands is not checked here.
-constexpr char decimalMask[] = "[0-9.](12)";
-
 #undef TV_PAIR
 #undef TV_HEX

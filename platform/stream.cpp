@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <map>
 #include <unistd.h>
 
@@ -189,14 +190,37 @@ int writeDraft(const HostPath& path, std::string_view content, mode_t mode, OnDi
     return fill(path, openDraft(path, mode), content, onDisk);
 }
 
-int replaceWhole(const HostPath& path, std::string_view content, mode_t mode, OnDisk onDisk) {
-    const HostPath draft{path.text + ".new"};
-    if (writeDraft(draft, content, mode, onDisk) != 0) return -1;
+namespace {
+
+int putInPlace(const HostPath& draft, const HostPath& path) {
     if (files().rename(draft, path) == 0) return 0;
     const int error = errno;
     files().remove(draft);
     errno = error;
     return -1;
+}
+
+}  // namespace
+
+int replaceWhole(const HostPath& path, std::string_view content, mode_t mode, OnDisk onDisk) {
+    const HostPath draft{path.text + ".new"};
+    return writeDraft(draft, content, mode, onDisk) == 0 ? putInPlace(draft, path) : -1;
+}
+
+int saveWhole(const HostPath& path, std::string_view content) {
+    constexpr int noMode = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY, triesForAName = 100;
+    struct stat status {};
+    OpenFile before(files().open(path, noMode, 0));
+    if (before && (files().status(before.descriptor(), status) != 0 || !S_ISREG(status.st_mode)))
+        before.close();
+    HostPath draft;
+    int descriptor = -1;
+    for (int i = 0; i < triesForAName && descriptor < 0 && (i == 0 || errno == EEXIST); ++i) {
+        draft.text = fmt::format("{}/.tarvolin-{}-{}", directoryOf(path).text, ::getpid(), i);
+        descriptor = files().open(draft, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, before ? 0600 : 0644);
+    }
+    if (descriptor >= 0 && before) files().takeAttributes(before.descriptor(), descriptor);
+    return fill(draft, descriptor, content, OnDisk::later) == 0 ? putInPlace(draft, path) : -1;
 }
 
 }  // namespace platform

@@ -35,7 +35,7 @@ std::shared_ptr<AdapterWatch> AdapterWatch::present(int adapter) {
 
 AdapterWatch::AdapterWatch(zApplication& application, int adapter)
     : application_(application), adapter_(adapter), sampler_(openedForQueries(own_), adapter) {
-    sampler_.interrupt = [this] { return zInputWaits(application_); };
+    sampler_.interrupt = [this] { return zUserWaits(application_); };
     start();
 }
 
@@ -47,7 +47,11 @@ void AdapterWatch::start() {
 // A listener may be the last who holds this object.
 void AdapterWatch::tick() {
     const std::shared_ptr<AdapterWatch> self = present(adapter_);
-    sampler_.tick(std::chrono::milliseconds(period_));
+    {
+        std::optional<zInputEndsWaits> leave;
+        if (own_.maybeSilent()) leave.emplace(application_);
+        sampler_.tick(std::chrono::milliseconds(period_));
+    }
     listeners_.tell();
     if (period_ != timerTime) start();
 }

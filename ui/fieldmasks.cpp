@@ -79,6 +79,3 @@ const zFieldMask elanNameField{.picture = elanNameMask,
 const zFieldMask fourDigitsField{.picture = fourDigitsMask,
                                  .takes = "a number has only the digits 0 to 9.",
                                  .full = "This number has at most 4 digits."};
-const zFieldMask decimalField{.picture = decimalMask,
-                              .takes = "a number has the digits 0 to 9 and a point.",
-                              .full = "This number has at most 12 characters."};

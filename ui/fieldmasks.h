@@ -6,4 +6,4 @@
 // A whole address of 20 bytes that is pasted into a prefix or ESI field fills its partner as well.
 extern const zFieldMask macAddressField, esiSelectorField, networkPrefixField, ipAddressField;
 
-extern const zFieldMask elanNameField, fourDigitsField, decimalField;
+extern const zFieldMask elanNameField, fourDigitsField;

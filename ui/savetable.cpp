@@ -26,7 +26,7 @@ void save(zApplication& application, zTable& table) {
     const auto file = zAskForNewFile(application, control, "Save Table (.csv, .json, or text)", "table.csv");
     if (!file) return;
     const platform::HostPath place{*file};
-    if (platform::replaceWhole(place, tableText(cells, *file), 0644, platform::OnDisk::later) == 0) return;
+    if (platform::saveWhole(place, tableText(cells, *file)) == 0) return;
     zMessageBox(application, zShellOf(control), zMessageStyle::warning,
                 "The table was not saved:\n" + *file + ": " + std::strerror(errno), "Table Not Saved");
 }

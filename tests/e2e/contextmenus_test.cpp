@@ -96,8 +96,12 @@ TEST_F(ContextMenus, ATableIsSaved) {
     const std::string csv = root.read("/table.csv");
     EXPECT_THAT(csv, testing::HasSubstr(",0/  16,7,"));
     root.write("/table.csv", "before");
+    root.write("/table.csv.new", "precious");
+    ASSERT_EQ(::chmod(root.at("/table.csv").c_str(), 0600), 0);
     save("/table.csv", true, true);
     EXPECT_EQ(root.read("/table.csv"), csv);
+    EXPECT_EQ(std::filesystem::status(root.at("/table.csv")).permissions(), std::filesystem::perms(0600));
+    EXPECT_EQ(root.read("/table.csv.new"), "precious");
     save("/table", false, true);
     EXPECT_EQ(root.read("/table"), frames.tabSeparated());
     save("in the shown directory", false, true);

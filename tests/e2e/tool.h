@@ -1,6 +1,7 @@
 // The program as a process.
 #pragma once
 
+#include "tests/support/confined.h"
 #include "tests/support/simulator.h"
 #include "tests/support/temproot.h"
 
@@ -48,7 +49,8 @@ struct Place {
     Simulator simulator{{"--frozen", "--adapters", "1"}};
 };
 
-// The tool, running, with what it prints going to a file, or to a descriptor of the caller.
+// The tool, running below the root and writing nowhere else, as far as the kernel can see to that; what it
+// prints goes to a file, or to a descriptor of the caller.
 class Tool {
   public:
     Tool(const TempRoot& root, std::vector<std::string> arguments, int output = -1) : root_(root) {
@@ -59,6 +61,8 @@ class Tool {
             output >= 0 ? output : ::open(root.at("/output").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
         ::dup2(file, 1);
         ::dup2(file, 2);
+        writesOnlyBelow({root.path(), "/dev"});
+        if (::chdir(root.path().c_str()) != 0) ::_exit(126);
         std::vector<char*> words;
         for (std::string& argument : arguments) words.push_back(argument.data());
         words.push_back(nullptr);

@@ -189,6 +189,16 @@ TEST_F(Watching, TheDialogHasAFormForEachKindOfValue) {
         expectSoon<std::string>([&] { return text(822); }, row.now);
         EXPECT_EQ(user->widget(824) ? text(824) : "none", row.number ? row.number : "none");
         EXPECT_EQ(text(826), "10");
+        if (row.number) {
+            for (const char* threshold : {"1,5", "-5", "nan", "1e999", ""}) {
+                XmTextFieldSetString(user->widget(824), const_cast<char*>(threshold));
+                user->key("Return");
+                ASSERT_TRUE(user->shellLike("Watch for")) << threshold;
+                EXPECT_THAT(XUser::labelOf(named("message")), testing::StartsWith("A threshold is"))
+                    << threshold;
+            }
+            XmTextFieldSetString(user->widget(824), const_cast<char*>(row.number));
+        }
         // Too long a time is not taken, and the line says why.
         XmProcessTraversal(user->widget(826), XmTRAVERSE_CURRENT);
         user->type("3601");

@@ -220,6 +220,21 @@ TEST(Sampler, GivesWayToTheUser) {
     EXPECT_EQ(words(cells->last()), words(300 / seconds));
 }
 
+// A user who is always at work leaves each tick one request: places take turns.
+TEST(Sampler, GoesOnWithWhatItHasLeft) {
+    Ground ground;
+    const auto cells = ground.sampler.watch(subjectOf(adapter, "", "rxCells"));
+    const auto state = ground.sampler.watch(subjectOf(lec1, "", "state"));
+    ground.tick();
+    ground.wait = 100ms;
+    int asked = 0;
+    ground.sampler.interrupt = [&] { return ++asked > 1; };
+    const Moment before[] = {cells->moment(), state->moment()};
+    for (int tick = 0; tick < 4; ++tick, asked = 0) ground.tick();
+    EXPECT_GT(cells->moment(), before[0]);
+    EXPECT_GT(state->moment(), before[1]);
+}
+
 // One between two ticks: over so short a time a rate says nothing.
 TEST(Sampler, ComparesWithWhatIsFarEnough) {
     Ground ground;

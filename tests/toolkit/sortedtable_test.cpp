@@ -233,6 +233,24 @@ TEST_F(SortedTableTest, TheActiveCellGoesWithItsRow) {
     EXPECT_EQ(table.activeCell().column, 2);
 }
 
+// The first rows of a sorted table stay in sight; further down the active row does.
+TEST_F(SortedTableTest, AFoundRowStaysInSightWhereverItGoes) {
+    std::vector<Item> many;
+    for (int i = 1; i <= 200; ++i) many.push_back({i, i, ""});
+    give(many);
+    table.sortBy({2, true});
+    clickCell(1, 1);
+    ASSERT_EQ(active(), 200);
+    for (const int name : {200, 50}) {
+        ASSERT_TRUE(name == 200 || table.find(fmt::format("n{}", name)));
+        for (Item& item : many) item.count = 1000 - *item.count;  // the last becomes the first
+        written.clear();
+        give(many);
+        EXPECT_EQ(active(), name);
+        EXPECT_EQ(std::ranges::count(written, name), name == 50) << name;
+    }
+}
+
 TEST_F(SortedTableTest, OnlyPlacesThatShowAnotherRowAreDrawn) {
     std::vector<Item> many;
     for (int name = 1; name <= 500; ++name) many.push_back({name, name * 10, ""});

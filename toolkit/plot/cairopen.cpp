@@ -64,6 +64,7 @@ void zCairoPen::fill(zInk ink, int line, std::span<const XRectangle> areas) {
                                 look_.text,
                                 look_.grid,
                                 look_.select,
+                                look_.anyBand,
                                 look_.line[asIndex(line)],
                                 look_.band[asIndex(line)]};
     fill(colours[asIndex(ink)], areas);

@@ -11,6 +11,7 @@ struct zPlotLook {
     // 0xrrggbb
     unsigned ground, text, grid, select;
     std::array<unsigned, lines> line, band;  // the band is paler
+    unsigned anyBand;                        // that of all lines where they are many; no grid line has it
 
     void setLine(int number, unsigned colour);
 };

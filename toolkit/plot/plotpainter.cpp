@@ -134,7 +134,7 @@ void drawLegend(const zPlotPicture& picture, zPlotPen& pen) {
         }
         const int from = gap + gap / 2, until = p.nameLeft - gap;
         const XRectangle band = area(from, middle - p.row / 4, until - from, p.row / 2);
-        pen.fill(picture.shown().size() > mostBands ? zInk::grid : zInk::band, shown.look, {&band, 1});
+        pen.fill(picture.shown().size() > mostBands ? zInk::anyBand : zInk::band, shown.look, {&band, 1});
         drawDashes(pen, shown.look, from, until, middle - 1);
         const std::string name = shown.series.name + unitText(picture, shown);
         pen.write({p.nameLeft, top + p.ascent + 1, fitting(pen, name, nameRight - p.nameLeft)});
@@ -182,7 +182,7 @@ void zPlotPainter::prepare(const zPlotPicture& picture, Number from, Number to, 
         addBands(picture, shown, from, to);
         if (!alike) endBatch(zInk::band, shown.look);
     }
-    if (alike) endBatch(zInk::grid, 0);
+    if (alike) endBatch(zInk::anyBand, 0);
     for (const auto& shown : picture.shown()) addLine(picture, shown, from, to);
 }
 

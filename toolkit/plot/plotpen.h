@@ -14,7 +14,7 @@ struct zXBytes {
     static constexpr std::size_t text(std::size_t characters) { return 8 + (characters + 3) / 4 * 4; }
 };
 
-enum class zInk { ground, text, grid, select, line, band };
+enum class zInk { ground, text, grid, select, anyBand, line, band };
 
 class zPlotPen {
   public:

@@ -54,7 +54,7 @@ zXPen::zXPen(Widget canvas)
 
 zXPen::~zXPen() {
     forget();
-    for (const GC gc : {ground_, tiled_, text_, grid_, select_})
+    for (const GC gc : {ground_, tiled_, text_, grid_, select_, anyBand_})
         if (gc) XFreeGC(display_, gc);
     for (const auto* gcs : {&lines_, &bands_})
         for (const GC gc : *gcs)
@@ -90,6 +90,7 @@ void zXPen::resize(int width, int height) {
         text_ = makeGc(look_.text);
         grid_ = makeGc(look_.grid);
         select_ = makeGc(look_.select);
+        anyBand_ = makeGc(look_.anyBand);
         for (int i = 0; i < zPlotLook::lines; ++i) {
             lines_[asIndex(i)] = makeGc(look_.line[asIndex(i)]);
             bands_[asIndex(i)] = makeGc(look_.band[asIndex(i)]);
@@ -130,7 +131,7 @@ void zXPen::ground(std::span<const XRectangle> areas) {
 }
 
 void zXPen::fill(zInk ink, int line, std::span<const XRectangle> areas) {
-    const GC gcs[] = {ground_, text_, grid_, select_, lines_[asIndex(line)], bands_[asIndex(line)]};
+    const GC gcs[] = {ground_, text_, grid_, select_, anyBand_, lines_[asIndex(line)], bands_[asIndex(line)]};
     fill(gcs[asIndex(ink)], areas);
 }
 

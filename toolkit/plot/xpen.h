@@ -59,7 +59,8 @@ class zXPen : public zPlotPen {
     XftColor ink_{};
     Pixmap pixmap_ = None, tile_ = None;
     XftDraw* draw_ = nullptr;
-    GC ground_ = nullptr, tiled_ = nullptr, text_ = nullptr, grid_ = nullptr, select_ = nullptr;
+    GC ground_ = nullptr, tiled_ = nullptr, text_ = nullptr, grid_ = nullptr, select_ = nullptr,
+       anyBand_ = nullptr;
     std::array<GC, zPlotLook::lines> lines_{}, bands_{};
     mutable std::array<std::optional<Glyph>, 128> known_;  // by character
     std::vector<XftGlyphFontSpec> glyphs_;

@@ -25,8 +25,8 @@ void zTable::rowsChanged() {
 }
 
 // Runs `change`, after which rows may stand elsewhere and another one be active. What is seen is painted only
-// where there is another row now. The view moves only with what the user has not sorted: who sorts wants to
-// see the first ones.
+// where there is another row now. The view moves with the active row, but not away from the first rows of a
+// sorted table: who sorts wants to see those.
 template <class Change> void zTable::moveRows(const Change& change) {
     const int first = grid_.firstRow(), last = grid_.lastRow();
     std::vector<int> rows;
@@ -40,7 +40,8 @@ template <class Change> void zTable::moveRows(const Change& change) {
     for (int place = first; place <= last; ++place)
         if (rows[asIndex(place - first)] != order_.rowAt(place)) changedPlaces(place);
     if (!realized_) return;
-    if (inSight_ && active_.row > 0 && sorting_.column == 0 && grid_.reveal(placeOf(active_))) {
+    const bool follows = sorting_.column == 0 || first > 1;
+    if (inSight_ && active_.row > 0 && follows && grid_.reveal(placeOf(active_))) {
         updateScrollBars();
         changedAll();
     }

@@ -47,7 +47,7 @@ void savePlot(zWindow& window, const zPlot& plot, const std::string& adapter) {
     if (!file) return;
     const platform::HostPath place{*file};
     const std::string content = zPlotFile(picture, zPlotFormOf(*file), heading);
-    if (platform::replaceWhole(place, content, 0644, platform::OnDisk::later) == 0) return;
+    if (platform::saveWhole(place, content) == 0) return;
     zMessageBox(window.application(), window.shell(), zMessageStyle::warning,
                 "The plot was not saved:\n" + *file + ": " + std::strerror(errno), "Plot Not Saved");
 }

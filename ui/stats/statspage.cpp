@@ -55,7 +55,10 @@ void StatsPage::refreshUntil(Clock::time_point end, bool clear) {
     clearing_ |= clear;
     withheld_ = kept_ = false;
     answers_.restart();
-    look_ = Clock::now() + noticeable;
+    // A wait for a driver that has been silent is left for what the user does.
+    std::optional<zInputEndsWaits> leave;
+    if (channel_.maybeSilent()) leave.emplace(application());
+    look_ = Clock::now() + (leave ? Clock::duration(0) : noticeable);
     end_ = end;
     replies_.clear();
     asked_ = Clock::now();

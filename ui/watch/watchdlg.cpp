@@ -13,6 +13,7 @@
 #include "ui/subdialog.h"
 
 #include <array>
+#include <cmath>
 #include <fmt/format.h>
 
 using metrics::Comparison;
@@ -80,11 +81,9 @@ constexpr const char *numberTests[] = {"above", "below"}, *stateTests[] = {"is",
 constexpr int lineEnd = 64, listEnd = 128;
 
 constexpr auto numberRows = withCommonRows(
-    std::array{
-        testRow(numberTests),
-        zControlRow{
-            .id = numberED, .kind = zKind::edit, .place = {field + 56, 53, 56, 12}, .mask = &decimalField},
-        zControlRow{.place = {field + 118, 55, 90, 8}, .text = "", .name = "unit"}},
+    std::array{testRow(numberTests),
+               zControlRow{.id = numberED, .kind = zKind::edit, .place = {field + 56, 53, 56, 12}},
+               zControlRow{.place = {field + 118, 55, 90, 8}, .text = "", .name = "unit"}},
     lineEnd);
 constexpr auto stateRows = withCommonRows(
     std::array{
@@ -174,14 +173,15 @@ Criterion DWatchDlg::criterion() const {
 }
 
 std::optional<double> DWatchDlg::threshold() const {
-    return platform::number<double>(control<zEdit>(numberED).text());
+    const auto number = platform::number<double>(control<zEdit>(numberED).text());
+    return number && *number >= 0 && std::isfinite(*number) ? number : std::nullopt;
 }
 
 std::string DWatchDlg::fault() const {
     if (std::chrono::seconds(control<zNumberEdit>(holdED).number()) > metrics::longestHold)
         return fmt::format("At most {} seconds.", metrics::longestHold.count());
     if (layoutFor(subject_.metric->kind).rows.data() == numberLayout.rows.data() && !threshold())
-        return "This is no number.";
+        return "A threshold is a number, such as 1500 or 0.5.";
     return {};
 }
 
