@@ -6,6 +6,8 @@
 #include "toolkit/window/messagebox.h"
 
 #include <X11/Shell.h>
+#include <X11/extensions/XTest.h>
+#include <Xm/Display.h>
 
 namespace {
 
@@ -93,6 +95,34 @@ TEST_F(WindowTest, AMessageBoxKeepsClicksFromTheWindowBehind) {
     user.settle();
     EXPECT_FALSE(user.shellLike("A title"));
     EXPECT_EQ(clicksBehind, 0);
+}
+
+// The library would leave what shows the dragged text behind when the box goes meanwhile.
+TEST_F(WindowTest, ATextOfABoxIsNothingToBeDragged) {
+    Display* const display = XtDisplay(window.shell());
+    const auto dragged = [&] {
+        Cardinal contexts = 0;
+        XtVaGetValues(XmGetXmDisplay(display), XmNnumChildren, &contexts, nullptr);
+        return contexts;
+    };
+    const Cardinal before = dragged();
+    user.when(shown("A title"), [&] {
+        const Widget shell = user.shellLike("A title");
+        Position x = 0, y = 0;
+        XtTranslateCoords(shell, 0, 0, &x, &y);
+        for (const int across : {60, 90, 120}) {
+            XTestFakeMotionEvent(display, -1, x + across, y + 20, 0);
+            XTestFakeButtonEvent(display, 2, True, 0);
+            user.settle();
+            EXPECT_EQ(dragged(), before) << across;
+            XTestFakeButtonEvent(display, 2, False, 0);
+            user.settle();
+        }
+        user.focus(shell);
+        user.key("Return");
+    });
+    zMessageBox(application, window.shell(), zMessageStyle::warning, "A text that is as wide as it needs",
+                "A title");
 }
 
 TEST_F(WindowTest, ABoxWithALongTextFitsItsScreen) {

@@ -12,6 +12,7 @@
 
 #include <X11/Intrinsic.h>
 #include <X11/Shell.h>
+#include <Xm/Display.h>
 #include <Xm/Xm.h>
 #include <array>
 #include <chrono>
@@ -236,6 +237,8 @@ bool zApplication::openDisplay() {
         connection_->root =
             XtVaAppCreateShell(name, ofClass, applicationShellWidgetClass, connection_->display, XmNwidth, 1,
                                XmNheight, 1, XmNtitle, name, XmNmappedWhenManaged, False, nullptr);
+        // Labels are nothing to be dragged; one that went while it was dragged would leave its icon behind.
+        XtVaSetValues(XmGetXmDisplay(connection_->display), XmNenableUnselectableDrag, False, nullptr);
         XtRealizeWidget(connection_->root);
         zReadPlacing(connection_->root, placing_);
         return true;
