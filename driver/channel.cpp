@@ -87,17 +87,18 @@ int DriverChannel::request(std::span<std::uint8_t> message) {
         if (!wanted_) note(Outcome::absent, std::time(nullptr));
         return dai_req(0, message, &received_);
     }
-    const std::time_t sent = std::time(nullptr);
+    sent_ = std::time(nullptr);
     errno = 0;
     const int result = dai_req(descriptor_, message, &received_);
-    note(result == 0 ? Outcome::success : outcomeOf(errno), sent);
+    note(result == 0 ? Outcome::success : outcomeOf(errno), sent_);
     if (outcome_ == Outcome::absent) lose();
     return result;
 }
 
 void DriverChannel::note(Outcome outcome, std::time_t sent) {
     outcome_ = outcome;
-    driverSilent_ = outcome == Outcome::silent || (driverSilent_ && !isAnswer(outcome));
+    const bool inVain = outcome == Outcome::silent || outcome == Outcome::interrupted;
+    driverSilent_ = inVain || (driverSilent_ && !isAnswer(outcome));
     if (isAnswer(outcome)) {
         silentSince_ = 0;
         return;

@@ -10,6 +10,7 @@
 #include "driver/queries.h"
 #include "driver/requests.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <ctime>
@@ -74,8 +75,12 @@ class DriverChannel {
     // When the first request was sent that, as all since, has got no answer. 0: the driver answers.
     std::time_t silentSince() const { return silentSince_; }
 
-    // Whether the last request of any channel that was waited for has got no answer, or this one's.
+    // Whether the last request of any channel that was waited for has got no answer, also because the user
+    // has left the wait, or this one's.
     bool maybeSilent() const { return silentSince_ != 0 || driverSilent_; }
+
+    // Since the last request was sent, in whole seconds.
+    std::chrono::seconds waitedFor() const { return std::chrono::seconds(std::time(nullptr) - sent_); }
 
     unsigned long unanswered() const { return unanswered_; }  // requests without an answer
     // How often the driver has hung up, so that the channel had to be opened again. Counted at once, before
@@ -108,6 +113,7 @@ class DriverChannel {
     int oflag_ = 0;
     bool wanted_ = false;  // opened, be it in vain, and not closed since
     Outcome outcome_ = Outcome::success;
+    std::time_t sent_ = 0;
     std::time_t silentSince_ = 0;
     std::size_t received_ = 0;
     unsigned long unanswered_ = 0;

@@ -1,7 +1,9 @@
 #include "ui/adapterwatch.h"
 
 #include "model/settings.h"
+#include "platform/device.h"
 #include "toolkit/window/inputwaits.h"
+#include "ui/leavable.h"
 
 #include <fcntl.h>
 #include <map>
@@ -16,7 +18,12 @@ std::map<int, std::weak_ptr<AdapterWatch>>& all() {
 }  // namespace
 
 DriverChannel& openedForQueries(DriverChannel& own) {
-    if (own.open(O_RDONLY) || own.outcome() == Outcome::silent) return own;
+    // Where the driver may be silent, the window that asks is shown first.
+    constexpr std::chrono::milliseconds whileSilent{500};
+    if (own.maybeSilent()) platform::WaitLimit::set(std::chrono::steady_clock::now() + whileSilent);
+    const bool opened = own.open(O_RDONLY);
+    platform::WaitLimit::set(std::chrono::steady_clock::time_point::max());
+    if (opened || own.outcome() == Outcome::silent || own.outcome() == Outcome::interrupted) return own;
     return ioctlDesc.alive() ? ioctlDesc : own;
 }
 
@@ -48,8 +55,7 @@ void AdapterWatch::start() {
 void AdapterWatch::tick() {
     const std::shared_ptr<AdapterWatch> self = present(adapter_);
     {
-        std::optional<zInputEndsWaits> leave;
-        if (own_.maybeSilent()) leave.emplace(application_);
+        const LeavableWaits leavable(application_, own_);
         sampler_.tick(std::chrono::milliseconds(period_));
     }
     listeners_.tell();

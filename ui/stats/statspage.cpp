@@ -4,6 +4,7 @@
 #include "model/settings.h"
 #include "toolkit/window/inputwaits.h"
 #include "ui/adapterwatch.h"
+#include "ui/leavable.h"
 #include "ui/stats/statsmenu.h"
 
 #include <algorithm>
@@ -55,10 +56,8 @@ void StatsPage::refreshUntil(Clock::time_point end, bool clear) {
     clearing_ |= clear;
     withheld_ = kept_ = false;
     answers_.restart();
-    // A wait for a driver that has been silent is left for what the user does.
-    std::optional<zInputEndsWaits> leave;
-    if (channel_.maybeSilent()) leave.emplace(application());
-    look_ = Clock::now() + (leave ? Clock::duration(0) : noticeable);
+    const LeavableWaits leavable(application(), channel_);
+    look_ = Clock::now() + (leavable.atOnce() ? Clock::duration(0) : noticeable);
     end_ = end;
     replies_.clear();
     asked_ = Clock::now();
