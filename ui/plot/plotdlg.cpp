@@ -99,14 +99,21 @@ DPlotDlg::DPlotDlg(zApplication& application, std::string adapter)
     plot_.setMenu([this] { return menu(); });
     control<zBitmapButton>(plotSaveBTN).onClick = [this] { save(); };
     control<zBitmapButton>(plotCloseBTN).onClick = onClose = [this] { close(); };
-    setTitle("Plot of " + adapter_);
+    showTitle();
     offerManual(*this);
 }
 
 bool DPlotDlg::add(const PlotLine& line) {
     if (!canAdd(line.name)) return false;
     plot_.change([&](zPlotPicture& picture) { picture.add(plotSeriesOf(line)); });
+    showTitle();
     return true;
+}
+
+// With the first value: a list of windows tells many plots apart by it.
+void DPlotDlg::showTitle() {
+    const auto& shown = plot_.picture().shown();
+    setTitle("Plot of " + adapter_ + (shown.empty() ? "" : ": " + shown.front().series.name));
 }
 
 bool DPlotDlg::canAdd(std::string_view name) const {
@@ -200,6 +207,7 @@ void DPlotDlg::releaseScale() {
 
 void DPlotDlg::remove() {
     plot_.change([](zPlotPicture& picture) { picture.remove(picture.selected()); });
+    showTitle();
 }
 
 void DPlotDlg::save() {

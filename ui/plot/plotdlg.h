@@ -49,6 +49,7 @@ class DPlotDlg : public zFormDialog {
     void fixScale(bool larger);
     void releaseScale();
     void remove();
+    void showTitle();
     void save();
     void close();
 
