@@ -14,7 +14,8 @@
 inline bool writesOnlyBelow(const std::initializer_list<std::string>& folders) {
     constexpr std::uint64_t writing = LANDLOCK_ACCESS_FS_WRITE_FILE | LANDLOCK_ACCESS_FS_REMOVE_DIR |
                                       LANDLOCK_ACCESS_FS_REMOVE_FILE | LANDLOCK_ACCESS_FS_MAKE_DIR |
-                                      LANDLOCK_ACCESS_FS_MAKE_REG | LANDLOCK_ACCESS_FS_MAKE_SYM;
+                                      LANDLOCK_ACCESS_FS_MAKE_REG | LANDLOCK_ACCESS_FS_MAKE_SYM |
+                                      LANDLOCK_ACCESS_FS_REFER;  // or nothing goes from folder to folder
     landlock_ruleset_attr handled{};
     handled.handled_access_fs = writing;
     const auto rules = static_cast<int>(::syscall(SYS_landlock_create_ruleset, &handled, sizeof handled, 0));
