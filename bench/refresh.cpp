@@ -5,8 +5,9 @@
 //
 // With a number: only the page of the servers, which shows as many rows; also prints the bytes of resident
 // memory per row beyond the reply's, then a tick of the page sorted by some of its columns beside one of the
-// page as it comes, with totals, after Clear and with rates, a search for a text that no cell has, and a step
-// of the active cell to a far row beside the same in the table of the second adapter.
+// page as it comes (each with totals, after Clear, with rates and with smoothed rates), a search for a text
+// that no cell has, and a step of the active cell to a far row beside the same in the table of the second
+// adapter.
 //
 // With "instructions", under callgrind with --instr-atstart=no: leaves two profiles a page, named "PAGE tick"
 // and "PAGE exchanges", of a hundred each, with a turn of the event loop each.

@@ -75,8 +75,8 @@ class DriverChannel {
     // When the first request was sent that, as all since, has got no answer. 0: the driver answers.
     std::time_t silentSince() const { return silentSince_; }
 
-    // Whether the last request of any channel that was waited for has got no answer, also because the user
-    // has left the wait, or this one's.
+    // True if this channel has had no answer since its last failed request, or if a wait on any channel has
+    // timed out or been left and no channel has got an answer since.
     bool maybeSilent() const { return silentSince_ != 0 || driverSilent_; }
 
     // Since the last request was sent, in whole seconds.

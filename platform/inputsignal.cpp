@@ -8,23 +8,22 @@ namespace platform {
 
 namespace {
 
-// Stays: a signal may come late.
-void handleSignal() {
+// Without SA_RESTART, so that the wait is not begun again. It stays: a signal may come late.
+bool handleSignal() {
     struct sigaction nothing {};
     nothing.sa_handler = [](int) {};
     ::sigemptyset(&nothing.sa_mask);
-    ::sigaction(SIGIO, &nothing, nullptr);
+    return ::sigaction(SIGIO, &nothing, nullptr) == 0;
 }
 
 }  // namespace
 
 InputEndsWaits::InputEndsWaits(int descriptor)
     : descriptor_(descriptor), flags_(::fcntl(descriptor, F_GETFL)) {
-    static const bool handled = (handleSignal(), true);
-    static_cast<void>(handled);
+    static const bool handled = handleSignal();  // by default it would end the program
     const f_owner_ex thisThread{F_OWNER_TID, ::gettid()};
     ::fcntl(descriptor_, F_SETOWN_EX, &thisThread);
-    if (flags_ != -1) ::fcntl(descriptor_, F_SETFL, flags_ | O_ASYNC);
+    if (handled && flags_ != -1) ::fcntl(descriptor_, F_SETFL, flags_ | O_ASYNC);
 }
 
 InputEndsWaits::~InputEndsWaits() {

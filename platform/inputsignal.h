@@ -4,8 +4,8 @@
 namespace platform {
 
 // While such an object exists, a wait for the driver in the thread that made it ends with EINTR when
-// something comes to the descriptor, a socket. Since the driver's own call may wait then, this is done by a
-// signal, SIGIO: what comes just before the wait begins does not end it. Of a descriptor one at a time.
+// something comes to the descriptor, a socket. The signal SIGIO does this, since the wait may be inside a
+// call of the kernel. What comes just before the wait begins does not end it. One object a descriptor.
 class InputEndsWaits {
   public:
     explicit InputEndsWaits(int descriptor);

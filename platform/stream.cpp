@@ -208,14 +208,14 @@ int replaceWhole(const HostPath& path, std::string_view content, mode_t mode, On
 }
 
 int saveWhole(const HostPath& path, std::string_view content) {
-    constexpr int noMode = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY, triesForAName = 100;
+    constexpr int names = 100;  // of drafts that were left behind, at most
     struct stat status {};
-    OpenFile before(files().open(path, noMode, 0));
+    OpenFile before(files().open(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY, 0));
     if (before && (files().status(before.descriptor(), status) != 0 || !S_ISREG(status.st_mode)))
         before.close();
     HostPath draft;
     int descriptor = -1;
-    for (int i = 0; i < triesForAName && descriptor < 0 && (i == 0 || errno == EEXIST); ++i) {
+    for (int i = 0; i < names && descriptor < 0 && (i == 0 || errno == EEXIST); ++i) {
         draft.text = fmt::format("{}/.tarvolin-{}-{}", directoryOf(path).text, ::getpid(), i);
         descriptor = files().open(draft, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, before ? 0600 : 0644);
     }

@@ -59,9 +59,10 @@ int writeDraft(const HostPath& path, std::string_view content, mode_t mode, OnDi
 // is as it was, and no draft is left. The directory is not brought to the disk.
 int replaceWhole(const HostPath& path, std::string_view content, mode_t mode, OnDisk onDisk);
 
-// The same for a place that the user has chosen: the draft has a name that nothing has had, so that no other
-// file is touched. A regular file that is replaced hands its owner, mode and ACL on as far as this user may
-// do that; else the file has mode 0644. It is left to the system when it comes to the disk.
+// The same for a path that the user has chosen: the draft gets a name that is not in use, so that no other
+// file is touched. A regular file that is replaced passes on its owner, mode and ACL as far as this user may
+// set them; otherwise the mode is 0644 less the umask. When the content comes to the disk is left to the
+// system.
 int saveWhole(const HostPath& path, std::string_view content);
 
 }  // namespace platform

@@ -18,7 +18,7 @@ std::map<int, std::weak_ptr<AdapterWatch>>& all() {
 }  // namespace
 
 DriverChannel& openedForQueries(DriverChannel& own) {
-    // Where the driver may be silent, the window that asks is shown first.
+    // Where the driver may be silent, opening has a short limit, so that the window that asks appears soon.
     constexpr std::chrono::milliseconds whileSilent{500};
     if (own.maybeSilent()) platform::WaitLimit::set(std::chrono::steady_clock::now() + whileSilent);
     const bool opened = own.open(O_RDONLY);
@@ -41,7 +41,8 @@ std::shared_ptr<AdapterWatch> AdapterWatch::present(int adapter) {
 }
 
 AdapterWatch::AdapterWatch(zApplication& application, int adapter)
-    : application_(application), adapter_(adapter), sampler_(openedForQueries(own_), adapter) {
+    : application_(application), adapter_(adapter), channel_(openedForQueries(own_)),
+      sampler_(channel_, adapter) {
     sampler_.interrupt = [this] { return zUserWaits(application_); };
     start();
 }
@@ -55,7 +56,7 @@ void AdapterWatch::start() {
 void AdapterWatch::tick() {
     const std::shared_ptr<AdapterWatch> self = present(adapter_);
     {
-        const LeavableWaits leavable(application_, own_);
+        const LeavableWaits leavable(application_, channel_);
         sampler_.tick(std::chrono::milliseconds(period_));
     }
     listeners_.tell();

@@ -37,6 +37,7 @@ class AdapterWatch {
     zApplication& application_;
     int adapter_;
     DriverChannel own_;  // closed if the driver accepts no further channel
+    DriverChannel& channel_;
     metrics::Sampler sampler_;
     int period_ = 0;  // of the timer, in milliseconds
     std::unique_ptr<zTimer> timer_;

@@ -7,9 +7,9 @@
 
 #include <optional>
 
-// While it exists, whatever comes from the X server ends a wait on this channel: at once where the driver has
-// been silent before, else when it has been waited for so long that it may well be silent. The first can be
-// left over a socket only.
+// While it exists, whatever comes from the X server ends a wait for the driver: at once if the driver may be
+// silent already. Otherwise, over a socket only, it is looked once, after three seconds, whether the
+// channel's last request was sent about that long ago; from then on waits can be left.
 class LeavableWaits {
   public:
     LeavableWaits(const zApplication& application, const DriverChannel& channel)
@@ -23,7 +23,7 @@ class LeavableWaits {
   private:
     static constexpr std::chrono::seconds patience{3};
 
-    // A slow driver that has answered meanwhile is not left.
+    // Not for a slow driver: if it has answered meanwhile, the last request is recent.
     void look() {
         if (channel_.waitedFor() + std::chrono::seconds(1) >= patience) ends_.emplace(application_);
     }

@@ -49,7 +49,7 @@ struct Place {
     Simulator simulator{{"--frozen", "--adapters", "1"}};
 };
 
-// The tool, running below the root and writing nowhere else, as far as the kernel can see to that; what it
+// The tool, running in the root. Where the kernel can see to that, it writes only there and in /dev. What it
 // prints goes to a file, or to a descriptor of the caller.
 class Tool {
   public:

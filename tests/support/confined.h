@@ -9,8 +9,8 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-// From now on this process and its children make, change and remove files below these folders only. False,
-// and nothing has changed, where the kernel has no Landlock.
+// From now on this process and its children write, make, rename and remove files below these folders only.
+// False, and nothing is restricted, where the kernel has no Landlock of version 2.
 inline bool writesOnlyBelow(const std::initializer_list<std::string>& folders) {
     constexpr std::uint64_t writing = LANDLOCK_ACCESS_FS_WRITE_FILE | LANDLOCK_ACCESS_FS_REMOVE_DIR |
                                       LANDLOCK_ACCESS_FS_REMOVE_FILE | LANDLOCK_ACCESS_FS_MAKE_DIR |

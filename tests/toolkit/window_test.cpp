@@ -97,7 +97,7 @@ TEST_F(WindowTest, AMessageBoxKeepsClicksFromTheWindowBehind) {
     EXPECT_EQ(clicksBehind, 0);
 }
 
-// The library would leave what shows the dragged text behind when the box goes meanwhile.
+// The library would leave the drag icon behind if the box closed meanwhile.
 TEST_F(WindowTest, ATextOfABoxIsNothingToBeDragged) {
     Display* const display = XtDisplay(window.shell());
     const auto dragged = [&] {

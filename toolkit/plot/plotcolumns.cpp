@@ -20,7 +20,7 @@ class Sum {
         time_ += weight;
     }
     bool isEmpty() const { return time_ == 0; }
-    // Of something.
+    // Only if it is not empty.
     zPlotBand band() const { return {least_, static_cast<float>(weighted_ / time_), most_}; }
 
   private:

@@ -8,7 +8,7 @@ constexpr std::array<unsigned, zPlotLook::lines> onLight{0x0055a8, 0xd98200, 0x0
                                                          0x8c2d04, 0x2fa3e0, 0x4b2a7b, 0x7a9a01},
     onDark{0x56b4e9, 0xd98200, 0x00b386, 0xf5a3c7, 0xffb07a, 0x3d8fd6, 0xcbb2f0, 0x8fae1b};
 constexpr int bandParts = 35;     // hundredths of the line's colour in that of its band
-constexpr int anyBandParts = 13;  // of the text's colour
+constexpr int anyBandParts = 13;  // hundredths of the text's colour in the shared band
 
 // Columns: on, off, on, off. Shorter ones would be more to draw in each tick.
 constexpr int dashes[][4] = {{1000, 0, 0, 0}, {14, 6, 0, 0}, {5, 5, 0, 0}, {16, 5, 5, 5}};

@@ -11,7 +11,7 @@ struct zPlotLook {
     // 0xrrggbb
     unsigned ground, text, grid, select;
     std::array<unsigned, lines> line, band;  // the band is paler
-    unsigned anyBand;                        // that of all lines where they are many; no grid line has it
+    unsigned anyBand;  // shared by all bands of a plot with many lines; paler than the grid
 
     void setLine(int number, unsigned colour);
 };

@@ -59,7 +59,7 @@ bool hasRoomForLabel(const zPlotPicture& picture, Number column) {
     return picture.xOf(column) - gap / 2 - p.timeLabel >= p.left;
 }
 
-// Calls `see` for each round time in the columns from `from` to before `to`, with its column and the time.
+// Calls see(column, time, step) for each round time in the columns from `from` to before `to`.
 void eachRoundTime(const zPlotPicture& picture, Number from, Number to, auto see) {
     const zPlotTime each = picture.shown().front().columns.each();
     const zPlotTime step = zTimeStep(each, picture.places().timeLabel + timeGap);
@@ -300,7 +300,7 @@ void zPlotPainter::addLine(const zPlotPicture& picture, const zPlotPicture::Show
     endBatch(zInk::line, shown.look);
 }
 
-// Where it just goes on, a dash lets the ground through.
+// A level piece of the line, in dashes: the ground shows between them.
 void zPlotPainter::addLevel(const zPlotPicture& picture, int look, Number from, Number to, int top) {
     for (Number end = from; from < to; from = end) {
         const zDash dash = zDashAt(look, from);

@@ -237,7 +237,7 @@ bool zApplication::openDisplay() {
         connection_->root =
             XtVaAppCreateShell(name, ofClass, applicationShellWidgetClass, connection_->display, XmNwidth, 1,
                                XmNheight, 1, XmNtitle, name, XmNmappedWhenManaged, False, nullptr);
-        // Labels are nothing to be dragged; one that went while it was dragged would leave its icon behind.
+        // Labels cannot be dragged: of one that goes meanwhile the library leaves the drag icon behind.
         XtVaSetValues(XmGetXmDisplay(connection_->display), XmNenableUnselectableDrag, False, nullptr);
         XtRealizeWidget(connection_->root);
         zReadPlacing(connection_->root, placing_);

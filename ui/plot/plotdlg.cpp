@@ -110,7 +110,7 @@ bool DPlotDlg::add(const PlotLine& line) {
     return true;
 }
 
-// With the first value: a list of windows tells many plots apart by it.
+// Names the first value, so that plots can be told apart in a list of windows.
 void DPlotDlg::showTitle() {
     const auto& shown = plot_.picture().shown();
     setTitle("Plot of " + adapter_ + (shown.empty() ? "" : ": " + shown.front().series.name));

@@ -181,7 +181,7 @@ std::string DWatchDlg::fault() const {
     if (std::chrono::seconds(control<zNumberEdit>(holdED).number()) > metrics::longestHold)
         return fmt::format("At most {} seconds.", metrics::longestHold.count());
     if (layoutFor(subject_.metric->kind).rows.data() == numberLayout.rows.data() && !threshold())
-        return "A threshold is a number, such as 1500 or 0.5.";
+        return "A threshold is a number from 0 on, such as 1500 or 0.5.";
     return {};
 }
 
