@@ -1,5 +1,7 @@
 #include "platform/socketdevice.h"
 
+#include "platform/inputsignal.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -115,6 +117,7 @@ bool SocketChannel::waitFor(short events, Clock::time_point deadline) {
         const bool acting = WhileWaiting::next() < deadline;
         pollfd watched{descriptor_, events, 0};
         const int ready = ::poll(&watched, 1, untilThen(acting ? WhileWaiting::next() : deadline));
+        if (ready < 0 && errno == EINTR && InputEndsWaits::goesOn()) continue;
         if (ready != 0) return ready > 0;
         if (!acting) break;
         WhileWaiting::act();

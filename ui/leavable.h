@@ -7,7 +7,7 @@
 
 #include <optional>
 
-// While it exists, whatever comes from the X server ends a wait for the driver: at once if the driver may be
+// While it exists, a wait for the driver ends when the user waits for something: at once if the driver may be
 // silent already. Otherwise, over a socket only, it is looked once, after three seconds, whether the
 // channel's last request was sent about that long ago; from then on waits can be left.
 class LeavableWaits {

@@ -61,6 +61,7 @@ class OutsideUser : public XInput {
         pressAt(rootX, rootY, 1);
         if (waits) rest();
     }
+    void point(int rootX, int rootY) { pressAt(rootX, rootY, 0); }
     // Clicks on the tab of another page until the page is there; the tool may still be busy with its window.
     void turn(Spot spot) {
         Window before = 0;

@@ -20,3 +20,21 @@ TEST(Silence, HoldsNobodyUp) {
         ASSERT_TRUE(admin.user.sees(programTitle));
     }
 }
+
+// A pointer that is never at rest leaves no wait: what a driver says that is slow now is heard.
+TEST(Silence, IsNotKeptByThePointer) {
+    const Place place;
+    Administrator admin(place.root);
+    ASSERT_TRUE(admin.user.opens(spot::statistics, "Statistics ATM"));
+    const auto moveUntil = [&](const std::function<bool()>& done, double seconds) {
+        int x = 0;
+        return soon([&] { return admin.user.point(200 + 37 * (x++ % 10), 250), done(); }, seconds);
+    };
+    place.simulator.ctl("fault any every silent");
+    EXPECT_FALSE(moveUntil([] { return false; }, 5));
+    place.simulator.ctl("fault clear");
+    place.simulator.ctl("fault any every late 1200");
+    place.simulator.ctl("log clear");
+    // The second request of a refresh.
+    EXPECT_TRUE(moveUntil([&] { return has(place.simulator.ctl("log all"), "vc.table"); }, 25));
+}

@@ -39,4 +39,5 @@ bool zUserWaits(const zApplication& application) {
 }
 
 zInputEndsWaits::zInputEndsWaits(const zApplication& application)
-    : InputEndsWaits(ConnectionNumber(static_cast<Display*>(application.display()))) {}
+    : InputEndsWaits(ConnectionNumber(static_cast<Display*>(application.display())),
+                     [&application] { return zUserWaits(application); }) {}

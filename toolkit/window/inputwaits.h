@@ -10,7 +10,7 @@ bool zInputWaits(const zApplication& application);
 // The same, or if a window has to be painted.
 bool zUserWaits(const zApplication& application);
 
-// While one exists, whatever comes from the X server ends a wait for the driver.
+// While one exists, a wait for the driver ends when the user waits.
 class zInputEndsWaits : platform::InputEndsWaits {
   public:
     explicit zInputEndsWaits(const zApplication& application);
