@@ -213,11 +213,14 @@ int saveWhole(const HostPath& path, std::string_view content) {
     OpenFile before(files().open(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY, 0));
     if (before && (files().status(before.descriptor(), status) != 0 || !S_ISREG(status.st_mode)))
         before.close();
+    // One that this user cannot read has its mode at least.
+    const bool unread = !before && files().status(path, status) == 0 && S_ISREG(status.st_mode);
+    const mode_t mode = before ? 0600 : unread ? status.st_mode & 0777 : 0644;
     HostPath draft;
     int descriptor = -1;
     for (int i = 0; i < names && descriptor < 0 && (i == 0 || errno == EEXIST); ++i) {
         draft.text = fmt::format("{}/.tarvolin-{}-{}", directoryOf(path).text, ::getpid(), i);
-        descriptor = files().open(draft, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, before ? 0600 : 0644);
+        descriptor = files().open(draft, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, mode);
     }
     if (descriptor >= 0 && before) files().takeAttributes(before.descriptor(), descriptor);
     return fill(draft, descriptor, content, OnDisk::later) == 0 ? putInPlace(draft, path) : -1;
