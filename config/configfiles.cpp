@@ -113,6 +113,15 @@ bool ConfigFiles::standsAsRead(const std::string& name) {
     return stands(name, entry(name));
 }
 
+timespec ConfigFiles::lastWritten() const {
+    timespec last{};
+    for (const auto& [name, entry] : entries_) {
+        const timespec& time = entry.file.status.st_mtim;
+        if (std::pair(time.tv_sec, time.tv_nsec) > std::pair(last.tv_sec, last.tv_nsec)) last = time;
+    }
+    return last;
+}
+
 void ConfigFiles::takeTimeOfChange(const std::string& name) {
     struct stat now {};
     if (files().status(place(name), now) != 0) return;

@@ -48,6 +48,9 @@ class ConfigFiles {
     bool standAsRead() const;
     bool standsAsRead(const std::string& name);
 
+    // When the last of the files that were read was written; zero: none is there.
+    timespec lastWritten() const;
+
     // Giving a file another name changes its time. Takes it as it is now, of this file under all its names.
     void takeTimeOfChange(const std::string& name);
 

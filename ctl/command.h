@@ -25,11 +25,15 @@ std::string jsonLine(const Output& output, const Json& more = Json::object());
 // The command that stands on the command line; throws Failure.
 using Run = std::function<Output(Session&)>;
 
+constexpr double usualPatience = 15;
+
 struct Command {
     const char* name;
     const char* summary;  // a line of "tvctl help"
     // Adds its words and options, and returns what is done when it is given.
     Run (*add)(CLI::App& command);
+    double patience = usualPatience;  // seconds to wait for the driver in all, unless others are given
+    bool readOnly = false;            // see Options
 };
 std::span<const Command> commands();
 
@@ -49,6 +53,7 @@ Run addHistory(CLI::App& command);
 Run addRevert(CLI::App& command);
 Run addCheck(CLI::App& command);
 Run addInit(CLI::App& command);
+Run addMetrics(CLI::App& command);
 Run addSet(CLI::App& command);
 Run addTrace(CLI::App& command);
 Run addVersion(CLI::App& command);

@@ -4,9 +4,13 @@
 
 namespace {
 
+// Well below the time from one run to the next: a silent driver is soon told of as that.
+constexpr double patienceOfMetrics = 5;
+
 constexpr Command rows[] = {
     {"show", "The configuration in the files, or what the driver reports", addShow},
     {"watch", "What the driver reports, again and again", addWatch},
+    {"metrics", "What Prometheus collects, as its text format", addMetrics, patienceOfMetrics, true},
     {"get", "One value of the configuration in the files, or one list", addGet},
     {"diff", "What differs between files, driver, past changes and documents", addDiff},
     {"set", "Change settings, as the fields and OK of a window would", addSet},

@@ -70,14 +70,15 @@ struct CommandLine {
     CLI::App app{"Configures and watches ATM adapters from a shell.", "tvctl"};
     Options options;
     std::string root;
-    double timeout = 15;
+    double timeout = 0;  // 0: not given
+    const Command* chosen = nullptr;
     Run run;
 
     CommandLine() {
         app.option_defaults()->always_capture_default(false);
         app.add_option("--root", root, "The directory below which the system's paths are found");
         app.add_flag("--json", options.json, "One JSON document in place of text");
-        app.add_option("--timeout", timeout, "Seconds to wait for the driver in all (15)")
+        app.add_option("--timeout", timeout, "Seconds to wait for the driver in all (15; metrics: 5)")
             ->check(secondsFrom(0.001));
         app.require_subcommand(1);
         app.fallthrough();  // global options may stand behind the command
@@ -86,7 +87,10 @@ struct CommandLine {
             CLI::App* sub = app.add_subcommand(command.name, command.summary);
             sub->fallthrough();
             sub->set_help_flag();
-            sub->final_callback([this, chosen = command.add(*sub)] { run = chosen; });
+            sub->final_callback([this, &command, does = command.add(*sub)] {
+                chosen = &command;
+                run = does;
+            });
         }
     }
 
@@ -104,7 +108,8 @@ struct CommandLine {
         } catch (const CLI::ParseError& error) {
             return {.status = Status::usage, .message = printable(error.what())};
         }
-        options.timeout = std::chrono::duration<double>(timeout);
+        options.timeout = std::chrono::duration<double>(timeout > 0 ? timeout : chosen->patience);
+        options.readOnly = chosen->readOnly;
         if (!root.empty()) platform::useRootDirectory(root);
         return {};
     }

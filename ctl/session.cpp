@@ -51,7 +51,8 @@ void requireRoot() {
 
 Session::Session(const Options& options) : options_(options) {
     using Clock = platform::WaitLimit::Clock;
-    if (std::string told = takeOverGuard("tvctl"); !told.empty()) warnings_.push_back(std::move(told));
+    if (!options.readOnly)
+        if (std::string told = takeOverGuard("tvctl"); !told.empty()) warnings_.push_back(std::move(told));
     platform::WaitLimit::set(Clock::now() + std::chrono::duration_cast<Clock::duration>(options.timeout));
 }
 
@@ -61,7 +62,8 @@ void Session::read() {
         if (saveIsUnderWay() && !last) {
             // What a killed program has begun is completed by whoever may.
             std::string failed;
-            if (platform::superUser() && configuration.lock(0ms, failed) == 0) configuration.unlock();
+            if (!options_.readOnly && platform::superUser() && configuration.lock(0ms, failed) == 0)
+                configuration.unlock();
             std::this_thread::sleep_for(betweenReadings);
             continue;
         }
@@ -110,7 +112,8 @@ void Session::needLock() const {
 const Discovery& Session::discovery() {
     if (discovery_) return *discovery_;
     discovery_.emplace();
-    if (!openDriver(platform::superUser() ? O_RDWR : O_RDONLY) && !openDriver(O_RDONLY)) return *discovery_;
+    const bool mayChange = !options_.readOnly && platform::superUser();
+    if (!openDriver(mayChange ? O_RDWR : O_RDONLY) && !openDriver(O_RDONLY)) return *discovery_;
     query_.emplace(channel_, 0);
     *discovery_ = discoverAdapters(*query_, devices);
     configuration.driverRevision = discovery_->version;

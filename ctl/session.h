@@ -14,6 +14,9 @@
 struct Options {
     bool json = false;
     std::chrono::duration<double> timeout{15};  // of all waiting for the driver
+    // Also as root nothing is taken over or completed that another program has left, and the driver is opened
+    // for reading alone.
+    bool readOnly = false;
 };
 
 class Session {

@@ -15,6 +15,8 @@
 
 namespace {
 
+constexpr std::size_t lecsPlace = firstLes + lesCount;
+
 std::string identityOf(const AtmBridgedPvc& pvc) {
     return fmt::format("{} vci {}", pvc.mac.GetFMacAddress(), pvc.vci);
 }
@@ -93,13 +95,17 @@ class Reader {
     void readAdapter(const FoundAdapter& adapter) {
         link_ = static_cast<std::uint8_t>(adapter_);
         // Without these nobody knows whether it is the one that was sent something.
-        if (adapter.line.empty() || session_.configuration.driverRevision.empty())
-            complain(adapterName(adapter_), metrics::wordsOf(metrics::Unknown::refused));
+        const bool unnamed = adapter.line.empty() || session_.configuration.driverRevision.empty();
+        if (unnamed) complain(adapterName(adapter_), metrics::wordsOf(metrics::Unknown::refused));
         readClients();
         readServers();
         readLecs();
         readIp();
         fillSent();
+        for (const ServiceId& service : servicesOf(adapter_)) {
+            const bool isLes = service.service >= firstLes && service.service < lecsPlace;
+            if (unnamed || (isLes && !at(lecsPlace).whole)) at(service.service).whole = false;
+        }
     }
 
     // The first is said, and whether there are others.
@@ -117,6 +123,7 @@ class Reader {
         const bool refused = query.result() != 0 && query.decided();
         const std::string why =
             metrics::wordsOf(refused ? metrics::Unknown::refused : metrics::Unknown::incomplete);
+        at(place).whole = false;
         complain(ServiceId{adapter_, place}.name().path,
                  refused ? fmt::format("{} ({})", why, query.header().Resp) : why);
         return false;
@@ -228,7 +235,7 @@ class Reader {
     }
 
     void readLecs() {
-        constexpr std::size_t place = firstLes + lesCount;
+        constexpr std::size_t place = lecsPlace;  // it has the clients of all LES
         AtmLECS& lecs = seen_.lecs[asIndex(adapter_)];
         lecsInfo query(session_.channel(), link_);
         const LecsStateView state = query.GetState(link_, 0);
@@ -248,7 +255,7 @@ class Reader {
     }
 
     void readIp() {
-        constexpr std::size_t place = firstLes + lesCount + 1;
+        constexpr std::size_t place = lecsPlace + 1;
         ip1577Info query(session_.channel(), link_);
         const IpStateView state = query.GetState(link_, 0);
         if (got(place, query) &&
@@ -314,7 +321,8 @@ Side sideOf(const AtmDevices& devices, const std::vector<int>& adapters, const S
             SideService& of = side.services[service.name().path];
             put(service, devices, keysOf(service, devices), Mark::none, of);
             const std::string unknown = session.unknownListOf(service);
-            if (unknown.empty())
+            of.whole = unknown.empty();
+            if (of.whole)
                 putList(service, devices, of);
             else if (!side.complaint)
                 side.complaint.emplace(Status::wrongValue, leftOutMessage(unknown), unknown);

@@ -36,6 +36,7 @@ struct SideService {
     std::map<std::string, SideValue> values;  // by key; what is not there is not compared
     std::map<std::string, SideList> lists;    // by name
     bool running = true;                      // false: the driver knows of no such service
+    bool whole = true;                        // false: something that should be known is not
 };
 
 struct Side {

@@ -32,9 +32,12 @@ bool writtenSince(std::time_t moment, const platform::HostPath& place, std::stri
 
 }  // namespace
 
-Unsent::Unsent() {
+std::time_t driverLoaded() {
     struct stat node {};
-    if (platform::files().status(platform::hostPath(devbase), node) == 0) loaded_ = node.st_ctim.tv_sec;
+    return platform::files().status(platform::hostPath(devbase), node) == 0 ? node.st_ctim.tv_sec : 0;
+}
+
+Unsent::Unsent() : loaded_(driverLoaded()) {
     readPastChanges(changes_);
     lookForEdits();
 }

@@ -10,6 +10,9 @@
 #include <string_view>
 #include <vector>
 
+// When the driver was loaded, as far as its device's node tells; 0: there is none.
+std::time_t driverLoaded();
+
 class Unsent {
   public:
     // Reads the history. Whoever may not read it knows the time of the parameter file only.
@@ -23,7 +26,7 @@ class Unsent {
     void lookForEdits();
 
     std::vector<PastChange> changes_;  // newest first
-    std::time_t loaded_ = 0;           // when the driver was loaded, as far as its device tells
+    std::time_t loaded_;               // see driverLoaded()
     bool edited_ = false;              // the present parameter file, by hand
     std::set<unsigned> foundEdited_;   // changes that replaced one that was
 };
