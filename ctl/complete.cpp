@@ -136,6 +136,7 @@ constexpr struct {
     {"TO", sides, true},
     {"FILE", none, true},
     {"--root", none, true},
+    {"--output", none, true},
 };
 
 // ---- the command line ----

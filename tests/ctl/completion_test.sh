@@ -58,6 +58,7 @@ lines() {
     expect 'tvctl watch adapter1.circuits' 'adapter1.circuits. adapter1.circuits'
     expect 'tvctl watch adapter1.circuits.33.r' 'adapter1.circuits.33.rxFrames'
     expect 'tvctl watch adapter1 --in' '--interval'
+    expect 'tvctl metrics --output x --p' '--per-vc'
     # The name of a command, of a setting, and of each value of it.
     among 'tvctl ' 'apply'
     local value

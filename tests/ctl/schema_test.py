@@ -72,7 +72,7 @@ FAILURES = (
     ("get adapter1/lec1.nothing", 2), ("get adapter1/lec1.pvcs[99]", 10), ("set adapter1/lec1.mtu=7", 9),
     ("history 99", 10), ("revert 99", 10), ("confirm", 10), ("init", 9), ("trace api", 2), ("apply /no/such/file", 9), ("diff @99", 10),
     ("pvc add adapter1/lec1 zz vci 3", 9), ("pvc delete adapter1/lec1 999", 10), ("help nothing", 2),
-    ("watch", 2), ("watch adapter1.nothing", 2), ("watch adapter1 --csv", 2), ("watch adapter9", 10),
+    ("metrics --output /no/such/file", 5), ("watch", 2), ("watch adapter1.nothing", 2), ("watch adapter1 --csv", 2), ("watch adapter9", 10),
     ("client delete adapter1/les1 00:a0:3e:00:00:78-00", 10),
 )  # fmt: skip
 
@@ -89,7 +89,7 @@ ODD = (
 def commands(ground):
     for words in ("show", "show adapter1/lec1 adapter2", "get adapter1/lec1.mtu", "get adapter1/lec1.mac",
                   "get adapter1/lec1.pvcs", "get adapter1/ip.pvcs[0]", "get adapter1/les1.clients",
-                  "diff", "help", "help set", "version", "completion bash"):
+                  "diff", "metrics", f"metrics --output {ground.root}/m.prom", "help", "help set", "version", "completion bash"):
         look(ground, words, 0)
     for words in ("show --state", "show --state adapter1/lec2 adapter4"):
         look(ground, words, 0, "show --state")
