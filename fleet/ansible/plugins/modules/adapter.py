@@ -110,7 +110,7 @@ result:
   type: str
 rc:
   description: The exit status of tvctl, which tvctl(8) explains.
-  returned: always
+  returned: failure
   type: int
 error:
   description: Why it failed, with C(code), C(message) and, where there is one, C(where).
@@ -182,7 +182,7 @@ def main():
     if answer.failed:
         result.update(answer.reason())
         module.fail_json(**result)
-    module.exit_json(rc=answer.status, **result)
+    module.exit_json(**result)
 
 
 if __name__ == "__main__":
