@@ -20,7 +20,7 @@ class Run:
     hosts: dict[str, dict[str, int]] = field(default_factory=dict)  # the recap
 
     def total(self, what):
-        """Of how many hosts: "changed", "unreachable" or "failed"."""
+        """Of how many hosts: "changed" or "failed"."""
         return sum(counts[what] > 0 for counts in self.hosts.values())
 
 
@@ -49,10 +49,12 @@ class Controller:
     def write(self, name, content):
         (self.folder / name).write_text(json.dumps(content), encoding="utf-8")
 
-    def make_unreachable(self, name, port):
-        """From now on this host is asked for by ssh, at a port of this machine where nobody listens."""
+    def cut_off(self, name, port, after_change=False):
+        """From now on this host is asked for by ssh, at a port of this machine where nobody listens. `after_change`: only
+        once it has been changed."""
+        connection = "{{ 'local' if rollout is undefined else 'ssh' }}" if after_change else "ssh"
         inventory = json.loads((self.folder / "inventory.json").read_text(encoding="utf-8"))
-        inventory["atm"]["hosts"][name] |= {"ansible_connection": "ssh", "ansible_host": "127.0.0.1",
+        inventory["atm"]["hosts"][name] |= {"ansible_connection": connection, "ansible_host": "127.0.0.1",
                                             "ansible_port": port}  # fmt: skip
         self.write("inventory.json", inventory)
 
