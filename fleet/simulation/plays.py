@@ -58,10 +58,9 @@ class Controller:
                                             "ansible_port": port}  # fmt: skip
         self.write("inventory.json", inventory)
 
-    def roll_out(self, settings, *options, confirm=300):
-        """Brings settings of adapter1 to all hosts."""
-        variables = {"rollout_document": {"format": 1, "adapter1": settings}, "rollout_become": False,
-                     "rollout_confirm": confirm}  # fmt: skip
+    def roll_out(self, settings, *options, **variables):
+        """Brings settings of adapter1 to all hosts. `variables`: of the play."""
+        variables |= {"rollout_document": {"format": 1, "adapter1": settings}, "rollout_become": False}
         words = [*AS_ROOT, "ansible-playbook", "--inventory", "inventory.json", "--forks", str(self.forks),
                  "--extra-vars", json.dumps(variables), *options, TREE / "fleet/ansible/playbooks/rollout.yml"]  # fmt: skip
         lines, begins = [], []
