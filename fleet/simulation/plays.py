@@ -3,6 +3,7 @@
 import json
 import os
 import re
+import signal
 import subprocess
 import time
 from dataclasses import dataclass, field
@@ -65,11 +66,15 @@ class Controller:
                  "--extra-vars", json.dumps(variables), *options, TREE / "fleet/ansible/playbooks/rollout.yml"]  # fmt: skip
         lines, begins = [], []
         with subprocess.Popen([str(word) for word in words], cwd=self.folder, env=self.environment, text=True,
-                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT) as process:  # fmt: skip
-            for line in process.stdout:
-                lines.append(line)
-                if line.startswith(("PLAY [", "PLAY RECAP")):
-                    begins.append(time.monotonic())
+                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT, start_new_session=True) as process:  # fmt: skip
+            try:
+                for line in process.stdout:
+                    lines.append(line)
+                    if line.startswith(("PLAY [", "PLAY RECAP")):
+                        begins.append(time.monotonic())
+            except BaseException:
+                os.killpg(process.pid, signal.SIGTERM)  # its workers, too
+                raise
         run = Run(process.returncode, "".join(lines), [after - before for before, after in zip(begins, begins[1:])])
         names = ("ok", "changed", "unreachable", "failed")
         for name, *counts in RECAP.findall(run.text):
