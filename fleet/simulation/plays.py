@@ -47,6 +47,9 @@ class Controller:
         return {"ansible_connection": "local", "ansible_python_interpreter": "/usr/bin/python3",
                 "rollout_environment": {"TARVOLIN_ROOT": str(host.root), "PATH": path}}  # fmt: skip
 
+    def inventory(self):
+        return json.loads((self.folder / "inventory.json").read_text(encoding="utf-8"))
+
     def write(self, name, content):
         (self.folder / name).write_text(json.dumps(content), encoding="utf-8")
 
@@ -54,7 +57,7 @@ class Controller:
         """From now on this host is asked for by ssh, at a port of this machine where nobody listens. `after_change`: only
         once it has been changed."""
         connection = "{{ 'local' if rollout is undefined else 'ssh' }}" if after_change else "ssh"
-        inventory = json.loads((self.folder / "inventory.json").read_text(encoding="utf-8"))
+        inventory = self.inventory()
         inventory["atm"]["hosts"][name] |= {"ansible_connection": connection, "ansible_host": "127.0.0.1",
                                             "ansible_port": port}  # fmt: skip
         self.write("inventory.json", inventory)

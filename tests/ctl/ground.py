@@ -12,12 +12,12 @@ AS_ROOT = [] if os.getuid() == 0 else ["fakeroot", "--"]
 
 
 class Ground:
-    """Used with "with". `build` is the folder of the build."""
+    """Used with "with". `build` is the folder of the build; the simulator's clock stands unless `runs`."""
 
-    def __init__(self, build, *options):
+    def __init__(self, build, *options, runs=False):
         build = Path(build).resolve()
         self.tvctl, self.tvsim = build / "ctl/tvctl", build / "sim/tvsim"
-        self.options = options
+        self.options = options if runs else ("--frozen", *options)
 
     def __enter__(self):
         self.root = Path(tempfile.mkdtemp())
@@ -34,7 +34,7 @@ class Ground:
         shutil.rmtree(self.root)
 
     def start_driver(self):
-        self.driver = subprocess.Popen([self.tvsim, "--frozen", *self.options], env=self.environment,
+        self.driver = subprocess.Popen([self.tvsim, *self.options], env=self.environment,
                                        stdout=subprocess.PIPE, text=True)
         assert self.driver.stdout.readline().startswith("ready"), "the simulator did not start"
 

@@ -15,8 +15,13 @@ mkdir -p "$DESTDIR/usr/share/man/man8"
 
 wanted() {
     grep -v '^#' "$here/installed.txt"
-    find "$tree/resources/systemd" -name '*.service' -printf '644 /usr/lib/systemd/system/%f\n' -o \
-        -name '*.timer' -printf '644 /usr/lib/systemd/system/%f\n' 2>/dev/null || true
+    cd "$tree"
+    find resources/systemd -name '*.service' -printf '644 /usr/lib/systemd/system/%f\n' -o \
+        -name '*.timer' -printf '644 /usr/lib/systemd/system/%f\n'
+    find doc/pictures -type f -printf '644 /usr/share/doc/tarvolin/pictures/%P\n'
+    (cd fleet/ansible && git ls-files 2>/dev/null || find . -type f -printf '%P\n') |
+        grep -vE '^(tests/|lint$|\.)|__pycache__' |
+        sed 's:^:644 /usr/share/ansible/collections/ansible_collections/tarvolin/atm/:'
 }
 diff <(wanted | LC_ALL=C sort -k 2) <(find "$DESTDIR" ! -type d -printf '%m /%P\n' | LC_ALL=C sort -k 2) || {
     echo "Wanted on the left, installed on the right." >&2
