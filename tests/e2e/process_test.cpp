@@ -96,7 +96,7 @@ TEST(Process, AServerThatDoesNotAnswerAtTheStartDoesNotHoldUpTheEnd) {
     XServer server;
     server.stop();
     Tool tool(place.root, {});
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));  // it waits for the server
+    std::this_thread::sleep_for(std::chrono::seconds(2));  // it waits for the server
     tool.signal(SIGTERM);
     waitABit();
     tool.signal(SIGINT);  // is too late to be the reason
