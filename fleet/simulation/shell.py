@@ -1,5 +1,7 @@
 """A shell among the hosts, in which Ansible reaches all of them."""
 
+import os
+import signal
 import subprocess
 import sys
 
@@ -20,12 +22,22 @@ def shell(controller, hosts, forks):
         (controller.folder / host.name).symlink_to(host.root)
     path = ":".join([*map(str, programs), controller.environment["PATH"]])
     environment = controller.environment | {"PATH": path, "ANSIBLE_FORKS": str(forks)}
-    if not sys.stdin.isatty():
-        return subprocess.run([*AS_ROOT, "bash"], cwd=controller.folder, env=environment, check=False).returncode
-    profile = controller.folder / "profile"
-    profile.write_text(
-        f"[ ! -r ~/.bashrc ] || . ~/.bashrc\nPATH='{path}' PS1='fleet$ '\neval \"$(tvctl completion bash)\"\n",
-        encoding="utf-8")  # fmt: skip
-    print(WORDS.format(number=len(hosts), first=hosts[0].name, last=hosts[-1].name))
-    return subprocess.run([*AS_ROOT, "bash", "--rcfile", profile, "-i"], cwd=controller.folder, env=environment,
-                          check=False).returncode  # fmt: skip
+    terminal = sys.stdin.isatty()
+    command = [*AS_ROOT, "bash"]
+    if terminal:
+        profile = controller.folder / "profile"
+        profile.write_text(
+            f"[ ! -r ~/.bashrc ] || . ~/.bashrc\nPATH='{path}' PS1='fleet$ '\neval \"$(tvctl completion bash)\"\n",
+            encoding="utf-8")  # fmt: skip
+        command += ["--rcfile", str(profile), "-i"]
+        print(WORDS.format(number=len(hosts), first=hosts[0].name, last=hosts[-1].name))
+    # One that has a terminal ends what it has started when it is hung up; another one needs a group for that.
+    with subprocess.Popen(command, cwd=controller.folder, env=environment, start_new_session=not terminal) as process:
+        try:
+            return process.wait()
+        except BaseException:
+            if terminal:
+                process.send_signal(signal.SIGHUP)
+            else:
+                os.killpg(process.pid, signal.SIGTERM)
+            raise

@@ -42,6 +42,7 @@ RUNS = (
     ((CHECK,), part(nothing=7), "failed", True, {"rc": 9, "msg": 'no setting "nothing"'}),
     ((), {"document": {"adapter1": {}}}, "failed", True, {"rc": 9, "msg": "format"}),
     ((), {"settings": {"adapter1/lec1.nothing": 1}}, "failed", True, {"rc": 2, "msg": "nothing"}),
+    ((), {"settings": {"--dry-run": True, "adapter1/lec1.mtu": 1516}}, "failed", True, {"rc": 2, "msg": "names no setting"}),
     ((), MTU | part(mtu=1516), "failed", True, {"msg": "mutually exclusive"}),
     ((), MTU | {"executable": "/bin/false"}, "failed", True, {"rc": 1, "msg": "no answer of a tvctl"}),
     ((), part(elanName="kept") | {"file_only": True}, "changed", False, {"driver": False, "requests": []}),
@@ -93,6 +94,10 @@ def facts_follow(ground):
     state = look(ground, ((), {"state": True, "paths": ["adapter1/ip"]}, "unchanged", True, {}), "facts")
     if state["ansible_facts"]["tarvolin_state"]["adapter1"]["ip"]["state"]["text"] != "Starting":
         problems.append(f"facts: {state}")
+    names = look(ground, ((), {"services": True, "paths": ["adapter1/ip", "adapter1/lec4"]}, "unchanged", True, {}), "facts")
+    if names["ansible_facts"] != {"tarvolin_up": [], "tarvolin_enabled": ["adapter1/ip"]}:
+        problems.append(f"services: {names}")
+    look(ground, ((), {"paths": ["--state"]}, "failed", True, {"rc": 2, "msg": "no path"}), "facts")
 
 
 def others_and_refusals(ground):

@@ -135,11 +135,11 @@ def word_of(value):
 def command_of(module):
     """The words, and what goes into standard input."""
     parameters = module.params
-    words, text = ["apply", "-"], None
-    if parameters["settings"] is None:
-        text = json.dumps(parameters["document"])
+    settings, text = parameters["settings"], None
+    if settings is None:
+        words, names, text = ["apply"], ["-"], json.dumps(parameters["document"])
     else:
-        words = ["set"] + ["%s=%s" % (path, word_of(value)) for path, value in parameters["settings"].items()]
+        words, names = ["set"], ["%s=%s" % (path, word_of(value)) for path, value in settings.items()]
     if module.check_mode:
         words.append("--dry-run")
     if parameters["file_only"]:
@@ -148,7 +148,8 @@ def command_of(module):
         words += ["--confirm", str(parameters["confirm"])]
     if parameters["note"] is not None:
         words += ["--note", parameters["note"]]
-    return words, text
+    # Behind "--" nothing is an option.
+    return words + ["--"] + names, text
 
 
 def two_sides(changes):

@@ -27,6 +27,12 @@ options:
       - What the driver reports, in place of the configuration in the files.
     type: bool
     default: false
+  services:
+    description:
+      - In place of documents, the names of services - those that do their work, as the driver reports them, and those that the
+        files enable. Such as C(adapter1/lec2).
+    type: bool
+    default: false
 seealso:
   - module: tarvolin.atm.adapter
 """
@@ -43,6 +49,10 @@ EXAMPLES = r"""
   tarvolin.atm.facts:
     paths: [adapter1]
     state: true
+
+- name: What is up, and what should be
+  tarvolin.atm.facts:
+    services: true
 """
 
 RETURN = r"""
@@ -53,12 +63,22 @@ ansible_facts:
   contains:
     tarvolin:
       description: The document of C(tvctl --json show), which M(tarvolin.atm.adapter) takes.
-      returned: without I(state)
+      returned: without I(state) and I(services)
       type: dict
     tarvolin_state:
       description: The document of C(tvctl --json show --state).
       returned: with I(state)
       type: dict
+    tarvolin_up:
+      description: The services that have joined, serve or run.
+      returned: with I(services)
+      type: list
+      elements: str
+    tarvolin_enabled:
+      description: The services that the files enable.
+      returned: with I(services)
+      type: list
+      elements: str
 rc:
   description: The exit status of tvctl, which tvctl(8) explains.
   returned: failure
@@ -73,21 +93,63 @@ from ansible.module_utils.basic import AnsibleModule
 from ansible_collections.tarvolin.atm.plugins.module_utils.tvctl import COMMON_OPTIONS, run_tvctl
 
 
+# tvctl's words for the states in which a service does its work.
+UP = ("Joined", "On PVCs", "Serving", "Running")
+
+
+def is_up(service):
+    state = service.get("state")
+    return isinstance(state, dict) and state.get("text") in UP
+
+
+def is_enabled(service):
+    return service.get("enabled") is True
+
+
+def names(document, wanted):
+    """The paths of those services of a document that `wanted` is true of."""
+    return sorted(
+        "%s/%s" % (adapter, name)
+        for adapter, services in document.items()
+        if adapter.startswith("adapter")
+        for name, service in services.items()
+        if isinstance(service, dict) and wanted(service)
+    )
+
+
+def whole(document):
+    return document
+
+
+# The facts for each way of asking: name, option of tvctl, what is taken of its document.
+CONFIGURATION = (("tarvolin", [], whole),)
+STATE = (("tarvolin_state", ["--state"], whole),)
+SERVICES = (
+    ("tarvolin_up", ["--state"], lambda document: names(document, is_up)),
+    ("tarvolin_enabled", [], lambda document: names(document, is_enabled)),
+)
+
+
 def main():
     module = AnsibleModule(
         argument_spec=dict(
             COMMON_OPTIONS,
             paths=dict(type="list", elements="str", default=[]),
             state=dict(type="bool", default=False),
+            services=dict(type="bool", default=False),
         ),
+        mutually_exclusive=[("state", "services")],
         supports_check_mode=True,
     )
-    state = module.params["state"]
-    answer = run_tvctl(module, ["show"] + (["--state"] if state else []) + module.params["paths"])
-    result = dict(changed=False, ansible_facts={"tarvolin_state" if state else "tarvolin": answer.document})
-    if answer.failed:
-        result.update(answer.reason())
-        module.fail_json(**result)
+    parameters = module.params
+    result = dict(changed=False, ansible_facts={})
+    for fact, option, take in SERVICES if parameters["services"] else STATE if parameters["state"] else CONFIGURATION:
+        # Behind "--" nothing is an option.
+        answer = run_tvctl(module, ["show"] + option + ["--"] + parameters["paths"])
+        result["ansible_facts"][fact] = take(answer.document)
+        if answer.failed:
+            result.update(answer.reason())
+            module.fail_json(**result)
     module.exit_json(**result)
 
 
