@@ -50,19 +50,27 @@ unsigned missingAfter(unsigned number, const std::vector<PastChange>& changes) {
 
 }  // namespace
 
-int readPastChanges(std::vector<PastChange>& changes) {
+int readPastChanges(std::vector<PastChange>& changes, std::vector<unsigned>* damaged) {
     changes.clear();
     std::vector<std::string> names;
+    std::vector<unsigned> unread;
     if (files().list(platform::hostPath(historyDirectory), names) != 0) return errno == ENOENT ? 0 : errno;
     for (const std::string& name : names) {
         const unsigned number = changeNumber(name);
         std::string text;
-        if (number == 0 || !platform::readWhole(inHistory(name, manifestName), text, largestManifest))
+        if (number == 0) continue;
+        if (!platform::readWhole(inHistory(name, manifestName), text, largestManifest)) {
+            if (errno != ENOENT && errno != ENOTDIR) unread.push_back(number);
             continue;
-        if (auto read = readManifest(text); read && changeNumber(read->manifest.number) == number)
+        }
+        auto read = readManifest(text);
+        if (!read) unread.push_back(number);
+        if (read && changeNumber(read->manifest.number) == number)
             changes.push_back({number, std::move(*read)});
     }
     std::ranges::sort(changes, std::greater(), &PastChange::number);
+    std::ranges::sort(unread, std::greater());
+    if (damaged) *damaged = std::move(unread);
     return 0;
 }
 

@@ -14,9 +14,10 @@ struct PastChange {
     ReadManifest read;
 };
 
-// Newest first; those without a whole manifest are left out. 0, or the errno of a history that cannot be
-// read.
-int readPastChanges(std::vector<PastChange>& changes);
+// Newest first; those without a whole manifest are left out. Of these `damaged` gets the numbers that have a
+// manifest which is none, newest first: a killed save has left no manifest at all. 0, or the errno of a
+// history that cannot be read.
+int readPastChanges(std::vector<PastChange>& changes, std::vector<unsigned>* damaged = nullptr);
 
 // The number that the next change gets.
 unsigned nextChange();

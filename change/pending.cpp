@@ -115,10 +115,17 @@ std::string PendingChange::words() const {
 }
 
 std::optional<PendingChange> pendingChange() {
+    std::optional<PendingChange> pending;
+    readPendingChange(pending);
+    return pending;
+}
+
+bool readPendingChange(std::optional<PendingChange>& found) {
+    found.reset();
     std::string content;
-    if (!platform::readWhole(pendingFile(), content, largest)) return {};
+    if (!platform::readWhole(pendingFile(), content, largest)) return errno == ENOENT;
     const Json json = Json::parse(content, nullptr, false);
-    if (!json.is_object() || number(json, "format") != format) return {};
+    if (!json.is_object() || number(json, "format") != format) return false;
     PendingChange pending;
     pending.change = static_cast<unsigned>(std::clamp(number(json, "change"), 0.0, 1e9));
     pending.boot = text(json, "boot");
@@ -133,7 +140,8 @@ std::optional<PendingChange> pendingChange() {
     pending.makerBegin = text(json, "makerBegin");
     for (const Json& service : json.value("services", Json::array()))
         if (service.is_string()) pending.services.push_back(platform::unescaped(service.get<std::string>()));
-    return pending;
+    found = std::move(pending);
+    return true;
 }
 
 int notePending(const PendingChange& pending) {

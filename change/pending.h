@@ -35,8 +35,10 @@ struct PendingChange {
     std::string words() const;
 };
 
-// The one that waits; nothing: none does.
+// The one that waits; nothing: none does, or its record cannot be read.
 std::optional<PendingChange> pendingChange();
+// The same; false: the record cannot be read.
+bool readPendingChange(std::optional<PendingChange>& pending);
 // 0, or -1 and errno.
 int notePending(const PendingChange& pending);
 int removePending();

@@ -4,6 +4,8 @@
 #include "change/services.h"
 
 #include <algorithm>
+#include <fmt/format.h>
+#include <span>
 
 namespace {
 
@@ -52,6 +54,14 @@ std::string clientName(std::span<const std::uint8_t> data) {
     return fmt::format("{} of LES {}", entryName(esiSelector(bytes)), data[lesAt] + 1);
 }
 
+// Whether an entry of a list, as the record has it, is the one that a request was about.
+bool isAbout(const std::string& subject, const std::string& entry) {
+    constexpr std::string_view pvc = "PVC 0 / ";
+    if (subject.starts_with(pvc))
+        return (entry + ' ').find(fmt::format(" vci {} ", subject.substr(pvc.size()))) != entry.npos;
+    return subject.find(entry) != subject.npos;
+}
+
 }  // namespace
 
 SentRequest sentRequest(const SentChange& change) {
@@ -75,4 +85,17 @@ SentRequest sentRequest(const SentChange& change) {
                   : change.outcome == Outcome::withheld ? RequestResult::notSent
                                                         : RequestResult::unanswered;
     return sent;
+}
+
+bool isGivenUp(std::size_t place, const ChangeRecord& record) {
+    const SentRequest& request = record.requests[place];
+    if (request.answer != RequestResult::refused || request.subject.empty()) return false;
+    const auto isStart = [&](const SentRequest& earlier) {
+        return earlier.service == request.service && earlier.subject.empty();
+    };
+    if (std::ranges::any_of(std::span(record.requests).first(place), isStart)) return false;
+    const auto isOfIt = [&](const std::string& entry) { return isAbout(request.subject, entry); };
+    return std::ranges::none_of(record.lists, [&](const ListChange& list) {
+        return std::ranges::any_of(list.added, isOfIt) || std::ranges::any_of(list.removed, isOfIt);
+    });
 }

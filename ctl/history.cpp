@@ -86,13 +86,22 @@ Tree changeTree(const PastChange& change, bool whole) {
 
 Output history(const std::string& number) {
     requireRoot();
-    const std::vector<PastChange> changes = allChanges();
-    Tree all = Tree::array();
-    if (number.empty())
-        for (const PastChange& change : changes) all.add(changeTree(change, false));
-    else
-        all.add(changeTree(findChange(number, changes), true));
+    std::vector<unsigned> damaged;
+    const std::vector<PastChange> changes = allChanges(&damaged);
     Output output;
+    Tree all = Tree::array();
+    if (!number.empty()) {
+        all.add(changeTree(findChange(number, changes), true));
+    } else {
+        for (const PastChange& change : changes) all.add(changeTree(change, false));
+        for (const unsigned change : damaged)
+            output.warnings.push_back(fmt::format("change {:04} of the history cannot be read", change));
+        if (!damaged.empty()) {
+            output.status = Status::wrongValue;
+            output.message = output.warnings.front();
+            output.warnings.erase(output.warnings.begin());
+        }
+    }
     output.tree.put("history", std::move(all));
     return output;
 }

@@ -3,6 +3,7 @@
 // Whatever cannot be read, there is a text, and collect_success says so.
 #include "change/pastchanges.h"
 #include "change/pending.h"
+#include "change/sentrequest.h"
 #include "config/pdf_io.h"
 #include "ctl/command.h"
 #include "ctl/comparison.h"
@@ -21,6 +22,7 @@
 #include <cstring>
 #include <fmt/format.h>
 #include <memory>
+#include <optional>
 
 using metrics::Detail;
 using metrics::Labels;
@@ -49,9 +51,11 @@ std::optional<bool> isEnabled(const AtmDevices& devices, const ServiceId& servic
 // The requests of a change that were sent and are about this service.
 ChangeRecord sentTo(const std::string& service, const ChangeRecord& record) {
     ChangeRecord sent;
-    for (const SentRequest& request : record.requests)
-        if (request.service == service && request.answer != RequestResult::notSent)
+    for (std::size_t i = 0; i < record.requests.size(); ++i) {
+        const SentRequest& request = record.requests[i];
+        if (request.service == service && request.answer != RequestResult::notSent && !isGivenUp(i, record))
             sent.requests.push_back(request);
+    }
     return sent;
 }
 
@@ -155,15 +159,20 @@ class Collection {
     }
 
     bool history() {
-        const std::vector<PastChange> changes = allChanges();
-        add("tarvolin_change_pending", {}, pendingChange().has_value());
-        if (!changes.empty())
+        std::vector<unsigned> damaged;
+        const std::vector<PastChange> changes = allChanges(&damaged);
+        // What is known stands in changes that are newer than any that cannot be read.
+        const unsigned unread = damaged.empty() ? 0 : damaged.front();
+        std::optional<PendingChange> pending;
+        const bool pendingIsKnown = readPendingChange(pending);
+        if (pendingIsKnown) add("tarvolin_change_pending", {}, pending.has_value());
+        if (!changes.empty() && changes.front().number > unread)
             add("tarvolin_last_change_timestamp_seconds", {},
                 static_cast<double>(platform::momentOf(changes.front().read.time)));
         const std::time_t loaded = driverLoaded();
         std::set<std::string> told;
         for (const PastChange& change : changes) {
-            if (platform::momentOf(change.read.time) < loaded) break;
+            if (change.number < unread || platform::momentOf(change.read.time) < loaded) break;
             for (const SentRequest& request : change.read.record.requests) {
                 const ChangeRecord sent = sentTo(request.service, change.read.record);
                 if (sent.requests.empty() || !told.insert(request.service).second) continue;
@@ -171,7 +180,7 @@ class Collection {
                     driverAnswer(sent) == RequestResult::refused);
             }
         }
-        return true;
+        return damaged.empty() && pendingIsKnown;
     }
 
     Session& session_;
@@ -191,23 +200,25 @@ void save(const std::string& file, const std::string& text) {
     struct stat status {};
     const bool there = platform::files().status(place, status) == 0;
     if (there && !S_ISREG(status.st_mode)) cannotWrite(file, S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
+    ::umask(S_IWGRP | S_IWOTH);  // a new one is for others to read, whatever the umask of who runs this
     if (platform::saveWhole(place, text) == 0) return;
     const int error = errno;
     platform::files().remove(place);
     cannotWrite(file, error);
 }
 
-Output write(Session& session, Detail detail, const std::string& file) {
+Output write(Session& session, Detail detail, const std::optional<std::string>& file) {
+    if (file && file->empty()) throw Failure(Status::usage, "--output needs the name of a file");
     // A timer would fill the log with what check says better.
     engineOutput = [](const std::string&) {};
     std::string text = Collection(session, detail).text();
     Output output;
-    if (file.empty()) {
+    if (!file) {
         output.tree.put("metrics", {text, {text.substr(0, text.size() - 1)}});
         return output;
     }
-    save(file, text);
-    output.tree.put("output", {platform::escaped(file), {}});
+    save(*file, text);
+    output.tree.put("output", {platform::escaped(*file), {}});
     return output;
 }
 
@@ -215,7 +226,7 @@ Output write(Session& session, Detail detail, const std::string& file) {
 
 Run addMetrics(CLI::App& command) {
     struct Given {
-        std::string file;
+        std::optional<std::string> file;
         bool rows = false;
     };
     const auto given = std::make_shared<Given>();

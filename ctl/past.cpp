@@ -14,9 +14,9 @@ unsigned readChangeNumber(const std::string& text) {
     return platform::wholeNumber<unsigned>(text).value_or(0);
 }
 
-std::vector<PastChange> allChanges() {
+std::vector<PastChange> allChanges(std::vector<unsigned>* damaged) {
     std::vector<PastChange> changes;
-    if (const int error = readPastChanges(changes))
+    if (const int error = readPastChanges(changes, damaged))
         throw Failure(Status::wrongValue, fmt::format("the history: {}", std::strerror(error)));
     return changes;
 }

@@ -9,8 +9,8 @@
 // Failure::usage: the text is no number. One that is too large for any change is 0.
 unsigned readChangeNumber(const std::string& text);
 
-// Newest first. Failure::wrongValue: the history cannot be read.
-std::vector<PastChange> allChanges();
+// Newest first. Failure::wrongValue: the history cannot be read. `damaged` as readPastChanges() has it.
+std::vector<PastChange> allChanges(std::vector<unsigned>* damaged = nullptr);
 
 // Failure::notThere, besides that of readChangeNumber().
 const PastChange& findChange(const std::string& text, const std::vector<PastChange>& changes);

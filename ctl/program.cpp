@@ -126,8 +126,17 @@ int completeWords(const CLI::App& program, const std::vector<std::string>& words
 std::vector<std::string> withoutHelpOption(const std::vector<std::string>& words) {
     if (std::ranges::count(words, "--help") == 0) return words;
     std::vector<std::string> asked{"help"};
-    for (const std::string& word : words)
-        if (word == "--json" || (asked.back() == "help" && !word.starts_with('-'))) asked.push_back(word);
+    bool named = false;
+    for (auto word = words.begin(); word != words.end(); ++word) {
+        if (*word == "--json") {
+            asked.push_back(*word);
+        } else if (*word == "--root" || *word == "--timeout") {
+            if (std::next(word) != words.end()) ++word;  // its value is no command
+        } else if (!named && !word->starts_with('-')) {
+            asked.push_back(*word);
+            named = true;
+        }
+    }
     return asked;
 }
 

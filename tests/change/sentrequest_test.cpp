@@ -79,3 +79,26 @@ TEST(SentRequest, WhatTheDriverTookIsKnownUntilItIsLost) {
     configuration.driverLost();
     EXPECT_EQ(known("adapter1/lec2", "mtu"), "The driver was gone for a time.");
 }
+
+TEST(SentRequest, IsGivenUpWhenNeitherSideHasTheEntry) {
+    const SentRequest start{"adapter1/lec1", "LEC_INIT", "", RequestResult::taken},
+        pvc{"adapter1/lec1", "BRDG_PVCADD", "PVC 0 / 10", RequestResult::refused},
+        client{"adapter1/lecs", "LECS_SET_ADDR", "Client 00:a0:3e:00:00:01-00 of LES 2",
+               RequestResult::refused};
+    const ListChange saved{"adapter1/lec1.pvcs", {"00:20:40:00:a1:03 vci 10 llc noBroadcast rate 0"}, {}},
+        another{"adapter1/lec1.pvcs", {"00:20:40:00:a1:03 vci 100"}, {}},
+        mapped{"adapter1/les2.clients", {"00:a0:3e:00:00:01-00"}, {}};
+    const struct {
+        std::vector<SentRequest> requests;
+        std::vector<ListChange> lists;
+        bool givenUp;  // the last request
+    } cases[] = {{{pvc}, {}, true},         {{pvc}, {another}, true},   {{pvc}, {saved}, false},
+                 {{start, pvc}, {}, false}, {{client}, {saved}, true},  {{client}, {mapped}, false},
+                 {{pvc, start}, {}, false}, {{start, client}, {}, true}};
+    for (const auto& c : cases) {
+        ChangeRecord record;
+        record.requests = c.requests;
+        record.lists = c.lists;
+        EXPECT_EQ(isGivenUp(c.requests.size() - 1, record), c.givenUp) << &c - cases;
+    }
+}

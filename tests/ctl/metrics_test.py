@@ -186,6 +186,21 @@ def history(ground):
     ground.tvctl_run("version")
     expect("taken back", collect(ground)[("change_pending",)], 0)
 
+    # What cannot be read is no good news.
+    pending.write_text("garbage")
+    found = collect(ground)
+    expect("a damaged record", (failing(found), ("change_pending",) in found), ("history", False))
+    pending.unlink()
+    manifest = ground.root / "var/lib/tarvolin/history/0003/manifest.json"
+    whole = manifest.read_text()
+    manifest.write_text("garbage")
+    found = collect(ground)
+    expect("a damaged change", (failing(found), "service=ip" in refused()), ("history", False))
+    said = ground.tvctl_run("history")
+    expect("said", (said.returncode, said.stderr), (9, "tvctl: change 0003 of the history cannot be read\n"))
+    expect("the others", [line[:4] for line in said.stdout.splitlines()], ["0005", "0004", "0002", "0001"])
+    manifest.write_text(whole)
+
 
 def hold_the_lock(ground):
     """As a change that takes long does."""
@@ -202,12 +217,13 @@ def output(ground):
     place.mkdir()
     file = place / "tarvolin.prom"
     words = f"metrics --output {file}"
-    before = os.umask(0o022)
+    before = os.umask(0o077)
     done = ground.tvctl_run(words)
     os.umask(before)
     expect("a file: status, text", (done.returncode, done.stdout, done.stderr), (0, "", ""))
     expect("a new file's mode", oct(stat.S_IMODE(file.stat().st_mode)), "0o644")
     file.chmod(0o640)
+    expect("no name", ground.run([ground.tvctl, "metrics", "--output", ""]).returncode, 2)
     over = threading.Event()
     read = []
 
