@@ -231,6 +231,18 @@ TEST(PlotScale, IsFixedByTheUser) {
     EXPECT_EQ(scale.maximum(), 500);
 }
 
+// A file is written of such a copy while its name is asked for.
+TEST_F(PlotTest, ACopyKeepsThePresentValuesThatItHad) {
+    add(2);
+    courses[0].present = 5;
+    zPlotPicture copy = plot.picture();
+    copy.keepPresentValues();
+    courses[0].present = 7;
+    courses[1].present = 8;
+    EXPECT_THAT((std::array{copy.cellText(0), copy.cellText(1)}), testing::ElementsAre("5", "unknown"));
+    EXPECT_EQ(plot.picture().cellText(0), "7");
+}
+
 TEST_F(PlotTest, AScrolledPictureIsTheOneThatIsDrawnAnew) {
     add(8, "packets/s");
     std::mt19937 random(7);

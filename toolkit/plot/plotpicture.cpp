@@ -238,6 +238,11 @@ int zPlotPicture::yOf(double value, const zPlotScale& scale) const {
     return places_.bottom - 1 - static_cast<int>(std::lround(std::min(value / scale.maximum(), 1.0) * rows));
 }
 
+void zPlotPicture::keepPresentValues() {
+    for (Shown& shown : shown_)
+        shown.series.present = [value = shown.series.present()] { return value; };
+}
+
 std::string zPlotPicture::cellText(std::size_t cell) const {
     const std::size_t count = shown_.size();
     if (cell < count) {

@@ -74,6 +74,9 @@ class zPlotPicture {
     };
     Change tick(zPlotTime now);
 
+    // The legend keeps the present values that it has: for a copy that stands while its series go on.
+    void keepPresentValues();
+
     // Places, in pixels.
     struct Places {
         int width = 0, height = 0;

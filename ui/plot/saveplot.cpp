@@ -40,7 +40,8 @@ std::vector<std::string> plotHeading(const zPlotPicture& picture, const std::str
 
 void savePlot(zWindow& window, const zPlot& plot, const std::string& adapter) {
     // As it stands now: it goes on while the name is asked for.
-    const zPlotPicture picture = plot.picture();  // NOLINT(performance-unnecessary-copy-initialization)
+    zPlotPicture picture = plot.picture();
+    picture.keepPresentValues();
     const std::vector<std::string> heading = plotHeading(picture, adapter);
     const auto file =
         zAskForNewFile(window.application(), plot.outermost(), "Save Plot (.png, .svg, or .pdf)", "plot.png");
