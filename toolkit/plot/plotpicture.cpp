@@ -239,8 +239,7 @@ int zPlotPicture::yOf(double value, const zPlotScale& scale) const {
 }
 
 void zPlotPicture::keepPresentValues() {
-    for (Shown& shown : shown_)
-        shown.series.present = [value = shown.series.present()] { return value; };
+    for (Shown& shown : shown_) shown.series.present = [value = shown.series.present()] { return value; };
 }
 
 std::string zPlotPicture::cellText(std::size_t cell) const {
