@@ -82,7 +82,7 @@ class RandomPlot : public PlotDeskTest {
 }  // namespace
 
 TEST_F(RandomPlot, StandsThousandsOfActions) {
-    for (int i = 0; i < 4000; ++i) {
+    for (int i = 0; i < 2500; ++i) {
         act(i);
         const milliseconds later(below(50) ? 100 + below(400) : below(3'600'000));
         step(later, [this](std::size_t) -> std::optional<float> {
