@@ -14,8 +14,8 @@ struct PastChange {
     ReadManifest read;
 };
 
-// Newest first; those without a whole manifest are left out. Of these `damaged` gets the numbers that have a
-// manifest which is none, newest first: a killed save has left no manifest at all. 0, or the errno of a
+// Newest first; those without a whole manifest are left out. `damaged` gets the numbers of changes whose
+// manifest exists but is invalid, newest first; a killed save leaves no manifest. 0, or the errno of a
 // history that cannot be read.
 int readPastChanges(std::vector<PastChange>& changes, std::vector<unsigned>* damaged = nullptr);
 

@@ -161,7 +161,7 @@ class Collection {
     bool history() {
         std::vector<unsigned> damaged;
         const std::vector<PastChange> changes = allChanges(&damaged);
-        // What is known stands in changes that are newer than any that cannot be read.
+        // Only changes newer than the newest unreadable one are used.
         const unsigned unread = damaged.empty() ? 0 : damaged.front();
         std::optional<PendingChange> pending;
         const bool pendingIsKnown = readPendingChange(pending);
@@ -230,8 +230,8 @@ Run addMetrics(CLI::App& command) {
         bool rows = false;
     };
     const auto given = std::make_shared<Given>();
-    command.add_option("--output", given->file, "The file to replace, in place of standard output");
-    command.add_flag("--per-vc", given->rows, "Also each circuit, connection and client of a table");
+    command.add_option("--output", given->file, "Write to this file instead of standard output");
+    command.add_flag("--per-vc", given->rows, "Also report each circuit, connection and client");
     return [given](Session& session) {
         return write(session, given->rows ? Detail::rows : Detail::counts, given->file);
     };

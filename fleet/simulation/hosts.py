@@ -11,7 +11,7 @@ import time
 from pathlib import Path
 
 TREE = Path(__file__).resolve().parents[2]
-# Who may change a configuration is root; fakeroot is enough for that.
+# Only root may change a configuration; fakeroot is enough for that.
 AS_ROOT = [] if os.getuid() == 0 else ["fakeroot", "--"]
 PATIENCE = 60  # seconds
 CONTROL = ("17", "18", "19", "65")  # primitives of the requests that change a service

@@ -18,7 +18,7 @@ extends_documentation_fragment:
 options:
   paths:
     description:
-      - Adapters and services, such as C(adapter1) or C(adapter1/lec2). None are all.
+      - Adapters and services, such as C(adapter1) or C(adapter1/lec2). Empty: all of them.
     type: list
     elements: str
     default: []
@@ -29,8 +29,7 @@ options:
     default: false
   services:
     description:
-      - In place of documents, the names of services - those that do their work, as the driver reports them, and those that the
-        files enable. Such as C(adapter1/lec2).
+      - Return the names of services instead, such as C(adapter1/lec2) - those that work, and those that the files enable.
     type: bool
     default: false
 seealso:
