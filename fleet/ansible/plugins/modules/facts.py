@@ -18,7 +18,7 @@ extends_documentation_fragment:
 options:
   paths:
     description:
-      - Adapters and services, such as C(adapter1) or C(adapter1/lec2). Empty: all of them.
+      - Adapters and services, such as C(adapter1) or C(adapter1/lec2). With none it is all of them.
     type: list
     elements: str
     default: []
