@@ -128,6 +128,7 @@ bool readPendingChange(std::optional<PendingChange>& found) {
     if (!json.is_object() || number(json, "format") != format) return false;
     PendingChange pending;
     pending.change = static_cast<unsigned>(std::clamp(number(json, "change"), 0.0, 1e9));
+    if (pending.change == 0) return false;
     pending.boot = text(json, "boot");
     pending.deadline = number(json, "deadline");
     pending.user = text(json, "user");

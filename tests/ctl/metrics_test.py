@@ -187,9 +187,12 @@ def history(ground):
     expect("taken back", collect(ground)[("change_pending",)], 0)
 
     # What cannot be read is no good news.
-    pending.write_text("garbage")
-    found = collect(ground)
-    expect("a damaged record", (failing(found), ("change_pending",) in found), ("history", False))
+    for damaged in "garbage", '{"format": 1, "change": "3"}':
+        pending.write_text(damaged)
+        ground.tvctl_run("history")
+        found = collect(ground)
+        expect("a damaged record", (failing(found), ("change_pending",) in found), ("history", False))
+        expect("it stays", pending.read_text(), damaged)
     pending.unlink()
     manifest = ground.root / "var/lib/tarvolin/history/0003/manifest.json"
     whole = manifest.read_text()
